@@ -1,0 +1,35 @@
+# zelvo_room(NAME SOURCES a.cpp HEADERS a.h USES zelvo::platform LINKS CLI11::CLI11)
+#
+# One room of the house: a static library zelvo_NAME (alias zelvo::NAME) with the common flags, whose headers are each
+# verified to compile alone. A room without sources is an interface library of its headers.
+function(zelvo_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;HEADERS;USES;LINKS" ${ARGN})
+  string(REPLACE "/" "_" target_name "zelvo_${name}")
+  string(REPLACE "/" "_" alias_name "${name}")
+  set(alias_name "zelvo::${alias_name}")
+  if(ROOM_SOURCES)
+    add_library(${target_name} STATIC ${ROOM_SOURCES})
+    target_link_libraries(${target_name} PUBLIC ${ROOM_USES} PRIVATE zelvo_flags ${ROOM_LINKS})
+    set(scope PUBLIC)
+  else()
+    add_library(${target_name} INTERFACE)
+    target_link_libraries(${target_name} INTERFACE ${ROOM_USES} ${ROOM_LINKS})
+    set(scope INTERFACE)
+  endif()
+  add_library(${alias_name} ALIAS ${target_name})
+  target_compile_features(${target_name} ${scope} cxx_std_20)
+  target_include_directories(${target_name} ${scope} ${PROJECT_SOURCE_DIR})
+  if(ROOM_HEADERS)
+    target_sources(${target_name} ${scope} FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${ROOM_HEADERS})
+  endif()
+endfunction()
+
+# zelvo_test(NAME SOURCES a_test.cpp USES zelvo::engine)
+#
+# One GoogleTest program per room. Each case becomes a CTest test; none may take longer than five minutes.
+function(zelvo_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  target_link_libraries(${name} PRIVATE zelvo_flags ${TEST_USES} GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300)
+endfunction()

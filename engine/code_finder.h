@@ -1,0 +1,50 @@
+/// Finds the codes of data chunks ("00db", "00dc", "01wb") in a run of bytes, as fast as the processor allows.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace zelvo::engine {
+
+/// How the bytes are compared; `best` is what this processor does fastest.
+enum class CodeFinderKind { portable, sse2, avx2, best };
+
+/// Positions at which a code starts, in ascending order.
+class FoundCodes {
+ public:
+  /// Two codes cannot overlap, so 1024 positions hold at most this many.
+  static constexpr std::size_t kCapacity = 256;
+  void clear() { count_ = 0; }
+  void add(std::size_t position) { positions_[count_++] = static_cast<std::uint16_t>(position); }
+  [[nodiscard]] std::span<const std::uint16_t> positions() const { return std::span(positions_).first(count_); }
+
+ private:
+  std::array<std::uint16_t, kCapacity> positions_;
+  std::size_t count_ = 0;
+};
+
+/// Thread: any; one finder may serve several.
+class CodeFinder {
+ public:
+  /// Bytes that must lie in `bytes` behind the last position tested.
+  static constexpr std::size_t kMargin = 64;
+  static constexpr std::size_t kMostPositions = 1024;
+
+  /// A kind that this processor lacks falls back to `portable`.
+  explicit CodeFinder(CodeFinderKind kind = CodeFinderKind::best);
+
+  /// Fills `found` with the positions below `positions` (at most 1024) at which a code starts. Whatever lies in the
+  /// margin is read but only matters as the tail of a code.
+  /// \pre `bytes` holds at least `positions` + `kMargin` bytes
+  void find(std::span<const std::byte> bytes, std::size_t positions, FoundCodes& found) const {
+    find_(bytes.data(), positions, found);
+  }
+
+ private:
+  using Find = void (*)(const std::byte* bytes, std::size_t positions, FoundCodes& found);
+  Find find_;
+};
+
+}  // namespace zelvo::engine

@@ -1,0 +1,48 @@
+/// The damaged file, open for reading. A read that fails counts as a short read and is remembered; nothing is ever
+/// written to it. Offsets and sizes are in bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <system_error>
+
+#include "platform/bytes.h"
+#include "platform/files.h"
+
+namespace zelvo::engine {
+
+/// Reads that failed, the end of the file not counted among them.
+struct ReadFailures {
+  std::uint64_t count = 0;
+  std::uint64_t firstOffset = 0;  ///< first byte that could not be read
+  std::error_code firstCause;
+};
+
+/// Thread: one at a time.
+class InputFile {
+ public:
+  /// Without a file every read answers nothing.
+  explicit InputFile(std::unique_ptr<platform::ReadableFile> file) : file_(std::move(file)) {}
+
+  /// Fills the front of `into`; the rest is left as it is. Answers how many bytes were read.
+  std::size_t read(std::uint64_t offset, std::span<std::byte> into);
+
+  /// As `read`, but answers a failure instead of remembering it: for reads that are tried again in smaller steps.
+  platform::IoResult tryRead(std::uint64_t offset, std::span<std::byte> into);
+
+  /// Reads up to `size` bytes into a buffer of their own; fewer at the end of the file.
+  [[nodiscard]] platform::Bytes readBytes(std::uint64_t offset, std::size_t size);
+
+  /// Size of the file now; 0 without a file.
+  [[nodiscard]] std::uint64_t size() const { return file_ ? file_->size() : 0; }
+
+  [[nodiscard]] const ReadFailures& failures() const { return failures_; }
+
+ private:
+  std::unique_ptr<platform::ReadableFile> file_;
+  ReadFailures failures_;
+};
+
+}  // namespace zelvo::engine

@@ -1,0 +1,210 @@
+// The rebuilt file, written in one forward pass:
+// 1. Compute every size and position.
+// 2. Create or empty the file, open it, ask for room.
+// 3. Header lists with their super indexes; in the middle of the audio header its codec is shown.
+// 4. The "movi" list: both standard indexes, then all video chunks, then all audio chunks.
+// 5. Close the file and hand it to the controller.
+#include <algorithm>
+
+#include "engine/chunk_copy.h"
+#include "engine/codec_text.h"
+#include "engine/index_chunks.h"
+#include "engine/repair_file.h"
+#include "engine/staged_output.h"
+
+namespace zelvo::engine {
+
+using platform::logLine;
+
+namespace {
+
+constexpr std::uint64_t kSuggestedBufferSize = 0x00ffffff;
+constexpr std::uint64_t kStreamHeaderSize = 56;
+/// Header lists, super indexes and empty standard indexes, without the stream formats.
+constexpr std::uint64_t kSmallestFile = 436;
+
+/// How much of `size` bytes at `offset` a file of `fileSize` bytes holds.
+std::uint64_t heldBy(std::uint64_t fileSize, std::uint64_t offset, std::uint64_t size) {
+  return offset >= fileSize ? 0 : std::min(size, fileSize - offset);
+}
+
+std::uint64_t heldBy(std::uint64_t fileSize, const ChunkRun& chunks) {
+  std::uint64_t sum = 0;
+  for (std::uint64_t i = 1; i <= chunks.count; ++i) sum += heldBy(fileSize, chunks.offsets[i], chunks.sizes[i] + 8);
+  return sum;
+}
+
+std::uint64_t heldBy(std::uint64_t fileSize, const FormatPayload& format) {
+  return format.held.size() + heldBy(fileSize, format.rangeOffset, format.rangeSize);
+}
+
+}  // namespace
+
+void RepairFile::constructRIFFList() {
+  const Run& run = *run_;
+  layout = RebuiltLayout::of({.videosamplecount = videosamplecount,
+                              .audiosamplecount = audiosamplecount,
+                              .videostrfsize = videostrfsize,
+                              .audiostrfsize = audiostrfsize,
+                              .videosamplesizearray = videosamplesizearray,
+                              .audiosamplesizearray = audiosamplesizearray});
+  logLine(services_.log, "Construct RIFF file");
+  if (run.cancel->abandoned()) {
+    runEnd = RunEnd::abandoned;
+    return;
+  }
+  if (run.mayWrite && !run.mayWrite(bytesToWrite())) {
+    run.cancel->cancel();
+    runEnd = RunEnd::refused;
+    return;
+  }
+  std::optional<WriteFailure> failure = openOutput();
+  if (failure) {
+    showAudioCodec();
+  } else {
+    failure = writeRebuiltFile();
+  }
+  outputfile.reset();
+  if (failure) {
+    writeFailure.set(failure);
+    logLine(services_.log, "Write failed at %llu: %@", failure->offset, failure->cause.message());
+    run.cancel->cancel();
+  }
+  if (run.cancel->abandoned()) {
+    runEnd = RunEnd::abandoned;
+    return;
+  }
+  runEnd = RunEnd::rebuilt;
+  controll->setMovieView(run.internalpath);
+  logLine(services_.log, "Repair file completed");
+}
+
+std::uint64_t RepairFile::bytesToWrite() const {
+  const std::uint64_t fileSize = inputfilehandle->size();
+  const std::uint64_t headers = kSmallestFile + 8 * videosamplecount + 8 * audiosamplecount +
+                                heldBy(fileSize, videostrfdata) + heldBy(fileSize, audiostrfdata);
+  if (stopRequested(*run_)) return headers;
+  return headers + heldBy(fileSize, {videosampleoffsetarray, videosamplesizearray, videosamplecount}) +
+         heldBy(fileSize, {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount});
+}
+
+std::optional<WriteFailure> RepairFile::openOutput() {
+  outputfilemanager = &services_.fileManager;
+  if (const std::error_code error = outputfilemanager->createFile(run_->internalpath)) return WriteFailure{0, error};
+  auto opened = services_.files.openForWriting(run_->internalpath);
+  outputfile = std::move(opened.file);
+  if (!outputfile) return WriteFailure{0, opened.error};
+  return std::nullopt;
+}
+
+std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
+  const Run& run = *run_;
+  const std::uint64_t expected = bytesToWrite();
+  // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same.
+  const bool reserved = !outputfile->reserve(expected);
+  StagedOutput out(*outputfile, services_.workers);
+  writeHeaderLists(out);
+
+  out.code(kList);
+  out.number(layout.movisize);
+  out.code(kMovi);
+  writeStandardIndex(out, {kIx00, layout.ix00size, db ? k00db : k00dc, layout.baseoffsetforvideo, videosamplesizearray,
+                           videosamplecount});
+  writeStandardIndex(
+      out, {kIx01, layout.ix01size, k01wb, layout.baseoffsetforaudio, audiosamplesizearray, audiosamplecount});
+
+  // Deliberate: a stop is looked at here and before the audio only, so one during the video copy lets that run to its
+  // end. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
+  if (!stopRequested(run)) {
+    copyChunks(*inputfilehandle, out, {videosampleoffsetarray, videosamplesizearray, videosamplecount}, *run.cancel);
+  }
+  if (!stopRequested(run)) {
+    copyChunks(*inputfilehandle, out, {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount}, *run.cancel);
+  }
+
+  std::optional<WriteFailure> failure = out.finish();
+  if ((reserved && out.position() != expected) || failure) {
+    const std::error_code error = outputfile->truncate(failure ? failure->offset : out.position());
+    if (error && !failure) failure = WriteFailure{out.position(), error};
+  }
+  const std::error_code closing = outputfile->close();
+  if (closing && !failure) failure = WriteFailure{out.position(), closing};
+  return failure;
+}
+
+void RepairFile::writeHeaderLists(StagedOutput& out) {
+  out.code(kRiff);
+  out.number(layout.RIFFLISTsize);
+  out.code(kAvi);
+  out.code(kList);
+  out.number(layout.AVILISTsize);
+  out.code(kHdrl);
+
+  // Main header (AVIMAINHEADER). Deliberate: its size field is the damaged file's own.
+  out.code(kAvih);
+  out.append(avihdata1);
+  out.number(videosamplecount);  // dwTotalFrames
+  out.append(avihdata2);
+
+  // Video stream header (AVISTREAMHEADER).
+  out.code(kList);
+  out.number(layout.videostrlListsize);
+  out.code(kStrl);
+  out.code(kStrh);
+  out.number(kStreamHeaderSize);
+  out.code(kVids);
+  out.append(videocodec);
+  out.zeros(12);  // dwFlags, wPriority, wLanguage, dwInitialFrames
+  out.append(videoscaleratedata);
+  out.number(0);                 // dwStart
+  out.number(videosamplecount);  // dwLength
+  out.number(kSuggestedBufferSize);
+  out.number(0);                // dwQuality
+  out.append(videoscaledata);   // Deliberate: dwSampleSize receives the damaged file's dwStart
+  out.zeros(8);                 // rcFrame
+  out.code(kStrf);
+  out.number(videostrfsize);
+  writeFormat(out, videostrfdata);
+  // Deliberate: the super index says "00db" whatever the standard index says.
+  writeSuperIndex(out, {layout.videoindxsize, k00db, layout.ix00location - 8, layout.ix00size + 4, videosamplecount});
+
+  // Audio stream header.
+  out.code(kList);
+  out.number(layout.audiostrlListsize);
+  out.code(kStrl);
+  out.code(kStrh);
+  out.number(kStreamHeaderSize);
+  out.code(kAuds);
+  out.append(audiocodec);
+  showAudioCodec();
+  out.zeros(12);
+  out.append(audioscaleratedata);
+  out.number(0);
+  out.number(audiosamplecount);
+  out.number(kSuggestedBufferSize);
+  out.number(0);
+  out.append(audioscaledata);
+  out.zeros(8);
+  out.code(kStrf);
+  out.number(audiostrfsize);
+  writeFormat(out, audiostrfdata);
+  writeSuperIndex(out, {layout.audioindxsize, k01wb, layout.ix01location, layout.ix01size + 4, audiosamplecount});
+}
+
+void RepairFile::writeFormat(StagedOutput& out, const FormatPayload& format) {
+  out.append(format.held);
+  copyRange(*inputfilehandle, out, format.rangeOffset, format.rangeSize);
+}
+
+void RepairFile::showAudioCodec() {
+  if (audiocodecfound) {
+    const bool allZero =
+        std::all_of(audiocodec.begin(), audiocodec.end(), [](std::byte byte) { return byte == std::byte{0}; });
+    const std::string text = allZero ? "Unknown" : codecText(audiocodec);
+    audiocodecstring.set(text);
+    outlets.audiocodecfield.setStringValue(text);
+  }
+  logLine(services_.log, "audiocodecstring=%@", audiocodecstring.get());
+}
+
+}  // namespace zelvo::engine

@@ -1,0 +1,88 @@
+// Progress and completion: the animation that runs beside the writer, two routines that no flow calls, the job's own
+// preview setter, and the buttons of the three sheets.
+#include "engine/globals.h"
+#include "engine/repair_file.h"
+
+namespace zelvo::engine {
+
+using platform::logLine;
+
+void RepairFile::progressupdation(const Run& run) {
+  outlets.textfield.setStringValue("Repairing the file..");
+  // Deliberate: stored without a redraw request.
+  controll->setProgressBarValue(0.0);
+  const std::uint32_t blocks = numberofsectors;
+  // Both products are unsigned 32-bit.
+  const std::uint32_t steps = blocks * 10;
+  const auto divisor = static_cast<double>(blocks * 2 * 5);
+  for (std::uint64_t i = 1; i <= steps; ++i) {
+    if (stopRequested(run)) {
+      if (run.cancel->cancelled()) return;  // it stays stopped, so the rest of the count would do nothing
+      continue;
+    }
+    const double percent = static_cast<double>(i) * 100.0 / divisor;
+    controll->setProgressBarValue(percent);
+    updateProgressBar_.request();
+    if (percent > 80.0) outlets.stopbutton.setEnabled(false);
+    if (percent > 90.0) outlets.stopbutton.setEnabled(false);
+  }
+  if (stopRequested(run)) return;
+  endAndHide(outlets.stoprepairwindow);
+  // Asked again when the sheet opens: a run that was stopped in between is not completed.
+  services_.sheets.beginSheet(outlets.repaircompletedwindow, outlets.window,
+                              [mark = run.cancel] { return !stopflag && !mark->cancelled(); });
+}
+
+void RepairFile::saveprogress() {
+  for (std::uint32_t i = 0; i <= 1023; ++i) {
+    controll->setProgressBarValue(i * 100.0 / 1024.0);
+    updateSaveProgressBar_.request();
+  }
+}
+
+void RepairFile::progressBar() {
+  for (sector = 1; sector <= numberofsectors; sector = sector + 1) {
+    controll->setProgressBarValue(sector * 100.0 / numberofsectors);
+    updateProgressBar_.request();
+  }
+}
+
+void RepairFile::setMovieView(const std::string&) {
+  outlets.movieview1.setMovie(video1);
+  logLine(services_.log, "ETTING PREVIEW");
+}
+
+void RepairFile::endAndHide(platform::Window& sheet) {
+  services_.sheets.endSheet(sheet);
+  sheet.orderOut();
+}
+
+void RepairFile::forgetPath() {
+  path.set("");
+  outlets.pathfield.setStringValue("");
+  path.set(std::nullopt);
+}
+
+void RepairFile::repairCompletedOk(platform::Button*) {
+  endAndHide(outlets.repaircompletedwindow);
+  controll->setProgressBarValue(0.0);
+  outlets.tabview2.selectNextTabViewItem();
+  outlets.textfield.setStringValue("");
+  logLine(services_.log, "Next tab view is set");
+}
+
+void RepairFile::fileNotSupportedokOk(platform::Button*) {
+  endAndHide(outlets.filenotsupportedwindow);
+  outlets.tabview2.selectPreviousTabViewItem();
+  stopflag = true;
+  forgetPath();
+}
+
+void RepairFile::invalidFileOk(platform::Button*) {
+  endAndHide(outlets.invalidfilewindow);
+  outlets.tabview2.selectPreviousTabViewItem();
+  // Deliberate: unlike the not-supported sheet, this one leaves `stopflag` as it is.
+  forgetPath();
+}
+
+}  // namespace zelvo::engine

@@ -1,0 +1,91 @@
+#include "engine/scan_window.h"
+
+#include <algorithm>
+#include <array>
+
+#include "engine/byte_order.h"
+#include "engine/code_finder.h"
+
+namespace zelvo::engine {
+
+ScanWindow::ScanWindow(InputFile& input) : input_(input), bytes_(kWindowSize + CodeFinder::kMargin) {}
+
+std::span<const std::byte> ScanWindow::block(std::uint32_t number, std::uint32_t last, std::size_t ownRead) {
+  if (firstBlock_ == 0 || number < firstBlock_ || number - firstBlock_ >= blocks_) moveTo(number, last);
+  if (readsFail_) {
+    readBlockAlone(number, ownRead);
+    return bytes_;
+  }
+  return std::span<const std::byte>(bytes_).subspan((number - firstBlock_) * kBlockSize);
+}
+
+void ScanWindow::moveTo(std::uint32_t number, std::uint32_t last) {
+  firstBlock_ = number;
+  start_ = startOf(number);
+  // A window ends where block offsets wrap.
+  const std::uint64_t untilWrap = ((std::uint64_t{1} << 32U) - start_) / kBlockSize;
+  blocks_ = static_cast<std::uint32_t>(
+      std::min({std::uint64_t{kBlocks}, untilWrap, std::uint64_t{last} - number + 1}));
+  const auto wanted = std::span(bytes_).first(blocks_ * kBlockSize + kReadAhead);
+  const platform::IoResult result = input_.tryRead(start_, wanted);
+  readsFail_ = static_cast<bool>(result.error);
+  valid_ = readsFail_ ? 0 : result.count;
+  std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(result.count), bytes_.end(), std::byte{0});
+  if (!readsFail_ && beyondWindow_ > kDense) moveRing();
+  beyondWindow_ = 0;
+}
+
+void ScanWindow::readBlockAlone(std::uint32_t number, std::size_t ownRead) {
+  std::fill(bytes_.begin(), bytes_.begin() + kBlockSize + kReadAhead + CodeFinder::kMargin, std::byte{0});
+  input_.read(startOf(number), std::span(bytes_).first(ownRead));
+}
+
+bool ScanWindow::inWindow(std::uint64_t offset, std::size_t size) const {
+  return offset >= start_ && offset + size <= start_ + valid_;
+}
+
+std::uint32_t ScanWindow::numberAt(std::uint32_t offset) {
+  if (inWindow(offset, 4)) return loadLittleEndian32(std::span(bytes_).subspan(offset - start_).first<4>());
+  std::array<std::byte, 4> number{};
+  input_.read(offset, number);
+  return loadLittleEndian32(number);
+}
+
+void ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into) {
+  if (inWindow(offset, into.size())) {
+    std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset - start_), into.size(), into.begin());
+    return;
+  }
+  if (inRing(offset, into.size())) {
+    std::size_t at = offset % kRingSize;
+    for (std::byte& byte : into) {
+      byte = ring_[at];
+      if (++at == kRingSize) at = 0;
+    }
+    ++beyondWindow_;
+    return;
+  }
+  ++beyondWindow_;
+  input_.read(offset, into);
+}
+
+bool ScanWindow::inRing(std::uint64_t offset, std::size_t size) const {
+  return offset >= ringStart_ && offset + size <= ringEnd_;
+}
+
+void ScanWindow::moveRing() {
+  if (ring_.empty()) ring_.resize(kRingSize);
+  const std::uint64_t wantedEnd = start_ + kWindowSize + kReach;
+  if (start_ < ringStart_ || start_ > ringEnd_) ringEnd_ = start_;
+  // What is read now overwrites what lies more than a ring's length before it.
+  while (ringEnd_ < wantedEnd) {
+    const std::size_t at = ringEnd_ % kRingSize;
+    const std::size_t step = std::min<std::uint64_t>(wantedEnd - ringEnd_, kRingSize - at);
+    const platform::IoResult result = input_.tryRead(ringEnd_, std::span(ring_).subspan(at, step));
+    ringEnd_ += result.count;
+    if (result.count < step) break;
+  }
+  ringStart_ = std::max(start_, ringEnd_ > kRingSize ? ringEnd_ - kRingSize : 0);
+}
+
+}  // namespace zelvo::engine

@@ -1,0 +1,76 @@
+/// Files read and written by position. Offsets and sizes are in bytes. Nothing here throws: a read that meets the end of
+/// the file answers fewer bytes, and a real failure also carries its cause.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <system_error>
+
+namespace zelvo::platform {
+
+/// What one read or write did. `count` bytes are done even when `error` is set; the end of a file is no error.
+struct IoResult {
+  std::size_t count = 0;
+  std::error_code error;
+};
+
+/// A file open for reading; closed by its destructor.
+/// Thread: any, several at once.
+class ReadableFile {
+ public:
+  virtual ~ReadableFile() = default;
+
+  /// Fills `into` from `offset` on, going on after interruptions until it is full, the file ends or a read fails.
+  [[nodiscard]] virtual IoResult readAt(std::uint64_t offset, std::span<std::byte> into) = 0;
+
+  /// Size of the file now, in bytes; 0 when it cannot be told.
+  [[nodiscard]] virtual std::uint64_t size() = 0;
+};
+
+/// A file open for writing; closed by its destructor if `close` was not called.
+/// Thread: one at a time.
+class WritableFile {
+ public:
+  virtual ~WritableFile() = default;
+
+  /// Writes all of `from` at `offset`, going on after interruptions and short writes until a write fails.
+  [[nodiscard]] virtual IoResult writeAt(std::uint64_t offset, std::span<const std::byte> from) = 0;
+
+  /// Asks for room for `size` bytes ahead of writing them; the file becomes that long.
+  /// Failure: a file system that cannot do this answers std::errc::operation_not_supported and nothing changes.
+  [[nodiscard]] virtual std::error_code reserve(std::uint64_t size) = 0;
+
+  /// Makes the file exactly `size` bytes long.
+  [[nodiscard]] virtual std::error_code truncate(std::uint64_t size) = 0;
+
+  /// Waits until everything written lies on the medium.
+  [[nodiscard]] virtual std::error_code flush() = 0;
+
+  /// Closes the file; a late write failure that the system reports only now is answered. Further calls do nothing.
+  [[nodiscard]] virtual std::error_code close() = 0;
+};
+
+/// An attempt to open: a file, or the reason why there is none.
+template <class File>
+struct Opened {
+  std::unique_ptr<File> file;
+  std::error_code error;
+};
+
+/// Opens files.
+/// Thread: any.
+class Files {
+ public:
+  virtual ~Files() = default;
+
+  /// Follows symbolic links. A folder cannot be opened.
+  [[nodiscard]] virtual Opened<ReadableFile> openForReading(const std::string& path) = 0;
+
+  /// Opens an existing file; its content stays until it is overwritten.
+  [[nodiscard]] virtual Opened<WritableFile> openForWriting(const std::string& path) = 0;
+};
+
+}  // namespace zelvo::platform

@@ -1,0 +1,65 @@
+#include "platform/headless/main_queue.h"
+
+#include <future>
+#include <utility>
+
+namespace zelvo::platform::headless {
+
+void HeadlessMainQueue::perform(std::function<void()> work) {
+  if (isMainThread()) {
+    work();
+    return;
+  }
+  const std::lock_guard lock(mutex_);
+  work_.push_back(std::move(work));
+}
+
+void HeadlessMainQueue::performAndWait(std::function<void()> work) {
+  if (isMainThread()) {
+    work();
+    return;
+  }
+  std::promise<void> done;
+  const std::future<void> ended = done.get_future();
+  perform([&] {
+    work();
+    done.set_value();
+  });
+  ended.wait();
+}
+
+void HeadlessMainQueue::holdRequests(bool held) {
+  const std::lock_guard lock(mutex_);
+  holdsRequests_ = held;
+}
+
+void HeadlessMainQueue::take(CoalescedOperation& operation) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (holdsRequests_) {
+      work_.emplace_back([&operation] { operation.run(); });
+      return;
+    }
+  }
+  operation.run();
+}
+
+void HeadlessMainQueue::pump() {
+  for (;;) {
+    std::function<void()> next;
+    {
+      const std::lock_guard lock(mutex_);
+      if (work_.empty()) return;
+      next = std::move(work_.front());
+      work_.pop_front();
+    }
+    next();
+  }
+}
+
+std::size_t HeadlessMainQueue::waiting() const {
+  const std::lock_guard lock(mutex_);
+  return work_.size();
+}
+
+}  // namespace zelvo::platform::headless

@@ -1,0 +1,78 @@
+/// A whole window without a display: every element under its outlet's name, sheets that open and close at once, and a
+/// log that lands in the same list of events.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/headless/elements.h"
+#include "platform/headless/events.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/outlets.h"
+#include "platform/sheets.h"
+
+namespace zelvo::platform::headless {
+
+/// Log lines as events "log: TEXT".
+class HeadlessLog final : public Log {
+ public:
+  explicit HeadlessLog(Events* events, bool tracesPositions = false)
+      : events_(events), tracesPositions_(tracesPositions) {}
+  void line(std::string_view text) override {
+    if (events_ != nullptr) events_->add("log: " + std::string(text));
+  }
+  [[nodiscard]] bool tracesPositions() const override { return tracesPositions_; }
+
+ private:
+  Events* events_;
+  bool tracesPositions_;
+};
+
+/// Sheets whose openings and ends are taken to the main queue, as a window would.
+class HeadlessSheets final : public Sheets {
+ public:
+  HeadlessSheets(MainQueue& queue, Events* events) : queue_(queue), events_(events) {}
+  void beginSheet(Window& sheet, Window& over, std::function<bool()> stillWanted) override;
+  void endSheet(Window& sheet) override;
+  /// Names of the sheets that are up, the oldest first.
+  [[nodiscard]] std::vector<std::string> shown() const;
+
+ private:
+  MainQueue& queue_;
+  Events* events_;
+  mutable std::mutex mutex_;
+  std::vector<const HeadlessWindow*> shown_;
+};
+
+/// Without a list of events (nullptr) the elements only keep their state.
+class Screen {
+ public:
+  explicit Screen(Events* events = nullptr);
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+
+  HeadlessTextField status;  ///< the job's `textfield`
+  HeadlessTextField videocodecfield;
+  HeadlessTextField audiocodecfield;
+  HeadlessTextField pathfield;
+  HeadlessWindow mainWindow;
+  HeadlessWindow filenotsupportedwindow;
+  HeadlessWindow invalidfilewindow;
+  HeadlessWindow repaircompletedwindow;
+  HeadlessWindow stoprepairwindow;
+  HeadlessButton stopbutton;
+  HeadlessTabView tabview;
+  HeadlessMovieView movieview1;
+  HeadlessButton filenotsupportedokbutton;
+  HeadlessButton invalidfileokbutton;
+  HeadlessButton repaircompletedokbutton;
+  HeadlessButton previewbutton;
+  HeadlessTextField minutestextfield;
+  HeadlessTextField secondstextfield;
+  HeadlessTextField hourstextfield;
+
+  JobOutlets job;
+};
+
+}  // namespace zelvo::platform::headless

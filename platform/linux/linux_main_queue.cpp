@@ -1,0 +1,105 @@
+#include "platform/linux/linux_main_queue.h"
+
+#include <linux/membarrier.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace zelvo::platform::linux_ {
+
+namespace {
+
+bool registerForBarrier() {
+  return ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0, 0) == 0;
+}
+
+/// Every running thread of this process passes a full memory barrier before this returns.
+void barrierInEveryThread() { ::syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0, 0); }
+
+}  // namespace
+
+LinuxMainQueue::LinuxMainQueue(std::chrono::milliseconds redrawInterval)
+    : redrawInterval_(redrawInterval), hasBarrier_(registerForBarrier()) {}
+
+LinuxMainQueue::~LinuxMainQueue() = default;
+
+bool LinuxMainQueue::isMainThread() const { return std::this_thread::get_id() == mainThread_; }
+
+void LinuxMainQueue::perform(std::function<void()> work) {
+  if (isMainThread()) {
+    work();
+    return;
+  }
+  {
+    const std::lock_guard lock(mutex_);
+    work_.push_back(std::move(work));
+  }
+  arrived_.notify_one();
+}
+
+void LinuxMainQueue::performAndWait(std::function<void()> work) {
+  if (isMainThread()) {
+    work();
+    return;
+  }
+  std::mutex doneMutex;
+  std::condition_variable doneChanged;
+  bool done = false;
+  perform([&] {
+    work();
+    const std::lock_guard lock(doneMutex);
+    done = true;
+    doneChanged.notify_one();  // under the lock: the waiter, and this variable with it, is gone once it sees `done`
+  });
+  std::unique_lock lock(doneMutex);
+  doneChanged.wait(lock, [&] { return done; });
+}
+
+void LinuxMainQueue::take(CoalescedOperation& operation) {
+  if (hasBarrier_ && !operation.markPending()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::find(redraws_.begin(), redraws_.end(), &operation) == redraws_.end()) redraws_.push_back(&operation);
+  }
+  arrived_.notify_one();
+}
+
+void LinuxMainQueue::runRedraws(std::unique_lock<std::mutex>& lock) {
+  const std::vector<CoalescedOperation*> due = std::exchange(redraws_, {});
+  nextRedraw_ = Clock::now() + redrawInterval_;
+  lock.unlock();
+  if (hasBarrier_) {
+    for (CoalescedOperation* operation : due) operation->clearPending();
+    barrierInEveryThread();
+  }
+  for (CoalescedOperation* operation : due) operation->run();
+  lock.lock();
+}
+
+void LinuxMainQueue::runUntil(const std::function<bool()>& done) {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    // Asked before looking for work: what the workers posted before they were done is then seen below.
+    lock.unlock();
+    const bool ending = done();
+    lock.lock();
+    if (!work_.empty()) {
+      const std::function<void()> next = std::move(work_.front());
+      work_.pop_front();
+      lock.unlock();
+      next();
+      lock.lock();
+      continue;
+    }
+    if (!redraws_.empty() && (ending || Clock::now() >= nextRedraw_)) {
+      runRedraws(lock);
+      continue;
+    }
+    if (ending) return;
+    arrived_.wait_for(lock, redrawInterval_);
+  }
+}
+
+}  // namespace zelvo::platform::linux_

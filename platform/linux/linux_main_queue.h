@@ -1,0 +1,50 @@
+/// The main queue of a program without a window: the thread that calls `runUntil` is the main thread.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "platform/main_queue.h"
+
+namespace zelvo::platform::linux_ {
+
+/// Redraws run at most once per `redrawInterval`; the last one is never lost.
+class LinuxMainQueue final : public MainQueue {
+ public:
+  /// The calling thread becomes the main thread.
+  explicit LinuxMainQueue(std::chrono::milliseconds redrawInterval = std::chrono::milliseconds(16));
+  ~LinuxMainQueue() override;
+
+  [[nodiscard]] bool isMainThread() const override;
+  void perform(std::function<void()> work) override;
+  void performAndWait(std::function<void()> work) override;
+
+  /// Runs work and due redraws until `done` (asked after each of them and every `redrawInterval`) is true, then what is
+  /// still waiting.
+  /// Thread: main.
+  void runUntil(const std::function<bool()>& done);
+
+  /// False where the system has no process-wide barrier: redraw requests are then taken one by one, under the lock.
+  [[nodiscard]] bool coalesces() const { return hasBarrier_; }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void take(CoalescedOperation& operation) override;
+  void runRedraws(std::unique_lock<std::mutex>& lock);
+
+  const std::thread::id mainThread_ = std::this_thread::get_id();
+  const std::chrono::milliseconds redrawInterval_;
+  const bool hasBarrier_;
+  std::mutex mutex_;
+  std::condition_variable arrived_;
+  std::deque<std::function<void()>> work_;
+  std::vector<CoalescedOperation*> redraws_;
+  Clock::time_point nextRedraw_{};
+};
+
+}  // namespace zelvo::platform::linux_

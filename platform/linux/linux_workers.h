@@ -1,0 +1,24 @@
+/// Worker threads of the system.
+#pragma once
+
+#include <memory>
+
+#include "platform/workers.h"
+
+namespace zelvo::platform::linux_ {
+
+/// Joins every thread before it goes.
+class LinuxWorkers final : public Workers {
+ public:
+  LinuxWorkers();
+  ~LinuxWorkers() override;
+  std::shared_ptr<Worker> start(std::shared_ptr<CancelMark> mark, std::function<void()> body) override;
+  std::shared_ptr<Worker> startHelper(std::function<void()> body) override;
+  void joinAll() override;
+
+ private:
+  class Roll;
+  std::shared_ptr<Roll> roll_;
+};
+
+}  // namespace zelvo::platform::linux_

@@ -1,0 +1,40 @@
+/// Movies and the view that plays them. A movie is opened when something first needs its content, so that loading one
+/// that nobody looks at costs nothing and cannot fail.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace zelvo::platform {
+
+class Movie {
+ public:
+  virtual ~Movie() = default;
+  virtual void play() = 0;
+  virtual void stop() = 0;
+  virtual void gotoBeginning() = 0;
+};
+
+/// A movie, or the reason why there is none, as a sentence for the log.
+struct LoadedMovie {
+  std::shared_ptr<Movie> movie;
+  std::optional<std::string> error;
+};
+
+/// Thread: any.
+class MovieLoader {
+ public:
+  virtual ~MovieLoader() = default;
+  [[nodiscard]] virtual LoadedMovie movieWithFile(const std::string& path) = 0;
+};
+
+/// Thread: any; calls from workers are taken over to the main thread in order.
+class MovieView {
+ public:
+  virtual ~MovieView() = default;
+  /// Shows `movie`; nothing shows an empty view.
+  virtual void setMovie(std::shared_ptr<Movie> movie) = 0;
+};
+
+}  // namespace zelvo::platform

@@ -1,0 +1,55 @@
+/// Worker threads and the mark by which they are asked to end.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/relaxed.h"
+
+namespace zelvo::platform {
+
+/// A request to end, shared by who asks and who works. Once set it stays set.
+/// Thread: any.
+class CancelMark {
+ public:
+  /// Asks the work to end at its next stage boundary.
+  void cancel() noexcept { cancelled_ = true; }
+  /// Asks it to end as soon as it can, since nobody will see its result. Implies `cancel`.
+  void abandon() noexcept {
+    abandoned_ = true;
+    cancelled_ = true;
+  }
+  [[nodiscard]] bool cancelled() const noexcept { return cancelled_; }
+  [[nodiscard]] bool abandoned() const noexcept { return abandoned_; }
+
+ private:
+  Relaxed<bool> cancelled_;
+  Relaxed<bool> abandoned_;
+};
+
+/// One started body of work. Letting go of it leaves the work running.
+class Worker {
+ public:
+  virtual ~Worker() = default;
+  /// Sets the work's cancel mark.
+  virtual void cancel() = 0;
+  /// True once the body has returned.
+  [[nodiscard]] virtual bool finished() const = 0;
+  /// Waits for the body to return. Never to be called by the body itself.
+  virtual void join() = 0;
+};
+
+/// Starts worker threads and keeps track of them.
+/// Thread: any.
+class Workers {
+ public:
+  virtual ~Workers() = default;
+  /// Starts `body` on a thread of its own. The body looks at `mark` by itself; `Worker::cancel` sets it.
+  virtual std::shared_ptr<Worker> start(std::shared_ptr<CancelMark> mark, std::function<void()> body) = 0;
+  /// Starts a helper of the calling thread at once, also where a test decides when workers run. The caller joins it.
+  virtual std::shared_ptr<Worker> startHelper(std::function<void()> body) = 0;
+  /// Waits for every body started so far, and for those that they start.
+  virtual void joinAll() = 0;
+};
+
+}  // namespace zelvo::platform

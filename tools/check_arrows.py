@@ -1,0 +1,116 @@
+#!/usr/bin/env python3
+"""Checks that every #include follows the arrows of the house (docs/architecture.md).
+
+Usage: check_arrows.py [ROOT]
+Prints each include that breaks them, one a line, and exits with 1 when there is any.
+"""
+import os
+import re
+import sys
+
+# Which rooms a room may include, besides itself. A file's room is the longest entry that its path starts with.
+ARROWS = {
+    "platform": set(),
+    "platform/linux": {"platform"},
+    "platform/headless": {"platform"},
+    "platform/qt": {"platform"},
+    "engine": {"platform"},
+    "controls": {"platform"},
+    "storage": {"platform"},
+    "update": {"platform", "controls"},
+    "app": {"platform", "engine", "controls", "storage", "update"},
+    "app/main.cpp": {"platform", "platform/linux", "platform/qt", "app"},
+    "cli": {"platform", "engine", "storage"},
+    "cli/main.cpp": {"platform", "platform/linux", "platform/headless", "engine", "storage", "cli"},
+    "tests/support": {"platform", "platform/headless", "engine"},
+    "tests/platform": {"platform", "platform/linux", "platform/headless", "platform/qt", "tests/support"},
+    "tests/engine": {"platform", "platform/linux", "platform/headless", "engine", "tests/support"},
+    "tests/storage": {"platform", "platform/linux", "platform/headless", "storage", "tests/support"},
+    "tests/controls": {"platform", "platform/headless", "platform/qt", "controls", "tests/support"},
+    "tests/update": {"platform", "platform/linux", "platform/headless", "update", "controls", "tests/support"},
+    "tests/app": {"platform", "platform/linux", "platform/headless", "app", "engine", "controls", "storage", "update",
+                  "tests/support"},
+    "tests/cli": {"platform", "platform/linux", "platform/headless", "engine", "storage", "cli", "tests/support"},
+    "tests/fuzz": {"platform", "platform/linux", "platform/headless", "engine", "storage", "update", "cli",
+                   "tests/support"},
+    "tests/bench": {"platform", "platform/linux", "platform/headless", "engine", "storage", "update", "cli",
+                    "tests/support"},
+    "tests/tools": set(),
+}
+
+# Third-party headers by their beginning, and the rooms that may name them; the tests' frameworks are for tests.
+THIRD_PARTY = {
+    "CLI/": {"cli", "cli/main.cpp"},
+    "Q": {"platform/qt", "app/main.cpp"},
+    "mpv/": {"platform/qt"},
+    "libudev.h": {"platform/linux"},
+    "libmount/": {"platform/linux"},
+    "plist/": {"platform/linux"},
+    "curl/": {"platform/linux"},
+    "libmnl/": {"platform/linux"},
+    "openssl/": {"platform/linux"},
+    "spdlog/": {"platform/linux"},
+    "fmt/": {"platform/linux"},
+    "sys/": {"platform/linux", "tests/platform", "tests/cli", "tests/bench", "tests/support", "cli/main.cpp"},
+    "linux/": {"platform/linux"},
+    "unistd.h": {"platform/linux", "tests/platform", "tests/cli", "tests/bench", "tests/support", "cli/main.cpp"},
+    "fcntl.h": {"platform/linux", "tests/platform", "tests/cli", "tests/bench", "tests/support"},
+    "gtest/": {"tests"},
+    "gmock/": {"tests"},
+    "benchmark/": {"tests"},
+}
+
+INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
+
+
+def room_of(path):
+    best = None
+    for room in ARROWS:
+        if (path == room or path.startswith(room + "/")) and (best is None or len(room) > len(best)):
+            best = room
+    return best
+
+
+def broken_includes(root, path):
+    room = room_of(path)
+    with open(os.path.join(root, path), encoding="utf-8") as source:
+        for number, line in enumerate(source, 1):
+            found = INCLUDE.match(line)
+            if not found:
+                continue
+            ours, system = found.groups()
+            if room is None:
+                yield f"{path}:{number}: this folder is in no room; name it in tools/check_arrows.py"
+                return
+            if ours is not None:
+                target = room_of(ours)
+                if target is None or not os.path.exists(os.path.join(root, ours)):
+                    yield f'{path}:{number}: "{ours}" is no file of a room (includes start at the repository root)'
+                elif target != room and target not in ARROWS[room] and not (
+                        "/" in room and room_of(os.path.dirname(room)) == target and room.endswith(".cpp")):
+                    yield f'{path}:{number}: {room} must not include {target} ("{ours}")'
+                continue
+            for beginning, rooms in THIRD_PARTY.items():
+                if not system.startswith(beginning) or (beginning == "Q" and not re.match(r"Q[A-Z]|Qt", system)):
+                    continue
+                if room not in rooms and not ("tests" in rooms and room.startswith("tests/")):
+                    yield f"{path}:{number}: {room} must not include <{system}>"
+
+
+def sources(root):
+    for folder, folders, names in os.walk(root):
+        folders[:] = sorted(f for f in folders if not f.startswith(".") and f != "build")
+        for name in sorted(names):
+            if name.endswith((".h", ".cpp")):
+                yield os.path.relpath(os.path.join(folder, name), root)
+
+
+def main():
+    root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
+    broken = [line for path in sources(root) for line in broken_includes(root, path)]
+    print("\n".join(broken) if broken else "Every include follows the arrows.")
+    return 1 if broken else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
