@@ -48,7 +48,8 @@ Batch batchFrom(const ChunkRun& chunks, std::uint64_t first) {
 void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::uint64_t size) {
   while (size > 0 && !out.failed()) {
     const std::span<std::byte> room = out.room();
-    const std::span<std::byte> wanted = room.first(static_cast<std::size_t>(std::min<std::uint64_t>(size, room.size())));
+    const std::span<std::byte> wanted =
+        room.first(static_cast<std::size_t>(std::min<std::uint64_t>(size, room.size())));
     const std::size_t count = input.read(offset, wanted);
     out.commit(count);
     if (count < wanted.size()) return;

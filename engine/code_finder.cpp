@@ -38,7 +38,9 @@ void addEach(const std::byte* bytes, std::size_t first, std::size_t positions, s
 }
 
 // The compiler's own vector loads take pointers to vectors; unaligned ones are what they are for.
-__m128i load16(const std::byte* bytes) { return _mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(bytes))); }
+__m128i load16(const std::byte* bytes) {
+  return _mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(bytes)));
+}
 
 void findWithSse2(const std::byte* bytes, std::size_t positions, FoundCodes& found) {
   found.clear();

@@ -159,9 +159,9 @@ void RepairFile::writeHeaderLists(StagedOutput& out) {
   out.number(0);                 // dwStart
   out.number(videosamplecount);  // dwLength
   out.number(kSuggestedBufferSize);
-  out.number(0);                // dwQuality
-  out.append(videoscaledata);   // Deliberate: dwSampleSize receives the damaged file's dwStart
-  out.zeros(8);                 // rcFrame
+  out.number(0);               // dwQuality
+  out.append(videoscaledata);  // Deliberate: dwSampleSize receives the damaged file's dwStart
+  out.zeros(8);                // rcFrame
   out.code(kStrf);
   out.number(videostrfsize);
   writeFormat(out, videostrfdata);

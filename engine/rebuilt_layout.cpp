@@ -29,8 +29,8 @@ RebuiltLayout RebuiltLayout::of(const LayoutInput& input) {
   out.baseoffsetforvideo = out.AVILISTsize + 20 + (out.ix00size + 20) + (out.ix01size + 8);
   out.audiodatasize = dataSize(input.audiosamplesizearray, input.audiosamplecount);
   out.videodatasize = dataSize(input.videosamplesizearray, input.videosamplecount);
-  out.movisize = (out.ix00size + 8 + 4) + (out.ix01size + 8) + 8 * input.videosamplecount +
-                 8 * input.audiosamplecount + out.audiodatasize + out.videodatasize;
+  out.movisize = (out.ix00size + 8 + 4) + (out.ix01size + 8) + 8 * input.videosamplecount + 8 * input.audiosamplecount +
+                 out.audiodatasize + out.videodatasize;
   out.RIFFLISTsize = out.AVILISTsize + 12 + 8 + out.movisize;
   out.baseoffsetforaudio = out.baseoffsetforvideo + out.videodatasize + 8 * input.videosamplecount;
   return out;

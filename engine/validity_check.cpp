@@ -19,8 +19,7 @@ constexpr std::uint32_t kBlocksSearched = 10;
 constexpr std::size_t kBlockSize = 1024;
 
 /// The codes, in the order in which they are tried.
-constexpr std::array kSignatures = {kRiff, kAvi,  kList, kHdrl, kAvih, kStrl,
-                                    kStrh, kIndx, k00db, k00dc, k00wb, kMovi};
+constexpr std::array kSignatures = {kRiff, kAvi, kList, kHdrl, kAvih, kStrl, kStrh, kIndx, k00db, k00dc, k00wb, kMovi};
 
 }  // namespace
 

@@ -35,8 +35,8 @@ void appendPlace(std::string& out, std::string_view conversion, const std::optio
 std::string_view nextPlace(std::string& out, std::string_view& format);
 
 template <class Value>
-constexpr bool isText = std::is_convertible_v<const Value&, std::string_view> ||
-                        std::is_same_v<Value, std::optional<std::string>>;
+constexpr bool isText =
+    std::is_convertible_v<const Value&, std::string_view> || std::is_same_v<Value, std::optional<std::string>>;
 
 template <class Value>
 void append(std::string& out, std::string_view& format, const Value& value) {

@@ -11,9 +11,7 @@ namespace zelvo::platform::linux_ {
 
 namespace {
 
-bool registerForBarrier() {
-  return ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0, 0) == 0;
-}
+bool registerForBarrier() { return ::syscall(SYS_membarrier, MEMBARRIER_CMD_REGISTER_PRIVATE_EXPEDITED, 0, 0) == 0; }
 
 /// Every running thread of this process passes a full memory barrier before this returns.
 void barrierInEveryThread() { ::syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_EXPEDITED, 0, 0); }

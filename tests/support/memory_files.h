@@ -1,0 +1,84 @@
+/// Files that live in memory, can be larger than memory (sparse), and fail where a test wants them to.
+/// Offsets and sizes are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/bytes.h"
+#include "platform/file_manager.h"
+#include "platform/files.h"
+
+namespace zelvo::tests {
+
+/// Content and faults of one file. Set faults before the file is used.
+struct MemoryFile {
+  platform::Bytes bytes;   ///< the content from offset 0 on
+  std::uint64_t size = 0;  ///< may be larger: what lies behind `bytes` is zero, but for islands
+  std::map<std::uint64_t, platform::Bytes> islands;  ///< content by offset behind `bytes`
+
+  /// Reads that touch this range come short before it with `readError`.
+  std::uint64_t badReadStart = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t badReadEnd = 0;
+  std::error_code readError;
+  /// Writes come short at this offset with `writeError`.
+  std::uint64_t badWriteFrom = std::numeric_limits<std::uint64_t>::max();
+  std::error_code writeError;
+  std::error_code reserveError = std::make_error_code(std::errc::operation_not_supported);
+  std::error_code closeError;
+
+  std::uint64_t reads = 0;  ///< how often it was read
+  mutable std::mutex mutex;
+};
+
+/// Thread: any.
+class MemoryFiles final : public platform::Files, public platform::FileManager {
+ public:
+  /// Puts a file there; replaces one of that name.
+  MemoryFile& put(const std::string& path, platform::Bytes bytes);
+  /// A file of `size` bytes, all zero so far.
+  MemoryFile& putSparse(const std::string& path, std::uint64_t size);
+  [[nodiscard]] bool has(const std::string& path) const;
+  [[nodiscard]] MemoryFile& at(const std::string& path);
+  /// The whole content of a file that is not sparse.
+  [[nodiscard]] platform::Bytes content(const std::string& path) const;
+  /// Creating or opening this path fails.
+  void refuse(const std::string& path, std::error_code error);
+  /// What `freeSpace` answers.
+  std::optional<std::uint64_t> space = std::uint64_t{1} << 40U;
+  /// Told when a file is created or opened for writing.
+  std::function<void(const std::string&)> onTouch;
+
+  [[nodiscard]] platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override;
+  [[nodiscard]] platform::Opened<platform::WritableFile> openForWriting(const std::string& path) override;
+
+  [[nodiscard]] std::optional<platform::FileAttributes> attributes(const std::string& path) override;
+  [[nodiscard]] std::optional<platform::FileAttributes> attributesFollowingLinks(const std::string& path) override;
+  [[nodiscard]] std::optional<std::uint64_t> freeSpace(const std::string& path) override;
+  [[nodiscard]] bool exists(const std::string& path) override { return has(path); }
+  [[nodiscard]] std::error_code createFile(const std::string& path) override;
+  [[nodiscard]] std::error_code createFolder(const std::string& path) override;
+  [[nodiscard]] std::error_code rename(const std::string& from, const std::string& to) override;
+  [[nodiscard]] std::error_code remove(const std::string& path) override;
+  [[nodiscard]] std::vector<std::string> list(const std::string& folder) override;
+  [[nodiscard]] std::optional<std::string> linkTarget(const std::string&) override { return std::nullopt; }
+  [[nodiscard]] bool isWritable(const std::string& path) override { return has(path); }
+  [[nodiscard]] bool isDeletable(const std::string& path) override { return has(path); }
+
+ private:
+  [[nodiscard]] std::shared_ptr<MemoryFile> find(const std::string& path) const;
+  [[nodiscard]] std::error_code refusal(const std::string& path) const;
+
+  mutable std::mutex mutex_;
+  std::map<std::string, std::shared_ptr<MemoryFile>> files_;
+  std::map<std::string, std::error_code> refused_;
+};
+
+}  // namespace zelvo::tests
