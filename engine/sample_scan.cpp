@@ -49,8 +49,8 @@ class SampleScan {
     std::size_t ownRead = ScanWindow::kBlockSize + ScanWindow::kReadAhead;
     if (block == last) {
       // Deliberate: of the last block only `mod` bytes count, which is none when the size is a multiple of 1024.
-      if (job_.mod < 4) return;
-      positions = job_.mod - 3;
+      if (job_.mod == 0) return;
+      positions = job_.mod < 4 ? 0 : job_.mod - 3;
       ownRead = job_.mod;
     }
     const std::span<const std::byte> bytes = window_.block(block, last, ownRead);
