@@ -77,30 +77,40 @@ TEST(Oracle, AgreesOnInputsOfSeveralWindows) {
 
 TEST(Oracle, AgreesOnDenseCandidatesOfAllReaches) {
   LiteralComparison comparison;
-  for (std::uint64_t seed = 1; seed <= 24; ++seed) {
+  for (std::uint64_t seed = 1; seed <= 60; ++seed) {
     constexpr std::array<std::uint32_t, 4> kLimits{20, 3000, 400000, 12000000};
-    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).dense(20000 * seed, kLimits[seed % 4])), "");
+    const std::size_t size = 10000 + 17 * kBlock * seed + seed;
+    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).dense(size, kLimits[seed % 4], seed % 3 == 0)), "");
   }
   EXPECT_GT(comparison.chunksCompared, 100000U);
 }
 
-TEST(Oracle, AgreesWhereTheRingOfADenseInputWraps) {
+TEST(Oracle, AgreesOnDenseInputsLongerThanTheRing) {
   LiteralComparison comparison;
-  for (std::uint64_t seed = 1; seed <= 3; ++seed) {
-    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).dense(kRing + 1500000 * seed, 9999999)), "");
+  for (const bool failing : {false, true}) {
+    for (std::uint64_t seed = 1; seed <= 3; ++seed) {
+      const std::size_t size = kRing + 1300001 * seed;
+      ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).dense(size, 9999999, failing)), "");
+    }
   }
   EXPECT_GT(comparison.chunksCompared, 100000U);
 }
 
-TEST(Oracle, AgreesWhereTheRingOfADenseInputMeetsReadErrors) {
+TEST(Oracle, AgreesOnLookAheadsAcrossTheEndOfTheRing) {
   LiteralComparison comparison;
-  for (std::uint64_t seed = 11; seed <= 13; ++seed) {
-    DamageGenerator generator(seed);
-    DamagedInput input = generator.dense(kRing + 600000, 6000000);
-    input.badReadStart = 3000000 + generator.below(7000000);
-    input.badReadEnd = input.badReadStart + 1 + generator.below(900000);
-    ASSERT_EQ(comparison.scanAndWrite(input), "");
+  comparison.largestOutput = 0;
+  for (std::size_t shift = 0; shift < 8; ++shift) {
+    // Codes everywhere, 8 bytes apart; from 5 MB on each looks at one of the 80,000 bytes around the ring's end.
+    Bytes bytes(shift);
+    for (std::uint64_t k = 0; bytes.size() < kRing + 60000; ++k) {
+      const std::uint64_t aim = kRing - 40000 + k % 80000;
+      const bool aims = bytes.size() > 5000000 && bytes.size() + 8 < aim;
+      appendText(bytes, "00dc");
+      appendNumber(bytes, aims ? static_cast<std::uint32_t>(aim - bytes.size() - 4) : 4000000);
+    }
+    ASSERT_EQ(comparison.scanAndWrite(undamaged("codes from " + std::to_string(shift), bytes)), "");
   }
+  EXPECT_GT(comparison.chunksCompared, 100000U);
 }
 
 TEST(Oracle, AgreesWhereOnlySomeWindowsAreDense) {
@@ -161,22 +171,54 @@ TEST(Oracle, AgreesOnEverySizeFieldAtABoundary) {
   }
 }
 
+TEST(Oracle, AgreesOnHeadersAroundTheLastBlockThatIsHarvested) {
+  LiteralComparison comparison;
+  AviBuilder avi;
+  avi.interleaved(5, 300, 100);
+  const Bytes whole = avi.build();
+  for (const std::uint64_t mod : {0U, 1U, 90U, 350U, 1023U}) {
+    for (std::size_t start = 48 * kBlock + 500; start <= 50 * kBlock; start += 61) {
+      Bytes bytes(start);
+      overwrite(bytes, 0, "RIFF");
+      bytes.insert(bytes.end(), whole.begin(), whole.end());
+      DamagedInput input = undamaged("headers at " + std::to_string(start), bytes);
+      input.size = input.claimedSize = 513 * kBlock + mod;
+      ASSERT_EQ(comparison.wholeRun(input), "") << mod;
+    }
+  }
+  EXPECT_GT(comparison.outputsCompared, 20U);
+}
+
+constexpr std::array kBorders{kBlock,           2 * kBlock,     kWindow - 2048, kWindow,
+                              kWindow + kBlock, kWindow + 2048, 2 * kWindow,    2 * kWindow + 2048};
+
 TEST(Oracle, AgreesOnACodeAtEveryPlaceAroundABorder) {
   LiteralComparison comparison;
-  comparison.largestOutput = 0;
-  for (const std::size_t border : {kBlock, 2 * kBlock, kWindow - 2048, kWindow, kWindow + kBlock, kWindow + 2048,
-                                   2 * kWindow, 2 * kWindow + 2048}) {
-    for (std::size_t before = 0; before <= 20; ++before) {
-      for (const std::size_t target : {border, border + kBlock, kWindow + 2048, 2 * kWindow}) {
-        const std::size_t from = border - before;
-        if (target <= from + 8) continue;
-        for (const std::size_t shift : {0U, 4U}) {
-          Bytes bytes(2 * kWindow + 6 * kBlock);
-          putChunk(bytes, from, "00dc", static_cast<std::uint32_t>(target - from - 8));
-          putChunk(bytes, target + shift - 2, "01wb", 10);
-          ASSERT_EQ(comparison.scanAndWrite(undamaged("border " + std::to_string(border), bytes)), "")
-              << before << ", " << target << ", " << shift;
-        }
+  for (const std::size_t border : kBorders) {
+    for (std::size_t from = border - 20; from <= border + 4; ++from) {
+      for (const std::size_t target : {from + 9, from + 1500}) {
+        Bytes bytes(2 * kWindow + 6 * kBlock);
+        putChunk(bytes, from, "00dc", static_cast<std::uint32_t>(target - from - 8));
+        putChunk(bytes, target, "01wb", 10);
+        ASSERT_EQ(comparison.scanAndWrite(undamaged("border " + std::to_string(border), bytes)), "")
+            << from << ", " << target;
+        ASSERT_EQ(comparison.tables.video.count, 1U);
+      }
+    }
+  }
+}
+
+TEST(Oracle, AgreesOnALookAheadAtEveryPlaceAroundABorder) {
+  LiteralComparison comparison;
+  for (const std::size_t border : kBorders) {
+    for (std::size_t target = border - 8; target <= border + 2; ++target) {
+      for (std::size_t shift = 0; shift <= 3; ++shift) {
+        Bytes bytes(2 * kWindow + 6 * kBlock);
+        putChunk(bytes, 100, "00dc", static_cast<std::uint32_t>(target - 108));
+        putChunk(bytes, target + shift, "01wb", 0);
+        ASSERT_EQ(comparison.scanAndWrite(undamaged("border " + std::to_string(border), bytes)), "")
+            << target << ", " << shift;
+        ASSERT_EQ(comparison.tables.video.count, shift <= 2 ? 1U : 0U);
       }
     }
   }

@@ -114,7 +114,8 @@ void DamageGenerator::codeAtBorder(DamagedInput& input, std::size_t step) {
   if (input.bytes.size() < 64) return;
   const std::size_t border = static_cast<std::size_t>(below(input.bytes.size() / step + 1)) * step;
   const std::size_t from = border > 24 ? border - static_cast<std::size_t>(below(25)) : border;
-  const std::size_t target = static_cast<std::size_t>(below(input.bytes.size() / step + 1)) * step + below(16);
+  std::size_t target = static_cast<std::size_t>(below(input.bytes.size() / step + 1)) * step + below(16);
+  if (step == kWindow && chance(50)) target += 2 * kBlock - 8;  // what is read of a window goes two blocks further
   const std::size_t to = chance(50) ? from + 9 + static_cast<std::size_t>(below(40)) : target;
   if (to <= from + 8) return;
   put(input.bytes, from, anyCode(), static_cast<std::uint32_t>(to - from - 8));
@@ -198,15 +199,26 @@ DamagedInput DamageGenerator::acrossWindows(std::size_t largest) {
   return input;
 }
 
-DamagedInput DamageGenerator::dense(std::size_t size, std::uint32_t sizeLimit) {
+DamagedInput DamageGenerator::dense(std::size_t size, std::uint32_t sizeLimit, bool failing) {
   DamagedInput input = begin("dense input");
-  input.bytes.reserve(size + 8);
-  while (input.bytes.size() < size) {
-    appendText(input.bytes, chance(70) ? "00dc" : "01wb");
-    appendNumber(input.bytes, static_cast<std::uint32_t>(below(sizeLimit)));
+  input.size = input.claimedSize = size;
+  if (failing) {
+    input.badReadStart = below(size);
+    input.badReadEnd = input.badReadStart + 1 + below(chance(50) ? 8 : size / 8);
   }
-  for (std::uint64_t count = below(4); count > 0; --count) deleteRange(input);
-  finish(input);
+  input.bytes.reserve(size + 16);
+  while (input.bytes.size() < size) {
+    if (below(5000) == 0) appendPayload(input.bytes, 1 + below(7));
+    const std::uint64_t payload = input.bytes.size() + 8;
+    // One in four looks at a place where something ends.
+    const std::array<std::uint64_t, 4> ends{size, input.badReadStart, input.badReadEnd,
+                                            below(size / kWindow + 1) * kWindow};
+    const std::uint64_t aim = ends[below(4)] - 8 + below(16);
+    const bool reachable = aim > payload && aim - payload < sizeLimit;
+    appendText(input.bytes, chance(70) ? "00dc" : "01wb");
+    appendNumber(input.bytes, static_cast<std::uint32_t>(reachable && chance(25) ? aim - payload : below(sizeLimit)));
+  }
+  input.bytes.resize(size);
   return input;
 }
 

@@ -31,8 +31,9 @@ class DamageGenerator {
   [[nodiscard]] DamagedInput small();
   /// Up to `largest` bytes, with codes, size fields and look-aheads across the borders of multiples of 262,144.
   [[nodiscard]] DamagedInput acrossWindows(std::size_t largest);
-  /// "00dc" and a size below `sizeLimit` every 8 bytes.
-  [[nodiscard]] DamagedInput dense(std::size_t size, std::uint32_t sizeLimit);
+  /// "00dc" or "01wb" and a size below `sizeLimit` every 8 bytes; many look-aheads meet the end of the file or, when
+  /// `failing`, the ends of a range that cannot be read.
+  [[nodiscard]] DamagedInput dense(std::size_t size, std::uint32_t sizeLimit, bool failing = false);
   /// A whole AVI file of `count` pairs of chunks behind sound headers, then damaged; some claim to be larger than they
   /// are.
   [[nodiscard]] DamagedInput wholeFile(int count);

@@ -27,6 +27,7 @@ class MemoryReadableFile final : public platform::ReadableFile {
   IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     const std::lock_guard lock(file_->mutex);
     ++file_->reads;
+    file_->largestRead = std::max<std::uint64_t>(file_->largestRead, into.size());
     if (offset >= file_->size || into.empty()) return {};
     IoResult result{static_cast<std::size_t>(std::min<std::uint64_t>(into.size(), file_->size - offset)), {}};
     if (offset < file_->badReadEnd && offset + result.count > file_->badReadStart) {

@@ -34,7 +34,8 @@ struct MemoryFile {
   std::error_code reserveError = std::make_error_code(std::errc::operation_not_supported);
   std::error_code closeError;
 
-  std::uint64_t reads = 0;  ///< how often it was read
+  std::uint64_t reads = 0;        ///< how often it was read
+  std::uint64_t largestRead = 0;  ///< the most that one read asked for
   mutable std::mutex mutex;
 };
 
