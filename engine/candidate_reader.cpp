@@ -2,9 +2,16 @@
 
 namespace zelvo::engine {
 
-void CandidateReader::read(const Stretch& stretch, std::vector<Candidate>& candidates) {
-  candidates.clear();
-  for (std::uint32_t i = 0; i < stretch.blocks; ++i) readBlock(stretch.firstBlock + i, candidates);
+void CandidateReader::read(const Stretch& stretch, StretchContent& content) {
+  content.candidates.clear();
+  content.failures.clear();
+  for (std::uint32_t i = 0; i < stretch.blocks; ++i) {
+    const std::uint32_t block = stretch.firstBlock + i;
+    readBlock(block, content.candidates);
+    if (const ReadFailures failures = window_.takeFailures(); failures.count > 0) {
+      content.failures.push_back({block, failures});
+    }
+  }
 }
 
 void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& candidates) {
