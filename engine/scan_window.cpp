@@ -33,7 +33,7 @@ void ScanWindow::moveTo(std::uint32_t number, std::uint32_t last) {
   // A window ends where block offsets wrap.
   const std::uint64_t untilWrap = ((std::uint64_t{1} << 32U) - start_) / kBlockSize;
   blocks_ = static_cast<std::uint32_t>(std::min({std::uint64_t{kBlocks}, untilWrap, std::uint64_t{last} - number + 1}));
-  const auto wanted = std::span(bytes_).first(blocks_ * kBlockSize + kTail);
+  const auto wanted = std::span(bytes_).first(blocks_ * kBlockSize + kReadAhead);
   const platform::IoResult result = input_.tryRead(start_, wanted);
   readsFail_ = static_cast<bool>(result.error);
   valid_ = readsFail_ ? 0 : result.count;

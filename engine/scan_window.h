@@ -54,9 +54,7 @@ class ScanWindow {
  private:
   /// How far in front of the window a look-ahead can reach: the largest size accepted, the chunk header, six bytes.
   static constexpr std::size_t kReach = 10000000 + 8 + 6;
-  /// Bytes behind the window's last block: a code that starts at its last position, its size field, and some.
-  static constexpr std::size_t kTail = 64;
-  static constexpr std::size_t kWindowSize = kBlocks * kBlockSize + kTail;
+  static constexpr std::size_t kWindowSize = kBlocks * kBlockSize + kReadAhead;
   static constexpr std::size_t kRingSize = kReach + 2 * kWindowSize;
   /// A window with more look-aheads beyond its end than this is dense.
   static constexpr std::uint32_t kDense = 64;
