@@ -7,7 +7,7 @@ namespace zelvo::tests {
 
 namespace {
 
-constexpr std::size_t kLongestGroup = 3;
+constexpr std::size_t kLongestGroup = 4;
 constexpr std::size_t kFewestTimes = 3;
 
 /// How often the `length` events at `start` come in a row.

@@ -6,7 +6,7 @@
 
 namespace zelvo::tests {
 
-/// One event a line. A group of up to three lines that comes three or more times in a row is written once, indented,
+/// One event a line. A group of up to four lines that comes three or more times in a row is written once, indented,
 /// below "N times:".
 [[nodiscard]] std::string foldedEvents(const std::vector<std::string>& events);
 
