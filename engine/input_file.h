@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <system_error>
 
@@ -16,11 +17,11 @@ namespace zelvo::engine {
 /// Reads that failed, the end of the file not counted among them.
 struct ReadFailures {
   std::uint64_t count = 0;
-  std::uint64_t firstOffset = 0;  ///< first byte that could not be read
+  std::uint64_t firstOffset = 0;  ///< lowest offset that could not be read
   std::error_code firstCause;
 };
 
-/// Thread: one at a time.
+/// Thread: any, several at once.
 class InputFile {
  public:
   /// Without a file every read answers nothing.
@@ -38,10 +39,11 @@ class InputFile {
   /// Size of the file now; 0 without a file.
   [[nodiscard]] std::uint64_t size() const { return file_ ? file_->size() : 0; }
 
-  [[nodiscard]] const ReadFailures& failures() const { return failures_; }
+  [[nodiscard]] ReadFailures failures() const;
 
  private:
   std::unique_ptr<platform::ReadableFile> file_;
+  mutable std::mutex mutex_;
   ReadFailures failures_;
 };
 
