@@ -2,9 +2,16 @@
 
 namespace zelvo::engine {
 
-void CandidateReader::read(const Stretch& stretch, std::vector<Candidate>& candidates) {
-  candidates.clear();
-  for (std::uint32_t i = 0; i < stretch.blocks; ++i) readBlock(stretch.firstBlock + i, candidates);
+void CandidateReader::read(const Stretch& stretch, StretchContent& content) {
+  content.candidates.clear();
+  content.failures.clear();
+  for (std::uint32_t i = 0; i < stretch.blocks; ++i) {
+    const std::uint32_t block = stretch.firstBlock + i;
+    readBlock(block, content.candidates);
+    if (const ReadFailures failures = window_.takeFailures(); failures.count > 0) {
+      content.failures.push_back({block, failures});
+    }
+  }
 }
 
 void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& candidates) {
@@ -12,8 +19,8 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
   std::size_t ownRead = ScanWindow::kBlockSize + ScanWindow::kReadAhead;
   if (block == last_) {
     // Deliberate: of the last block only `mod` bytes count, which is none when the size is a multiple of 1024.
-    if (mod_ < 4) return;
-    positions = mod_ - 3;
+    if (mod_ == 0) return;
+    positions = mod_ < 4 ? 0 : mod_ - 3;
     ownRead = mod_;
   }
   const std::span<const std::byte> bytes = window_.block(block, last_, ownRead);

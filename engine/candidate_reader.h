@@ -31,6 +31,18 @@ struct Candidate {
   [[nodiscard]] std::uint32_t position() const { return ScanWindow::startOf(block) + inBlock; }
 };
 
+/// Reads of one block and its candidates that failed.
+struct BlockFailures {
+  std::uint32_t block = 0;
+  ReadFailures failures;
+};
+
+/// What a stretch holds, in file order.
+struct StretchContent {
+  std::vector<Candidate> candidates;
+  std::vector<BlockFailures> failures;
+};
+
 /// A run of blocks.
 struct Stretch {
   static constexpr std::uint32_t kBlocks = 64;
@@ -45,8 +57,8 @@ class CandidateReader {
   CandidateReader(InputFile& input, std::uint32_t last, std::uint32_t mod, bool farAhead)
       : window_(input, farAhead), last_(last), mod_(mod) {}
 
-  /// Replaces `candidates` by those of the stretch, in file order.
-  void read(const Stretch& stretch, std::vector<Candidate>& candidates);
+  /// Replaces `content` by that of the stretch.
+  void read(const Stretch& stretch, StretchContent& content);
 
   /// True once the input has proved dense with candidates.
   [[nodiscard]] bool isDense() const { return window_.isDense(); }

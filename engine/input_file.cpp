@@ -10,13 +10,22 @@ std::size_t InputFile::read(std::uint64_t offset, std::span<std::byte> into) {
   const platform::IoResult result = tryRead(offset, into);
   if (result.error) {
     const std::lock_guard lock(mutex_);
-    if (failures_.count == 0 || offset + result.count < failures_.firstOffset) {
-      failures_.firstOffset = offset + result.count;
-      failures_.firstCause = result.error;
-    }
-    ++failures_.count;
+    failures_.add({1, offset + result.count, result.error});
   }
   return result.count;
+}
+
+void ReadFailures::add(const ReadFailures& later) {
+  if (count == 0) {
+    firstOffset = later.firstOffset;
+    firstCause = later.firstCause;
+  }
+  count += later.count;
+}
+
+void InputFile::remember(const ReadFailures& failures) {
+  const std::lock_guard lock(mutex_);
+  failures_.add(failures);
 }
 
 ReadFailures InputFile::failures() const {

@@ -17,8 +17,11 @@ namespace zelvo::engine {
 /// Reads that failed, the end of the file not counted among them.
 struct ReadFailures {
   std::uint64_t count = 0;
-  std::uint64_t firstOffset = 0;  ///< lowest offset that could not be read
+  std::uint64_t firstOffset = 0;  ///< first byte that could not be read
   std::error_code firstCause;
+
+  /// Counts failures that came after these.
+  void add(const ReadFailures& later);
 };
 
 /// Thread: any, several at once.
@@ -30,7 +33,8 @@ class InputFile {
   /// Fills the front of `into`; the rest is left as it is. Answers how many bytes were read.
   std::size_t read(std::uint64_t offset, std::span<std::byte> into);
 
-  /// As `read`, but answers a failure instead of remembering it: for reads that are tried again in smaller steps.
+  /// As `read`, but answers a failure instead of remembering it: for reads that are tried again in smaller steps, or
+  /// whose failures are remembered later.
   platform::IoResult tryRead(std::uint64_t offset, std::span<std::byte> into);
 
   /// Reads up to `size` bytes into a buffer of their own; fewer at the end of the file.
@@ -39,6 +43,8 @@ class InputFile {
   /// Size of the file now; 0 without a file.
   [[nodiscard]] std::uint64_t size() const { return file_ ? file_->size() : 0; }
 
+  /// Adds failures that came after those remembered so far.
+  void remember(const ReadFailures& failures);
   [[nodiscard]] ReadFailures failures() const;
 
  private:

@@ -65,7 +65,7 @@ class SampleScan {
               bool& fullTold) {
     if (count == kLargestSampleCount) {
       if (!fullTold) {
-        logLine(job_.services_.log, "Table full: no more %@ chunks are recorded",
+        logLine(job_.services_.log, "Table full, no more %@ chunks are recorded",
                 candidate.code == k01wb ? "audio" : "video");
       }
       fullTold = true;
@@ -88,16 +88,25 @@ void RepairFile::scanSamples() {
   const std::uint32_t last = numberofsectors;
   StretchQueue stretches(*inputfilehandle, last, mod, services_.workers);
   std::span<const Candidate> candidates;
+  std::span<const BlockFailures> failures;
   for (std::uint32_t left = last, block = 1; left != 0; --left, ++block) {
     sector = block;
     if (run_->cancel->cancelled()) return;  // it stays stopped, so the other blocks would be skipped too
-    if (block % Stretch::kBlocks == 1) candidates = stretches.next();
+    if (block % Stretch::kBlocks == 1) {
+      const StretchContent& content = stretches.next();
+      candidates = content.candidates;
+      failures = content.failures;
+    }
     const bool skipped = stopRequested(*run_);
     if (!skipped) {
       currentoffset = ScanWindow::startOf(block);
       controll->setProgressBarValue(block * 100.0 / last);
       updateProgressBar_.request();
       outlets.textfield.setStringValue("Retrieving audio/ video data forks..");
+    }
+    // What belongs to a skipped block goes by: without the threads that read ahead it would not have been read.
+    for (; !failures.empty() && failures.front().block == block; failures = failures.subspan(1)) {
+      if (!skipped) inputfilehandle->remember(failures.front().failures);
     }
     std::size_t own = 0;
     for (; own < candidates.size() && candidates[own].block == block; ++own) {

@@ -21,13 +21,19 @@ std::span<const std::byte> ScanWindow::block(std::uint32_t number, std::uint32_t
   return std::span<const std::byte>(bytes_).subspan((number - firstBlock_) * kBlockSize);
 }
 
+std::size_t ScanWindow::read(std::uint64_t offset, std::span<std::byte> into) {
+  const platform::IoResult result = input_.tryRead(offset, into);
+  if (result.error) failures_.add({1, offset + result.count, result.error});
+  return result.count;
+}
+
 void ScanWindow::moveTo(std::uint32_t number, std::uint32_t last) {
   firstBlock_ = number;
   start_ = startOf(number);
   // A window ends where block offsets wrap.
   const std::uint64_t untilWrap = ((std::uint64_t{1} << 32U) - start_) / kBlockSize;
   blocks_ = static_cast<std::uint32_t>(std::min({std::uint64_t{kBlocks}, untilWrap, std::uint64_t{last} - number + 1}));
-  const auto wanted = std::span(bytes_).first(blocks_ * kBlockSize + kTail);
+  const auto wanted = std::span(bytes_).first(blocks_ * kBlockSize + kReadAhead);
   const platform::IoResult result = input_.tryRead(start_, wanted);
   readsFail_ = static_cast<bool>(result.error);
   valid_ = readsFail_ ? 0 : result.count;
@@ -41,7 +47,7 @@ void ScanWindow::moveTo(std::uint32_t number, std::uint32_t last) {
 
 void ScanWindow::readBlockAlone(std::uint32_t number, std::size_t ownRead) {
   std::fill(bytes_.begin(), bytes_.begin() + kBlockSize + kReadAhead + CodeFinder::kMargin, std::byte{0});
-  input_.read(startOf(number), std::span(bytes_).first(ownRead));
+  read(startOf(number), std::span(bytes_).first(ownRead));
 }
 
 bool ScanWindow::inWindow(std::uint64_t offset, std::size_t size) const {
@@ -51,7 +57,7 @@ bool ScanWindow::inWindow(std::uint64_t offset, std::size_t size) const {
 std::uint32_t ScanWindow::numberAt(std::uint32_t offset) {
   if (inWindow(offset, 4)) return loadLittleEndian32(std::span(bytes_).subspan(offset - start_).first<4>());
   std::array<std::byte, 4> number{};
-  input_.read(offset, number);
+  read(offset, number);
   return loadLittleEndian32(number);
 }
 
@@ -61,7 +67,7 @@ std::size_t ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte,
     return into.size();
   }
   ++beyondWindow_;
-  if (!inRing(offset, into.size())) return input_.read(offset, into);
+  if (!inRing(offset, into.size())) return read(offset, into);
   const std::size_t at = offset % kRingSize;
   const std::size_t first = std::min(into.size(), kRingSize - at);
   if (first == into.size()) {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "engine/input_file.h"
 #include "platform/bytes.h"
@@ -41,6 +42,9 @@ class ScanWindow {
   /// Naming the candidates of a dense window beforehand saves waiting for memory far ahead.
   void expectLookAheadOf(std::uint32_t position) const;
 
+  /// The reads that failed since the last call, those of whole windows not counted: each is tried again block by block.
+  [[nodiscard]] ReadFailures takeFailures() { return std::exchange(failures_, {}); }
+
   /// Start of block `number`.
   /// Deliberate: computed in 32 bits, so the blocks beyond 4 GiB are the first ones again.
   [[nodiscard]] static std::uint32_t startOf(std::uint32_t number) {
@@ -50,13 +54,12 @@ class ScanWindow {
  private:
   /// How far in front of the window a look-ahead can reach: the largest size accepted, the chunk header, six bytes.
   static constexpr std::size_t kReach = 10000000 + 8 + 6;
-  /// Bytes behind the window's last block: a code that starts at its last position, its size field, and some.
-  static constexpr std::size_t kTail = 64;
-  static constexpr std::size_t kWindowSize = kBlocks * kBlockSize + kTail;
+  static constexpr std::size_t kWindowSize = kBlocks * kBlockSize + kReadAhead;
   static constexpr std::size_t kRingSize = kReach + 2 * kWindowSize;
   /// A window with more look-aheads beyond its end than this is dense.
   static constexpr std::uint32_t kDense = 64;
 
+  std::size_t read(std::uint64_t offset, std::span<std::byte> into);
   void moveTo(std::uint32_t number, std::uint32_t last);
   void readBlockAlone(std::uint32_t number, std::size_t ownRead);
   [[nodiscard]] bool inWindow(std::uint64_t offset, std::size_t size) const;
@@ -74,6 +77,7 @@ class ScanWindow {
   bool readsFail_ = false;          ///< reading the window failed, so each block is read alone
   std::uint32_t beyondWindow_ = 0;  ///< look-aheads beyond this window so far
   platform::Bytes ring_;            ///< empty until an input proves dense; byte `offset` lies at `offset` % kRingSize
+  ReadFailures failures_;
   std::uint64_t ringStart_ = 0;
   std::uint64_t ringEnd_ = 0;
 };

@@ -43,7 +43,7 @@ bool StretchQueue::readOne(CandidateReader& reader, std::unique_lock<std::mutex>
   const std::uint32_t number = nextToTake_++;
   Slot& slot = slots_[number % kSlots];
   lock.unlock();
-  reader.read(stretch(number), slot.candidates);
+  reader.read(stretch(number), slot.content);
   lock.lock();
   slot.ready = true;
   changed_.notify_all();
@@ -60,7 +60,7 @@ void StretchQueue::help() {
   }
 }
 
-std::span<const Candidate> StretchQueue::next() {
+const StretchContent& StretchQueue::next() {
   std::unique_lock lock(mutex_);
   if (delivering_) {
     slots_[(nextToDeliver_ - 1) % kSlots].ready = false;
@@ -74,7 +74,7 @@ std::span<const Candidate> StretchQueue::next() {
   }
   ++nextToDeliver_;
   delivering_ = true;
-  return slot.candidates;
+  return slot.content;
 }
 
 }  // namespace zelvo::engine

@@ -7,8 +7,6 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
-#include <span>
-#include <vector>
 
 #include "engine/candidate_reader.h"
 #include "platform/workers.h"
@@ -25,14 +23,14 @@ class StretchQueue {
   StretchQueue(const StretchQueue&) = delete;
   StretchQueue& operator=(const StretchQueue&) = delete;
 
-  /// The candidates of the next stretch: blocks 1 to 64 first, then 65 to 128, and so on up to the last block. They
-  /// stay valid until the next call.
-  [[nodiscard]] std::span<const Candidate> next();
+  /// What the next stretch holds: blocks 1 to 64 first, then 65 to 128, and so on up to the last block. It
+  /// stays valid until the next call.
+  [[nodiscard]] const StretchContent& next();
 
  private:
   static constexpr std::size_t kSlots = 8;
   struct Slot {
-    std::vector<Candidate> candidates;
+    StretchContent content;
     bool ready = false;
   };
 

@@ -28,7 +28,8 @@ class MemoryReadableFile final : public platform::ReadableFile {
     if (file_->onRead) file_->onRead(offset, into.size());
     const std::lock_guard lock(file_->mutex);
     ++file_->reads;
-    if (offset >= file_->size) return {};
+    file_->largestRead = std::max<std::uint64_t>(file_->largestRead, into.size());
+    if (offset >= file_->size || into.empty()) return {};
     IoResult result{static_cast<std::size_t>(std::min<std::uint64_t>(into.size(), file_->size - offset)), {}};
     if (offset < file_->badReadEnd && offset + result.count > file_->badReadStart) {
       result.count = offset >= file_->badReadStart ? 0 : static_cast<std::size_t>(file_->badReadStart - offset);
