@@ -34,16 +34,12 @@ struct MemoryFile {
   std::error_code reserveError = std::make_error_code(std::errc::operation_not_supported);
   std::error_code closeError;
 
-<<<<<<< HEAD
-  std::uint64_t reads = 0;  ///< how often it was read
+  std::uint64_t reads = 0;        ///< how often it was read
+  std::uint64_t largestRead = 0;  ///< the most that one read asked for
   /// Told of every read before it is done: offset and size.
   std::function<void(std::uint64_t, std::size_t)> onRead;
   /// Told of every write before it is done: offset and size. Called on the thread that writes.
   std::function<void(std::uint64_t, std::size_t)> onWrite;
-=======
-  std::uint64_t reads = 0;        ///< how often it was read
-  std::uint64_t largestRead = 0;  ///< the most that one read asked for
->>>>>>> main
   mutable std::mutex mutex;
 };
 
