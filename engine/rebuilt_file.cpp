@@ -90,7 +90,7 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   const Run& run = *run_;
   const std::uint64_t expected = bytesToWrite();
   // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same.
-  const bool reserved = !outputfile->reserve(expected);
+  static_cast<void>(outputfile->reserve(expected));
   StagedOutput out(*outputfile);
   writeHeaderLists(out);
   out.code(kList);
@@ -113,7 +113,8 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   if (end.failure) {
     // What was written so far is of no use; the cause is what counts.
     static_cast<void>(outputfile->truncate(end.failure->offset));
-  } else if (reserved && end.position != expected) {
+  } else if (end.position != expected) {
+    // Behind the end lies what was reserved, or what the other thread had written before a read came short.
     if (const std::error_code error = outputfile->truncate(end.position)) end.failure = {end.position, error};
   }
   const std::error_code closing = outputfile->close();

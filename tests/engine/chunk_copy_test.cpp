@@ -27,20 +27,25 @@ platform::Bytes randomBytes(std::size_t size) {
 
 class ChunkCopy : public testing::Test {
  protected:
-  platform::Bytes copy(const std::vector<Chunk>& chunks) {
+  /// Copies behind `position` bytes that are there already, and answers what was copied.
+  platform::Bytes copy(const std::vector<Chunk>& chunks, std::uint64_t position = 0) {
     std::vector<std::uint64_t> offsets{0};
     std::vector<std::uint64_t> sizes{0};
     for (const Chunk& chunk : chunks) {
       offsets.push_back(chunk.offset);
       sizes.push_back(chunk.size);
     }
-    files.put("/out", {});
+    output.bytes.assign(static_cast<std::size_t>(position), std::byte{0x2e});
+    output.size = position;
     const auto opened = files.openForWriting("/out");
     input = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
-    engine::StagedOutput out(*opened.file, workers);
-    engine::copyChunks(*input, out, {offsets, sizes, chunks.size()}, cancel);
-    EXPECT_FALSE(out.finish());
-    return files.content("/out");
+    end = engine::copyChunks(*input, *opened.file, position, {offsets, sizes, chunks.size()}, workers, cancel);
+    platform::Bytes copied = files.content("/out");
+    EXPECT_GE(end.position, position);
+    EXPECT_TRUE(end.failure || end.position <= copied.size());
+    copied.resize(std::min<std::size_t>(copied.size(), end.position));
+    copied.erase(copied.begin(), copied.begin() + static_cast<std::ptrdiff_t>(position));
+    return copied;
   }
 
   /// One read per chunk, as far as each goes.
@@ -66,8 +71,10 @@ class ChunkCopy : public testing::Test {
 
   MemoryFiles files;
   MemoryFile& content = files.put("/in", randomBytes(3000000));
+  MemoryFile& output = files.put("/out", {});
   platform::headless::HeadlessWorkers workers;
   platform::CancelMark cancel;
+  engine::CopyEnd end;
   std::unique_ptr<engine::InputFile> input;
   engine::ReadFailures literalFailures;
 };
@@ -146,13 +153,42 @@ TEST_F(ChunkCopy, RandomChunksOfEveryKindEqualOneReadPerChunk) {
   }
 }
 
-TEST_F(ChunkCopy, EndsBetweenTwoChunksWhenItIsAbandoned) {
+TEST_F(ChunkCopy, ContinuesBehindAnyPosition) {
+  const std::vector<Chunk> chunks = row(40, 30000, 100);
+  for (const std::uint64_t position : {1U, 494U, 262143U, 262144U, 262145U, 700001U}) {
+    ASSERT_EQ(copy(chunks, position), literalCopy(chunks)) << position;
+    EXPECT_EQ(output.bytes.front(), std::byte{0x2e});
+  }
+}
+
+TEST_F(ChunkCopy, EndsSoonOnceItIsAbandoned) {
   content.onRead = [this](std::uint64_t offset, std::size_t size) {
-    if (offset + size > 1000000) cancel.abandon();
+    if (offset + size > 500000) cancel.abandon();
   };
-  const platform::Bytes out = copy(row(200, 10000, 0));
-  EXPECT_LT(out.size(), 200U * 10008);
-  EXPECT_EQ(out.size() % 10008, 0U);
+  EXPECT_LT(copy(row(290, 10000, 0)).size(), 2000000U);
+}
+
+TEST_F(ChunkCopy, AbandonedFromTheStartCopiesNothing) {
+  cancel.abandon();
+  EXPECT_TRUE(copy(row(10, 1000, 0)).empty());
+}
+
+TEST_F(ChunkCopy, WriteFailureIsAnsweredWithItsFirstPlace) {
+  output.badWriteFrom = 1000000;
+  output.writeError = std::make_error_code(std::errc::no_space_on_device);
+  copy(row(290, 10000, 0));
+  ASSERT_TRUE(end.failure.has_value());
+  EXPECT_EQ(end.failure->offset, 1000000U);
+  EXPECT_EQ(end.failure->cause, std::errc::no_space_on_device);
+}
+
+TEST_F(ChunkCopy, WriteFailureBehindAReadThatCameShortIsAnsweredToo) {
+  withBadBytes(400000, 400001);
+  output.badWriteFrom = 2000000;
+  output.writeError = std::make_error_code(std::errc::no_space_on_device);
+  copy(row(290, 10000, 0));
+  ASSERT_TRUE(end.failure.has_value());
+  EXPECT_EQ(end.failure->offset, 2000000U);
 }
 
 TEST_F(ChunkCopy, CancelAloneDoesNotEndIt) {
@@ -161,10 +197,9 @@ TEST_F(ChunkCopy, CancelAloneDoesNotEndIt) {
 }
 
 TEST_F(ChunkCopy, RangeIsCopiedAsFarAsItGoes) {
-  files.put("/out", {});
   const auto opened = files.openForWriting("/out");
   engine::InputFile file(files.openForReading("/in").file);
-  engine::StagedOutput out(*opened.file, workers);
+  engine::StagedOutput out(*opened.file);
 
   engine::copyRange(file, out, 2000000, 5000000000U);
 
@@ -173,10 +208,9 @@ TEST_F(ChunkCopy, RangeIsCopiedAsFarAsItGoes) {
 }
 
 TEST_F(ChunkCopy, RangeOfNothingReadsNothing) {
-  files.put("/out", {});
   const auto opened = files.openForWriting("/out");
   engine::InputFile file(files.openForReading("/in").file);
-  engine::StagedOutput out(*opened.file, workers);
+  engine::StagedOutput out(*opened.file);
   engine::copyRange(file, out, 100, 0);
   EXPECT_FALSE(out.finish());
   EXPECT_EQ(content.reads, 0U);

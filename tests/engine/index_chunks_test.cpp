@@ -5,7 +5,6 @@
 #include <functional>
 #include <vector>
 
-#include "platform/headless/workers.h"
 #include "tests/support/byte_text.h"
 #include "tests/support/memory_files.h"
 
@@ -18,9 +17,8 @@ using engine::StandardIndex;
 platform::Bytes written(const std::function<void(StagedOutput&)>& write) {
   MemoryFiles files;
   files.put("/out", {});
-  platform::headless::HeadlessWorkers workers;
   const auto opened = files.openForWriting("/out");
-  StagedOutput out(*opened.file, workers);
+  StagedOutput out(*opened.file);
   write(out);
   EXPECT_FALSE(out.finish());
   return files.content("/out");

@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <string>
+#include <thread>
+#include <tuple>
 #include <vector>
 
 #include "engine/repair_file.h"
@@ -461,7 +464,7 @@ TEST_F(RebuiltFile, AbandonedRunCreatesNoFile) {
   EXPECT_EQ(bench.events.lines(), std::vector<std::string>{"log: Construct RIFF file"});
 }
 
-TEST_F(RebuiltFile, AbandonedRunEndsBetweenTwoChunks) {
+TEST_F(RebuiltFile, AbandonedRunEndsInTheMiddleOfTheCopy) {
   for (int i = 0; i < 200; ++i) addChunk("00dc", 100000);
   const std::uint64_t fifth = bench.job->videosampleoffsetarray[5];
   bench.files.at("/in.avi").onRead = [&](std::uint64_t offset, std::size_t size) {
@@ -470,9 +473,7 @@ TEST_F(RebuiltFile, AbandonedRunEndsBetweenTwoChunks) {
 
   const Bytes file = write();
 
-  const std::size_t headers = 40 + 18 + 436 + 8 * 200;
-  EXPECT_LT(file.size(), headers + 100 * 100008);
-  EXPECT_EQ((file.size() - headers) % 100008, 0U);
+  EXPECT_LT(file.size(), 100U * 100008);
   EXPECT_EQ(bench.job->runEnd, engine::RunEnd::abandoned);
   EXPECT_FALSE(happened("setMovieView(/out.avi)"));
   EXPECT_FALSE(happened("log: Repair file completed"));
@@ -547,6 +548,46 @@ TEST_F(RebuiltFile, ShortFileIsTrimmedToWhatWasWrittenWhereRoomWasReserved) {
 
   EXPECT_EQ(file.size(), 8 + bench.job->layout.RIFFLISTsize - 908);
 }
+
+class RebuiltFileWithUnreadableSpot : public RebuiltFile,
+                                      public testing::WithParamInterface<std::tuple<std::size_t, bool>> {};
+
+TEST_P(RebuiltFileWithUnreadableSpot, IsThatOfOneReadPerChunkAndNotLonger) {
+  const auto [badChunk, reserves] = GetParam();
+  for (int i = 0; i < 40; ++i) addChunk("00dc", 100000, static_cast<std::byte>(0x41 + i));
+  MemoryFile& input = bench.files.at("/in.avi");
+  input.badReadStart = bench.job->videosampleoffsetarray[badChunk] + 1000;
+  input.badReadEnd = input.badReadStart + 1;
+  input.readError = std::make_error_code(std::errc::io_error);
+  // The chunk ends at the spot, and the rest moves up.
+  Bytes expected;
+  for (std::size_t i = 1; i <= 40; ++i) {
+    const auto start = input.bytes.begin() + static_cast<std::ptrdiff_t>(bench.job->videosampleoffsetarray[i]);
+    expected.insert(expected.end(), start, start + (i == badChunk ? 1000 : 100008));
+  }
+  const std::size_t headers = 40 + 18 + 436 + 8 * 40;
+  MemoryFile& output = bench.files.put("/out.avi", {});
+  if (reserves) output.reserveError = {};
+  // Lets whoever writes behind the spot go first, if anyone does.
+  std::atomic<std::uint64_t> writtenTo = 0;
+  output.onWrite = [&](std::uint64_t offset, std::size_t size) { writtenTo = offset + size; };
+  input.onRead = [&](std::uint64_t offset, std::size_t size) {
+    if (offset > input.badReadStart || offset + size <= input.badReadStart) return;
+    for (int i = 0; i < 20000 && writtenTo <= headers + expected.size(); ++i) std::this_thread::yield();
+  };
+
+  const Bytes file = write();
+
+  EXPECT_EQ(file.size(), headers + expected.size());
+  EXPECT_TRUE(std::equal(expected.begin(), expected.end(), file.begin() + headers));
+}
+
+INSTANTIATE_TEST_SUITE_P(Spots, RebuiltFileWithUnreadableSpot,
+                         testing::Combine(testing::Values(1, 3, 20, 36, 37, 38, 39, 40), testing::Bool()),
+                         [](const auto& named) {
+                           return "Chunk" + std::to_string(std::get<0>(named.param)) +
+                                  (std::get<1>(named.param) ? "Reserved" : "NotReserved");
+                         });
 
 TEST_F(RebuiltFile, IsTheSameWhetherRoomCanBeReservedOrNot) {
   for (int i = 0; i < 30; ++i) {
