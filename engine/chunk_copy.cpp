@@ -223,9 +223,10 @@ CopyEnd copyChunks(InputFile& input, platform::WritableFile& out, std::uint64_t 
       if (result.error) segments.fail({segment->start.position + result.count, result.error});
     }
   };
-  const auto helper = workers.startHelper(work);
+  const bool helped = workers.processors() > 1 && chunks.count > 1;
+  const auto helper = helped ? workers.startHelper(work) : nullptr;
   work();
-  helper->join();
+  if (helper) helper->join();
 
   CopyEnd end{segments.end(), segments.failure()};
   if (end.failure || !segments.shortAt() || cancel.abandoned()) return end;

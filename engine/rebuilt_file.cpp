@@ -114,7 +114,7 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
     // What was written so far is of no use; the cause is what counts.
     static_cast<void>(outputfile->truncate(end.failure->offset));
   } else if (end.position != expected) {
-    // Behind the end lies what was reserved, or what the other thread had written before a read came short.
+    // Room that was not needed, or bytes that moved up after they were written.
     if (const std::error_code error = outputfile->truncate(end.position)) end.failure = {end.position, error};
   }
   const std::error_code closing = outputfile->close();

@@ -17,7 +17,7 @@ StretchQueue::StretchQueue(InputFile& input, std::uint32_t last, std::uint32_t m
       mod_(mod),
       stretches_(last / Stretch::kBlocks + (last % Stretch::kBlocks != 0 ? 1 : 0)),
       reader_(input, last, mod, true) {
-  if (stretches_ >= kWorthHelping) {
+  if (stretches_ >= kWorthHelping && workers.processors() > 1) {
     helper_ = workers.startHelper([this] { help(); });
   }
 }

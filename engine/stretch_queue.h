@@ -16,7 +16,7 @@ namespace zelvo::engine {
 /// Thread: one, besides the helper of its own.
 class StretchQueue {
  public:
-  /// Starts a helper when the input is long enough to be worth one.
+  /// Starts a helper where there is a processor for it and the input is long enough.
   StretchQueue(InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers);
   /// Ends and joins the helper.
   ~StretchQueue();

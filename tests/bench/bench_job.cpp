@@ -2,6 +2,7 @@
 //   make KIND FILE BYTES   writes an input: "frames" (10 to 100 KB), "small" (about 1 KB), "dense" (a candidate every
 //                          8 bytes), "full" (more small chunks of both kinds than the tables hold)
 //   scan FILE              the engine up to the end of its sample scan
+//   scan-literal FILE      the same scan, word for word: one small read per block, a loop over its bytes
 //   repair IN OUT          a whole repair, without waiting for the disk
 //   progress BLOCKS        the progress animation of an input of that many blocks; prints nanoseconds a step
 // Each prints its own peak memory, in KiB, on its last line.
@@ -22,6 +23,7 @@
 #include "platform/linux/linux_main_queue.h"
 #include "platform/linux/linux_workers.h"
 #include "tests/bench/bench_inputs.h"
+#include "tests/support/literal_scan.h"
 
 namespace {
 
@@ -112,6 +114,19 @@ int scan(const std::string& in) {
   return 0;
 }
 
+int scanLiterally(const std::string& in) {
+  platform::linux_::LinuxFiles files;
+  const auto opened = files.openForReading(in);
+  if (!opened.file) return 1;
+  tests::literal::Input input(opened.file.get());
+  tests::literal::ScanOptions options;
+  options.inputfilesize = opened.file->size();
+  const tests::literal::Tables tables = tests::literal::scanSamples(input, options);
+  std::printf("video %llu audio %llu\n", static_cast<unsigned long long>(tables.video.count),
+              static_cast<unsigned long long>(tables.audio.count));
+  return 0;
+}
+
 int repair(const std::string& in, const std::string& out) {
   auto bench = std::make_unique<Bench>();
   choose(*bench, in, out);
@@ -149,6 +164,8 @@ int main(int argc, char** argv) {
     result = zelvo::bench::makeInput(argv[2], argv[3], std::strtoull(argv[4], nullptr, 10)) ? 0 : 2;
   } else if (command == "scan" && argc == 3) {
     result = scan(argv[2]);
+  } else if (command == "scan-literal" && argc == 3) {
+    result = scanLiterally(argv[2]);
   } else if (command == "repair" && argc == 4) {
     result = repair(argv[2], argv[3]);
   } else if (command == "progress" && argc == 3) {

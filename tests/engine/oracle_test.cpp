@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <random>
+#include <thread>
 
 #include "engine/code_finder.h"
 #include "tests/support/avi_builder.h"
@@ -17,9 +18,11 @@ namespace {
 using platform::Bytes;
 
 constexpr std::size_t kBlock = 1024;
-constexpr std::size_t kWindow = 262144;
-/// The scan keeps what a look-ahead can reach of a dense input in a ring of this length.
-constexpr std::size_t kRing = 10000014 + 2 * (kWindow + 2048);
+/// The scan reads this much at a time, and a little more: its tail.
+constexpr std::size_t kWindow = 65536;
+constexpr std::size_t kTail = 64;
+/// It keeps what a look-ahead can reach of a dense input in a ring of this length.
+constexpr std::size_t kRing = 10000014 + 2 * (kWindow + kTail);
 
 DamagedInput undamaged(std::string name, Bytes bytes) {
   DamagedInput input;
@@ -67,10 +70,21 @@ TEST(Oracle, AgreesOnRunsThatAreStoppedAnywhere) {
   EXPECT_GT(comparison.outputsCompared, 1200U);
 }
 
+TEST(Oracle, AgreesOnLongRunsThatAreStoppedAnywhere) {
+  LiteralComparison comparison;
+  for (std::uint64_t seed = 1; seed <= 60; ++seed) {
+    DamageGenerator generator(seed);
+    TwinStops stops;
+    stops.byCancelMark = generator.chance(50);
+    stops.duringBlock = 1 + generator.below(1000);
+    ASSERT_EQ(comparison.scanAndWrite(generator.acrossWindows(20 * kWindow), stops), "");
+  }
+}
+
 TEST(Oracle, AgreesOnInputsOfSeveralWindows) {
   LiteralComparison comparison;
   for (std::uint64_t seed = 1; seed <= 150; ++seed) {
-    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).acrossWindows(5 * kWindow)), "");
+    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).acrossWindows(20 * kWindow)), "");
   }
   EXPECT_GT(comparison.outputsCompared, 50U);
 }
@@ -117,10 +131,10 @@ TEST(Oracle, AgreesWhereOnlySomeWindowsAreDense) {
   LiteralComparison comparison;
   for (std::uint64_t seed = 21; seed <= 24; ++seed) {
     DamageGenerator generator(seed);
-    DamagedInput input = generator.dense(3 * kWindow, 5000000);
+    DamagedInput input = generator.dense(12 * kWindow, 5000000);
     for (int pieces = 0; pieces < 4; ++pieces) {
-      input.bytes.resize(input.bytes.size() + static_cast<std::size_t>(generator.below(4 * kWindow)));
-      const Bytes more = generator.dense(static_cast<std::size_t>(generator.below(3 * kWindow)), 5000000).bytes;
+      input.bytes.resize(input.bytes.size() + static_cast<std::size_t>(generator.below(16 * kWindow)));
+      const Bytes more = generator.dense(static_cast<std::size_t>(generator.below(12 * kWindow)), 5000000).bytes;
       input.bytes.insert(input.bytes.end(), more.begin(), more.end());
     }
     input.size = input.claimedSize = input.bytes.size();
@@ -144,7 +158,7 @@ TEST(Oracle, AgreesAtEverySizeOfAFileThatMatters) {
   const Bytes whole = avi.build();
   ASSERT_GT(whole.size(), 800U * kBlock);
   std::vector<std::size_t> sizes{0, 1, 2, 3, 4, 7, 8, 1022, 1023, 1024, 1025, 1026, 2047, 2048, 2049, 51199, 51200};
-  for (const std::size_t base : {std::size_t{524288}, std::size_t{600} * kBlock, 2 * kWindow, 3 * kWindow}) {
+  for (const std::size_t base : {std::size_t{524288}, std::size_t{600} * kBlock, 10 * kWindow, 12 * kWindow}) {
     for (std::size_t k = 0; k <= 16; ++k) sizes.push_back(base - 8 + k);
     for (std::size_t k = 1; k <= 5; ++k) sizes.push_back(base + k * kBlock);
   }
@@ -197,7 +211,7 @@ TEST(Oracle, AgreesOnACodeAtEveryPlaceAroundABorder) {
   for (const std::size_t border : kBorders) {
     for (std::size_t from = border - 20; from <= border + 4; ++from) {
       for (const std::size_t target : {from + 9, from + 1500}) {
-        Bytes bytes(2 * kWindow + 6 * kBlock);
+        Bytes bytes(8 * kWindow + 6 * kBlock);
         putChunk(bytes, from, "00dc", static_cast<std::uint32_t>(target - from - 8));
         putChunk(bytes, target, "01wb", 10);
         ASSERT_EQ(comparison.scanAndWrite(undamaged("border " + std::to_string(border), bytes)), "")
@@ -213,7 +227,7 @@ TEST(Oracle, AgreesOnALookAheadAtEveryPlaceAroundABorder) {
   for (const std::size_t border : kBorders) {
     for (std::size_t target = border - 8; target <= border + 2; ++target) {
       for (std::size_t shift = 0; shift <= 3; ++shift) {
-        Bytes bytes(2 * kWindow + 6 * kBlock);
+        Bytes bytes(8 * kWindow + 6 * kBlock);
         putChunk(bytes, 100, "00dc", static_cast<std::uint32_t>(target - 108));
         putChunk(bytes, target + shift, "01wb", 0);
         ASSERT_EQ(comparison.scanAndWrite(undamaged("border " + std::to_string(border), bytes)), "")
@@ -274,6 +288,27 @@ TEST(Oracle, AgreesWhereReadsFailAtEveryPlaceAroundAChunk) {
       ASSERT_EQ(comparison.scanAndWrite(input), "") << length;
     }
   }
+}
+
+TEST(Oracle, OutputEndsWhereItShouldWhenAReadNearTheEndFailsDuringTheCopy) {
+  LiteralComparison comparison;
+  // Chunks of 100,000 bytes, of which the tenth cannot be read whole. What another thread has written of the chunks
+  // behind it by then moves up, and the file has to end earlier.
+  Bytes bytes(1000);
+  for (int chunk = 0; chunk < 12; ++chunk) appendChunk(bytes, "00dc", 100000, static_cast<std::byte>(chunk));
+  appendChunk(bytes, "JUNK", 10);
+  DamagedInput input = undamaged("late bad range", bytes);
+  input.badReadStart = 951000;
+  input.badReadEnd = 951001;
+  input.beforeBadRead = [&] {
+    // Gives the other thread time for the end of the file, should there be another thread and should it go there.
+    for (int turns = 0; turns < 20000; ++turns) {
+      const auto output = comparison.files.attributes("/out.avi");
+      if (!output || output->size >= 1200000) return;
+      std::this_thread::yield();
+    }
+  };
+  for (int round = 0; round < 4; ++round) ASSERT_EQ(comparison.scanAndWrite(input), "") << round;
 }
 
 TEST(Oracle, FailedReadOfALastBlockUnderFourBytesIsRemembered) {

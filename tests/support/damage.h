@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <random>
 #include <string>
@@ -20,6 +21,7 @@ struct DamagedInput {
   std::uint64_t claimedSize = 0;  ///< what the repair is told
   std::uint64_t badReadStart = std::numeric_limits<std::uint64_t>::max();  ///< reads of this range fail
   std::uint64_t badReadEnd = 0;
+  std::function<void()> beforeBadRead;  ///< see MemoryFile
 };
 
 /// Thread: one.
@@ -29,7 +31,7 @@ class DamageGenerator {
 
   /// At most some tens of kilobytes of chunks, thoroughly damaged.
   [[nodiscard]] DamagedInput small();
-  /// Up to `largest` bytes, with codes, size fields and look-aheads across the borders of multiples of 262,144.
+  /// Up to `largest` bytes, with codes, size fields and look-aheads across the borders of multiples of 65,536.
   [[nodiscard]] DamagedInput acrossWindows(std::size_t largest);
   /// "00dc" or "01wb" and a size below `sizeLimit` every 8 bytes; many look-aheads meet the end of the file or, when
   /// `failing`, the ends of a range that cannot be read.

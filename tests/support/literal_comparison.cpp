@@ -79,6 +79,7 @@ void LiteralComparison::place(const DamagedInput& input) {
   file.size = std::max<std::uint64_t>(input.size, input.bytes.size());
   file.badReadStart = input.badReadStart;
   file.badReadEnd = input.badReadEnd;
+  file.beforeBadRead = input.beforeBadRead;
   file.readError = std::make_error_code(std::errc::io_error);
 }
 
@@ -275,6 +276,7 @@ std::string LiteralComparison::wholeRunOf(std::uint64_t claimedSize) {
   const std::shared_ptr<engine::Run> run = engine::RepairFile::newRun();
   run->mayWrite = [&](std::uint64_t) { return writes; };
   job->retrieveAudioVideoSamples(run);
+  workers.joinAll();
   if (expected == engine::RunEnd::rebuilt && !writes) expected = engine::RunEnd::refused;
   const engine::RunEnd end = job->runEnd;
   expectSame(out, "end of the run", static_cast<int>(end), static_cast<int>(expected));

@@ -26,6 +26,8 @@ class MemoryReadableFile final : public platform::ReadableFile {
 
   IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     if (file_->onRead) file_->onRead(offset, into.size());
+    const bool bad = offset < file_->badReadEnd && offset + into.size() > file_->badReadStart;
+    if (bad && file_->beforeBadRead) file_->beforeBadRead();
     const std::lock_guard lock(file_->mutex);
     ++file_->reads;
     file_->largestRead = std::max<std::uint64_t>(file_->largestRead, into.size());

@@ -28,6 +28,8 @@ struct MemoryFile {
   std::uint64_t badReadStart = std::numeric_limits<std::uint64_t>::max();
   std::uint64_t badReadEnd = 0;
   std::error_code readError;
+  /// Called on the reading thread before a read touches this range, and before it takes the file's lock.
+  std::function<void()> beforeBadRead;
   /// Writes come short at this offset with `writeError`.
   std::uint64_t badWriteFrom = std::numeric_limits<std::uint64_t>::max();
   std::error_code writeError;
