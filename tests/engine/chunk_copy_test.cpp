@@ -161,6 +161,13 @@ TEST_F(ChunkCopy, ContinuesBehindAnyPosition) {
   }
 }
 
+TEST_F(ChunkCopy, OnOneProcessorIsTheSame) {
+  workers.setProcessors(1);
+  expectLiteral(row(300, 5000, 500));
+  withBadBytes(700000, 700001);
+  expectLiteral(row(300, 5000, 500));
+}
+
 TEST_F(ChunkCopy, EndsSoonOnceItIsAbandoned) {
   content.onRead = [this](std::uint64_t offset, std::size_t size) {
     if (offset + size > 500000) cancel.abandon();

@@ -32,6 +32,7 @@ class NotingWorkers final : public platform::Workers {
     return workers_.startHelper(std::move(body));
   }
   void joinAll() override { workers_.joinAll(); }
+  [[nodiscard]] unsigned processors() const override { return workers_.processors(); }
 
  private:
   platform::headless::HeadlessWorkers& workers_;
@@ -101,6 +102,11 @@ class RunEvents : public testing::Test {
 };
 
 TEST_F(RunEvents, WholeRun) { expectRun("whole"); }
+
+TEST_F(RunEvents, WholeRunOnOneProcessorIsTheSame) {
+  bench.workers.setProcessors(1);
+  expectRun("whole");
+}
 
 TEST_F(RunEvents, StopBeforeTheRun) {
   stop();
@@ -261,6 +267,7 @@ class HastyWorkers final : public platform::Workers {
     return workers_.startHelper(std::move(body));
   }
   void joinAll() override { workers_.joinAll(); }
+  [[nodiscard]] unsigned processors() const override { return workers_.processors(); }
 
  private:
   platform::headless::HeadlessWorkers& workers_;

@@ -224,6 +224,13 @@ TEST(HeadlessWorkers, HelperIsARealThread) {
   EXPECT_NE(id, std::this_thread::get_id());
 }
 
+TEST(HeadlessWorkers, HaveAsManyProcessorsAsATestSays) {
+  HeadlessWorkers workers;
+  EXPECT_EQ(workers.processors(), 2U);
+  workers.setProcessors(1);
+  EXPECT_EQ(workers.processors(), 1U);
+}
+
 TEST(HeadlessScreen, JobOutletsAreItsElements) {
   Screen screen;
   screen.job.textfield.setStringValue("status");

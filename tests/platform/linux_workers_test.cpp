@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <pthread.h>
+#include <sched.h>
 #include <signal.h>
 
 #include <atomic>
@@ -119,6 +120,22 @@ TEST(LinuxWorkers, SignalsAreTheMainThreads) {
   sigset_t here;
   pthread_sigmask(SIG_BLOCK, nullptr, &here);
   EXPECT_EQ(sigismember(&here, SIGINT), 0);
+}
+
+TEST(LinuxWorkers, CountsTheProcessorsThatThisProcessMayUse) {
+  const unsigned processors = LinuxWorkers().processors();
+  EXPECT_GE(processors, 1U);
+  cpu_set_t one;
+  CPU_ZERO(&one);
+  cpu_set_t all;
+  ASSERT_EQ(sched_getaffinity(0, sizeof all, &all), 0);
+  for (std::size_t i = 0; CPU_COUNT(&one) == 0; ++i) {
+    if (CPU_ISSET(i, &all)) CPU_SET(i, &one);
+  }
+  ASSERT_EQ(sched_setaffinity(0, sizeof one, &one), 0);
+  EXPECT_EQ(LinuxWorkers().processors(), 1U);
+  ASSERT_EQ(sched_setaffinity(0, sizeof all, &all), 0);
+  EXPECT_EQ(LinuxWorkers().processors(), processors);
 }
 
 TEST(LinuxWorkers, HelperRunsAtOnce) {
