@@ -3,6 +3,7 @@
 
 #include "cli/check_command.h"
 #include "cli/command.h"
+#include "cli/inspect_command.h"
 #include "cli/repair_command.h"
 
 namespace zelvo::cli {
@@ -20,6 +21,12 @@ constexpr std::array kCommands = {
                "  zelvo-avi check holiday.avi                      can it be repaired, and what is in it?\n"
                "  zelvo-avi check --quiet *.avi && echo all fine   the exit code alone\n",
                makeCheckCommand},
+    CommandRow{
+        "inspect", "Print the structure of an AVI file",
+        "  zelvo-avi inspect holiday.avi                    lists, headers, indexes, and what is wrong with them\n"
+        "  zelvo-avi inspect --chunks holiday.avi           every chunk of the streams' data too\n"
+        "  zelvo-avi inspect --json holiday.avi             for scripts\n",
+        makeInspectCommand},
 };
 
 }  // namespace

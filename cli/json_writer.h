@@ -20,6 +20,7 @@ class JsonWriter {
   /// Bytes that are no UTF-8 become U+FFFD.
   void text(std::string_view value);
   void number(std::uint64_t value) { raw(std::to_string(value)); }
+  void integer(std::int64_t value) { raw(std::to_string(value)); }
   /// With three places behind the point.
   void seconds(double value);
   void boolean(bool value) { raw(value ? "true" : "false"); }
