@@ -1,4 +1,4 @@
-/// Reading the command line. The only place that knows the parsing library.
+/// Reading the command line. The only place that knows the parsing library. // Decision 0023
 #pragma once
 
 #include <memory>

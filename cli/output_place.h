@@ -40,7 +40,7 @@ class HiddenFile {
   HiddenFile& operator=(const HiddenFile&) = delete;
   ~HiddenFile() { remove(); }
 
-  /// Creates it, empty, in `folder`.
+  /// Creates it, empty, in `folder`. // Decision 0022
   [[nodiscard]] std::error_code create(const std::string& folder);
   [[nodiscard]] const std::string& path() const { return path_; }
   /// Gives it its final name. Failure: it stays hidden, and std::errc::file_exists when something bears the name.
@@ -53,7 +53,7 @@ class HiddenFile {
   std::string path_;  ///< empty while there is none
 };
 
-/// Looks at an output before the long work; a sentence for the user when it cannot be.
+/// Looks at an output before the long work; a sentence for the user when it cannot be. // Decision 0020
 [[nodiscard]] std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,
                                                  platform::FileManager& fileManager);
 
