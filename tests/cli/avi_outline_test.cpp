@@ -208,12 +208,14 @@ TEST(AviOutline, StopEndsTheWalkWithEveryListClosed) {
 
 TEST(AviOutline, UnreadablePartIsRememberedAndWalkedPast) {
   test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", std::string(200000, '\0')) + chunk("JUNK", "a")));
-  file.makeUnreadable(100000, 100512);
+  file.makeUnreadable(30000, 30512);
   Lines lines;
   AviOutline outline(file, lines, kNeverEnding, true);
   outline.walk();
 
   EXPECT_THAT(lines.lines, testing::Contains("JUNK 200020+1"));
+  EXPECT_EQ(outline.failures().count, 1U);
+  EXPECT_EQ(outline.failures().firstOffset, 30000U);
 }
 
 TEST(AviOutline, FileThatShrinksIsSurvived) {

@@ -79,8 +79,8 @@ Program::Program(const std::vector<std::string>& command, ErrorStream error) {
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   if (::posix_spawnp(&id_, pointers[0], &actions, &attributes, pointers.data(), environ) != 0) {
-    ADD_FAILURE() << command[0] << " could not be started";
     id_ = -1;
+    ended_.exit = 127;  // as a shell says it
   }
   ::posix_spawnattr_destroy(&attributes);
   ::posix_spawn_file_actions_destroy(&actions);

@@ -9,7 +9,7 @@
 namespace zelvo::test {
 
 struct Ended {
-  int exit = -1;    ///< exit code; -1 when a signal ended it
+  int exit = -1;    ///< exit code; -1 when a signal ended it, 127 when it could not be started
   int signal = 0;   ///< that signal
   std::string out;  ///< standard output
   std::string err;  ///< standard error
