@@ -574,7 +574,7 @@ TEST_P(RebuiltFileWithUnreadableSpot, IsThatOfOneReadPerChunkAndNotLonger) {
   output.onWrite = [&](std::uint64_t offset, std::size_t size) { writtenTo = offset + size; };
   input.onRead = [&](std::uint64_t offset, std::size_t size) {
     if (offset > input.badReadStart || offset + size <= input.badReadStart) return;
-    for (int i = 0; i < 20000 && writtenTo <= headers + expected.size(); ++i) std::this_thread::yield();
+    for (int i = 0; i < 2000 && writtenTo <= headers + expected.size(); ++i) std::this_thread::yield();
   };
 
   const Bytes file = write();
