@@ -2,8 +2,10 @@
 // every kind of error. The lists are in tests/golden/run_*.txt.
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "engine/repair_file.h"
 #include "tests/support/avi_builder.h"
@@ -77,24 +79,24 @@ class RunEvents : public testing::Test {
     bench.events.add("-- abandon --");
     current->cancel->abandon();
   }
-  /// Calls `action` at the first read of the video copy.
+  /// Calls `action` at the first read of the video copy. Reads come from two threads.
   void whenVideoIsCopied(const std::function<void()>& action) {
-    input->onRead = [this, action, done = false](std::uint64_t, std::size_t) mutable {
-      if (done || !bench.files.has("/out.avi")) return;
-      done = true;
-      action();
+    input->onRead = [this, action](std::uint64_t, std::size_t) {
+      if (bench.files.has("/out.avi") && !acted.exchange(true)) action();
     };
   }
-  /// Calls `action` at the first read of the audio copy, which starts over near the input's beginning.
+  /// Calls `action` at the first read of the audio copy: only its reads start in an audio chunk.
   void whenAudioIsCopied(const std::function<void()>& action) {
-    input->onRead = [this, action, done = false, last = std::uint64_t{0}](std::uint64_t at, std::size_t) mutable {
-      if (done || !bench.files.has("/out.avi")) return;
-      done = at < last;
-      last = at;
-      if (done) action();
+    input->onRead = [this, action](std::uint64_t at, std::size_t) {
+      if (!bench.files.has("/out.avi") || (at - kFirstVideo) % (kVideoChunk + kAudioChunk) < kVideoChunk) return;
+      if (!acted.exchange(true)) action();
     };
   }
 
+  static constexpr std::uint64_t kFirstVideo = 338;
+  static constexpr std::uint64_t kVideoChunk = 8 + 10000;
+  static constexpr std::uint64_t kAudioChunk = 8 + 1001 + 1;
+  std::atomic<bool> acted = false;
   EngineBench bench;
   NotingWorkers workers{bench.workers, bench.events};
   MemoryFile* input = nullptr;
