@@ -107,16 +107,17 @@ TEST(Oracle, AgreesOnDenseCandidatesOfAllReaches) {
   EXPECT_GT(comparison.chunksCompared, 100000U);
 }
 
-TEST(Oracle, AgreesOnDenseInputsLongerThanTheRing) {
+void agreeOnDenseInputsLongerThanTheRing(bool failing) {
   LiteralComparison comparison;
-  for (const bool failing : {false, true}) {
-    for (std::uint64_t seed = 1; seed <= 3; ++seed) {
-      const std::size_t size = kRing + 1300001 * seed;
-      ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).dense(size, 9999999, failing)), "");
-    }
+  for (std::uint64_t seed = 1; seed <= 2; ++seed) {
+    const std::size_t size = kRing + 1300001 * seed;
+    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).dense(size, 9999999, failing)), "");
   }
   EXPECT_GT(comparison.chunksCompared, 100000U);
 }
+
+TEST(Oracle, AgreesOnDenseInputsLongerThanTheRing) { agreeOnDenseInputsLongerThanTheRing(false); }
+TEST(Oracle, AgreesOnDenseInputsLongerThanTheRingWhoseReadsFail) { agreeOnDenseInputsLongerThanTheRing(true); }
 
 TEST(Oracle, AgreesOnLookAheadsAcrossTheEndOfTheRing) {
   LiteralComparison comparison;
