@@ -2,7 +2,8 @@
 
 #include <cerrno>
 #include <fstream>
-#include <iterator>
+#include <span>
+#include <sstream>
 #include <stdexcept>
 
 #include "platform/linux/linux_property_lists.h"
@@ -167,7 +168,9 @@ platform::FreeSpace RecordedSystem::freeSpace(const std::string& mountPoint) {
 
 PropertyValue recordedTree(const std::string& name) {
   std::ifstream file(std::string(ZELVO_STORAGE_RECORDS) + "/" + name, std::ios::binary);
-  const std::string content((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+  std::ostringstream read;
+  read << file.rdbuf();
+  const std::string content = read.str();
   platform::linux_::LinuxPropertyLists lists;
   auto tree = lists.parse(std::as_bytes(std::span(content)), content.size());
   if (!tree) throw std::runtime_error("no recorded tree: " + name);
