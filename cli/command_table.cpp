@@ -3,6 +3,7 @@
 
 #include "cli/check_command.h"
 #include "cli/command.h"
+#include "cli/drives_command.h"
 #include "cli/inspect_command.h"
 #include "cli/repair_command.h"
 
@@ -27,6 +28,11 @@ constexpr std::array kCommands = {
         "  zelvo-avi inspect --chunks holiday.avi           every chunk of the streams' data too\n"
         "  zelvo-avi inspect --json holiday.avi             for scripts\n",
         makeInspectCommand},
+    CommandRow{"drives", "List the writable disks and what is mounted from them",
+               "  zelvo-avi drives                                 a table: device, model, size, free space\n"
+               "  zelvo-avi drives --tree                          disks over their partitions\n"
+               "  zelvo-avi drives --json                          for scripts\n",
+               makeDrivesCommand},
 };
 
 }  // namespace

@@ -13,6 +13,8 @@
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
 #include "platform/linux/linux_new_files.h"
+#include "platform/linux/linux_property_lists.h"
+#include "platform/linux/linux_storage.h"
 #include "platform/linux/linux_workers.h"
 
 namespace {
@@ -53,11 +55,17 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
   headless::HeadlessMovieLoader movies;
   headless::HeadlessSheets sheets(mainQueue, nullptr);
   const headless::Screen screen;
+  system::LinuxPropertyLists propertyLists;
+  const auto lookAtStorage = [] {
+    const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>();
+    return zelvo::cli::StorageView{snapshot, snapshot};
+  };
   zelvo::cli::Surroundings around{
-      files,   fileManager,  newFiles,
-      workers, mainQueue,    [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
-      movies,  sheets,       screen.job,
-      console, stopRequested};
+      files,         fileManager,   newFiles,
+      workers,       mainQueue,     [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
+      movies,        sheets,        screen.job,
+      lookAtStorage, propertyLists, console,
+      stopRequested};
   return command.run(around);
 }
 
