@@ -49,7 +49,7 @@ void Orlin_Repair_AVIAppDelegate::showSaveProgress(double percent) {
     outlets.saveprogressbar.setDoubleValue(percent);
     return;
   }
-  // A worker sets the bar millions of times, so the main thread is asked once for many.
+  // A worker sets the bar millions of times, so the main thread is asked once for many. // Decision 0066
   saveProgress_ = percent;
   saveProgressBar_.request();
 }
