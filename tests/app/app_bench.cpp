@@ -34,7 +34,7 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
   engine::resetGlobals();
   app::resetGlobals();
   controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(app::AppServices{.application = application,
-                                                                                   .files = files,
+                                                                                   .files = recordingFiles,
                                                                                    .fileManager = fileManager,
                                                                                    .scratchPaths = scratchPaths,
                                                                                    .workers = workers,
