@@ -1,6 +1,8 @@
 #include "tests/app/app_bench.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "tests/support/avi_builder.h"
 
