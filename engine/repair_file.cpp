@@ -17,6 +17,7 @@ using platform::logLine;
 
 namespace {
 
+/// Fresh pages stay untouched; only entry 0, where the sums start, is set. // Decision 0016
 std::unique_ptr<SampleTables> untouchedTables() {
   auto tables = std::make_unique_for_overwrite<SampleTables>();
   tables->videosamplesizearray[0] = 0;
@@ -55,8 +56,6 @@ platform::Bytes RepairFile::convertIntTo8byteData(std::uint64_t value) {
   return bytes;
 }
 
-bool RepairFile::stopRequested(const Run& run) { return stopflag || run.cancel->cancelled(); }
-
 std::shared_ptr<Run> RepairFile::newRun() {
   auto run = std::make_shared<Run>();
   run->path = path.get();
@@ -73,7 +72,7 @@ void RepairFile::beginRun(std::shared_ptr<Run> run) {
 }
 
 void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
-  const std::lock_guard turn(turn_);
+  const std::lock_guard turn(turn_);  // Decision 0012
   if (run->cancel->cancelled()) return;
   beginRun(std::move(run));
   runStages();

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "engine/format_payload.h"
+#include "engine/globals.h"
 #include "engine/input_file.h"
 #include "engine/progress_relay.h"
 #include "engine/rebuilt_layout.h"
@@ -57,13 +58,14 @@ enum class RunEnd {
   abandoned,     ///< nobody waits for it any more
 };
 
-/// One run of the job: what it works on, copied when it was started, and the mark that ends it.
+/// One run of the job: what it works on, copied when it was started, and the mark that ends it. // Decision 0012
 struct Run {
   std::optional<std::string> path;
   std::uint64_t inputfilesize = 0;
   std::string internalpath;
   std::shared_ptr<platform::CancelMark> cancel = std::make_shared<platform::CancelMark>();
   /// Asked, when set, before the output is created, with the bytes that will be written. On false the run ends.
+  /// Decision 0019.
   /// Thread: the repair worker.
   std::function<bool(std::uint64_t)> mayWrite;
 };
@@ -240,8 +242,8 @@ class RepairFile {
  private:
   friend class SampleScan;
 
-  /// True when the run, or every run, is asked to stop.
-  [[nodiscard]] static bool stopRequested(const Run& run);
+  /// True when the run, or every run, is asked to stop. Asked per block and per step, so it costs two loads.
+  [[nodiscard]] static bool stopRequested(const Run& run) { return stopflag || run.cancel->cancelled(); }
   void countBlocks();
   void harvestPosition(std::span<const std::byte> code, std::uint32_t position);
   void harvestMainHeader(std::uint32_t position);
