@@ -5,12 +5,17 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+
+#include "platform/notification_centre.h"
 
 namespace zelvo::platform {
 
-class Movie {
+/// Posted, with the movie as its object, when a movie has played to its end. Thread: main.
+inline constexpr std::string_view kMovieDidEndNotification = "QTMovieDidEndNotification";
+
+class Movie : public NotificationSender, public std::enable_shared_from_this<Movie> {
  public:
-  virtual ~Movie() = default;
   virtual void play() = 0;
   virtual void stop() = 0;
   virtual void gotoBeginning() = 0;

@@ -31,4 +31,62 @@ struct JobOutlets {
   TextField& hourstextfield;
 };
 
+/// What the controller touches.
+struct ControllerOutlets {
+  Window& mainWindow;
+  TabView& tabview;
+  MovieView& movieview;
+
+  // Page 1: choosing.
+  Button& browsebutton;
+  TextField& textfield;  ///< the chosen path on the first page; not the job's `textfield`
+  TextField& pathfield;
+  Button& repairbutton;
+
+  // Page 2: progress.
+  TextField& pathlabel;
+  ProgressBar& progressbar;
+  Button& stopbutton;
+
+  // Page 3: result. The hint reads text1, text2, the button, text3, text4.
+  Button& previewbutton;  ///< two states
+  Button& savebutton;
+  Button& clickherebutton;
+  TextField& downloadmplayertext;
+  TextField& downloadmplayertext1;
+  TextField& downloadmplayertext2;
+  TextField& downloadmplayertext3;
+  TextField& downloadmplayertext4;
+  TextField& durationfield;  ///< size of the file saved last, in MiB
+
+  // One of each on pages 1, 2 and 3.
+  Button& main1;
+  Button& main2;
+  Button& main3;
+  Button& help1;
+  Button& help2;
+  Button& help3;
+  Button& update1;
+  Button& update2;
+  Button& update3;
+
+  // Sheets with their elements.
+  Window& filenotselectedwindow;
+  Button& filenotselectedokbutton;
+  Window& stoprepairwindow;
+  Button& stoprepairokbutton;
+  Button& stoprepaircancelbutton;
+  Window& saveprogresspanel;
+  ProgressBar& saveprogressbar;
+  Button& stopsavingbutton;
+  Window& stopsavingwindow;
+  Button& stopsavingOKbutton;
+  Button& stopsavingCancelbutton;
+  Window& savecompletedwindow;
+  Button& savecompletedokbutton;
+  TextField& savecompletedtext;  ///< says whether the copy is whole
+  Window& PreviewErrorWindow;
+  Button& PreviewErrorokbutton;
+};
+
 }  // namespace zelvo::platform

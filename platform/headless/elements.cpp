@@ -70,6 +70,15 @@ std::string HeadlessButton::image() const {
   return image_;
 }
 
+void HeadlessButton::setTwoState(bool twoState) {
+  const std::lock_guard lock(mutex_);
+  twoState_ = twoState;
+}
+void HeadlessButton::clicked() {
+  const std::lock_guard lock(mutex_);
+  if (twoState_) state_ = state_ == State::on ? State::off : State::on;
+}
+
 void HeadlessProgressBar::setDoubleValue(double percent) {
   const std::lock_guard lock(mutex_);
   percent_ = percent;

@@ -52,8 +52,13 @@ class HeadlessButton final : public Button, public Named {
   [[nodiscard]] bool isEnabled() const;
   [[nodiscard]] bool isHidden() const;
   [[nodiscard]] std::string image() const;
+  /// A click changes the state of a two-state button.
+  void setTwoState(bool twoState);
+  /// What a click does before the action.
+  void clicked();
 
  private:
+  bool twoState_ = false;
   bool enabled_ = true;
   bool hidden_ = false;
   State state_ = State::off;

@@ -72,7 +72,48 @@ class Screen {
   HeadlessTextField secondstextfield;
   HeadlessTextField hourstextfield;
 
+  HeadlessMovieView movieview;
+  HeadlessButton browsebutton;
+  HeadlessTextField chosenpath;  ///< the controller's `textfield`
+  HeadlessButton repairbutton;
+  HeadlessTextField pathlabel;
+  HeadlessProgressBar progressbar;
+  HeadlessButton savebutton;
+  HeadlessButton clickherebutton;
+  HeadlessTextField downloadmplayertext;
+  HeadlessTextField downloadmplayertext1;
+  HeadlessTextField downloadmplayertext2;
+  HeadlessTextField downloadmplayertext3;
+  HeadlessTextField downloadmplayertext4;
+  HeadlessTextField durationfield;
+  HeadlessButton main1;
+  HeadlessButton main2;
+  HeadlessButton main3;
+  HeadlessButton help1;
+  HeadlessButton help2;
+  HeadlessButton help3;
+  HeadlessButton update1;
+  HeadlessButton update2;
+  HeadlessButton update3;
+  HeadlessWindow filenotselectedwindow;
+  HeadlessButton filenotselectedokbutton;
+  HeadlessButton stoprepairokbutton;
+  HeadlessButton stoprepaircancelbutton;
+  HeadlessWindow saveprogresspanel;
+  HeadlessProgressBar saveprogressbar;
+  HeadlessButton stopsavingbutton;
+  HeadlessWindow stopsavingwindow;
+  HeadlessButton stopsavingOKbutton;
+  HeadlessButton stopsavingCancelbutton;
+  HeadlessWindow savecompletedwindow;
+  HeadlessButton savecompletedokbutton;
+  HeadlessTextField savecompletedtext;
+  HeadlessWindow PreviewErrorWindow;
+  HeadlessButton PreviewErrorokbutton;
+
   JobOutlets job;
+  /// `stoprepairwindow`, `stopbutton`, `pathfield`, `previewbutton`, `tabview` and `mainWindow` are the job's elements.
+  ControllerOutlets controller;
 };
 
 }  // namespace zelvo::platform::headless

@@ -76,6 +76,11 @@ void LinuxMainQueue::runRedraws(std::unique_lock<std::mutex>& lock) {
   lock.lock();
 }
 
+void LinuxMainQueue::runDueRedraws() {
+  std::unique_lock lock(mutex_);
+  if (!redraws_.empty() && Clock::now() >= nextRedraw_) runRedraws(lock);
+}
+
 void LinuxMainQueue::runUntil(const std::function<bool()>& done) {
   std::unique_lock lock(mutex_);
   for (;;) {

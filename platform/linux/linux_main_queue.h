@@ -32,6 +32,10 @@ class LinuxMainQueue final : public MainQueue {
   /// Thread: main.
   void runUntil(const std::function<bool()>& done);
 
+  /// Runs the redraws that are due, and no other work: for long work on the main thread.
+  /// Thread: main.
+  void runDueRedraws();
+
   /// False without a process-wide barrier: redraw requests are then taken one by one, under the lock.
   [[nodiscard]] bool coalesces() const { return hasBarrier_; }
 

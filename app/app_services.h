@@ -1,0 +1,50 @@
+/// What the controller uses of the platform, by reference.
+#pragma once
+
+#include <string>
+
+#include "app/update_check.h"
+#include "platform/application.h"
+#include "platform/bundle.h"
+#include "platform/clock.h"
+#include "platform/file_manager.h"
+#include "platform/files.h"
+#include "platform/log.h"
+#include "platform/main_queue.h"
+#include "platform/movies.h"
+#include "platform/notification_centre.h"
+#include "platform/panels.h"
+#include "platform/path_mapper.h"
+#include "platform/scratch_paths.h"
+#include "platform/sheets.h"
+#include "platform/tracking.h"
+#include "platform/workers.h"
+#include "platform/workspace.h"
+
+namespace zelvo::app {
+
+struct AppServices {
+  platform::Application& application;
+  platform::Files& files;
+  platform::FileManager& fileManager;
+  platform::ScratchPaths& scratchPaths;
+  platform::Workers& workers;
+  platform::MainQueue& mainQueue;
+  platform::Clock& clock;
+  platform::Log& log;
+  platform::Sheets& sheets;
+  platform::Panels& panels;
+  platform::AlertPanels& alertPanels;
+  platform::WaitPanels& waitPanels;
+  platform::MovieLoader& movies;
+  platform::NotificationCentre& notifications;
+  platform::Tracking& tracking;
+  platform::Cursor& cursor;
+  platform::Workspace& workspace;
+  const platform::Bundle& bundle;
+  const platform::PathMapper& paths;
+  UpdateCheck& updateCheck;
+  std::string homeDirectory;  ///< the user's, without a slash at its end
+};
+
+}  // namespace zelvo::app

@@ -1,0 +1,147 @@
+// What becomes of a run:
+// 1. Its worker waits for the one before, then works; its end is told on the main thread.
+// 2. A write error takes the window back to page 1 and is told with its cause.
+// 3. A preview or save asked for too early waits until the rebuilt file is whole.
+// 4. A run that nobody waits for any more is abandoned, and its scratch file removed.
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "app/controller.h"
+#include "app/texts.h"
+#include "engine/globals.h"
+
+namespace zelvo::app {
+
+namespace {
+
+std::string inMegabytes(std::uint64_t bytes) {
+  std::array<char, 40> text{};
+  const int length = std::snprintf(text.data(), text.size(), "%.1f MB", static_cast<double>(bytes) / 1e6);
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
+std::string folderOf(const std::string& file) {
+  const std::size_t slash = file.rfind('/');
+  return slash == std::string::npos ? std::string(".") : file.substr(0, std::max<std::size_t>(slash, 1));
+}
+
+}  // namespace
+
+void Orlin_Repair_AVIAppDelegate::startRun() {
+  abandonShownRun();
+  std::erase_if(runs_, [](const auto& one) { return one.expired(); });
+  const std::shared_ptr<engine::Run> run = engine::RepairFile::newRun();
+  run->mayWrite = [this, scratch = run->internalpath](std::uint64_t bytes) {
+    bytesToWrite_ = bytes;
+    std::set<std::string> written = scratchFiles_.get();  // one run at a time comes here
+    written.insert(scratch);
+    scratchFiles_.set(std::move(written));
+    return true;
+  };
+  const std::uint64_t number = runGuard_.start();
+  shownRun_ = ShownRun{number, run};
+  runs_.push_back(run);
+  mythread = services_.workers.start(run->cancel, [this, number, run, before = lastWorker_] {
+    if (before) before->join();
+    workOn(number, run);
+  });
+  lastWorker_ = mythread;
+}
+
+void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run) {
+  runGuard_.beginWork(number);
+  countedFiles_.restart();
+  bytesToWrite_ = 0;
+  const bool worked = !run->cancel->cancelled();
+  repair1->retrieveAudioVideoSamples(run);
+  // No later run has begun yet: its worker waits for this one.
+  const auto failure = worked ? repair1->writeFailure.get() : std::nullopt;
+  runGuard_.endWork();
+  services_.mainQueue.perform([this, number, run, failure] { runEnded(number, *run, failure); });
+}
+
+void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::Run& run,
+                                           const std::optional<engine::WriteFailure>& failure) {
+  if (terminated_) return;
+  if (!shownRun_ || shownRun_->number != number) {
+    const bool isWrittenAgain = shownRun_ && shownRun_->run->internalpath == run.internalpath;
+    if (run.cancel->abandoned() && !isWrittenAgain && scratchFiles_.get().contains(run.internalpath)) {
+      removeScratch(run.internalpath);
+    }
+    return;
+  }
+  shownRun_->atWork = false;
+  if (!failure) return;
+  if (waiting_) {
+    untoldFailure_ = failure;
+    return;
+  }
+  tellWriteFailure(run, *failure);
+}
+
+void Orlin_Repair_AVIAppDelegate::abandonShownRun() {
+  if (!shownRun_) return;
+  if (shownRun_->atWork) shownRun_->run->cancel->abandon();
+  runGuard_.hideProgress();
+  shownRun_.reset();
+}
+
+// Decision 0065
+void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const engine::WriteFailure& failure) {
+  runGuard_.hideProgress();
+  endAndHide(outlets.stoprepairwindow);
+  endAndHide(repair1->outlets.repaircompletedwindow);
+  progressbarValue = 0.0;
+  outlets.progressbar.setDoubleValue(0.0);
+  outlets.tabview.selectFirstTabViewItem();
+  removeScratch(run.internalpath);
+
+  std::string message = failure.cause.message() + ".";
+  if (const auto space = services_.fileManager.freeSpace(folderOf(run.internalpath))) {
+    message += " " + inMegabytes(*space) + " are free in " + folderOf(run.internalpath);
+    if (bytesToWrite_ != 0) message += ", and the repaired file takes " + inMegabytes(bytesToWrite_);
+    message += ".";
+  }
+  message += " Nothing was changed in your file, and it is still chosen: you can press Repair again.";
+  services_.alertPanels.runAlertPanel({.title = texts::kWriteFailedTitle,
+                                       .message = std::move(message),
+                                       .defaultButton = texts::kOk,
+                                       .alternateButton = std::nullopt,
+                                       .otherButton = std::nullopt});
+}
+
+// Decision 0064
+bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
+  if (!shownRun_ || !shownRun_->atWork) return true;
+  if (waiting_) return false;
+  const std::shared_ptr<engine::Run> run = shownRun_->run;
+  waiting_ = true;
+  const bool finished =
+      services_.waitPanels.runWaitPanel({.title = texts::kFinishingTitle,
+                                         .message = texts::kFinishingMessage,
+                                         .cancelButton = texts::kFinishingCancel,
+                                         .percent = [this] { return writtenPercent(); },
+                                         .finished = [this] { return !shownRun_ || !shownRun_->atWork; }});
+  waiting_ = false;
+  if (const auto failure = std::exchange(untoldFailure_, std::nullopt)) {
+    tellWriteFailure(*run, *failure);
+    return false;
+  }
+  return finished && shownRun_ && shownRun_->run == run;
+}
+
+double Orlin_Repair_AVIAppDelegate::writtenPercent() const {
+  const std::uint64_t all = bytesToWrite_;
+  if (all == 0) return 0.0;
+  return std::min(100.0, static_cast<double>(countedFiles_.written()) * 100.0 / static_cast<double>(all));
+}
+
+void Orlin_Repair_AVIAppDelegate::removeScratch(const std::string& scratch) {
+  const auto attributes = services_.fileManager.attributes(scratch);
+  if (!attributes || attributes->kind != platform::FileAttributes::Kind::regularFile) return;
+  static_cast<void>(services_.fileManager.remove(scratch));  // what cannot be removed now, the next holder removes
+}
+
+}  // namespace zelvo::app

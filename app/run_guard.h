@@ -1,0 +1,72 @@
+/// What stands between the engine and the window, so that an old run never meets a new one: progress of a run that the
+/// window no longer shows is dropped, and so are its sheets and its rebuilt file once a newer run was started. Runs are numbered
+/// from 1. // Decision 0062
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "engine/progress_relay.h"
+#include "platform/relaxed.h"
+#include "platform/sheets.h"
+
+namespace zelvo::app {
+
+/// Runs follow one another, so one at most works at a time.
+class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
+ public:
+  /// What passes goes on to `relay` and `sheets`.
+  RunGuard(engine::ProgressRelay& relay, platform::Sheets& sheets) : relay_(relay), sheets_(sheets) {}
+
+  /// A run was started: its progress is the one to show. Answers its number. Thread: main.
+  std::uint64_t start() {
+    latest_ = ++started_;
+    shown_ = started_;
+    return started_;
+  }
+  /// The window shows no run any more. Thread: main.
+  void hideProgress() { shown_ = 0; }
+  /// Nor does it take sheets: the program is ending. Thread: main.
+  void close() {
+    shown_ = 0;
+    latest_ = 0;
+  }
+  /// A run begins and ends its work. Thread: its worker.
+  void beginWork(std::uint64_t number) { working_ = number; }
+  void endWork() { working_ = 0; }
+
+  /// True for the run that the window shows. Thread: any.
+  [[nodiscard]] bool shows(std::uint64_t number) const { return shown_ == number; }
+
+  // ---- From the engine ----
+  void setProgressBarValue(double percent) override {
+    if (passes()) relay_.setProgressBarValue(percent);
+  }
+  void updateProgressBar() override { relay_.updateProgressBar(); }
+  void updateSaveProgressBar() override { relay_.updateSaveProgressBar(); }
+  void updateSaveProgressBar2() override { relay_.updateSaveProgressBar2(); }
+  void setMovieView(const std::string& path) override {
+    if (isLatest(working_)) relay_.setMovieView(path);
+  }
+  void beginSheet(platform::Window& sheet, platform::Window& over, std::function<bool()> stillWanted) override;
+  void endSheet(platform::Window& sheet) override { sheets_.endSheet(sheet); }
+
+ private:
+  /// Outside of a run's work everything passes.
+  [[nodiscard]] bool passes() const {
+    const std::uint64_t working = working_;
+    return working == 0 || working == shown_;
+  }
+
+  [[nodiscard]] bool isLatest(std::uint64_t number) const { return number == 0 || number == latest_; }
+
+  engine::ProgressRelay& relay_;
+  platform::Sheets& sheets_;
+  std::uint64_t started_ = 0;
+  platform::Relaxed<std::uint64_t> latest_;
+  platform::Relaxed<std::uint64_t> shown_;
+  platform::Relaxed<std::uint64_t> working_;
+};
+
+}  // namespace zelvo::app

@@ -1,0 +1,24 @@
+/// A clock on which every sleep is over at once.
+/// Thread: any.
+#pragma once
+
+#include <string>
+
+#include "platform/clock.h"
+#include "platform/headless/events.h"
+
+namespace zelvo::platform::headless {
+
+class HeadlessClock final : public Clock {
+ public:
+  explicit HeadlessClock(Events* events) : events_(events) {}
+  void sleepFor(std::chrono::milliseconds duration) override {
+    if (events_ != nullptr) events_->add("sleep(" + std::to_string(duration.count()) + " ms)");
+  }
+  void endSleeps() override {}
+
+ private:
+  Events* events_;
+};
+
+}  // namespace zelvo::platform::headless

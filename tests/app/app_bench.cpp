@@ -1,0 +1,129 @@
+#include "tests/app/app_bench.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "tests/support/avi_builder.h"
+
+namespace zelvo::tests {
+
+using platform::headless::HeadlessButton;
+
+namespace {
+
+/// Steps of a progress: thousands, and looked at where a test is about them.
+bool isStep(const std::string& line) {
+  static constexpr std::array<std::string_view, 4> kSteps = {
+      "progressbar.setDoubleValue", "saveprogressbar.setDoubleValue", "repairbutton.setState(off)",
+      "textfield.setStringValue(Retrieving"};
+  return std::any_of(kSteps.begin(), kSteps.end(), [&](std::string_view step) { return line.starts_with(step); });
+}
+
+}  // namespace
+
+void RecordingUpdateCheck::checkForUpdateClicked(platform::Button* sender) {
+  const auto* button = dynamic_cast<HeadlessButton*>(sender);
+  events_.add("checkForUpdateClicked(" + (button == nullptr ? "nobody" : button->name()) + ")");
+}
+
+AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool keepsEvents)
+    : screen(keepsEvents ? &events : nullptr),
+      log(keepsEvents ? &events : nullptr),
+      sheets(queue, keepsEvents ? &events : nullptr),
+      movies(keepsEvents ? &events : nullptr),
+      application(&events, screen.mainWindow) {
+  engine::resetGlobals();
+  app::resetGlobals();
+  controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(app::AppServices{.application = application,
+                                                                                   .files = recordingFiles,
+                                                                                   .fileManager = fileManager,
+                                                                                   .scratchPaths = scratchPaths,
+                                                                                   .workers = workers,
+                                                                                   .mainQueue = queue,
+                                                                                   .clock = clock,
+                                                                                   .log = log,
+                                                                                   .sheets = sheets,
+                                                                                   .panels = panels,
+                                                                                   .alertPanels = alerts,
+                                                                                   .waitPanels = waits,
+                                                                                   .movies = movies,
+                                                                                   .notifications = notifications,
+                                                                                   .tracking = tracking,
+                                                                                   .cursor = cursor,
+                                                                                   .workspace = workspace,
+                                                                                   .bundle = bundle,
+                                                                                   .paths = paths,
+                                                                                   .updateCheck = updateCheck,
+                                                                                   .homeDirectory = "/home/user"},
+                                                                  screen.controller, screen.job);
+  app::wire(*controller, screen.job, actions, application);
+}
+
+AppBench::~AppBench() {
+  controller.reset();
+  engine::resetGlobals();
+  app::resetGlobals();
+}
+
+void AppBench::start() {
+  controller->init();
+  controller->awakeFromNib();
+  controller->applicationDidFinishLaunching();
+  events.clear();
+}
+
+MemoryFile& AppBench::choose(platform::Bytes bytes, const std::string& path) {
+  MemoryFile& file = files.put(path, std::move(bytes));
+  controller->openFinderWindow(&screen.browsebutton);
+  EXPECT_TRUE(panels.lastOpenPanel()->choose(path));
+  events.clear();
+  return file;
+}
+
+bool AppBench::isShown(const platform::headless::HeadlessWindow& sheet) const {
+  const Lines shown = sheets.shown();
+  return std::find(shown.begin(), shown.end(), sheet.name()) != shown.end();
+}
+
+Lines AppBench::takeEvents() {
+  Lines lines = events.lines();
+  events.clear();
+  std::erase_if(lines, isStep);
+  return lines;
+}
+
+Lines AppBench::takeEvents(const Lines& beginnings) {
+  Lines lines = events.lines();
+  events.clear();
+  std::erase_if(lines, [&](const std::string& line) {
+    return std::none_of(beginnings.begin(), beginnings.end(),
+                        [&](const std::string& beginning) { return line.starts_with(beginning); });
+  });
+  return lines;
+}
+
+void FlowTest::runWorkers() {
+  while (workers.runNext()) {
+  }
+  queue.pump();
+}
+
+void FlowTest::repairWhole() {
+  ASSERT_TRUE(app.press(app.screen.repairbutton));
+  runWorkers();
+}
+
+void FlowTest::reachResultPage() {
+  app.start();
+  app.choose(smallAvi());
+  repairWhole();
+  ASSERT_TRUE(app.isShown(app.screen.repaircompletedwindow));
+  ASSERT_TRUE(app.press(app.screen.repaircompletedokbutton));
+  ASSERT_EQ(app.screen.tabview.page(), 3);
+  app.events.clear();
+}
+
+platform::Bytes smallAvi() { return AviBuilder().interleaved(45, 10000, 1800).build(); }
+
+}  // namespace zelvo::tests

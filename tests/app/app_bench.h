@@ -1,0 +1,112 @@
+/// The whole application without a window: the controller on headless elements with files in memory. Everything that
+/// happens lands in one list of events.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/application_main.h"
+#include "app/controller.h"
+#include "app/globals.h"
+#include "app/wire.h"
+#include "engine/globals.h"
+#include "platform/headless/actions.h"
+#include "platform/headless/application.h"
+#include "platform/headless/bundle.h"
+#include "platform/headless/clock.h"
+#include "platform/headless/main_queue.h"
+#include "platform/headless/panels.h"
+#include "platform/headless/scratch_paths.h"
+#include "platform/headless/screen.h"
+#include "platform/headless/tracking.h"
+#include "platform/headless/workers.h"
+#include "platform/headless/workspace.h"
+#include "tests/app/recording_files.h"
+#include "tests/support/memory_files.h"
+
+namespace zelvo::tests {
+
+using Lines = std::vector<std::string>;
+
+inline constexpr const char* kInput = "/films/broken.avi";
+inline constexpr const char* kScratch1 = "/Applications/testfile1.avi";
+inline constexpr const char* kScratch2 = "/Applications/testfile2.avi";
+
+/// Notes who asked.
+class RecordingUpdateCheck final : public app::UpdateCheck {
+ public:
+  explicit RecordingUpdateCheck(platform::headless::Events& events) : events_(events) {}
+  void checkForUpdateClicked(platform::Button* sender) override;
+
+ private:
+  platform::headless::Events& events_;
+};
+
+/// Globals are reset when it is made and when it goes. The controller is wired, but not yet woken.
+class AppBench {
+ public:
+  AppBench(platform::MainQueue& queue, platform::Workers& workers, bool keepsEvents = true);
+  ~AppBench();
+  AppBench(const AppBench&) = delete;
+  AppBench& operator=(const AppBench&) = delete;
+
+  /// `init`, `awakeFromNib`, `applicationDidFinishLaunching`.
+  void start();
+  /// Puts the input there and chooses it in the chooser.
+  MemoryFile& choose(platform::Bytes bytes, const std::string& path = kInput);
+  bool press(platform::headless::HeadlessButton& button) { return actions.press(button); }
+  [[nodiscard]] bool isShown(const platform::headless::HeadlessWindow& sheet) const;
+
+  /// What happened since the last look, without the steps of the progress.
+  [[nodiscard]] Lines takeEvents();
+  /// The same, of those that begin with one of the given texts.
+  [[nodiscard]] Lines takeEvents(const Lines& beginnings);
+
+  platform::headless::Events events;
+  MemoryFiles files;
+  RecordingFiles recordingFiles{files, events};
+  RecordingFileManager fileManager{files, events};
+  platform::headless::Screen screen;
+  platform::headless::HeadlessLog log;
+  platform::headless::HeadlessSheets sheets;
+  platform::headless::HeadlessMovieLoader movies;
+  platform::headless::HeadlessPanels panels{&events};
+  platform::headless::HeadlessAlertPanels alerts{&events};
+  platform::headless::HeadlessWaitPanels waits{&events};
+  platform::NotificationCentre notifications;
+  platform::headless::HeadlessTracking tracking{&events};
+  platform::headless::HeadlessCursor cursor{&events};
+  platform::headless::HeadlessWorkspace workspace{&events};
+  platform::headless::HeadlessBundle bundle;
+  platform::headless::HeadlessScratchPaths scratchPaths;
+  platform::headless::HeadlessClock clock{&events};
+  platform::headless::HeadlessApplication application;
+  platform::headless::HeadlessActions actions;
+  platform::PathMapper paths;
+  RecordingUpdateCheck updateCheck{events};
+  std::unique_ptr<app::Orlin_Repair_AVIAppDelegate> controller;
+};
+
+/// One test of a flow: workers run when the test says, the main queue is pumped by hand.
+class FlowTest : public testing::Test {
+ protected:
+  /// Lets every worker that waits run, with what it asks of the main thread.
+  void runWorkers();
+  /// Presses Repair and lets the run come to its end.
+  void repairWhole();
+  /// The same, up to the OK of the completion sheet: page 3.
+  void reachResultPage();
+
+  platform::headless::HeadlessMainQueue queue;
+  platform::headless::HeadlessWorkers workers;
+  AppBench app{queue, workers};
+};
+
+/// An AVI file that can be repaired: 45 video chunks, each followed by an audio chunk; a little over 512 KiB.
+[[nodiscard]] platform::Bytes smallAvi();
+
+}  // namespace zelvo::tests

@@ -1,0 +1,196 @@
+#include "tests/app/app_bench.h"
+
+namespace zelvo::tests {
+namespace {
+
+using InputSelection = FlowTest;
+
+const Lines kChooserShown = {"openPanel.setAllowedFileTypes(avi, divx, xvid)",
+                             "openPanel.setTreatsFilePackagesAsDirectories(no)",
+                             "openPanel.setExtensionHidden(no)",
+                             "openPanel.setCanChooseDirectories(no)",
+                             "openPanel.setCanChooseFiles(yes)",
+                             "openPanel.setAllowsMultipleSelection(no)",
+                             "openPanel.beginSheetModalForWindow(mainWindow)"};
+
+Lines joined(Lines first, const Lines& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+TEST_F(InputSelection, TheChooserIsPreparedAndShownOverTheWindow) {
+  app.start();
+
+  app.press(app.screen.browsebutton);
+
+  EXPECT_EQ(app.takeEvents(), joined({"openPanel()", "openPanel()", "openPanel()"}, kChooserShown));
+  EXPECT_NE(app.controller->panel, nullptr);
+}
+
+TEST_F(InputSelection, AFreshPanelThatReportsANameIsLoggedAsNil) {
+  app.start();
+  app.panels.setFreshFilename("/films/old.avi");
+
+  app.press(app.screen.browsebutton);
+
+  EXPECT_EQ(app.takeEvents({"log: ", "openPanel()"}), (Lines{"openPanel()", "log: nil", "openPanel()", "openPanel()"}));
+}
+
+TEST_F(InputSelection, AFreshPanelWithAnEmptyNameIsNotLogged) {
+  app.start();
+  app.panels.setFreshFilename("");
+
+  app.press(app.screen.browsebutton);
+
+  EXPECT_TRUE(app.takeEvents({"log: "}).empty());
+}
+
+TEST_F(InputSelection, OneFailureLeadsToOneNestedCallAfterWhichTheFirstGoesOn) {
+  app.start();
+  app.panels.scriptOpenPanels({true, false});
+
+  app.press(app.screen.browsebutton);
+
+  const Lines nested =
+      joined({"openPanel()", "openPanel() failed", "openPanel()", "openPanel()", "openPanel()"}, kChooserShown);
+  EXPECT_EQ(app.takeEvents(), joined(joined(nested, {"openPanel()"}), kChooserShown));
+  EXPECT_EQ(app.panels.shownOpenPanels().size(), 2U);
+}
+
+TEST_F(InputSelection, PanelsThatCanNeverBeMadeEndTheAttempts) {
+  app.start();
+  app.panels.makeOpenPanels(false);
+
+  app.press(app.screen.browsebutton);
+
+  EXPECT_TRUE(app.panels.shownOpenPanels().empty());
+  app.panels.makeOpenPanels(true);
+  app.press(app.screen.browsebutton);
+  EXPECT_EQ(app.panels.shownOpenPanels().size(), 1U);
+}
+
+TEST_F(InputSelection, AnswerSetsPathAndSizeShowsThePathTwiceAndClearsTheStop) {
+  app.start();
+  app.files.put(kInput, platform::Bytes(1234));
+  engine::stopflag = true;
+  app.press(app.screen.browsebutton);
+  app.events.clear();
+
+  app.panels.lastOpenPanel()->choose(kInput);
+
+  EXPECT_EQ(engine::path.get(), kInput);
+  EXPECT_EQ(engine::inputfilesize, 1234U);
+  EXPECT_FALSE(engine::stopflag);
+  EXPECT_EQ(app.takeEvents(), (Lines{"controller.textfield.setStringValue(/films/broken.avi)",
+                                     "pathfield.setStringValue(/films/broken.avi)"}));
+  EXPECT_EQ(app.controller->inputFileManager, &app.fileManager);
+  EXPECT_EQ(app.screen.tabview.page(), 1);
+}
+
+TEST_F(InputSelection, OnlyTheThreeExtensionsCanBeChosen) {
+  app.start();
+  for (const char* name : {"/f/a.avi", "/f/a.divx", "/f/a.xvid", "/f/A.AVI"}) {
+    app.press(app.screen.browsebutton);
+    EXPECT_TRUE(app.panels.lastOpenPanel()->choose(name)) << name;
+  }
+  for (const char* name : {"/f/a.mov", "/f/avi", "/f.avi/a", "/f/a.avi.txt"}) {
+    app.press(app.screen.browsebutton);
+    EXPECT_FALSE(app.panels.lastOpenPanel()->choose(name)) << name;
+    app.panels.lastOpenPanel()->cancel();
+  }
+}
+
+TEST_F(InputSelection, CancellingKeepsTheEarlierChoice) {
+  app.start();
+  app.choose(platform::Bytes(99));
+  engine::stopflag = true;
+  app.press(app.screen.browsebutton);
+  app.events.clear();
+
+  app.panels.lastOpenPanel()->cancel();
+
+  EXPECT_TRUE(app.takeEvents().empty());
+  EXPECT_EQ(engine::path.get(), kInput);
+  EXPECT_EQ(engine::inputfilesize, 99U);
+  EXPECT_TRUE(engine::stopflag);
+}
+
+TEST_F(InputSelection, CancellingWithNothingChosenLeavesNothingChosen) {
+  app.start();
+  app.press(app.screen.browsebutton);
+  app.panels.lastOpenPanel()->cancel();
+  EXPECT_EQ(engine::path.get(), std::nullopt);
+}
+
+TEST_F(InputSelection, ASecondFileAfterACompletedRunReplacesThePathAndClearsTheStop) {
+  reachResultPage();
+  engine::stopflag = true;
+
+  app.choose(platform::Bytes(77), "/films/second.divx");
+
+  EXPECT_EQ(engine::path.get(), "/films/second.divx");
+  EXPECT_EQ(engine::inputfilesize, 77U);
+  EXPECT_EQ(app.screen.chosenpath.stringValue(), "/films/second.divx");
+  EXPECT_EQ(app.screen.pathfield.stringValue(), "/films/second.divx");
+  EXPECT_FALSE(engine::stopflag);
+}
+
+TEST_F(InputSelection, ALinksOwnSizeIsTaken) {
+  app.start();
+  app.files.put("/films/target.avi", platform::Bytes(5000));
+  app.fileManager.links["/films/link.avi"] = "/films/target.avi";
+  app.press(app.screen.browsebutton);
+
+  app.panels.lastOpenPanel()->choose("/films/link.avi");
+
+  EXPECT_EQ(engine::inputfilesize, 17U);
+}
+
+TEST_F(InputSelection, AFileThatCannotBeLookedAtHasSizeZero) {
+  app.start();
+  engine::inputfilesize = 5;
+  app.press(app.screen.browsebutton);
+
+  app.panels.lastOpenPanel()->choose("/films/gone.avi");
+
+  EXPECT_EQ(engine::inputfilesize, 0U);
+  EXPECT_EQ(engine::path.get(), "/films/gone.avi");
+}
+
+TEST_F(InputSelection, OnlyTheDelegateStyleStepLogsTheSize) {
+  app.start();
+  app.files.put(kInput, platform::Bytes(1234));
+  platform::headless::HeadlessOpenPanel panel(nullptr, kInput);
+
+  app.controller->openPanelDidEnd(panel, platform::kPanelOk, nullptr);
+
+  EXPECT_EQ(app.takeEvents(), (Lines{"log: FileSize=1234", "controller.textfield.setStringValue(/films/broken.avi)",
+                                     "pathfield.setStringValue(/films/broken.avi)"}));
+  app.controller->openPanelDidEnd(panel, platform::kPanelCancelled, nullptr);
+  EXPECT_TRUE(app.takeEvents().empty());
+}
+
+TEST_F(InputSelection, ADroppedFileGoesThroughTheSameStep) {
+  app.start();
+  app.files.put(kInput, platform::Bytes(1234));
+
+  EXPECT_TRUE(app.controller->chooseFile(kInput));
+
+  EXPECT_EQ(engine::path.get(), kInput);
+  EXPECT_EQ(engine::inputfilesize, 1234U);
+  EXPECT_FALSE(app.controller->chooseFile("/films/film.mov"));
+  EXPECT_EQ(engine::path.get(), kInput);
+}
+
+TEST_F(InputSelection, NothingCanBeDroppedWhileARunIsAtWork) {
+  app.start();
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+
+  EXPECT_FALSE(app.controller->chooseFile("/films/other.avi"));
+
+  EXPECT_EQ(engine::path.get(), kInput);
+}
+
+}  // namespace
+}  // namespace zelvo::tests

@@ -1,0 +1,459 @@
+#include <algorithm>
+
+#include "engine/padded_copy.h"
+#include "tests/app/app_bench.h"
+
+namespace zelvo::tests {
+namespace {
+
+using platform::Bytes;
+
+const char* const kFolder = "/home/user/Repaired";
+const char* const kSaved = "/home/user/Repaired/repaired.avi";
+
+/// On the result page, with a rebuilt file of known bytes at the first scratch path.
+class Save : public FlowTest {
+ protected:
+  void arrive(std::size_t rebuiltSize = 100000, std::uint64_t inputSize = 300) {
+    app.start();
+    runWorkers();
+    app.files.putSparse(kInput, inputSize);
+    ASSERT_TRUE(app.controller->chooseFile(kInput));
+    Bytes rebuilt(rebuiltSize);
+    for (std::size_t i = 0; i < rebuilt.size(); ++i) rebuilt[i] = static_cast<std::byte>(i * 7 + i / 251 + 1);
+    app.files.put(kScratch1, std::move(rebuilt));
+    engine::internalpath.set(kScratch1);
+    app.controller->setMovieView(kScratch1);
+    app.files.space = 5000000;
+    app.events.clear();
+  }
+  bool saveAs(const std::string& folder) {
+    return app.press(app.screen.savebutton) && app.panels.lastSavePanel()->choose(folder);
+  }
+};
+
+using SaveProgress = Save;
+
+TEST_F(Save, ThePanelIsPreparedAndShownOverTheMainWindow) {
+  arrive();
+
+  app.press(app.screen.savebutton);
+
+  EXPECT_EQ(app.takeEvents(), (Lines{"log: Save", "savebutton.setEnabled(no)", "savePanel()",
+                                     "savePanel.setPrompt(Save)", "savePanel.setCanCreateDirectories(yes)",
+                                     "savePanel.beginSheet(default folder, Repaired, mainWindow)"}));
+  EXPECT_EQ(app.controller->savepanel, app.panels.lastSavePanel());
+}
+
+TEST_F(Save, CancellingThePanelEnablesTheButtonAndCreatesNothing) {
+  arrive();
+  app.press(app.screen.savebutton);
+  app.events.clear();
+
+  app.panels.lastSavePanel()->cancel();
+
+  EXPECT_EQ(app.takeEvents(), Lines{"savebutton.setEnabled(yes)"});
+}
+
+TEST_F(Save, APanelThatCannotBeMadeLeavesTheButtonUsable) {
+  arrive();
+  app.panels.makeSavePanels(false);
+
+  app.press(app.screen.savebutton);
+
+  EXPECT_TRUE(app.screen.savebutton.isEnabled());
+}
+
+TEST_F(Save, TheCopyIsMadeInTheGivenOrder) {
+  arrive();
+  app.press(app.screen.savebutton);
+  app.events.clear();
+
+  app.panels.lastSavePanel()->choose(kFolder);
+
+  EXPECT_EQ(
+      app.takeEvents(),
+      (Lines{"savePanel.endSheet()", "savePanel.orderOut()", "createFolder(/home/user/Repaired)", "log: SIZE=5000000",
+             "log: Save path=/home/user/Repaired", "log: SIZE=5000000", "log: Save path=/home/user/Repaired",
+             "beginSheet(saveprogresspanel, mainWindow)", "log: Repaired file size=100000",
+             "createFile(/home/user/Repaired/repaired.avi)", "flush(/home/user/Repaired/repaired.avi)",
+             "savecompletedtext.setStringValue(The repaired file was saved as "
+             "/home/user/Repaired/repaired.avi.)",
+             "durationfield.setIntegerValue(0)", "main3.setEnabled(yes)", "help3.setEnabled(yes)",
+             "previewbutton.setEnabled(yes)"}));
+  EXPECT_EQ(app::savepath, kFolder);
+  EXPECT_EQ(app.controller->savingNameFromUser, kSaved);
+  EXPECT_EQ(app.controller->outputFileManager, &app.fileManager);
+  EXPECT_EQ(workers.waiting(), 1U);  // the progress
+}
+
+TEST_F(Save, TheBarStartsAtZero) {
+  arrive();
+  app.screen.saveprogressbar.setDoubleValue(88);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.screen.saveprogressbar.doubleValue(), 0.0);
+}
+
+TEST_F(Save, AFolderOfTheChosenNameHoldsTheFile) {
+  arrive();
+
+  saveAs(kFolder);
+
+  EXPECT_TRUE(app.fileManager.hasFolder(kFolder));
+  EXPECT_TRUE(app.files.has(kSaved));
+}
+
+TEST_F(Save, ARemainderIsPaddedAndItsFrontWrittenAgain) {
+  arrive(100000);
+
+  saveAs(kFolder);
+
+  const Bytes rebuilt = app.files.content(kScratch1);
+  Bytes expected = rebuilt;
+  expected.resize(131072);
+  expected.insert(expected.end(), rebuilt.begin() + 98304, rebuilt.end());
+  EXPECT_EQ(expected.size(), 132768U);
+  EXPECT_EQ(app.files.content(kSaved), expected);
+}
+
+TEST_F(Save, WholeBlocksAreSavedByteForByte) {
+  arrive(65536);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.files.content(kSaved), app.files.content(kScratch1));
+}
+
+TEST_F(Save, TheSizeInMiBIsRoundedDown) {
+  arrive(3 * 1048576 - 1);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app::oSize, 2U);
+  EXPECT_EQ(app.screen.durationfield.stringValue(), "2");
+}
+
+TEST_F(Save, SpaceForExactlyTheFileIsEnough) {
+  arrive(65536);
+  app.files.space = 65536;
+
+  saveAs(kFolder);
+
+  EXPECT_TRUE(app.alerts.shown().empty());
+  EXPECT_TRUE(app.files.has(kSaved));
+}
+
+TEST_F(Save, TooLittleSpaceIsRefusedAfterTheFolderIsMade) {
+  arrive(65536);
+  app.files.space = 65535;
+  app.press(app.screen.savebutton);
+  app.events.clear();
+
+  app.panels.lastSavePanel()->choose(kFolder);
+
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"savePanel.endSheet()", "savePanel.orderOut()", "createFolder(/home/user/Repaired)",
+                   "log: SIZE=65535", "log: Save path=/home/user/Repaired",
+                   "alert(\"! Not enough free disk space\", \"The volume you have chosen to save data does not have "
+                   "enough free space to save the repaired file.\", \"OK\", nothing, nothing)"}));
+  EXPECT_TRUE(app.fileManager.hasFolder(kFolder));
+  EXPECT_FALSE(app.files.has(kSaved));
+  EXPECT_FALSE(app.screen.savebutton.isEnabled());
+  EXPECT_EQ(workers.waiting(), 0U);
+}
+
+TEST_F(Save, AFolderThatCannotBeMadeHasNoSpace) {
+  arrive();
+  app.fileManager.refusedFolders = {kFolder};
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.alerts.shown().size(), 1U);
+  EXPECT_EQ(app.takeEvents({"log: SIZE"}), Lines{"log: SIZE=0"});
+}
+
+TEST_F(Save, ARebuiltFileThatCannotBeReadIsSavedAsZeros) {
+  arrive(65536);
+  app.files.refuse(kScratch1, std::make_error_code(std::errc::permission_denied));
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.files.content(kSaved), Bytes(65536));
+}
+
+TEST_F(Save, AWriteThatFailsChangesNoStepAndIsTold) {
+  arrive(100000);
+  app.files.put(kSaved, {});
+  app.files.at(kSaved).badWriteFrom = 40000;
+  app.files.at(kSaved).writeError = std::make_error_code(std::errc::no_space_on_device);
+
+  saveAs(kFolder);
+  runWorkers();
+
+  EXPECT_TRUE(app.isShown(app.screen.savecompletedwindow));
+  EXPECT_TRUE(app.alerts.shown().empty());
+  EXPECT_EQ(app.screen.savecompletedtext.stringValue(),
+            "The copy is incomplete: No space left on device. Please save again, to another place.");
+}
+
+TEST_F(Save, ADestinationThatCannotBeOpenedIsTold) {
+  arrive();
+  app.files.refuse(kSaved, std::make_error_code(std::errc::read_only_file_system));
+
+  saveAs(kFolder);
+  runWorkers();
+
+  EXPECT_TRUE(app.isShown(app.screen.savecompletedwindow));
+  EXPECT_EQ(app.screen.savecompletedtext.stringValue(),
+            "The copy is incomplete: Read-only file system. Please save again, to another place.");
+}
+
+TEST_F(Save, AFailureOnClosingIsTold) {
+  arrive(65536);
+  app.files.put(kSaved, {});
+  app.files.at(kSaved).closeError = std::make_error_code(std::errc::io_error);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.screen.savecompletedtext.stringValue(),
+            "The copy is incomplete: Input/output error. Please save again, to another place.");
+}
+
+TEST_F(Save, AFailureOfTheMediumIsTold) {
+  arrive(65536);
+  app.recordingFiles.flushError = std::make_error_code(std::errc::io_error);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.screen.savecompletedtext.stringValue(),
+            "The copy is incomplete: Input/output error. Please save again, to another place.");
+}
+
+TEST_F(Save, TheNameOfTheDamagedFileIsRefused) {
+  arrive();
+  app.files.put("/films/repaired.avi", Bytes(600));
+  app.controller->chooseFile("/films/repaired.avi");
+  app.press(app.screen.savebutton);
+
+  EXPECT_FALSE(app.panels.lastSavePanel()->choose("/films"));
+
+  EXPECT_EQ(app.files.content("/films/repaired.avi"), Bytes(600));
+}
+
+TEST_F(Save, TheDamagedFileIsNotWrittenEvenWhenItCameToStandThereSince) {
+  arrive();
+  app.press(app.screen.savebutton);
+  app.fileManager.links[kSaved] = kInput;
+  app.panels.lastSavePanel()->setNameJudge({});
+
+  app.panels.lastSavePanel()->choose(kFolder);
+
+  EXPECT_EQ(app.takeEvents({"createFile"}), Lines{});
+  EXPECT_EQ(app.screen.savecompletedtext.stringValue(),
+            "The copy is incomplete: That would overwrite the damaged file itself. Please choose another name or "
+            "folder. Please save again, to another place.");
+}
+
+TEST_F(Save, AnEarlierSaveIsAskedAbout) {
+  arrive();
+  app.files.put(kSaved, Bytes(5));
+  app.press(app.screen.savebutton);
+
+  EXPECT_FALSE(app.panels.lastSavePanel()->choose(kFolder, false));
+  EXPECT_EQ(app.files.content(kSaved), Bytes(5));
+  EXPECT_TRUE(app.panels.lastSavePanel()->choose(kFolder, true));
+}
+
+TEST_F(Save, TheNameOfAnExistingFileIsRefused) {
+  arrive();
+  app.files.put(kFolder, Bytes(5));
+  app.press(app.screen.savebutton);
+
+  EXPECT_FALSE(app.panels.lastSavePanel()->choose(kFolder));
+}
+
+TEST_F(Save, RedrawsGoOnBetweenBlocks) {
+  arrive(40 * 32768);
+
+  saveAs(kFolder);
+
+  EXPECT_GE(app.application.redrawsDelivered(), 5);
+}
+
+TEST_F(Save, ARequestToEndInTheMiddleEndsTheCopy) {
+  arrive(40 * 32768);
+  app.application.onDeliverRedraws = [this] { app.application.requestTermination(true); };
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.files.content(kSaved).size(), 8U * 32768U);
+  EXPECT_NE(app.screen.savecompletedtext.stringValue().find("incomplete"), std::string::npos);
+}
+
+TEST_F(SaveProgress, FollowsTheSizeOfTheInput) {
+  arrive(65536, 499);
+  saveAs(kFolder);
+  app.events.clear();
+
+  runWorkers();
+
+  const Lines step = {"saveprogressbar.setDoubleValue", "repairbutton.setState(off)"};
+  EXPECT_EQ(
+      app.events.lines(),
+      (Lines{"saveprogressbar.setDoubleValue(25)", "repairbutton.setState(off)", "saveprogressbar.setDoubleValue(50)",
+             "repairbutton.setState(off)", "saveprogressbar.setDoubleValue(75)", "repairbutton.setState(off)",
+             "saveprogressbar.setDoubleValue(100)", "repairbutton.setState(off)", "endSheet(stopsavingwindow)",
+             "stopsavingwindow.orderOut()", "endSheet(saveprogresspanel)", "saveprogresspanel.orderOut()",
+             "beginSheet(savecompletedwindow, mainWindow)", "saveprogressbar.setDoubleValue(100)",
+             "saveprogressbar.setDoubleValue(100)", "saveprogressbar.setDoubleValue(100)",
+             "saveprogressbar.setDoubleValue(100)"}));
+  EXPECT_EQ(app.controller->stopvalue, 0);
+}
+
+TEST_F(SaveProgress, AnInputBelowAHundredBytesNeverCompletes) {
+  arrive(65536, 99);
+
+  saveAs(kFolder);
+  runWorkers();
+
+  EXPECT_FALSE(app.isShown(app.screen.savecompletedwindow));
+  EXPECT_TRUE(app.isShown(app.screen.saveprogresspanel));
+  app.press(app.screen.stopsavingOKbutton);
+  EXPECT_FALSE(app.isShown(app.screen.saveprogresspanel));
+}
+
+TEST_F(SaveProgress, TheCompletedSheetsOkEnablesSaving) {
+  arrive();
+  saveAs(kFolder);
+  runWorkers();
+  app.events.clear();
+
+  app.press(app.screen.savecompletedokbutton);
+
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"endSheet(savecompletedwindow)", "savecompletedwindow.orderOut()", "savebutton.setEnabled(yes)"}));
+}
+
+TEST_F(SaveProgress, StoppingIsAskedInASheetThatIsBroughtToTheFront) {
+  arrive();
+  saveAs(kFolder);
+  app.events.clear();
+
+  app.press(app.screen.stopsavingbutton);
+
+  EXPECT_EQ(app.takeEvents(), (Lines{"log: Stoppped saving", "beginSheet(stopsavingwindow, mainWindow)",
+                                     "stopsavingwindow.makeKeyAndOrderFront()"}));
+}
+
+TEST_F(SaveProgress, StoppedItEndsBothSheetsLogsTheOtherNameAndDeletesNothing) {
+  arrive();
+  saveAs(kFolder);
+  app.press(app.screen.stopsavingbutton);
+  app.events.clear();
+
+  app.press(app.screen.stopsavingOKbutton);
+
+  EXPECT_EQ(app.takeEvents(), (Lines{"endSheet(saveprogresspanel)", "saveprogresspanel.orderOut()",
+                                     "endSheet(stopsavingwindow)", "stopsavingwindow.orderOut()",
+                                     "log: mutstr=/home/user/Repaired/repaired.mov", "savebutton.setEnabled(yes)"}));
+  EXPECT_TRUE(app.files.has(kSaved));
+  EXPECT_EQ(app.controller->stopvalue, 1);
+}
+
+TEST_F(SaveProgress, AStoppedSaveBreaksAfterItsStepAndShowsNoCompletion) {
+  arrive();
+  saveAs(kFolder);
+  app.press(app.screen.stopsavingOKbutton);
+  app.events.clear();
+
+  runWorkers();
+
+  EXPECT_EQ(app.takeEvents(), Lines{"log: Breaking"});
+  EXPECT_FALSE(app.isShown(app.screen.savecompletedwindow));
+}
+
+TEST_F(SaveProgress, AStoppedSaveDoesNotWakeWhenTheNextBegins) {
+  arrive();
+  saveAs(kFolder);
+  app.press(app.screen.stopsavingOKbutton);
+  saveAs("/home/user/Again");
+  app.events.clear();
+
+  runWorkers();
+
+  EXPECT_EQ(app.takeEvents({"log: Breaking", "beginSheet"}),
+            (Lines{"log: Breaking", "beginSheet(savecompletedwindow, mainWindow)"}));
+}
+
+TEST_F(SaveProgress, ContinuedItGoesOn) {
+  arrive();
+  saveAs(kFolder);
+  app.press(app.screen.stopsavingbutton);
+  app.events.clear();
+
+  app.press(app.screen.stopsavingCancelbutton);
+  EXPECT_EQ(app.takeEvents(), (Lines{"endSheet(stopsavingwindow)", "stopsavingwindow.orderOut()"}));
+
+  runWorkers();
+  EXPECT_TRUE(app.isShown(app.screen.savecompletedwindow));
+}
+
+TEST_F(SaveProgress, TheOtherProgressLogsEachValueTruncatedAndAsksAgain) {
+  arrive(65536, 300);
+
+  app.controller->saveProgressbarUpdate();
+
+  EXPECT_EQ(app.events.lines(),
+            (Lines{"saveprogressbar.setDoubleValue(33.3333)", "log: Vale=33", "repairbutton.setState(off)",
+                   "saveprogressbar.setDoubleValue(66.6667)", "log: Vale=66", "repairbutton.setState(off)",
+                   "saveprogressbar.setDoubleValue(100)", "log: Vale=100", "repairbutton.setState(off)",
+                   "log: Vale=100", "endSheet(stopsavingwindow)", "stopsavingwindow.orderOut()",
+                   "endSheet(saveprogresspanel)", "saveprogresspanel.orderOut()",
+                   "beginSheet(stopsavingwindow, mainWindow)", "saveprogressbar.setDoubleValue(0)"}));
+  app.events.clear();
+  queue.pump();
+  EXPECT_EQ(app.events.lines(), Lines(3, "saveprogressbar.setDoubleValue(100)"));
+}
+
+TEST_F(Save, TheOtherSaveWritesTheWholeFileUnderTheOtherName) {
+  arrive(100000);
+  app::savepath = kFolder;
+
+  app.controller->savemethod2();
+
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"createFolder(/home/user/Repaired)", "createFile(/home/user/Repaired/repaired.mov)"}));
+  EXPECT_EQ(app.files.content("/home/user/Repaired/repaired.mov"), app.files.content(kScratch1));
+}
+
+TEST_F(Save, TheOtherEntryAsksAndShowsAChooserOfFolders) {
+  arrive();
+  app.alerts.script({platform::kAlertDefault});
+
+  app.controller->saveData(nullptr);
+
+  EXPECT_EQ(
+      app.takeEvents(),
+      (Lines{"alert(\"Information\", \"Please ensure that you are not saving recovered data to the same volume from "
+             "which you are recovering. Saving the recovered data to the same hard drive/ volume would result in "
+             "permanent data loss. Do you want to continue?\", \"Yes\", \"No\", nothing)",
+             "openPanel()", "openPanel.setCanCreateDirectories(yes)", "openPanel.setCanChooseDirectories(yes)",
+             "openPanel.setCanChooseFiles(no)", "openPanel.setAllowsMultipleSelection(no)", "openPanel.setPrompt(Save)",
+             "openPanel.beginSheetModalForWindow(mainWindow)"}));
+  app.panels.lastOpenPanel()->choose("/home/user");
+  EXPECT_TRUE(app.takeEvents().empty());
+}
+
+TEST_F(Save, TheOtherEntryDoesNothingOnNo) {
+  arrive();
+  app.alerts.script({platform::kAlertAlternate});
+
+  app.controller->saveData(nullptr);
+
+  EXPECT_TRUE(app.takeEvents({"openPanel"}).empty());
+}
+
+}  // namespace
+}  // namespace zelvo::tests
