@@ -1,4 +1,5 @@
-/// A flat button: one colour, a caption in its middle, a brighter frame while the pointer is over it, grey while disabled.
+/// A flat button: one colour, a caption in its middle, a brighter frame while the pointer is over it; grey while
+/// disabled.
 /// Thread: main.
 #pragma once
 

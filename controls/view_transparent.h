@@ -1,5 +1,6 @@
-/// The see-through overlay that lies over the window's content while a panel is shown inside the window. It swallows the
-/// mouse, and it knows how many later overlays lie above it: the buttons of its panel light up only when there are none.
+/// The see-through overlay that lies over the window's content while a panel is shown inside the window. It swallows
+/// the mouse, and it knows how many later overlays lie above it: the buttons of its panel light up only when there are
+/// none.
 /// Thread: main.
 #pragma once
 

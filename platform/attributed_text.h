@@ -16,6 +16,7 @@ struct Colour {
   [[nodiscard]] bool operator==(const Colour&) const = default;
 };
 
+// Decision 0092: no named colour of a toolkit.
 inline constexpr Colour kBlue{0, 0, 1, 1};
 inline constexpr Colour kWhite{1, 1, 1, 1};
 inline constexpr Colour kGrey{0.5, 0.5, 0.5, 1};

@@ -47,8 +47,8 @@ class Canvas {
   /// one line, and what does not fit the width gives way to an ellipsis at its end.
   virtual void drawInRect(std::string_view text, const Rect& rect, const TextAttributes& attributes) = 0;
 
-  /// Draws the part `fromRect` of `image` (in points of the image's size; kWholeImage for all of it) scaled into `rect`,
-  /// with `fraction` (0 to 1) of its opacity. Scaled pictures are smoothed.
+  /// Draws the part `fromRect` of `image` (in points of the image's size; kWholeImage for all of it) scaled into
+  /// `rect`, with `fraction` (0 to 1) of its opacity. Scaled pictures are smoothed.
   virtual void drawImage(const Image& image, const Rect& rect, const Rect& fromRect, CompositeOperation operation,
                          double fraction) = 0;
 };

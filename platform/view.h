@@ -1,6 +1,6 @@
 /// The two sides of a self-drawn control. The client knows what it looks like and what the pointer does to it; the host
-/// is the element of the window that carries it, draws for it and tells it what happens. Coordinates are the view's own:
-/// points, from its upper left corner (geometry.h).
+/// is the element of the window that carries it, draws for it and tells it what happens. Coordinates are the view's
+/// own: points, from its upper left corner (geometry.h).
 /// Thread: main.
 #pragma once
 
@@ -38,15 +38,15 @@ class PointerClient : public TrackingOwner {
   [[nodiscard]] virtual std::optional<std::uint32_t> draggingSourceOperationMaskForLocal(bool local) const = 0;
 };
 
-/// A self-drawn control.
+/// A self-drawn control. Decision 0090: what it does not decide it leaves to its element.
 class ViewClient : public PointerClient {
  public:
   /// The interface is complete. Told once, before the first drawing.
   virtual void awakeFromNib() = 0;
   /// Draws the control; `rect` is the part that needs it.
   virtual void drawRect(Canvas& canvas, const Rect& rect) = 0;
-  /// The view was shown, moved or resized, or its window became active or inactive: the pointer may be inside or outside
-  /// without an event that said so. Never told while a client is being drawn.
+  /// The view was shown, moved or resized, or its window became active or inactive: the pointer may be inside or
+  /// outside without an event that said so. Never told while a client is being drawn.
   virtual void updateTrackingAreas() = 0;
   /// The cursor rectangles were thrown away; this is the time for `CursorHost::addCursorRect`.
   virtual void resetCursorRects() = 0;
@@ -63,13 +63,13 @@ class TrackingHost {
   virtual void removeTrackingArea(const std::shared_ptr<const TrackingArea>& area) = 0;
   [[nodiscard]] virtual std::vector<std::shared_ptr<const TrackingArea>> trackingAreas() const = 0;
   /// Where the pointer is at this moment, whatever events are still under way. Nothing when the view is in no window or
-  /// the display does not tell.
+  /// the display does not tell. Decision 0091.
   [[nodiscard]] virtual std::optional<Point> mouseLocationOutsideOfEventStream() const = 0;
 };
 
 enum class CursorShape { arrow, pointingHand };
 
-/// Shapes the pointer over a client. Where no rectangle lies it is an arrow; where several lie the last one added holds.
+/// Shapes the pointer over a client. Where no rectangle lies it is an arrow; where several lie the last added holds.
 class CursorHost {
  public:
   virtual ~CursorHost() = default;

@@ -89,7 +89,7 @@ void RecordingViewHost::setNeedsDisplay() {
 void RecordingViewHost::drawBase(Canvas&, const Rect& rect) { note("drawBase(" + written(rect) + ")"); }
 
 void RecordingViewHost::setWantsLayer(bool wantsLayer) {
-  note(wantsLayer ? "setWantsLayer(true)" : "setWantsLayer(false)");
+  note(wantsLayer ? "setWantsLayer(yes)" : "setWantsLayer(no)");
 }
 
 void RecordingViewHost::setShadow(const Shadow& shadow) {

@@ -19,7 +19,7 @@ enum class MouseEventKind { down, dragged, up, moved };
 /// Does nothing by itself: no event, no repaint and no resynchronising that the test did not ask for.
 class RecordingViewHost final : public ViewHost, public Named {
  public:
-  /// `takesMouse`: the element has a use of its own for mouse events, as buttons and movies have and plain views have not.
+  /// `takesMouse`: the element has a use of its own for mouse events, as buttons and movies have and plain views lack.
   RecordingViewHost(std::string name, Events& events, const Rect& frame, bool takesMouse = false);
 
   void addTrackingArea(std::shared_ptr<const TrackingArea> area) override;
