@@ -17,7 +17,7 @@ namespace zelvo::platform::headless {
 enum class MouseEventKind { down, dragged, up, moved };
 
 /// Does nothing by itself: no event, no repaint and no resynchronising that the test did not ask for.
-class RecordingViewHost final : public ViewHost, public Named {
+class RecordingViewHost : public ViewHost, public Named {
  public:
   /// `takesMouse`: the element has a use of its own for mouse events, as buttons and movies have and plain views lack.
   RecordingViewHost(std::string name, Events& events, const Rect& frame, bool takesMouse = false);

@@ -32,6 +32,27 @@ TEST_F(ButtonStartupIssues, ReadsTheTitleAnewAtEachDrawing) {
   EXPECT_THAT(painted(), Contains("drawInRect(\"After\"; 2, 4, 96, 16.25; " + kCaptionLooks));
 }
 
+/// Its own drawing changes the button's title.
+class RetitlingHost final : public platform::headless::RecordingViewHost {
+ public:
+  RetitlingHost(platform::headless::RecordingBaseButton& base, platform::headless::Events& events)
+      : RecordingViewHost("button", events, {0, 0, 100, 24}, true), base_(base) {}
+  void drawBase(platform::Canvas&, const platform::Rect&) override { base_.setTitle("Later"); }
+
+ private:
+  platform::headless::RecordingBaseButton& base_;
+};
+
+TEST_F(ButtonStartupIssues, ReadsTheTitleBeforeTheBaseButtonDraws) {
+  base.setTitle("Details");
+  RetitlingHost retitling(base, events);
+  platform::makeCarried<controls::ButtonStartupIssues>(retitling, base);
+
+  retitling.paint();
+
+  EXPECT_THAT(takeEvents(), Contains("drawInRect(\"Details\"; 2, 4, 96, 16.25; " + kCaptionLooks));
+}
+
 TEST_F(ButtonStartupIssues, AnEmptyTitleIsDrawnAllTheSame) {
   EXPECT_THAT(painted(), Contains("drawInRect(\"\"; 2, 4, 96, 16.25; " + kCaptionLooks));
 }
