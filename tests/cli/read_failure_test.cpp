@@ -10,6 +10,7 @@
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
 #include "platform/linux/linux_new_files.h"
+#include "platform/linux/linux_property_lists.h"
 #include "platform/linux/linux_workers.h"
 #include "tests/cli/memory_readable.h"
 #include "tests/cli/small_avi.h"
@@ -74,9 +75,20 @@ class ReadFailure : public testing::Test {
     const platform::headless::Screen screen;
     Console console(false);
     const platform::Relaxed<bool> stop;
-    Surroundings around{
-        files,  fileManager, newFiles,   workers, queue, [&](const auto& done) { queue.runUntil(done); },
-        movies, sheets,      screen.job, console, stop};
+    platform::linux_::LinuxPropertyLists propertyLists;
+    Surroundings around{.files = files,
+                        .fileManager = fileManager,
+                        .newFiles = newFiles,
+                        .workers = workers,
+                        .mainQueue = queue,
+                        .runUntil = [&](const auto& done) { queue.runUntil(done); },
+                        .movies = movies,
+                        .sheets = sheets,
+                        .outlets = screen.job,
+                        .lookAtStorage = {},
+                        .propertyLists = propertyLists,
+                        .console = console,
+                        .stopRequested = stop};
     for (const Option& option : command->options()) {
       if (option.names == "INPUT") std::get<std::vector<std::string>*>(option.target)->push_back(input_);
       if (option.names == "--json") *std::get<bool*>(option.target) = true;
