@@ -1,1 +1,94 @@
-int main() { return 0; }
+// zelvo-avi, the command line: joins the engine with the system and a window that nobody sees.
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+#include <new>
+
+#include "cli/command_line.h"
+#include "cli/surroundings.h"
+#include "platform/headless/elements.h"
+#include "platform/headless/screen.h"
+#include "platform/linux/linux_file_manager.h"
+#include "platform/linux/linux_files.h"
+#include "platform/linux/linux_main_queue.h"
+#include "platform/linux/linux_new_files.h"
+#include "platform/linux/linux_property_lists.h"
+#include "platform/linux/linux_storage.h"
+#include "platform/linux/linux_workers.h"
+
+namespace {
+
+/// Raised by a signal handler, so it must be free of locks.
+zelvo::platform::Relaxed<bool> stopRequested;
+static_assert(std::atomic<bool>::is_always_lock_free);
+
+void requestStop(int) { stopRequested = true; }
+
+/// Ctrl-C and its kin end a command in order: hidden files are removed, nothing half-written bears a final name.
+/// Whoever started the program with one of them ignored (nohup, a shell's background job) is not overruled.
+void installSignals() {
+  struct sigaction stop {};
+  stop.sa_handler = requestStop;
+  stop.sa_flags = SA_RESTART;
+  sigfillset(&stop.sa_mask);
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction before {};
+    if (sigaction(number, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
+    sigaction(number, &stop, nullptr);
+  }
+  // A reader that went away and a file that may not grow are answers of a write, not the end of the program.
+  struct sigaction ignore {};
+  ignore.sa_handler = SIG_IGN;
+  sigaction(SIGPIPE, &ignore, nullptr);
+  sigaction(SIGXFSZ, &ignore, nullptr);
+}
+
+zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console) {
+  namespace system = zelvo::platform::linux_;
+  namespace headless = zelvo::platform::headless;
+  system::LinuxFiles files;
+  system::LinuxFileManager fileManager;
+  system::LinuxNewFiles newFiles;
+  system::LinuxMainQueue mainQueue;
+  system::LinuxWorkers workers;
+  headless::HeadlessMovieLoader movies;
+  headless::HeadlessSheets sheets(mainQueue, nullptr);
+  const headless::Screen screen;
+  system::LinuxPropertyLists propertyLists;
+  const auto lookAtStorage = [] {
+    const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>();
+    return zelvo::cli::StorageView{snapshot, snapshot};
+  };
+  zelvo::cli::Surroundings around{
+      files,         fileManager,   newFiles,
+      workers,       mainQueue,     [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
+      movies,        sheets,        screen.job,
+      lookAtStorage, propertyLists, console,
+      stopRequested};
+  return command.run(around);
+}
+
+/// What was printed but could not be written counts as a failure too.
+zelvo::cli::Exit withResultWritten(zelvo::cli::Exit exit, zelvo::cli::Console& console) {
+  if (console.flushResult()) return exit;
+  if (console.resultError() != std::errc::broken_pipe) {
+    console.error("the result could not be printed: " + console.resultError().message() + ".");
+  }
+  return zelvo::cli::worse(exit, zelvo::cli::Exit::ioFailed);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  installSignals();
+  zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1);
+  zelvo::cli::Exit exit = zelvo::cli::Exit::ioFailed;
+  try {
+    const zelvo::cli::CommandLine line = zelvo::cli::readCommandLine(argc, argv, console);
+    exit = line.command ? runCommand(*line.command, console) : line.exit;
+  } catch (const std::bad_alloc&) {
+    console.error("there is not enough memory.");
+  }
+  return static_cast<int>(withResultWritten(exit, console));
+}

@@ -25,7 +25,7 @@ ARROWS = {
     "tests/support": {"platform", "platform/headless", "engine"},
     "tests/platform": {"platform", "platform/linux", "platform/headless", "platform/qt", "tests/support"},
     "tests/engine": {"platform", "platform/linux", "platform/headless", "engine", "tests/support"},
-    "tests/storage": {"platform", "platform/linux", "platform/headless", "storage", "tests/support"},
+    "tests/storage": {"platform", "platform/linux", "platform/headless", "storage", "cli", "tests/support"},
     "tests/controls": {"platform", "platform/headless", "platform/qt", "controls", "tests/support"},
     "tests/update": {"platform", "platform/linux", "platform/headless", "update", "controls", "tests/support"},
     "tests/app": {"platform", "platform/linux", "platform/headless", "app", "engine", "controls", "storage", "update",
@@ -57,6 +57,7 @@ THIRD_PARTY = {
     "fcntl.h": {"platform/linux", "tests/platform", "tests/cli", "tests/bench", "tests/support"},
     "gtest/": {"tests"},
     "gmock/": {"tests"},
+    "umockdev.h": {"tests"},
     "benchmark/": {"tests"},
 }
 

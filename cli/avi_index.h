@@ -1,0 +1,65 @@
+/// The entries of an AVI file's indexes, checked against what they point at: the old index (idx1), the super index
+/// (indx) and the standard indexes (ix00, ix01, ...). Offsets and sizes are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "cli/file_view.h"
+
+namespace zelvo::cli {
+
+/// What a look at every entry found.
+struct IndexReport {
+  std::uint64_t entries = 0;                ///< that the index holds, or says it holds
+  std::uint64_t checked = 0;                ///< of these
+  std::uint64_t matching = 0;               ///< of those checked: what they name lies where they say
+  std::optional<std::uint64_t> keyFrames;   ///< of those checked: marked as such
+  std::optional<std::uint64_t> firstWrong;  ///< the first entry, counted from 1, that does not match
+  std::string whatIsWrong;                  ///< a sentence about that one
+  std::string note;                         ///< how offsets are counted, say; may be empty
+};
+
+/// Checks indexes one after the other. However large an index claims to be, no more than `kMostEntries` entries of all
+/// indexes together are looked at.
+/// Thread: one.
+class IndexCheck {
+ public:
+  static constexpr std::uint64_t kMostEntries = 4U << 20U;
+
+  IndexCheck(platform::ReadableFile& file, const std::function<bool()>& isEnding)
+      : entries_(file, 65536), targets_(file, 512), isEnding_(isEnding) {}
+
+  /// `payload` and `size`: where the index's payload lies and how much of it is there. `moviType`: where the type of the
+  /// first "movi" list lies, from which offsets are usually counted.
+  [[nodiscard]] IndexReport oldIndex(std::uint64_t payload, std::uint64_t size, std::optional<std::uint64_t> moviType);
+
+  /// A super index or a standard index, as its bIndexType says.
+  [[nodiscard]] IndexReport openDmlIndex(std::uint64_t payload, std::uint64_t size);
+
+  [[nodiscard]] const engine::ReadFailures& failures() const { return targets_.failures(); }
+
+ private:
+  struct Judged {
+    bool matches = false;
+    std::string whatIsWrong;
+  };
+
+  [[nodiscard]] bool mayGoOn() const { return checkedInAll_ < kMostEntries && !isEnding_(); }
+  void count(IndexReport& report, Judged judged);
+  [[nodiscard]] Judged judge(std::uint64_t headerOffset, engine::FourCC id, std::uint32_t size);
+  [[nodiscard]] std::uint64_t baseOfOldIndex(std::uint64_t payload, std::uint64_t size,
+                                             std::optional<std::uint64_t> moviType, std::string& note);
+  void superEntries(IndexReport& report, std::uint64_t payload);
+  void standardEntries(IndexReport& report, std::uint64_t payload, engine::FourCC id, std::uint64_t base);
+  [[nodiscard]] std::uint64_t number(std::uint64_t offset, std::size_t width);
+
+  FileView entries_;
+  FileView targets_;
+  const std::function<bool()> isEnding_;
+  std::uint64_t checkedInAll_ = 0;
+};
+
+}  // namespace zelvo::cli

@@ -1,0 +1,31 @@
+/// Several inputs, one after the other: each outcome is told as it comes, a summary at the end.
+#pragma once
+
+#include <cstddef>
+#include <vector>
+
+#include "cli/outcome.h"
+#include "cli/surroundings.h"
+
+namespace zelvo::cli {
+
+/// Thread: main.
+class Batch {
+ public:
+  Batch(Surroundings& around, std::size_t inputs, bool json) : around_(around), inputs_(inputs), json_(json) {}
+
+  /// False once the user asked for a stop.
+  [[nodiscard]] bool goesOn() const { return !around_.stopRequested; }
+  void tell(const Outcome& outcome);
+  /// Tells the summary and answers the worst exit.
+  [[nodiscard]] Exit finish();
+
+ private:
+  Surroundings& around_;
+  const std::size_t inputs_;
+  const bool json_;
+  Exit worst_ = Exit::done;
+  std::vector<Verdict> verdicts_;
+};
+
+}  // namespace zelvo::cli

@@ -1,0 +1,87 @@
+// The first stages of a repair, without its last: validity check, header harvest, sample scan.
+#include "cli/check_command.h"
+
+#include <chrono>
+#include <utility>
+
+#include "cli/batch.h"
+#include "cli/engine_job.h"
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+/// Thread: the worker.
+void findOnly(engine::RepairFile& engine, const std::shared_ptr<engine::Run>& run) {
+  engine.beginRun(run);
+  if (!engine.fileValidityCheck()) {
+    engine.runEnd = engine::RunEnd::invalid;
+  } else if (!engine.harvestHeaders()) {
+    engine.runEnd = engine::RunEnd::notSupported;
+  } else {
+    engine.scanSamples();
+  }
+  engine.readFailures.set(engine.inputfilehandle->failures());
+  engine.inputfilehandle.reset();
+}
+
+Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath) {
+  const auto start = std::chrono::steady_clock::now();
+  Outcome outcome = outcomeOf("check", inputPath);
+  auto chosen = chooseInput(inputPath, around.files, around.fileManager);
+  if (auto* sentence = std::get_if<std::string>(&chosen)) {
+    outcome.reason = std::move(*sentence);
+    return outcome;
+  }
+  const ChosenInput& input = std::get<ChosenInput>(chosen);
+  outcome.inputSize = input.attributes.size;
+  const auto run = job.begin(input, outcome);
+  job.perform(run, inputPath, [&job, &run] { findOnly(job.engine(), run); });
+  if (!judgeInput(outcome, input, job, *run)) {
+    outcome.verdict = Verdict::repairable;
+    job.reportFindings(outcome);
+    if (outcome.readFailures.count > 0) {
+      job.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + shownText(input.path) +
+                            " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +
+                            outcome.readFailures.firstCause.message() + ".");
+    }
+  }
+  outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return outcome;
+}
+
+class CheckCommand final : public Command {
+ public:
+  std::vector<Option> options() override {
+    return {
+        {"INPUT", "AVI files to look at", &inputs_},
+        {"--json", "print one JSON object a line instead of text", &json_},
+        {"-q,--quiet", "print errors only; the exit code tells the result", &quiet_},
+        {"-v,--verbose", "show the log of the check; given twice, every position of its first stage too", &verbose_},
+    };
+  }
+
+  Exit run(Surroundings& around) override {
+    around.console.setQuiet(quiet_);
+    EngineJob job(around, verbose_);
+    Batch batch(around, inputs_.size(), json_);
+    for (const std::string& input : inputs_) {
+      if (!batch.goesOn()) break;
+      batch.tell(check(around, job, input));
+    }
+    return batch.finish();
+  }
+
+ private:
+  std::vector<std::string> inputs_;
+  bool json_ = false;
+  bool quiet_ = false;
+  int verbose_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeCheckCommand() { return std::make_unique<CheckCommand>(); }
+
+}  // namespace zelvo::cli

@@ -1,0 +1,25 @@
+/// A file that the user named as input: looked at, opened for reading, never written to. Sizes are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <variant>
+
+#include "platform/file_manager.h"
+#include "platform/files.h"
+
+namespace zelvo::cli {
+
+struct ChosenInput {
+  std::string path;
+  platform::FileAttributes attributes;  ///< of what the path leads to
+  std::shared_ptr<platform::ReadableFile> file;
+};
+
+/// Follows links and opens the file. What is not a regular file, or cannot be read, is answered as a sentence for the
+/// user instead.
+[[nodiscard]] std::variant<ChosenInput, std::string> chooseInput(const std::string& path, platform::Files& files,
+                                                                 platform::FileManager& fileManager);
+
+}  // namespace zelvo::cli

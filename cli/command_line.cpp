@@ -1,0 +1,141 @@
+#include "cli/command_line.h"
+
+#include <CLI/App.hpp>
+#include <CLI/Config.hpp>
+#include <CLI/Formatter.hpp>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+/// Help that begins with examples.
+class ExamplesFirst final : public CLI::Formatter {
+ public:
+  explicit ExamplesFirst(std::string examples) : examples_(std::move(examples)) { column_width(26); }
+  std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override {
+    return "Examples:\n" + examples_ + "\n" + CLI::Formatter::make_help(app, std::move(name), mode);
+  }
+
+ private:
+  std::string examples_;
+};
+
+std::string exampleOfEach() {
+  std::string examples;
+  for (const CommandRow& row : commandTable()) examples += row.examples.substr(0, row.examples.find('\n') + 1);
+  return examples;
+}
+
+/// The arguments behind the program's name, in the parser's order: the last first. The parser takes a text between
+/// brackets for a list, so a path of that form gets a "./" before it.
+std::vector<std::string> argumentsFrom(int argc, const char* const* argv) {
+  std::vector<std::string> arguments;
+  for (int i = argc - 1; i > 0; --i) {
+    std::string argument = argv[i];
+    if (argument.starts_with('[') && argument.ends_with(']')) argument.insert(0, "./");
+    arguments.push_back(std::move(argument));
+  }
+  return arguments;
+}
+
+void addOption(CLI::App& app, const Option& option) {
+  CLI::Option* added = std::visit(
+      [&](auto* target) -> CLI::Option* {
+        using Value = std::remove_pointer_t<decltype(target)>;
+        if constexpr (std::is_same_v<Value, bool>) {
+          return app.add_flag(option.names, *target, option.help);
+        } else if constexpr (std::is_same_v<Value, int>) {
+          return app.add_flag(option.names, *target, option.help);
+        } else if constexpr (std::is_same_v<Value, std::optional<std::string>>) {
+          return app
+              .add_option_function<std::string>(
+                  option.names, [target](const std::string& value) { *target = value; }, option.help)
+              ->allow_extra_args(false);
+        } else {
+          return app.add_option(option.names, *target, option.help);
+        }
+      },
+      option.target);
+  if (!option.value.empty()) added->option_text(option.value);
+  if (!option.names.starts_with('-')) {
+    added->option_text(std::holds_alternative<std::vector<std::string>*>(option.target) ? "..." : "");
+    added->required();
+  }
+}
+
+CommandLine misused(Console& console, const std::string& sentence, std::string_view command) {
+  console.error(shownText(sentence));
+  const std::string name = "zelvo-avi" + (command.empty() ? std::string() : " " + std::string(command));
+  console.error("see " + name + " --help for what can be given.");
+  return {nullptr, Exit::wrongUse};
+}
+
+std::string_view chosenCommand(const CLI::App& app) {
+  const auto chosen = app.get_subcommands();
+  if (chosen.empty()) return {};
+  for (const CommandRow& row : commandTable()) {
+    if (chosen.front()->get_name() == row.name) return row.name;
+  }
+  return {};
+}
+
+/// The first argument when it stands where a command should and is none.
+std::optional<std::string> unknownCommand(int argc, const char* const* argv) {
+  if (argc < 2 || *argv[1] == '-') return std::nullopt;
+  for (const CommandRow& row : commandTable()) {
+    if (row.name == argv[1]) return std::nullopt;
+  }
+  return argv[1];
+}
+
+}  // namespace
+
+CommandLine readCommandLine(int argc, const char* const* argv, Console& console) {
+  CLI::App app("Repairs damaged AVI video files. A repair never changes the file it is given.", "zelvo-avi");
+  app.formatter(std::make_shared<ExamplesFirst>(exampleOfEach()));
+  app.set_version_flag("--version", "zelvo-avi " ZELVO_VERSION, "print the version and exit");
+  app.require_subcommand(1);
+
+  if (const auto unknown = unknownCommand(argc, argv)) {
+    return misused(console, "there is no command \"" + *unknown + "\".", {});
+  }
+  std::vector<std::unique_ptr<Command>> commands;
+  for (const CommandRow& row : commandTable()) {
+    CLI::App* sub = app.add_subcommand(std::string(row.name), std::string(row.summary));
+    sub->formatter(std::make_shared<ExamplesFirst>(std::string(row.examples)));
+    sub->set_version_flag("--version", "zelvo-avi " ZELVO_VERSION, "print the version and exit");
+    commands.push_back(row.make());
+    for (const Option& option : commands.back()->options()) addOption(*sub, option);
+  }
+
+  try {
+    app.parse(argumentsFrom(argc, argv));
+  } catch (const CLI::CallForHelp&) {
+    const auto chosen = app.get_subcommands();
+    console.result(chosen.empty() ? app.help() : chosen.front()->help("zelvo-avi"));
+    return {};
+  } catch (const CLI::CallForVersion& version) {
+    console.result(std::string(version.what()) + "\n");
+    return {};
+  } catch (const CLI::RequiredError&) {
+    const std::string_view command = chosenCommand(app);
+    return misused(console, command.empty() ? "no command was given." : "no input was given.", command);
+  } catch (const CLI::Error& error) {
+    return misused(console, error.what(), chosenCommand(app));
+  }
+
+  const std::string_view chosen = chosenCommand(app);
+  for (std::size_t i = 0; i < commands.size(); ++i) {
+    if (commandTable()[i].name != chosen) continue;
+    if (const auto sentence = commands[i]->misuse()) return misused(console, *sentence, chosen);
+    return {std::move(commands[i]), Exit::done};
+  }
+  return misused(console, "no command was given.", {});
+}
+
+}  // namespace zelvo::cli

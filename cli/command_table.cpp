@@ -1,0 +1,42 @@
+// Every command of the program. The texts here open the command's help.
+#include <array>
+
+#include "cli/check_command.h"
+#include "cli/command.h"
+#include "cli/drives_command.h"
+#include "cli/inspect_command.h"
+#include "cli/repair_command.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+constexpr std::array kCommands = {
+    CommandRow{"repair", "Rebuild damaged AVI files; the originals stay as they are",
+               "  zelvo-avi repair holiday.avi                     writes holiday-repaired.avi beside it\n"
+               "  zelvo-avi repair holiday.avi -o fixed.avi        writes fixed.avi\n"
+               "  zelvo-avi repair *.avi --output-dir repaired     repairs several into one folder\n"
+               "  zelvo-avi repair --json holiday.avi              for scripts\n",
+               makeRepairCommand},
+    CommandRow{"check", "Tell what a repair would keep, without writing anything",
+               "  zelvo-avi check holiday.avi                      can it be repaired, and what is in it?\n"
+               "  zelvo-avi check --quiet *.avi && echo all fine   the exit code alone\n",
+               makeCheckCommand},
+    CommandRow{
+        "inspect", "Print the structure of an AVI file",
+        "  zelvo-avi inspect holiday.avi                    lists, headers, indexes, and what is wrong with them\n"
+        "  zelvo-avi inspect --chunks holiday.avi           every chunk of the streams' data too\n"
+        "  zelvo-avi inspect --json holiday.avi             for scripts\n",
+        makeInspectCommand},
+    CommandRow{"drives", "List the writable disks and what is mounted from them",
+               "  zelvo-avi drives                                 a table: device, model, size, free space\n"
+               "  zelvo-avi drives --tree                          disks over their partitions\n"
+               "  zelvo-avi drives --json                          for scripts\n",
+               makeDrivesCommand},
+};
+
+}  // namespace
+
+std::span<const CommandRow> commandTable() { return kCommands; }
+
+}  // namespace zelvo::cli

@@ -1,0 +1,68 @@
+#include "cli/console.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+constexpr std::string_view kEraseLine = "\r\033[K";
+
+void write(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
+
+}  // namespace
+
+bool Console::result(std::string_view text) {
+  if (resultError_) return false;
+  errno = 0;
+  if (std::fwrite(text.data(), 1, text.size(), stdout) < text.size()) {
+    resultError_ = {errno == 0 ? EIO : errno, std::generic_category()};
+  }
+  return !resultError_;
+}
+
+bool Console::flushResult() {
+  if (resultError_) return false;
+  errno = 0;
+  if (std::fflush(stdout) != 0) resultError_ = {errno == 0 ? EIO : errno, std::generic_category()};
+  return !resultError_;
+}
+
+void Console::error(std::string_view sentence) { writeError("zelvo-avi: " + std::string(sentence)); }
+
+void Console::warning(std::string_view sentence) {
+  if (!quiet_) writeError("zelvo-avi: warning: " + std::string(sentence));
+}
+
+void Console::note(std::string_view line) {
+  if (!quiet_) writeError(line);
+}
+
+void Console::logLine(std::string_view line) { writeError(line); }
+
+void Console::writeError(std::string_view line) {
+  const std::lock_guard lock(mutex_);
+  std::string whole;
+  if (!progressLine_.empty()) whole += kEraseLine;
+  whole += line;
+  whole += '\n';
+  whole += progressLine_;
+  write(stderr, whole);
+}
+
+void Console::progress(std::string_view line) {
+  if (!showsProgress()) return;
+  const std::lock_guard lock(mutex_);
+  if (line == progressLine_) return;
+  progressLine_ = line;
+  write(stderr, std::string(kEraseLine) + progressLine_);
+}
+
+void ConsoleLog::line(std::string_view text) {
+  if (verbosity_ > 0) console_.logLine(shownText(text));
+}
+
+}  // namespace zelvo::cli

@@ -1,0 +1,66 @@
+/// Where the program writes: results to standard output; messages, log lines and the progress line to standard error.
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "platform/log.h"
+
+namespace zelvo::cli {
+
+/// Thread: `logLine` any; the rest main.
+class Console {
+ public:
+  explicit Console(bool errorIsTerminal) : errorIsTerminal_(errorIsTerminal) {}
+
+  /// Nothing but results and errors from now on: no progress, no warnings.
+  void setQuiet(bool quiet) { quiet_ = quiet; }
+  [[nodiscard]] bool isQuiet() const { return quiet_; }
+
+  /// Adds to standard output, exactly as it is. False once a write has failed (a closed pipe, a full disk).
+  bool result(std::string_view text);
+  /// Passes on what is buffered of the result.
+  bool flushResult();
+  /// Why a write of the result failed; empty while none did.
+  [[nodiscard]] std::error_code resultError() const { return resultError_; }
+
+  /// One line to standard error after the program's name: an error. Always shown.
+  void error(std::string_view sentence);
+  /// The same for what the user may like to know.
+  void warning(std::string_view sentence);
+  /// One line to standard error, unless the console is quiet.
+  void note(std::string_view line);
+  /// One log line; a progress line gives way to it.
+  void logLine(std::string_view line);
+
+  /// Whether anybody sees a progress line.
+  [[nodiscard]] bool showsProgress() const { return errorIsTerminal_ && !quiet_; }
+  /// Replaces the progress line; an empty one takes it away.
+  void progress(std::string_view line);
+
+ private:
+  void writeError(std::string_view line);
+
+  const bool errorIsTerminal_;
+  bool quiet_ = false;
+  std::error_code resultError_;
+  std::mutex mutex_;  ///< guards standard error and the progress line
+  std::string progressLine_;
+};
+
+/// The log of a run: lines to the console when they are wanted.
+class ConsoleLog final : public platform::Log {
+ public:
+  /// `verbosity`: 0 no lines, 1 the log's lines, 2 also those that come once per byte position.
+  ConsoleLog(Console& console, int verbosity) : console_(console), verbosity_(verbosity) {}
+  void line(std::string_view text) override;
+  [[nodiscard]] bool tracesPositions() const override { return verbosity_ > 1; }
+
+ private:
+  Console& console_;
+  const int verbosity_;
+};
+
+}  // namespace zelvo::cli

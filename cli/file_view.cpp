@@ -1,0 +1,39 @@
+#include "cli/file_view.h"
+
+#include <algorithm>
+
+#include "engine/byte_order.h"
+
+namespace zelvo::cli {
+
+std::span<const std::byte> FileView::bytes(std::uint64_t offset, std::size_t size) {
+  size = std::min(size, window_.size());
+  if (offset < start_ || offset - start_ > held_ || held_ - (offset - start_) < size) {
+    const platform::IoResult result = file_.readAt(offset, window_);
+    start_ = offset;
+    held_ = result.count;
+    if (result.error) {
+      if (failures_.count == 0) {
+        failures_.firstOffset = offset + result.count;
+        failures_.firstCause = result.error;
+      }
+      ++failures_.count;
+    }
+  }
+  const auto at = static_cast<std::size_t>(offset - start_);
+  return std::span(window_).subspan(at, std::min(size, held_ - at));
+}
+
+std::optional<ChunkHeader> FileView::header(std::uint64_t offset) {
+  const std::span<const std::byte> found = bytes(offset, 8);
+  if (found.size() < 8) return std::nullopt;
+  return ChunkHeader{engine::FourCC::at(found), engine::loadLittleEndian32(found.subspan<4, 4>())};
+}
+
+std::optional<engine::FourCC> FileView::code(std::uint64_t offset) {
+  const std::span<const std::byte> found = bytes(offset, 4);
+  if (found.size() < 4) return std::nullopt;
+  return engine::FourCC::at(found);
+}
+
+}  // namespace zelvo::cli

@@ -1,0 +1,183 @@
+#include "cli/outcome.h"
+
+#include <algorithm>
+#include <array>
+
+#include "cli/codec_names.h"
+#include "cli/json_writer.h"
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+constexpr std::uint64_t kResultVersion = 1;
+
+std::string codecInWords(const StreamFound& stream) {
+  if (!stream.formatTag) return stream.codec.empty() ? "codec not named" : shownText(stream.codec);
+  const std::string_view name = audioFormatName(*stream.formatTag);
+  return name.empty() ? "format " + shownHex(*stream.formatTag, 4) : std::string(name);
+}
+
+std::string line(std::string_view label, const std::string& text) {
+  std::string padded = "  " + std::string(label) + ":";
+  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
+  return padded + text + "\n";
+}
+
+std::string streamInWords(std::string_view label, const std::optional<StreamFound>& stream) {
+  if (!stream) return {};
+  return line(label, codecInWords(*stream) + ", " + counted(stream->chunks, "chunk") + ", " + shownSize(stream->bytes));
+}
+
+void writeStream(JsonWriter& json, std::string_view name, const std::optional<StreamFound>& stream) {
+  json.key(name);
+  if (!stream) {
+    json.null();
+    return;
+  }
+  json.beginObject();
+  json.member("codec", stream->codec);
+  if (stream->formatTag) json.member("format_tag", *stream->formatTag);
+  json.member("chunks", stream->chunks);
+  json.member("bytes", stream->bytes);
+  json.endObject();
+}
+
+void writeOptional(JsonWriter& json, std::string_view name, const std::optional<std::uint64_t>& value) {
+  json.key(name);
+  if (value) {
+    json.number(*value);
+  } else {
+    json.null();
+  }
+}
+
+void writeOutput(JsonWriter& json, const Outcome& outcome) {
+  json.key("output");
+  if (!outcome.outputSize) {
+    json.null();
+    return;
+  }
+  json.beginObject();
+  if (outcome.outputPath) {
+    json.pathMembers(*outcome.outputPath);
+  } else {
+    json.key("path");
+    json.null();
+  }
+  json.member("size", *outcome.outputSize);
+  json.endObject();
+}
+
+}  // namespace
+
+Exit exitOf(const Outcome& outcome) {
+  switch (outcome.verdict) {
+    case Verdict::repaired:
+    case Verdict::repairable:
+      // What could not be read is missing from the result, so it is no plain success. // Decision 0021
+      return outcome.readFailures.count > 0 ? Exit::ioFailed : Exit::done;
+    case Verdict::notSupported:
+    case Verdict::invalid:
+      return Exit::unrepairable;
+    case Verdict::stopped:
+      return Exit::stopped;
+    case Verdict::failed:
+      break;
+  }
+  return Exit::ioFailed;
+}
+
+std::string_view nameOf(Verdict verdict) {
+  switch (verdict) {
+    case Verdict::repaired:
+      return "repaired";
+    case Verdict::repairable:
+      return "repairable";
+    case Verdict::notSupported:
+      return "not-supported";
+    case Verdict::invalid:
+      return "invalid";
+    case Verdict::stopped:
+      return "stopped";
+    case Verdict::failed:
+      break;
+  }
+  return "failed";
+}
+
+std::string inWords(const Outcome& outcome) {
+  const std::string input = shownText(outcome.inputPath);
+  std::string text;
+  if (outcome.verdict == Verdict::repaired) {
+    text = input + ": repaired.\n" + streamInWords("Video", outcome.video) + streamInWords("Audio", outcome.audio);
+    const std::string output = outcome.outputPath.value_or("");
+    text += line("Written", shownText(output) + " (" + shownSize(outcome.outputSize.value_or(0)) + ", in " +
+                                shownSeconds(outcome.seconds) + ")");
+    text += line("To play", "open it with any video player, for instance: mpv " + shownText(quotedForShell(output)));
+    text += line("Unchanged", input);
+  } else if (outcome.verdict == Verdict::repairable) {
+    text =
+        input + ": can be repaired.\n" + streamInWords("Video", outcome.video) + streamInWords("Audio", outcome.audio);
+    text += line("Output", shownSize(outcome.outputSize.value_or(0)) + " would be written");
+    text += line("To repair", "zelvo-avi repair " + shownText(quotedForShell(outcome.inputPath)));
+  }
+  return text;
+}
+
+std::string inJson(const Outcome& outcome) {
+  JsonWriter json;
+  json.beginObject();
+  json.member("version", kResultVersion);
+  json.member("command", outcome.command);
+  json.key("input");
+  json.beginObject();
+  json.pathMembers(outcome.inputPath);
+  writeOptional(json, "size", outcome.inputSize);
+  json.endObject();
+  json.member("outcome", nameOf(outcome.verdict));
+  json.key("reason");
+  if (outcome.reason.empty()) {
+    json.null();
+  } else {
+    json.text(outcome.reason);
+  }
+  writeOutput(json, outcome);
+  writeStream(json, "video", outcome.video);
+  writeStream(json, "audio", outcome.audio);
+  json.member("read_errors", outcome.readFailures.count);
+  json.key("warnings");
+  json.beginArray();
+  for (const std::string& warning : outcome.warnings) json.text(warning);
+  json.endArray();
+  json.key("seconds");
+  json.seconds(outcome.seconds);
+  json.endObject();
+  return json.take() + "\n";
+}
+
+std::string summary(const std::vector<Verdict>& verdicts, std::size_t notStarted) {
+  struct Share {
+    Verdict verdict;
+    std::string_view words;
+  };
+  constexpr std::array kShares = {Share{Verdict::repaired, "repaired"},
+                                  Share{Verdict::repairable, "can be repaired"},
+                                  Share{Verdict::notSupported, "cannot be repaired"},
+                                  Share{Verdict::invalid, "not an AVI file"},
+                                  Share{Verdict::failed, "failed"},
+                                  Share{Verdict::stopped, "stopped"}};
+  std::string text = counted(verdicts.size() + notStarted, "input") + ":";
+  std::string_view separator = " ";
+  for (const Share& share : kShares) {
+    const auto count = std::count(verdicts.begin(), verdicts.end(), share.verdict);
+    if (count == 0) continue;
+    text += std::string(separator) + std::to_string(count) + " " + std::string(share.words);
+    separator = ", ";
+  }
+  if (notStarted > 0) text += std::string(separator) + std::to_string(notStarted) + " not started";
+  return text + ".\n";
+}
+
+}  // namespace zelvo::cli

@@ -1,0 +1,57 @@
+/// What became of one input, and how it is told: in words and as JSON. Sizes are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/exit.h"
+#include "engine/input_file.h"
+
+namespace zelvo::cli {
+
+enum class Verdict {
+  repaired,      ///< the output is in place
+  repairable,    ///< a repair would write one
+  notSupported,  ///< an AVI that cannot be repaired
+  invalid,       ///< not an AVI file
+  stopped,
+  failed,  ///< reading or writing failed or was refused
+};
+
+/// The chunks of one kind that were found.
+struct StreamFound {
+  std::string codec;                       ///< as the file's own header names it
+  std::optional<std::uint32_t> formatTag;  ///< audio: wFormatTag
+  std::uint64_t chunks = 0;
+  std::uint64_t bytes = 0;  ///< payloads
+};
+
+struct Outcome {
+  std::string command;
+  std::string inputPath;
+  std::optional<std::uint64_t> inputSize;
+  Verdict verdict = Verdict::failed;
+  std::string reason;  ///< a sentence; empty when all went well
+  std::optional<std::string> outputPath;
+  std::optional<std::uint64_t> outputSize;  ///< of the file written, or that a repair would write
+  std::optional<StreamFound> video;
+  std::optional<StreamFound> audio;
+  engine::ReadFailures readFailures;
+  std::vector<std::string> warnings;
+  double seconds = 0;
+};
+
+[[nodiscard]] Exit exitOf(const Outcome& outcome);
+[[nodiscard]] std::string_view nameOf(Verdict verdict);
+
+/// Several lines for a person.
+[[nodiscard]] std::string inWords(const Outcome& outcome);
+/// One line, its end included; docs/cli-result.schema.json describes it.
+[[nodiscard]] std::string inJson(const Outcome& outcome);
+/// One line about several inputs, of which `notStarted` were left out by a stop.
+[[nodiscard]] std::string summary(const std::vector<Verdict>& verdicts, std::size_t notStarted);
+
+}  // namespace zelvo::cli

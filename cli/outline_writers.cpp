@@ -1,0 +1,214 @@
+#include "cli/outline_writers.h"
+
+#include <utility>
+
+#include "cli/avi_codes.h"
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+constexpr std::size_t kPieceSize = 65536;
+constexpr std::uint64_t kOutlineVersion = 1;
+
+engine::FourCC codeOf(std::uint32_t value) {
+  engine::FourCC code;
+  code.value = value;
+  return code;
+}
+
+std::string valueInWords(const Field& field) {
+  if (const auto* text = std::get_if<std::string>(&field.value)) return "\"" + shownText(*text) + "\"";
+  if (const auto* number = std::get_if<std::int64_t>(&field.value)) return std::to_string(*number);
+  return std::to_string(std::get<std::uint64_t>(field.value));
+}
+
+std::string fieldInWords(const Field& field) {
+  std::string text = std::string(field.name) + " = " + valueInWords(field);
+  if (!field.unit.empty()) text += " " + std::string(field.unit);
+  if (!field.note.empty()) text += " (" + field.note + ")";
+  return text;
+}
+
+std::string indexInWords(const IndexReport& index) {
+  std::string text = shownNumber(index.entries) + " entries, " + shownNumber(index.checked) + " checked, " +
+                     shownNumber(index.matching) + " match";
+  if (index.keyFrames) text += ", " + shownNumber(*index.keyFrames) + " key frames";
+  if (!index.note.empty()) text += "; " + index.note;
+  return text;
+}
+
+void writeField(JsonWriter& json, const Field& field) {
+  json.beginObject();
+  json.member("name", field.name);
+  json.key("value");
+  if (const auto* text = std::get_if<std::string>(&field.value)) {
+    json.text(*text);
+  } else if (const auto* number = std::get_if<std::int64_t>(&field.value)) {
+    json.integer(*number);
+  } else {
+    json.number(std::get<std::uint64_t>(field.value));
+  }
+  if (!field.unit.empty()) json.member("unit", field.unit);
+  if (!field.note.empty()) json.member("note", field.note);
+  json.endObject();
+}
+
+void writeIndex(JsonWriter& json, const IndexReport& index) {
+  json.key("index");
+  json.beginObject();
+  json.member("entries", index.entries);
+  json.member("checked", index.checked);
+  json.member("matching", index.matching);
+  if (index.keyFrames) json.member("key_frames", *index.keyFrames);
+  if (!index.note.empty()) json.member("note", index.note);
+  if (index.firstWrong) {
+    json.key("first_wrong");
+    json.beginObject();
+    json.member("entry", *index.firstWrong);
+    json.member("text", index.whatIsWrong);
+    json.endObject();
+  }
+  json.endObject();
+}
+
+}  // namespace
+
+void OutlineText::line(std::size_t depth, const std::string& text) {
+  piece_.append(2 * depth, ' ');
+  piece_ += text;
+  piece_ += '\n';
+  if (piece_.size() >= kPieceSize) finish();
+}
+
+void OutlineText::finish() { take_(std::exchange(piece_, {})); }
+
+void OutlineText::beginList(const OutlineItem& list) {
+  const std::string type = list.type ? " \"" + shownCode(*list.type) + "\"" : "";
+  line(list.depth, shownCode(list.id) + type + " at " + shownNumber(list.offset) + ", " + counted(list.size, "byte"));
+}
+
+void OutlineText::writeSums(std::size_t depth, const DataSums& sums) {
+  for (const auto& [code, sum] : sums) {
+    const std::string name = code == 0 ? "others" : shownCode(codeOf(code));
+    line(depth, name + ": " + counted(sum.chunks, "chunk") + ", " + counted(sum.bytes, "byte"));
+  }
+}
+
+void OutlineText::endList(const OutlineItem& list, const DataSums& sums) { writeSums(list.depth + 1, sums); }
+
+void OutlineText::endFile(const DataSums& sums) { writeSums(0, sums); }
+
+void OutlineText::chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
+                        const std::optional<IndexReport>& index) {
+  line(chunk.depth, shownCode(chunk.id) + " at " + shownNumber(chunk.offset) + ", " + counted(chunk.size, "byte"));
+  for (const Field& field : fields) line(chunk.depth + 1, fieldInWords(field));
+  if (index) line(chunk.depth + 1, indexInWords(*index));
+}
+
+void OutlineText::problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) {
+  line(depth, "! at " + shownNumber(offset) + ": " + sentence);
+}
+
+OutlineJson::OutlineJson(TakePiece take, std::string_view path, std::uint64_t size) : take_(std::move(take)) {
+  json_.beginObject();
+  json_.member("version", kOutlineVersion);
+  json_.member("command", "inspect");
+  json_.key("input");
+  json_.beginObject();
+  json_.pathMembers(path);
+  json_.member("size", size);
+  json_.endObject();
+  json_.key("chunks");
+  json_.beginArray();
+}
+
+void OutlineJson::passOn(bool all) {
+  if (all || json_.written().size() >= kPieceSize) take_(json_.take());
+}
+
+void OutlineJson::beginItem(const OutlineItem& item) {
+  json_.beginObject();
+  json_.member("id", shownCode(item.id));
+  json_.member("offset", item.offset);
+  json_.member("size", item.size);
+}
+
+void OutlineJson::beginList(const OutlineItem& list) {
+  beginItem(list);
+  if (list.type) json_.member("type", shownCode(*list.type));
+  json_.key("chunks");
+  json_.beginArray();
+  passOn(false);
+}
+
+void OutlineJson::writeSums(const DataSums& sums) {
+  if (sums.empty()) return;
+  json_.key("not_listed");
+  json_.beginArray();
+  for (const auto& [code, sum] : sums) {
+    json_.beginObject();
+    json_.key("id");
+    if (code == 0) {
+      json_.null();
+    } else {
+      json_.text(shownCode(codeOf(code)));
+    }
+    json_.member("chunks", sum.chunks);
+    json_.member("bytes", sum.bytes);
+    json_.endObject();
+  }
+  json_.endArray();
+}
+
+void OutlineJson::endFile(const DataSums& sums) {
+  json_.endArray();
+  writeSums(sums);
+}
+
+void OutlineJson::endList(const OutlineItem&, const DataSums& sums) {
+  json_.endArray();
+  writeSums(sums);
+  json_.endObject();
+  passOn(false);
+}
+
+void OutlineJson::chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
+                        const std::optional<IndexReport>& index) {
+  beginItem(chunk);
+  if (!fields.empty()) {
+    json_.key("fields");
+    json_.beginArray();
+    for (const Field& field : fields) writeField(json_, field);
+    json_.endArray();
+  }
+  if (index) writeIndex(json_, *index);
+  json_.endObject();
+  passOn(false);
+}
+
+void OutlineJson::problem(std::uint64_t offset, std::size_t, const std::string& sentence) {
+  ++problemCount_;
+  if (problems_.size() < kMostProblems) problems_.push_back({offset, sentence});
+}
+
+void OutlineJson::finish(bool isAvi, std::uint64_t readErrors) {
+  json_.key("is_avi");
+  json_.boolean(isAvi);
+  json_.key("problems");
+  json_.beginArray();
+  for (const Problem& problem : problems_) {
+    json_.beginObject();
+    json_.member("offset", problem.offset);
+    json_.member("text", problem.sentence);
+    json_.endObject();
+  }
+  json_.endArray();
+  json_.member("problem_count", problemCount_);
+  json_.member("read_errors", readErrors);
+  json_.endObject();
+  take_(json_.take() + "\n");
+}
+
+}  // namespace zelvo::cli

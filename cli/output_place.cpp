@@ -1,0 +1,148 @@
+#include "cli/output_place.h"
+
+#include <algorithm>
+#include <array>
+#include <random>
+
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+using Kind = platform::FileAttributes::Kind;
+
+/// Names in a folder are at most this long on every usual file system, in bytes.
+constexpr std::size_t kLongestName = 255;
+
+std::string_view nameOf(std::string_view path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
+  return std::equal(text.begin(), text.end(), lowerCase.begin(), lowerCase.end(), [](char one, char lower) {
+    return (one >= 'A' && one <= 'Z' ? static_cast<char>(one - 'A' + 'a') : one) == lower;
+  });
+}
+
+std::string_view withoutVideoEnding(std::string_view name) {
+  constexpr std::array<std::string_view, 3> kEndings = {".avi", ".divx", ".xvid"};
+  for (const std::string_view ending : kEndings) {
+    if (name.size() > ending.size() && equalsIgnoringCase(name.substr(name.size() - ending.size()), ending)) {
+      return name.substr(0, name.size() - ending.size());
+    }
+  }
+  return name;
+}
+
+std::string hiddenName() {
+  std::random_device random;
+  std::string name = ".zelvo-avi-";
+  for (int i = 0; i < 3; ++i) name += shownHex(random(), 8).substr(2);
+  return name + ".part";
+}
+
+std::optional<std::string> folderRefusal(const OutputChoice& output, platform::FileManager& fileManager) {
+  std::string folder = folderOf(output.path);
+  auto there = fileManager.attributesFollowingLinks(folder);
+  if (!there && output.makesFolder) {
+    folder = folderOf(folder);
+    there = fileManager.attributesFollowingLinks(folder);
+  }
+  if (!there) return "there is no folder " + shownText(folder) + "; create it or name another one.";
+  if (there->kind != Kind::folder) return shownText(folder) + " is not a folder.";
+  if (!fileManager.isWritable(folder)) {
+    return "the folder " + shownText(folder) + " may not be written to; name another one with -o or --output-dir.";
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string folderOf(const std::string& path) {
+  std::size_t end = path.size();
+  while (end > 1 && path[end - 1] == '/') --end;
+  const std::size_t slash = path.rfind('/', end - 1);
+  if (path.empty() || slash == std::string::npos) return ".";
+  std::size_t last = slash;
+  while (last > 0 && path[last - 1] == '/') --last;
+  return last == 0 ? "/" : path.substr(0, last);
+}
+
+std::string pathIn(const std::string& folder, std::string_view name) {
+  return folder.ends_with('/') ? folder + std::string(name) : folder + "/" + std::string(name);
+}
+
+std::string repairedPath(const std::string& input, const std::optional<std::string>& directory) {
+  const std::string name = std::string(withoutVideoEnding(nameOf(input))) + "-repaired.avi";
+  if (directory) return pathIn(*directory, name);
+  return input.substr(0, input.size() - nameOf(input).size()) + name;
+}
+
+std::error_code HiddenFile::create(const std::string& folder) {
+  std::error_code error;
+  // A name that exists already is as good as impossible; should it happen, another one is tried.
+  for (int attempt = 0; attempt < 8; ++attempt) {
+    const std::string candidate = pathIn(folder, hiddenName());
+    error = newFiles_.createNewFile(candidate);
+    if (!error) {
+      path_ = candidate;
+      return {};
+    }
+    if (error != std::errc::file_exists) break;
+  }
+  return error;
+}
+
+std::error_code HiddenFile::renameTo(const OutputChoice& output) {
+  const std::error_code error =
+      output.mayReplace ? fileManager_.rename(path_, output.path) : newFiles_.renameToNew(path_, output.path);
+  if (!error) path_.clear();
+  return error;
+}
+
+void HiddenFile::remove() {
+  if (path_.empty()) return;
+  static_cast<void>(fileManager_.remove(path_));  // nothing can be done about a file that will not go
+  path_.clear();
+}
+
+std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,
+                                   platform::FileManager& fileManager) {
+  const std::string shown = shownText(output.path);
+  if (output.path.empty()) return "the output's name is empty.";
+  if (output.path.ends_with('/')) {
+    return "the output must be named as a file, not as a folder: " + shown;
+  }
+  if (nameOf(output.path).size() > kLongestName) {
+    return "the name of the output would be too long: " + shown + "; name a shorter one with -o.";
+  }
+  const auto target = fileManager.attributesFollowingLinks(output.path);
+  if (target && target->device == input.attributes.device && target->identity == input.attributes.identity) {
+    return "input and output are the same file, " + shown + "; an input is never written to. Name another output.";
+  }
+  if (target && target->kind == Kind::folder) return shown + " is a folder; name a file in it.";
+  if (target && target->kind != Kind::regularFile) return shown + " is not a regular file; name another output.";
+  if (fileManager.attributes(output.path) && !output.mayReplace) {
+    return shown + " exists already; use --force to replace it, or name another output.";
+  }
+  return folderRefusal(output, fileManager);
+}
+
+std::string renameRefused(const OutputChoice& output, std::error_code error) {
+  if (error == std::errc::file_exists) {
+    return shownText(output.path) + " has appeared meanwhile and was left as it is; use --force to replace it.";
+  }
+  return shownText(output.path) + " cannot be given its name: " + error.message() + ".";
+}
+
+std::optional<std::string> spaceMissing(const std::string& folder, std::uint64_t needed,
+                                        platform::FileManager& fileManager) {
+  const auto free = fileManager.freeSpace(folder);
+  if (!free || *free >= needed) return std::nullopt;
+  return "there is not enough free space in " + shownText(folder) + ": " + shownSize(needed) + " are needed, " +
+         shownSize(*free) + " are free. Free some, or name another place.";
+}
+
+}  // namespace zelvo::cli

@@ -1,0 +1,67 @@
+/// Where a repaired file goes, and how it gets there: it is written under a hidden name in the same folder, and only the
+/// whole file takes the final name. Nothing that the user has is touched unless he said so. Sizes are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/chosen_input.h"
+#include "platform/file_manager.h"
+#include "platform/new_files.h"
+
+namespace zelvo::cli {
+
+/// A path of the output, and what may be done on the way to it.
+struct OutputChoice {
+  std::string path;
+  bool mayReplace = false;   ///< an existing file gives way
+  bool makesFolder = false;  ///< the file's own folder is created when it is missing
+};
+
+/// "FOLDER/clip.avi" gives "FOLDER/clip-repaired.avi", or "DIR/clip-repaired.avi" with a `directory` given. Only the
+/// endings of video files that this program is for are taken off the name.
+[[nodiscard]] std::string repairedPath(const std::string& input, const std::optional<std::string>& directory);
+
+/// The folder part of a path; "." when there is none.
+[[nodiscard]] std::string folderOf(const std::string& path);
+
+/// `folder` with `name` behind it.
+[[nodiscard]] std::string pathIn(const std::string& folder, std::string_view name);
+
+/// A file under a hidden name that nobody can guess; removed when it is let go, unless it was renamed.
+/// Thread: one at a time.
+class HiddenFile {
+ public:
+  HiddenFile(platform::FileManager& fileManager, platform::NewFiles& newFiles)
+      : fileManager_(fileManager), newFiles_(newFiles) {}
+  HiddenFile(const HiddenFile&) = delete;
+  HiddenFile& operator=(const HiddenFile&) = delete;
+  ~HiddenFile() { remove(); }
+
+  /// Creates it, empty, in `folder`. // Decision 0022
+  [[nodiscard]] std::error_code create(const std::string& folder);
+  [[nodiscard]] const std::string& path() const { return path_; }
+  /// Gives it its final name. Failure: it stays hidden, and std::errc::file_exists when something bears the name.
+  [[nodiscard]] std::error_code renameTo(const OutputChoice& output);
+  void remove();
+
+ private:
+  platform::FileManager& fileManager_;
+  platform::NewFiles& newFiles_;
+  std::string path_;  ///< empty while there is none
+};
+
+/// Looks at an output before the long work; a sentence for the user when it cannot be. // Decision 0020
+[[nodiscard]] std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,
+                                                 platform::FileManager& fileManager);
+
+/// Why the final name could not be given.
+[[nodiscard]] std::string renameRefused(const OutputChoice& output, std::error_code error);
+
+/// Asks whether `needed` bytes fit into `folder`; a sentence with both figures when they do not.
+[[nodiscard]] std::optional<std::string> spaceMissing(const std::string& folder, std::uint64_t needed,
+                                                      platform::FileManager& fileManager);
+
+}  // namespace zelvo::cli

@@ -1,0 +1,231 @@
+// One repair:
+// 1. Look at the input and the output; refuse what cannot go well before the long work.
+// 2. On the worker: the engine's run. Before it creates its file it asks; then the free space is looked at, and the
+//    hidden file is created. Afterwards the padded copy, when one is wanted, and the wait for the disk.
+// 3. On the main thread: judge the run, and give the file its final name.
+#include "cli/repair_command.h"
+
+#include <chrono>
+#include <memory>
+#include <utility>
+
+#include "cli/batch.h"
+#include "cli/engine_job.h"
+#include "cli/output_place.h"
+#include "cli/shown_text.h"
+#include "engine/padded_copy.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+std::string writeFailed(const OutputChoice& output, std::uint64_t offset, std::error_code cause) {
+  return "writing " + shownText(output.path) + " failed after " + shownSize(offset) + ": " + cause.message() +
+         ". Nothing of it was left behind.";
+}
+
+class OneRepair {
+ public:
+  OneRepair(Surroundings& around, EngineJob& job, OutputChoice output, bool padded)
+      : around_(around),
+        job_(job),
+        output_(std::move(output)),
+        folder_(folderOf(output_.path)),
+        isPadded_(padded),
+        rebuilt_(around.fileManager, around.newFiles),
+        padded_(around.fileManager, around.newFiles) {}
+
+  [[nodiscard]] Outcome run(const std::string& inputPath);
+
+ private:
+  /// Thread: the worker, as all that it calls.
+  void work(const std::shared_ptr<engine::Run>& run);
+  [[nodiscard]] bool mayWrite(engine::Run& run, std::uint64_t bytes);
+  void copyPadded(const engine::Run& run);
+  void flush(const std::string& path);
+  void failWriting(std::uint64_t offset, std::error_code cause) { obstacle_ = writeFailed(output_, offset, cause); }
+
+  void judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run);
+
+  Surroundings& around_;
+  EngineJob& job_;
+  const OutputChoice output_;
+  const std::string folder_;
+  const bool isPadded_;
+  HiddenFile rebuilt_;
+  HiddenFile padded_;
+  std::string obstacle_;  ///< why there will be no output; a sentence
+};
+
+bool OneRepair::mayWrite(engine::Run& run, std::uint64_t bytes) {
+  if (output_.makesFolder) {
+    if (const std::error_code error = around_.fileManager.createFolder(folder_)) {
+      obstacle_ = "the folder " + shownText(folder_) + " cannot be created: " + error.message() + ".";
+      return false;
+    }
+  }
+  // Both the rebuilt file and its padded copy are there for a while.
+  const std::uint64_t needed = isPadded_ ? bytes + engine::paddedCopySize(bytes) : bytes;
+  if (auto sentence = spaceMissing(folder_, needed, around_.fileManager)) {
+    obstacle_ = std::move(*sentence);
+    return false;
+  }
+  if (const std::error_code error = rebuilt_.create(folder_)) {
+    obstacle_ = "no file can be created in " + shownText(folder_) + ": " + error.message() + ".";
+    return false;
+  }
+  run.internalpath = rebuilt_.path();
+  job_.beginWriting(Stage::writing, bytes);
+  return true;
+}
+
+void OneRepair::work(const std::shared_ptr<engine::Run>& run) {
+  engine::RepairFile& engine = job_.engine();
+  run->mayWrite = [this, &run](std::uint64_t bytes) { return mayWrite(*run, bytes); };
+  engine.retrieveAudioVideoSamples(run);
+  if (run->cancel->abandoned() || engine.runEnd != engine::RunEnd::rebuilt) return;
+  if (const auto failure = engine.writeFailure.get()) {
+    failWriting(failure->offset, failure->cause);
+    return;
+  }
+  if (isPadded_) copyPadded(*run);
+  if (!obstacle_.empty() || run->cancel->abandoned()) return;
+  job_.beginWriting(Stage::flushing, 0);
+  flush(isPadded_ ? padded_.path() : rebuilt_.path());
+}
+
+void OneRepair::copyPadded(const engine::Run& run) {
+  if (const std::error_code error = padded_.create(folder_)) {
+    failWriting(0, error);
+    return;
+  }
+  const auto from = around_.files.openForReading(rebuilt_.path());
+  const auto to = job_.files().openForWriting(padded_.path());
+  if (!from.file || !to.file) {
+    failWriting(0, from.file ? to.error : from.error);
+    return;
+  }
+  const std::uint64_t size = from.file->size();
+  job_.beginWriting(Stage::copying, engine::paddedCopySize(size));
+  const auto failure =
+      engine::paddedCopy(from.file.get(), *to.file, size, [&run](std::uint64_t) { return !run.cancel->abandoned(); });
+  if (failure) {
+    failWriting(failure->offset, failure->cause);
+  } else if (const std::error_code error = to.file->close()) {
+    failWriting(engine::paddedCopySize(size), error);
+  }
+  rebuilt_.remove();
+}
+
+void OneRepair::flush(const std::string& path) {
+  const auto opened = around_.files.openForWriting(path);
+  std::error_code error = opened.error;
+  if (opened.file) error = opened.file->flush();
+  if (error) obstacle_ = writeFailed(output_, job_.engine().layout.RIFFLISTsize + 8, error);
+}
+
+void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run) {
+  if (judgeInput(outcome, input, job_, run)) return;
+  job_.reportFindings(outcome);
+  outcome.outputSize.reset();
+  outcome.verdict = Verdict::failed;
+  if (!obstacle_.empty()) {
+    outcome.reason = obstacle_;
+    return;
+  }
+  HiddenFile& written = isPadded_ ? padded_ : rebuilt_;
+  const auto attributes = around_.fileManager.attributes(written.path());
+  if (const std::error_code error = written.renameTo(output_)) {
+    outcome.reason = renameRefused(output_, error);
+    return;
+  }
+  outcome.verdict = Verdict::repaired;
+  outcome.outputPath = output_.path;
+  outcome.outputSize = attributes ? attributes->size : 0;
+  if (outcome.readFailures.count > 0) {
+    job_.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + shownText(input.path) +
+                           " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +
+                           outcome.readFailures.firstCause.message() + ". What lies there is missing from the output.");
+  }
+}
+
+Outcome OneRepair::run(const std::string& inputPath) {
+  const auto start = std::chrono::steady_clock::now();
+  Outcome outcome = outcomeOf("repair", inputPath);
+  auto chosen = chooseInput(inputPath, around_.files, around_.fileManager);
+  if (auto* sentence = std::get_if<std::string>(&chosen)) {
+    outcome.reason = std::move(*sentence);
+    return outcome;
+  }
+  const ChosenInput& input = std::get<ChosenInput>(chosen);
+  outcome.inputSize = input.attributes.size;
+  if (auto sentence = refusal(output_, input, around_.fileManager)) {
+    outcome.reason = std::move(*sentence);
+    return outcome;
+  }
+  const auto run = job_.begin(input, outcome);
+  job_.perform(run, inputPath, [this, &run] { work(run); });
+  // A stop between the end of the work and here still counts: nothing bears the final name yet.
+  if (around_.stopRequested) run->cancel->abandon();
+  judge(outcome, input, *run);
+  outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return outcome;
+}
+
+class RepairCommand final : public Command {
+ public:
+  std::vector<Option> options() override {
+    return {
+        {"INPUT", "damaged AVI files; they are only read, never changed", &inputs_},
+        {"-o,--output", "where to write the repaired file (for one input)", &output_, "OUTPUT"},
+        {"--output-dir", "folder for the repaired files, each named NAME-repaired.avi", &outputFolder_, "DIR"},
+        {"--into", "write FOLDER/repaired.avi as the window's Save does: created when missing, padded to whole blocks",
+         &into_, "FOLDER"},
+        {"-f,--force", "replace an existing output", &force_},
+        {"--json", "print one JSON object a line instead of text", &json_},
+        {"-q,--quiet", "print errors only", &quiet_},
+        {"-v,--verbose", "show the log of the repair; given twice, every position of the first check too", &verbose_},
+    };
+  }
+
+  std::optional<std::string> misuse() const override {
+    const int places = (output_ ? 1 : 0) + (outputFolder_ ? 1 : 0) + (into_ ? 1 : 0);
+    if (places > 1) return "only one of --output, --output-dir and --into can be given.";
+    if (inputs_.size() > 1 && output_) return "--output takes one input; use --output-dir for several.";
+    if (inputs_.size() > 1 && into_) return "--into takes one input; use --output-dir for several.";
+    return std::nullopt;
+  }
+
+  Exit run(Surroundings& around) override {
+    around.console.setQuiet(quiet_);
+    EngineJob job(around, verbose_);
+    Batch batch(around, inputs_.size(), json_);
+    for (const std::string& input : inputs_) {
+      if (!batch.goesOn()) break;
+      batch.tell(OneRepair(around, job, placeFor(input), into_.has_value()).run(input));
+    }
+    return batch.finish();
+  }
+
+ private:
+  [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
+    if (output_) return {*output_, force_, false};
+    if (into_) return {pathIn(*into_, "repaired.avi"), force_, true};
+    return {repairedPath(input, outputFolder_), force_, false};
+  }
+
+  std::vector<std::string> inputs_;
+  std::optional<std::string> output_;
+  std::optional<std::string> outputFolder_;
+  std::optional<std::string> into_;
+  bool force_ = false;
+  bool json_ = false;
+  bool quiet_ = false;
+  int verbose_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<Command> makeRepairCommand() { return std::make_unique<RepairCommand>(); }
+
+}  // namespace zelvo::cli

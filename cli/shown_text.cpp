@@ -1,0 +1,100 @@
+#include "cli/shown_text.h"
+
+#include <array>
+#include <cstdio>
+
+namespace zelvo::cli {
+
+namespace {
+
+bool isControl(std::string_view text, std::size_t at) {
+  const auto value = static_cast<unsigned char>(text[at]);
+  if (value < 0x20 || value == 0x7f) return true;
+  // U+0080 to U+009F, which some terminals obey: two bytes, of which the first is looked at here.
+  return value == 0xc2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xa0;
+}
+
+}  // namespace
+
+std::string shownText(std::string_view text) {
+  constexpr std::string_view kHexDigits = "0123456789abcdef";
+  std::string shown;
+  shown.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (!isControl(text, i)) {
+      shown += text[i];
+      continue;
+    }
+    const auto value = static_cast<unsigned char>(text[i]);
+    shown += "\\x";
+    shown += kHexDigits[value >> 4U];
+    shown += kHexDigits[value & 15U];
+  }
+  return shown;
+}
+
+std::string quotedForShell(std::string_view path) {
+  std::string quoted = "'";
+  if (path.starts_with('-')) quoted += "./";
+  for (const char character : path) {
+    if (character == '\'') {
+      quoted += "'\\''";
+    } else {
+      quoted += character;
+    }
+  }
+  return quoted + "'";
+}
+
+std::string fixedPoint(double number, int digits) {
+  std::array<char, 64> text{};
+  const int length = std::snprintf(text.data(), text.size(), "%.*f", digits, number);
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
+std::string shownSize(std::uint64_t bytes) {
+  if (bytes < 1000) return counted(bytes, "byte");
+  const auto size = static_cast<double>(bytes);
+  // The limits are those at which rounding would show "1000.0".
+  if (bytes < 999950) return fixedPoint(size / 1e3, 1) + " kB";
+  if (bytes < 999950000) return fixedPoint(size / 1e6, 1) + " MB";
+  return fixedPoint(size / 1e9, 2) + " GB";
+}
+
+std::string shownNumber(std::uint64_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t at = digits.size(); at > 3;) {
+    at -= 3;
+    digits.insert(at, ",");
+  }
+  return digits;
+}
+
+std::string counted(std::uint64_t number, std::string_view noun) {
+  std::string text = shownNumber(number) + " " + std::string(noun);
+  if (number != 1) text += 's';
+  return text;
+}
+
+std::string shownSeconds(double seconds) {
+  if (seconds < 60) return fixedPoint(seconds, 2) + " s";
+  const auto whole = static_cast<std::uint64_t>(seconds);
+  return std::to_string(whole / 60) + " min " + std::to_string(whole % 60) + " s";
+}
+
+std::string shownHex(std::uint64_t number, int digits) {
+  std::array<char, 32> text{};
+  const int length =
+      std::snprintf(text.data(), text.size(), "0x%0*llx", digits, static_cast<unsigned long long>(number));
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
+std::string shortened(std::string text, std::size_t limit) {
+  if (text.size() <= limit) return text;
+  std::size_t end = limit > 3 ? limit - 3 : 0;
+  // Never in the middle of a UTF-8 character.
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xc0U) == 0x80) --end;
+  return text.substr(0, end) + "...";
+}
+
+}  // namespace zelvo::cli

@@ -1,0 +1,38 @@
+/// Names, sizes and times as a person reads them on a terminal.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zelvo::cli {
+
+/// Text from outside (a path, a code of the file) with every control character replaced by \xNN, so that it stays on
+/// its line and cannot steer the terminal.
+[[nodiscard]] std::string shownText(std::string_view text);
+
+/// A path between quotes that a shell takes back as it is.
+[[nodiscard]] std::string quotedForShell(std::string_view path);
+
+/// "812 bytes", "4.6 kB", "48.4 MB", "1.25 GB"; a kB is 1000 bytes.
+[[nodiscard]] std::string shownSize(std::uint64_t bytes);
+
+/// 1234567 as "1,234,567".
+[[nodiscard]] std::string shownNumber(std::uint64_t number);
+
+/// "1 chunk", "1,234 chunks".
+[[nodiscard]] std::string counted(std::uint64_t number, std::string_view noun);
+
+/// "0.42 s", "3 min 5 s".
+[[nodiscard]] std::string shownSeconds(double seconds);
+
+/// "0x0055": `digits` hexadecimal digits.
+[[nodiscard]] std::string shownHex(std::uint64_t number, int digits);
+
+/// A number with `digits` places behind the point, whatever the surroundings' language.
+[[nodiscard]] std::string fixedPoint(double number, int digits);
+
+/// The text itself when it has at most `limit` bytes; otherwise its beginning and "...".
+[[nodiscard]] std::string shortened(std::string text, std::size_t limit);
+
+}  // namespace zelvo::cli

@@ -1,0 +1,46 @@
+/// Everything of the outside that a command may use, by reference.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "cli/console.h"
+#include "platform/file_manager.h"
+#include "platform/files.h"
+#include "platform/main_queue.h"
+#include "platform/media_registry.h"
+#include "platform/movies.h"
+#include "platform/new_files.h"
+#include "platform/outlets.h"
+#include "platform/property_lists.h"
+#include "platform/relaxed.h"
+#include "platform/sheets.h"
+#include "platform/volume_source.h"
+#include "platform/workers.h"
+
+namespace zelvo::cli {
+
+/// The machine's storage at one moment; the two agree with each other.
+struct StorageView {
+  std::shared_ptr<platform::MediaRegistry> media;
+  std::shared_ptr<platform::VolumeSource> volumes;
+};
+
+struct Surroundings {
+  platform::Files& files;
+  platform::FileManager& fileManager;
+  platform::NewFiles& newFiles;
+  platform::Workers& workers;
+  platform::MainQueue& mainQueue;
+  /// Does the main queue's work until the question, asked many times a second, is answered with true.
+  std::function<void(const std::function<bool()>&)> runUntil;
+  platform::MovieLoader& movies;
+  platform::Sheets& sheets;
+  const platform::JobOutlets& outlets;         ///< elements that nobody looks at
+  std::function<StorageView()> lookAtStorage;  ///< for the commands that want it: reading it takes milliseconds
+  platform::PropertyLists& propertyLists;
+  Console& console;
+  const platform::Relaxed<bool>& stopRequested;  ///< raised by a signal; never lowered
+};
+
+}  // namespace zelvo::cli

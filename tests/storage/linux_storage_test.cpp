@@ -1,0 +1,507 @@
+// The provider of this system, on pieces of hardware that umockdev pretends to have (see make_devices.py). The program is
+// started with umockdev's library before all others.
+#include "platform/linux/linux_storage.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <umockdev.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "platform/linux/linux_property_lists.h"
+#include "storage/drive_inventory.h"
+#include "storage/system_record.h"
+#include "tests/storage/recorded_system.h"
+#include "tests/storage/trees.h"
+
+namespace zelvo::tests {
+namespace {
+
+using platform::linux_::LinuxStorageSnapshot;
+using storage::Entries;
+using storage::Entry;
+using ::testing::ElementsAre;
+using ::testing::UnorderedElementsAre;
+
+class LinuxStorage : public ::testing::Test {
+ protected:
+  LinuxStorage() : testbed_(umockdev_testbed_new()) {
+    // Asked after the first testbed: before it the answer is no. Without the pretended system the tests would look at
+    // the real one, so that is a failure.
+    if (!umockdev_in_mock_environment()) throw std::runtime_error("start this program through umockdev");
+    std::string pattern = (std::filesystem::temp_directory_path() / "zelvo-storage-XXXXXX").string();
+    if (!::mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
+    folder_ = pattern;
+    places_.mountTable = (folder_ / "mountinfo").string();
+    places_.volumesFolder = (folder_ / "Volumes").string();
+    mount({});
+  }
+  ~LinuxStorage() override {
+    g_object_unref(testbed_);
+    std::filesystem::remove_all(folder_);
+  }
+
+  void plug(const std::string& hardware) {
+    std::ifstream file(std::string(ZELVO_MOCK_DEVICES) + "/" + hardware + ".umockdev");
+    std::ostringstream text;
+    text << file.rdbuf();
+    GError* error = nullptr;
+    ASSERT_TRUE(umockdev_testbed_add_from_string(testbed_, text.str().c_str(), &error)) << error->message;
+  }
+
+  /// Lines of a mount table without their first two numbers: "179:0 / /mnt/card rw - ext4 /dev/mmcblk0 rw".
+  void mount(const std::vector<std::string>& lines) {
+    std::ofstream file(places_.mountTable);
+    file << "20 1 0:5 / /proc rw - proc proc rw\n";
+    int number = 30;
+    for (const std::string& line : lines) file << number++ << " 1 " << line << "\n";
+  }
+
+  [[nodiscard]] LinuxStorageSnapshot snapshot() const { return LinuxStorageSnapshot(places_); }
+
+  struct Arrays {
+    Entries media;
+    Entries volumes;
+    /// The device (or the volume) of that name; empty when there is none.
+    [[nodiscard]] Entry at(const std::string& bsdName, bool volume = false) const {
+      for (const Entry& entry : media) {
+        const std::string* path = entry.text("device path");
+        if (path && *path == "/dev/r" + bsdName && entry.contains("WhetherVolume") == volume) return entry;
+      }
+      return {};
+    }
+  };
+
+  [[nodiscard]] Arrays inventory() const {
+    LinuxStorageSnapshot system = snapshot();
+    Arrays arrays;
+    platform::NoPrintSink nowhere;
+    storage::initialDriveList(system, system, arrays.media, arrays.volumes, nowhere);
+    return arrays;
+  }
+
+  /// "disk0=/dev/sda" for each medium, writable or not.
+  [[nodiscard]] std::vector<std::string> names() const {
+    LinuxStorageSnapshot system = snapshot();
+    std::unique_ptr<platform::RegistryIterator> media;
+    const auto all = system.serviceMatching("IOMedia");
+    EXPECT_EQ(system.matchingServices(&*all, media), 0U);
+    std::vector<std::string> found;
+    while (const auto medium = media->next()) {
+      const std::string name = *medium->properties().text("BSD Name");
+      found.push_back(name + "=" + system.nativeNode(name).value_or("?"));
+    }
+    return found;
+  }
+
+  [[nodiscard]] std::string devicePath(const std::string& end) const { return "/sys/devices/" + end; }
+
+  UMockdevTestbed* testbed_;
+  std::filesystem::path folder_;
+  platform::linux_::StoragePlaces places_;
+};
+
+TEST_F(LinuxStorage, WholeDisksAreNumberedInTheOrderInWhichTheyCame) {
+  plug("stick");
+  plug("nvme");
+  plug("sata");
+  EXPECT_THAT(names(), ElementsAre("disk0=/dev/sda", "disk0s1=/dev/sda1", "disk0s2=/dev/sda2", "disk0s3=/dev/sda3",
+                                   "disk0s4=/dev/sda4", "disk1=/dev/nvme0n1", "disk1s1=/dev/nvme0n1p1",
+                                   "disk2=/dev/sdb", "disk2s1=/dev/sdb1"));
+}
+
+TEST_F(LinuxStorage, DeviceNumbersDecideWhereDisksAreNotCounted) {
+  plug("undescribed_ata");
+  plug("loop");
+  umockdev_testbed_set_attribute(testbed_, devicePath("virtual/block/loop0").c_str(), "diskseq", "0");
+  EXPECT_THAT(names(), ElementsAre("disk0=/dev/loop0", "disk1=/dev/sdg", "disk1s1=/dev/sdg1"));
+}
+
+TEST_F(LinuxStorage, UnknownNameHasNoNode) {
+  plug("sata");
+  EXPECT_EQ(snapshot().nativeNode("disk9"), std::nullopt);
+}
+
+TEST_F(LinuxStorage, SataDiskTellsItsTextsAndSizes) {
+  plug("sata");
+  const Entry disk = inventory().at("disk0");
+  EXPECT_TRUE(disk.contains("WhetherSATA"));
+  EXPECT_FALSE(disk.contains("WhetherUSB"));
+  EXPECT_EQ(*disk.text("device model"), "Field Disk 5000 500GB");
+  EXPECT_EQ(*disk.text("device serial"), "FD5-000123");
+  EXPECT_EQ(*disk.text("device revision"), "1A01");
+  EXPECT_EQ(*disk.text("IOBundleResourceFile"), "Internal.icns");
+  EXPECT_EQ(disk.number("device size"), 500107862016U);  // counted in 512 bytes, although the blocks are larger
+  EXPECT_EQ(disk.number("Preferred Block Size"), 4096U);
+}
+
+TEST_F(LinuxStorage, ModelTextsKeepTheirPadding) {
+  plug("sata");
+  const auto record = [this] {
+    LinuxStorageSnapshot system = snapshot();
+    return storage::recordedSystem(system, system);
+  }();
+  platform::linux_::LinuxPropertyLists lists;
+  EXPECT_THAT(lists.format(record), ::testing::HasSubstr("<string>Field Disk 5000 500GB    </string>"));
+}
+
+TEST_F(LinuxStorage, PartitionsOfAGuidTableHaveTheirContent) {
+  plug("sata");
+  mount({"8:1 / /boot/efi rw - vfat /dev/sda1 rw", "8:2 / / rw - ext4 /dev/sda2 rw",
+         "8:3 / /mnt/mac rw - hfsplus /dev/sda3 rw", "8:4 / /mnt/data rw - ntfs3 /dev/sda4 rw"});
+  const Arrays arrays = inventory();
+  EXPECT_EQ(*arrays.at("disk0s1", true).text("Content"), "Volume Content NIL");
+  EXPECT_EQ(*arrays.at("disk0s2", true).text("Content"), "Volume Content NIL");
+  EXPECT_EQ(*arrays.at("disk0s3", true).text("Content"), "Apple_HFS");
+  EXPECT_EQ(*arrays.at("disk0s4", true).text("Content"), "EBD0A0A2-B9E5-4433-87C0-68B6B72699C7");
+  EXPECT_EQ(arrays.at("disk0s3", true).number("Preferred Block Size"), 4096U);
+  EXPECT_FALSE(arrays.at("disk0").contains("WhetherVolume"));
+}
+
+TEST_F(LinuxStorage, StartUpVolumeIsNamedAfterItsLabel) {
+  plug("sata");
+  mount({"8:2 / / rw - ext4 /dev/sda2 rw"});
+  const Entry volume = inventory().at("disk0s2", true);
+  EXPECT_EQ(*volume.text("Volume Name"), "Root Disk");
+  EXPECT_EQ(*volume.text("Mounted Path"), "/");
+}
+
+TEST_F(LinuxStorage, StartUpVolumeWithoutALabelIsNamedRoot) {
+  plug("virtio");
+  mount({"252:1 / / rw - ext4 /dev/vda1 rw"});
+  const Entry volume = inventory().at("disk0s1", true);
+  EXPECT_EQ(*volume.text("Volume Name"), "Root");
+}
+
+TEST_F(LinuxStorage, LabelThatIsASlashDoesNotMakeTheNameEmpty) {
+  plug("virtio");
+  umockdev_testbed_set_property(testbed_, devicePath("pci0000:1e/0000:1e:00.0/virtio1/block/vda/vda1").c_str(),
+                                "ID_FS_LABEL_ENC", "/");
+  mount({"252:1 / / rw - ext4 /dev/vda1 rw"});
+  EXPECT_EQ(*inventory().at("disk0s1", true).text("Volume Name"), "Root");
+}
+
+TEST_F(LinuxStorage, VolumesFolderThatExistsIsRead) {
+  plug("sata");
+  mount({"8:2 / / rw - ext4 /dev/sda2 rw"});
+  std::filesystem::create_directory(places_.volumesFolder);
+  std::filesystem::create_directory_symlink("/", places_.volumesFolder + "/Start");
+  std::filesystem::create_directory(places_.volumesFolder + "/folder");
+  LinuxStorageSnapshot system = snapshot();
+  const auto entries = system.volumesFolder();
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[0].name, "Start");
+  EXPECT_EQ(entries[0].linkTarget, "/");
+  EXPECT_EQ(entries[1].linkTarget, std::nullopt);
+  EXPECT_EQ(*inventory().at("disk0s2", true).text("Volume Name"), "Start");
+}
+
+TEST_F(LinuxStorage, UsbStickKeepsItsTextsAndItsDosType) {
+  plug("stick");
+  mount({"8:17 / /media/user/STICK rw - vfat /dev/sdb1 rw"});
+  const Arrays arrays = inventory();
+  const Entry stick = arrays.at("disk0");
+  EXPECT_TRUE(stick.contains("WhetherUSB"));
+  EXPECT_FALSE(stick.contains("WhetherSATA"));
+  EXPECT_EQ(*stick.text("device model"), "Pen Drive 3.0   ");
+  EXPECT_EQ(*stick.text("Vendor Identification"), "Pocket  ");
+  EXPECT_EQ(*stick.text("Product Identification"), "Pen Drive 3.0   ");
+  EXPECT_EQ(*stick.text("Product Revision Level"), "PMAP");
+  EXPECT_EQ(*stick.text("IOBundleResourceFile"), "Removable.icns");
+  const Entry volume = arrays.at("disk0s1", true);
+  EXPECT_EQ(*volume.text("Content"), "FAT32");
+  EXPECT_EQ(*volume.text("Volume Name"), "STICK");
+}
+
+TEST_F(LinuxStorage, SataDiskInAUsbEnclosureIsOnUsbOnly) {
+  plug("enclosure");
+  const Entry disk = inventory().at("disk0");
+  EXPECT_TRUE(disk.contains("WhetherUSB"));
+  EXPECT_FALSE(disk.contains("WhetherSATA"));
+  EXPECT_EQ(*disk.text("IOBundleResourceFile"), "External.icns");
+}
+
+TEST_F(LinuxStorage, EmptyReaderAndMemoryAreNoMedia) {
+  plug("reader");
+  plug("memory");
+  EXPECT_TRUE(names().empty());
+}
+
+TEST_F(LinuxStorage, CardMountedWholeIsListedTwice) {
+  plug("card_whole");
+  mount({"179:0 / /media/user/My\\040Card rw - vfat /dev/mmcblk0 rw"});
+  const Arrays arrays = inventory();
+  ASSERT_EQ(arrays.media.size(), 2U);
+  const Entry device = arrays.at("disk0");
+  EXPECT_TRUE(device.contains("WhetherCardReader"));
+  EXPECT_TRUE(device.contains("WhetherUSB"));
+  EXPECT_EQ(*device.text("device model"), "SU08G");
+  EXPECT_EQ(*device.text("device serial"), "0x1a2b3c4d");
+  EXPECT_EQ(*device.text("Vendor Identification"), "0x000003");
+  EXPECT_EQ(*device.text("Product Identification"), "SU08G");
+  EXPECT_EQ(*device.text("Product Revision Level"), "0x8");
+  EXPECT_EQ(*device.text("IOBundleResourceFile"), "SD.icns");
+  const Entry volume = arrays.at("disk0", true);
+  EXPECT_FALSE(volume.contains("WhetherUSB"));
+  EXPECT_EQ(*volume.text("Volume Name"), "My Card");
+}
+
+TEST_F(LinuxStorage, CardsPartitionIsAVolumeOnce) {
+  plug("card_partitioned");
+  mount({"179:33 / /media/user/CAM rw - vfat /dev/mmcblk1p1 rw"});
+  const Arrays arrays = inventory();
+  ASSERT_EQ(arrays.media.size(), 2U);
+  EXPECT_TRUE(arrays.at("disk0").contains("WhetherCardReader"));
+  EXPECT_EQ(*arrays.at("disk0s1", true).text("Content"), "DOS_FAT_32");
+}
+
+TEST_F(LinuxStorage, SolderedFlashIsNoCardReaderAndItsBootAreasAreNotWritable) {
+  plug("emmc");
+  EXPECT_THAT(names(), ElementsAre("disk0=/dev/mmcblk2", "disk0s1=/dev/mmcblk2p1", "disk1=/dev/mmcblk2boot0",
+                                   "disk2=/dev/mmcblk2boot1"));
+  const Arrays arrays = inventory();
+  ASSERT_EQ(arrays.media.size(), 2U);
+  EXPECT_FALSE(arrays.at("disk0").contains("WhetherCardReader"));
+  EXPECT_FALSE(arrays.at("disk0").contains("WhetherUSB"));
+  EXPECT_EQ(*arrays.at("disk0").text("device model"), "DF4032");
+}
+
+TEST_F(LinuxStorage, NvmeDiskTellsItsTextsAndItsHiddenPathIsNoMedium) {
+  plug("nvme");
+  const Arrays arrays = inventory();
+  ASSERT_EQ(arrays.media.size(), 2U);
+  const Entry disk = arrays.at("disk0");
+  EXPECT_EQ(*disk.text("device model"), "Rapid SSD 1TB");
+  EXPECT_EQ(*disk.text("device serial"), "RS1-777");
+  EXPECT_EQ(*disk.text("device revision"), "5B2Q");
+  EXPECT_FALSE(disk.contains("WhetherSATA"));
+}
+
+TEST_F(LinuxStorage, UnmountedPartitionTellsItsDisksTexts) {
+  plug("nvme");
+  const Entry partition = inventory().at("disk0s1");
+  EXPECT_EQ(*partition.text("device model"), "Rapid SSD 1TB");
+}
+
+TEST_F(LinuxStorage, FireWireDiskIsFiledUnderUsbAndKeepsTheTypesOfItsMap) {
+  plug("firewire");
+  mount({"8:67 / /mnt/a rw - hfsplus /dev/sde3 rw", "8:68 / /mnt/b rw - hfs /dev/sde4 rw"});
+  const Arrays arrays = inventory();
+  EXPECT_TRUE(arrays.at("disk0").contains("WhetherUSB"));
+  EXPECT_EQ(*arrays.at("disk0s3", true).text("Content"), "Apple_HFSX");
+  EXPECT_EQ(*arrays.at("disk0s4", true).text("Content"), "Apple_HFS");
+}
+
+TEST_F(LinuxStorage, DiscIsAMediumButNotAWritableOne) {
+  plug("disc");
+  EXPECT_THAT(names(), ElementsAre("disk0=/dev/sr0"));
+  EXPECT_TRUE(inventory().media.empty());
+}
+
+TEST_F(LinuxStorage, DvdRamIsWritableInItsOwnBlocks) {
+  plug("dvd_ram");
+  const Entry disc = inventory().at("disk0");
+  EXPECT_EQ(disc.number("Preferred Block Size"), 2048U);
+  EXPECT_EQ(disc.number("device size"), std::uint64_t{8946816} * 512);
+}
+
+TEST_F(LinuxStorage, DiskThatNoDaemonHasDescribedTellsWhatTheKernelKnows) {
+  plug("undescribed_ata");
+  plug("plain_scsi");
+  const Arrays arrays = inventory();
+  const Entry ata = arrays.at("disk0");
+  EXPECT_TRUE(ata.contains("WhetherSATA"));
+  EXPECT_EQ(*ata.text("device model"), "Field Disk 5000");
+  EXPECT_EQ(*ata.text("device serial"), "-");
+  const Entry scsi = arrays.at("disk1");
+  EXPECT_FALSE(scsi.contains("WhetherSATA"));
+  EXPECT_EQ(*scsi.text("Vendor Identification"), "Array   ");
+}
+
+TEST_F(LinuxStorage, ParallelAtaIsNotSata) {
+  plug("pata");
+  EXPECT_FALSE(inventory().at("disk0").contains("WhetherSATA"));
+}
+
+TEST_F(LinuxStorage, VirtualDevicesTellWhatTheyStandFor) {
+  plug("mapper");
+  plug("loop");
+  plug("virtio");
+  const Arrays arrays = inventory();
+  EXPECT_EQ(*arrays.at("disk0").text("device model"), "vault");
+  EXPECT_EQ(*arrays.at("disk1").text("device model"), "/home/user/disk.img");
+  EXPECT_EQ(*arrays.at("disk2").text("device serial"), "vm-disk-1");
+}
+
+TEST_F(LinuxStorage, MappedVolumeIsFoundByItsNumber) {
+  plug("mapper");
+  mount({"254:0 / /home rw - ext4 /dev/mapper/vault rw"});
+  EXPECT_EQ(*inventory().at("disk0", true).text("Mounted Path"), "/home");
+}
+
+TEST_F(LinuxStorage, ReadOnlyDiskIsNoWritableMedium) {
+  plug("stick");
+  umockdev_testbed_set_attribute(
+      testbed_, devicePath("pci0000:11/0000:11:00.0/usb1/1-1/1-1:1.0/host6/target6:0:0/6:0:0:0/block/sdb").c_str(),
+      "ro", "1");
+  const Arrays arrays = inventory();
+  ASSERT_EQ(arrays.media.size(), 1U);
+  EXPECT_EQ(*arrays.media[0].text("device path"), "/dev/rdisk0s1");
+}
+
+TEST_F(LinuxStorage, SnapshotStaysAsItWasWhenADiskIsPluggedIn) {
+  plug("sata");
+  LinuxStorageSnapshot before = snapshot();
+  plug("stick");
+  EXPECT_EQ(before.nativeNode("disk1"), std::nullopt);
+  EXPECT_EQ(snapshot().nativeNode("disk1"), "/dev/sdb");
+}
+
+TEST_F(LinuxStorage, DiskThatIsPulledOutIsGoneInTheNextSnapshot) {
+  plug("sata");
+  plug("stick");
+  const std::string disk = devicePath("pci0000:11/0000:11:00.0/usb1/1-1/1-1:1.0/host6/target6:0:0/6:0:0:0/block/sdb");
+  umockdev_testbed_remove_device(testbed_, (disk + "/sdb1").c_str());
+  umockdev_testbed_remove_device(testbed_, disk.c_str());
+  EXPECT_EQ(snapshot().nativeNode("disk1"), std::nullopt);
+  EXPECT_EQ(inventory().media.size(), 5U);
+}
+
+TEST_F(LinuxStorage, RecordGivesTheSameInventory) {
+  for (const char* hardware : {"sata", "stick", "card_whole", "nvme", "disc", "firewire"}) plug(hardware);
+  mount({"8:2 / / rw - ext4 /dev/sda2 rw", "179:0 / /media/user/CARD rw - vfat /dev/mmcblk0 rw"});
+  LinuxStorageSnapshot system = snapshot();
+  platform::linux_::LinuxPropertyLists lists;
+  const std::string xml = lists.format(storage::recordedSystem(system, system));
+  RecordedSystem recorded(*lists.parse(std::as_bytes(std::span(xml)), xml.size()));
+  Arrays again;
+  platform::NoPrintSink nowhere;
+  storage::initialDriveList(recorded, recorded, again.media, again.volumes, nowhere);
+  const Arrays arrays = inventory();
+  EXPECT_EQ(again.media, arrays.media);
+  EXPECT_EQ(again.volumes, arrays.volumes);
+  EXPECT_EQ(recorded.nativeNode("disk0s2"), "/dev/sda2");
+}
+
+TEST_F(LinuxStorage, FourLevelsStandAboveAPartition) {
+  plug("sata");
+  LinuxStorageSnapshot system = snapshot();
+  const auto all = system.serviceMatching("IOMedia");
+  std::unique_ptr<platform::RegistryIterator> media;
+  ASSERT_EQ(system.matchingServices(&*all, media), 0U);
+  auto object = media->next();
+  while (object && *object->properties().text("BSD Name") != "disk0s2") object = media->next();
+  std::vector<std::string> classes;
+  while (object) {
+    classes.push_back(object->className());
+    object = object->parentIterator("IOService")->next();
+  }
+  EXPECT_THAT(classes, ElementsAre("IOMedia", "IOGUIDPartitionScheme", "IOMedia", "IOBlockStorageDriver",
+                                   "IOBlockStorageDevice", "IOPCIDevice"));
+}
+
+TEST_F(LinuxStorage, WithoutADictionaryTheSearchIsABadArgument) {
+  LinuxStorageSnapshot system = snapshot();
+  std::unique_ptr<platform::RegistryIterator> media;
+  EXPECT_EQ(system.matchingServices(nullptr, media), 0xe00002c2U);
+  EXPECT_EQ(media, nullptr);
+}
+
+// --- which mounts are volumes ---------------------------------------------------------------------------------------
+
+class LinuxVolumes : public LinuxStorage {
+ protected:
+  /// "MOUNT POINT from NAME" for each volume.
+  [[nodiscard]] std::vector<std::string> volumes() const {
+    LinuxStorageSnapshot system = snapshot();
+    std::vector<std::string> found;
+    for (const std::string& path : system.mountedLocalVolumePaths()) {
+      found.push_back(path + " from " + system.mountedFromName(path).name);
+    }
+    return found;
+  }
+};
+
+TEST_F(LinuxVolumes, MemoryNetworkAndViewsAreNone) {
+  plug("sata");
+  mount({"0:30 / /tmp rw - tmpfs tmpfs rw", "0:31 / /srv rw - nfs4 host:/export rw",
+         "0:32 / /mnt/smb rw - cifs //host/share rw", "0:33 / /overlay rw - overlay overlay rw",
+         "0:34 / /home/u/ssh rw - fuse.sshfs u@host: rw", "0:35 / /home/u/cloud rw - fuse.rclone cloud: rw",
+         "0:36 / /ceph rw - ceph 1.2.3.4:/ rw", "8:2 / / rw - ext4 /dev/sda2 rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/ from /dev/disk0s2"));
+}
+
+TEST_F(LinuxVolumes, FileSystemInUserSpaceOnABlockDeviceIsOne) {
+  plug("stick");
+  mount({"8:17 / /media/ntfs rw - fuseblk /dev/sdb1 rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/media/ntfs from /dev/disk0s1"));
+}
+
+TEST_F(LinuxVolumes, BtrfsIsFoundByItsSourceAndItsSubVolumesCount) {
+  plug("sata");
+  mount({"0:40 /@ / rw - btrfs /dev/sda2 rw", "0:40 /@home /home rw - btrfs /dev/sda2 rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/ from /dev/disk0s2", "/home from /dev/disk0s2"));
+}
+
+TEST_F(LinuxVolumes, SourceIsFoundByALinkToItsNode) {
+  plug("mapper");
+  mount({"0:41 / /data rw - btrfs /dev/mapper/vault rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/data from /dev/disk0"));
+}
+
+TEST_F(LinuxVolumes, PoolKeepsItsOwnName) {
+  mount({"0:42 / /tank rw - zfs tank/data rw", "0:43 / /cache rw - bcachefs /dev/nowhere1:/dev/nowhere2 rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/tank from tank/data", "/cache from /dev/nowhere1:/dev/nowhere2"));
+}
+
+TEST_F(LinuxVolumes, BindMountOfASubTreeIsNone) {
+  plug("sata");
+  mount({"8:2 / / rw - ext4 /dev/sda2 rw", "8:2 /var/lib/x /srv/x rw - ext4 /dev/sda2 rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/ from /dev/disk0s2"));
+}
+
+TEST_F(LinuxVolumes, LastMountOnATargetWins) {
+  plug("sata");
+  plug("stick");
+  mount({"8:2 / /mnt rw - ext4 /dev/sda2 rw", "8:17 / /mnt rw - vfat /dev/sdb1 rw",
+         "8:3 / /hidden rw - hfsplus /dev/sda3 rw", "0:50 / /hidden rw - tmpfs tmpfs rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/mnt from /dev/disk1s1"));
+}
+
+TEST_F(LinuxVolumes, OctalEscapesAreDecoded) {
+  plug("stick");
+  mount({"8:17 / /media/a\\040b\\134c\\011d rw - vfat /dev/sdb1 rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/media/a b\\c\td from /dev/disk0s1"));
+}
+
+TEST_F(LinuxVolumes, BlockDeviceThatIsNoMediumKeepsItsSource) {
+  mount({"8:99 / /gone rw - ext4 /dev/sdq3 rw"});
+  EXPECT_THAT(volumes(), ElementsAre("/gone from /dev/sdq3"));
+}
+
+TEST_F(LinuxVolumes, MountPointThatIsNotInTheTableIsAnError) {
+  LinuxStorageSnapshot system = snapshot();
+  EXPECT_EQ(system.mountedFromName("/nowhere").error, std::errc::no_such_file_or_directory);
+}
+
+TEST_F(LinuxVolumes, MissingMountTableIsAnError) {
+  places_.mountTable = (folder_ / "none").string();
+  LinuxStorageSnapshot system = snapshot();
+  EXPECT_EQ(system.mountTableError(), std::errc::no_such_file_or_directory);
+  EXPECT_TRUE(system.mountedLocalVolumePaths().empty());
+}
+
+TEST_F(LinuxVolumes, FreeSpaceOfAMountPointThatIsGoneIsAnError) {
+  EXPECT_EQ(snapshot().freeSpace((folder_ / "none").string()).error, std::errc::no_such_file_or_directory);
+}
+
+TEST_F(LinuxVolumes, FreeSpaceIsThatOfTheFileSystem) {
+  const auto space = snapshot().freeSpace(folder_.string());
+  EXPECT_FALSE(space.error);
+  EXPECT_LE(space.bytes, std::filesystem::space(folder_).capacity);
+}
+
+}  // namespace
+}  // namespace zelvo::tests
