@@ -1,10 +1,14 @@
-// Small chunks that lie close together (video with a little audio between, say) are read in one go and pieced together;
-// a larger chunk is read straight into the output's buffer. Where reading in one go comes short, each chunk is read
-// alone, so that the bytes are those of one read per chunk in every case.
+// 1. The input's length says how much of each chunk there is to copy, and so where each lies in the output.
+// 2. Two threads take one aligned segment of the output after the other, gather its pieces and write it. Small pieces
+//    that lie close together in the input are read in one go; a large one is read straight into the segment.
+// 3. A read that comes short all the same moves up everything behind it. Then the rest is copied one chunk after the
+//    other, so that the bytes are those of one read per chunk in every case.
 #include "engine/chunk_copy.h"
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
+#include <mutex>
 
 #include "platform/bytes.h"
 
@@ -13,43 +17,187 @@ namespace zelvo::engine {
 namespace {
 
 constexpr std::uint64_t kHeaderSize = 8;
-constexpr std::uint64_t kSmallChunk = 65536;
+constexpr std::uint64_t kSegmentSize = 262144;
+constexpr std::uint64_t kSmallPiece = 65536;
 constexpr std::uint64_t kLargestGap = 8192;
 constexpr std::uint64_t kLargestBatch = 262144;
 
-/// The chunks from `first` on that one read serves; at least `first` itself.
-struct Batch {
-  std::uint64_t first = 0;
-  std::uint64_t last = 0;
-  std::uint64_t start = 0;  ///< offset in the input
-  std::uint64_t end = 0;
+/// A place in the chunks and the place in the output where it goes.
+struct Cursor {
+  std::uint64_t chunk = 1;
+  std::uint64_t inChunk = 0;  ///< bytes of the chunk that lie before the cursor
+  std::uint64_t position = 0;
 };
 
-std::uint64_t wholeSize(const ChunkRun& chunks, std::uint64_t index) { return chunks.sizes[index] + kHeaderSize; }
+struct Segment {
+  Cursor start;
+  std::uint64_t size = 0;
+};
 
-Batch batchFrom(const ChunkRun& chunks, std::uint64_t first) {
-  Batch batch{first, first, chunks.offsets[first], chunks.offsets[first] + wholeSize(chunks, first)};
-  if (wholeSize(chunks, first) >= kSmallChunk) return batch;
-  for (std::uint64_t next = first + 1; next <= chunks.count; ++next) {
-    const std::uint64_t offset = chunks.offsets[next];
-    const std::uint64_t size = wholeSize(chunks, next);
-    // Chunks may overlap, and beyond 4 GiB their offsets start again.
-    if (size >= kSmallChunk || offset < batch.start || offset > batch.end + kLargestGap) break;
-    const std::uint64_t end = std::max(batch.end, offset + size);
-    if (end - batch.start > kLargestBatch) break;
-    batch.last = next;
-    batch.end = end;
+/// Hands out the segments in order and keeps what went wrong.
+/// Thread: any.
+class Segments {
+ public:
+  Segments(const ChunkRun& chunks, std::uint64_t fileSize, std::uint64_t position)
+      : chunks_(chunks), fileSize_(fileSize), next_{1, 0, position} {}
+
+  /// Length in the output of a chunk.
+  [[nodiscard]] std::uint64_t length(std::uint64_t chunk) const {
+    return heldBy(fileSize_, chunks_.offsets[chunk], chunks_.sizes[chunk] + kHeaderSize);
   }
-  return batch;
+
+  [[nodiscard]] std::optional<Segment> take() {
+    const std::lock_guard lock(mutex_);
+    if (failure_ || shortAt_) return std::nullopt;
+    Segment segment{next_, 0};
+    const std::uint64_t wanted = kSegmentSize - next_.position % kSegmentSize;
+    while (segment.size < wanted && next_.chunk <= chunks_.count) {
+      const std::uint64_t left = length(next_.chunk) - next_.inChunk;
+      const std::uint64_t step = std::min(left, wanted - segment.size);
+      segment.size += step;
+      next_.inChunk += step;
+      if (step == left) next_ = {next_.chunk + 1, 0, next_.position};
+    }
+    next_.position += segment.size;
+    if (segment.size == 0) return std::nullopt;
+    return segment;
+  }
+
+  void fail(const WriteFailure& failure) {
+    const std::lock_guard lock(mutex_);
+    if (!failure_ || failure.offset < failure_->offset) failure_ = failure;
+  }
+  void comeShort(const Cursor& start) {
+    const std::lock_guard lock(mutex_);
+    if (!shortAt_ || start.position < shortAt_->position) shortAt_ = start;
+  }
+
+  // Once the threads have ended.
+  [[nodiscard]] const std::optional<WriteFailure>& failure() const { return failure_; }
+  [[nodiscard]] const std::optional<Cursor>& shortAt() const { return shortAt_; }
+  [[nodiscard]] std::uint64_t end() const { return next_.position; }
+
+ private:
+  const ChunkRun& chunks_;
+  const std::uint64_t fileSize_;
+  std::mutex mutex_;
+  Cursor next_;
+  std::optional<WriteFailure> failure_;
+  std::optional<Cursor> shortAt_;
+};
+
+/// Gathers the pieces of one segment after the other.
+class Assembler {
+ public:
+  Assembler(InputFile& input, const ChunkRun& chunks, const Segments& segments)
+      : input_(input), chunks_(chunks), segments_(segments), bytes_(kSegmentSize) {}
+
+  /// The segment's bytes; nothing when a read comes short.
+  [[nodiscard]] std::optional<std::span<const std::byte>> assemble(const Segment& segment) {
+    const auto all = std::span(bytes_).first(static_cast<std::size_t>(segment.size));
+    std::span<std::byte> left = all;
+    Cursor at = segment.start;
+    while (!left.empty()) {
+      const Piece piece = pieceAt(at, left.size());
+      const bool complete = piece.size >= kSmallPiece ? readInto(left, at, piece) : gather(left, at);
+      if (!complete) return std::nullopt;
+    }
+    return all;
+  }
+
+ private:
+  /// A part of a chunk, as it lies in the input.
+  struct Piece {
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+    [[nodiscard]] std::uint64_t end() const { return offset + size; }
+  };
+
+  [[nodiscard]] Piece pieceAt(const Cursor& at, std::size_t room) const {
+    return {chunks_.offsets[at.chunk] + at.inChunk,
+            std::min<std::uint64_t>(segments_.length(at.chunk) - at.inChunk, room)};
+  }
+
+  void advance(Cursor& at, const Piece& piece) const {
+    at.inChunk += piece.size;
+    if (at.inChunk == segments_.length(at.chunk)) at = {at.chunk + 1, 0, at.position};
+  }
+
+  [[nodiscard]] bool readInto(std::span<std::byte>& left, Cursor& at, const Piece& piece) {
+    const auto size = static_cast<std::size_t>(piece.size);
+    if (input_.tryRead(piece.offset, left.first(size)).count < size) return false;
+    left = left.subspan(size);
+    advance(at, piece);
+    return true;
+  }
+
+  /// Reads the small pieces from `at` on that one read serves, at least one.
+  [[nodiscard]] bool gather(std::span<std::byte>& left, Cursor& at) {
+    const Cursor first = at;
+    const std::uint64_t start = pieceAt(first, left.size()).offset;
+    std::uint64_t end = start;
+    std::uint64_t pieces = 0;
+    std::size_t room = left.size();
+    while (room > 0) {
+      const Piece piece = pieceAt(at, room);
+      // Chunks may overlap, and beyond 4 GiB their offsets start again.
+      const bool near = piece.offset >= start && piece.offset <= end + kLargestGap && piece.size < kSmallPiece;
+      if (pieces > 0 && (!near || std::max(end, piece.end()) - start > kLargestBatch)) break;
+      end = std::max(end, piece.end());
+      room -= static_cast<std::size_t>(piece.size);
+      ++pieces;
+      advance(at, piece);
+    }
+    if (pieces == 1) {
+      at = first;
+      return readInto(left, at, pieceAt(first, left.size()));
+    }
+    together_.resize(kLargestBatch);
+    const auto batch = std::span(together_).first(static_cast<std::size_t>(end - start));
+    if (input_.tryRead(start, batch).count < batch.size()) return false;
+    at = first;
+    for (; pieces > 0; --pieces) {
+      const Piece piece = pieceAt(at, left.size());
+      std::memcpy(left.data(), batch.data() + (piece.offset - start), static_cast<std::size_t>(piece.size));
+      left = left.subspan(static_cast<std::size_t>(piece.size));
+      advance(at, piece);
+    }
+    return true;
+  }
+
+  InputFile& input_;
+  const ChunkRun& chunks_;
+  const Segments& segments_;
+  platform::Bytes bytes_;
+  platform::Bytes together_;
+};
+
+void copyOneByOne(InputFile& input, StagedOutput& out, const ChunkRun& chunks, std::uint64_t first,
+                  const platform::CancelMark& cancel) {
+  for (std::uint64_t chunk = first; chunk <= chunks.count; ++chunk) {
+    if (out.failed() || cancel.abandoned()) return;
+    copyRange(input, out, chunks.offsets[chunk], chunks.sizes[chunk] + kHeaderSize);
+  }
 }
 
 }  // namespace
 
+std::uint64_t heldBy(std::uint64_t fileSize, std::uint64_t offset, std::uint64_t size) {
+  return offset >= fileSize ? 0 : std::min(size, fileSize - offset);
+}
+
+std::uint64_t heldBy(std::uint64_t fileSize, const ChunkRun& chunks) {
+  std::uint64_t sum = 0;
+  for (std::uint64_t i = 1; i <= chunks.count; ++i) {
+    sum += heldBy(fileSize, chunks.offsets[i], chunks.sizes[i] + kHeaderSize);
+  }
+  return sum;
+}
+
 void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::uint64_t size) {
   while (size > 0 && !out.failed()) {
     const std::span<std::byte> room = out.room();
-    const std::span<std::byte> wanted =
-        room.first(static_cast<std::size_t>(std::min<std::uint64_t>(size, room.size())));
+    const auto wanted = room.first(static_cast<std::size_t>(std::min<std::uint64_t>(size, room.size())));
     const std::size_t count = input.read(offset, wanted);
     out.commit(count);
     if (count < wanted.size()) return;
@@ -58,27 +206,36 @@ void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::u
   }
 }
 
-void copyChunks(InputFile& input, StagedOutput& out, const ChunkRun& chunks, const platform::CancelMark& cancel) {
-  platform::Bytes together;
-  for (std::uint64_t index = 1; index <= chunks.count;) {
-    if (out.failed() || cancel.abandoned()) return;
-    const Batch batch = batchFrom(chunks, index);
-    index = batch.last + 1;
-    bool complete = false;
-    if (batch.last > batch.first) {
-      together.resize(kLargestBatch);
-      const auto wanted = std::span(together).first(static_cast<std::size_t>(batch.end - batch.start));
-      complete = input.tryRead(batch.start, wanted).count == wanted.size();
-    }
-    for (std::uint64_t i = batch.first; i <= batch.last; ++i) {
-      if (complete) {
-        out.append(std::span(together).subspan(static_cast<std::size_t>(chunks.offsets[i] - batch.start),
-                                               static_cast<std::size_t>(wholeSize(chunks, i))));
-      } else {
-        copyRange(input, out, chunks.offsets[i], wholeSize(chunks, i));
+CopyEnd copyChunks(InputFile& input, platform::WritableFile& out, std::uint64_t position, const ChunkRun& chunks,
+                   platform::Workers& workers, const platform::CancelMark& cancel) {
+  Segments segments(chunks, input.size(), position);
+  const auto work = [&] {
+    Assembler assembler(input, chunks, segments);
+    while (!cancel.abandoned()) {
+      const std::optional<Segment> segment = segments.take();
+      if (!segment) return;
+      const auto bytes = assembler.assemble(*segment);
+      if (!bytes) {
+        segments.comeShort(segment->start);
+        return;
       }
+      const platform::IoResult result = out.writeAt(segment->start.position, *bytes);
+      if (result.error) segments.fail({segment->start.position + result.count, result.error});
     }
-  }
+  };
+  const bool helped = workers.processors() > 1 && chunks.count > 1;
+  const auto helper = helped ? workers.startHelper(work) : nullptr;
+  work();
+  if (helper) helper->join();
+
+  CopyEnd end{segments.end(), segments.failure()};
+  if (end.failure || !segments.shortAt() || cancel.abandoned()) return end;
+  const Cursor& from = *segments.shortAt();
+  StagedOutput rest(out, from.position - from.inChunk);
+  copyOneByOne(input, rest, chunks, from.chunk, cancel);
+  end.failure = rest.finish();
+  end.position = rest.position();
+  return end;
 }
 
 }  // namespace zelvo::engine

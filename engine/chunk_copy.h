@@ -1,11 +1,15 @@
-/// Copies chunks from the input to the rebuilt file, whole and back to back. Sizes and offsets are in bytes.
+/// Copies chunks from the input to the rebuilt file, whole and back to back. The output is cut into aligned segments
+/// that two threads assemble and write side by side. Sizes and offsets are in bytes.
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "engine/input_file.h"
 #include "engine/staged_output.h"
+#include "engine/write_failure.h"
+#include "platform/files.h"
 #include "platform/workers.h"
 
 namespace zelvo::engine {
@@ -17,11 +21,26 @@ struct ChunkRun {
   std::uint64_t count = 0;
 };
 
-/// Copies each chunk, header and payload, without padding. Of a chunk that the input does not hold whole, what there is
-/// is copied. Ends early once a write has failed or `cancel` is abandoned, between two chunks.
-void copyChunks(InputFile& input, StagedOutput& out, const ChunkRun& chunks, const platform::CancelMark& cancel);
+/// How much of `size` bytes at `offset` a file of `fileSize` bytes holds.
+[[nodiscard]] std::uint64_t heldBy(std::uint64_t fileSize, std::uint64_t offset, std::uint64_t size);
+/// How much of all chunks together a file of `fileSize` bytes holds, their headers included.
+[[nodiscard]] std::uint64_t heldBy(std::uint64_t fileSize, const ChunkRun& chunks);
 
-/// Copies up to `size` bytes from `offset` on; fewer when the input ends or a read fails.
+/// Where a copy ended.
+struct CopyEnd {
+  std::uint64_t position = 0;  ///< in the output, behind the last byte copied
+  std::optional<WriteFailure> failure;
+};
+
+/// Copies each chunk, header and payload, without padding, to `out` from `position` on. Of a chunk that the input does
+/// not hold whole, what there is is copied, and what follows moves up. Ends early once a write has failed or `cancel`
+/// is abandoned.
+/// Thread: one, besides a helper of its own.
+[[nodiscard]] CopyEnd copyChunks(InputFile& input, platform::WritableFile& out, std::uint64_t position,
+                                 const ChunkRun& chunks, platform::Workers& workers,
+                                 const platform::CancelMark& cancel);
+
+/// Appends up to `size` bytes from `offset` on; fewer when the input ends or a read fails.
 void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::uint64_t size);
 
 }  // namespace zelvo::engine

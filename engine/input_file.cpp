@@ -9,13 +9,28 @@ platform::IoResult InputFile::tryRead(std::uint64_t offset, std::span<std::byte>
 std::size_t InputFile::read(std::uint64_t offset, std::span<std::byte> into) {
   const platform::IoResult result = tryRead(offset, into);
   if (result.error) {
-    if (failures_.count == 0) {
-      failures_.firstOffset = offset + result.count;
-      failures_.firstCause = result.error;
-    }
-    ++failures_.count;
+    const std::lock_guard lock(mutex_);
+    failures_.add({1, offset + result.count, result.error});
   }
   return result.count;
+}
+
+void ReadFailures::add(const ReadFailures& later) {
+  if (count == 0) {
+    firstOffset = later.firstOffset;
+    firstCause = later.firstCause;
+  }
+  count += later.count;
+}
+
+void InputFile::remember(const ReadFailures& failures) {
+  const std::lock_guard lock(mutex_);
+  failures_.add(failures);
+}
+
+ReadFailures InputFile::failures() const {
+  const std::lock_guard lock(mutex_);
+  return failures_;
 }
 
 platform::Bytes InputFile::readBytes(std::uint64_t offset, std::size_t size) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <span>
 #include <system_error>
 
@@ -18,9 +19,12 @@ struct ReadFailures {
   std::uint64_t count = 0;
   std::uint64_t firstOffset = 0;  ///< first byte that could not be read
   std::error_code firstCause;
+
+  /// Counts failures that came after these.
+  void add(const ReadFailures& later);
 };
 
-/// Thread: one at a time.
+/// Thread: any, several at once.
 class InputFile {
  public:
   /// Without a file every read answers nothing.
@@ -29,7 +33,8 @@ class InputFile {
   /// Fills the front of `into`; the rest is left as it is. Answers how many bytes were read.
   std::size_t read(std::uint64_t offset, std::span<std::byte> into);
 
-  /// As `read`, but answers a failure instead of remembering it: for reads that are tried again in smaller steps.
+  /// As `read`, but answers a failure instead of remembering it: for reads that are tried again in smaller steps, or
+  /// whose failures are remembered later.
   platform::IoResult tryRead(std::uint64_t offset, std::span<std::byte> into);
 
   /// Reads up to `size` bytes into a buffer of their own; fewer at the end of the file.
@@ -38,10 +43,13 @@ class InputFile {
   /// Size of the file now; 0 without a file.
   [[nodiscard]] std::uint64_t size() const { return file_ ? file_->size() : 0; }
 
-  [[nodiscard]] const ReadFailures& failures() const { return failures_; }
+  /// Adds failures that came after those remembered so far.
+  void remember(const ReadFailures& failures);
+  [[nodiscard]] ReadFailures failures() const;
 
  private:
   std::unique_ptr<platform::ReadableFile> file_;
+  mutable std::mutex mutex_;
   ReadFailures failures_;
 };
 

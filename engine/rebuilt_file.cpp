@@ -23,18 +23,7 @@ constexpr std::uint64_t kStreamHeaderSize = 56;
 /// Header lists, super indexes and empty standard indexes, without the stream formats.
 constexpr std::uint64_t kSmallestFile = 436;
 
-/// How much of `size` bytes at `offset` a file of `fileSize` bytes holds.
-std::uint64_t heldBy(std::uint64_t fileSize, std::uint64_t offset, std::uint64_t size) {
-  return offset >= fileSize ? 0 : std::min(size, fileSize - offset);
-}
-
-std::uint64_t heldBy(std::uint64_t fileSize, const ChunkRun& chunks) {
-  std::uint64_t sum = 0;
-  for (std::uint64_t i = 1; i <= chunks.count; ++i) sum += heldBy(fileSize, chunks.offsets[i], chunks.sizes[i] + 8);
-  return sum;
-}
-
-std::uint64_t heldBy(std::uint64_t fileSize, const FormatPayload& format) {
+std::uint64_t formatHeldBy(std::uint64_t fileSize, const FormatPayload& format) {
   return format.held.size() + heldBy(fileSize, format.rangeOffset, format.rangeSize);
 }
 
@@ -82,7 +71,7 @@ void RepairFile::constructRIFFList() {
 std::uint64_t RepairFile::bytesToWrite() const {
   const std::uint64_t fileSize = inputfilehandle->size();
   const std::uint64_t headers = kSmallestFile + 8 * videosamplecount + 8 * audiosamplecount +
-                                heldBy(fileSize, videostrfdata) + heldBy(fileSize, audiostrfdata);
+                                formatHeldBy(fileSize, videostrfdata) + formatHeldBy(fileSize, audiostrfdata);
   if (stopRequested(*run_)) return headers;
   return headers + heldBy(fileSize, {videosampleoffsetarray, videosamplesizearray, videosamplecount}) +
          heldBy(fileSize, {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount});
@@ -101,35 +90,36 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   const Run& run = *run_;
   const std::uint64_t expected = bytesToWrite();
   // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same.
-  const bool reserved = !outputfile->reserve(expected);
-  StagedOutput out(*outputfile, services_.workers);
+  static_cast<void>(outputfile->reserve(expected));
+  StagedOutput out(*outputfile);
   writeHeaderLists(out);
-
   out.code(kList);
   out.number(layout.movisize);
   out.code(kMovi);
-  writeStandardIndex(out, {kIx00, layout.ix00size, db ? k00db : k00dc, layout.baseoffsetforvideo, videosamplesizearray,
-                           videosamplecount});
-  writeStandardIndex(
-      out, {kIx01, layout.ix01size, k01wb, layout.baseoffsetforaudio, audiosamplesizearray, audiosamplecount});
+  const ChunkRun video{videosampleoffsetarray, videosamplesizearray, videosamplecount};
+  const ChunkRun audio{audiosampleoffsetarray, audiosamplesizearray, audiosamplecount};
+  writeStandardIndex(out,
+                     {kIx00, layout.ix00size, db ? k00db : k00dc, layout.baseoffsetforvideo, video.sizes, video.count});
+  writeStandardIndex(out, {kIx01, layout.ix01size, k01wb, layout.baseoffsetforaudio, audio.sizes, audio.count});
+  CopyEnd end{.position = out.position(), .failure = out.finish()};
 
   // Deliberate: a stop is looked at here and before the audio only, so one during the video copy lets that run to its
   // end. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
-  if (!stopRequested(run)) {
-    copyChunks(*inputfilehandle, out, {videosampleoffsetarray, videosamplesizearray, videosamplecount}, *run.cancel);
-  }
-  if (!stopRequested(run)) {
-    copyChunks(*inputfilehandle, out, {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount}, *run.cancel);
+  for (const ChunkRun& chunks : {video, audio}) {
+    if (end.failure || stopRequested(run)) break;
+    end = copyChunks(*inputfilehandle, *outputfile, end.position, chunks, services_.workers, *run.cancel);
   }
 
-  std::optional<WriteFailure> failure = out.finish();
-  if ((reserved && out.position() != expected) || failure) {
-    const std::error_code error = outputfile->truncate(failure ? failure->offset : out.position());
-    if (error && !failure) failure = WriteFailure{out.position(), error};
+  if (end.failure) {
+    // What was written so far is of no use; the cause is what counts.
+    static_cast<void>(outputfile->truncate(end.failure->offset));
+  } else if (end.position != expected) {
+    // Room that was not needed, or bytes that moved up after they were written.
+    if (const std::error_code error = outputfile->truncate(end.position)) end.failure = {end.position, error};
   }
   const std::error_code closing = outputfile->close();
-  if (closing && !failure) failure = WriteFailure{out.position(), closing};
-  return failure;
+  if (closing && !end.failure) end.failure = {end.position, closing};
+  return end.failure;
 }
 
 void RepairFile::writeHeaderLists(StagedOutput& out) {

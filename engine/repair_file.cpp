@@ -55,8 +55,6 @@ platform::Bytes RepairFile::convertIntTo8byteData(std::uint64_t value) {
   return bytes;
 }
 
-bool RepairFile::stopRequested(const Run& run) { return stopflag || run.cancel->cancelled(); }
-
 std::shared_ptr<Run> RepairFile::newRun() {
   auto run = std::make_shared<Run>();
   run->path = path.get();

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "engine/format_payload.h"
+#include "engine/globals.h"
 #include "engine/input_file.h"
 #include "engine/progress_relay.h"
 #include "engine/rebuilt_layout.h"
@@ -240,8 +241,8 @@ class RepairFile {
  private:
   friend class SampleScan;
 
-  /// True when the run, or every run, is asked to stop.
-  [[nodiscard]] static bool stopRequested(const Run& run);
+  /// True when the run, or every run, is asked to stop. Asked per block and per step, so it costs two loads.
+  [[nodiscard]] static bool stopRequested(const Run& run) { return stopflag || run.cancel->cancelled(); }
   void countBlocks();
   void harvestPosition(std::span<const std::byte> code, std::uint32_t position);
   void harvestMainHeader(std::uint32_t position);

@@ -1,15 +1,15 @@
 // The sample scan. For every block, unless the run is stopped:
 // 1. Tell the progress.
-// 2. Find the codes "00db", "00dc" and "01wb" at its 1024 positions.
-// 3. Judge each in file order: a size below ten million, and a chunk code behind the payload.
-// 4. Record what is accepted.
+// 2. Judge the codes "00db", "00dc" and "01wb" that start at its 1024 positions, in file order: a size below ten
+//    million, and a chunk code behind the payload.
+// 3. Record what is accepted.
+#include <algorithm>
 #include <array>
 
-#include "engine/byte_order.h"
-#include "engine/code_finder.h"
+#include "engine/candidate_reader.h"
 #include "engine/fourcc.h"
 #include "engine/repair_file.h"
-#include "engine/scan_window.h"
+#include "engine/stretch_queue.h"
 
 namespace zelvo::engine {
 
@@ -17,14 +17,18 @@ using platform::logLine;
 
 namespace {
 
-constexpr std::uint32_t kSmallestRefusedSize = 10000000;
-
 /// The six bytes behind a candidate's payload, of which the first three positions are searched: an odd payload is
 /// followed by a pad byte.
 /// Deliberate: the buffer is not cleared between candidates, so what the end of the file leaves unread is stale.
 class LookAheadBuffer {
  public:
-  [[nodiscard]] std::span<std::byte, 6> bytes() { return bytes_; }
+  void overwriteFront(const std::array<std::byte, 6>& bytes, std::size_t count) {
+    if (count == bytes.size()) {
+      bytes_ = bytes;
+    } else {
+      std::copy_n(bytes.begin(), count, bytes_.begin());
+    }
+  }
   [[nodiscard]] bool holdsCode() const {
     for (std::size_t at = 0; at <= 2; ++at) {
       const FourCC code = FourCC::at(std::span(bytes_).subspan(at));
@@ -39,59 +43,40 @@ class LookAheadBuffer {
 
 }  // namespace
 
-/// One walk over the input.
+/// Judges candidates, which must come in file order, and records what it accepts.
 class SampleScan {
  public:
-  explicit SampleScan(RepairFile& job) : job_(job), window_(*job.inputfilehandle) {}
+  explicit SampleScan(RepairFile& job) : job_(job) {}
 
-  void scanBlock(std::uint32_t block, std::uint32_t last) {
-    std::size_t positions = ScanWindow::kBlockSize;
-    std::size_t ownRead = ScanWindow::kBlockSize + ScanWindow::kReadAhead;
-    if (block == last) {
-      // Deliberate: of the last block only `mod` bytes count, which is none when the size is a multiple of 1024.
-      if (job_.mod < 4) return;
-      positions = job_.mod - 3;
-      ownRead = job_.mod;
-    }
-    const std::span<const std::byte> bytes = window_.block(block, last, ownRead);
-    finder_.find(bytes, positions, found_);
-    for (const std::uint16_t i : found_.positions()) {
-      judge(FourCC::at(bytes.subspan(i)), ScanWindow::startOf(block) + i);
+  void judge(const Candidate& candidate) {
+    job_.videosamplesize = candidate.size;
+    if (candidate.sizeIsRefused()) return;
+    lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
+    if (!lookAhead_.holdsCode()) return;
+    if (candidate.code == k01wb) {
+      record(candidate, job_.audiosamplecount, job_.audiosamplesizearray, job_.audiosampleoffsetarray, audioFullTold_);
+    } else {
+      record(candidate, job_.videosamplecount, job_.videosamplesizearray, job_.videosampleoffsetarray, videoFullTold_);
     }
   }
 
  private:
-  void judge(FourCC code, std::uint32_t position) {
-    // Deliberate: these sums wrap at 32 bits, as block offsets do.
-    const std::uint32_t size = window_.numberAt(position + 4);
-    job_.videosamplesize = size;
-    if (size == 0 || size >= kSmallestRefusedSize) return;
-    window_.readLookAhead(position + 8 + size, lookAhead_.bytes());
-    if (!lookAhead_.holdsCode()) return;
-    if (code == k01wb) {
-      record(job_.audiosamplecount, job_.audiosamplesizearray, job_.audiosampleoffsetarray, position, size, "audio");
-    } else {
-      record(job_.videosamplecount, job_.videosamplesizearray, job_.videosampleoffsetarray, position, size, "video");
-    }
-  }
-
-  void record(std::uint64_t& count, SampleTable& sizes, SampleTable& offsets, std::uint32_t position,
-              std::uint32_t size, std::string_view kind) {
+  void record(const Candidate& candidate, std::uint64_t& count, SampleTable& sizes, SampleTable& offsets,
+              bool& fullTold) {
     if (count == kLargestSampleCount) {
-      bool& told = kind == "audio" ? audioFullTold_ : videoFullTold_;
-      if (!told) logLine(job_.services_.log, "Table full, no more %@ chunks are recorded", kind);
-      told = true;
+      if (!fullTold) {
+        logLine(job_.services_.log, "Table full, no more %@ chunks are recorded",
+                candidate.code == k01wb ? "audio" : "video");
+      }
+      fullTold = true;
       return;
     }
     ++count;
-    sizes[count] = size;
-    offsets[count] = position;
+    sizes[count] = candidate.size;
+    offsets[count] = candidate.position();
   }
 
   RepairFile& job_;
-  ScanWindow window_;
-  const CodeFinder finder_;
-  FoundCodes found_;
   LookAheadBuffer lookAhead_;
   bool videoFullTold_ = false;
   bool audioFullTold_ = false;
@@ -101,17 +86,33 @@ void RepairFile::scanSamples() {
   if (stopRequested(*run_)) return;
   SampleScan scan(*this);
   const std::uint32_t last = numberofsectors;
+  StretchQueue stretches(*inputfilehandle, last, mod, services_.workers);
+  std::span<const Candidate> candidates;
+  std::span<const BlockFailures> failures;
   for (std::uint32_t left = last, block = 1; left != 0; --left, ++block) {
     sector = block;
-    if (stopRequested(*run_)) {
-      if (run_->cancel->cancelled()) break;  // it stays stopped, so the other blocks would be skipped too
-      continue;
+    if (run_->cancel->cancelled()) return;  // it stays stopped, so the other blocks would be skipped too
+    if (block % Stretch::kBlocks == 1) {
+      const StretchContent& content = stretches.next();
+      candidates = content.candidates;
+      failures = content.failures;
     }
-    currentoffset = ScanWindow::startOf(block);
-    controll->setProgressBarValue(block * 100.0 / last);
-    updateProgressBar_.request();
-    outlets.textfield.setStringValue("Retrieving audio/ video data forks..");
-    scan.scanBlock(block, last);
+    const bool skipped = stopRequested(*run_);
+    if (!skipped) {
+      currentoffset = ScanWindow::startOf(block);
+      controll->setProgressBarValue(block * 100.0 / last);
+      updateProgressBar_.request();
+      outlets.textfield.setStringValue("Retrieving audio/ video data forks..");
+    }
+    // What belongs to a skipped block goes by: without the threads that read ahead it would not have been read.
+    for (; !failures.empty() && failures.front().block == block; failures = failures.subspan(1)) {
+      if (!skipped) inputfilehandle->remember(failures.front().failures);
+    }
+    std::size_t own = 0;
+    for (; own < candidates.size() && candidates[own].block == block; ++own) {
+      if (!skipped) scan.judge(candidates[own]);
+    }
+    candidates = candidates.subspan(own);
   }
 }
 

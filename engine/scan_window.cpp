@@ -2,13 +2,15 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 
 #include "engine/byte_order.h"
 #include "engine/code_finder.h"
 
 namespace zelvo::engine {
 
-ScanWindow::ScanWindow(InputFile& input) : input_(input), bytes_(kWindowSize + CodeFinder::kMargin) {}
+ScanWindow::ScanWindow(InputFile& input, bool farAhead)
+    : input_(input), farAhead_(farAhead), bytes_(kWindowSize + CodeFinder::kMargin) {}
 
 std::span<const std::byte> ScanWindow::block(std::uint32_t number, std::uint32_t last, std::size_t ownRead) {
   if (firstBlock_ == 0 || number < firstBlock_ || number - firstBlock_ >= blocks_) moveTo(number, last);
@@ -17,6 +19,12 @@ std::span<const std::byte> ScanWindow::block(std::uint32_t number, std::uint32_t
     return bytes_;
   }
   return std::span<const std::byte>(bytes_).subspan((number - firstBlock_) * kBlockSize);
+}
+
+std::size_t ScanWindow::read(std::uint64_t offset, std::span<std::byte> into) {
+  const platform::IoResult result = input_.tryRead(offset, into);
+  if (result.error) failures_.add({1, offset + result.count, result.error});
+  return result.count;
 }
 
 void ScanWindow::moveTo(std::uint32_t number, std::uint32_t last) {
@@ -30,13 +38,16 @@ void ScanWindow::moveTo(std::uint32_t number, std::uint32_t last) {
   readsFail_ = static_cast<bool>(result.error);
   valid_ = readsFail_ ? 0 : result.count;
   std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(result.count), bytes_.end(), std::byte{0});
-  if (!readsFail_ && beyondWindow_ > kDense) moveRing();
+  if (beyondWindow_ > kDense) {
+    dense_ = true;
+    if (farAhead_ && !readsFail_) moveRing();
+  }
   beyondWindow_ = 0;
 }
 
 void ScanWindow::readBlockAlone(std::uint32_t number, std::size_t ownRead) {
   std::fill(bytes_.begin(), bytes_.begin() + kBlockSize + kReadAhead + CodeFinder::kMargin, std::byte{0});
-  input_.read(startOf(number), std::span(bytes_).first(ownRead));
+  read(startOf(number), std::span(bytes_).first(ownRead));
 }
 
 bool ScanWindow::inWindow(std::uint64_t offset, std::size_t size) const {
@@ -46,26 +57,33 @@ bool ScanWindow::inWindow(std::uint64_t offset, std::size_t size) const {
 std::uint32_t ScanWindow::numberAt(std::uint32_t offset) {
   if (inWindow(offset, 4)) return loadLittleEndian32(std::span(bytes_).subspan(offset - start_).first<4>());
   std::array<std::byte, 4> number{};
-  input_.read(offset, number);
+  read(offset, number);
   return loadLittleEndian32(number);
 }
 
-void ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into) {
+std::size_t ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into) {
   if (inWindow(offset, into.size())) {
-    std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset - start_), into.size(), into.begin());
-    return;
-  }
-  if (inRing(offset, into.size())) {
-    std::size_t at = offset % kRingSize;
-    for (std::byte& byte : into) {
-      byte = ring_[at];
-      if (++at == kRingSize) at = 0;
-    }
-    ++beyondWindow_;
-    return;
+    std::memcpy(into.data(), bytes_.data() + (offset - start_), into.size());
+    return into.size();
   }
   ++beyondWindow_;
-  input_.read(offset, into);
+  if (!inRing(offset, into.size())) return read(offset, into);
+  const std::size_t at = offset % kRingSize;
+  const std::size_t first = std::min(into.size(), kRingSize - at);
+  if (first == into.size()) {
+    std::memcpy(into.data(), ring_.data() + at, into.size());
+  } else {
+    std::memcpy(into.data(), ring_.data() + at, first);
+    std::memcpy(into.data() + first, ring_.data(), into.size() - first);
+  }
+  return into.size();
+}
+
+void ScanWindow::expectLookAheadOf(std::uint32_t position) const {
+  if (!inWindow(std::uint64_t{position} + 4, 4)) return;
+  const auto size = std::span(bytes_).subspan(position + 4 - start_).first<4>();
+  const std::uint32_t lookAhead = position + 8 + loadLittleEndian32(size);
+  if (inRing(lookAhead, 1)) __builtin_prefetch(ring_.data() + lookAhead % kRingSize);
 }
 
 bool ScanWindow::inRing(std::uint64_t offset, std::size_t size) const {

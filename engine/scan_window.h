@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "engine/input_file.h"
 #include "platform/bytes.h"
@@ -19,9 +20,11 @@ class ScanWindow {
   static constexpr std::size_t kBlockSize = 1024;
   /// One read for a block takes the block and this many bytes behind it.
   static constexpr std::size_t kReadAhead = 2048;
-  static constexpr std::size_t kBlocks = 256;
+  /// Blocks in a window. 64 KiB stays in the processor's nearer caches between the kernel's copy and the search.
+  static constexpr std::size_t kBlocks = 64;
 
-  explicit ScanWindow(InputFile& input);
+  /// `farAhead` says whether it may keep what look-aheads can reach (10 MB) once the input proves dense.
+  explicit ScanWindow(InputFile& input, bool farAhead = true);
 
   /// The bytes from block `number` on: the block and at least `CodeFinder::kMargin` bytes more, zero where the input
   /// has ended. `last` is the number of the input's last block; the window never needs to reach beyond it. `ownRead` is
@@ -31,8 +34,16 @@ class ScanWindow {
   /// The four bytes at `offset`; those that cannot be read are zero.
   [[nodiscard]] std::uint32_t numberAt(std::uint32_t offset);
 
-  /// Overwrites the front of `into` (6 bytes) with what can be read at `offset`; the rest keeps what it held.
-  void readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into);
+  /// Overwrites the front of `into` with what can be read at `offset` and answers how many bytes that is.
+  [[nodiscard]] std::size_t readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into);
+
+  /// True once a window had many look-aheads beyond its end.
+  [[nodiscard]] bool isDense() const { return dense_; }
+  /// Naming the candidates of a dense window beforehand saves waiting for memory far ahead.
+  void expectLookAheadOf(std::uint32_t position) const;
+
+  /// The reads that failed since the last call, those of whole windows not counted: each is tried again block by block.
+  [[nodiscard]] ReadFailures takeFailures() { return std::exchange(failures_, {}); }
 
   /// Start of block `number`.
   /// Deliberate: computed in 32 bits, so the blocks beyond 4 GiB are the first ones again.
@@ -46,8 +57,9 @@ class ScanWindow {
   static constexpr std::size_t kWindowSize = kBlocks * kBlockSize + kReadAhead;
   static constexpr std::size_t kRingSize = kReach + 2 * kWindowSize;
   /// A window with more look-aheads beyond its end than this is dense.
-  static constexpr std::uint32_t kDense = 256;
+  static constexpr std::uint32_t kDense = 64;
 
+  std::size_t read(std::uint64_t offset, std::span<std::byte> into);
   void moveTo(std::uint32_t number, std::uint32_t last);
   void readBlockAlone(std::uint32_t number, std::size_t ownRead);
   [[nodiscard]] bool inWindow(std::uint64_t offset, std::size_t size) const;
@@ -55,6 +67,8 @@ class ScanWindow {
   [[nodiscard]] bool inRing(std::uint64_t offset, std::size_t size) const;
 
   InputFile& input_;
+  const bool farAhead_;
+  bool dense_ = false;
   platform::Bytes bytes_;           ///< the window and its margin
   std::uint64_t start_ = 0;         ///< offset of the window's first byte
   std::size_t valid_ = 0;           ///< bytes of it that were read
@@ -63,6 +77,7 @@ class ScanWindow {
   bool readsFail_ = false;          ///< reading the window failed, so each block is read alone
   std::uint32_t beyondWindow_ = 0;  ///< look-aheads beyond this window so far
   platform::Bytes ring_;            ///< empty until an input proves dense; byte `offset` lies at `offset` % kRingSize
+  ReadFailures failures_;
   std::uint64_t ringStart_ = 0;
   std::uint64_t ringEnd_ = 0;
 };

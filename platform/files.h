@@ -31,7 +31,7 @@ class ReadableFile {
 };
 
 /// A file open for writing; closed by its destructor if `close` was not called.
-/// Thread: one at a time.
+/// Thread: `writeAt` any, several at once; the others one at a time, with no write under way.
 class WritableFile {
  public:
   virtual ~WritableFile() = default;

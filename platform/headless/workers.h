@@ -16,6 +16,8 @@ class HeadlessWorkers final : public Workers {
   std::shared_ptr<Worker> start(std::shared_ptr<CancelMark> mark, std::function<void()> body) override;
   /// A real thread: whoever asks for a helper waits for it.
   std::shared_ptr<Worker> startHelper(std::function<void()> body) override;
+  [[nodiscard]] unsigned processors() const override { return processors_; }
+  void setProcessors(unsigned processors) { processors_ = processors; }
   void joinAll() override;
 
   /// Runs the oldest body that waits; false when none does.
@@ -26,6 +28,7 @@ class HeadlessWorkers final : public Workers {
  private:
   class WaitingWorker;
   std::deque<std::shared_ptr<WaitingWorker>> started_;
+  unsigned processors_ = 2;
 };
 
 }  // namespace zelvo::platform::headless

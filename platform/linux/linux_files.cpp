@@ -68,8 +68,9 @@ class LinuxReadableFile final : public ReadableFile {
   }
 
   std::uint64_t size() override {
-    struct stat status {};
-    return ::fstat(descriptor_.number(), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+    // Unlike a file's attributes, the end of a device tells its size too.
+    const off_t end = ::lseek(descriptor_.number(), 0, SEEK_END);
+    return end < 0 ? 0 : static_cast<std::uint64_t>(end);
   }
 
  private:

@@ -1,7 +1,9 @@
 #include "platform/linux/linux_workers.h"
 
+#include <sched.h>
 #include <signal.h>
 
+#include <algorithm>
 #include <condition_variable>
 #include <cstddef>
 #include <mutex>
@@ -109,6 +111,13 @@ std::shared_ptr<Worker> LinuxWorkers::start(std::shared_ptr<CancelMark> mark, st
 
 std::shared_ptr<Worker> LinuxWorkers::startHelper(std::function<void()> body) {
   return start(std::make_shared<CancelMark>(), std::move(body));
+}
+
+unsigned LinuxWorkers::processors() const {
+  cpu_set_t allowed;
+  CPU_ZERO(&allowed);
+  if (::sched_getaffinity(0, sizeof allowed, &allowed) != 0) return std::max(1U, std::thread::hardware_concurrency());
+  return static_cast<unsigned>(CPU_COUNT(&allowed));
 }
 
 void LinuxWorkers::joinAll() { roll_->joinAll(); }

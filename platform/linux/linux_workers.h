@@ -14,6 +14,7 @@ class LinuxWorkers final : public Workers {
   ~LinuxWorkers() override;
   std::shared_ptr<Worker> start(std::shared_ptr<CancelMark> mark, std::function<void()> body) override;
   std::shared_ptr<Worker> startHelper(std::function<void()> body) override;
+  [[nodiscard]] unsigned processors() const override;
   void joinAll() override;
 
  private:

@@ -28,13 +28,16 @@ struct MemoryFile {
   std::uint64_t badReadStart = std::numeric_limits<std::uint64_t>::max();
   std::uint64_t badReadEnd = 0;
   std::error_code readError;
+  /// Called on the reading thread before a read touches this range, and before it takes the file's lock.
+  std::function<void()> beforeBadRead;
   /// Writes come short at this offset with `writeError`.
   std::uint64_t badWriteFrom = std::numeric_limits<std::uint64_t>::max();
   std::error_code writeError;
   std::error_code reserveError = std::make_error_code(std::errc::operation_not_supported);
   std::error_code closeError;
 
-  std::uint64_t reads = 0;  ///< how often it was read
+  std::uint64_t reads = 0;        ///< how often it was read
+  std::uint64_t largestRead = 0;  ///< the most that one read asked for
   mutable std::mutex mutex;
 };
 

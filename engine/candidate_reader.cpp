@@ -1,0 +1,47 @@
+#include "engine/candidate_reader.h"
+
+namespace zelvo::engine {
+
+void CandidateReader::read(const Stretch& stretch, StretchContent& content) {
+  content.candidates.clear();
+  content.failures.clear();
+  for (std::uint32_t i = 0; i < stretch.blocks; ++i) {
+    const std::uint32_t block = stretch.firstBlock + i;
+    readBlock(block, content.candidates);
+    if (const ReadFailures failures = window_.takeFailures(); failures.count > 0) {
+      content.failures.push_back({block, failures});
+    }
+  }
+}
+
+void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& candidates) {
+  std::size_t positions = ScanWindow::kBlockSize;
+  std::size_t ownRead = ScanWindow::kBlockSize + ScanWindow::kReadAhead;
+  if (block == last_) {
+    // Deliberate: of the last block only `mod` bytes count, which is none when the size is a multiple of 1024.
+    if (mod_ == 0) return;
+    positions = mod_ < 4 ? 0 : mod_ - 3;
+    ownRead = mod_;
+  }
+  const std::span<const std::byte> bytes = window_.block(block, last_, ownRead);
+  finder_.find(bytes, positions, found_);
+  if (window_.isDense()) {
+    for (const std::uint16_t i : found_.positions()) window_.expectLookAheadOf(ScanWindow::startOf(block) + i);
+  }
+  std::size_t next = candidates.size();
+  candidates.resize(next + found_.positions().size());
+  for (const std::uint16_t i : found_.positions()) {
+    Candidate& candidate = candidates[next++];
+    candidate.block = block;
+    candidate.inBlock = i;
+    candidate.code = FourCC::at(bytes.subspan(i));
+    // Deliberate: these sums wrap at 32 bits, as block offsets do.
+    const std::uint32_t position = candidate.position();
+    candidate.size = window_.numberAt(position + 4);
+    if (candidate.sizeIsRefused()) continue;
+    candidate.lookAheadCount =
+        static_cast<std::uint8_t>(window_.readLookAhead(position + 8 + candidate.size, candidate.lookAhead));
+  }
+}
+
+}  // namespace zelvo::engine

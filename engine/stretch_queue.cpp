@@ -1,0 +1,80 @@
+#include "engine/stretch_queue.h"
+
+#include <algorithm>
+
+namespace zelvo::engine {
+
+namespace {
+
+/// Below this many stretches a second thread costs more than it brings.
+constexpr std::uint32_t kWorthHelping = 8;
+
+}  // namespace
+
+StretchQueue::StretchQueue(InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers)
+    : input_(input),
+      last_(last),
+      mod_(mod),
+      stretches_(last / Stretch::kBlocks + (last % Stretch::kBlocks != 0 ? 1 : 0)),
+      reader_(input, last, mod, true) {
+  if (stretches_ >= kWorthHelping && workers.processors() > 1) {
+    helper_ = workers.startHelper([this] { help(); });
+  }
+}
+
+StretchQueue::~StretchQueue() {
+  if (!helper_) return;
+  {
+    const std::lock_guard lock(mutex_);
+    ending_ = true;
+  }
+  changed_.notify_all();
+  helper_->join();
+}
+
+Stretch StretchQueue::stretch(std::uint32_t number) const {
+  const std::uint32_t before = number * Stretch::kBlocks;
+  return {before + 1, std::min(Stretch::kBlocks, last_ - before)};
+}
+
+bool StretchQueue::readOne(CandidateReader& reader, std::unique_lock<std::mutex>& lock) {
+  const std::uint32_t oldest = delivering_ ? nextToDeliver_ - 1 : nextToDeliver_;
+  if (ending_ || nextToTake_ == stretches_ || nextToTake_ - oldest >= kSlots) return false;
+  const std::uint32_t number = nextToTake_++;
+  Slot& slot = slots_[number % kSlots];
+  lock.unlock();
+  reader.read(stretch(number), slot.content);
+  lock.lock();
+  slot.ready = true;
+  changed_.notify_all();
+  return true;
+}
+
+void StretchQueue::help() {
+  // An input dense with candidates is read by the other thread alone: it keeps 10 MB of look-ahead, and two of these
+  // would push each other out of the processor's cache.
+  CandidateReader reader(input_, last_, mod_, false);
+  std::unique_lock lock(mutex_);
+  while (!ending_ && nextToTake_ < stretches_ && !reader.isDense()) {
+    if (!readOne(reader, lock)) changed_.wait(lock);
+  }
+}
+
+const StretchContent& StretchQueue::next() {
+  std::unique_lock lock(mutex_);
+  if (delivering_) {
+    slots_[(nextToDeliver_ - 1) % kSlots].ready = false;
+    delivering_ = false;
+    changed_.notify_all();
+  }
+  Slot& slot = slots_[nextToDeliver_ % kSlots];
+  while (!slot.ready) {
+    // The helper is at work on this one, or nobody is: read what is left to take rather than wait.
+    if (!readOne(reader_, lock)) changed_.wait(lock);
+  }
+  ++nextToDeliver_;
+  delivering_ = true;
+  return slot.content;
+}
+
+}  // namespace zelvo::engine

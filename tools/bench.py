@@ -1,0 +1,185 @@
+#!/usr/bin/env python3
+"""Measures what docs/performance.md claims, each figure beside its own yardstick in the same run.
+
+Usage: bench.py --programs DIR --release DIR [--work DIR] [--pairs N] [--size BYTES] [NAME...]
+
+Two commands are run in turn, A B A B, after one warm-up of each; a ratio is the median of the ratios pair by pair.
+Names: scan, scan2, literal, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress. Without any: all.
+"""
+import argparse
+import os
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+
+class Bench:
+    def __init__(self, options):
+        self.job = os.path.join(options.programs, "bench_job")
+        self.cli = os.path.join(options.release, "zelvo-avi")
+        self.pairs = options.pairs
+        self.size = options.size
+        self.work = options.work
+        self.inputs = {}
+
+    def input(self, kind, size=None):
+        size = size or self.size
+        path = os.path.join(self.work, f"{kind}-{size}.avi")
+        if path not in self.inputs:
+            if not os.path.exists(path):
+                subprocess.run([self.job, "make", kind, path, str(size)], check=True, stdout=subprocess.DEVNULL)
+            self.inputs[path] = True
+        return path
+
+    def output(self, name):
+        return os.path.join(self.work, name)
+
+    def once(self, command, fresh=None):
+        if fresh and os.path.exists(fresh):
+            os.remove(fresh)
+        start = time.perf_counter()
+        done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                              check=False)
+        spent = time.perf_counter() - start
+        if done.returncode != 0:
+            sys.exit(f"bench: {' '.join(command)} failed:\n{done.stderr.decode(errors='replace')}")
+        return spent, done.stdout.decode(errors="replace")
+
+    def pair(self, name, must, aim, ours, yardstick, ours_out=None, yardstick_out=None):
+        spent = []
+        for turn in range(self.pairs + 1):
+            ours_spent, _ = self.once(ours, ours_out)
+            if ours_out:
+                os.remove(ours_out)
+            yard_spent, _ = self.once(yardstick, yardstick_out)
+            if yardstick_out:
+                os.remove(yardstick_out)
+            if turn > 0:
+                spent.append((ours_spent, yard_spent))
+        ratio = statistics.median(a / b for a, b in spent)
+        least = min(a / b for a, b in spent)
+        print(f"{name:46} {ratio:7.3f}   lowest {least:.3f}   must {must}, aim {aim}   "
+              f"({statistics.median(a for a, _ in spent):.3f} s against "
+              f"{statistics.median(b for _, b in spent):.3f} s)", flush=True)
+
+    def figure(self, name, values, unit, must, aim):
+        print(f"{name:46} {statistics.median(values):7.3f} {unit}   lowest {min(values):.3f}   must {must}, aim {aim}",
+              flush=True)
+
+
+def pinned(command):
+    return ["taskset", "-c", "0"] + command
+
+
+def scan(b):
+    path = b.input("frames")
+    b.pair("scan, one processor, against cat", 1.5, 1.3, pinned([b.job, "scan", path]),
+           pinned(["sh", "-c", f"exec cat '{path}' >/dev/null"]))
+
+
+def scan2(b):
+    path = b.input("frames")
+    b.pair("scan, all processors, against cat", 1.5, 1.3, [b.job, "scan", path],
+           ["sh", "-c", f"exec cat '{path}' >/dev/null"])
+
+
+def literal(b):
+    path = b.input("frames", 200_000_000)
+    b.pair("scan against the literal transcription", "1/18 = 0.056", "1/22 = 0.045", pinned([b.job, "scan", path]),
+           pinned([b.job, "scan-literal", path]))
+
+
+def dense(b):
+    path = b.input("dense")
+    values = [b.once([b.job, "scan", path])[0] * 1e9 / os.path.getsize(path) for _ in range(b.pairs)]
+    b.figure("scan of a candidate every 8 bytes", values, "s/GB", 3, 1)
+
+
+def against_copy(b, name, kind, must, aim):
+    path = b.input(kind)
+    ours, copy = b.output("ours.avi"), b.output("copy.avi")
+    b.pair(name, must, aim, [b.job, "repair", path, ours], ["cp", path, copy], ours, copy)
+
+
+def cp(b):
+    against_copy(b, "repair against cp, frames of 10 to 100 KB", "frames", 0.90, 0.70)
+
+
+def cp_small(b):
+    against_copy(b, "repair against cp, chunks of about 1 KB", "small", 1.15, 0.90)
+
+
+def cli(b):
+    path = b.input("frames")
+    ours, copy = b.output("ours.avi"), b.output("copy.avi")
+    b.pair("zelvo-avi, on the disk, against cp and sync", "-", "-", [b.cli, "repair", path, "-o", ours, "--quiet"],
+           ["sh", "-c", f"cp '{path}' '{copy}' && sync -d '{copy}'"], ours, copy)
+
+
+def ffmpeg(b):
+    path = b.input("frames")
+    ours, copy = b.output("ours.avi"), b.output("copy.avi")
+    b.pair("repair against ffmpeg -c copy", 0.50, 0.25, [b.job, "repair", path, ours],
+           ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y", "-i", path, "-c", "copy", copy], ours, copy)
+
+
+def mencoder(b):
+    if not shutil.which("mencoder"):
+        print("repair against mencoder                        skipped: mencoder is not installed")
+        return
+    path = b.input("frames")
+    ours, copy = b.output("ours.avi"), b.output("copy.avi")
+    b.pair("repair against mencoder -forceidx", 0.33, 0.15, [b.job, "repair", path, ours],
+           ["mencoder", "-really-quiet", "-forceidx", "-oac", "copy", "-ovc", "copy", path, "-o", copy], ours, copy)
+
+
+def memory(b):
+    for name, kind, must, aim in (("peak memory, 1 GB input", "frames", 8, 5), ("peak memory, tables full", "full", 44, 38)):
+        path = b.input(kind)
+        ours = b.output("ours.avi")
+        values = [int(b.once([b.job, "repair", path, ours], ours)[1].split()[-1]) / 1024 for _ in range(3)]
+        b.figure(name, values, "MiB", must, aim)
+        values = []
+        for _ in range(3):
+            if os.path.exists(ours):
+                os.remove(ours)
+            done = subprocess.run(["time", "-f", "%M", b.cli, "repair", path, "-o", ours, "--quiet"],
+                                  stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, check=True)
+            values.append(int(done.stderr.split()[-1]) / 1024)
+        b.figure("  the same by zelvo-avi", values, "MiB", must, aim)
+        os.remove(ours)
+
+
+def progress(b):
+    values = [float(b.once([b.job, "progress", "5000000"])[1].split()[0]) for _ in range(b.pairs)]
+    b.figure("one step of the progress animation", values, "ns", 3, 1.2)
+
+
+BENCHES = {"scan": scan, "scan2": scan2, "literal": literal, "dense": dense, "cp": cp, "cp-small": cp_small, "cli": cli,
+           "ffmpeg": ffmpeg, "mencoder": mencoder, "memory": memory, "progress": progress}
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--programs", required=True, help="folder of bench_job")
+    parser.add_argument("--release", required=True, help="folder of zelvo-avi")
+    parser.add_argument("--work", help="folder for inputs and outputs (a new one, removed at the end)")
+    parser.add_argument("--pairs", type=int, default=7)
+    parser.add_argument("--size", type=int, default=1_000_000_000, help="bytes of the large inputs")
+    parser.add_argument("names", nargs="*", choices=[[], *BENCHES], metavar="NAME")
+    options = parser.parse_args()
+    own_folder = None if options.work else tempfile.mkdtemp(prefix="zelvo-bench-")
+    options.work = options.work or own_folder
+    try:
+        for name in options.names or BENCHES:
+            BENCHES[name](Bench(options))
+    finally:
+        if own_folder:
+            shutil.rmtree(own_folder)
+
+
+if __name__ == "__main__":
+    main()
