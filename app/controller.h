@@ -132,7 +132,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// The copy. Blocks the main thread; redraws go on.
   void saveFile();
   /// The progress of a save; ends early when `cancel` is set. Thread: a worker of its own.
-  void savemethod(const platform::CancelMark& cancel);
+  void savemethod(const std::shared_ptr<platform::CancelMark>& cancel);
   /// `stopSaving:`
   void stopSaving(platform::Button* sender);
   /// `stopSavingOk:`

@@ -105,7 +105,7 @@ void Orlin_Repair_AVIAppDelegate::setProgressBarValue(double percent) {
     outlets.repairbutton.setState(State::off);
     return;
   }
-  // A worker says this ten times per KiB of input, so the main thread is asked once for many.
+  // A worker says this ten times per KiB of input, so the main thread is asked once for many. // Decision 0066
   repairButtonOff_.request();
 }
 
@@ -121,7 +121,7 @@ void Orlin_Repair_AVIAppDelegate::updateSaveProgressBar2() { outlets.saveprogres
 void Orlin_Repair_AVIAppDelegate::updateProgressBarRetrieve(platform::Button*) {
   const std::uint64_t n = engine::inputfilesize / 1024;
   for (std::uint64_t i = engine::globalsectorforsample; i <= n; ++i) {
-    // An input below one KiB has no step to divide by.
+    // An input below one KiB has no step to divide by. // Decision 0070
     setProgressBarValue(n == 0 ? 0.0 : static_cast<double>(i) * 100.0 / static_cast<double>(n));
     outlets.progressbar.setDoubleValue(progressbarValue);
   }

@@ -84,6 +84,7 @@ void Orlin_Repair_AVIAppDelegate::abandonShownRun() {
   shownRun_.reset();
 }
 
+// Decision 0065
 void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const engine::WriteFailure& failure) {
   runGuard_.hideProgress();
   endAndHide(outlets.stoprepairwindow);
@@ -107,6 +108,7 @@ void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const
                                        .otherButton = std::nullopt});
 }
 
+// Decision 0064
 bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
   if (!shownRun_ || !shownRun_->atWork) return true;
   if (waiting_) return false;

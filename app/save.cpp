@@ -71,7 +71,7 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   logLine(services_.log, "Save path=%@", savepath);
   if (saveCancel_) saveCancel_->cancel();
   saveCancel_ = std::make_shared<platform::CancelMark>();
-  services_.workers.start(saveCancel_, [this, cancel = saveCancel_] { savemethod(*cancel); });
+  services_.workers.start(saveCancel_, [this, cancel = saveCancel_] { savemethod(cancel); });
   services_.mainQueue.performAndWait([this] { saveFile(); });
   outlets.durationfield.setIntegerValue(static_cast<std::int64_t>(oSize));
   outlets.main3.setEnabled(true);

@@ -22,14 +22,14 @@ constexpr double kWhole = 100.0;
 
 }  // namespace
 
-void Orlin_Repair_AVIAppDelegate::savemethod(const platform::CancelMark& cancel) {
+void Orlin_Repair_AVIAppDelegate::savemethod(const std::shared_ptr<platform::CancelMark>& cancel) {
   stopvalue = 0;
   const std::uint32_t steps = saveSteps();
   for (std::uint64_t step = 1; step <= steps; ++step) {
     const double percent = percentOf(step, steps);
     showSaveProgress(percent);
     setProgressBarValue(percent);
-    if (stopvalue != 0 || cancel.cancelled()) {
+    if (stopvalue != 0 || cancel->cancelled()) {
       logLine(services_.log, "Breaking");
       break;
     }
@@ -37,7 +37,10 @@ void Orlin_Repair_AVIAppDelegate::savemethod(const platform::CancelMark& cancel)
     if (percent < kWhole) continue;
     endAndHide(outlets.stopsavingwindow);
     endAndHide(outlets.saveprogresspanel);
-    if (stopvalue == 0) services_.sheets.beginSheet(outlets.savecompletedwindow, outlets.mainWindow);
+    if (stopvalue != 0) continue;
+    // Asked again when the sheet opens: a save that was stopped in between is not completed.
+    services_.sheets.beginSheet(outlets.savecompletedwindow, outlets.mainWindow,
+                                [cancel] { return !cancel->cancelled(); });
   }
 }
 
@@ -46,7 +49,7 @@ void Orlin_Repair_AVIAppDelegate::showSaveProgress(double percent) {
     outlets.saveprogressbar.setDoubleValue(percent);
     return;
   }
-  // A worker sets the bar millions of times, so the main thread is asked once for many.
+  // A worker sets the bar millions of times, so the main thread is asked once for many. // Decision 0066
   saveProgress_ = percent;
   saveProgressBar_.request();
 }

@@ -1,4 +1,4 @@
-/// What the controller needs of the update check. The controller declares it, since it is the one that asks.
+/// What the controller needs of the update check. The controller declares it, since it is the one that asks. // Decision 0069
 #pragma once
 
 #include "platform/elements.h"

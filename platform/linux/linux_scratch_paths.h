@@ -1,6 +1,6 @@
 /// Scratch pairs on Linux. The first choice is the shared folder, when it exists and this user may write it; otherwise,
 /// and for every further pair, a numbered folder of mode 0700 below the user's cache folder. A pair is held by a lock on
-/// its folder, which the kernel frees however the process ends.
+/// its folder, which the kernel frees however the process ends. // Decision 0061
 #pragma once
 
 #include <memory>

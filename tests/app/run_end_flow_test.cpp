@@ -73,6 +73,43 @@ TEST_F(Waiting, ASecondRequestWhileTheNoticeIsUpIsDropped) {
   });
 }
 
+TEST_F(Waiting, TheNoticeShowsRealProgressAndTheSaveGoesOnWhenTheFileIsWhole) {
+  app.start();
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+  double before = -1;
+  double after = -1;
+  app.waits.onWait = [&](const platform::WaitPanel& notice) {
+    before = notice.percent();
+    runWorkers();
+    after = notice.percent();
+    return notice.finished();
+  };
+  app.events.clear();
+
+  app.press(app.screen.savebutton);
+
+  EXPECT_EQ(before, 0.0);
+  EXPECT_EQ(after, 100.0);
+  EXPECT_EQ(app.takeEvents({"wait", "log: Save", "savePanel("}),
+            (Lines{"wait(Finishing the repaired file)", "wait finished", "log: Save", "savePanel()"}));
+}
+
+TEST_F(Waiting, AStopWhileTheNoticeIsUpEndsTheWaitWithoutASave) {
+  app.start();
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+  app.waits.onWait = [&](const platform::WaitPanel& notice) {
+    app.press(app.screen.stoprepairokbutton);
+    return notice.finished();
+  };
+  app.events.clear();
+
+  app.press(app.screen.savebutton);
+
+  EXPECT_TRUE(app.takeEvents({"log: Save"}).empty());
+}
+
 TEST_F(Waiting, AFinishedFileIsNotWaitedFor) {
   reachResultPage();
 
@@ -181,6 +218,26 @@ TEST_F(WriteError, AfterTheCompletionSheetItEndsThatSheetToo) {
 
   EXPECT_FALSE(app.isShown(app.screen.repaircompletedwindow));
   EXPECT_EQ(app.screen.tabview.page(), 1);
+}
+
+TEST_F(WriteError, MetWhileTheNoticeIsUpIsToldAfterIt) {
+  failWrites();
+  app.start();
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+  app.waits.onWait = [&](const platform::WaitPanel& notice) {
+    runWorkers();
+    return notice.finished();
+  };
+  app.events.clear();
+
+  app.press(app.screen.previewbutton);
+
+  const Lines events = app.takeEvents({"wait", "alert", "previewbutton", "log: path"});
+  ASSERT_EQ(events.size(), 4U);
+  EXPECT_EQ(events[1], "wait finished");
+  EXPECT_TRUE(events[2].starts_with("alert(\"The repaired file could not be written\""));
+  EXPECT_EQ(events[3], "previewbutton.setState(off)");
 }
 
 TEST_F(WriteError, OfAStoppedRunIsNotTold) {

@@ -1,0 +1,104 @@
+#include "app/run_guard.h"
+
+#include "tests/app/app_bench.h"
+
+namespace zelvo::tests {
+namespace {
+
+/// Keeps the values that come through.
+class KeptProgress final : public engine::ProgressRelay {
+ public:
+  void setProgressBarValue(double percent) override { values.push_back(percent); }
+  void updateProgressBar() override {}
+  void updateSaveProgressBar() override {}
+  void updateSaveProgressBar2() override {}
+  void setMovieView(const std::string& path) override { movies.push_back(path); }
+  std::vector<double> values;
+  Lines movies;
+};
+
+/// Keeps sheets until the test opens them.
+class KeptSheets final : public platform::Sheets {
+ public:
+  void beginSheet(platform::Window&, platform::Window&, std::function<bool()> stillWanted) override {
+    asked.push_back(std::move(stillWanted));
+  }
+  void endSheet(platform::Window&) override {}
+  std::vector<std::function<bool()>> asked;
+};
+
+class RunGuard : public testing::Test {
+ protected:
+  void askForSheet(std::function<bool()> wanted = {}) { guard.beginSheet(window, window, std::move(wanted)); }
+  platform::headless::HeadlessWindow window{"sheet", nullptr};
+  KeptProgress progress;
+  KeptSheets sheets;
+  app::RunGuard guard{progress, sheets};
+};
+
+TEST_F(RunGuard, ProgressOfTheShownRunPasses) {
+  guard.beginWork(guard.start());
+  guard.setProgressBarValue(5);
+  EXPECT_EQ(progress.values, std::vector<double>{5});
+}
+
+TEST_F(RunGuard, ProgressOfAHiddenRunIsDropped) {
+  guard.beginWork(guard.start());
+  guard.hideProgress();
+  guard.setProgressBarValue(5);
+  EXPECT_TRUE(progress.values.empty());
+}
+
+TEST_F(RunGuard, ProgressOfAnOlderRunIsDropped) {
+  guard.beginWork(guard.start());
+  guard.start();
+  guard.setProgressBarValue(5);
+  EXPECT_TRUE(progress.values.empty());
+}
+
+TEST_F(RunGuard, OutsideOfARunEverythingPasses) {
+  guard.beginWork(guard.start());
+  guard.endWork();
+  guard.hideProgress();
+  guard.setProgressBarValue(0);
+  EXPECT_EQ(progress.values, std::vector<double>{0});
+}
+
+TEST_F(RunGuard, TheFileOfAHiddenRunPassesButNotThatOfAnOlderOne) {
+  guard.beginWork(guard.start());
+  guard.hideProgress();
+  guard.setMovieView("/a.avi");
+  guard.start();
+  guard.setMovieView("/b.avi");
+  EXPECT_EQ(progress.movies, Lines{"/a.avi"});
+}
+
+TEST_F(RunGuard, ASheetOfAStoppedRunIsWanted) {
+  guard.beginWork(guard.start());
+  askForSheet();
+  guard.hideProgress();
+  EXPECT_TRUE(sheets.asked.at(0)());
+}
+
+TEST_F(RunGuard, ASheetIsDroppedOnceANewerRunWasStarted) {
+  guard.beginWork(guard.start());
+  askForSheet();
+  guard.start();
+  EXPECT_FALSE(sheets.asked.at(0)());
+}
+
+TEST_F(RunGuard, ASheetIsDroppedWhenTheProgramEnds) {
+  guard.beginWork(guard.start());
+  askForSheet();
+  guard.close();
+  EXPECT_FALSE(sheets.asked.at(0)());
+}
+
+TEST_F(RunGuard, WhatTheEngineAsksItselfStillCounts) {
+  guard.beginWork(guard.start());
+  askForSheet([] { return false; });
+  EXPECT_FALSE(sheets.asked.at(0)());
+}
+
+}  // namespace
+}  // namespace zelvo::tests
