@@ -17,7 +17,7 @@ struct FetchLimits {
   /// From the start to the last byte, redirects included; nothing for as long as it takes.
   std::optional<std::chrono::milliseconds> total = std::chrono::seconds(15);
   /// Bytes of the body once it is decompressed; nothing for as many as come.
-  std::optional<std::size_t> largest;
+  std::optional<std::size_t> largest = std::nullopt;
   /// A body that brings fewer bytes a second than this, over that many whole seconds, is given up. 0 for no such limit.
   std::uint32_t leastBytesPerSecond = 0;
   std::chrono::seconds leastOver{0};

@@ -94,7 +94,8 @@ bool isRunning(mnl_socket* socket, std::uint32_t interface) {
   link->ifi_index = static_cast<int>(interface);
   const Answer answer = ask(socket, request);
   if (answer.kind != Answer::Kind::message || answer.message()->nlmsg_type != RTM_NEWLINK) return true;
-  return (static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(answer.message()))->ifi_flags & IFF_RUNNING) != 0;
+  constexpr unsigned kRunning = IFF_RUNNING | IFF_LOWER_UP;
+  return (static_cast<const ifinfomsg*>(mnl_nlmsg_get_payload(answer.message()))->ifi_flags & kRunning) == kRunning;
 }
 
 class RouteReference final : public ReachabilityReference {

@@ -95,7 +95,6 @@ bool setUp(Fetch& fetch, const std::string& address, const FetchLimits& limits,
       .set(CURLOPT_TIMEOUT_MS, limits.total ? static_cast<long>(limits.total->count()) : 0L)
       .set(CURLOPT_LOW_SPEED_LIMIT, static_cast<long>(limits.leastBytesPerSecond))
       .set(CURLOPT_LOW_SPEED_TIME, static_cast<long>(limits.leastOver.count()));
-  if (limits.largest) options.set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(*limits.largest));
   if (authorities) options.set(CURLOPT_CAINFO, authorities->c_str()).set(CURLOPT_CAPATH, static_cast<char*>(nullptr));
   return options.work();
 }

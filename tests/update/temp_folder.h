@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <string>
 
 namespace zelvo::tests {
@@ -38,7 +39,9 @@ inline void writeFile(const std::filesystem::path& path, const std::string& cont
 
 [[nodiscard]] inline std::string readFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::ostringstream content;
+  content << file.rdbuf();
+  return content.str();
 }
 
 }  // namespace zelvo::tests
