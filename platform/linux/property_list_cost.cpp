@@ -22,7 +22,9 @@ constexpr std::uint64_t kPerObject = 64;
 struct Shape {
   std::uint64_t own = kPerObject;    ///< cost without what it refers to
   std::uint64_t references = 0;      ///< how many
+  std::uint64_t keys = 0;            ///< how many of them, the first ones, are keys of a dictionary
   std::uint64_t firstReference = 0;  ///< where they start
+  bool canBeKey = false;             ///< a text without a character zero
 };
 
 class BinaryList {
@@ -72,15 +74,16 @@ class BinaryList {
     }
     switch (mark >> 4U) {
       case 4:  // data
-      case 5:  // text of one byte a character
         return Shape{.own = kPerObject + count};
+      case 5:  // text of one byte a character
+        return Shape{.own = kPerObject + count, .canBeKey = !hasZero(at, count, 1)};
       case 6:  // text of two bytes a character, three at most once it is UTF-8
-        return Shape{.own = kPerObject + 3 * count};
+        return Shape{.own = kPerObject + 3 * count, .canBeKey = !hasZero(at, count, 2)};
       case 10:  // array
       case 12:  // set
         return Shape{.references = count, .firstReference = at};
       case 13:  // dictionary
-        return Shape{.references = 2 * count, .firstReference = at};
+        return Shape{.references = 2 * count, .keys = count, .firstReference = at};
       default:
         return Shape{};
     }
@@ -88,6 +91,14 @@ class BinaryList {
 
  private:
   explicit BinaryList(std::span<const std::byte> bytes) : bytes_(bytes) {}
+
+  /// Whether a text of `count` characters, or what of it lies in the list, has a character zero.
+  [[nodiscard]] bool hasZero(std::uint64_t at, std::uint64_t count, std::uint64_t width) const {
+    for (std::uint64_t character = 0; character < count; ++character) {
+      if (number(at + character * width, width) == std::uint64_t{0}) return true;
+    }
+    return false;
+  }
 
   [[nodiscard]] std::optional<std::uint64_t> number(std::uint64_t at, std::uint64_t width) const {
     if (at > bytes_.size() || width > bytes_.size() - at) return std::nullopt;
@@ -109,6 +120,7 @@ class BinaryList {
 /// What is known of an object.
 struct Known {
   bool entered = false;
+  bool canBeKey = false;
   std::uint64_t cost = 0;  ///< 0 while it is being found out: an object that is met then holds itself
   std::size_t height = 0;  ///< levels of it and below it
 };
@@ -135,7 +147,7 @@ bool isReadable(std::span<const std::byte> binaryList, std::size_t deepest, std:
   const auto enter = [&](std::size_t object) {
     const auto shape = list->shapeOf(object);
     if (!shape || path.size() > deepest) return false;
-    known[object] = {.entered = true, .height = 1};
+    known[object] = {.entered = true, .canBeKey = shape->canBeKey, .height = 1};
     path.push_back({object, *shape});
     return true;
   };
@@ -158,6 +170,7 @@ bool isReadable(std::span<const std::byte> binaryList, std::size_t deepest, std:
       continue;  // comes back to this reference once the object is known
     }
     if (below.cost == 0) return false;
+    if (step.next < step.shape.keys && !below.canBeKey) return false;
     ++step.next;
     step.shape.own += below.cost;
     here.height = std::max(here.height, below.height + 1);

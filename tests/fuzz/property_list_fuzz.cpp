@@ -1,5 +1,5 @@
 // The reader of property lists on the bytes of anybody: it answers a tree or nothing, in little time and memory. A tree
-// that it answers can be written as XML and read again, and then stays as it is.
+// that it answers can be written as XML and read again.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -15,13 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   // Written as XML it may be larger by far.
   constexpr std::size_t kLargestWritten = PropertyLists::kLargestFromOutside * PropertyLists::kLargestGrowth * 8;
   const std::string written = lists.format(*tree);
-  const auto again = lists.parse(std::as_bytes(std::span(written)), kLargestWritten);
-  if (!again) {
+  if (!lists.parse(std::as_bytes(std::span(written)), kLargestWritten)) {
     std::fprintf(stderr, "what was read cannot be read again once it is written:\n%s\n", written.c_str());
-    std::abort();
-  }
-  if (lists.format(*again) != written) {
-    std::fprintf(stderr, "what was written changes when it is read and written again:\n%s\n", written.c_str());
     std::abort();
   }
   return 0;

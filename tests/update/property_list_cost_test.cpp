@@ -94,6 +94,29 @@ TEST(PropertyListCost, LargestOwnListOfNothingButLevelsExhaustsNoStack) {
   EXPECT_FALSE(LinuxPropertyLists().parse(bytes(list), std::size_t{1024} * 1024).has_value());
 }
 
+TEST(PropertyListCost, KeyThatIsNoTextIsRefused) {
+  BinaryListBuilder list;
+  const std::size_t number = list.add("\x10\x05");
+  const std::size_t nothing = list.array({});
+  for (const std::size_t key : {number, nothing}) {
+    const std::size_t top = list.dictionary({key}, {number});
+    EXPECT_FALSE(parsed(list.build(top)).has_value());
+  }
+}
+
+TEST(PropertyListCost, KeyWithACharacterZeroIsRefusedAndATextWithOneIsNot) {
+  BinaryListBuilder list;
+  const std::size_t key = list.text("key");
+  const std::size_t narrow = list.text(std::string("a\0b", 3));
+  const std::size_t wide = list.add(std::string("\x62\0a\0\0", 5));
+  for (const std::size_t text : {narrow, wide}) {
+    const std::size_t asKey = list.dictionary({text}, {key});
+    const std::size_t asValue = list.dictionary({key}, {text});
+    EXPECT_FALSE(parsed(list.build(asKey)).has_value());
+    EXPECT_TRUE(parsed(list.build(asValue)).has_value());
+  }
+}
+
 TEST(PropertyListCost, ObjectsThatNothingLeadsToAreNotLookedAt) {
   BinaryListBuilder list;
   list.add("\x5F");  // a text whose length is missing
