@@ -1,5 +1,5 @@
 /// The application's controller: every action of the window, one source per flow (start_up, input_selection,
-/// run_control, run_end, preview, save, save_progress, navigation, hover, update, inventory). Longer than other headers,
+/// run_control, run_end, preview, save, save_progress, navigation, hover, update_check, inventory). Longer than other headers,
 /// since it is one class with the members of all flows. Percent is 0 to 100. Main thread, unless a member says otherwise.
 ///
 /// Order of use: construct, `init`, `awakeFromNib`, show the window, `applicationDidFinishLaunching`, serve events,
@@ -172,7 +172,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// `getTrackerIDFromDict:` 0 when the key is missing.
   [[nodiscard]] static std::int64_t getTrackerIDFromDict(const platform::TrackingDictionary& dictionary);
 
-  // ---- Update check (update.cpp) ----
+  // ---- Update check (update_check.cpp) ----
   [[nodiscard]] bool checkForUpdate();
   /// `checkForUpdateClicked:`
   void checkForUpdateClicked(platform::Button* sender);

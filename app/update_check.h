@@ -1,17 +1,10 @@
-/// What the controller needs of the update check. The controller declares it, since it is the one that asks. // Decision 0069
+/// What the controller needs of the update check: the operations that it passes on under its own names.
 #pragma once
 
-#include "platform/elements.h"
+#include "update/update_operations.h"
 
 namespace zelvo::app {
 
-/// Thread: main.
-class UpdateCheck {
- public:
-  virtual ~UpdateCheck() = default;
-  /// `checkForUpdateClicked:` asks for the published version and offers the update. `sender` is null at start-up, when
-  /// nothing but a newer version is told. Returns when all that is done.
-  virtual void checkForUpdateClicked(platform::Button* sender) = 0;
-};
+using UpdateCheck = update::UpdateOperations;
 
 }  // namespace zelvo::app

@@ -10,20 +10,24 @@
 
 namespace zelvo::platform {
 
-/// Thread: any whose stack has 8 MiB or more, since lists nest.
+/// Thread: any.
 class PropertyLists {
  public:
-  /// A list from outside (a published one, say) is read up to this size: no list of that size nests deep enough to
-  /// exhaust the stack of the thread that reads it.
+  /// A list from outside (a published one, say) is read up to this size.
   static constexpr std::size_t kLargestFromOutside = std::size_t{64} * 1024;
   /// Levels of arrays and dictionaries within each other; a list with more is refused.
   static constexpr std::size_t kDeepest = 256;
+
+  /// A binary list may use one object in many places. Written out, with 64 bytes for each object in each place, it may
+  /// take this many times the size up to which it is read.
+  static constexpr std::size_t kLargestGrowth = 32;
 
   virtual ~PropertyLists() = default;
 
   /// Reads a list in either form, told apart by its content; a byte order mark before XML is passed over.
   /// Of a key given twice the last value counts; whole numbers are 64-bit ones.
-  /// Failure: nothing when `bytes` are more than `largest`, are no list, or nest deeper than `kDeepest`.
+  /// Failure: nothing when `bytes` are more than `largest`, are no list, nest deeper than `kDeepest`,
+  /// or grow beyond `kLargestGrowth`.
   [[nodiscard]] virtual std::optional<PropertyValue> parse(std::span<const std::byte> bytes, std::size_t largest) = 0;
 
   /// The tree as an XML list. What XML cannot hold (control characters, bytes that are no UTF-8) becomes U+FFFD;

@@ -1,6 +1,7 @@
 #include "platform/linux/linux_property_lists.h"
 
 #include <plist/plist.h>
+#include <pthread.h>
 
 #include <algorithm>
 #include <array>
@@ -9,6 +10,8 @@
 #include <memory>
 #include <string_view>
 #include <type_traits>
+
+#include "platform/linux/property_list_cost.h"
 
 namespace zelvo::platform::linux_ {
 
@@ -172,6 +175,40 @@ plist_t nodeOf(const PropertyValue& tree) {
       tree.value);
 }
 
+/// One list to be read on a thread of its own.
+struct Reading {
+  std::span<const std::byte> bytes;
+  std::optional<PropertyValue> tree;
+};
+
+void* read(void* context) {
+  auto& reading = *static_cast<Reading*>(context);
+  plist_t parsed = nullptr;
+  plist_from_memory(reinterpret_cast<const char*>(reading.bytes.data()),
+                    static_cast<std::uint32_t>(reading.bytes.size()), &parsed);
+  const OwnedNode list(parsed);
+  if (list) reading.tree = treeOf(list.get(), PropertyLists::kDeepest);
+  return nullptr;
+}
+
+/// Reads with a stack that no nesting exhausts: the library's own functions call themselves for each level, with less
+/// than a hundred and sixty bytes each, and a level takes five bytes of a list or more. Nothing without a thread.
+std::optional<PropertyValue> readOnLargeStack(std::span<const std::byte> bytes) {
+  constexpr std::size_t kLeastStack = std::size_t{8} * 1024 * 1024;
+  constexpr std::size_t kStackPerByte = 64;
+  Reading reading{bytes, std::nullopt};
+  pthread_attr_t attributes;
+  pthread_t thread{};
+  if (::pthread_attr_init(&attributes) != 0) return std::nullopt;
+  const bool started =
+      ::pthread_attr_setstacksize(&attributes, std::max(kLeastStack, bytes.size() * kStackPerByte)) == 0 &&
+      ::pthread_create(&thread, &attributes, &read, &reading) == 0;
+  ::pthread_attr_destroy(&attributes);
+  if (!started) return std::nullopt;
+  ::pthread_join(thread, nullptr);
+  return std::move(reading.tree);
+}
+
 }  // namespace
 
 std::optional<PropertyValue> LinuxPropertyLists::parse(std::span<const std::byte> bytes, std::size_t largest) {
@@ -182,10 +219,9 @@ std::optional<PropertyValue> LinuxPropertyLists::parse(std::span<const std::byte
     bytes = bytes.subspan(kByteOrderMark.size());
   }
   if (bytes.empty()) return std::nullopt;
-  plist_t parsed = nullptr;
-  plist_from_memory(reinterpret_cast<const char*>(bytes.data()), static_cast<std::uint32_t>(bytes.size()), &parsed);
-  const OwnedNode list(parsed);
-  return list ? treeOf(list.get(), kDeepest) : std::nullopt;
+  // Decision 0082: what a small binary list would grow to is found out first.
+  if (isBinaryList(bytes) && !isReadable(bytes, kDeepest, std::uint64_t{kLargestGrowth} * largest)) return std::nullopt;
+  return readOnLargeStack(bytes);
 }
 
 std::string LinuxPropertyLists::format(const PropertyValue& tree) {

@@ -27,6 +27,22 @@ void RecordingUpdateCheck::checkForUpdateClicked(platform::Button* sender) {
   events_.add("checkForUpdateClicked(" + (button == nullptr ? "nobody" : button->name()) + ")");
 }
 
+void RecordingUpdateCheck::autoUpdateScan(const update::ScanGates& gates) {
+  noted("autoUpdateScan(" + std::string(gates.scanIsRunning ? "scanning" : "not scanning") + ", " +
+        (gates.scanInfoOrSavingNotProcessing ? "idle" : "busy") + ", " + std::to_string(gates.viewsOverlaidCount) +
+        ")");
+}
+
+std::optional<std::string> RecordingUpdateCheck::md5(std::optional<std::span<const std::byte>> data) {
+  noted("md5(" + (data ? std::to_string(data->size()) : "nothing") + ")");
+  return "digest";
+}
+
+std::optional<std::string> RecordingUpdateCheck::hashString(const std::string& text) {
+  noted("hashString(" + text + ")");
+  return "digest";
+}
+
 AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool keepsEvents)
     : screen(keepsEvents ? &events : nullptr),
       log(keepsEvents ? &events : nullptr),

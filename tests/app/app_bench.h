@@ -36,13 +36,28 @@ inline constexpr const char* kInput = "/films/broken.avi";
 inline constexpr const char* kScratch1 = "/Applications/testfile1.avi";
 inline constexpr const char* kScratch2 = "/Applications/testfile2.avi";
 
-/// Notes who asked.
+/// Notes what was asked, and of whom; answers yes and "digest".
 class RecordingUpdateCheck final : public app::UpdateCheck {
  public:
   explicit RecordingUpdateCheck(platform::headless::Events& events) : events_(events) {}
+  bool checkForUpdate() override { return noted("checkForUpdate"); }
+  bool isInternetAvailable() override { return noted("isInternetAvailable"); }
   void checkForUpdateClicked(platform::Button* sender) override;
+  void update() override { noted("update"); }
+  void autoUpdateScan(const update::ScanGates& gates) override;
+  void autoUpdateScanningThread() override { noted("autoUpdateScanningThread"); }
+  void copyUpdator() override { noted("copyUpdator"); }
+  void updateCleanupThread() override { noted("updateCleanupThread"); }
+  bool isWriteDeletablePath(const std::string& path) override { return noted("isWriteDeletablePath(" + path + ")"); }
+  std::optional<std::string> md5(std::optional<std::span<const std::byte>> data) override;
+  std::optional<std::string> hashString(const std::string& text) override;
 
  private:
+  bool noted(const std::string& line) {
+    events_.add(line);
+    return true;
+  }
+
   platform::headless::Events& events_;
 };
 
