@@ -1,6 +1,7 @@
 /// What the controller uses of the platform, by reference.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "app/update_check.h"
@@ -15,8 +16,10 @@
 #include "platform/notification_centre.h"
 #include "platform/panels.h"
 #include "platform/path_mapper.h"
+#include "platform/print_sink.h"
 #include "platform/scratch_paths.h"
 #include "platform/sheets.h"
+#include "platform/storage_view.h"
 #include "platform/tracking.h"
 #include "platform/workers.h"
 #include "platform/workspace.h"
@@ -44,7 +47,10 @@ struct AppServices {
   const platform::Bundle& bundle;
   const platform::PathMapper& paths;
   UpdateCheck& updateCheck;
-  std::string homeDirectory;  ///< the user's, without a slash at its end
+  /// Reads the machine's storage anew.
+  std::function<platform::StorageView()> lookAtStorage;
+  platform::PrintSink& printed;  ///< where the inventory's dumps and failures go: standard output
+  std::string homeDirectory;     ///< the user's, without a slash at its end
 };
 
 }  // namespace zelvo::app

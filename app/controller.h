@@ -14,7 +14,6 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "app/app_services.h"
@@ -28,11 +27,9 @@
 #include "platform/guarded.h"
 #include "platform/outlets.h"
 #include "platform/relaxed.h"
+#include "storage/entry.h"
 
 namespace zelvo::app {
-
-/// One disk, partition or volume of the inventory.
-using InventoryEntry = std::map<std::string, std::variant<std::int32_t, std::uint64_t, std::string>>;
 
 class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
                                           public platform::TrackingOwner,
@@ -190,8 +187,11 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   [[nodiscard]] std::optional<std::string> hashString(const std::string& text);
 
   // ---- Inventory (inventory.cpp) ----
+  /// Reads the machine's storage anew and fills both arrays.
   void initialDriveList();
+  /// Appends the mounted volumes to `finalArrayForVolumes`.
   void volumeList();
+  /// Tidies the texts of `responseFindMedia`.
   void truncateDriveModelNumber();
 
   // ---- Fields ----
@@ -216,8 +216,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   std::string savingNameFromUser;
   platform::Relaxed<std::int32_t> stopvalue;  ///< 1 once the user confirmed that the save be stopped
   bool scanInfoOrSavingNotProcessing = false;
-  std::vector<InventoryEntry> responseFindMedia;
-  std::vector<InventoryEntry> finalArrayForVolumes;
+  storage::Entries responseFindMedia;
+  storage::Entries finalArrayForVolumes;
 
   /// Mouse-inside marks. Deliberate: nothing sets them, so leaving one control resets the pictures of all.
   std::uint8_t inTrackArea1 = 0, inTrackArea2 = 0, inTrackArea3 = 0, inTrackArea4 = 0, inTrackArea5 = 0,

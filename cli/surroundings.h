@@ -2,29 +2,23 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 
 #include "cli/console.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
 #include "platform/main_queue.h"
-#include "platform/media_registry.h"
 #include "platform/movies.h"
 #include "platform/new_files.h"
 #include "platform/outlets.h"
 #include "platform/property_lists.h"
 #include "platform/relaxed.h"
 #include "platform/sheets.h"
-#include "platform/volume_source.h"
+#include "platform/storage_view.h"
 #include "platform/workers.h"
 
 namespace zelvo::cli {
 
-/// The machine's storage at one moment; the two agree with each other.
-struct StorageView {
-  std::shared_ptr<platform::MediaRegistry> media;
-  std::shared_ptr<platform::VolumeSource> volumes;
-};
+using platform::StorageView;
 
 struct Surroundings {
   platform::Files& files;

@@ -22,7 +22,7 @@ ARROWS = {
     "app/main.cpp": {"platform", "platform/linux", "platform/qt", "app"},
     "cli": {"platform", "engine", "storage"},
     "cli/main.cpp": {"platform", "platform/linux", "platform/headless", "engine", "storage", "cli"},
-    "tests/support": {"platform", "platform/headless", "engine"},
+    "tests/support": {"platform", "platform/linux", "platform/headless", "engine"},
     "tests/platform": {"platform", "platform/linux", "platform/headless", "platform/qt", "tests/support"},
     "tests/engine": {"platform", "platform/linux", "platform/headless", "engine", "tests/support"},
     "tests/storage": {"platform", "platform/linux", "platform/headless", "storage", "cli", "tests/support"},

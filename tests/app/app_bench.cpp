@@ -51,28 +51,34 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
       application(&events, screen.mainWindow) {
   engine::resetGlobals();
   app::resetGlobals();
-  controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(app::AppServices{.application = application,
-                                                                                   .files = recordingFiles,
-                                                                                   .fileManager = fileManager,
-                                                                                   .scratchPaths = scratchPaths,
-                                                                                   .workers = workers,
-                                                                                   .mainQueue = queue,
-                                                                                   .clock = clock,
-                                                                                   .log = log,
-                                                                                   .sheets = sheets,
-                                                                                   .panels = panels,
-                                                                                   .alertPanels = alerts,
-                                                                                   .waitPanels = waits,
-                                                                                   .movies = movies,
-                                                                                   .notifications = notifications,
-                                                                                   .tracking = tracking,
-                                                                                   .cursor = cursor,
-                                                                                   .workspace = workspace,
-                                                                                   .bundle = bundle,
-                                                                                   .paths = paths,
-                                                                                   .updateCheck = updateCheck,
-                                                                                   .homeDirectory = "/home/user"},
-                                                                  screen.controller, screen.job);
+  controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(
+      app::AppServices{.application = application,
+                       .files = recordingFiles,
+                       .fileManager = fileManager,
+                       .scratchPaths = scratchPaths,
+                       .workers = workers,
+                       .mainQueue = queue,
+                       .clock = clock,
+                       .log = log,
+                       .sheets = sheets,
+                       .panels = panels,
+                       .alertPanels = alerts,
+                       .waitPanels = waits,
+                       .movies = movies,
+                       .notifications = notifications,
+                       .tracking = tracking,
+                       .cursor = cursor,
+                       .workspace = workspace,
+                       .bundle = bundle,
+                       .paths = paths,
+                       .updateCheck = updateCheck,
+                       .lookAtStorage =
+                           [this] {
+                             return platform::StorageView{storage, storage};
+                           },
+                       .printed = printed,
+                       .homeDirectory = "/home/user"},
+      screen.controller, screen.job);
   app::wire(*controller, screen.job, actions, application);
 }
 

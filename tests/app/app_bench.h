@@ -25,8 +25,10 @@
 #include "platform/headless/tracking.h"
 #include "platform/headless/workers.h"
 #include "platform/headless/workspace.h"
+#include "platform/print_sink.h"
 #include "tests/app/recording_files.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 
@@ -58,6 +60,16 @@ class RecordingUpdateCheck final : public app::UpdateCheck {
     return true;
   }
 
+  platform::headless::Events& events_;
+};
+
+/// Prints into the list of events.
+class EventPrint final : public platform::PrintSink {
+ public:
+  explicit EventPrint(platform::headless::Events& events) : events_(events) {}
+  void print(std::string_view text) override { events_.add("print: " + std::string(text)); }
+
+ private:
   platform::headless::Events& events_;
 };
 
@@ -103,6 +115,9 @@ class AppBench {
   platform::headless::HeadlessActions actions;
   platform::PathMapper paths;
   RecordingUpdateCheck updateCheck{events};
+  /// What the inventory sees; a test may put another system there.
+  std::shared_ptr<RecordedSystem> storage = std::make_shared<RecordedSystem>(platform::PropertyDictionary{});
+  EventPrint printed{events};
   std::unique_ptr<app::Orlin_Repair_AVIAppDelegate> controller;
 };
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 namespace {

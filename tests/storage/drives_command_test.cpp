@@ -5,8 +5,8 @@
 
 #include <cerrno>
 
-#include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 namespace {

@@ -7,8 +7,8 @@
 #include "storage/drive_inventory.h"
 #include "storage/system_record.h"
 #include "tests/storage/mock_machine.h"
-#include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 namespace {

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 namespace {

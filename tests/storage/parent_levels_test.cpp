@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "storage/media_walk.h"
-#include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 namespace {

@@ -2,8 +2,8 @@
 
 #include "platform/linux/linux_print_sink.h"
 #include "storage/media_walk.h"
-#include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 namespace {

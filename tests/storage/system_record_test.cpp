@@ -6,8 +6,8 @@
 
 #include "platform/linux/linux_property_lists.h"
 #include "storage/drive_inventory.h"
-#include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
+#include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {
 namespace {

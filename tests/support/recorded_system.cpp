@@ -1,4 +1,4 @@
-#include "tests/storage/recorded_system.h"
+#include "tests/support/recorded_system.h"
 
 #include <cerrno>
 #include <fstream>
