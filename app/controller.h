@@ -253,6 +253,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// there now.
   [[nodiscard]] bool waitForRebuiltFile();
   [[nodiscard]] double writtenPercent() const;
+  /// Removes a rebuilt file. What stands there and is no regular file stays.
   void removeScratch(const std::string& scratch);
   /// Answers why the copy is not whole; nothing when it is.
   [[nodiscard]] std::optional<std::string> copyRebuiltFile(std::uint64_t size);
@@ -273,12 +274,12 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   platform::CoalescedOperation updateSaveProgressBar2_;
   platform::CoalescedOperation saveProgressBar_;
   std::optional<ShownRun> shownRun_;
-  std::shared_ptr<platform::Worker> lastWorker_;       ///< of the last run that was started
-  std::shared_ptr<platform::CancelMark> saveCancel_;   ///< of the last save that was started
-  std::set<std::string> scratchFiles_;                 ///< what runs were given to write
-  std::vector<std::weak_ptr<engine::Run>> runs_;       ///< every run that may still be at work
-  std::optional<engine::WriteFailure> untoldFailure_;  ///< met while the notice was up
-  bool waiting_ = false;                               ///< the notice is up
+  std::shared_ptr<platform::Worker> lastWorker_;           ///< of the last run that was started
+  std::shared_ptr<platform::CancelMark> saveCancel_;       ///< of the last save that was started
+  platform::Guarded<std::set<std::string>> scratchFiles_;  ///< what runs have written
+  std::vector<std::weak_ptr<engine::Run>> runs_;           ///< every run that may still be at work
+  std::optional<engine::WriteFailure> untoldFailure_;      ///< met while the notice was up
+  bool waiting_ = false;                                   ///< the notice is up
   bool terminated_ = false;
   int choosersAsked_ = 0;  ///< calls of `openFinderWindow` under way
 };

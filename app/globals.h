@@ -19,7 +19,8 @@ extern std::string savepath;
 extern std::uint64_t oSize;
 /// Read by the update check. Nothing sets it, so it stays false.
 extern bool scanIsRunning;
-/// Overlay whose count the update check reads. Nothing assigns it, so its count is 0. Borrowed.
+/// Overlay whose count (`controls::viewsOverlaidCountOf`) the update check reads. Nothing assigns it, so that is 0.
+/// Borrowed.
 extern controls::ViewTransparent* viewTransparentDummy;
 /// Key of a tracking area's user information.
 inline constexpr std::string_view kTrackerKey = "whichTracker";

@@ -13,9 +13,7 @@ using platform::logLine;
 void Orlin_Repair_AVIAppDelegate::main3(platform::Button*) {
   abandonShownRun();
   negvalue = negvalue == 0 ? 1 : 0;
-  if (const std::string scratch = engine::internalpath.get(); !scratch.empty()) {
-    static_cast<void>(services_.fileManager.remove(scratch));
-  }
+  removeScratch(engine::internalpath.get());
   outlets.tabview.selectFirstTabViewItem();
   forgetPath();
 }

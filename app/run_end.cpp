@@ -33,14 +33,16 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
   abandonShownRun();
   std::erase_if(runs_, [](const auto& one) { return one.expired(); });
   const std::shared_ptr<engine::Run> run = engine::RepairFile::newRun();
-  run->mayWrite = [this](std::uint64_t bytes) {
+  run->mayWrite = [this, scratch = run->internalpath](std::uint64_t bytes) {
     bytesToWrite_ = bytes;
+    std::set<std::string> written = scratchFiles_.get();  // one run at a time comes here
+    written.insert(scratch);
+    scratchFiles_.set(std::move(written));
     return true;
   };
   const std::uint64_t number = runGuard_.start();
   shownRun_ = ShownRun{number, run};
   runs_.push_back(run);
-  scratchFiles_.insert(run->internalpath);
   mythread = services_.workers.start(run->cancel, [this, number, run, before = lastWorker_] {
     if (before) before->join();
     workOn(number, run);
@@ -65,7 +67,9 @@ void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::R
   if (terminated_) return;
   if (!shownRun_ || shownRun_->number != number) {
     const bool isWrittenAgain = shownRun_ && shownRun_->run->internalpath == run.internalpath;
-    if (run.cancel->abandoned() && !isWrittenAgain) removeScratch(run.internalpath);
+    if (run.cancel->abandoned() && !isWrittenAgain && scratchFiles_.get().contains(run.internalpath)) {
+      removeScratch(run.internalpath);
+    }
     return;
   }
   shownRun_->atWork = false;

@@ -105,7 +105,7 @@ void Orlin_Repair_AVIAppDelegate::applicationWillTerminate() {
   if (saveCancel_) saveCancel_->cancel();
   services_.clock.endSleeps();
   services_.workers.joinAll();
-  for (const std::string& scratch : scratchFiles_) removeScratch(scratch);
+  for (const std::string& scratch : scratchFiles_.get()) removeScratch(scratch);
 }
 
 }  // namespace zelvo::app

@@ -22,6 +22,8 @@ std::string at(std::uint64_t offset) { return "at byte " + shownNumber(offset); 
 
 }  // namespace
 
+engine::ReadFailures IndexCheck::failures() const { return together(entries_.failures(), targets_.failures()); }
+
 std::uint64_t IndexCheck::number(std::uint64_t offset, std::size_t width) {
   const std::span<const std::byte> found = entries_.bytes(offset, width);
   std::uint64_t value = 0;

@@ -39,7 +39,8 @@ class IndexCheck {
   /// A super index or a standard index, as its bIndexType says.
   [[nodiscard]] IndexReport openDmlIndex(std::uint64_t payload, std::uint64_t size);
 
-  [[nodiscard]] const engine::ReadFailures& failures() const { return targets_.failures(); }
+  /// Reads that failed, of the entries and of what they point at.
+  [[nodiscard]] engine::ReadFailures failures() const;
 
  private:
   struct Judged {

@@ -67,7 +67,8 @@ class AviOutline {
   /// Whether the file begins as an AVI file does.
   [[nodiscard]] bool isAvi() const { return isAvi_; }
   [[nodiscard]] std::uint64_t problems() const { return problems_; }
-  [[nodiscard]] const engine::ReadFailures& failures() const { return view_.failures(); }
+  /// Reads that failed.
+  [[nodiscard]] engine::ReadFailures failures() const { return together(view_.failures(), indexes_.failures()); }
 
  private:
   struct OpenList {

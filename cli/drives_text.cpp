@@ -24,8 +24,15 @@ std::size_t characters(std::string_view text) {
 
 std::string orDash(const std::string& text) { return text.empty() ? "-" : shownText(text); }
 
+/// As `shownSize`, and "1.00 TB" where that would count thousands of GB.
+std::string shownDiskSize(std::uint64_t bytes) {
+  constexpr std::uint64_t kFirstOfTheTerabytes = 999'995'000'000;  // below it rounding stays below 1000.00 GB
+  if (bytes < kFirstOfTheTerabytes) return shownSize(bytes);
+  return fixedPoint(static_cast<double>(bytes) / 1e12, 2) + " TB";
+}
+
 std::string shownFree(const platform::FreeSpace& space) {
-  if (!space.error) return shownSize(space.bytes);
+  if (!space.error) return shownDiskSize(space.bytes);
   return space.error == std::errc::permission_denied ? "needs root" : "unknown";
 }
 
@@ -43,7 +50,7 @@ void addDrive(std::vector<Row>& rows, const DriveView& drive, bool belowItsDisk)
     row[model] = orDash(drive.model);
     row[serial] = orDash(drive.serial);
   }
-  row[size] = drive.size ? shownSize(*drive.size) : "-";
+  row[size] = drive.size ? shownDiskSize(*drive.size) : "-";
   for (const VolumeView& view : drive.volumes) {
     fillVolume(row, view);
     rows.push_back(std::move(row));
@@ -81,7 +88,7 @@ std::string treeVolume(const VolumeView& view) {
 
 std::string treeDrive(const DriveView& drive, bool disk) {
   std::string line = orDash(drive.device);
-  if (drive.size) line += "  " + shownSize(*drive.size);
+  if (drive.size) line += "  " + shownDiskSize(*drive.size);
   if (!disk) return line;
   for (const std::string& text : {drive.kind, drive.model}) {
     if (!text.empty() && text != "-") line += "  " + shownText(text);

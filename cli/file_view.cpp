@@ -36,4 +36,10 @@ std::optional<engine::FourCC> FileView::code(std::uint64_t offset) {
   return engine::FourCC::at(found);
 }
 
+engine::ReadFailures together(engine::ReadFailures one, const engine::ReadFailures& other) {
+  if (one.count == 0) return other;
+  one.count += other.count;
+  return one;
+}
+
 }  // namespace zelvo::cli

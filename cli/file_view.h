@@ -46,4 +46,7 @@ class FileView {
   engine::ReadFailures failures_;
 };
 
+/// The failures of both; the first is that of `one` when it has any.
+[[nodiscard]] engine::ReadFailures together(engine::ReadFailures one, const engine::ReadFailures& other);
+
 }  // namespace zelvo::cli

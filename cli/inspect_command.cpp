@@ -54,7 +54,7 @@ class InspectCommand final : public Command {
   }
 
   [[nodiscard]] static Exit exitOf(Surroundings& around, const ChosenInput& input, const AviOutline& outline) {
-    const engine::ReadFailures& failures = outline.failures();
+    const engine::ReadFailures failures = outline.failures();
     if (failures.count > 0) {
       around.console.error(shownText(input.path) + " cannot be read at byte " + shownNumber(failures.firstOffset) +
                            ": " + failures.firstCause.message() + ".");

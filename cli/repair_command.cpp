@@ -5,6 +5,7 @@
 // 3. On the main thread: judge the run, and give the file its final name.
 #include "cli/repair_command.h"
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -202,7 +203,16 @@ class RepairCommand final : public Command {
     Batch batch(around, inputs_.size(), json_);
     for (const std::string& input : inputs_) {
       if (!batch.goesOn()) break;
-      batch.tell(OneRepair(around, job, placeFor(input), into_.has_value()).run(input));
+      const OutputChoice place = placeFor(input);
+      if (isOurs(around.fileManager.attributes(place.path))) {
+        Outcome outcome = outcomeOf("repair", input);
+        outcome.reason = shownText(place.path) + " has just been written for another input of the same name.";
+        batch.tell(outcome);
+        continue;
+      }
+      const Outcome outcome = OneRepair(around, job, place, into_.has_value()).run(input);
+      if (outcome.outputPath) written_.push_back(around.fileManager.attributes(*outcome.outputPath));
+      batch.tell(outcome);
     }
     return batch.finish();
   }
@@ -214,6 +224,14 @@ class RepairCommand final : public Command {
     return {repairedPath(input, outputFolder_), force_, false};
   }
 
+  /// Whether this very command wrote the file: not even `--force` means that one input's result replaces another's.
+  [[nodiscard]] bool isOurs(const std::optional<platform::FileAttributes>& file) const {
+    return file && std::any_of(written_.begin(), written_.end(), [&](const auto& written) {
+             return written && written->device == file->device && written->identity == file->identity;
+           });
+  }
+
+  std::vector<std::optional<platform::FileAttributes>> written_;
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;

@@ -19,6 +19,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
   std::size_t ownRead = ScanWindow::kBlockSize + ScanWindow::kReadAhead;
   if (block == last_) {
     // Deliberate: of the last block only `mod` bytes count, which is none when the size is a multiple of 1024.
+    // Decision 0004
     if (mod_ == 0) return;
     positions = mod_ < 4 ? 0 : mod_ - 3;
     ownRead = mod_;
@@ -35,7 +36,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
     candidate.block = block;
     candidate.inBlock = i;
     candidate.code = FourCC::at(bytes.subspan(i));
-    // Deliberate: these sums wrap at 32 bits, as block offsets do.
+    // Deliberate: these sums wrap at 32 bits, as block offsets do. // Decision 0003
     const std::uint32_t position = candidate.position();
     candidate.size = window_.numberAt(position + 4);
     if (candidate.sizeIsRefused()) continue;

@@ -54,7 +54,7 @@ void RepairFile::constructRIFFList() {
     failure = writeRebuiltFile();
   }
   outputfile.reset();
-  if (failure) {
+  if (failure) {  // Decision 0013
     writeFailure.set(failure);
     logLine(services_.log, "Write failed at %llu: %@", failure->offset, failure->cause.message());
     run.cancel->cancel();
@@ -117,6 +117,7 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
     // Room that was not needed, or bytes that moved up after they were written.
     if (const std::error_code error = outputfile->truncate(end.position)) end.failure = {end.position, error};
   }
+  // Closed here, so that whoever is handed its path finds it complete. // Decision 0010
   const std::error_code closing = outputfile->close();
   if (closing && !end.failure) end.failure = {end.position, closing};
   return end.failure;

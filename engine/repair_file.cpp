@@ -17,6 +17,7 @@ using platform::logLine;
 
 namespace {
 
+/// Fresh pages stay untouched; only entry 0, where the sums start, is set. // Decision 0016
 std::unique_ptr<SampleTables> untouchedTables() {
   auto tables = std::make_unique_for_overwrite<SampleTables>();
   tables->videosamplesizearray[0] = 0;
@@ -71,7 +72,7 @@ void RepairFile::beginRun(std::shared_ptr<Run> run) {
 }
 
 void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
-  const std::lock_guard turn(turn_);
+  const std::lock_guard turn(turn_);  // Decision 0012
   if (run->cancel->cancelled()) return;
   beginRun(std::move(run));
   runStages();

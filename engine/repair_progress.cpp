@@ -55,7 +55,7 @@ void RepairFile::progressupdation(const Run& run) {
   }
   if (stopRequested(run)) return;
   endAndHide(outlets.stoprepairwindow);
-  // Asked again when the sheet opens: a run that was stopped in between is not completed.
+  // Asked again when the sheet opens: a run that was stopped in between is not completed. // Decision 0014
   services_.sheets.beginSheet(outlets.repaircompletedwindow, outlets.window,
                               [mark = run.cancel] { return !stopflag && !mark->cancelled(); });
 }

@@ -1,4 +1,5 @@
 /// A value too large for an atomic (a string, say) that two threads see: every look takes a copy under a private mutex.
+/// Decision 0011.
 #pragma once
 
 #include <mutex>

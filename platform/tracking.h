@@ -8,6 +8,7 @@
 #include <string>
 
 #include "platform/elements.h"
+#include "platform/geometry.h"
 
 namespace zelvo::platform {
 
@@ -34,11 +35,13 @@ class TrackingOwner {
   virtual void mouseExited(const TrackingEvent& event) = 0;
 };
 
-/// Covers the whole bounds of the control that it is attached to.
+/// Covers the whole bounds of the control that it is attached to: always so with kTrackingInVisibleRect, and as long as
+/// `rect` is empty.
 struct TrackingArea {
   std::uint32_t options = 0;
   TrackingOwner& owner;
   std::optional<TrackingDictionary> userInfo;
+  Rect rect = {};  ///< in the control's coordinates
 };
 
 /// Thread: main.

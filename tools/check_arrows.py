@@ -85,6 +85,8 @@ def broken_includes(root, path):
             if room is None:
                 yield f"{path}:{number}: this folder is in no room; name it in tools/check_arrows.py"
                 return
+            if ours is None and os.path.exists(os.path.join(root, system)):
+                ours = system  # angle brackets reach the rooms as well
             if ours is not None:
                 target = room_of(ours)
                 if target is None or not os.path.exists(os.path.join(root, ours)):

@@ -48,6 +48,7 @@ class HeadlessApplication final : public Application {
 
   /// As the window's close button: false when the window stays.
   bool closeMainWindow() {
+    if (sheetIsUp && sheetIsUp()) return false;
     if (delegate_ != nullptr && !delegate_->windowShouldClose()) return false;
     if (delegate_ != nullptr) delegate_->windowWillClose();
     mainWindow_.setVisible(false);
@@ -61,6 +62,7 @@ class HeadlessApplication final : public Application {
   [[nodiscard]] bool terminated() const { return terminated_; }
   [[nodiscard]] int redrawsDelivered() const { return redraws_; }
 
+  std::function<bool()> sheetIsUp;
   std::function<void()> onRun;
   std::function<void()> onDrain;
   std::function<void()> onDeliverRedraws;

@@ -18,8 +18,8 @@ void barrierInEveryThread() { ::syscall(SYS_membarrier, MEMBARRIER_CMD_PRIVATE_E
 
 }  // namespace
 
-LinuxMainQueue::LinuxMainQueue(std::chrono::milliseconds redrawInterval)
-    : redrawInterval_(redrawInterval), hasBarrier_(registerForBarrier()) {}
+LinuxMainQueue::LinuxMainQueue(std::chrono::milliseconds redrawInterval, Barrier barrier)
+    : redrawInterval_(redrawInterval), hasBarrier_(barrier == Barrier::whereThereIsOne && registerForBarrier()) {}
 
 LinuxMainQueue::~LinuxMainQueue() = default;
 

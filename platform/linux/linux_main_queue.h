@@ -15,8 +15,12 @@ namespace zelvo::platform::linux_ {
 /// Redraws run at most once per `redrawInterval`; the last one is never lost.
 class LinuxMainQueue final : public MainQueue {
  public:
+  /// Whether the process-wide barrier is used where the system has one.
+  enum class Barrier { whereThereIsOne, never };
+
   /// The calling thread becomes the main thread.
-  explicit LinuxMainQueue(std::chrono::milliseconds redrawInterval = std::chrono::milliseconds(16));
+  explicit LinuxMainQueue(std::chrono::milliseconds redrawInterval = std::chrono::milliseconds(16),
+                          Barrier barrier = Barrier::whereThereIsOne);
   ~LinuxMainQueue() override;
 
   [[nodiscard]] bool isMainThread() const override;
@@ -32,7 +36,7 @@ class LinuxMainQueue final : public MainQueue {
   /// Thread: main.
   void runDueRedraws();
 
-  /// False where the system has no process-wide barrier: redraw requests are then taken one by one, under the lock.
+  /// False without a process-wide barrier: redraw requests are then taken one by one, under the lock.
   [[nodiscard]] bool coalesces() const { return hasBarrier_; }
 
  private:

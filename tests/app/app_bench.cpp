@@ -1,6 +1,8 @@
 #include "tests/app/app_bench.h"
 
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "tests/support/avi_builder.h"
 
@@ -50,7 +52,7 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
   engine::resetGlobals();
   app::resetGlobals();
   controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(app::AppServices{.application = application,
-                                                                                   .files = files,
+                                                                                   .files = recordingFiles,
                                                                                    .fileManager = fileManager,
                                                                                    .scratchPaths = scratchPaths,
                                                                                    .workers = workers,

@@ -83,6 +83,7 @@ class AppBench {
 
   platform::headless::Events events;
   MemoryFiles files;
+  RecordingFiles recordingFiles{files, events};
   RecordingFileManager fileManager{files, events};
   platform::headless::Screen screen;
   platform::headless::HeadlessLog log;

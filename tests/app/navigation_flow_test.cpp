@@ -43,6 +43,16 @@ TEST_F(Home, TheNextRunUsesTheOtherScratchPath) {
   EXPECT_TRUE(app.files.has(kScratch2));
 }
 
+TEST_F(Home, AFolderThatCameToStandAtTheScratchPathStays) {
+  reachResultPage();
+  ASSERT_FALSE(app.fileManager.createFolder(kScratch1));
+  app.events.clear();
+
+  app.press(app.screen.main3);
+
+  EXPECT_TRUE(app.takeEvents({"remove"}).empty());
+}
+
 TEST_F(Home, OnPagesOneAndTwoItIsAMarkWithoutAction) {
   EXPECT_FALSE(app.actions.isConnected(app.screen.main1));
   EXPECT_FALSE(app.actions.isConnected(app.screen.main2));

@@ -10,6 +10,48 @@
 
 namespace zelvo::tests {
 
+/// Opens files in memory, and notes when one is flushed to its medium. Thread: any.
+class RecordingFiles final : public platform::Files {
+ public:
+  RecordingFiles(MemoryFiles& files, platform::headless::Events& events) : files_(files), events_(events) {}
+  /// What every flush answers.
+  std::error_code flushError;
+
+  platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override {
+    return files_.openForReading(path);
+  }
+  platform::Opened<platform::WritableFile> openForWriting(const std::string& path) override {
+    auto opened = files_.openForWriting(path);
+    if (opened.file) opened.file = std::make_unique<File>(std::move(opened.file), path, *this);
+    return opened;
+  }
+
+ private:
+  class File final : public platform::WritableFile {
+   public:
+    File(std::unique_ptr<platform::WritableFile> file, std::string path, RecordingFiles& files)
+        : file_(std::move(file)), path_(std::move(path)), files_(files) {}
+    platform::IoResult writeAt(std::uint64_t offset, std::span<const std::byte> from) override {
+      return file_->writeAt(offset, from);
+    }
+    std::error_code reserve(std::uint64_t size) override { return file_->reserve(size); }
+    std::error_code truncate(std::uint64_t size) override { return file_->truncate(size); }
+    std::error_code flush() override {
+      files_.events_.add("flush(" + path_ + ")");
+      return files_.flushError;
+    }
+    std::error_code close() override { return file_->close(); }
+
+   private:
+    std::unique_ptr<platform::WritableFile> file_;
+    std::string path_;
+    RecordingFiles& files_;
+  };
+
+  MemoryFiles& files_;
+  platform::headless::Events& events_;
+};
+
 /// Thread: any, once `links` and `refusedFolders` are set.
 class RecordingFileManager final : public platform::FileManager {
  public:

@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <utility>
+
 #include "tests/app/app_bench.h"
 
 namespace zelvo::tests {
@@ -40,7 +43,7 @@ class WriteError : public Writing {
 
 TEST_F(Waiting, ASaveAskedForTooEarlyWaitsBeforeItsFirstStep) {
   repairWith([this] {
-    app.waits.onWait = [this](const platform::WaitPanel& notice) {
+    app.waits.onWait = [](const platform::WaitPanel& notice) {
       EXPECT_EQ(notice.title, "Finishing the repaired file");
       EXPECT_EQ(notice.cancelButton, "Cancel");
       EXPECT_FALSE(notice.finished());

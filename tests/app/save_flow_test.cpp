@@ -71,15 +71,16 @@ TEST_F(Save, TheCopyIsMadeInTheGivenOrder) {
 
   app.panels.lastSavePanel()->choose(kFolder);
 
-  EXPECT_EQ(app.takeEvents(),
-            (Lines{"savePanel.endSheet()", "savePanel.orderOut()", "createFolder(/home/user/Repaired)",
-                   "log: SIZE=5000000", "log: Save path=/home/user/Repaired", "log: SIZE=5000000",
-                   "log: Save path=/home/user/Repaired", "beginSheet(saveprogresspanel, mainWindow)",
-                   "log: Repaired file size=100000", "createFile(/home/user/Repaired/repaired.avi)",
-                   "savecompletedtext.setStringValue(The repaired file was saved as "
-                   "/home/user/Repaired/repaired.avi.)",
-                   "durationfield.setIntegerValue(0)", "main3.setEnabled(yes)", "help3.setEnabled(yes)",
-                   "previewbutton.setEnabled(yes)"}));
+  EXPECT_EQ(
+      app.takeEvents(),
+      (Lines{"savePanel.endSheet()", "savePanel.orderOut()", "createFolder(/home/user/Repaired)", "log: SIZE=5000000",
+             "log: Save path=/home/user/Repaired", "log: SIZE=5000000", "log: Save path=/home/user/Repaired",
+             "beginSheet(saveprogresspanel, mainWindow)", "log: Repaired file size=100000",
+             "createFile(/home/user/Repaired/repaired.avi)", "flush(/home/user/Repaired/repaired.avi)",
+             "savecompletedtext.setStringValue(The repaired file was saved as "
+             "/home/user/Repaired/repaired.avi.)",
+             "durationfield.setIntegerValue(0)", "main3.setEnabled(yes)", "help3.setEnabled(yes)",
+             "previewbutton.setEnabled(yes)"}));
   EXPECT_EQ(app::savepath, kFolder);
   EXPECT_EQ(app.controller->savingNameFromUser, kSaved);
   EXPECT_EQ(app.controller->outputFileManager, &app.fileManager);
@@ -213,6 +214,16 @@ TEST_F(Save, AFailureOnClosingIsTold) {
   arrive(65536);
   app.files.put(kSaved, {});
   app.files.at(kSaved).closeError = std::make_error_code(std::errc::io_error);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.screen.savecompletedtext.stringValue(),
+            "The copy is incomplete: Input/output error. Please save again, to another place.");
+}
+
+TEST_F(Save, AFailureOfTheMediumIsTold) {
+  arrive(65536);
+  app.recordingFiles.flushError = std::make_error_code(std::errc::io_error);
 
   saveAs(kFolder);
 

@@ -216,5 +216,31 @@ TEST_F(Quit, AFileAtTheScratchPathThatNoRunWroteStays) {
   EXPECT_TRUE(app.files.has(kScratch1));
 }
 
+TEST_F(Quit, AFileAtTheScratchPathOfARunThatWroteNothingStays) {
+  app.files.put(kScratch1, platform::Bytes(10));
+  app.start();
+  app.choose(platform::Bytes(600000));
+  repairWhole();
+  ASSERT_TRUE(app.isShown(app.screen.invalidfilewindow));
+
+  app.controller->applicationWillTerminate();
+
+  EXPECT_EQ(app.files.content(kScratch1), platform::Bytes(10));
+}
+
+TEST_F(Quit, WhileASheetIsUpTheWindowStaysAndNothingIsAsked) {
+  app.start();
+  app.application.sheetIsUp = [this] { return !app.sheets.shown().empty(); };
+  app.press(app.screen.repairbutton);
+  ASSERT_TRUE(app.isShown(app.screen.filenotselectedwindow));
+
+  EXPECT_FALSE(app.application.closeMainWindow());
+
+  EXPECT_TRUE(app.alerts.shown().empty());
+  app.press(app.screen.filenotselectedokbutton);
+  EXPECT_FALSE(app.application.closeMainWindow());
+  EXPECT_EQ(app.alerts.shown().size(), 1U);
+}
+
 }  // namespace
 }  // namespace zelvo::tests

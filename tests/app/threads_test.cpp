@@ -190,6 +190,20 @@ TEST_F(Threads, ASaveStoppedAtARandomMomentShowsNoCompletion) {
   serveUntil([this] { return app.isShown(app.screen.savecompletedwindow); });
 }
 
+TEST_F(Threads, AQuitDuringTheProgressOfASaveEndsIt) {
+  choose();
+  start();
+  finishRun();
+  engine::inputfilesize = std::uint64_t{400} * 1000 * 1000;  // four million steps
+  app.press(app.screen.savebutton);
+  app.panels.lastSavePanel()->choose("/home/user/Repaired");
+
+  quit();
+
+  EXPECT_FALSE(app.isShown(app.screen.savecompletedwindow));
+  EXPECT_FALSE(app.files.has(kScratch1));
+}
+
 /// A quit in the middle of each stage: the status line or the files say how far the run is.
 class ThreadsQuit : public testing::TestWithParam<std::string> {};
 

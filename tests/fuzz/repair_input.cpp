@@ -69,8 +69,10 @@ platform::Bytes encodeRepairInput(const RepairInput& from) {
                                                   low8(badStart >> 8U),
                                                   low8(badLength),
                                                   low8(std::min<std::uint64_t>(behind, 255))};
-  platform::Bytes bytes(kSettings + input.bytes.size());
-  std::copy(input.bytes.begin(), input.bytes.end(), std::copy(settings.begin(), settings.end(), bytes.begin()));
+  platform::Bytes bytes;
+  bytes.reserve(kSettings + input.bytes.size());
+  for (const std::byte byte : settings) bytes.push_back(byte);
+  for (const std::byte byte : input.bytes) bytes.push_back(byte);
   return bytes;
 }
 

@@ -112,6 +112,15 @@ TEST(DrivesTable, WideNamesKeepTheColumnsInLine) {
   EXPECT_THAT(answer.result, HasSubstr("1 byte  \xC3\xA4\xC3\xB6\xC3\xBC     /m/"));
 }
 
+TEST(DrivesTable, LargeDisksAreShownInTerabytes) {
+  const auto sized = [](std::uint64_t size) {
+    return drives(machine({node({{"BSD Name", "disk0"}, {"Size", size}}, "/dev/sda")})).result;
+  };
+  EXPECT_THAT(sized(999'994'999'999), HasSubstr("999.99 GB\n"));
+  EXPECT_THAT(sized(999'995'000'000), HasSubstr("1.00 TB\n"));
+  EXPECT_THAT(sized(16'000'900'661'248), HasSubstr("16.00 TB\n"));
+}
+
 TEST(DrivesTree, ShowsDisksOverPartitionsOverVolumes) {
   const DrivesAnswer answer = drives(recordedTree("desk.plist"), {.tree = true});
   EXPECT_EQ(answer.result,

@@ -1,18 +1,12 @@
-// The provider of this system, on pieces of hardware that umockdev pretends to have (see make_devices.py). The program is
-// started with umockdev's library before all others.
 #include "platform/linux/linux_storage.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <umockdev.h>
-
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include "platform/linux/linux_property_lists.h"
 #include "storage/drive_inventory.h"
 #include "storage/system_record.h"
+#include "tests/storage/mock_machine.h"
 #include "tests/storage/recorded_system.h"
 #include "tests/storage/trees.h"
 
@@ -20,88 +14,10 @@ namespace zelvo::tests {
 namespace {
 
 using platform::linux_::LinuxStorageSnapshot;
-using storage::Entries;
 using storage::Entry;
 using ::testing::ElementsAre;
-using ::testing::UnorderedElementsAre;
 
-class LinuxStorage : public ::testing::Test {
- protected:
-  LinuxStorage() : testbed_(umockdev_testbed_new()) {
-    // Asked after the first testbed: before it the answer is no. Without the pretended system the tests would look at
-    // the real one, so that is a failure.
-    if (!umockdev_in_mock_environment()) throw std::runtime_error("start this program through umockdev");
-    std::string pattern = (std::filesystem::temp_directory_path() / "zelvo-storage-XXXXXX").string();
-    if (!::mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
-    folder_ = pattern;
-    places_.mountTable = (folder_ / "mountinfo").string();
-    places_.volumesFolder = (folder_ / "Volumes").string();
-    mount({});
-  }
-  ~LinuxStorage() override {
-    g_object_unref(testbed_);
-    std::filesystem::remove_all(folder_);
-  }
-
-  void plug(const std::string& hardware) {
-    std::ifstream file(std::string(ZELVO_MOCK_DEVICES) + "/" + hardware + ".umockdev");
-    std::ostringstream text;
-    text << file.rdbuf();
-    GError* error = nullptr;
-    ASSERT_TRUE(umockdev_testbed_add_from_string(testbed_, text.str().c_str(), &error)) << error->message;
-  }
-
-  /// Lines of a mount table without their first two numbers: "179:0 / /mnt/card rw - ext4 /dev/mmcblk0 rw".
-  void mount(const std::vector<std::string>& lines) {
-    std::ofstream file(places_.mountTable);
-    file << "20 1 0:5 / /proc rw - proc proc rw\n";
-    int number = 30;
-    for (const std::string& line : lines) file << number++ << " 1 " << line << "\n";
-  }
-
-  [[nodiscard]] LinuxStorageSnapshot snapshot() const { return LinuxStorageSnapshot(places_); }
-
-  struct Arrays {
-    Entries media;
-    Entries volumes;
-    /// The device (or the volume) of that name; empty when there is none.
-    [[nodiscard]] Entry at(const std::string& bsdName, bool volume = false) const {
-      for (const Entry& entry : media) {
-        const std::string* path = entry.text("device path");
-        if (path && *path == "/dev/r" + bsdName && entry.contains("WhetherVolume") == volume) return entry;
-      }
-      return {};
-    }
-  };
-
-  [[nodiscard]] Arrays inventory() const {
-    LinuxStorageSnapshot system = snapshot();
-    Arrays arrays;
-    platform::NoPrintSink nowhere;
-    storage::initialDriveList(system, system, arrays.media, arrays.volumes, nowhere);
-    return arrays;
-  }
-
-  /// "disk0=/dev/sda" for each medium, writable or not.
-  [[nodiscard]] std::vector<std::string> names() const {
-    LinuxStorageSnapshot system = snapshot();
-    std::unique_ptr<platform::RegistryIterator> media;
-    const auto all = system.serviceMatching("IOMedia");
-    EXPECT_EQ(system.matchingServices(&*all, media), 0U);
-    std::vector<std::string> found;
-    while (const auto medium = media->next()) {
-      const std::string name = *medium->properties().text("BSD Name");
-      found.push_back(name + "=" + system.nativeNode(name).value_or("?"));
-    }
-    return found;
-  }
-
-  [[nodiscard]] std::string devicePath(const std::string& end) const { return "/sys/devices/" + end; }
-
-  UMockdevTestbed* testbed_;
-  std::filesystem::path folder_;
-  platform::linux_::StoragePlaces places_;
-};
+using LinuxStorage = MockMachine;
 
 TEST_F(LinuxStorage, WholeDisksAreNumberedInTheOrderInWhichTheyCame) {
   plug("stick");
@@ -407,100 +323,6 @@ TEST_F(LinuxStorage, WithoutADictionaryTheSearchIsABadArgument) {
   std::unique_ptr<platform::RegistryIterator> media;
   EXPECT_EQ(system.matchingServices(nullptr, media), 0xe00002c2U);
   EXPECT_EQ(media, nullptr);
-}
-
-// --- which mounts are volumes ---------------------------------------------------------------------------------------
-
-class LinuxVolumes : public LinuxStorage {
- protected:
-  /// "MOUNT POINT from NAME" for each volume.
-  [[nodiscard]] std::vector<std::string> volumes() const {
-    LinuxStorageSnapshot system = snapshot();
-    std::vector<std::string> found;
-    for (const std::string& path : system.mountedLocalVolumePaths()) {
-      found.push_back(path + " from " + system.mountedFromName(path).name);
-    }
-    return found;
-  }
-};
-
-TEST_F(LinuxVolumes, MemoryNetworkAndViewsAreNone) {
-  plug("sata");
-  mount({"0:30 / /tmp rw - tmpfs tmpfs rw", "0:31 / /srv rw - nfs4 host:/export rw",
-         "0:32 / /mnt/smb rw - cifs //host/share rw", "0:33 / /overlay rw - overlay overlay rw",
-         "0:34 / /home/u/ssh rw - fuse.sshfs u@host: rw", "0:35 / /home/u/cloud rw - fuse.rclone cloud: rw",
-         "0:36 / /ceph rw - ceph 1.2.3.4:/ rw", "8:2 / / rw - ext4 /dev/sda2 rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/ from /dev/disk0s2"));
-}
-
-TEST_F(LinuxVolumes, FileSystemInUserSpaceOnABlockDeviceIsOne) {
-  plug("stick");
-  mount({"8:17 / /media/ntfs rw - fuseblk /dev/sdb1 rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/media/ntfs from /dev/disk0s1"));
-}
-
-TEST_F(LinuxVolumes, BtrfsIsFoundByItsSourceAndItsSubVolumesCount) {
-  plug("sata");
-  mount({"0:40 /@ / rw - btrfs /dev/sda2 rw", "0:40 /@home /home rw - btrfs /dev/sda2 rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/ from /dev/disk0s2", "/home from /dev/disk0s2"));
-}
-
-TEST_F(LinuxVolumes, SourceIsFoundByALinkToItsNode) {
-  plug("mapper");
-  mount({"0:41 / /data rw - btrfs /dev/mapper/vault rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/data from /dev/disk0"));
-}
-
-TEST_F(LinuxVolumes, PoolKeepsItsOwnName) {
-  mount({"0:42 / /tank rw - zfs tank/data rw", "0:43 / /cache rw - bcachefs /dev/nowhere1:/dev/nowhere2 rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/tank from tank/data", "/cache from /dev/nowhere1:/dev/nowhere2"));
-}
-
-TEST_F(LinuxVolumes, BindMountOfASubTreeIsNone) {
-  plug("sata");
-  mount({"8:2 / / rw - ext4 /dev/sda2 rw", "8:2 /var/lib/x /srv/x rw - ext4 /dev/sda2 rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/ from /dev/disk0s2"));
-}
-
-TEST_F(LinuxVolumes, LastMountOnATargetWins) {
-  plug("sata");
-  plug("stick");
-  mount({"8:2 / /mnt rw - ext4 /dev/sda2 rw", "8:17 / /mnt rw - vfat /dev/sdb1 rw",
-         "8:3 / /hidden rw - hfsplus /dev/sda3 rw", "0:50 / /hidden rw - tmpfs tmpfs rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/mnt from /dev/disk1s1"));
-}
-
-TEST_F(LinuxVolumes, OctalEscapesAreDecoded) {
-  plug("stick");
-  mount({"8:17 / /media/a\\040b\\134c\\011d rw - vfat /dev/sdb1 rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/media/a b\\c\td from /dev/disk0s1"));
-}
-
-TEST_F(LinuxVolumes, BlockDeviceThatIsNoMediumKeepsItsSource) {
-  mount({"8:99 / /gone rw - ext4 /dev/sdq3 rw"});
-  EXPECT_THAT(volumes(), ElementsAre("/gone from /dev/sdq3"));
-}
-
-TEST_F(LinuxVolumes, MountPointThatIsNotInTheTableIsAnError) {
-  LinuxStorageSnapshot system = snapshot();
-  EXPECT_EQ(system.mountedFromName("/nowhere").error, std::errc::no_such_file_or_directory);
-}
-
-TEST_F(LinuxVolumes, MissingMountTableIsAnError) {
-  places_.mountTable = (folder_ / "none").string();
-  LinuxStorageSnapshot system = snapshot();
-  EXPECT_EQ(system.mountTableError(), std::errc::no_such_file_or_directory);
-  EXPECT_TRUE(system.mountedLocalVolumePaths().empty());
-}
-
-TEST_F(LinuxVolumes, FreeSpaceOfAMountPointThatIsGoneIsAnError) {
-  EXPECT_EQ(snapshot().freeSpace((folder_ / "none").string()).error, std::errc::no_such_file_or_directory);
-}
-
-TEST_F(LinuxVolumes, FreeSpaceIsThatOfTheFileSystem) {
-  const auto space = snapshot().freeSpace(folder_.string());
-  EXPECT_FALSE(space.error);
-  EXPECT_LE(space.bytes, std::filesystem::space(folder_).capacity);
 }
 
 }  // namespace

@@ -25,6 +25,7 @@ class MemoryReadableFile final : public platform::ReadableFile {
   explicit MemoryReadableFile(std::shared_ptr<MemoryFile> file) : file_(std::move(file)) {}
 
   IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    if (file_->onRead) file_->onRead(offset, into.size());
     const bool bad = offset < file_->badReadEnd && offset + into.size() > file_->badReadStart;
     if (bad && file_->beforeBadRead) file_->beforeBadRead();
     const std::lock_guard lock(file_->mutex);
@@ -57,6 +58,7 @@ class MemoryWritableFile final : public platform::WritableFile {
   explicit MemoryWritableFile(std::shared_ptr<MemoryFile> file) : file_(std::move(file)) {}
 
   IoResult writeAt(std::uint64_t offset, std::span<const std::byte> from) override {
+    if (file_->onWrite) file_->onWrite(offset, from.size());
     const std::lock_guard lock(file_->mutex);
     IoResult result{from.size(), {}};
     if (offset + from.size() > file_->badWriteFrom) {

@@ -38,6 +38,10 @@ struct MemoryFile {
 
   std::uint64_t reads = 0;        ///< how often it was read
   std::uint64_t largestRead = 0;  ///< the most that one read asked for
+  /// Told of every read before it is done: offset and size.
+  std::function<void(std::uint64_t, std::size_t)> onRead;
+  /// Told of every write before it is done: offset and size. Called on the thread that writes.
+  std::function<void(std::uint64_t, std::size_t)> onWrite;
   mutable std::mutex mutex;
 };
 

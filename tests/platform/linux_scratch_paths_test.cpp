@@ -7,6 +7,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "tests/platform/temp_folder.h"
+
 namespace zelvo::tests {
 namespace {
 
@@ -15,16 +17,6 @@ using platform::linux_::LinuxScratchPaths;
 
 class ScratchPaths : public testing::Test {
  protected:
-  ScratchPaths() {
-    std::string name = (fs::temp_directory_path() / "zelvo-scratch-XXXXXX").string();
-    folder = ::mkdtemp(name.data());
-    shared = folder + "/Applications";
-    cache = folder + "/cache";
-  }
-  ~ScratchPaths() override {
-    std::error_code ignored;
-    fs::remove_all(folder, ignored);
-  }
   static void put(const std::string& path) { std::ofstream(path) << "content"; }
   static unsigned modeOf(const std::string& path) {
     struct stat status {};
@@ -32,9 +24,10 @@ class ScratchPaths : public testing::Test {
   }
   [[nodiscard]] std::string slot(int number) const { return cache + "/zelvo-avi-repair/slot" + std::to_string(number); }
 
-  std::string folder;
-  std::string shared;
-  std::string cache;
+  TempFolder temporary;
+  const std::string folder = temporary.path("");
+  const std::string shared = folder + "/Applications";
+  const std::string cache = folder + "/cache";
 };
 
 TEST_F(ScratchPaths, AWritableSharedFolderHoldsTheFirstPair) {

@@ -1,0 +1,127 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/cli/program.h"
+#include "tests/cli/small_avi.h"
+#include "tests/cli/temp_folder.h"
+
+namespace zelvo::test {
+namespace {
+
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class WrongUse : public testing::TestWithParam<std::vector<std::string>> {};
+
+TEST_P(WrongUse, AnswersTwoAndPointsToTheHelp) {
+  const Ended ended = runZelvoAvi(GetParam());
+
+  EXPECT_EQ(ended.exit, 2);
+  EXPECT_THAT(ended.err, HasSubstr("--help for what can be given."));
+  EXPECT_THAT(ended.out, IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    EachWay, WrongUse,
+    testing::Values(std::vector<std::string>{}, std::vector<std::string>{"repair"}, std::vector<std::string>{"check"},
+                    std::vector<std::string>{"inspect"}, std::vector<std::string>{"mend", "a.avi"},
+                    std::vector<std::string>{"--nope"}, std::vector<std::string>{"repair", "a.avi", "--nope"},
+                    std::vector<std::string>{"repair", "a.avi", "-o"},
+                    std::vector<std::string>{"repair", "a.avi", "b.avi", "-o", "c.avi"},
+                    std::vector<std::string>{"repair", "a.avi", "b.avi", "--into", "c"},
+                    std::vector<std::string>{"repair", "a.avi", "-o", "b", "--into", "c"},
+                    std::vector<std::string>{"repair", "a.avi", "-o", "b", "--output-dir", "c"},
+                    std::vector<std::string>{"repair", "a.avi", "--into", "b", "--output-dir", "c"},
+                    std::vector<std::string>{"inspect", "a.avi", "b.avi"},
+                    std::vector<std::string>{"check", "a.avi", "-o", "b.avi"}));
+
+TEST(CommandLine, HelpBeginsWithExamples) {
+  const Ended ended = runZelvoAvi({"--help"});
+
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.out, StartsWith("Examples:\n  zelvo-avi repair holiday.avi"));
+  EXPECT_THAT(ended.err, IsEmpty());
+}
+
+TEST(CommandLine, EachCommandsHelpBeginsWithItsExamples) {
+  for (const std::string command : {"repair", "check", "inspect"}) {
+    const Ended ended = runZelvoAvi({command, "--help"});
+    EXPECT_EQ(ended.exit, 0);
+    EXPECT_THAT(ended.out, StartsWith("Examples:\n  zelvo-avi " + command));
+    EXPECT_THAT(ended.out, HasSubstr("Usage: zelvo-avi " + command));
+  }
+}
+
+TEST(CommandLine, VersionIsToldEverywhere) {
+  for (const std::vector<std::string>& line : std::vector<std::vector<std::string>>{
+           {"--version"}, {"repair", "--version"}, {"check", "--version"}, {"inspect", "--version"}}) {
+    const Ended ended = runZelvoAvi(line);
+    EXPECT_EQ(ended.exit, 0);
+    EXPECT_EQ(ended.out, "zelvo-avi " ZELVO_VERSION "\n");
+  }
+}
+
+TEST(CommandLine, InputMayBearTheNameOfACommand) {
+  const TempFolder folder;
+  writeFile(folder / "check", SmallAvi{}.bytes());
+
+  const Ended ended = run({"sh", "-c", "cd \"$1\" && " ZELVO_AVI " repair check", "sh", folder.path()});
+
+  EXPECT_EQ(ended.exit, 0) << ended.err;
+}
+
+TEST(CommandLine, InputMayStandBetweenBrackets) {
+  const TempFolder folder;
+  writeFile(folder / "[a,b]", SmallAvi{}.bytes());
+
+  const Ended ended = run({"sh", "-c", "cd \"$1\" && " ZELVO_AVI " check '[a,b]'", "sh", folder.path()});
+
+  EXPECT_EQ(ended.exit, 0) << ended.err;
+}
+
+TEST(CommandLine, InputWithADashGoesBehindTwo) {
+  const TempFolder folder;
+  writeFile(folder / "-a.avi", SmallAvi{}.bytes());
+
+  const Ended ended = run({"sh", "-c", "cd \"$1\" && " ZELVO_AVI " repair -- -a.avi", "sh", folder.path()});
+
+  EXPECT_EQ(ended.exit, 0) << ended.err;
+  EXPECT_THAT(ended.out, HasSubstr("mpv './-a-repaired.avi'"));
+}
+
+TEST(CommandLine, EmptyInputNameIsAFailure) { EXPECT_EQ(runZelvoAvi({"repair", ""}).exit, 3); }
+
+TEST(CommandLine, ControlCharactersOfANameDoNotReachTheTerminal) {
+  const TempFolder folder;
+  writeFile(folder / "a\033[2J.avi", SmallAvi{}.bytes());
+
+  const Ended ended = runZelvoAvi({"repair", folder / "a\033[2J.avi"});
+
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.out, HasSubstr("a\\x1b[2J.avi: repaired."));
+  EXPECT_EQ(ended.out.find('\033'), std::string::npos);
+}
+
+TEST(CommandLine, ResultThatCannotBePrintedIsAFailure) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", SmallAvi{}.bytes());
+
+  const Ended ended = run({"sh", "-c", "exec " ZELVO_AVI " check \"$1\" >/dev/full", "sh", folder / "in.avi"});
+
+  EXPECT_EQ(ended.exit, 3);
+  EXPECT_THAT(ended.err, HasSubstr("the result could not be printed: No space left on device."));
+}
+
+TEST(CommandLine, ReaderThatWentAwayEndsTheProgramInOrder) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", SmallAvi{.frames = 5000, .frameSize = 200}.bytes());
+
+  const Ended ended =
+      run({"sh", "-c", "{ " ZELVO_AVI " inspect --chunks \"$1\"; echo code $? >&2; } | true", "sh", folder / "in.avi"});
+
+  EXPECT_EQ(ended.err, "code 3\n");
+}
+
+}  // namespace
+}  // namespace zelvo::test

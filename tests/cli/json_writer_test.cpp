@@ -1,0 +1,77 @@
+#include "cli/json_writer.h"
+
+#include <gtest/gtest.h>
+
+namespace zelvo::cli {
+namespace {
+
+std::string textOf(std::string_view value) {
+  JsonWriter json;
+  json.text(value);
+  return json.take();
+}
+
+TEST(JsonWriter, CommasStandBetweenMembersAndElements) {
+  JsonWriter json;
+  json.beginObject();
+  json.member("a", std::uint64_t{1});
+  json.key("b");
+  json.beginArray();
+  json.number(1);
+  json.null();
+  json.boolean(true);
+  json.beginObject();
+  json.endObject();
+  json.integer(-5);
+  json.endArray();
+  json.key("c");
+  json.seconds(1.5);
+  json.endObject();
+
+  EXPECT_EQ(json.written(), R"({"a":1,"b":[1,null,true,{},-5],"c":1.500})");
+}
+
+TEST(JsonWriter, QuotesAndControlCharactersAreEscaped) {
+  EXPECT_EQ(textOf("a\"b\\c\n\x01\x7f"), R"("a\"b\\c\u000a\u0001\u007f")");
+}
+
+TEST(JsonWriter, ZeroBytesAreKept) { EXPECT_EQ(textOf(std::string_view("a\0b\0", 4)), R"("a\u0000b\u0000")"); }
+
+TEST(JsonWriter, BytesThatAreNoUtf8BecomeReplacements) {
+  EXPECT_EQ(textOf("a\xff"
+                   "b"),
+            "\"a\xEF\xBF\xBD"
+            "b\"");
+}
+
+TEST(JsonWriter, PathThatIsNoUtf8ComesInHexToo) {
+  JsonWriter json;
+  json.beginObject();
+  json.pathMembers("a\xff");
+  json.endObject();
+
+  EXPECT_EQ(json.written(), "{\"path\":\"a\xEF\xBF\xBD\",\"path_hex\":\"61ff\"}");
+}
+
+TEST(JsonWriter, PathThatIsUtf8ComesOnce) {
+  JsonWriter json;
+  json.beginObject();
+  json.pathMembers("ä");
+  json.endObject();
+
+  EXPECT_EQ(json.written(), "{\"path\":\"ä\"}");
+}
+
+TEST(JsonWriter, TakenTextIsGoneAndTheRestFits) {
+  JsonWriter json;
+  json.beginArray();
+  json.number(1);
+  const std::string first = json.take();
+  json.number(2);
+  json.endArray();
+
+  EXPECT_EQ(first + json.take(), "[1,2]");
+}
+
+}  // namespace
+}  // namespace zelvo::cli

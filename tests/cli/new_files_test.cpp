@@ -1,0 +1,56 @@
+#include "platform/linux/linux_new_files.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/cli/temp_folder.h"
+
+namespace zelvo::platform::linux_ {
+namespace {
+
+namespace fs = std::filesystem;
+
+class NewFilesOnLinux : public testing::Test {
+ protected:
+  const test::TempFolder folder_;
+  LinuxNewFiles newFiles_;
+};
+
+TEST_F(NewFilesOnLinux, FileIsCreatedEmpty) {
+  EXPECT_FALSE(newFiles_.createNewFile(folder_ / "a"));
+  EXPECT_EQ(fs::file_size(folder_ / "a"), 0U);
+}
+
+TEST_F(NewFilesOnLinux, ExistingFileIsNotTouched) {
+  test::writeFile(folder_ / "a", "mine");
+  EXPECT_EQ(newFiles_.createNewFile(folder_ / "a"), std::errc::file_exists);
+  EXPECT_EQ(test::readFile(folder_ / "a"), "mine");
+}
+
+TEST_F(NewFilesOnLinux, DanglingLinkIsNotFollowed) {
+  fs::create_symlink("nowhere", folder_ / "a");
+  EXPECT_EQ(newFiles_.createNewFile(folder_ / "a"), std::errc::file_exists);
+  EXPECT_FALSE(fs::exists(folder_ / "nowhere"));
+}
+
+TEST_F(NewFilesOnLinux, RenameTakesAFreeName) {
+  test::writeFile(folder_ / "a", "content");
+  EXPECT_FALSE(newFiles_.renameToNew(folder_ / "a", folder_ / "b"));
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"b"});
+}
+
+TEST_F(NewFilesOnLinux, RenameReplacesNothing) {
+  test::writeFile(folder_ / "a", "new");
+  test::writeFile(folder_ / "b", "mine");
+  EXPECT_EQ(newFiles_.renameToNew(folder_ / "a", folder_ / "b"), std::errc::file_exists);
+  EXPECT_EQ(test::readFile(folder_ / "a"), "new");
+  EXPECT_EQ(test::readFile(folder_ / "b"), "mine");
+}
+
+TEST_F(NewFilesOnLinux, RenameOfNothingIsAnError) {
+  EXPECT_EQ(newFiles_.renameToNew(folder_ / "a", folder_ / "b"), std::errc::no_such_file_or_directory);
+}
+
+}  // namespace
+}  // namespace zelvo::platform::linux_

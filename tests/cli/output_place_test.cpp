@@ -1,0 +1,99 @@
+#include "cli/output_place.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/linux/linux_file_manager.h"
+#include "platform/linux/linux_new_files.h"
+#include "tests/cli/temp_folder.h"
+
+namespace zelvo::cli {
+namespace {
+
+TEST(RepairedPath, VideoEndingsAreTakenOff) {
+  EXPECT_EQ(repairedPath("clip.avi", std::nullopt), "clip-repaired.avi");
+  EXPECT_EQ(repairedPath("dir/clip.AVI", std::nullopt), "dir/clip-repaired.avi");
+  EXPECT_EQ(repairedPath("/clip.DivX", std::nullopt), "/clip-repaired.avi");
+  EXPECT_EQ(repairedPath("clip.xvid", std::nullopt), "clip-repaired.avi");
+}
+
+TEST(RepairedPath, OtherEndingsStay) {
+  EXPECT_EQ(repairedPath("holiday.2019", std::nullopt), "holiday.2019-repaired.avi");
+  EXPECT_EQ(repairedPath("dir.avi/clip", std::nullopt), "dir.avi/clip-repaired.avi");
+  EXPECT_EQ(repairedPath(".avi", std::nullopt), ".avi-repaired.avi");
+}
+
+TEST(RepairedPath, FolderIsPutBeforeTheName) {
+  EXPECT_EQ(repairedPath("dir/clip.avi", "out"), "out/clip-repaired.avi");
+  EXPECT_EQ(repairedPath("clip.avi", "out/"), "out/clip-repaired.avi");
+}
+
+TEST(FolderOf, PathWithoutAFolderLiesHere) {
+  EXPECT_EQ(folderOf("a"), ".");
+  EXPECT_EQ(folderOf(""), ".");
+  EXPECT_EQ(folderOf("/a"), "/");
+  EXPECT_EQ(folderOf("//a"), "/");
+  EXPECT_EQ(folderOf("a/b"), "a");
+  EXPECT_EQ(folderOf("/a//b"), "/a");
+  EXPECT_EQ(folderOf("a/b/"), "a");
+  EXPECT_EQ(folderOf("a/"), ".");
+}
+
+class Hidden : public testing::Test {
+ protected:
+  const test::TempFolder folder_;
+  platform::linux_::LinuxFileManager fileManager_;
+  platform::linux_::LinuxNewFiles newFiles_;
+};
+
+TEST_F(Hidden, FileIsRemovedWhenItIsLetGo) {
+  {
+    HiddenFile file(fileManager_, newFiles_);
+    ASSERT_FALSE(file.create(folder_.path()));
+    EXPECT_EQ(folder_.names().size(), 1U);
+    EXPECT_EQ(folder_.names()[0].substr(0, 11), ".zelvo-avi-");
+  }
+  EXPECT_TRUE(folder_.names().empty());
+}
+
+TEST_F(Hidden, NamesDiffer) {
+  HiddenFile one(fileManager_, newFiles_);
+  HiddenFile other(fileManager_, newFiles_);
+  ASSERT_FALSE(one.create(folder_.path()));
+  ASSERT_FALSE(other.create(folder_.path()));
+  EXPECT_NE(one.path(), other.path());
+}
+
+TEST_F(Hidden, RenamedFileStays) {
+  {
+    HiddenFile file(fileManager_, newFiles_);
+    ASSERT_FALSE(file.create(folder_.path()));
+    EXPECT_FALSE(file.renameTo({folder_ / "out", false, false}));
+  }
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"out"});
+}
+
+TEST_F(Hidden, FileThatAppearedMeanwhileIsNotReplaced) {
+  HiddenFile file(fileManager_, newFiles_);
+  ASSERT_FALSE(file.create(folder_.path()));
+  test::writeFile(folder_ / "out", "mine");
+
+  EXPECT_EQ(file.renameTo({folder_ / "out", false, false}), std::errc::file_exists);
+  EXPECT_EQ(test::readFile(folder_ / "out"), "mine");
+}
+
+TEST_F(Hidden, ForceReplacesIt) {
+  HiddenFile file(fileManager_, newFiles_);
+  ASSERT_FALSE(file.create(folder_.path()));
+  test::writeFile(folder_ / "out", "mine");
+
+  EXPECT_FALSE(file.renameTo({folder_ / "out", true, false}));
+  EXPECT_EQ(test::readFile(folder_ / "out"), "");
+}
+
+TEST_F(Hidden, MissingFolderIsAnError) {
+  HiddenFile file(fileManager_, newFiles_);
+  EXPECT_EQ(file.create(folder_ / "nowhere"), std::errc::no_such_file_or_directory);
+}
+
+}  // namespace
+}  // namespace zelvo::cli

@@ -1,0 +1,173 @@
+// Inputs that fail while they are read, with the command at work on files in memory.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cli/check_command.h"
+#include "cli/repair_command.h"
+#include "cli/surroundings.h"
+#include "platform/headless/screen.h"
+#include "platform/linux/linux_file_manager.h"
+#include "platform/linux/linux_files.h"
+#include "platform/linux/linux_main_queue.h"
+#include "platform/linux/linux_new_files.h"
+#include "platform/linux/linux_property_lists.h"
+#include "platform/linux/linux_workers.h"
+#include "tests/cli/memory_readable.h"
+#include "tests/cli/small_avi.h"
+#include "tests/cli/temp_folder.h"
+
+namespace zelvo::cli {
+namespace {
+
+using testing::HasSubstr;
+
+/// The system's files, but for one whose reading is prepared.
+class PreparedFiles final : public platform::Files {
+ public:
+  PreparedFiles(std::string path, std::function<std::unique_ptr<platform::ReadableFile>()> make)
+      : path_(std::move(path)), make_(std::move(make)) {}
+  platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override {
+    if (path == path_) return {make_(), {}};
+    return files_.openForReading(path);
+  }
+  platform::Opened<platform::WritableFile> openForWriting(const std::string& path) override {
+    return files_.openForWriting(path);
+  }
+
+ private:
+  platform::linux_::LinuxFiles files_;
+  std::string path_;
+  std::function<std::unique_ptr<platform::ReadableFile>()> make_;
+};
+
+/// Ends early once its beginning has been read a few times.
+class ShrinkingFile final : public platform::ReadableFile {
+ public:
+  explicit ShrinkingFile(std::string bytes) : whole_(std::move(bytes)) {}
+  platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    if (offset > 300000) whole_.cutTo(300000);
+    return whole_.readAt(offset, into);
+  }
+  std::uint64_t size() override { return whole_.size(); }
+
+ private:
+  test::MemoryReadable whole_;
+};
+
+class ReadFailure : public testing::Test {
+ protected:
+  struct Said {
+    Exit exit;
+    std::string out;
+    std::string err;
+  };
+
+  /// Runs a command on an input that `make` opens, with `--json` when the command takes it as its first flag.
+  Said run(std::unique_ptr<Command> command, std::function<std::unique_ptr<platform::ReadableFile>()> make) {
+    test::writeFile(input_, bytes_);
+    PreparedFiles files(input_, std::move(make));
+    platform::linux_::LinuxFileManager fileManager;
+    platform::linux_::LinuxNewFiles newFiles;
+    platform::linux_::LinuxMainQueue queue;
+    platform::linux_::LinuxWorkers workers;
+    platform::headless::HeadlessMovieLoader movies;
+    platform::headless::HeadlessSheets sheets(queue, nullptr);
+    const platform::headless::Screen screen;
+    Console console(false);
+    const platform::Relaxed<bool> stop;
+    platform::linux_::LinuxPropertyLists propertyLists;
+    Surroundings around{.files = files,
+                        .fileManager = fileManager,
+                        .newFiles = newFiles,
+                        .workers = workers,
+                        .mainQueue = queue,
+                        .runUntil = [&](const auto& done) { queue.runUntil(done); },
+                        .movies = movies,
+                        .sheets = sheets,
+                        .outlets = screen.job,
+                        .lookAtStorage = {},
+                        .propertyLists = propertyLists,
+                        .console = console,
+                        .stopRequested = stop};
+    for (const Option& option : command->options()) {
+      if (option.names == "INPUT") std::get<std::vector<std::string>*>(option.target)->push_back(input_);
+      if (option.names == "--json") *std::get<bool*>(option.target) = true;
+    }
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    Said said{command->run(around), {}, {}};
+    console.flushResult();
+    said.out = testing::internal::GetCapturedStdout();
+    said.err = testing::internal::GetCapturedStderr();
+    return said;
+  }
+
+  [[nodiscard]] std::function<std::unique_ptr<platform::ReadableFile>()> unreadable(std::uint64_t start,
+                                                                                    std::uint64_t end) const {
+    return [this, start, end] {
+      auto file = std::make_unique<test::MemoryReadable>(bytes_);
+      file->makeUnreadable(start, end);
+      return file;
+    };
+  }
+
+  const test::TempFolder folder_;
+  const std::string input_ = folder_ / "in.avi";
+  const std::string bytes_ = test::SmallAvi{}.bytes();
+};
+
+TEST_F(ReadFailure, UnreadableFirstByteIsAFailure) {
+  const Said said = run(makeRepairCommand(), unreadable(0, 1));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("cannot be read: Input/output error."));
+}
+
+TEST_F(ReadFailure, UnreadableHeadersAreAFailureAndNotAWrongFile) {
+  const Said said = run(makeRepairCommand(), unreadable(30, 200));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("cannot be read at byte 30: Input/output error."));
+  EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"failed\""));
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.avi"});
+}
+
+TEST_F(ReadFailure, UnreadableDataIsLeftOutToldAndAnsweredWithThree) {
+  const Said said = run(makeRepairCommand(), unreadable(400000, 401000));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"repaired\""));
+  EXPECT_THAT(said.err, HasSubstr("What lies there is missing from the output."));
+  EXPECT_EQ(said.out.find("\"read_errors\":0"), std::string::npos);
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in-repaired.avi", "in.avi"}));
+}
+
+TEST_F(ReadFailure, CheckTellsOfUnreadableDataToo) {
+  const Said said = run(makeCheckCommand(), unreadable(400000, 401000));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"repairable\""));
+  EXPECT_THAT(said.err, HasSubstr("failed, the first at byte"));
+}
+
+TEST_F(ReadFailure, InputThatShrinksMeanwhileIsAFailureWithoutOutput) {
+  const Said said = run(makeRepairCommand(), [this] { return std::make_unique<ShrinkingFile>(bytes_); });
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("became shorter while it was read"));
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.avi"});
+}
+
+TEST_F(ReadFailure, InputThatVanishesMeanwhileIsStillRead) {
+  const Said said = run(makeRepairCommand(), [this] {
+    auto file = std::make_unique<test::MemoryReadable>(bytes_);
+    EXPECT_EQ(std::remove(input_.c_str()), 0);
+    return file;
+  });
+
+  EXPECT_EQ(said.exit, Exit::done) << said.err;
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"in-repaired.avi"});
+}
+
+}  // namespace
+}  // namespace zelvo::cli

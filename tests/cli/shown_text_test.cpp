@@ -1,0 +1,63 @@
+#include "cli/shown_text.h"
+
+#include <gtest/gtest.h>
+
+namespace zelvo::cli {
+namespace {
+
+TEST(ShownText, ControlCharactersAreSpelledOut) {
+  EXPECT_EQ(shownText("a\033[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
+  EXPECT_EQ(shownText("\xc2\x9b"
+                      "1m"),
+            "\\xc2\x9b"
+            "1m")
+      << "U+009B begins a terminal's command";
+}
+
+TEST(ShownText, OtherCharactersStay) { EXPECT_EQ(shownText("Grüße \xc2\xa0 日本"), "Grüße \xc2\xa0 日本"); }
+
+TEST(QuotedForShell, QuotesAndDashesAreSafe) {
+  EXPECT_EQ(quotedForShell("a b"), "'a b'");
+  EXPECT_EQ(quotedForShell("it's"), "'it'\\''s'");
+  EXPECT_EQ(quotedForShell("-x"), "'./-x'");
+}
+
+TEST(ShownSize, UnitFitsTheSize) {
+  EXPECT_EQ(shownSize(0), "0 bytes");
+  EXPECT_EQ(shownSize(1), "1 byte");
+  EXPECT_EQ(shownSize(999), "999 bytes");
+  EXPECT_EQ(shownSize(1000), "1.0 kB");
+  EXPECT_EQ(shownSize(999949), "999.9 kB");
+  EXPECT_EQ(shownSize(999950), "1.0 MB");
+  EXPECT_EQ(shownSize(48400000), "48.4 MB");
+  EXPECT_EQ(shownSize(999949999), "999.9 MB");
+  EXPECT_EQ(shownSize(999950000), "1.00 GB");
+  EXPECT_EQ(shownSize(0xffffffffffffffff), "18446744073.71 GB");
+}
+
+TEST(ShownNumber, ThousandsAreSet) {
+  EXPECT_EQ(shownNumber(0), "0");
+  EXPECT_EQ(shownNumber(999), "999");
+  EXPECT_EQ(shownNumber(1000), "1,000");
+  EXPECT_EQ(shownNumber(1234567), "1,234,567");
+}
+
+TEST(Counted, OneIsSingular) {
+  EXPECT_EQ(counted(1, "chunk"), "1 chunk");
+  EXPECT_EQ(counted(0, "chunk"), "0 chunks");
+  EXPECT_EQ(counted(1500, "chunk"), "1,500 chunks");
+}
+
+TEST(ShownSeconds, MinutesComeWithSixtySeconds) {
+  EXPECT_EQ(shownSeconds(0.421), "0.42 s");
+  EXPECT_EQ(shownSeconds(185), "3 min 5 s");
+}
+
+TEST(Shortened, NoCharacterIsCutInTwo) {
+  EXPECT_EQ(shortened("short", 5), "short");
+  EXPECT_EQ(shortened("longer text", 8), "longe...");
+  EXPECT_EQ(shortened("aaaä-long", 7), "aaa...");
+}
+
+}  // namespace
+}  // namespace zelvo::cli

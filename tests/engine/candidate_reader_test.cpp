@@ -1,0 +1,191 @@
+// Reading candidates, by one reader and by the queue that shares the work between two threads.
+#include "engine/candidate_reader.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "engine/stretch_queue.h"
+#include "platform/headless/workers.h"
+#include "tests/support/avi_builder.h"
+#include "tests/support/byte_text.h"
+#include "tests/support/memory_files.h"
+
+namespace zelvo::tests {
+namespace {
+
+using engine::Candidate;
+using engine::CandidateReader;
+using engine::InputFile;
+using engine::Stretch;
+using engine::StretchContent;
+
+/// A candidate as text, what could be read of its look-ahead included.
+std::string textOf(const Candidate& candidate) {
+  const auto code = candidate.code.bytes();
+  return std::to_string(candidate.position()) + " in block " + std::to_string(candidate.block) + " " +
+         textAt(code, 0, 4) + " " + std::to_string(candidate.size) + " [" +
+         hexAt(candidate.lookAhead, 0, candidate.lookAheadCount) + "]";
+}
+
+/// Letters of the codes, and here and there a code with a plausible size.
+platform::Bytes denseBytes(std::size_t size, unsigned seed) {
+  std::mt19937 random(seed);
+  platform::Bytes bytes(size);
+  for (std::byte& byte : bytes) byte = static_cast<std::byte>("0001dbcw"[random() % 8]);
+  for (std::size_t at = 0; at + 8 < size; at += 20 + random() % 3000) {
+    platform::Bytes header = bytesOf(random() % 2 == 0 ? "00dc" : "01wb");
+    appendNumber(header, random() % 10 == 0 ? 10000000 : static_cast<std::uint32_t>(random() % 20000));
+    overwrite(bytes, at, textAt(header, 0, 8));
+  }
+  return bytes;
+}
+
+class CandidateReading : public testing::Test {
+ protected:
+  void open(platform::Bytes bytes) {
+    content = &files.put("/in", std::move(bytes));
+    input = std::make_unique<InputFile>(files.openForReading("/in").file);
+    mod = static_cast<std::uint32_t>(content->size % 1024);
+    last = static_cast<std::uint32_t>(content->size / 1024) + (mod != 0 ? 1 : 0);
+  }
+
+  /// All candidates, found byte by byte.
+  std::vector<std::string> naive() const {
+    std::vector<std::string> found;
+    const platform::Bytes& bytes = content->bytes;
+    const std::size_t end = (last - 1) * std::size_t{1024} + mod;  // nothing at or behind it is looked at for codes
+    for (std::size_t at = 0; at < end; ++at) {
+      const std::string code = textAt(bytes, at, 4);
+      if (code != "00db" && code != "00dc" && code != "01wb") continue;
+      if (at >= (last - 1) * std::size_t{1024} && at + 4 > end) continue;
+      const std::uint32_t size = numberAt(bytes, at + 4);
+      const bool refused = size == 0 || size >= 10000000;
+      found.push_back(std::to_string(at) + " in block " + std::to_string(at / 1024 + 1) + " " + code + " " +
+                      std::to_string(size) + " [" + (refused ? "" : hexAt(bytes, at + 8 + size, 6)) + "]");
+    }
+    return found;
+  }
+
+  std::vector<std::string> readBy(CandidateReader& reader) {
+    std::vector<std::string> found;
+    StretchContent stretch;
+    for (std::uint32_t first = 1; first <= last; first += Stretch::kBlocks) {
+      reader.read({first, std::min(Stretch::kBlocks, last - first + 1)}, stretch);
+      for (const Candidate& candidate : stretch.candidates) found.push_back(textOf(candidate));
+      failures += stretch.failures.size();
+    }
+    return found;
+  }
+
+  std::vector<std::string> readByQueue() {
+    std::vector<std::string> found;
+    engine::StretchQueue queue(*input, last, mod, workers);
+    for (std::uint32_t first = 1; first <= last; first += Stretch::kBlocks) {
+      const StretchContent& stretch = queue.next();
+      for (const Candidate& candidate : stretch.candidates) found.push_back(textOf(candidate));
+      for (const engine::BlockFailures& block : stretch.failures) failedBlocks.push_back(block.block);
+    }
+    return found;
+  }
+
+  MemoryFiles files;
+  MemoryFile* content = nullptr;
+  std::unique_ptr<InputFile> input;
+  platform::headless::HeadlessWorkers workers;
+  std::uint32_t last = 0;
+  std::uint32_t mod = 0;
+  std::size_t failures = 0;
+  std::vector<std::uint32_t> failedBlocks;
+};
+
+TEST_F(CandidateReading, FindsWhatANaiveSearchFinds) {
+  for (const std::size_t size : {1024UL, 1025UL, 65536UL, 65537UL, 100000UL, 300003UL}) {
+    open(denseBytes(size, static_cast<unsigned>(size)));
+    CandidateReader reader(*input, last, mod, true);
+    ASSERT_EQ(readBy(reader), naive()) << size;
+  }
+}
+
+TEST_F(CandidateReading, FindsTheSameWithoutLookingFarAhead) {
+  open(denseBytes(700001, 3));
+  CandidateReader reader(*input, last, mod, false);
+  EXPECT_EQ(readBy(reader), naive());
+  EXPECT_EQ(failures, 0U);
+}
+
+TEST_F(CandidateReading, TellsThatAnInputIsDense) {
+  platform::Bytes bytes(700001, std::byte{0x20});
+  for (std::size_t at = 0; at < bytes.size() - 8; at += 100) overwrite(bytes, at, {"00dc\0\0\2\0", 8});
+  open(std::move(bytes));
+  CandidateReader dense(*input, last, mod, true);
+  EXPECT_EQ(readBy(dense), naive());
+  EXPECT_TRUE(dense.isDense());
+
+  open(platform::Bytes(700001, std::byte{0x20}));
+  CandidateReader sparse(*input, last, mod, true);
+  readBy(sparse);
+  EXPECT_FALSE(sparse.isDense());
+}
+
+TEST_F(CandidateReading, NamesTheBlocksWhoseReadsFailed) {
+  open(platform::Bytes(700001, std::byte{0x20}));
+  content->badReadStart = 300000;  // block 293; the reads of the two blocks before reach into it
+  content->badReadEnd = 300001;
+  content->readError = std::make_error_code(std::errc::io_error);
+  readByQueue();
+  EXPECT_EQ(failedBlocks, (std::vector<std::uint32_t>{291, 292, 293}));
+  EXPECT_EQ(input->failures().count, 0U);
+}
+
+TEST_F(CandidateReading, QueueHandsStretchesOverInFileOrder) {
+  open(denseBytes(3000001, 5));
+  const std::vector<std::string> expected = naive();
+  for (int round = 0; round < 5; ++round) ASSERT_EQ(readByQueue(), expected);
+}
+
+TEST_F(CandidateReading, QueueOfSparseInputDoesTheSame) {
+  platform::Bytes bytes(9000001, std::byte{0x20});
+  for (std::size_t at = 100; at < bytes.size() - 100; at += 8191) overwrite(bytes, at, {"01wb\x10\0\0\0", 8});
+  open(std::move(bytes));
+  EXPECT_EQ(readByQueue(), naive());
+}
+
+TEST_F(CandidateReading, QueueOnOneProcessorDoesTheSame) {
+  open(denseBytes(1500001, 6));
+  workers.setProcessors(1);
+  EXPECT_EQ(readByQueue(), naive());
+}
+
+TEST_F(CandidateReading, QueueMayEndBeforeItsInput) {
+  open(denseBytes(3000001, 7));
+  engine::StretchQueue queue(*input, last, mod, workers);
+  EXPECT_FALSE(queue.next().candidates.empty());
+}
+
+TEST_F(CandidateReading, QueueOfAShortInputStartsNoHelper) {
+  open(denseBytes(200001, 8));
+  class NoHelpers final : public platform::Workers {
+   public:
+    std::shared_ptr<platform::Worker> start(std::shared_ptr<platform::CancelMark>, std::function<void()>) override {
+      return nullptr;
+    }
+    std::shared_ptr<platform::Worker> startHelper(std::function<void()>) override {
+      asked = true;
+      return nullptr;
+    }
+    void joinAll() override {}
+    [[nodiscard]] unsigned processors() const override { return 2; }
+    bool asked = false;
+  } none;
+  engine::StretchQueue queue(*input, last, mod, none);
+  EXPECT_FALSE(queue.next().candidates.empty());
+  EXPECT_FALSE(none.asked);
+}
+
+}  // namespace
+}  // namespace zelvo::tests

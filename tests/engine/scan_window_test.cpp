@@ -1,0 +1,238 @@
+#include "engine/scan_window.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <random>
+#include <string>
+
+#include "engine/code_finder.h"
+#include "tests/support/byte_text.h"
+#include "tests/support/memory_files.h"
+
+namespace zelvo::tests {
+namespace {
+
+constexpr std::size_t kBlock = engine::ScanWindow::kBlockSize;
+constexpr std::size_t kRead = kBlock + engine::ScanWindow::kReadAhead;
+
+platform::Bytes randomBytes(std::size_t size) {
+  std::mt19937 random(static_cast<unsigned>(size));
+  platform::Bytes bytes(size);
+  for (std::byte& byte : bytes) byte = static_cast<std::byte>(random() & 0xffU);
+  return bytes;
+}
+
+/// What separate reads at the same offsets give.
+class ScanWindow : public testing::Test {
+ protected:
+  void open(platform::Bytes bytes) {
+    content = &files.put("/in", std::move(bytes));
+    input = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
+    direct = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
+    window = std::make_unique<engine::ScanWindow>(*input);
+    last = static_cast<std::uint32_t>((content->size + kBlock - 1) / kBlock);
+  }
+  void withBadBytes(std::uint64_t from, std::uint64_t to) {
+    content->badReadStart = from;
+    content->badReadEnd = to;
+    content->readError = std::make_error_code(std::errc::io_error);
+  }
+
+  std::string blockText(std::uint32_t number) {
+    const auto bytes = window->block(number, last, kRead);
+    EXPECT_GE(bytes.size(), kBlock + engine::CodeFinder::kMargin);
+    // What a block's codes can reach.
+    return textAt(bytes, 0, kBlock + 3);
+  }
+  std::string directBlockText(std::uint32_t number) {
+    platform::Bytes bytes(kRead);
+    direct->read((number - 1) * std::uint64_t{kBlock}, bytes);
+    return textAt(bytes, 0, kBlock + 3);
+  }
+
+  std::string lookAhead(std::uint32_t offset) {
+    platform::Bytes six = bytesOf("stale!");
+    lookAheadCount = window->readLookAhead(offset, std::span(six).first<6>());
+    return textAt(six, 0, 6);
+  }
+  std::string directLookAhead(std::uint32_t offset) {
+    platform::Bytes six = bytesOf("stale!");
+    direct->read(offset, six);
+    return textAt(six, 0, 6);
+  }
+  std::uint32_t directNumber(std::uint32_t offset) {
+    platform::Bytes four(4);
+    direct->read(offset, four);
+    return numberAt(four, 0);
+  }
+
+  MemoryFiles files;
+  MemoryFile* content = nullptr;
+  std::unique_ptr<engine::InputFile> input;
+  std::unique_ptr<engine::InputFile> direct;
+  std::unique_ptr<engine::ScanWindow> window;
+  std::uint32_t last = 0;
+  std::size_t lookAheadCount = 0;
+};
+
+TEST_F(ScanWindow, BlocksInOrderAreThoseOfSeparateReads) {
+  open(randomBytes(700 * kBlock + 77));
+  for (std::uint32_t number = 1; number < last; ++number) ASSERT_EQ(blockText(number), directBlockText(number));
+}
+
+TEST_F(ScanWindow, SkippedBlocksMoveItOn) {
+  open(randomBytes(3000 * kBlock));
+  for (std::uint32_t number = 1; number < last; number += 317) ASSERT_EQ(blockText(number), directBlockText(number));
+}
+
+TEST_F(ScanWindow, ReadsManyBlocksInOneGo) {
+  open(randomBytes(700 * kBlock));
+  for (std::uint32_t number = 1; number < last; ++number) static_cast<void>(blockText(number));
+  EXPECT_LE(content->reads, 700 / engine::ScanWindow::kBlocks + 1);
+}
+
+TEST_F(ScanWindow, BytesPastTheEndAreZero) {
+  open(randomBytes(5 * kBlock + 10));
+  last = 9;  // the file was longer when it was measured
+  for (std::uint32_t number = 1; number < last; ++number) ASSERT_EQ(blockText(number), directBlockText(number));
+}
+
+TEST_F(ScanWindow, NumbersAreThoseOfSeparateReadsInsideAndBeyondTheWindow) {
+  open(randomBytes(700 * kBlock + 77));
+  static_cast<void>(blockText(300));
+  std::mt19937 random(9);
+  for (int i = 0; i < 3000; ++i) {
+    const auto offset = static_cast<std::uint32_t>(random() % (702 * kBlock));
+    ASSERT_EQ(window->numberAt(offset), directNumber(offset)) << offset;
+  }
+}
+
+TEST_F(ScanWindow, NumberCutShortByTheEndCountsItsMissingBytesAsZero) {
+  open(bytesOf(std::string(2000, ' ') + "\x01\x02\x03"));
+  static_cast<void>(blockText(1));
+  EXPECT_EQ(window->numberAt(2000), 0x00030201U);
+  EXPECT_EQ(window->numberAt(2002), 0x00000003U);
+  EXPECT_EQ(window->numberAt(2003), 0U);
+}
+
+TEST_F(ScanWindow, LookAheadsAreThoseOfSeparateReads) {
+  open(randomBytes(2000 * kBlock + 77));
+  std::mt19937 random(10);
+  for (std::uint32_t number = 1; number < last; number += 3) {
+    static_cast<void>(blockText(number));
+    for (int i = 0; i < 8; ++i) {
+      const auto offset = static_cast<std::uint32_t>((number - 1) * kBlock + random() % (500 * kBlock));
+      ASSERT_EQ(lookAhead(offset), directLookAhead(offset)) << offset;
+    }
+  }
+}
+
+TEST_F(ScanWindow, LookAheadAtTheEndOverwritesOnlyTheFront) {
+  open(bytesOf(std::string(3000, ' ') + "ABC"));
+  static_cast<void>(blockText(1));
+  EXPECT_EQ(lookAhead(2997), "   ABC");
+  EXPECT_EQ(lookAheadCount, 6U);
+  EXPECT_EQ(lookAhead(3000), "ABCle!");
+  EXPECT_EQ(lookAheadCount, 3U);
+  EXPECT_EQ(lookAhead(3003), "stale!");
+  EXPECT_EQ(lookAheadCount, 0U);
+  EXPECT_EQ(lookAhead(4000000000U), "stale!");
+}
+
+TEST_F(ScanWindow, DenseInputCostsFewReads) {
+  open(randomBytes(6000 * kBlock));
+  std::uint64_t lookAheads = 0;
+  for (std::uint32_t number = 1; number < 5000; ++number) {
+    static_cast<void>(blockText(number));
+    for (std::uint32_t at = 0; at < kBlock; at += 64, ++lookAheads) {
+      static_cast<void>(lookAhead(static_cast<std::uint32_t>((number - 1) * kBlock + at + 1000000)));
+    }
+  }
+  EXPECT_LT(content->reads, lookAheads / 10);
+}
+
+TEST_F(ScanWindow, DenseLookAheadsAtTheFarthestReachAreThoseOfSeparateReads) {
+  open(randomBytes(13000 * kBlock + 5));
+  for (std::uint32_t number = 1; number < 1500; ++number) {
+    static_cast<void>(blockText(number));
+    for (std::uint32_t at = 0; at < kBlock; at += 16) {
+      const auto offset = static_cast<std::uint32_t>((number - 1) * kBlock + at + 8 + 9999999);
+      ASSERT_EQ(lookAhead(offset), directLookAhead(offset)) << offset;
+    }
+  }
+}
+
+TEST_F(ScanWindow, BlocksAroundABadByteAreThoseOfSeparateReads) {
+  open(randomBytes(700 * kBlock));
+  withBadBytes(300 * kBlock + 500, 300 * kBlock + 501);
+  for (std::uint32_t number = 1; number < last; ++number) ASSERT_EQ(blockText(number), directBlockText(number));
+  const engine::ReadFailures failures = window->takeFailures();
+  EXPECT_EQ(failures.count, direct->failures().count);
+  EXPECT_EQ(failures.firstOffset, direct->failures().firstOffset);
+  EXPECT_EQ(window->takeFailures().count, 0U);
+  EXPECT_EQ(input->failures().count, 0U);  // whoever reads decides which of them count
+}
+
+TEST_F(ScanWindow, NumbersAndLookAheadsAroundABadByteAreThoseOfSeparateReads) {
+  open(randomBytes(700 * kBlock));
+  withBadBytes(300 * kBlock + 500, 300 * kBlock + 501);
+  static_cast<void>(blockText(300));
+  for (std::uint32_t offset = 300 * kBlock + 480; offset < 300 * kBlock + 520; ++offset) {
+    ASSERT_EQ(window->numberAt(offset), directNumber(offset));
+    ASSERT_EQ(lookAhead(offset), directLookAhead(offset));
+  }
+}
+
+TEST_F(ScanWindow, LastBlockAloneIsReadOnlyAsFarAsItsOwnRead) {
+  open(randomBytes(10 * kBlock));
+  withBadBytes(5 * kBlock, 5 * kBlock + 1);
+  std::size_t size = 0;
+  content->onRead = [&](std::uint64_t offset, std::size_t wanted) {
+    if (offset == 9 * kBlock) size = wanted;
+  };
+  static_cast<void>(window->block(1, last, kRead));
+  static_cast<void>(window->block(10, last, 200));
+  EXPECT_EQ(size, 200U);
+}
+
+TEST_F(ScanWindow, WithoutAFileEverythingIsZero) {
+  input = std::make_unique<engine::InputFile>(nullptr);
+  window = std::make_unique<engine::ScanWindow>(*input);
+  EXPECT_EQ(textAt(window->block(1, 5, kRead), 0, 8), std::string(8, '\0'));
+  EXPECT_EQ(window->numberAt(0), 0U);
+  EXPECT_EQ(lookAhead(0), "stale!");
+}
+
+TEST(ScanWindowStart, BlocksBeyond4GiBAreTheFirstOnesAgain) {
+  EXPECT_EQ(engine::ScanWindow::startOf(1), 0U);
+  EXPECT_EQ(engine::ScanWindow::startOf(2), 1024U);
+  EXPECT_EQ(engine::ScanWindow::startOf(4194304), 4294966272U);
+  EXPECT_EQ(engine::ScanWindow::startOf(4194305), 0U);
+  EXPECT_EQ(engine::ScanWindow::startOf(4194306), 1024U);
+}
+
+TEST_F(ScanWindow, BlockBeyond4GiBIsReadFromTheFront) {
+  open(randomBytes(20 * kBlock));
+  last = 4194304 + 20;
+  EXPECT_EQ(textAt(window->block(4194304 + 3, last, kRead), 0, kBlock), directBlockText(3).substr(0, kBlock));
+}
+
+TEST_F(ScanWindow, WindowEndsWhereBlockOffsetsWrap) {
+  content = &files.putSparse("/in", (std::uint64_t{1} << 32U) + 20 * kBlock);
+  content->bytes = randomBytes(20 * kBlock);
+  content->islands[(std::uint64_t{1} << 32U) - 2 * kBlock] = randomBytes(10 * kBlock);
+  input = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
+  direct = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
+  window = std::make_unique<engine::ScanWindow>(*input);
+  last = 4194304 + 20;
+  for (const std::uint32_t number : {4194302U, 4194303U, 4194304U}) {
+    ASSERT_EQ(blockText(number), directBlockText(number)) << number;
+  }
+  for (const std::uint32_t number : {4194305U, 4194306U, 4194310U}) {
+    ASSERT_EQ(blockText(number), directBlockText(number - 4194304)) << number;
+  }
+}
+
+}  // namespace
+}  // namespace zelvo::tests
