@@ -1,4 +1,4 @@
-// The update check as the controller sees it: every member hands over to the check itself, with what the controller knows.
+// The update check as the controller sees it: every member hands over to the check itself.
 #include "app/controller.h"
 #include "app/globals.h"
 #include "controls/view_transparent.h"
