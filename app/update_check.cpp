@@ -1,15 +1,9 @@
-// The update check as the controller sees it: every member hands over to the check itself, with what the controller knows.
+// The update check as the controller sees it: every member hands over to the check itself.
 #include "app/controller.h"
 #include "app/globals.h"
+#include "controls/view_transparent.h"
 
 namespace zelvo::app {
-
-namespace {
-
-/// Deliberate: nothing assigns the overlay, and over none there lies nothing.
-std::int32_t viewsOverlaidCount(const controls::ViewTransparent* overlay) { return overlay == nullptr ? 0 : 1; }
-
-}  // namespace
 
 bool Orlin_Repair_AVIAppDelegate::checkForUpdate() { return services_.updateCheck.checkForUpdate(); }
 
@@ -22,7 +16,7 @@ void Orlin_Repair_AVIAppDelegate::update() { services_.updateCheck.update(); }
 void Orlin_Repair_AVIAppDelegate::autoUpdateScan() {
   services_.updateCheck.autoUpdateScan({.scanIsRunning = scanIsRunning,
                                         .scanInfoOrSavingNotProcessing = scanInfoOrSavingNotProcessing,
-                                        .viewsOverlaidCount = viewsOverlaidCount(viewTransparentDummy)});
+                                        .viewsOverlaidCount = controls::viewsOverlaidCountOf(viewTransparentDummy)});
 }
 
 void Orlin_Repair_AVIAppDelegate::autoUpdateScanningThread() { services_.updateCheck.autoUpdateScanningThread(); }

@@ -1,4 +1,4 @@
-/// Everything that the update check offers to the controller, under the controller's own names.
+/// Everything that the update check offers to the controller, under the controller's own names. // Decision 0088
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 // The check:
 // 1. Without a network nothing is read.
-// 2. The application's own list says where the published one is.
+// 2. The application's own list says where the published one is. // Decision 0080
 // 3. The published list is fetched, and both versions are compared.
 #include "update/version_check.h"
 

@@ -1,4 +1,4 @@
-/// Files and folders copied and removed with all they hold, on Linux.
+/// Files and folders copied and removed with all they hold, on Linux. // Decision 0087
 #pragma once
 
 #include "platform/folder_trees.h"

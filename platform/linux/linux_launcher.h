@@ -1,4 +1,4 @@
-/// Starts applications on Linux, detached from this one.
+/// Starts applications on Linux, detached from this one. // Decision 0084
 #pragma once
 
 #include <optional>
@@ -13,7 +13,7 @@ namespace zelvo::platform::linux_ {
 enum class OwnerCheck { on, off };
 
 /// The application runs in a session of its own, in "/", with no descriptor of ours, its standard streams on /dev/null,
-/// signals as usual, no arguments, and without the variables by which other code could be put into it. No shell is used.
+/// signals as usual, no arguments, and without the variables by which other code could be put into it. No shell.
 class LinuxLauncher final : public Launcher {
  public:
   /// As this program was built: on, unless ZELVO_CHECK_LAUNCH_OWNERS was off.

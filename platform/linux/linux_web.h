@@ -1,4 +1,4 @@
-/// Web resources by libcurl.
+/// Web resources by libcurl. // Decision 0086
 #pragma once
 
 #include <optional>

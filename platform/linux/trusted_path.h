@@ -1,4 +1,4 @@
-/// Paths that nobody but root and this user can lead elsewhere.
+/// Paths that nobody but root and this user can lead elsewhere. // Decision 0089
 #pragma once
 
 #include <optional>

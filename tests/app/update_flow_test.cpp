@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include "controls/view_transparent.h"
+#include "platform/headless/view_host.h"
 #include "tests/app/app_bench.h"
 
 namespace zelvo::tests {
@@ -33,6 +35,18 @@ TEST_F(UpdateFlow, BackgroundScanIsToldWhatTheControllerKnows) {
   app.controller->autoUpdateScan();
   EXPECT_EQ(app.takeEvents(), (Lines{"autoUpdateScan(not scanning, idle, 0)", "autoUpdateScan(scanning, idle, 0)",
                                      "autoUpdateScan(scanning, busy, 0)"}));
+}
+
+TEST_F(UpdateFlow, BackgroundScanIsToldTheOverlaysCount) {
+  platform::headless::Events drawing;
+  platform::headless::RecordingViewHost lower("lower", drawing, {0, 0, 0, 0});
+  platform::headless::RecordingViewHost upper("upper", drawing, {0, 0, 0, 0});
+  const auto first = controls::ViewTransparent::initWithFrame({0, 0, 10, 10}, &lower, app.notifications);
+  const auto second = controls::ViewTransparent::initWithFrame({0, 0, 10, 10}, &upper, app.notifications);
+  app.start();
+  app::viewTransparentDummy = first.get();
+  app.controller->autoUpdateScan();
+  EXPECT_EQ(app.takeEvents(), Lines{"autoUpdateScan(not scanning, idle, 1)"});
 }
 
 TEST_F(UpdateFlow, StartUpChecksOnceAndNoFlowAsksForAnythingElse) {
