@@ -19,14 +19,14 @@ class SharedInput final : public platform::ReadableFile {
   std::shared_ptr<platform::ReadableFile> file_;
 };
 
-/// Counts what is written. One file is written at a time, by one thread at a time.
+/// Counts what is written, by several threads at once.
 class CountedFile final : public platform::WritableFile {
  public:
   CountedFile(std::unique_ptr<platform::WritableFile> file, platform::Relaxed<std::uint64_t>& written)
       : file_(std::move(file)), written_(written) {}
   platform::IoResult writeAt(std::uint64_t offset, std::span<const std::byte> from) override {
     const platform::IoResult result = file_->writeAt(offset, from);
-    written_ = written_ + result.count;
+    written_.add(result.count);
     return result;
   }
   std::error_code reserve(std::uint64_t size) override { return file_->reserve(size); }

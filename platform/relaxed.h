@@ -20,6 +20,8 @@ class Relaxed {
     value_.store(value, std::memory_order_relaxed);
     return value;
   }
+  /// Adds to a number that several threads add to.
+  void add(Value value) noexcept { value_.fetch_add(value, std::memory_order_relaxed); }
 
  private:
   std::atomic<Value> value_{};
