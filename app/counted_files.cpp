@@ -13,7 +13,7 @@ class CountedFile final : public platform::WritableFile {
 
   platform::IoResult writeAt(std::uint64_t offset, std::span<const std::byte> from) override {
     const platform::IoResult result = file_->writeAt(offset, from);
-    written_.add(result.count);  // one thread writes
+    written_.add(result.count);
     return result;
   }
   std::error_code reserve(std::uint64_t size) override { return file_->reserve(size); }

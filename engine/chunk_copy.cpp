@@ -17,7 +17,7 @@ namespace zelvo::engine {
 namespace {
 
 constexpr std::uint64_t kHeaderSize = 8;
-constexpr std::uint64_t kSegmentSize = 262144;
+constexpr std::uint64_t kSegmentSize = 1048576;
 constexpr std::uint64_t kSmallPiece = 65536;
 constexpr std::uint64_t kLargestGap = 8192;
 constexpr std::uint64_t kLargestBatch = 262144;
