@@ -1,4 +1,4 @@
-/// What the sample scan sees of the input: a window of a few hundred blocks, read in one go, that moves on with the
+/// What the sample scan sees of the input: a window of some dozen blocks, read in one go, that moves on with the
 /// scan, and beyond it, for inputs dense with candidates, everything that a look-ahead can reach. Every answer is what
 /// separate small reads at the same offsets would have given. Offsets and sizes are in bytes.
 #pragma once
