@@ -3,9 +3,11 @@
 /// from 1. // Decision 0062
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <thread>
 
 #include "engine/progress_relay.h"
 #include "platform/relaxed.h"
@@ -25,11 +27,11 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
     shown_ = started_;
     return started_;
   }
-  /// The window shows no run any more. Thread: main.
-  void hideProgress() { shown_ = 0; }
+  /// The window shows no run any more: no value of a run is stored once this has returned. Thread: main.
+  void hideProgress();
   /// Nor does it take sheets: the program is ending. Thread: main.
   void close() {
-    shown_ = 0;
+    hideProgress();
     latest_ = 0;
   }
   /// A run begins and ends its work. Thread: its worker.
@@ -37,12 +39,10 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
   void endWork() { working_ = 0; }
 
   /// True for the run that the window shows. Thread: any.
-  [[nodiscard]] bool shows(std::uint64_t number) const { return shown_ == number; }
+  [[nodiscard]] bool shows(std::uint64_t number) const { return shown_.load() == number; }
 
   // ---- From the engine ----
-  void setProgressBarValue(double percent) override {
-    if (passes()) relay_.setProgressBarValue(percent);
-  }
+  void setProgressBarValue(double percent) override;
   void updateProgressBar() override { relay_.updateProgressBar(); }
   void updateSaveProgressBar() override { relay_.updateSaveProgressBar(); }
   void updateSaveProgressBar2() override { relay_.updateSaveProgressBar2(); }
@@ -56,7 +56,7 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
   /// Outside of a run's work everything passes.
   [[nodiscard]] bool passes() const {
     const std::uint64_t working = working_;
-    return working == 0 || working == shown_;
+    return working == 0 || working == shown_.load();
   }
 
   [[nodiscard]] bool isLatest(std::uint64_t number) const { return number == 0 || number == latest_; }
@@ -65,7 +65,9 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
   platform::Sheets& sheets_;
   std::uint64_t started_ = 0;
   platform::Relaxed<std::uint64_t> latest_;
-  platform::Relaxed<std::uint64_t> shown_;
+  /// Ordered with `storing_`: of a store that begins and a run that is hidden at the same time, one sees the other.
+  std::atomic<std::uint64_t> shown_{0};
+  std::atomic<std::thread::id> storing_{};  ///< the thread that is handing a value on, if one is
   platform::Relaxed<std::uint64_t> working_;
 };
 
