@@ -37,6 +37,7 @@ ARROWS = {
                    "tests/support"},
     "tests/bench": {"platform", "platform/linux", "platform/headless", "engine", "storage", "update", "cli",
                     "tests/support"},
+    "tests/packaging": {"platform", "platform/linux", "update", "app"},
     "tests/tools": set(),
 }
 
