@@ -74,6 +74,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// Chooses a file without the chooser (dropped on the window, named at the start): the same extensions, the same step.
   /// The window asks on page 1 without a sheet only. False when the file cannot be chosen, or a run is at work.
   bool chooseFile(const std::string& file);
+  /// The same; says so when it is no film that can be chosen.
+  void offerFile(const std::string& file);
 
   // ---- Run control (run_control.cpp, run_end.cpp) ----
   /// `repair:`

@@ -60,6 +60,17 @@ bool Orlin_Repair_AVIAppDelegate::chooseFile(const std::string& file) {
   return true;
 }
 
+void Orlin_Repair_AVIAppDelegate::offerFile(const std::string& file) {
+  const auto there = services_.fileManager.attributesFollowingLinks(file);
+  const bool isFile = there && there->kind == platform::FileAttributes::Kind::regularFile;
+  if (isFile && chooseFile(file)) return;
+  services_.alertPanels.runAlertPanel({.title = texts::kCannotBeChosenTitle,
+                                       .message = isFile ? texts::kNotAFilmMessage : texts::kNoSuchFilmMessage,
+                                       .defaultButton = texts::kOk,
+                                       .alternateButton = std::nullopt,
+                                       .otherButton = std::nullopt});
+}
+
 void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsSize) {
   engine::path.set(file);
   inputFileManager = &services_.fileManager;

@@ -12,7 +12,6 @@ inline constexpr std::string_view kBundleIdentifier = "com.Zelvo.ZelvoAVIRepairI
 
 // ---- Keys of the bundle's property list ----
 inline constexpr std::string_view kPlayerDownloadUrlKey = "playerDownloadUrl";
-inline constexpr std::string_view kCloudPlistUrlKey = "cloudPlistUrl";
 
 // ---- Fixed paths and addresses ----
 inline constexpr platform::FixedPath kApplications = "/Applications";
@@ -75,6 +74,10 @@ inline constexpr const char* kYes = "Yes";
 inline constexpr const char* kNo = "No";
 
 // ---- What the application says on its own ----
+inline constexpr const char* kCannotBeChosenTitle = "This cannot be chosen";
+inline constexpr const char* kNotAFilmMessage =
+    "Only films whose names end in .avi, .divx or .xvid can be repaired here. Nothing was changed in your file.";
+inline constexpr const char* kNoSuchFilmMessage = "There is no such film. It may have been moved, renamed or removed.";
 inline constexpr const char* kFinishingTitle = "Finishing the repaired file";
 inline constexpr const char* kFinishingMessage = "The last part is still being written. This takes only a moment.";
 inline constexpr const char* kFinishingCancel = "Cancel";

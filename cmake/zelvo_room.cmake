@@ -1,15 +1,16 @@
 # zelvo_room(NAME SOURCES a.cpp HEADERS a.h USES zelvo::platform LINKS CLI11::CLI11)
 #
 # One room of the house: a static library zelvo_NAME (alias zelvo::NAME) with the common flags, whose headers are each
-# verified to compile alone. A room without sources is an interface library of its headers.
+# verified to compile alone. A room without sources is an interface library of its headers. LINKS are what its sources
+# stand on, PUBLIC_LINKS what its headers name too.
 function(zelvo_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;HEADERS;USES;LINKS" ${ARGN})
+  cmake_parse_arguments(ROOM "" "" "SOURCES;HEADERS;USES;LINKS;PUBLIC_LINKS" ${ARGN})
   string(REPLACE "/" "_" target_name "zelvo_${name}")
   string(REPLACE "/" "_" alias_name "${name}")
   set(alias_name "zelvo::${alias_name}")
   if(ROOM_SOURCES)
     add_library(${target_name} STATIC ${ROOM_SOURCES})
-    target_link_libraries(${target_name} PUBLIC ${ROOM_USES} PRIVATE zelvo_flags ${ROOM_LINKS})
+    target_link_libraries(${target_name} PUBLIC ${ROOM_USES} ${ROOM_PUBLIC_LINKS} PRIVATE zelvo_flags ${ROOM_LINKS})
     set(scope PUBLIC)
   else()
     add_library(${target_name} INTERFACE)

@@ -18,4 +18,14 @@ class Launcher {
   virtual bool launchApplication(const std::string& path, std::uint32_t options) = 0;
 };
 
+/// Hands files to other applications.
+/// Thread: any.
+class FileOpener {
+ public:
+  virtual ~FileOpener() = default;
+  /// Starts the application at the path `application`, as `launchApplication` does, with `file` as its one argument. False
+  /// when it could not be started.
+  virtual bool openFile(const std::string& file, const std::string& application) = 0;
+};
+
 }  // namespace zelvo::platform

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -116,6 +117,9 @@ class BaseButton : public Button {
   virtual void setAttributedTitle(const AttributedText& title) = 0;
   /// How a press shows, as a set of bits.
   virtual void setHighlightsBy(std::uint32_t mask) = 0;
+  /// From now on `observer` is told when the button is enabled or disabled by whomever, and at once how it is now.
+  /// A client that draws that state itself keeps up by it. Thread: main.
+  virtual void setEnabledObserver(std::function<void(bool enabled)> observer) = 0;
 };
 
 /// Makes a client for `host` and has it carried: the first argument of the client is the host, `more` follow.

@@ -24,6 +24,8 @@ ARROWS = {
     "cli/main.cpp": {"platform", "platform/linux", "platform/headless", "engine", "storage", "cli"},
     "tests/support": {"platform", "platform/linux", "platform/headless", "engine"},
     "tests/platform": {"platform", "platform/linux", "platform/headless", "platform/qt", "tests/support"},
+    "tests/platform/qt": {"platform", "platform/linux", "platform/headless", "platform/qt", "app", "engine", "controls",
+                          "update", "tests/support"},
     "tests/engine": {"platform", "platform/linux", "platform/headless", "engine", "tests/support"},
     "tests/storage": {"platform", "platform/linux", "platform/headless", "storage", "cli", "tests/support"},
     "tests/controls": {"platform", "platform/headless", "platform/qt", "controls", "tests/support"},
@@ -35,13 +37,14 @@ ARROWS = {
                    "tests/support"},
     "tests/bench": {"platform", "platform/linux", "platform/headless", "engine", "storage", "update", "cli",
                     "tests/support"},
+    "tests/packaging": {"platform", "platform/linux", "update", "app"},
     "tests/tools": set(),
 }
 
 # Third-party headers by their beginning, and the rooms that may name them; the tests' frameworks are for tests.
 THIRD_PARTY = {
     "CLI/": {"cli", "cli/main.cpp"},
-    "Q": {"platform/qt", "app/main.cpp"},
+    "Q": {"platform/qt", "app/main.cpp", "tests/platform/qt"},
     "mpv/": {"platform/qt"},
     "libudev.h": {"platform/linux"},
     "libmount/": {"platform/linux"},
@@ -51,10 +54,10 @@ THIRD_PARTY = {
     "openssl/": {"platform/linux"},
     "spdlog/": {"platform/linux"},
     "fmt/": {"platform/linux"},
-    "sys/": {"platform/linux", "tests/platform", "tests/update", "tests/cli", "tests/bench", "tests/support",
+    "sys/": {"platform/linux", "platform/qt", "tests/platform", "tests/update", "tests/cli", "tests/bench", "tests/support",
              "cli/main.cpp"},
     "linux/": {"platform/linux"},
-    "unistd.h": {"platform/linux", "tests/platform", "tests/update", "tests/cli", "tests/bench", "tests/support",
+    "unistd.h": {"platform/linux", "platform/qt", "tests/platform", "tests/update", "tests/cli", "tests/bench", "tests/support",
              "cli/main.cpp"},
     "fcntl.h": {"platform/linux", "tests/platform", "tests/update", "tests/cli", "tests/bench", "tests/support"},
     "gtest/": {"tests"},

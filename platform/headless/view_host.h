@@ -76,7 +76,10 @@ class RecordingBaseButton final : public BaseButton, public Named {
  public:
   RecordingBaseButton(std::string name, Events* events) : Named(name, events), element_(std::move(name), events) {}
 
-  void setEnabled(bool enabled) override { element_.setEnabled(enabled); }
+  void setEnabled(bool enabled) override {
+    element_.setEnabled(enabled);
+    if (enabledObserver_) enabledObserver_(enabled);
+  }
   void setHidden(bool hidden) override { element_.setHidden(hidden); }
   void setState(State state) override { element_.setState(state); }
   [[nodiscard]] State state() const override { return element_.state(); }
@@ -84,6 +87,10 @@ class RecordingBaseButton final : public BaseButton, public Named {
   [[nodiscard]] std::string title() const override { return title_.text(); }
   void setAttributedTitle(const AttributedText& title) override;
   void setHighlightsBy(std::uint32_t mask) override;
+  void setEnabledObserver(std::function<void(bool enabled)> observer) override {
+    enabledObserver_ = std::move(observer);
+    if (enabledObserver_) enabledObserver_(element_.isEnabled());
+  }
 
   [[nodiscard]] const HeadlessButton& element() const { return element_; }
   [[nodiscard]] const AttributedText& attributedTitle() const { return title_; }
@@ -93,6 +100,7 @@ class RecordingBaseButton final : public BaseButton, public Named {
  private:
   HeadlessButton element_;
   AttributedText title_;
+  std::function<void(bool enabled)> enabledObserver_;
 };
 
 /// Hosts one above the other, the lowest first, in the coordinates of their frames.

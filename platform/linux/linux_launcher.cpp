@@ -71,8 +71,9 @@ class Surroundings {
     ::posix_spawnattr_destroy(&attributes_);
   }
 
-  [[nodiscard]] std::optional<pid_t> spawn(std::string program, std::uint32_t options) const {
-    std::array<char*, 2> arguments = {program.data(), nullptr};
+  [[nodiscard]] std::optional<pid_t> spawn(std::string program, std::uint32_t options,
+                                           std::optional<std::string> file) const {
+    std::array<char*, 3> arguments = {program.data(), file ? file->data() : nullptr, nullptr};
     const std::vector<char*> environment = environmentFor(options);
     pid_t process = 0;
     if (!works_ ||
@@ -152,9 +153,17 @@ std::optional<std::string> LinuxLauncher::program(const std::string& path) {
 }
 
 bool LinuxLauncher::launchApplication(const std::string& path, std::uint32_t options) {
-  const auto file = program(path);
-  if (!file || !isExecutableFile(*file)) return false;
-  const auto process = Surroundings().spawn(*file, options);
+  return start(path, options, std::nullopt);
+}
+
+bool LinuxLauncher::openFile(const std::string& file, const std::string& application) {
+  return start(application, 0, file);
+}
+
+bool LinuxLauncher::start(const std::string& path, std::uint32_t options, const std::optional<std::string>& file) {
+  const auto executable = program(path);
+  if (!executable || !isExecutableFile(*executable)) return false;
+  const auto process = Surroundings().spawn(*executable, options, file);
   if (!process) return false;
   waitInTheBackground(*process);
   return true;

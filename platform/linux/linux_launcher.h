@@ -13,8 +13,9 @@ namespace zelvo::platform::linux_ {
 enum class OwnerCheck { on, off };
 
 /// The application runs in a session of its own, in "/", with no descriptor of ours, its standard streams on /dev/null,
-/// signals as usual, no arguments, and without the variables by which other code could be put into it. No shell.
-class LinuxLauncher final : public Launcher {
+/// signals as usual, no arguments but the file that it is to open, and without the variables by which other code could be
+/// put into it. No shell.
+class LinuxLauncher final : public Launcher, public FileOpener {
  public:
   /// As this program was built: on, unless ZELVO_CHECK_LAUNCH_OWNERS was off.
   static const OwnerCheck kBuiltIn;
@@ -24,8 +25,10 @@ class LinuxLauncher final : public Launcher {
 
   /// A folder is started by the program that its "Contents/Info.plist" names, from its "Contents/MacOS".
   bool launchApplication(const std::string& path, std::uint32_t options) override;
+  bool openFile(const std::string& file, const std::string& application) override;
 
  private:
+  [[nodiscard]] bool start(const std::string& path, std::uint32_t options, const std::optional<std::string>& file);
   [[nodiscard]] std::optional<std::string> program(const std::string& path);
   [[nodiscard]] std::optional<std::string> checked(const std::string& path) const;
 

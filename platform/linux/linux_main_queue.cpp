@@ -30,11 +30,9 @@ void LinuxMainQueue::perform(std::function<void()> work) {
     work();
     return;
   }
-  {
-    const std::lock_guard lock(mutex_);
-    work_.push_back(std::move(work));
-  }
-  arrived_.notify_one();
+  std::unique_lock lock(mutex_);
+  work_.push_back(std::move(work));
+  tellArrival(lock);
 }
 
 void LinuxMainQueue::performAndWait(std::function<void()> work) {
@@ -57,11 +55,35 @@ void LinuxMainQueue::performAndWait(std::function<void()> work) {
 
 void LinuxMainQueue::take(CoalescedOperation& operation) {
   if (hasBarrier_ && !operation.markPending()) return;
-  {
-    const std::lock_guard lock(mutex_);
-    if (std::find(redraws_.begin(), redraws_.end(), &operation) == redraws_.end()) redraws_.push_back(&operation);
-  }
+  std::unique_lock lock(mutex_);
+  if (std::find(redraws_.begin(), redraws_.end(), &operation) == redraws_.end()) redraws_.push_back(&operation);
+  tellArrival(lock);
+}
+
+void LinuxMainQueue::tellArrival(std::unique_lock<std::mutex>& lock) {
+  if (wake_) wake_();  // under the lock, so that it is not taken away meanwhile
+  lock.unlock();
   arrived_.notify_one();
+}
+
+void LinuxMainQueue::setWaker(std::function<void()> wake) {
+  const std::lock_guard lock(mutex_);
+  wake_ = std::move(wake);
+}
+
+std::optional<std::chrono::milliseconds> LinuxMainQueue::serve() {
+  std::unique_lock lock(mutex_);
+  for (std::size_t left = work_.size(); left > 0 && !work_.empty(); --left) {
+    const std::function<void()> next = std::move(work_.front());
+    work_.pop_front();
+    lock.unlock();
+    next();
+    lock.lock();
+  }
+  if (!redraws_.empty() && Clock::now() >= nextRedraw_) runRedraws(lock);
+  if (!work_.empty()) return std::chrono::milliseconds(0);
+  if (redraws_.empty()) return std::nullopt;
+  return std::chrono::ceil<std::chrono::milliseconds>(std::max(nextRedraw_ - Clock::now(), Clock::duration::zero()));
 }
 
 void LinuxMainQueue::runRedraws(std::unique_lock<std::mutex>& lock) {

@@ -1,19 +1,22 @@
-/// The main queue of a program without a window: the thread that calls `runUntil` is the main thread.
+/// The main queue: the thread that makes it is the main thread. A program without an event loop of its own calls
+/// `runUntil`; another serves the queue from its loop (see served_queue.h).
 #pragma once
 
 #include <chrono>
 #include <condition_variable>
 #include <deque>
+#include <functional>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
-#include "platform/main_queue.h"
+#include "platform/served_queue.h"
 
 namespace zelvo::platform::linux_ {
 
 /// Redraws run at most once per `redrawInterval`; the last one is never lost.
-class LinuxMainQueue final : public MainQueue {
+class LinuxMainQueue final : public ServedQueue {
  public:
   /// Whether the process-wide barrier is used where the system has one.
   enum class Barrier { whereThereIsOne, never };
@@ -32,9 +35,9 @@ class LinuxMainQueue final : public MainQueue {
   /// Thread: main.
   void runUntil(const std::function<bool()>& done);
 
-  /// Runs the redraws that are due, and no other work: for long work on the main thread.
-  /// Thread: main.
-  void runDueRedraws();
+  void setWaker(std::function<void()> wake) override;
+  [[nodiscard]] std::optional<std::chrono::milliseconds> serve() override;
+  void runDueRedraws() override;
 
   /// False without a process-wide barrier: redraw requests are then taken one by one, under the lock.
   [[nodiscard]] bool coalesces() const { return hasBarrier_; }
@@ -44,12 +47,14 @@ class LinuxMainQueue final : public MainQueue {
 
   void take(CoalescedOperation& operation) override;
   void runRedraws(std::unique_lock<std::mutex>& lock);
+  void tellArrival(std::unique_lock<std::mutex>& lock);
 
   const std::thread::id mainThread_ = std::this_thread::get_id();
   const std::chrono::milliseconds redrawInterval_;
   const bool hasBarrier_;
   std::mutex mutex_;
   std::condition_variable arrived_;
+  std::function<void()> wake_;
   std::deque<std::function<void()>> work_;
   std::vector<CoalescedOperation*> redraws_;
   Clock::time_point nextRedraw_{};

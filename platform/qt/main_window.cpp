@@ -1,0 +1,248 @@
+#include "platform/qt/main_window.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QMimeData>
+#include <QShortcut>
+#include <QUrl>
+#include <QVBoxLayout>
+#include <array>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/desktop_notice.h"
+#include "platform/qt/window_texts.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+constexpr int kWidth = 960;
+constexpr int kHeight = 620;
+constexpr int kLeastWidth = 760;
+constexpr int kLeastHeight = 540;
+
+/// The one local file that is dragged; empty when it is anything else.
+QString draggedFile(const QMimeData& data) {
+  const QList<QUrl> urls = data.urls();
+  return urls.size() == 1 && urls.front().isLocalFile() ? urls.front().toLocalFile() : QString();
+}
+
+}  // namespace
+
+class MainWindow::UnseenMovieView final : public MovieView {
+ public:
+  explicit UnseenMovieView(MainQueue& queue) : queue_(queue) {}
+  void setMovie(std::shared_ptr<Movie> movie) override {
+    queue_.perform([this, movie = std::move(movie)] { movie_ = movie; });
+  }
+
+ private:
+  MainQueue& queue_;
+  std::shared_ptr<Movie> movie_;
+};
+
+MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView)
+    : queue_(queue), pictures_(pictures), content_(new QWidget(this)), movie_(movie) {
+  setWindowTitle(texts::productName());
+  setAcceptDrops(true);
+  resize(kWidth, kHeight);
+  setMinimumSize(kLeastWidth, kLeastHeight);
+  auto* const all = new QVBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->addWidget(content_);
+
+  ground_ = new HostedWidget(content_);
+  ground_->setFocusPolicy(Qt::NoFocus);
+  pages_ = new QStackedWidget;
+  const PageParts parts{queue, pictures};
+  choosePage_ = new ChoosePage(parts);
+  repairPage_ = new RepairPage(parts);
+  resultPage_ = new ResultPage(parts, *movie);
+  for (WindowPage* page : std::array<WindowPage*, 3>{choosePage_, repairPage_, resultPage_}) pages_->addWidget(page);
+  auto* const inContent = new QVBoxLayout(content_);
+  inContent->setContentsMargins(0, 0, 0, 0);
+  inContent->addWidget(pages_);
+  connect(pages_, &QStackedWidget::currentChanged, this, [this] { pageChanged(); });
+
+  panels_ = std::make_unique<PanelStack>(*content_, queue, pictures);
+  fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
+  panels_->setObserver([this] { resynchronise(); });
+  panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
+  fillOutlets(movieView);
+  addShortcuts();
+  choosePage_->firstFocus()->setFocus();
+}
+
+MainWindow::~MainWindow() {
+  panels_->setObserver({});
+  panels_->setBeginObserver({});
+  panels_->setControls(nullptr);
+  delete content_;  // while the stack that its panels belong to is there
+}
+
+void MainWindow::orderOut() {
+  queue_.perform([this] { hide(); });
+}
+
+void MainWindow::makeKeyAndOrderFront() {
+  queue_.perform([this] {
+    show();
+    raise();
+    activateWindow();
+  });
+}
+
+void MainWindow::fillOutlets(MovieView& movieView) {
+  tabview_ = std::make_unique<QtTabView>(queue_, *pages_);
+  unseenMovie_ = std::make_unique<UnseenMovieView>(queue_);
+  unseenLabel_ = std::make_unique<QLabel>();
+  unseenField_ = std::make_unique<QtTextField>(queue_, *unseenLabel_);
+  ChoosePage& one = *choosePage_;
+  RepairPage& two = *repairPage_;
+  ResultPage& three = *resultPage_;
+  WindowPanels& panels = *fixedPanels_;
+  controllerOutlets_ =
+      std::make_unique<ControllerOutlets>(ControllerOutlets{.mainWindow = *this,
+                                                            .tabview = *tabview_,
+                                                            .movieview = movieView,
+                                                            .browsebutton = *one.browsebutton,
+                                                            .textfield = one.textfield,
+                                                            .pathfield = one.pathfield,
+                                                            .repairbutton = *one.repairbutton,
+                                                            .pathlabel = two.pathlabel,
+                                                            .progressbar = two.progressbar,
+                                                            .stopbutton = *two.stopbutton,
+                                                            .previewbutton = *three.previewbutton,
+                                                            .savebutton = *three.savebutton,
+                                                            .clickherebutton = *three.clickherebutton,
+                                                            .downloadmplayertext = three.downloadmplayertext,
+                                                            .downloadmplayertext1 = three.downloadmplayertext1,
+                                                            .downloadmplayertext2 = three.downloadmplayertext2,
+                                                            .downloadmplayertext3 = three.downloadmplayertext3,
+                                                            .downloadmplayertext4 = three.downloadmplayertext4,
+                                                            .durationfield = three.durationfield,
+                                                            .main1 = *one.home,
+                                                            .main2 = *two.home,
+                                                            .main3 = *three.home,
+                                                            .help1 = *one.help,
+                                                            .help2 = *two.help,
+                                                            .help3 = *three.help,
+                                                            .update1 = *one.update,
+                                                            .update2 = *two.update,
+                                                            .update3 = *three.update,
+                                                            .filenotselectedwindow = panels.filenotselectedwindow,
+                                                            .filenotselectedokbutton = panels.filenotselectedokbutton,
+                                                            .stoprepairwindow = panels.stoprepairwindow,
+                                                            .stoprepairokbutton = panels.stoprepairokbutton,
+                                                            .stoprepaircancelbutton = panels.stoprepaircancelbutton,
+                                                            .saveprogresspanel = panels.saveprogresspanel,
+                                                            .saveprogressbar = panels.saveprogressbar,
+                                                            .stopsavingbutton = panels.stopsavingbutton,
+                                                            .stopsavingwindow = panels.stopsavingwindow,
+                                                            .stopsavingOKbutton = panels.stopsavingOKbutton,
+                                                            .stopsavingCancelbutton = panels.stopsavingCancelbutton,
+                                                            .savecompletedwindow = panels.savecompletedwindow,
+                                                            .savecompletedokbutton = panels.savecompletedokbutton,
+                                                            .savecompletedtext = panels.savecompletedtext,
+                                                            .PreviewErrorWindow = panels.PreviewErrorWindow,
+                                                            .PreviewErrorokbutton = panels.PreviewErrorokbutton});
+  jobOutlets_ = std::make_unique<JobOutlets>(JobOutlets{.textfield = two.status,
+                                                        .videocodecfield = three.videocodecfield,
+                                                        .audiocodecfield = three.audiocodecfield,
+                                                        .pathfield = one.pathfield,
+                                                        .window = *this,
+                                                        .filenotsupportedwindow = panels.filenotsupportedwindow,
+                                                        .invalidfilewindow = panels.invalidfilewindow,
+                                                        .repaircompletedwindow = panels.repaircompletedwindow,
+                                                        .stoprepairwindow = panels.stoprepairwindow,
+                                                        .stopbutton = *two.stopbutton,
+                                                        .tabview2 = *tabview_,
+                                                        .movieview1 = *unseenMovie_,
+                                                        .filenotsupportedokbutton = panels.filenotsupportedokbutton,
+                                                        .invalidfileokbutton = panels.invalidfileokbutton,
+                                                        .repaircompletedokbutton = panels.repaircompletedokbutton,
+                                                        .previewbutton = *three.previewbutton,
+                                                        .minutestextfield = *unseenField_,
+                                                        .secondstextfield = *unseenField_,
+                                                        .hourstextfield = *unseenField_});
+}
+
+HostedViews MainWindow::hostedViews() {
+  return {.content = ground_->host(),
+          .result = resultPage_->result->host(),
+          .movie = movie_->host(),
+          .pageButtons = {choosePage_->browsebutton->hosted(), resultPage_->savebutton->hosted()}};
+}
+
+void MainWindow::addShortcuts() {
+  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_O), [this] { return choosePage_->browsebutton; });
+  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), [this] { return choosePage_->repairbutton; });
+  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_P), [this] { return resultPage_->previewbutton; });
+  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), [this] { return resultPage_->savebutton; });
+  addShortcut(QKeySequence(Qt::Key_F1), [this] { return dynamic_cast<WindowPage&>(*pages_->currentWidget()).help; });
+  connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, this, [this] { close(); });
+}
+
+void MainWindow::addShortcut(const QKeySequence& keys, const std::function<QtButton*()>& button) {
+  connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, button] {
+    QtButton* const pressed = button();
+    if (panels_->isEmpty() && pressed->isVisible()) pressed->click();
+  });
+}
+
+void MainWindow::pageChanged() {
+  auto& page = dynamic_cast<WindowPage&>(*pages_->currentWidget());
+  if (panels_->isEmpty() && page.firstFocus()->isEnabled()) page.firstFocus()->setFocus(Qt::OtherFocusReason);
+  QAccessibleEvent changed(pages_, QAccessible::Alert);
+  QAccessible::updateAccessibility(&changed);
+  resynchronise();
+}
+
+void MainWindow::panelBegan(const PanelFrame& panel) {
+  if (isActiveWindow() || !fixedPanels_->tellsOfAnEnd(panel)) return;
+  showDesktopNotice(panel.title(), panel.message().text());
+  QApplication::alert(this);
+}
+
+void MainWindow::resynchronise() {
+  for (QtButton* button : content_->findChildren<QtButton*>()) {
+    if (button->isVisible()) button->host().resynchronise();
+  }
+}
+
+bool MainWindow::takesFiles() const { return pages_->currentWidget() == choosePage_ && panels_->isEmpty(); }
+
+void MainWindow::offerFile(const std::string& file) {
+  if (takesFiles() && fileReceiver_) fileReceiver_(file);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  if (!panels_->isEmpty() || (closeJudge_ && !closeJudge_())) event->ignore();
+}
+
+void MainWindow::paintEvent(QPaintEvent*) { wasPainted_ = true; }
+
+void MainWindow::resizeEvent(QResizeEvent*) { ground_->setGeometry(content_->rect()); }
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (!takesFiles() || draggedFile(*event->mimeData()).isEmpty()) return;
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  choosePage_->dropArea->setInviting(true);
+}
+
+void MainWindow::dragLeaveEvent(QDragLeaveEvent*) { choosePage_->dropArea->setInviting(false); }
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  choosePage_->dropArea->setInviting(false);
+  const QString file = draggedFile(*event->mimeData());
+  if (file.isEmpty() || !takesFiles()) return;
+  event->setDropAction(Qt::CopyAction);  // the file stays where it is, whatever the other side proposed
+  event->accept();
+  offerFile(QFile::encodeName(file).toStdString());
+}
+
+}  // namespace zelvo::platform::qt

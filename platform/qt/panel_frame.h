@@ -1,0 +1,86 @@
+/// A panel that is shown inside the window: a picture, a title, a text, whatever else it holds, and a row of buttons. To a
+/// screen reader it is a modal dialog named after its title. Sizes are logical pixels.
+/// Thread: main, but for the functions of platform::Window, which any thread may call.
+#pragma once
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+#include <QWidget>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/elements.h"
+#include "platform/main_queue.h"
+#include "platform/panel_controls.h"
+#include "platform/qt/hosted_widget.h"
+#include "platform/qt/pictures.h"
+#include "platform/qt/qt_button.h"
+
+namespace zelvo::platform::qt {
+
+class PanelStack;
+
+/// What every panel says.
+struct PanelText {
+  QString picture;  ///< name of a picture; none when empty
+  QString title;    ///< no line when empty
+  QString message;  ///< no line when empty
+};
+
+class PanelFrame final : public QWidget, public Window {
+ public:
+  /// Waits, hidden, until `stack` shows it. Belongs to the widget that the stack lies over.
+  PanelFrame(PanelStack& stack, const PanelText& text);
+  ~PanelFrame() override;
+
+  // ---- platform::Window ----
+  void orderOut() override;
+  void makeKeyAndOrderFront() override;
+
+  enum class Role { plain, byDefault, cancels, defaultAndCancels };
+  /// Adds a button to the row, from left to right. Enter presses the default button, Esc the one that cancels.
+  QtButton& addButton(const QString& title, Role role = Role::plain);
+  /// Between the text and the buttons.
+  void addContent(QWidget* widget);
+  /// Fills the panel with `widget` instead of texts and buttons. It then answers Enter and Esc by itself.
+  void setWhole(QWidget* widget, const QSize& size);
+
+  [[nodiscard]] QLabel& message() const { return *message_; }
+  [[nodiscard]] QString title() const { return titleText_; }
+  [[nodiscard]] std::vector<ViewHost*> buttonHosts() const;
+  /// Where the focus goes when the panel is shown.
+  [[nodiscard]] QWidget* firstFocus() const;
+  /// The room that the panel wants within `available`.
+  [[nodiscard]] QSize wantedSize(const QSize& available);
+  /// Esc: presses the button that cancels. False when there is none that can be pressed.
+  bool cancel();
+
+  /// The last overlay that lay below the panel stays with it. For the stack.
+  void keepOverlay(std::unique_ptr<HostedWidget> overlay) { overlay_ = std::move(overlay); }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+
+ private:
+  PanelStack& stack_;
+  QString titleText_;
+  QVBoxLayout* column_;
+  QVBoxLayout* content_;
+  QHBoxLayout* buttonRow_;
+  QLabel* message_;
+  std::vector<QtButton*> buttons_;
+  QtButton* defaultButton_ = nullptr;
+  QtButton* cancelButton_ = nullptr;
+  QWidget* whole_ = nullptr;
+  QSize wholeSize_;
+  std::unique_ptr<HostedWidget> overlay_;
+};
+
+/// Makes panels known to screen readers as modal dialogs. Once, after the application object.
+void installPanelAccessibility();
+
+}  // namespace zelvo::platform::qt

@@ -1,0 +1,209 @@
+#include "platform/qt/panel_stack.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QPainter>
+#include <algorithm>
+#include <utility>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/panel_frame.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+/// The part of the free height that lies above a panel.
+constexpr double kAbove = 0.4;
+
+Rect asRect(const QRect& rect) {
+  return {static_cast<double>(rect.x()), static_cast<double>(rect.y()), static_cast<double>(rect.width()),
+          static_cast<double>(rect.height())};
+}
+
+/// Takes what an overlay does not: the wheel, drops and gestures end here.
+bool endsHere(QEvent::Type kind) {
+  return kind == QEvent::Wheel || kind == QEvent::DragEnter || kind == QEvent::DragMove || kind == QEvent::Drop ||
+         kind == QEvent::ContextMenu || kind == QEvent::TouchBegin || kind == QEvent::TouchUpdate ||
+         kind == QEvent::TouchEnd;
+}
+
+/// The view below a panel.
+class OverlayWidget final : public HostedWidget {
+ public:
+  explicit OverlayWidget(QWidget* parent) : HostedWidget(parent) {
+    setAcceptDrops(true);
+    setAttribute(Qt::WA_AcceptTouchEvents);
+  }
+
+ protected:
+  bool event(QEvent* event) override {
+    if (!endsHere(event->type())) return HostedWidget::event(event);
+    // A drop is refused; everything else is taken and forgotten.
+    const bool isDrag = event->type() == QEvent::DragEnter || event->type() == QEvent::DragMove;
+    event->setAccepted(!isDrag && event->type() != QEvent::Drop);
+    return true;
+  }
+};
+
+}  // namespace
+
+class PanelStack::Backdrop final : public QWidget {
+ public:
+  Backdrop(QWidget* parent, bool isLowest) : QWidget(parent), isLowest_(isLowest) {
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), QColor(8, 20, 32, isLowest_ ? 120 : 60));
+  }
+
+ private:
+  bool isLowest_;
+};
+
+PanelStack::PanelStack(QWidget& content, MainQueue& queue, Pictures& pictures)
+    : content_(content), queue_(queue), pictures_(pictures) {
+  content.installEventFilter(this);
+}
+
+PanelStack::~PanelStack() = default;
+
+void PanelStack::setControls(PanelControls* controls) {
+  controls_ = controls;
+  if (controls_ == nullptr) return;
+  for (const HostedButton& button : buttons_) controls_->buttonMade(button);
+}
+
+void PanelStack::buttonMade(const HostedButton& button) {
+  buttons_.push_back(button);
+  if (controls_ != nullptr) controls_->buttonMade(button);
+}
+
+void PanelStack::buttonGoes(const HostedButton& button) {
+  std::erase_if(buttons_, [&](const HostedButton& one) { return &one.host == &button.host; });
+  if (controls_ != nullptr) controls_->buttonGoes(button);
+}
+
+void PanelStack::panelGoes(PanelFrame& panel) { end(panel); }
+
+bool PanelStack::isShown(const PanelFrame& panel) const {
+  return std::any_of(entries_.begin(), entries_.end(), [&](const Entry& one) { return one.panel == &panel; });
+}
+
+PanelFrame* PanelStack::top() const { return entries_.empty() ? nullptr : entries_.back().panel; }
+
+void PanelStack::place(PanelFrame& panel) {
+  const QSize size = panel.wantedSize(content_.size());
+  const int x = (content_.width() - size.width()) / 2;
+  const int y = static_cast<int>((content_.height() - size.height()) * kAbove);
+  panel.setGeometry(QRect(QPoint(x, y), size));
+}
+
+void PanelStack::begin(PanelFrame& panel) {
+  if (isShown(panel)) {
+    bringToFront(panel);
+    return;
+  }
+  Entry entry;
+  entry.panel = &panel;
+  entry.focusBefore = content_.window()->focusWidget();
+  entry.backdrop = std::make_unique<Backdrop>(&content_, entries_.empty());
+  entry.overlay = std::make_unique<OverlayWidget>(&content_);
+  entry.backdrop->setGeometry(content_.rect());
+  entry.overlay->setGeometry(content_.rect());
+  if (controls_ != nullptr) {
+    controls_->panelBegins(entry.overlay->host(), asRect(content_.rect()), panel.buttonHosts());
+  }
+  entry.overlay->setFocusPolicy(Qt::NoFocus);  // the keyboard stays with the panel
+  for (QWidget* one : {static_cast<QWidget*>(entry.backdrop.get()), static_cast<QWidget*>(entry.overlay.get()),
+                       static_cast<QWidget*>(&panel)}) {
+    one->show();
+    one->raise();
+  }
+  entries_.push_back(std::move(entry));
+  place(panel);
+  if (QWidget* const first = panel.firstFocus()) first->setFocus(Qt::PopupFocusReason);
+  QAccessibleEvent opened(&panel, QAccessible::DialogStart);
+  QAccessible::updateAccessibility(&opened);
+  if (beginObserver_) beginObserver_(panel);
+  if (observer_) observer_();
+}
+
+void PanelStack::end(PanelFrame& panel) {
+  const auto found =
+      std::find_if(entries_.begin(), entries_.end(), [&](const Entry& one) { return one.panel == &panel; });
+  if (found == entries_.end()) return;
+  const auto position = static_cast<std::size_t>(found - entries_.begin());
+  Entry ended = std::move(*found);
+  entries_.erase(found);
+  if (controls_ != nullptr) controls_->panelEnds(ended.overlay->host());
+  ended.backdrop->hide();
+  ended.overlay->hide();
+  giveFocusBack(ended, position);
+  panel.keepOverlay(std::move(ended.overlay));
+  QAccessibleEvent closed(&panel, QAccessible::DialogEnd);
+  QAccessible::updateAccessibility(&closed);
+  if (observer_) observer_();
+}
+
+void PanelStack::giveFocusBack(const Entry& ended, std::size_t position) {
+  if (position < entries_.size()) {
+    // A panel above goes on; what it would give the focus back to goes with the panel that ended.
+    Entry& above = entries_[position];
+    if (above.focusBefore && (above.focusBefore == ended.panel || ended.panel->isAncestorOf(above.focusBefore))) {
+      above.focusBefore = ended.focusBefore;
+    }
+    return;
+  }
+  QWidget* to = ended.focusBefore;
+  if (to == nullptr || !to->isVisible() || !to->isEnabled()) to = entries_.empty() ? nullptr : top()->firstFocus();
+  if (to != nullptr) {
+    to->setFocus(Qt::PopupFocusReason);
+  } else if (QWidget* const focused = content_.window()->focusWidget()) {
+    if (ended.panel->isAncestorOf(focused)) focused->clearFocus();
+  }
+}
+
+void PanelStack::orderOut(PanelFrame& panel) {
+  end(panel);
+  panel.hide();
+}
+
+void PanelStack::bringToFront(PanelFrame& panel) {
+  if (!isShown(panel) || top() != &panel) return;
+  panel.raise();
+  content_.window()->raise();
+  content_.window()->activateWindow();
+  if (!panel.isAncestorOf(content_.window()->focusWidget())) {
+    if (QWidget* const first = panel.firstFocus()) first->setFocus(Qt::PopupFocusReason);
+  }
+}
+
+bool PanelStack::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == &content_ && event->type() == QEvent::Resize) {
+    for (const Entry& entry : entries_) {
+      entry.backdrop->setGeometry(content_.rect());
+      entry.overlay->setGeometry(content_.rect());
+      place(*entry.panel);
+    }
+  }
+  return false;
+}
+
+void QtSheets::beginSheet(Window& sheet, Window&, std::function<bool()> stillWanted) {
+  auto* const panel = dynamic_cast<PanelFrame*>(&sheet);
+  if (panel == nullptr) return;
+  queue_.perform([this, panel, wanted = std::move(stillWanted)] {
+    if (!wanted || wanted()) stack_.begin(*panel);
+  });
+}
+
+void QtSheets::endSheet(Window& sheet) {
+  auto* const panel = dynamic_cast<PanelFrame*>(&sheet);
+  if (panel != nullptr) queue_.perform([this, panel] { stack_.end(*panel); });
+}
+
+}  // namespace zelvo::platform::qt

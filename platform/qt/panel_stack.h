@@ -1,0 +1,94 @@
+/// The panels that lie over the window's content. Each lies on an overlay that swallows the mouse, over a backdrop that
+/// dims what is below. Only the topmost takes input; they may end in any order.
+/// Thread: main, unless a function says otherwise.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <functional>
+#include <list>
+#include <memory>
+#include <vector>
+
+#include "platform/main_queue.h"
+#include "platform/panel_controls.h"
+#include "platform/qt/hosted_widget.h"
+#include "platform/qt/pictures.h"
+#include "platform/sheets.h"
+
+namespace zelvo::platform::qt {
+
+class PanelFrame;
+
+class PanelStack final : public QObject {
+ public:
+  /// Panels cover `content` wholly.
+  PanelStack(QWidget& content, MainQueue& queue, Pictures& pictures);
+  ~PanelStack() override;
+
+  /// Who decides about what is self-drawn. Told at once of the buttons that were made before.
+  void setControls(PanelControls* controls);
+
+  /// Shows `panel` above everything. One that is shown already stays where it is.
+  void begin(PanelFrame& panel);
+  /// Gives the input back to what lies below; the panel stays visible until `orderOut`. Ending one that is not shown
+  /// does nothing.
+  void end(PanelFrame& panel);
+  void orderOut(PanelFrame& panel);
+  void bringToFront(PanelFrame& panel);
+
+  [[nodiscard]] bool isEmpty() const { return entries_.empty(); }
+  [[nodiscard]] bool isShown(const PanelFrame& panel) const;
+  /// The panel that takes input; null when none is shown.
+  [[nodiscard]] PanelFrame* top() const;
+
+  /// Told after the number of panels has changed.
+  void setObserver(std::function<void()> observer) { observer_ = std::move(observer); }
+  /// Told of each panel that begins.
+  void setBeginObserver(std::function<void(PanelFrame& panel)> observer) { beginObserver_ = std::move(observer); }
+
+  // ---- For panels ----
+  void buttonMade(const HostedButton& button);
+  void buttonGoes(const HostedButton& button);
+  void panelGoes(PanelFrame& panel);
+  [[nodiscard]] QWidget& content() const { return content_; }
+  [[nodiscard]] MainQueue& queue() const { return queue_; }
+  [[nodiscard]] Pictures& pictures() const { return pictures_; }
+
+ private:
+  class Backdrop;
+  struct Entry {
+    PanelFrame* panel = nullptr;
+    std::unique_ptr<Backdrop> backdrop;
+    std::unique_ptr<HostedWidget> overlay;
+    QPointer<QWidget> focusBefore;
+  };
+
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void place(PanelFrame& panel);
+  void giveFocusBack(const Entry& ended, std::size_t position);
+
+  QWidget& content_;
+  MainQueue& queue_;
+  Pictures& pictures_;
+  PanelControls* controls_ = nullptr;
+  std::list<HostedButton> buttons_;
+  std::vector<Entry> entries_;
+  std::function<void()> observer_;
+  std::function<void(PanelFrame& panel)> beginObserver_;
+};
+
+/// Sheets of the window: its panels.
+class QtSheets final : public Sheets {
+ public:
+  QtSheets(PanelStack& stack, MainQueue& queue) : stack_(stack), queue_(queue) {}
+  void beginSheet(Window& sheet, Window& over, std::function<bool()> stillWanted) override;
+  void endSheet(Window& sheet) override;
+
+ private:
+  PanelStack& stack_;
+  MainQueue& queue_;
+};
+
+}  // namespace zelvo::platform::qt

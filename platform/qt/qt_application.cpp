@@ -1,0 +1,157 @@
+#include "platform/qt/qt_application.h"
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <QApplication>
+#include <QDeadlineTimer>
+#include <QSessionManager>
+#include <QSocketNotifier>
+#include <array>
+#include <atomic>
+#include <csignal>
+#include <cstdint>
+#include <utility>
+
+#include "platform/qt/main_window.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+/// What a signal handler may touch.
+std::atomic<bool> endIsRequested{false};
+std::atomic<const LoopWaker*> signalWaker{nullptr};
+static_assert(std::atomic<bool>::is_always_lock_free && std::atomic<const LoopWaker*>::is_always_lock_free);
+
+constexpr std::array kEndingSignals = {SIGTERM, SIGINT, SIGHUP};
+
+void noteSignal(int) {
+  endIsRequested = true;
+  if (const LoopWaker* const waker = signalWaker) waker->wake();
+}
+
+void handleEndingSignals(void (*handler)(int)) {
+  struct sigaction action {};
+  action.sa_handler = handler;
+  action.sa_flags = SA_RESTART;
+  sigfillset(&action.sa_mask);
+  for (const int number : kEndingSignals) {
+    struct sigaction before {};
+    // Whoever started the program with one of them ignored is not overruled.
+    if (sigaction(number, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
+    sigaction(number, &action, nullptr);
+  }
+}
+
+}  // namespace
+
+LoopWaker::LoopWaker(std::function<void()> woken)
+    : descriptor_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
+      notifier_(new QSocketNotifier(descriptor_, QSocketNotifier::Read, this)) {
+  connect(notifier_, &QSocketNotifier::activated, this, [this, told = std::move(woken)] {
+    std::uint64_t calls = 0;
+    static_cast<void>(::read(descriptor_, &calls, sizeof calls));
+    told();
+  });
+}
+
+LoopWaker::~LoopWaker() {
+  notifier_->setEnabled(false);
+  ::close(descriptor_);
+}
+
+void LoopWaker::wake() const {
+  constexpr std::uint64_t kOnce = 1;
+  // Full means that the loop is about to wake anyway.
+  [[maybe_unused]] const auto written = ::write(descriptor_, &kOnce, sizeof kOnce);
+}
+
+QtApplication::QtApplication(ServedQueue& queue, MainWindow& window)
+    : queue_(queue), window_(window), arrival_([this] { serve(); }), signal_([this] { requestTermination(); }) {
+  nextServing_.setSingleShot(true);
+  nextServing_.setTimerType(Qt::PreciseTimer);
+  connect(&nextServing_, &QTimer::timeout, this, [this] { serve(); });
+  queue_.setWaker([this] { arrival_.wake(); });
+  endIsRequested = false;
+  signalWaker = &signal_;
+  handleEndingSignals(noteSignal);
+  connect(
+      qApp, &QGuiApplication::commitDataRequest, this,
+      [this](QSessionManager&) {
+        endIsRequested = true;
+        requestTermination();
+      },
+      Qt::DirectConnection);
+  window_.setCloseJudge([this] {
+    if (delegate_ != nullptr && !delegate_->windowShouldClose()) return false;
+    if (delegate_ != nullptr) delegate_->windowWillClose();
+    return true;
+  });
+}
+
+QtApplication::~QtApplication() {
+  window_.setCloseJudge({});
+  handleEndingSignals(SIG_DFL);
+  signalWaker = nullptr;
+  queue_.setWaker({});
+}
+
+void QtApplication::setDelegate(Window& window, WindowDelegate* delegate) {
+  if (&window == static_cast<Window*>(&window_)) delegate_ = delegate;
+}
+
+void QtApplication::showMainWindow() {
+  constexpr int kLongestWaitMilliseconds = 3000;  // a display that never paints does not keep the program
+  window_.show();
+  const QDeadlineTimer deadline(kLongestWaitMilliseconds);
+  while (!window_.wasPainted() && !deadline.hasExpired()) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::WaitForMoreEvents, 20);
+  }
+}
+
+int QtApplication::run() {
+  if (terminated_) return 0;
+  if (startHandler_) QTimer::singleShot(0, this, [handler = std::exchange(startHandler_, {})] { handler(); });
+  return QApplication::exec();
+}
+
+void QtApplication::terminate() {
+  terminated_ = true;
+  QCoreApplication::exit(0);  // every event loop that runs, those of modal panels included
+}
+
+void QtApplication::drainMainQueue() {
+  while (const auto again = queue_.serve()) {
+    if (again->count() > 0) ::usleep(static_cast<useconds_t>(again->count() * 1000));
+  }
+}
+
+void QtApplication::serve() {
+  if (deliversRedrawsOnly_) return;  // woken again once the long work lets events through
+  if (const auto again = queue_.serve()) nextServing_.start(*again);
+}
+
+void QtApplication::deliverRedraws() {
+  if (deliversRedrawsOnly_) return;
+  constexpr auto kInterval = std::chrono::milliseconds(16);
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextDelivery_) return;
+  deliversRedrawsOnly_ = true;
+  queue_.runDueRedraws();
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents | QEventLoop::ExcludeSocketNotifiers);
+  deliversRedrawsOnly_ = false;
+  nextDelivery_ = std::chrono::steady_clock::now() + kInterval;
+  // What came meanwhile was not for now.
+  arrival_.wake();
+}
+
+void QtApplication::setTerminationHandler(std::function<void()> handler) { terminationHandler_ = std::move(handler); }
+
+bool QtApplication::terminationRequested() const { return endIsRequested; }
+
+void QtApplication::requestTermination() {
+  if (terminationHandler_) terminationHandler_();
+}
+
+}  // namespace zelvo::platform::qt

@@ -1,0 +1,200 @@
+#include "platform/qt/qt_button.h"
+
+#include <QEvent>
+#include <QFocusEvent>
+#include <QFontMetrics>
+#include <QPaintEvent>
+#include <utility>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/qt_canvas.h"
+#include "platform/qt/text.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+constexpr int kPushHeight = 36;
+constexpr int kPushLeastWidth = 112;
+constexpr int kPushMargin = 20;
+constexpr int kPictureTitlePixels = 16;
+constexpr double kFocusWidth = 2.0;
+
+}  // namespace
+
+QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, Look look, QWidget* parent)
+    : QPushButton(title, parent),
+      queue_(queue),
+      pictures_(pictures),
+      look_(look),
+      title_(title),
+      host_(new QtViewHost(*this, [this](QPainter& painter) { paintBase(painter); })) {
+  setAutoDefault(true);
+  setFocusPolicy(Qt::StrongFocus);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+  setFont(textFont(kSmallPixels));
+  if (look == Look::picture) setToolTip(title);
+  connect(this, &QAbstractButton::clicked, this, [this] { pressed(); });
+}
+
+void QtButton::setEnabled(bool enabled) {
+  queue_.perform([this, enabled] { QPushButton::setEnabled(enabled); });
+}
+
+void QtButton::setHidden(bool hidden) {
+  queue_.perform([this, hidden] { QPushButton::setHidden(hidden); });
+}
+
+void QtButton::setState(State state) {
+  state_ = state;
+  queue_.perform([this, state] { showState(state); });
+}
+
+void QtButton::showState(State state) {
+  if (!isTwoState_) return;
+  const QSignalBlocker quiet(this);
+  setChecked(state == State::on);
+  setText(state == State::on ? otherTitle_ : title_);
+  update();
+}
+
+void QtButton::setImage(std::string_view name) {
+  queue_.perform([this, image = std::string(name)] {
+    image_ = image;
+    update();
+  });
+}
+
+std::string QtButton::title() const { return plain(text()); }
+
+void QtButton::setAttributedTitle(const AttributedText& title) {
+  title_ = shown(title.text());
+  setText(title_);
+  if (!title.runs.empty()) {
+    const TextAttributes& looks = title.runs.front().attributes;
+    setFont(fontOf(looks));
+    if (looks.foreground) {
+      QPalette own = palette();
+      own.setColor(QPalette::ButtonText, shown(*looks.foreground));
+      own.setColor(QPalette::Link, shown(*looks.foreground));
+      setPalette(own);
+    }
+  }
+  update();
+}
+
+void QtButton::setEnabledObserver(std::function<void(bool enabled)> observer) {
+  enabledObserver_ = std::move(observer);
+  if (enabledObserver_) enabledObserver_(isEnabled());
+}
+
+void QtButton::setTwoState(const QString& otherTitle) {
+  isTwoState_ = true;
+  otherTitle_ = otherTitle;
+  setCheckable(true);
+}
+
+void QtButton::nextCheckState() {
+  if (!isTwoState_) return;
+  const State next = isChecked() ? State::off : State::on;
+  state_ = next;
+  showState(next);
+}
+
+void QtButton::pressed() {
+  if (action_) action_(*this);
+}
+
+QSize QtButton::sizeHint() const {
+  if (look_ == Look::picture) {
+    const Size drawn = pictures_.size(image_);
+    return {static_cast<int>(drawn.width), static_cast<int>(drawn.height)};
+  }
+  const QFontMetrics metrics(font());
+  const int width = std::max(metrics.horizontalAdvance(title_), metrics.horizontalAdvance(otherTitle_));
+  if (look_ == Look::link) return {width + 2, metrics.height() + 4};
+  return {std::max(kPushLeastWidth, width + 2 * kPushMargin), kPushHeight};
+}
+
+void QtButton::changeEvent(QEvent* event) {
+  QPushButton::changeEvent(event);
+  if (event->type() == QEvent::EnabledChange && enabledObserver_) enabledObserver_(isEnabled());
+}
+
+void QtButton::focusInEvent(QFocusEvent* event) {
+  // The ring is for who steers by the keyboard; a click shows by itself where it was.
+  showsFocus_ = event->reason() != Qt::MouseFocusReason;
+  QPushButton::focusInEvent(event);
+}
+
+void QtButton::paintEvent(QPaintEvent* event) {
+  QPainter painter(this);
+  host_->paint(painter, event->rect());
+  if (hasFocus() && showsFocus_) paintFocus(painter);
+}
+
+void QtButton::paintBase(QPainter& painter) {
+  switch (look_) {
+    case Look::push:
+      paintPush(painter);
+      break;
+    case Look::picture:
+      paintPicture(painter);
+      break;
+    case Look::link:
+      paintLink(painter);
+      break;
+  }
+}
+
+void QtButton::paintPush(QPainter& painter) const {
+  const bool isPressed = isDown() && highlightsBy_ != kHighlightNone;
+  painter.save();
+  painter.fillRect(rect(), isPressed ? line(palette()) : surface(palette()));
+  painter.setPen(QPen(line(palette()), 1));
+  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  painter.setFont(font());
+  painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
+  painter.drawText(rect(), Qt::AlignCenter, text());
+  painter.restore();
+}
+
+void QtButton::paintPicture(QPainter& painter) {
+  painter.save();
+  if (!isEnabled()) painter.setOpacity(0.45);
+  const bool isPressed = isDown() && highlightsBy_ != kHighlightNone;
+  if (isPressed) painter.setOpacity(painter.opacity() * 0.8);
+  pictures_.draw(painter, image_, QRectF(rect()));
+  if (showsTitle_) {
+    painter.setFont(textFont(kPictureTitlePixels, QFont::DemiBold));
+    painter.setPen(palette().color(QPalette::HighlightedText));
+    painter.drawText(rect(), Qt::AlignCenter, text());
+  }
+  painter.restore();
+}
+
+void QtButton::paintLink(QPainter& painter) const {
+  painter.save();
+  QFont underlined = font();
+  underlined.setUnderline(true);
+  painter.setFont(underlined);
+  painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::Link));
+  painter.drawText(rect(), Qt::AlignCenter, text());
+  painter.restore();
+}
+
+void QtButton::paintFocus(QPainter& painter) const {
+  // Two rings, one of which stands out on whatever the button is filled with.
+  painter.save();
+  painter.setBrush(Qt::NoBrush);
+  const auto ring = [&](double inset, const QColor& colour) {
+    painter.setPen(QPen(colour, kFocusWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
+    const double middle = inset + kFocusWidth / 2;
+    painter.drawRect(QRectF(rect()).adjusted(middle, middle, -middle, -middle));
+  };
+  ring(0, focusColour(palette()));
+  if (look_ != Look::link) ring(kFocusWidth, surface(palette()));
+  painter.restore();
+}
+
+}  // namespace zelvo::platform::qt

@@ -1,0 +1,35 @@
+/// The desktop's services. Of the running applications only this one is known, and only its window can be brought to the
+/// front.
+/// Thread: main.
+#pragma once
+
+#include <string>
+
+#include "platform/launcher.h"
+#include "platform/workspace.h"
+
+class QWidget;
+
+namespace zelvo::platform::qt {
+
+class QtWorkspace final : public Workspace {
+ public:
+  /// `applications` is the folder that the names of `openFile` are looked for in; `identifier` is this program's.
+  QtWorkspace(QWidget& window, FileOpener& opener, std::string applications, std::string identifier)
+      : window_(window), opener_(opener), applications_(std::move(applications)), identifier_(std::move(identifier)) {}
+
+  /// Opens nothing but what a scheme with a handler names; no shell sees the address.
+  bool openURL(const std::string& url) override;
+  bool openFile(const std::string& path, std::string_view application) override;
+  [[nodiscard]] std::vector<LaunchedApplication> launchedApplications() override;
+  [[nodiscard]] std::optional<Process> processForIdentifier(std::int64_t identifier) override;
+  void setFrontProcess(const Process& process) override;
+
+ private:
+  QWidget& window_;
+  FileOpener& opener_;
+  std::string applications_;
+  std::string identifier_;
+};
+
+}  // namespace zelvo::platform::qt

@@ -1,0 +1,16 @@
+/// Texts and paths between the system's own form and Qt's.
+#pragma once
+
+#include <QString>
+#include <string>
+#include <string_view>
+
+namespace zelvo::platform::qt {
+
+/// UTF-8; what is not shows as U+FFFD.
+[[nodiscard]] inline QString shown(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+[[nodiscard]] inline std::string plain(const QString& text) { return text.toStdString(); }
+
+}  // namespace zelvo::platform::qt

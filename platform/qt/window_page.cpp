@@ -1,0 +1,107 @@
+#include "platform/qt/window_page.h"
+
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/step_marker.h"
+#include "platform/qt/window_texts.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+constexpr int kStripHeight = 72;
+constexpr int kStripMargin = 28;
+constexpr int kIconSize = 32;
+
+class Strip final : public QWidget {
+ public:
+  Strip() { setFixedHeight(kStripHeight); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), strip(palette()));
+    painter.fillRect(QRect(0, height() - 1, width(), 1), line(palette()));
+  }
+};
+
+class ProductMark final : public QWidget {
+ public:
+  explicit ProductMark(Pictures& pictures) : pictures_(pictures) { setFixedSize(kIconSize, kIconSize); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    pictures_.draw(painter, "zelvo-avi-repair", QRectF(rect()));
+  }
+
+ private:
+  Pictures& pictures_;
+};
+
+}  // namespace
+
+QtButton* PageParts::button(const QString& title, QtButton::Look look) const {
+  return new QtButton(queue, pictures, title, look);
+}
+
+QtButton* PageParts::pictureButton(const QString& title, std::string_view picture) const {
+  auto* const made = new QtButton(queue, pictures, title, QtButton::Look::picture);
+  made->setImage(picture);
+  return made;
+}
+
+WindowPage::WindowPage(const PageParts& parts, int step)
+    : home(parts.pictureButton(texts::home(), "home-1")),
+      help(parts.pictureButton(texts::help(), "help-1")),
+      update(parts.pictureButton(texts::update(), "update-1")) {
+  auto* const all = new QVBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->setSpacing(0);
+
+  auto* const top = new Strip;
+  auto* const row = new QHBoxLayout(top);
+  row->setContentsMargins(kStripMargin, 0, kStripMargin, 0);
+  auto* const name = new QLabel(texts::productName());
+  name->setFont(textFont(kTextPixels, QFont::DemiBold));
+  auto* const left = new QWidget;
+  auto* const leftRow = new QHBoxLayout(left);
+  leftRow->setContentsMargins(0, 0, 0, 0);
+  leftRow->setSpacing(10);
+  leftRow->addWidget(new ProductMark(parts.pictures));
+  leftRow->addWidget(name);
+  leftRow->addStretch(1);
+  auto* const right = new QWidget;
+  auto* const rightRow = new QHBoxLayout(right);
+  rightRow->setContentsMargins(0, 0, 0, 0);
+  rightRow->setSpacing(12);
+  rightRow->addStretch(1);
+  for (QtButton* button : {home, help, update}) rightRow->addWidget(button);
+  row->addWidget(left, 1);
+  row->addWidget(new StepMarker(step), 0);
+  row->addWidget(right, 1);
+  all->addWidget(top);
+
+  body_ = new QVBoxLayout;
+  body_->setContentsMargins(kPageMargin, kPageMargin * 3 / 4, kPageMargin, kPageMargin * 3 / 4);
+  body_->setSpacing(kPageGap);
+  all->addLayout(body_, 1);
+}
+
+QLabel* headline(const QString& text) {
+  auto* const label = new QLabel(text);
+  label->setFont(textFont(kHeadlinePixels, QFont::DemiBold));
+  label->setWordWrap(true);
+  return label;
+}
+
+QLabel* explanation(const QString& text) {
+  auto* const label = new QLabel(text);
+  label->setForegroundRole(QPalette::PlaceholderText);
+  label->setWordWrap(true);
+  return label;
+}
+
+}  // namespace zelvo::platform::qt

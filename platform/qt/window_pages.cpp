@@ -1,0 +1,212 @@
+#include "platform/qt/window_pages.h"
+
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QPainter>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/window_texts.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+constexpr int kPathHeight = 48;
+constexpr int kColumnWidth = 640;
+constexpr int kSideWidth = 248;
+constexpr int kResultMargin = 12;
+
+/// A framed box round a path.
+class PathBox final : public QWidget {
+ public:
+  explicit PathBox(ElidedLabel& path) {
+    setFixedHeight(kPathHeight);
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(kPageGap, 0, kPageGap, 0);
+    row->addWidget(&path);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), surface(palette()));
+    painter.setPen(line(palette()));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+};
+
+ElidedLabel* quietPath() {
+  auto* const label = new ElidedLabel;
+  label->setForegroundRole(QPalette::PlaceholderText);
+  label->setFont(textFont(kSmallPixels));
+  label->setAlignment(Qt::AlignCenter);
+  return label;
+}
+
+/// A piece of a sentence, which takes no room while it says nothing.
+QLabel* piece() {
+  auto* const label = new QLabel;
+  label->setTextFormat(Qt::PlainText);
+  label->setForegroundRole(QPalette::PlaceholderText);
+  label->setFont(textFont(kSmallPixels));
+  label->hide();
+  return label;
+}
+
+void hideWhileEmpty(QtTextField& field) {
+  field.setShape([](const QString& text) { return text.trimmed(); });
+  field.setObserver([label = &field.label()](const QString& text) { label->setVisible(!text.trimmed().isEmpty()); });
+}
+
+void addFact(QGridLayout& grid, const QString& name, QtTextField& field, const QString& accessibleName) {
+  const int row = grid.rowCount();
+  auto* const label = new QLabel(name);
+  label->setForegroundRole(QPalette::PlaceholderText);
+  label->setFont(textFont(kSmallPixels));
+  field.label().setFont(textFont(kTextPixels, QFont::DemiBold));
+  field.label().setText(texts::nothing());
+  field.label().setAccessibleDescription(accessibleName);
+  grid.addWidget(label, row, 0);
+  grid.addWidget(&field.label(), row, 1);
+}
+
+}  // namespace
+
+ChoosePage::ChoosePage(const PageParts& parts)
+    : WindowPage(parts, 0),
+      browsebutton(parts.button(texts::chooseFile(), QtButton::Look::push)),
+      repairbutton(parts.pictureButton(texts::repair(), "repair_button_normal")),
+      dropArea(new DropArea(parts.pictures, *browsebutton)),
+      textfield(parts.queue, *quietPath()),
+      pathfield(parts.queue, *new ElidedLabel) {
+  body()->addWidget(headline(texts::chooseHeadline()));
+  body()->addWidget(explanation(texts::chooseExplanation()));
+  textfield.setShape(texts::lastChosen);
+  textfield.setObserver([this](const QString&) { showLastChosen(); });
+  pathfield.setObserver([this](const QString&) { showLastChosen(); });
+  textfield.label().hide();
+  dropArea->addLine(&textfield.label());
+  body()->addWidget(dropArea, 1);
+
+  auto& path = dynamic_cast<ElidedLabel&>(pathfield.label());
+  path.setPlaceholder(texts::noFileYet());
+  path.setAccessibleDescription(texts::stepName(0));
+  repairbutton->showTitle();
+  auto* const row = new QHBoxLayout;
+  row->setSpacing(kPageGap);
+  row->addWidget(new PathBox(path), 1);
+  row->addWidget(repairbutton);
+  body()->addLayout(row);
+  setFirstFocus(browsebutton);
+}
+
+void ChoosePage::showLastChosen() {
+  // The path stands below already while it is the chosen one.
+  textfield.label().setVisible(!textfield.text().isEmpty() && textfield.text() != pathfield.text());
+}
+
+RepairPage::RepairPage(const PageParts& parts)
+    : WindowPage(parts, 1),
+      pathlabel(parts.queue, *new ElidedLabel),
+      status(parts.queue, *new ElidedLabel),
+      bar(new FlatProgressBar),
+      progressbar(parts.queue, *bar),
+      stopbutton(parts.button(texts::stop(), QtButton::Look::push)) {
+  auto* const column = new QVBoxLayout;
+  column->setSpacing(kPageGap);
+  column->addWidget(headline(texts::repairHeadline()));
+  pathlabel.label().setForegroundRole(QPalette::PlaceholderText);
+  column->addWidget(&pathlabel.label());
+  column->addSpacing(kPageGap);
+  status.label().setFont(textFont(kTextPixels, QFont::DemiBold));
+  column->addWidget(&status.label());
+  bar->setAccessibleName(texts::repairHeadline());
+  column->addWidget(bar);
+  column->addWidget(explanation(texts::repairExplanation()));
+  column->addSpacing(kPageGap);
+  column->addWidget(stopbutton, 0, Qt::AlignLeft);
+
+  auto* const middle = new QWidget;
+  middle->setLayout(column);
+  middle->setMaximumWidth(kColumnWidth);
+  auto* const row = new QHBoxLayout;
+  row->addStretch(1);
+  row->addWidget(middle, 20);
+  row->addStretch(1);
+  body()->addStretch(2);
+  body()->addLayout(row);
+  body()->addStretch(3);
+  setFirstFocus(stopbutton);
+}
+
+ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
+    : WindowPage(parts, 2),
+      result(new HostedWidget),
+      videocodecfield(parts.queue, *new ElidedLabel),
+      audiocodecfield(parts.queue, *new ElidedLabel),
+      durationfield(parts.queue, *new ElidedLabel),
+      previewbutton(parts.button(texts::preview(), QtButton::Look::push)),
+      savebutton(parts.button(texts::save(), QtButton::Look::push)),
+      clickherebutton(parts.button(texts::clickHere(), QtButton::Look::link)),
+      downloadmplayertext(parts.queue, *piece()),
+      downloadmplayertext1(parts.queue, *piece()),
+      downloadmplayertext2(parts.queue, *piece()),
+      downloadmplayertext3(parts.queue, *piece()),
+      downloadmplayertext4(parts.queue, *piece()) {
+  auto* const inResult = new QVBoxLayout(result);
+  inResult->setContentsMargins(kResultMargin, kResultMargin, kResultMargin, kResultMargin);
+  inResult->addWidget(&movie);
+
+  auto* const side = new QVBoxLayout;
+  side->setSpacing(kPageGap);
+  side->addWidget(headline(texts::resultHeadline()));
+  side->addWidget(explanation(texts::resultExplanation()));
+  auto* const facts = new QGridLayout;
+  facts->setHorizontalSpacing(kPageGap);
+  facts->setVerticalSpacing(kPageGap / 2);
+  facts->setColumnStretch(1, 1);
+  videocodecfield.setShape(texts::orNothing);
+  audiocodecfield.setShape(texts::orNothing);
+  durationfield.setShape(texts::mebibytes);
+  addFact(*facts, texts::video(), videocodecfield, texts::video());
+  addFact(*facts, texts::audio(), audiocodecfield, texts::audio());
+  addFact(*facts, texts::lastSaved(), durationfield, texts::lastSaved());
+  side->addSpacing(kPageGap / 2);
+  side->addLayout(facts);
+  side->addStretch(1);
+  previewbutton->setTwoState(texts::stopPreview());
+  for (QtButton* button : {previewbutton, savebutton}) {
+    button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    side->addWidget(button);
+  }
+  auto* const sideArea = new QWidget;
+  side->setContentsMargins(0, 0, 0, 0);
+  sideArea->setLayout(side);
+  sideArea->setFixedWidth(kSideWidth);
+
+  auto* const row = new QHBoxLayout;
+  row->setSpacing(kPageMargin - kPageGap / 2);
+  row->addWidget(result, 1);
+  row->addWidget(sideArea);
+  body()->addLayout(row, 1);
+
+  auto* const sentence = new QHBoxLayout;
+  sentence->setSpacing(4);
+  for (QtTextField* field : {&downloadmplayertext, &downloadmplayertext1, &downloadmplayertext2}) {
+    hideWhileEmpty(*field);
+    sentence->addWidget(&field->label());
+  }
+  clickherebutton->hide();
+  sentence->addWidget(clickherebutton);
+  for (QtTextField* field : {&downloadmplayertext3, &downloadmplayertext4}) {
+    hideWhileEmpty(*field);
+    sentence->addWidget(&field->label());
+  }
+  sentence->addStretch(1);
+  body()->addLayout(sentence);
+  downloadmplayertext.setStringValue(texts::tip().toStdString());
+  setFirstFocus(previewbutton);
+}
+
+}  // namespace zelvo::platform::qt

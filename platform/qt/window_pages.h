@@ -1,0 +1,56 @@
+/// The three pages of the window: choosing, repairing, the result. Each holds its elements under their outlets' names.
+/// Thread: main.
+#pragma once
+
+#include "platform/qt/drop_area.h"
+#include "platform/qt/hosted_widget.h"
+#include "platform/qt/qt_elements.h"
+#include "platform/qt/window_page.h"
+
+namespace zelvo::platform::qt {
+
+class ChoosePage final : public WindowPage {
+ public:
+  explicit ChoosePage(const PageParts& parts);
+
+  QtButton* browsebutton;
+  QtButton* repairbutton;
+  DropArea* dropArea;
+  QtTextField textfield;  ///< the path that was chosen last
+  QtTextField pathfield;  ///< the path that is chosen
+
+ private:
+  void showLastChosen();
+};
+
+class RepairPage final : public WindowPage {
+ public:
+  explicit RepairPage(const PageParts& parts);
+
+  QtTextField pathlabel;
+  QtTextField status;  ///< the job's `textfield`
+  FlatProgressBar* bar;
+  QtProgressBar progressbar;
+  QtButton* stopbutton;
+};
+
+/// `movie` shows the film.
+class ResultPage final : public WindowPage {
+ public:
+  ResultPage(const PageParts& parts, HostedWidget& movie);
+
+  HostedWidget* result;  ///< the framed area round the movie
+  QtTextField videocodecfield;
+  QtTextField audiocodecfield;
+  QtTextField durationfield;
+  QtButton* previewbutton;
+  QtButton* savebutton;
+  QtButton* clickherebutton;
+  QtTextField downloadmplayertext;
+  QtTextField downloadmplayertext1;
+  QtTextField downloadmplayertext2;
+  QtTextField downloadmplayertext3;
+  QtTextField downloadmplayertext4;
+};
+
+}  // namespace zelvo::platform::qt

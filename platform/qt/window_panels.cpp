@@ -1,0 +1,65 @@
+#include "platform/qt/window_panels.h"
+
+#include <algorithm>
+#include <array>
+
+#include "platform/qt/window_texts.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+using Role = PanelFrame::Role;
+
+PanelFrame& panel(PanelStack& stack, const char* picture, const QString& title, const QString& message) {
+  return *new PanelFrame(stack, {QString::fromLatin1(picture), title, message});
+}
+
+FlatProgressBar& bar(PanelFrame& in) {
+  auto* const made = new FlatProgressBar;
+  made->setAccessibleName(in.title());
+  in.addContent(made);
+  return *made;
+}
+
+/// Lets a long path break after each of its slashes.
+QString breakable(const QString& text) {
+  QString shown = text;
+  return shown.replace(QLatin1Char('/'), QStringLiteral("/\u200b"));
+}
+
+}  // namespace
+
+WindowPanels::WindowPanels(PanelStack& stack)
+    : filenotselectedwindow(panel(stack, "sheet-info", texts::noFilmTitle(), texts::noFilmMessage())),
+      filenotselectedokbutton(filenotselectedwindow.addButton(texts::ok(), Role::defaultAndCancels)),
+      stoprepairwindow(panel(stack, "sheet-question", texts::stopRepairTitle(), texts::stopRepairMessage())),
+      stoprepairokbutton(stoprepairwindow.addButton(texts::stopRepair())),
+      stoprepaircancelbutton(stoprepairwindow.addButton(texts::keepRepairing(), Role::defaultAndCancels)),
+      invalidfilewindow(panel(stack, "sheet-warning", texts::invalidTitle(), texts::invalidMessage())),
+      invalidfileokbutton(invalidfilewindow.addButton(texts::ok(), Role::defaultAndCancels)),
+      filenotsupportedwindow(panel(stack, "sheet-warning", texts::notSupportedTitle(), texts::notSupportedMessage())),
+      filenotsupportedokbutton(filenotsupportedwindow.addButton(texts::ok(), Role::defaultAndCancels)),
+      repaircompletedwindow(panel(stack, "sheet-done", texts::completedTitle(), texts::completedMessage())),
+      repaircompletedokbutton(repaircompletedwindow.addButton(texts::seeResult(), Role::defaultAndCancels)),
+      saveprogresspanel(panel(stack, "sheet-info", texts::savingTitle(), texts::savingMessage())),
+      saveBar(bar(saveprogresspanel)),
+      saveprogressbar(stack.queue(), saveBar),
+      stopsavingbutton(saveprogresspanel.addButton(texts::stop(), Role::cancels)),
+      stopsavingwindow(panel(stack, "sheet-question", texts::stopSavingTitle(), texts::stopSavingMessage())),
+      stopsavingOKbutton(stopsavingwindow.addButton(texts::stopSaving())),
+      stopsavingCancelbutton(stopsavingwindow.addButton(texts::keepSaving(), Role::defaultAndCancels)),
+      savecompletedwindow(panel(stack, "sheet-done", texts::savedTitle(), texts::nothing())),
+      savecompletedtext(stack.queue(), savecompletedwindow.message()),
+      savecompletedokbutton(savecompletedwindow.addButton(texts::ok(), Role::defaultAndCancels)),
+      PreviewErrorWindow(panel(stack, "sheet-warning", texts::previewErrorTitle(), texts::previewErrorMessage())),
+      PreviewErrorokbutton(PreviewErrorWindow.addButton(texts::ok(), Role::defaultAndCancels)) {
+  savecompletedtext.setShape(breakable);
+}
+
+bool WindowPanels::tellsOfAnEnd(const PanelFrame& panel) const {
+  const std::array ends = {&invalidfilewindow, &filenotsupportedwindow, &repaircompletedwindow, &savecompletedwindow};
+  return std::find(ends.begin(), ends.end(), &panel) != ends.end();
+}
+
+}  // namespace zelvo::platform::qt

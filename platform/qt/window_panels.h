@@ -1,0 +1,43 @@
+/// The fixed panels of the window, each under its outlet's name.
+/// Thread: main.
+#pragma once
+
+#include "platform/qt/panel_frame.h"
+#include "platform/qt/panel_stack.h"
+#include "platform/qt/qt_elements.h"
+
+namespace zelvo::platform::qt {
+
+struct WindowPanels {
+  /// They belong to the widget that `stack` lies over.
+  explicit WindowPanels(PanelStack& stack);
+
+  PanelFrame& filenotselectedwindow;
+  QtButton& filenotselectedokbutton;
+  PanelFrame& stoprepairwindow;
+  QtButton& stoprepairokbutton;
+  QtButton& stoprepaircancelbutton;
+  PanelFrame& invalidfilewindow;
+  QtButton& invalidfileokbutton;
+  PanelFrame& filenotsupportedwindow;
+  QtButton& filenotsupportedokbutton;
+  PanelFrame& repaircompletedwindow;
+  QtButton& repaircompletedokbutton;
+  PanelFrame& saveprogresspanel;
+  FlatProgressBar& saveBar;
+  QtProgressBar saveprogressbar;
+  QtButton& stopsavingbutton;
+  PanelFrame& stopsavingwindow;
+  QtButton& stopsavingOKbutton;
+  QtButton& stopsavingCancelbutton;
+  PanelFrame& savecompletedwindow;
+  QtTextField savecompletedtext;
+  QtButton& savecompletedokbutton;
+  PanelFrame& PreviewErrorWindow;
+  QtButton& PreviewErrorokbutton;
+
+  /// True for the panels that tell how something long has ended.
+  [[nodiscard]] bool tellsOfAnEnd(const PanelFrame& panel) const;
+};
+
+}  // namespace zelvo::platform::qt

@@ -1,0 +1,105 @@
+/// What the window says by itself: the texts of its pages and panels. What the logic says comes from there.
+#pragma once
+
+#include <QString>
+
+namespace zelvo::platform::qt::texts {
+
+inline QString productName() { return QStringLiteral("Zelvo AVI Repair"); }
+
+// ---- Every page ----
+inline QString home() { return QStringLiteral("Home"); }
+inline QString help() { return QStringLiteral("Help"); }
+inline QString update() { return QStringLiteral("Look for an update"); }
+inline QString stepName(int step) {
+  if (step == 0) return QStringLiteral("Choose");
+  return step == 1 ? QStringLiteral("Repair") : QStringLiteral("Result");
+}
+inline QString stepDescription(int step) {
+  return QStringLiteral("Step %1 of 3: %2").arg(step + 1).arg(stepName(step));
+}
+
+// ---- Page 1 ----
+inline QString chooseHeadline() { return QStringLiteral("Repair a film that no longer plays"); }
+inline QString chooseExplanation() {
+  return QStringLiteral("Choose an AVI file. It is only read: nothing is changed in your file.");
+}
+inline QString dropHere() { return QStringLiteral("Drop an AVI file here"); }
+inline QString chooseFile() { return QStringLiteral("Choose a file\u2026"); }
+inline QString noFileYet() { return QStringLiteral("No file chosen yet"); }
+inline QString lastChosen(const QString& path) {
+  return path.isEmpty() ? QString() : QStringLiteral("Last chosen: ") + path;
+}
+inline QString repair() { return QStringLiteral("Repair"); }
+
+// ---- Page 2 ----
+inline QString repairHeadline() { return QStringLiteral("Repairing your film"); }
+inline QString repairExplanation() {
+  return QStringLiteral("This can take a few minutes for a long film. You can go on working meanwhile.");
+}
+inline QString stop() { return QStringLiteral("Stop"); }
+
+// ---- Page 3 ----
+inline QString resultHeadline() { return QStringLiteral("Your repaired film"); }
+inline QString resultExplanation() {
+  return QStringLiteral("Look at it here, then save it to a folder of your choice.");
+}
+inline QString video() { return QStringLiteral("Video"); }
+inline QString audio() { return QStringLiteral("Audio"); }
+inline QString lastSaved() { return QStringLiteral("Last saved"); }
+inline QString nothing() { return QStringLiteral("\u2013"); }
+inline QString orNothing(const QString& text) { return text.isEmpty() ? nothing() : text; }
+inline QString mebibytes(const QString& number) {
+  return number.isEmpty() || number == QLatin1String("0") ? nothing() : number + QStringLiteral(" MiB");
+}
+inline QString preview() { return QStringLiteral("Preview"); }
+inline QString stopPreview() { return QStringLiteral("Stop preview"); }
+inline QString save() { return QStringLiteral("Save\u2026"); }
+inline QString tip() { return QStringLiteral("Tip:"); }
+inline QString clickHere() { return QStringLiteral("click here"); }
+
+// ---- Panels ----
+inline QString ok() { return QStringLiteral("OK"); }
+inline QString noFilmTitle() { return QStringLiteral("No film chosen yet"); }
+inline QString noFilmMessage() {
+  return QStringLiteral("First choose the AVI file that you want to repair, or drop it on the window.");
+}
+inline QString stopRepairTitle() { return QStringLiteral("Stop the repair?"); }
+inline QString stopRepairMessage() {
+  return QStringLiteral("What was repaired so far is given up. Nothing was changed in your file.");
+}
+inline QString stopRepair() { return QStringLiteral("Stop the repair"); }
+inline QString keepRepairing() { return QStringLiteral("Keep repairing"); }
+inline QString invalidTitle() { return QStringLiteral("This is not an AVI film"); }
+inline QString invalidMessage() {
+  return QStringLiteral(
+      "The beginning of the file has nothing of an AVI film, so there is nothing to repair. Nothing was changed in "
+      "your "
+      "file.");
+}
+inline QString notSupportedTitle() { return QStringLiteral("This film cannot be repaired"); }
+inline QString notSupportedMessage() {
+  return QStringLiteral(
+      "Its beginning is lost, it has no sound track, or it is no larger than 512 KB. Nothing was changed in your "
+      "file.");
+}
+inline QString completedTitle() { return QStringLiteral("Your film was repaired"); }
+inline QString completedMessage() {
+  return QStringLiteral("On the next page you can look at it and save it. Nothing was changed in your damaged file.");
+}
+inline QString seeResult() { return QStringLiteral("See the result"); }
+inline QString savingTitle() { return QStringLiteral("Saving your film"); }
+inline QString savingMessage() { return QStringLiteral("Please leave the disk connected until this is done."); }
+inline QString stopSavingTitle() { return QStringLiteral("Stop saving?"); }
+inline QString stopSavingMessage() {
+  return QStringLiteral("What is in the folder by now stays there. You can save the film again at any time.");
+}
+inline QString stopSaving() { return QStringLiteral("Stop saving"); }
+inline QString keepSaving() { return QStringLiteral("Keep saving"); }
+inline QString savedTitle() { return QStringLiteral("Saving is done"); }
+inline QString previewErrorTitle() { return QStringLiteral("This film cannot be shown here"); }
+inline QString previewErrorMessage() {
+  return QStringLiteral("Another player may well show it. OK opens a web page where you can get one.");
+}
+
+}  // namespace zelvo::platform::qt::texts
