@@ -16,7 +16,7 @@ constexpr int kSentenceWidth = 420;  // points at most, so that lines stay easy 
 
 }  // namespace
 
-MovieWidget::MovieWidget(QWidget* parent) : QWidget(parent) {
+MovieWidget::MovieWidget(QWidget* parent) : HostedWidget(parent) {
   setMinimumSize(kUsualSize / 4);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   movieChanged();
@@ -50,19 +50,14 @@ void MovieWidget::movieChanged() {
 
 QSize MovieWidget::sizeHint() const { return kUsualSize; }
 
-void MovieWidget::paintEvent(QPaintEvent*) {
-  QPainter painter(this);
-  paintBase(painter);
-}
-
 void MovieWidget::showEvent(QShowEvent* event) {
-  QWidget::showEvent(event);
+  HostedWidget::showEvent(event);
   look();
   movieChanged();
 }
 
 void MovieWidget::hideEvent(QHideEvent* event) {
-  QWidget::hideEvent(event);
+  HostedWidget::hideEvent(event);
   if (event->spontaneous()) return;                  // minimised: the film plays on
   const std::shared_ptr<ShownMovie> movie = movie_;  // who is told of its end may set another
   if (movie) movie->pauseShow();

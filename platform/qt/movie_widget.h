@@ -4,19 +4,17 @@
 #pragma once
 
 #include <QString>
-#include <QWidget>
 #include <memory>
 
 #include "platform/movies.h"
+#include "platform/qt/hosted_widget.h"
 #include "platform/qt/shown_movie.h"
-
-class QPainter;
 
 namespace zelvo::platform::qt {
 
 /// A movie is looked at while the widget is shown (a window that is only minimised still shows it), and its file is open
 /// only then or while it plays.
-class MovieWidget : public QWidget {
+class MovieWidget : public HostedWidget {
  public:
   explicit MovieWidget(QWidget* parent = nullptr);
   ~MovieWidget() override;
@@ -25,13 +23,11 @@ class MovieWidget : public QWidget {
   /// empty view.
   void setMovie(std::shared_ptr<Movie> movie);
 
-  /// Draws the movie; at the resolution of what `painter` paints on.
-  virtual void paintBase(QPainter& painter);
-
   [[nodiscard]] QSize sizeHint() const override;
 
  protected:
-  void paintEvent(QPaintEvent* event) override;
+  /// Draws the movie, at the resolution of what `painter` paints on.
+  void paintBase(QPainter& painter) override;
   void showEvent(QShowEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 

@@ -3,8 +3,6 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/qt/movie_widget.h"
-#include "platform/qt/no_preview.h"
 #include "platform/qt/qt_movie_loader.h"
 #include "platform/qt/shown_movie.h"
 #include "tests/platform/qt/movie_bench.h"
@@ -293,26 +291,6 @@ TEST_F(QtMovieTest, LoadingNoFileIsAnError) {
   const platform::LoadedMovie nothing = loader_->movieWithFile("");
   EXPECT_EQ(nothing.movie, nullptr);
   EXPECT_EQ(nothing.error, "No file is named that could be shown.");
-}
-
-class NoPreviewTest : public MovieBench {
- protected:
-  platform::qt::NoPreviewLoader none_{queue_, centre_};
-};
-
-TEST_F(NoPreviewTest, SaysSoInTheFilmsPlace) {
-  FilmWidget widget(300, 200);
-  widget.setMovie(none_.movieWithFile(folder_.path("film.avi")).movie);
-  widget.show();
-  EXPECT_EQ(widget.accessibleDescription(),
-            QStringLiteral("No preview in this build. You can save the film and open it in any player."));
-}
-
-TEST_F(NoPreviewTest, PlayEndsAtOnce) {
-  const auto movie = none_.movieWithFile(folder_.path("film.avi")).movie;
-  movie->gotoBeginning();
-  movie->play();
-  EXPECT_EQ(ends(), Ends{movie.get()});
 }
 
 }  // namespace
