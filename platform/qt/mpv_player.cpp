@@ -180,9 +180,8 @@ MpvPlayer::News MpvPlayer::news() {
   news.frame = (mpv_render_context_update(renderer_.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
   hasFrame_ = hasFrame_ || news.frame;
   if (atEnd_ && playing_) {
-    playing_ = false;
-    pauseSent_ = true;  // the core paused by itself
     news.ended = true;
+    pause();  // or a jump to the beginning would play on from there
   }
   return news;
 }
