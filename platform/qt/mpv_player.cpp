@@ -157,8 +157,9 @@ void MpvPlayer::gotoBeginning() {
 }
 
 /// Requests may overtake each other, so the next one waits for the answer to the last; what was asked of us last holds.
+/// Before the file is open nothing is sent: a film that is stopped again until then has not moved.
 void MpvPlayer::sendPause() {
-  if (pauseInFlight_ || pauseSent_ == !playing_) return;
+  if (!loaded_ || pauseInFlight_ || pauseSent_ == !playing_) return;
   pauseSent_ = !playing_;
   int flag = pauseSent_ ? 1 : 0;
   pauseInFlight_ = mpv_set_property_async(core_.get(), kPause, "pause", MPV_FORMAT_FLAG, &flag) >= 0;
@@ -190,6 +191,7 @@ void MpvPlayer::take(const mpv_event& event, News& news) {
   switch (event.event_id) {
     case MPV_EVENT_FILE_LOADED:
       loaded_ = true;
+      sendPause();
       break;
     case MPV_EVENT_PLAYBACK_RESTART:
       if (seeksInFlight_ == 0) seeking_ = false;
