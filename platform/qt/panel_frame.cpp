@@ -67,7 +67,7 @@ QLabel* textLabel(const QString& text, const QFont& font) {
   label->setTextFormat(Qt::PlainText);
   label->setFont(font);
   label->setWordWrap(true);
-  label->setVisible(!text.trimmed().isEmpty());
+  if (text.trimmed().isEmpty()) label->hide();  // never shown from here: without a parent it would be a window
   return label;
 }
 
