@@ -311,7 +311,7 @@ TEST_F(WindowFlow, AnOfferedFileOfAnotherKindIsRefusedInWords) {
   const std::string file = bench.temp.put("film.mov", "x");
   QString said;
   bench.onceAPanelIsUp([&](qt::PanelFrame& panel) {
-    said = panel.message().text();
+    said = panel.message().text().remove(QChar(0x200b));  // where a long path may break
     bench.key(Qt::Key_Return);
   });
 
