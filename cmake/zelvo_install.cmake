@@ -88,7 +88,7 @@ function(zelvo_install_window)
   set(share ${CMAKE_INSTALL_DATADIR})
   install(FILES packaging/zelvo-avi-repair.desktop DESTINATION ${share}/applications COMPONENT window)
   install(FILES packaging/com.zelvo.avi_repair.metainfo.xml DESTINATION ${share}/metainfo COMPONENT window)
-  install(FILES ${resources}/icon/zelvo-avi-repair.svg DESTINATION ${share}/icons/hicolor/scalable/apps
+  install(FILES ${resources}/pictures/zelvo-avi-repair.svg DESTINATION ${share}/icons/hicolor/scalable/apps
           COMPONENT window)
   zelvo_install_papers(window zelvo-avi-repair)
 endfunction()

@@ -79,6 +79,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 MainWindow::~MainWindow() {
   panels_->setObserver({});
   panels_->setBeginObserver({});
+  while (PanelFrame* const panel = panels_->top()) panels_->end(*panel);
   panels_->setControls(nullptr);
   delete content_;  // while the stack that its panels belong to is there
 }

@@ -143,6 +143,7 @@ void PanelStack::end(PanelFrame& panel) {
   ended.backdrop->hide();
   ended.overlay->hide();
   giveFocusBack(ended, position);
+  ended.overlay->setParent(nullptr);
   panel.keepOverlay(std::move(ended.overlay));
   QAccessibleEvent closed(&panel, QAccessible::DialogEnd);
   QAccessible::updateAccessibility(&closed);
