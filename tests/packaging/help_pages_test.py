@@ -180,7 +180,7 @@ class HelpPages(unittest.TestCase):
 
     def test_show_the_icon_of_the_application(self):
         contents = []
-        for path in ("icon/zelvo-avi-repair.svg", "help/HTML/pictures/icon.svg"):
+        for path in ("pictures/zelvo-avi-repair.svg", "help/HTML/pictures/icon.svg"):
             with open(os.path.join(self.root, "resources", path), "rb") as file:
                 contents.append(file.read())
         self.assertEqual(contents[0], contents[1])
