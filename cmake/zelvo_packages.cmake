@@ -33,6 +33,8 @@ This package holds the window: choose a film, wait, look at the result, save.")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_SUGGESTS "mpv | vlc, zelvo-avi")
 
+set(CPACK_DEBIAN_WINDOW_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/postrm)
+
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME zelvo-avi)
 set(CPACK_DEBIAN_CLI_DESCRIPTION "repairs damaged AVI films from the command line
 Walks through damaged AVI files, collects every piece of picture and sound that

@@ -84,11 +84,13 @@ check_bare_system() {
   files >"$work/after"
 }
 
+in_empty_root() { dpkg --root="$root" --force-depends --force-script-chrootless "$@" >"$work/log" 2>&1; }
+
 check_empty_root() {
-  mkdir -p "$root/var/lib/dpkg"
+  mkdir -p "$root/var/lib/dpkg" "$root/opt"
   : >"$root/var/lib/dpkg/status"
   files >"$work/before"
-  dpkg --root="$root" --force-depends --force-script-chrootless --install "$packages"/*.deb >"$work/log" 2>&1 ||
+  in_empty_root --install "$packages"/*.deb ||
     { tail -n 20 "$work/log" >&2 && fail "the packages could not be installed."; }
   files >"$work/installed"
   "$root/usr/bin/zelvo-avi" --version || fail "zelvo-avi does not run."
@@ -97,7 +99,7 @@ check_empty_root() {
       fail "zelvo-avi-repair does not run."
   done
   # shellcheck disable=SC2046  # a list of names
-  dpkg --root="$root" --purge $(names) >"$work/log" 2>&1 || fail "the packages could not be purged."
+  in_empty_root --purge $(names) || { tail -n 20 "$work/log" >&2 && fail "the packages could not be purged."; }
   files >"$work/after"
 }
 
