@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kPanelWidth = 460;
 constexpr int kMargin = 28;
-constexpr int kShadow = 10;
+constexpr int kShadow = 14;
 constexpr int kGap = 12;
 constexpr int kPictureSize = 44;
 
@@ -166,7 +166,7 @@ void PanelFrame::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   // A soft shadow in steps, so that no effect has to paint what lies below anew.
   for (int step = 0; step < kShadow; ++step) {
-    painter.fillRect(rect().adjusted(step, step, -step, -step), QColor(0, 0, 0, 5));
+    painter.fillRect(rect().adjusted(step, step, -step, -step), QColor(0, 0, 0, 3));
   }
   const QRect panel = rect().adjusted(kShadow, kShadow, -kShadow, -kShadow);
   painter.fillRect(panel, surface(palette()));
