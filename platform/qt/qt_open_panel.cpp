@@ -1,4 +1,5 @@
 // Choosing what exists: what is typed or selected is looked at when the user wants to end with it, and only then.
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -83,7 +84,7 @@ QString QtOpenPanel::objection(const std::string& path) const {
     return texts::wrongExtension(all);
   }
   if (!S_ISREG(status.st_mode)) return texts::noOrdinaryFile();
-  return ::access(path.c_str(), R_OK) == 0 ? QString() : texts::unreadableFile();
+  return ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0 ? QString() : texts::unreadableFile();
 }
 
 void QtOpenPanel::take(const std::string& path) {

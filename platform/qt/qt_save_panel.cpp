@@ -1,4 +1,5 @@
 // Choosing a name: it is taken as it was typed, also where a folder of that name exists.
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,7 +25,7 @@ Kind kindOf(const std::string& path) {
   return S_ISDIR(status.st_mode) ? Kind::folder : Kind::other;
 }
 
-bool canMakeEntriesIn(const std::string& folder) { return ::access(folder.c_str(), W_OK | X_OK) == 0; }
+bool canMakeEntriesIn(const std::string& folder) { return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0; }
 
 }  // namespace
 
