@@ -1,13 +1,14 @@
 #include "platform/qt/file_chooser.h"
 
 #include <QAccessible>
+#include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QUrl>
 #include <QVBoxLayout>
+#include <array>
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/text.h"
@@ -19,6 +20,7 @@ namespace {
 constexpr int kGap = 12;
 constexpr int kFieldHeight = 32;
 constexpr int kWarningSize = 20;
+constexpr int kRing = 2;
 /// White on it has a contrast of 6.9 to 1, in both schemes.
 constexpr QRgb kSelection = 0xff035f8f;
 
@@ -75,12 +77,23 @@ FileChooser::FileChooser(PanelStack& stack, const FileFilter& filter, const QStr
   sentence_->hide();
 
   auto* const all = new QVBoxLayout(this);
-  all->setContentsMargins(0, 0, 0, 0);
+  all->setContentsMargins(kRing, 0, kRing, kRing);
   all->setSpacing(kGap);
   all->addWidget(browser_, 1);
   all->addLayout(field);
   all->addLayout(line);
   connect(name_, &QLineEdit::textChanged, this, [this] { say({}); });
+  connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
+}
+
+void FileChooser::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  const std::array<const QWidget*, 3> parts = {name_, &browser_->list(), &browser_->placeList()};
+  for (const QWidget* part : parts) {
+    if (!part->hasFocus()) continue;
+    const QRect place(part->mapTo(this, QPoint(0, 0)), part->size());
+    painter.fillRect(place.adjusted(-kRing, -kRing, kRing, kRing), focusColour(palette()));
+  }
 }
 
 void FileChooser::say(const QString& sentence) {

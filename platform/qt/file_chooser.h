@@ -29,6 +29,10 @@ class FileChooser final : public QWidget {
   /// the root. Nothing typed is an empty path.
   [[nodiscard]] std::string typedPath() const;
 
+ protected:
+  /// The ring round the part that has the keyboard.
+  void paintEvent(QPaintEvent* event) override;
+
  private:
   class Warning;
 

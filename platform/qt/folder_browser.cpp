@@ -7,6 +7,7 @@
 #include <QKeyEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <filesystem>
@@ -22,14 +23,32 @@ namespace {
 
 constexpr int kGap = 12;
 constexpr int kPlacesWidth = 150;
-constexpr int kSizeWidth = 90;
-constexpr int kChangedWidth = 140;
-constexpr int kIconSize = 18;
-constexpr int kRowPadding = 4;
+constexpr int kColumnGap = 28;
+constexpr int kIconSize = 20;
+constexpr int kRowHeight = 28;
 
 QString shownPath(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
 
 QIcon icon(QStyle::StandardPixmap which) { return QApplication::style()->standardIcon(which); }
+
+/// One of the window's own pictures, sharp at any scale.
+QIcon icon(Pictures& pictures, std::string_view name) {
+  constexpr int kScale = 4;
+  QPixmap drawn(kIconSize * kScale, kIconSize * kScale);
+  drawn.fill(Qt::transparent);
+  QPainter painter(&drawn);
+  pictures.draw(painter, name, QRectF(drawn.rect()));
+  return QIcon(drawn);
+}
+
+/// Gives rows room to be hit.
+class RoomyRows final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    return {QStyledItemDelegate::sizeHint(option, index).width(), kRowHeight};
+  }
+};
 
 bool isEnter(const QKeyEvent& event) { return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter; }
 
@@ -66,7 +85,7 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, FileFilter fi
       newFolder_(new QtButton(queue, pictures, texts::newFolder(), QtButton::Look::push)),
       placeList_(new QListWidget),
       list_(new List),
-      model_(new FolderModel(icon(QStyle::SP_DirIcon), icon(QStyle::SP_FileIcon), this)),
+      model_(new FolderModel(icon(QStyle::SP_DirIcon), icon(pictures, "film-drop"), this)),
       reader_(queue) {
   auto* const top = new QHBoxLayout;
   top->setSpacing(kGap);
@@ -79,6 +98,8 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, FileFilter fi
   placeList_->setFixedWidth(kPlacesWidth);
   placeList_->setAccessibleName(texts::places());
   placeList_->setIconSize({kIconSize, kIconSize});
+  placeList_->setItemDelegate(new RoomyRows(placeList_));
+  list_->setItemDelegate(new RoomyRows(list_));
   placeList_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   list_->setModel(model_);
   list_->setRootIsDecorated(false);
@@ -91,8 +112,11 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, FileFilter fi
   list_->setTextElideMode(Qt::ElideMiddle);
   list_->header()->setStretchLastSection(false);
   list_->header()->setSectionResizeMode(FolderModel::name, QHeaderView::Stretch);
-  list_->header()->resizeSection(FolderModel::size, kSizeWidth);
-  list_->header()->resizeSection(FolderModel::changed, kChangedWidth);
+  const QFontMetrics metrics(font());
+  const QString widestDate = FolderModel::shownDate(QDateTime(QDate(2020, 12, 28), QTime(20, 58)));
+  list_->header()->resizeSection(FolderModel::size,
+                                 metrics.horizontalAdvance(QStringLiteral("1023.9 MB")) + kColumnGap);
+  list_->header()->resizeSection(FolderModel::changed, metrics.horizontalAdvance(widestDate) + kColumnGap);
 
   auto* const middle = new QHBoxLayout;
   middle->setSpacing(kGap);

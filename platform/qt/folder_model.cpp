@@ -1,6 +1,5 @@
 #include "platform/qt/folder_model.h"
 
-#include <QDateTime>
 #include <QFile>
 #include <QLocale>
 #include <algorithm>
@@ -14,12 +13,9 @@ namespace {
 
 QString shownText(const FolderEntry& entry, int column) {
   if (column == FolderModel::name) return FolderModel::nameOf(entry);
-  const QLocale locale;
-  if (column == FolderModel::changed) {
-    return locale.toString(QDateTime::fromSecsSinceEpoch(entry.changed), QLocale::ShortFormat);
-  }
+  if (column == FolderModel::changed) return FolderModel::shownDate(QDateTime::fromSecsSinceEpoch(entry.changed));
   if (entry.isFolder) return {};
-  return locale.formattedDataSize(static_cast<qint64>(entry.size), 1, QLocale::DataSizeTraditionalFormat);
+  return QLocale().formattedDataSize(static_cast<qint64>(entry.size), 1, QLocale::DataSizeTraditionalFormat);
 }
 
 /// Negative, 0 or positive; only within one kind.
@@ -37,6 +33,11 @@ FolderModel::FolderModel(const QIcon& folder, const QIcon& file, QObject* parent
 
 QString FolderModel::nameOf(const FolderEntry& entry) {
   return QFile::decodeName(QByteArray::fromStdString(entry.name));
+}
+
+QString FolderModel::shownDate(const QDateTime& time) {
+  return QLocale().toString(time.date(), QLocale::ShortFormat) + QStringLiteral("  ") +
+         time.time().toString(QStringLiteral("HH:mm"));
 }
 
 void FolderModel::setEntries(std::vector<FolderEntry> entries) {
@@ -71,7 +72,7 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
       if (index.column() != name) return {};
       return one->isFolder ? folderIcon_ : fileIcon_;
     case Qt::TextAlignmentRole:
-      return QVariant::fromValue(Qt::AlignVCenter | (index.column() == size ? Qt::AlignRight : Qt::AlignLeft));
+      return QVariant::fromValue(Qt::AlignVCenter | (index.column() == name ? Qt::AlignLeft : Qt::AlignRight));
     default:
       return {};
   }
@@ -80,7 +81,7 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
 QVariant FolderModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal) return {};
   if (role == Qt::TextAlignmentRole) {
-    return QVariant::fromValue(Qt::AlignVCenter | (section == size ? Qt::AlignRight : Qt::AlignLeft));
+    return QVariant::fromValue(Qt::AlignVCenter | (section == name ? Qt::AlignLeft : Qt::AlignRight));
   }
   if (role != Qt::DisplayRole) return {};
   if (section == name) return texts::columnName();

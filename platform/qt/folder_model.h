@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QDateTime>
 #include <QIcon>
 #include <vector>
 
@@ -23,6 +24,7 @@ class FolderModel final : public QAbstractTableModel {
   [[nodiscard]] const FolderEntry* entry(const QModelIndex& index) const;
   /// As it is shown.
   [[nodiscard]] static QString nameOf(const FolderEntry& entry);
+  [[nodiscard]] static QString shownDate(const QDateTime& time);
 
   [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
   [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;

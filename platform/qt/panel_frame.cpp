@@ -67,7 +67,8 @@ QLabel* textLabel(const QString& text, const QFont& font) {
   label->setTextFormat(Qt::PlainText);
   label->setFont(font);
   label->setWordWrap(true);
-  if (text.trimmed().isEmpty()) label->hide();  // never shown from here: without a parent it would be a window
+  // Never shown from here: without a parent, it would come up as a window of its own.
+  if (text.trimmed().isEmpty()) label->hide();
   return label;
 }
 

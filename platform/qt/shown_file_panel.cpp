@@ -40,7 +40,9 @@ void ShownFilePanel::show() { memory_->stack.begin(*frame_); }
 void ShownFilePanel::askForNewFolder() {
   const auto ended = [this](const std::optional<std::string>& made) {
     newFolder_.reset();
-    if (made) chooser_->browser().enter(*made);
+    if (!made) return;
+    chooser_->browser().enter(*made);
+    chooser_->nameField().setFocus();
   };
   newFolder_ = std::make_unique<NewFolderPanel>(memory_->stack, chooser_->browser().folder(), ended);
 }

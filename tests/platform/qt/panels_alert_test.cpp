@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QApplication>
 #include <thread>
 
 #include "tests/platform/qt/panel_bench.h"
@@ -121,6 +122,14 @@ TEST_F(AlertPanels, TabGoesRoundWithinThePanel) {
     }
     const std::vector<QWidget*> expected = {&bench.button("Later"), &bench.button("No"), &bench.button("Yes")};
     EXPECT_EQ(way, expected);
+    bench.press(Qt::Key_Escape);
+  });
+}
+
+TEST_F(AlertPanels, WindowStaysActiveAndItsButtonShowsTheFocus) {
+  ask(question(), [&] {
+    EXPECT_TRUE(bench.window.isActiveWindow());
+    EXPECT_EQ(QApplication::focusWidget(), &bench.button("Yes"));
     bench.press(Qt::Key_Escape);
   });
 }
