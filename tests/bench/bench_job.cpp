@@ -11,8 +11,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "engine/globals.h"
 #include "engine/progress_relay.h"
@@ -103,6 +105,17 @@ void choose(Bench& bench, const std::string& in, const std::string& out) {
   engine::internalpath.set(out);
 }
 
+/// Does `body` on a worker whose end wakes the main thread, as the command line does.
+void serveUntilEnd(Bench& bench, const std::shared_ptr<platform::CancelMark>& mark, std::function<void()> body) {
+  bool ended = false;
+  const auto worker = bench.workers.start(mark, [&, work = std::move(body)] {
+    work();
+    bench.queue.perform([&] { ended = true; });
+  });
+  bench.queue.runUntil([&] { return ended; });
+  worker->join();
+}
+
 int scan(const std::string& in) {
   auto bench = std::make_unique<Bench>();
   choose(*bench, in, "");
@@ -131,8 +144,7 @@ int repair(const std::string& in, const std::string& out) {
   auto bench = std::make_unique<Bench>();
   choose(*bench, in, out);
   const auto run = engine::RepairFile::newRun();
-  const auto worker = bench->workers.start(run->cancel, [&] { bench->job.retrieveAudioVideoSamples(run); });
-  bench->queue.runUntil([&] { return worker->finished(); });
+  serveUntilEnd(*bench, run->cancel, [&] { bench->job.retrieveAudioVideoSamples(run); });
   return bench->job.runEnd == engine::RunEnd::rebuilt && !bench->job.writeFailure.get() ? 0 : 1;
 }
 
@@ -141,8 +153,7 @@ int progress(std::uint32_t blocks) {
   bench->job.numberofsectors = blocks;
   const auto run = engine::RepairFile::newRun();
   const auto start = std::chrono::steady_clock::now();
-  const auto worker = bench->workers.start(run->cancel, [&] { bench->job.progressupdation(*run); });
-  bench->queue.runUntil([&] { return worker->finished(); });
+  serveUntilEnd(*bench, run->cancel, [&] { bench->job.progressupdation(*run); });
   const std::chrono::duration<double, std::nano> spent = std::chrono::steady_clock::now() - start;
   std::printf("%.3f\n", spent.count() / (10.0 * blocks));
   return 0;
