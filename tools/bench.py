@@ -24,11 +24,12 @@ def touch_memory(size):
     """Takes this many bytes in a process of its own, writes to each page and lets go."""
     child = os.fork()
     if child == 0:
-        memory = mmap.mmap(-1, size)
-        memory.madvise(mmap.MADV_HUGEPAGE)
-        for page in range(0, size, mmap.PAGESIZE):
-            memory[page] = 1
-        os._exit(0)
+        try:
+            memory = mmap.mmap(-1, size)
+            for page in range(0, size, mmap.PAGESIZE):
+                memory[page] = 1
+        finally:
+            os._exit(0)  # whatever happened, the child must not go on as a second benchmark
     os.waitpid(child, 0)
 
 
