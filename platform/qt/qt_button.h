@@ -36,7 +36,8 @@ class QtButton final : public QPushButton, public BaseButton {
   void setHighlightsBy(std::uint32_t mask) override { highlightsBy_ = mask; }
   void setEnabledObserver(std::function<void(bool enabled)> observer) override;
 
-  /// Each press changes the state, and `otherTitle` stands in the place of the title while it is on.
+  /// Each press changes the state, and `otherTitle` stands in the place of the title while it is on. Not a checkable
+  /// button of the toolkit's: a screen reader would toggle one without pressing it.
   void setTwoState(const QString& otherTitle);
   void showTitle() { showsTitle_ = true; }
   /// The name of the picture that is shown.

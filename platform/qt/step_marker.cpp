@@ -20,7 +20,7 @@ int labelWidth(const QFontMetrics& metrics, int step) { return metrics.horizonta
 
 }  // namespace
 
-StepMarker::StepMarker(int step, QWidget* parent) : QWidget(parent), step_(step) {
+StepMarker::StepMarker(int step, QWidget* parent) : QLabel(parent), step_(step) {
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
   setFont(textFont(kSmallPixels, QFont::DemiBold));
   setAccessibleName(texts::stepDescription(step));

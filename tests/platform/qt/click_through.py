@@ -1,0 +1,303 @@
+#!/usr/bin/python3
+"""A whole repair in the real program, on a display of its own with a small window manager.
+
+Usage: click_through.py WAY --window PROGRAM --cli PROGRAM
+WAY: "keyboard", "mouse" or "reader" (what a screen reader sees and can press, and nothing else).
+
+Chooses a damaged film, repairs it, looks at the preview, saves it, and quits; the saved bytes must be those that the
+command line saves. What is on the screen is known through the accessibility bus in each of the three. Exits with 77 where
+a part of the desktop is missing.
+"""
+import argparse
+import hashlib
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import time
+import warnings
+
+NEEDED = ("Xvfb", "openbox", "xdotool", "dbus-run-session", "ffmpeg")
+SKIPPED = 77
+
+
+def restart_in_session():
+    """Runs this script again inside a session bus of its own."""
+    missing = [name for name in NEEDED if not shutil.which(name)]
+    try:
+        import gi
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi  # noqa: F401
+    except (ImportError, ValueError) as error:
+        missing.append(str(error))
+    if missing:
+        print("skipped: missing " + ", ".join(missing))
+        sys.exit(SKIPPED)
+    inner = dict(os.environ, CLICK_THROUGH_SESSION="1")
+    sys.exit(subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv, env=inner, check=False).returncode)
+
+
+class Display:
+    """Xvfb and openbox, which end with this."""
+
+    def __enter__(self):
+        read, write = os.pipe()
+        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+                                       pass_fds=[write], stderr=subprocess.DEVNULL)
+        os.close(write)
+        with os.fdopen(read) as number:
+            os.environ["DISPLAY"] = ":" + number.readline().strip()
+        self.manager = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        return self
+
+    def __exit__(self, *_):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+
+
+class Screen:
+    """What an accessibility tool knows of the program."""
+
+    def __init__(self, name):
+        import gi
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi, GLib
+        self.atspi = Atspi
+        self.error = GLib.Error
+        self.name = name
+        warnings.simplefilter("ignore", DeprecationWarning)  # names that older buses have only
+        Atspi.init()
+
+    def _walk(self, node):
+        if node is None:
+            return
+        yield node
+        for i in range(node.get_child_count()):
+            yield from self._walk(node.get_child_at_index(i))
+
+    def find(self, role, name=None, starts=None):
+        """The shown elements of a role, by name."""
+        desktop = self.atspi.get_desktop(0)
+        found = []
+        try:
+            for i in range(desktop.get_child_count()):
+                application = desktop.get_child_at_index(i)
+                if application is None or self.name not in (application.get_name() or ""):
+                    continue
+                for node in self._walk(application):
+                    if role and node.get_role_name() not in role:
+                        continue
+                    if not node.get_state_set().contains(self.atspi.StateType.SHOWING):
+                        continue
+                    text = node.get_name() or ""
+                    if name is not None and text != name or starts is not None and not text.startswith(starts):
+                        continue
+                    found.append(node)
+        except self.error:
+            return []  # the tree changed meanwhile
+        return found
+
+    def wait(self, what, role, name=None, starts=None, usable=False):
+        deadline = time.monotonic() + 60
+        while time.monotonic() < deadline:
+            for node in self.find(role, name, starts):
+                try:
+                    if not usable or node.get_state_set().contains(self.atspi.StateType.ENABLED):
+                        return node
+                except self.error:
+                    pass
+            time.sleep(0.05)
+        sys.exit(f"click_through: waited in vain for {what}; on the screen are:\n" + "\n".join(
+            f"  {n.get_role_name()} {n.get_name()!r}" for n in self.find(None)))
+
+    def wait_gone(self, what, role, name):
+        deadline = time.monotonic() + 60
+        while time.monotonic() < deadline:
+            if not self.find(role, name):
+                return
+            time.sleep(0.05)
+        sys.exit(f"click_through: {what} did not go away")
+
+
+BUTTON = ("push button", "button", "toggle button", "check box")
+DIALOG = ("dialog",)
+TEXT = ("text", "entry")
+ITEM = ("table cell", "list item", "tree item")
+LABEL = ("label", "static")
+
+
+def keys(*names):
+    subprocess.run(["xdotool", "key", "--clearmodifiers", *names], check=True)
+
+
+def type_text(text):
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+
+
+class Way:
+    """How somebody works with the window."""
+
+    def __init__(self, screen):
+        self.screen = screen
+
+    def button(self, name):
+        return self.screen.wait(f"the button {name!r}", BUTTON, name, usable=True)
+
+
+class Keyboard(Way):
+    SHORTCUTS = {"Choose a file\u2026": "ctrl+o", "Repair": "ctrl+r", "Preview": "ctrl+p", "Save\u2026": "ctrl+s"}
+
+    def press(self, name):
+        self.button(name)
+        keys(self.SHORTCUTS.get(name, "Return"))
+
+    def choose(self, folder, film):
+        type_text(os.path.join(folder, film))
+        keys("Return")
+
+    def save(self, folder):
+        type_text(folder)
+        keys("Return")
+
+    def quit(self):
+        keys("ctrl+q")
+        self.screen.wait("the question", DIALOG)
+        keys("Tab", "Return")
+
+
+class Mouse(Way):
+    def click(self, node, times=1):
+        place = node.get_extents(self.screen.atspi.CoordType.SCREEN)
+        x, y = place.x + place.width // 2, place.y + place.height // 2
+        subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(times), "--delay", "80", "1"],
+                       check=True)
+
+    def press(self, name):
+        self.click(self.button(name))
+
+    def choose(self, _folder, film):
+        self.click(self.screen.wait(f"the file {film!r}", ITEM, film), times=2)
+
+    def save(self, _folder):
+        self.press("Save")
+
+    def quit(self):
+        keys("alt+F4")  # the window manager's own way to close a window
+        self.press("Yes")
+
+
+class Reader(Way):
+    def press(self, name):
+        node = self.button(name)
+        for i in range(node.get_n_actions()):
+            if node.get_action_name(i) in ("Press", "Toggle", "click"):
+                node.do_action(i)
+                return
+        sys.exit(f"click_through: a screen reader cannot press {name!r}")
+
+    def fill(self, text):
+        fields = [f for f in self.screen.find(TEXT) if f.get_state_set().contains(self.screen.atspi.StateType.EDITABLE)]
+        if not fields:
+            sys.exit("click_through: a screen reader finds no field to type into")
+        fields[0].set_text_contents(text)
+
+    def choose(self, folder, film):
+        self.fill(os.path.join(folder, film))
+        self.press("Open")
+
+    def save(self, folder):
+        self.fill(folder)
+        self.press("Save")
+
+    def quit(self):
+        keys("ctrl+q")
+        self.press("Yes")
+
+
+def make_film(path):
+    subprocess.run(["ffmpeg", "-loglevel", "error", "-y", "-f", "lavfi", "-i", "testsrc2=size=320x240:rate=25", "-f", "lavfi",
+                    "-i", "sine=frequency=440", "-t", "2", "-c:v", "mpeg4", "-b:v", "3000k", "-minrate", "3000k", "-maxrate",
+                    "3000k", "-bufsize", "1000k", "-c:a", "libmp3lame", "-b:a", "128k", "-f", "avi", path],
+                   check=True, stdin=subprocess.DEVNULL)
+    with open(path, "r+b") as film:
+        whole = film.read()
+        film.truncate(whole.rindex(b"idx1"))
+        film.seek(len(whole) // 2)
+        film.write(bytes(4096))
+
+
+def digest(path):
+    with open(path, "rb") as file:
+        return hashlib.sha256(file.read()).hexdigest()
+
+
+def run(options, home):
+    videos = os.path.join(home, "Videos")
+    os.makedirs(videos)
+    film = os.path.join(videos, "film.avi")
+    make_film(film)
+    before = digest(film)
+    runtime = os.path.join(home, "run")
+    os.mkdir(runtime, 0o700)
+    env = dict(os.environ, HOME=home, XDG_CACHE_HOME=os.path.join(home, "cache"), XDG_CONFIG_HOME=os.path.join(home, "config"),
+               XDG_RUNTIME_DIR=runtime, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8")
+    with open(os.path.join(home, "said"), "wb") as said:
+        program = subprocess.Popen([options.window, "--appearance", "light"], env=env, stdout=said, stderr=said)
+    try:
+        screen = Screen("zelvo-avi-repair")
+        way = {"keyboard": Keyboard, "mouse": Mouse, "reader": Reader}[options.way](screen)
+        way.press("Choose a file\u2026")
+        screen.wait("the chooser", DIALOG)
+        way.choose(videos, "film.avi")
+        screen.wait("the chosen path", LABEL, film)
+        way.press("Repair")
+        screen.wait("the end of the repair", DIALOG, "Your film was repaired")
+        way.press("See the result")
+        way.press("Preview")
+        screen.wait("the running preview", BUTTON, "Stop preview")
+        screen.wait("the end of the preview", BUTTON, "Preview")
+        way.press("Save\u2026")
+        screen.wait("the save panel", DIALOG)
+        way.save(os.path.join(videos, "Repaired"))
+        screen.wait("the end of the save", DIALOG, "Saving is done")
+        way.press("OK")
+        screen.wait_gone("the save's end", DIALOG, "Saving is done")
+        way.quit()
+        status = program.wait(timeout=60)
+    finally:
+        if program.poll() is None:
+            program.kill()
+            program.wait()
+    if status != 0:
+        sys.exit(f"click_through: the program ended with {status}")
+
+    expected = os.path.join(home, "Expected")
+    subprocess.run([options.cli, "repair", film, "--into", expected, "--quiet"], check=True)
+    saved = os.path.join(videos, "Repaired", "repaired.avi")
+    if digest(saved) != digest(os.path.join(expected, "repaired.avi")):
+        sys.exit("click_through: the saved film is not the one that the command line saves")
+    if digest(film) != before:
+        sys.exit("click_through: the damaged film was changed")
+    left = [name for _, _, names in os.walk(os.path.join(home, "cache", "zelvo-avi-repair")) for name in names
+            if name.startswith("testfile")]
+    if left:
+        sys.exit(f"click_through: scratch files stayed behind: {left}")
+    print(f"A film was repaired and saved by {options.way}.")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("way", choices=("keyboard", "mouse", "reader"))
+    parser.add_argument("--window", required=True)
+    parser.add_argument("--cli", required=True)
+    options = parser.parse_args()
+    if "CLICK_THROUGH_SESSION" not in os.environ:
+        restart_in_session()
+    with Display(), tempfile.TemporaryDirectory(prefix="zelvo-click-") as home:
+        run(options, home)
+
+
+if __name__ == "__main__":
+    main()
