@@ -1,18 +1,18 @@
-// window_screenshots FOLDER: writes a picture of every page and panel of the window, light and dark, as PNG files.
+// window_screenshots FOLDER: writes a picture of every page and panel of the window, light and dark, as PNG files. What
+// they show is the program at work on a film.
 #include <QApplication>
 #include <QDir>
 #include <QPixmap>
+#include <QTimer>
 #include <cstdio>
-#include <memory>
 #include <string>
-#include <vector>
+#include <utility>
 
-#include "app/window_controls.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/notification_centre.h"
+#include "app/texts.h"
 #include "platform/qt/appearance.h"
-#include "platform/qt/main_window.h"
-#include "platform/qt/pictures.h"
+#include "platform/qt/panel_frame.h"
+#include "tests/platform/qt/window_bench.h"
+#include "tests/support/ffmpeg.h"
 
 namespace {
 
@@ -20,91 +20,135 @@ namespace app = zelvo::app;
 namespace platform = zelvo::platform;
 namespace qt = zelvo::platform::qt;
 
-class NoMovieView final : public platform::MovieView {
- public:
-  void setMovie(std::shared_ptr<platform::Movie>) override {}
-};
+/// A calm film of four seconds.
+std::string makeFilm(const zelvo::tests::TempFolder& folder) {
+  const std::string path = folder.path("MVI_0042.AVI");
+  const bool made = zelvo::tests::runFfmpeg(
+      "-y -f lavfi -i "
+      "gradients=size=640x360:rate=25:c0=0x0b3c5d:c1=0xf2b134:x0=0:y0=360:x1=640:y1=0:nb_colors=2:speed=0.02 "
+      "-f lavfi -i sine=frequency=440 -t 4 -c:v mjpeg -q:v 2 -c:a libmp3lame -b:a 128k -f avi '" +
+      path + "'");
+  if (!made) std::fprintf(stderr, "ffmpeg could not make a film\n");
+  return path;
+}
 
 class Photographer {
  public:
-  Photographer(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
-    window_.panels().setControls(&controls_);
-    controls_.dress(window_.hostedViews());
-    window_.show();
-  }
-  ~Photographer() { window_.panels().setControls(nullptr); }
-  Photographer(const Photographer&) = delete;
-  Photographer& operator=(const Photographer&) = delete;
+  Photographer(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {}
 
   void takeAll() {
-    const platform::ControllerOutlets& outlets = window_.controllerOutlets();
-    const platform::JobOutlets& job = window_.jobOutlets();
-    const char* const film = "/media/camera/DCIM/2019-06-22 wedding of Anna and Paul/MVI_0042.AVI";
+    const std::string film = makeFilm(bench_.temp);
     take("choose");
-    outlets.textfield.setStringValue(film);
-    take("choose-again");
-    outlets.pathfield.setStringValue(film);
+    bench_.window->choosePage().browsebutton->click();
+    take("open");
+    bench_.key(Qt::Key_Escape);
+    takePanel("no-film", panels_.filenotselectedwindow);
+    takeAlert("cannot-be-chosen", [&] { bench_.window->offerFile(bench_.temp.put("letter.txt", "x")); });
+    takeAlert("quit", [&] { bench_.window->close(); });
+    bench_.window->offerFile(film);
     take("chosen");
-    takePanel("no-film", window_.fixedPanels().filenotselectedwindow);
-
-    outlets.tabview.selectNextTabViewItem();
-    outlets.pathlabel.setStringValue(film);
-    job.textfield.setStringValue("Retrieving audio/ video data forks..");
-    outlets.progressbar.setDoubleValue(38.4);
-    take("repairing");
-    takePanel("stop-repair", window_.fixedPanels().stoprepairwindow);
-    takePanel("invalid", window_.fixedPanels().invalidfilewindow);
-    takePanel("not-supported", window_.fixedPanels().filenotsupportedwindow);
-    takePanel("completed", window_.fixedPanels().repaircompletedwindow);
-
-    outlets.tabview.selectNextTabViewItem();
-    job.videocodecfield.setStringValue("XVID");
-    job.audiocodecfield.setStringValue("MP3");
-    outlets.downloadmplayertext1.setStringValue("If you are unable to hear the audio or see the video clearly, ");
-    outlets.downloadmplayertext2.setStringValue("please");
-    outlets.downloadmplayertext3.setStringValue("for more");
-    outlets.downloadmplayertext4.setStringValue("information.");
-    outlets.clickherebutton.setHidden(false);
-    outlets.durationfield.setIntegerValue(0);
-    take("result");
-    outlets.durationfield.setIntegerValue(217);
-    outlets.previewbutton.setState(platform::Button::State::on);
-    outlets.savebutton.setEnabled(false);
-    outlets.main3.setEnabled(false);
-    take("previewing");
-    outlets.saveprogressbar.setDoubleValue(62.0);
-    qt::PanelStack& panels = window_.panels();
-    panels.begin(window_.fixedPanels().saveprogresspanel);
-    take("saving");
-    takePanel("stop-saving", window_.fixedPanels().stopsavingwindow);
-    panels.orderOut(window_.fixedPanels().saveprogresspanel);
-    outlets.savecompletedtext.setStringValue("The repaired file was saved as /home/anna/Videos/Repaired/repaired.avi.");
-    takePanel("saved", window_.fixedPanels().savecompletedwindow);
-    takePanel("preview-error", window_.fixedPanels().PreviewErrorWindow);
+    takeRepairing();
+    bench_.repair(film);
+    takeResult();
   }
 
  private:
+  void takeRepairing() {
+    const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
+    outlets.tabview.selectNextTabViewItem();
+    outlets.pathlabel.setStringValue("/media/camera/DCIM/2019-06-22 wedding of Anna and Paul/MVI_0042.AVI");
+    bench_.window->jobOutlets().textfield.setStringValue("Retrieving audio/ video data forks..");
+    outlets.progressbar.setDoubleValue(38.4);
+    take("repairing");
+    takePanel("stop-repair", panels_.stoprepairwindow);
+    takePanel("invalid", panels_.invalidfilewindow);
+    takePanel("not-supported", panels_.filenotsupportedwindow);
+    takePanel("completed", panels_.repaircompletedwindow);
+    takeAlert("write-failed", [&] {
+      bench_.alerts->runAlertPanel(
+          {.title = app::texts::kWriteFailedTitle,
+           .message =
+               "No space left on device. 12.3 MB are free in /home/anna/.cache/zelvo-avi-repair/scratch-1, and the "
+               "repaired file takes 734.0 MB. Nothing was changed in your file, and it is still chosen: you can "
+               "press Repair again.",
+           .defaultButton = app::texts::kOk,
+           .alternateButton = std::nullopt,
+           .otherButton = std::nullopt});
+    });
+    takeAlert("finishing", [&] {
+      static_cast<void>(bench_.waits->runWaitPanel({.title = app::texts::kFinishingTitle,
+                                                    .message = app::texts::kFinishingMessage,
+                                                    .cancelButton = app::texts::kFinishingCancel,
+                                                    .percent = [] { return 71.0; },
+                                                    .finished = [] { return false; }}));
+    });
+    outlets.tabview.selectFirstTabViewItem();
+  }
+
+  void takeResult() {
+    qt::ResultPage& page = bench_.window->resultPage();
+    bench_.until([this] { return hasPicture(); });
+    take("result");
+    page.previewbutton->click();
+    bench_.settle();
+    take("previewing");
+    page.previewbutton->click();
+    page.savebutton->click();
+    bench_.until([this] { return !bench_.window->panels().isEmpty(); });
+    take("save");
+    bench_.key(Qt::Key_Escape);
+    const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
+    outlets.saveprogressbar.setDoubleValue(62.0);
+    bench_.window->panels().begin(panels_.saveprogresspanel);
+    take("saving");
+    takePanel("stop-saving", panels_.stopsavingwindow);
+    bench_.window->panels().orderOut(panels_.saveprogresspanel);
+    outlets.savecompletedtext.setStringValue("The repaired file was saved as /home/anna/Videos/Repaired/repaired.avi.");
+    outlets.durationfield.setIntegerValue(217);
+    takePanel("saved", panels_.savecompletedwindow);
+    takePanel("preview-error", panels_.PreviewErrorWindow);
+    takeAlert("no-space", [&] {
+      bench_.alerts->runAlertPanel({.title = app::texts::kNoSpaceTitle,
+                                    .message = app::texts::kNoSpaceMessage,
+                                    .defaultButton = app::texts::kOk,
+                                    .alternateButton = std::nullopt,
+                                    .otherButton = std::nullopt});
+    });
+  }
+
+  /// True once the film's first picture stands in the middle of the result area.
+  [[nodiscard]] bool hasPicture() {
+    const QImage shown = bench_.movie->grab().toImage();
+    const QColor middle = shown.pixelColor(shown.rect().center());
+    return middle != bench_.movie->palette().color(QPalette::Window) && middle != QColor(Qt::white);
+  }
+
   void takePanel(const char* name, qt::PanelFrame& panel) {
-    window_.panels().begin(panel);
+    bench_.window->panels().begin(panel);
     take(name);
-    window_.panels().orderOut(panel);
+    bench_.window->panels().orderOut(panel);
+  }
+
+  /// `ask` opens a panel and waits for its answer.
+  void takeAlert(const char* name, const std::function<void()>& ask) {
+    bench_.onceAPanelIsUp([&](qt::PanelFrame&) {
+      take(name);
+      bench_.key(Qt::Key_Escape);
+    });
+    ask();
   }
 
   void take(const char* name) {
-    for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents();
+    bench_.settle();
     const QString file =
         folder_ + QLatin1Char('/') + QLatin1String(name) + QLatin1Char('-') + suffix_ + QStringLiteral(".png");
-    if (!window_.grab().save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+    if (!bench_.window->grab().save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
   }
 
   QString folder_;
   QString suffix_;
-  platform::linux_::LinuxMainQueue queue_;
-  platform::NotificationCentre centre_;
-  qt::Pictures pictures_{ZELVO_PICTURES};
-  app::WindowControls controls_{centre_};
-  NoMovieView movieView_;
-  qt::MainWindow window_{queue_, pictures_, new qt::HostedWidget, movieView_};
+  zelvo::tests::WindowBench bench_;
+  qt::WindowPanels& panels_ = bench_.window->fixedPanels();
 };
 
 }  // namespace
