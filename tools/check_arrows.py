@@ -56,7 +56,6 @@ THIRD_PARTY = {
     "fmt/": {"platform/linux"},
     "sys/": {"platform/linux", "platform/qt", "tests/platform", "tests/update", "tests/cli", "tests/bench", "tests/support",
              "cli/main.cpp"},
-    "dirent.h": {"platform/qt"},
     "linux/": {"platform/linux"},
     "unistd.h": {"platform/linux", "platform/qt", "tests/platform", "tests/update", "tests/cli", "tests/bench", "tests/support",
              "cli/main.cpp"},
