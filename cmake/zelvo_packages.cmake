@@ -9,6 +9,7 @@ set(CPACK_PACKAGE_NAME zelvo-avi-repair)
 set(CPACK_PACKAGE_VENDOR "Zelvo AVI Repair")
 set(CPACK_PACKAGE_CONTACT "${ZELVO_PACKAGE_CONTACT}")
 set(CPACK_PACKAGING_INSTALL_PREFIX /)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own, below
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL ${zelvo_components})
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)
@@ -22,24 +23,26 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_WINDOW_PACKAGE_NAME zelvo-avi-repair)
 set(CPACK_DEBIAN_WINDOW_DESCRIPTION "repairs damaged AVI films
- A camera lost power, a download broke off, a card has bad spots, and now no
- player opens the film. Zelvo AVI Repair walks through the whole file, collects
- every piece of picture and sound that is still there, and writes a new film
- with sound headers and a new index. The damaged file is only ever read.
- .
- This package holds the window: choose a film, wait, look at the result, save.")
+A camera lost power, a download broke off, a card has bad spots, and now no
+player opens the film. Zelvo AVI Repair walks through the whole file, collects
+every piece of picture and sound that is still there, and writes a new film
+with sound headers and a new index. The damaged file is only ever read.
+
+This package holds the window: choose a film, wait, look at the result, save.")
 # Opening the help needs a way to a browser, and Wayland desktops a module of their own.
 set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_SUGGESTS "mpv | vlc, zelvo-avi")
 
+set(CPACK_DEBIAN_WINDOW_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/postrm)
+
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME zelvo-avi)
 set(CPACK_DEBIAN_CLI_DESCRIPTION "repairs damaged AVI films from the command line
- Walks through damaged AVI files, collects every piece of picture and sound that
- is still there, and writes new files with sound headers and new indexes. The
- damaged files are only ever read.
- .
- This package holds the command zelvo-avi, for many films at once, for scripts
- and for machines without a screen.")
+Walks through damaged AVI files, collects every piece of picture and sound that
+is still there, and writes new files with sound headers and new indexes. The
+damaged files are only ever read.
+
+This package holds the command zelvo-avi, for many films at once, for scripts
+and for machines without a screen.")
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "zelvo-avi-repair")
 
 include(CPack)

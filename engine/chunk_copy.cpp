@@ -1,6 +1,7 @@
 // 1. The input's length says how much of each chunk there is to copy, and so where each lies in the output.
 // 2. Two threads take one aligned segment of the output after the other, gather its pieces and write it. Small pieces
-//    that lie close together in the input are read in one go; a large one is read straight into the segment.
+//    that lie close together in the input are read in one go and then moved up; a large one is read straight to its
+//    place.
 // 3. A read that comes short all the same moves up everything behind it. Then the rest is copied one chunk after the
 //    other, so that the bytes are those of one read per chunk in every case.
 #include "engine/chunk_copy.h"
@@ -10,17 +11,19 @@
 #include <cstring>
 #include <mutex>
 
-#include "platform/bytes.h"
-
 namespace zelvo::engine {
 
 namespace {
 
 constexpr std::uint64_t kHeaderSize = 8;
 constexpr std::uint64_t kSegmentSize = 1048576;
-constexpr std::uint64_t kSmallPiece = 65536;
+/// A smaller piece is sooner moved within a buffer than read on its own.
+constexpr std::uint64_t kSmallPiece = 16384;
 constexpr std::uint64_t kLargestGap = 8192;
+/// Read in one go, gaps included.
 constexpr std::uint64_t kLargestBatch = 262144;
+/// A batch whose first piece ends the segment still has its room.
+constexpr std::size_t kBufferSize = kSegmentSize + kLargestBatch;
 
 /// A place in the chunks and the place in the output where it goes.
 struct Cursor {
@@ -89,33 +92,32 @@ class Segments {
 /// Gathers the pieces of one segment after the other.
 class Assembler {
  public:
-  Assembler(InputFile& input, const ChunkRun& chunks, const Segments& segments)
-      : input_(input), chunks_(chunks), segments_(segments), bytes_(kSegmentSize) {}
+  Assembler(InputFile& input, const ChunkRun& chunks, const Segments& segments, std::span<std::byte> buffer)
+      : input_(input), chunks_(chunks), segments_(segments), buffer_(buffer) {}
 
   /// The segment's bytes; nothing when a read comes short.
   [[nodiscard]] std::optional<std::span<const std::byte>> assemble(const Segment& segment) {
-    const auto all = std::span(bytes_).first(static_cast<std::size_t>(segment.size));
-    std::span<std::byte> left = all;
-    Cursor at = segment.start;
-    while (!left.empty()) {
-      const Piece piece = pieceAt(at, left.size());
-      const bool complete = piece.size >= kSmallPiece ? readInto(left, at, piece) : gather(left, at);
+    at_ = segment.start;
+    used_ = 0;
+    left_ = static_cast<std::size_t>(segment.size);
+    while (left_ > 0) {
+      const bool complete = pieceAt(at_, left_).size >= kSmallPiece ? readOne() : gather();
       if (!complete) return std::nullopt;
     }
-    return all;
+    return buffer_.first(used_);
   }
 
  private:
   /// A part of a chunk, as it lies in the input.
   struct Piece {
     std::uint64_t offset = 0;
-    std::uint64_t size = 0;
+    std::size_t size = 0;
     [[nodiscard]] std::uint64_t end() const { return offset + size; }
   };
 
   [[nodiscard]] Piece pieceAt(const Cursor& at, std::size_t room) const {
     return {chunks_.offsets[at.chunk] + at.inChunk,
-            std::min<std::uint64_t>(segments_.length(at.chunk) - at.inChunk, room)};
+            static_cast<std::size_t>(std::min<std::uint64_t>(segments_.length(at.chunk) - at.inChunk, room))};
   }
 
   void advance(Cursor& at, const Piece& piece) const {
@@ -123,44 +125,43 @@ class Assembler {
     if (at.inChunk == segments_.length(at.chunk)) at = {at.chunk + 1, 0, at.position};
   }
 
-  [[nodiscard]] bool readInto(std::span<std::byte>& left, Cursor& at, const Piece& piece) {
-    const auto size = static_cast<std::size_t>(piece.size);
-    if (input_.tryRead(piece.offset, left.first(size)).count < size) return false;
-    left = left.subspan(size);
-    advance(at, piece);
+  /// The next piece lies where it belongs.
+  void take(const Piece& piece) {
+    used_ += piece.size;
+    left_ -= piece.size;
+    advance(at_, piece);
+  }
+
+  [[nodiscard]] bool readOne() {
+    const Piece piece = pieceAt(at_, left_);
+    if (input_.tryRead(piece.offset, buffer_.subspan(used_, piece.size)).count < piece.size) return false;
+    take(piece);
     return true;
   }
 
-  /// Reads the small pieces from `at` on that one read serves, at least one.
-  [[nodiscard]] bool gather(std::span<std::byte>& left, Cursor& at) {
-    const Cursor first = at;
-    const std::uint64_t start = pieceAt(first, left.size()).offset;
+  /// Reads the small pieces that one read serves, at least one, and moves each up to where it belongs.
+  [[nodiscard]] bool gather() {
+    const std::uint64_t start = pieceAt(at_, left_).offset;
     std::uint64_t end = start;
     std::uint64_t pieces = 0;
-    std::size_t room = left.size();
-    while (room > 0) {
+    Cursor at = at_;
+    for (std::size_t room = left_; room > 0; ++pieces) {
       const Piece piece = pieceAt(at, room);
       // Chunks may overlap, and beyond 4 GiB their offsets start again.
-      const bool near = piece.offset >= start && piece.offset <= end + kLargestGap && piece.size < kSmallPiece;
-      if (pieces > 0 && (!near || std::max(end, piece.end()) - start > kLargestBatch)) break;
-      end = std::max(end, piece.end());
-      room -= static_cast<std::size_t>(piece.size);
-      ++pieces;
+      const bool near = piece.offset >= end && piece.offset <= end + kLargestGap && piece.size < kSmallPiece;
+      if (pieces > 0 && (!near || piece.end() - start > kLargestBatch)) break;
+      end = piece.end();
+      room -= piece.size;
       advance(at, piece);
     }
-    if (pieces == 1) {
-      at = first;
-      return readInto(left, at, pieceAt(first, left.size()));
-    }
-    together_.resize(kLargestBatch);
-    const auto batch = std::span(together_).first(static_cast<std::size_t>(end - start));
+    const auto batch = buffer_.subspan(used_, static_cast<std::size_t>(end - start));
     if (input_.tryRead(start, batch).count < batch.size()) return false;
-    at = first;
     for (; pieces > 0; --pieces) {
-      const Piece piece = pieceAt(at, left.size());
-      std::memcpy(left.data(), batch.data() + (piece.offset - start), static_cast<std::size_t>(piece.size));
-      left = left.subspan(static_cast<std::size_t>(piece.size));
-      advance(at, piece);
+      const Piece piece = pieceAt(at_, left_);
+      const std::byte* from = batch.data() + (piece.offset - start);
+      std::byte* to = buffer_.data() + used_;
+      if (from != to) std::memmove(to, from, piece.size);
+      take(piece);
     }
     return true;
   }
@@ -168,8 +169,10 @@ class Assembler {
   InputFile& input_;
   const ChunkRun& chunks_;
   const Segments& segments_;
-  platform::Bytes bytes_;
-  platform::Bytes together_;
+  const std::span<std::byte> buffer_;
+  Cursor at_;
+  std::size_t used_ = 0;  ///< bytes of the segment that are in the buffer
+  std::size_t left_ = 0;  ///< bytes of it that are not
 };
 
 void copyOneByOne(InputFile& input, StagedOutput& out, const ChunkRun& chunks, std::uint64_t first,
@@ -181,6 +184,12 @@ void copyOneByOne(InputFile& input, StagedOutput& out, const ChunkRun& chunks, s
 }
 
 }  // namespace
+
+std::span<std::byte> CopyBuffers::of(std::size_t number) {
+  auto& bytes = bytes_[number];
+  if (!bytes) bytes = std::make_unique_for_overwrite<std::byte[]>(kBufferSize);
+  return {bytes.get(), kBufferSize};
+}
 
 std::uint64_t heldBy(std::uint64_t fileSize, std::uint64_t offset, std::uint64_t size) {
   return offset >= fileSize ? 0 : std::min(size, fileSize - offset);
@@ -207,10 +216,10 @@ void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::u
 }
 
 CopyEnd copyChunks(InputFile& input, platform::WritableFile& out, std::uint64_t position, const ChunkRun& chunks,
-                   platform::Workers& workers, const platform::CancelMark& cancel) {
+                   CopyBuffers& buffers, platform::Workers& workers, const platform::CancelMark& cancel) {
   Segments segments(chunks, input.size(), position);
-  const auto work = [&] {
-    Assembler assembler(input, chunks, segments);
+  const auto work = [&](std::size_t thread) {
+    Assembler assembler(input, chunks, segments, buffers.of(thread));
     while (!cancel.abandoned()) {
       const std::optional<Segment> segment = segments.take();
       if (!segment) return;
@@ -224,8 +233,8 @@ CopyEnd copyChunks(InputFile& input, platform::WritableFile& out, std::uint64_t 
     }
   };
   const bool helped = workers.processors() > 1 && chunks.count > 1;
-  const auto helper = helped ? workers.startHelper(work) : nullptr;
-  work();
+  const auto helper = helped ? workers.startHelper([&] { work(1); }) : nullptr;
+  work(0);
   if (helper) helper->join();
 
   CopyEnd end{segments.end(), segments.failure()};

@@ -2,7 +2,10 @@
 /// that two threads assemble and write side by side. Sizes and offsets are in bytes.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 
@@ -32,12 +35,26 @@ struct CopyEnd {
   std::optional<WriteFailure> failure;
 };
 
+/// What the threads of a copy assemble segments in. One copy after the other can use the same, which spares the
+/// system clearing fresh memory for each.
+class CopyBuffers {
+ public:
+  static constexpr std::size_t kThreads = 2;
+
+  /// The buffer of thread `number` (0 or 1), made when it is first asked for; its content is unspecified.
+  /// Thread: any, one per number.
+  [[nodiscard]] std::span<std::byte> of(std::size_t number);
+
+ private:
+  std::array<std::unique_ptr<std::byte[]>, kThreads> bytes_;
+};
+
 /// Copies each chunk, header and payload, without padding, to `out` from `position` on. Of a chunk that the input does
 /// not hold whole, what there is is copied, and what follows moves up. Ends early once a write has failed or `cancel`
 /// is abandoned.
 /// Thread: one, besides a helper of its own.
 [[nodiscard]] CopyEnd copyChunks(InputFile& input, platform::WritableFile& out, std::uint64_t position,
-                                 const ChunkRun& chunks, platform::Workers& workers,
+                                 const ChunkRun& chunks, CopyBuffers& buffers, platform::Workers& workers,
                                  const platform::CancelMark& cancel);
 
 /// Appends up to `size` bytes from `offset` on; fewer when the input ends or a read fails.

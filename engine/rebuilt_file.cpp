@@ -105,9 +105,10 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
 
   // Deliberate: a stop is looked at here and before the audio only, so one during the video copy lets that run to its
   // end. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
+  CopyBuffers buffers;
   for (const ChunkRun& chunks : {video, audio}) {
     if (end.failure || stopRequested(run)) break;
-    end = copyChunks(*inputfilehandle, *outputfile, end.position, chunks, services_.workers, *run.cancel);
+    end = copyChunks(*inputfilehandle, *outputfile, end.position, chunks, buffers, services_.workers, *run.cancel);
   }
 
   if (end.failure) {

@@ -77,6 +77,8 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 }
 
 MainWindow::~MainWindow() {
+  // Widgets that go leave the pointer to those that are still there, and these would tell of it.
+  for (QtButton* button : content_->findChildren<QtButton*>()) button->host().stopTracking();
   panels_->setObserver({});
   panels_->setBeginObserver({});
   while (PanelFrame* const panel = panels_->top()) panels_->end(*panel);

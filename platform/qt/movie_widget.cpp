@@ -1,9 +1,10 @@
 #include "platform/qt/movie_widget.h"
 
 #include <QHideEvent>
-#include <QPaintDevice>
 #include <QPainter>
+#include <QTransform>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace zelvo::platform::qt {
@@ -77,15 +78,18 @@ void MovieWidget::paintBase(QPainter& painter) {
 
 bool MovieWidget::paintPicture(QPainter& painter) {
   if (!movie_ || movie_->shape().isEmpty()) return false;
-  const qreal ratio = painter.device()->devicePixelRatio();
+  const QTransform toDevice = painter.deviceTransform();
+  const qreal ratio = toDevice.m11();
   const QSize room = (QSizeF(size()) * ratio).toSize();
   const QSize fitted = movie_->shape().scaled(room, Qt::KeepAspectRatio).expandedTo({1, 1});
   const QImage picture = movie_->picture(fitted);
   if (picture.isNull()) return false;
-  // One pixel of the picture is one of the device; a ratio set on the picture itself would copy it.
+  // One pixel of the picture is one of the device, also where the widget begins between two of them.
+  const QPointF ground(std::round(toDevice.dx()) - toDevice.dx(), std::round(toDevice.dy()) - toDevice.dy());
+  const QPoint corner((room.width() - fitted.width()) / 2, (room.height() - fitted.height()) / 2);
   painter.save();
   painter.scale(1 / ratio, 1 / ratio);
-  painter.drawImage((room.width() - fitted.width()) / 2, (room.height() - fitted.height()) / 2, picture);
+  painter.drawImage(ground + corner, picture);
   painter.restore();
   return true;
 }

@@ -1,6 +1,7 @@
 // How the end of a film is known: the core says that something changed (it paused by itself, the end was reached, it
-// goes on after a seek), and is then asked whether the film stands at its end. Only that answer counts, and only when
-// no seek is under way: a change may be told late, and one that is undone at once may not be told at all.
+// goes on after a seek), and is then asked whether the film stands at its end or paused by itself. Only these answers
+// count, and only when no seek is under way: a change may be told late, and one that is undone at once may not be told
+// at all.
 #include "platform/qt/mpv_player.h"
 
 #include <mpv/client.h>
@@ -46,6 +47,11 @@ constexpr std::array kOptions = {
 /// What else the library would load, read or write beside the film; a version that does not know one of them does not
 /// do it either.
 constexpr std::array kExtras = {
+    // Only these sound systems, the last list that is known here: another one that is tried where there is no sound keeps
+    // one state for the whole process, and two players at a time then wait for each other for ever.
+    Option{"ao", "alsa"},
+    Option{"ao", "pulse,alsa"},
+    Option{"ao", "pipewire,pulse,alsa"},
     Option{"osc", "no"},
     Option{"load-auto-profiles", "no"},
     Option{"load-osd-console", "no"},
@@ -66,7 +72,7 @@ constexpr std::array kExtras = {
 };
 
 /// By these numbers the core's answers are told apart.
-enum Reply : std::uint64_t { kNoReply, kPause, kSeek, kEnd, kPicture, kWidth, kHeight };
+enum Reply : std::uint64_t { kNoReply, kPause, kSeek, kEnd, kStands, kPicture, kWidth, kHeight };
 
 /// The bytes in memory of a native 0xffRRGGBB.
 constexpr const char* kPixelFormat = std::endian::native == std::endian::little ? "bgr0" : "0rgb";
@@ -157,17 +163,19 @@ void MpvPlayer::gotoBeginning() {
 }
 
 /// Requests may overtake each other, so the next one waits for the answer to the last; what was asked of us last holds.
+/// Before the file is open nothing is sent: a film that is stopped again until then has not moved.
 void MpvPlayer::sendPause() {
-  if (pauseInFlight_ || pauseSent_ == !playing_) return;
+  if (!loaded_ || pauseInFlight_ || pauseSent_ == !playing_) return;
   pauseSent_ = !playing_;
   int flag = pauseSent_ ? 1 : 0;
   pauseInFlight_ = mpv_set_property_async(core_.get(), kPause, "pause", MPV_FORMAT_FLAG, &flag) >= 0;
 }
 
 void MpvPlayer::askWhetherEnded() {
-  if (playing_ && loaded_ && !seeking_) {
-    static_cast<void>(mpv_get_property_async(core_.get(), kEnd, "eof-reached", MPV_FORMAT_FLAG));
-  }
+  if (!playing_ || !loaded_ || seeking_) return;
+  static_cast<void>(mpv_get_property_async(core_.get(), kEnd, "eof-reached", MPV_FORMAT_FLAG));
+  // The core pauses by itself at the end and nowhere else.
+  if (isToldToPlay()) static_cast<void>(mpv_get_property_async(core_.get(), kStands, "pause", MPV_FORMAT_FLAG));
 }
 
 MpvPlayer::News MpvPlayer::news() {
@@ -180,9 +188,8 @@ MpvPlayer::News MpvPlayer::news() {
   news.frame = (mpv_render_context_update(renderer_.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
   hasFrame_ = hasFrame_ || news.frame;
   if (atEnd_ && playing_) {
-    playing_ = false;
-    pauseSent_ = true;  // the core paused by itself
     news.ended = true;
+    pause();  // or a jump to the beginning would play on from there
   }
   return news;
 }
@@ -191,6 +198,7 @@ void MpvPlayer::take(const mpv_event& event, News& news) {
   switch (event.event_id) {
     case MPV_EVENT_FILE_LOADED:
       loaded_ = true;
+      sendPause();
       break;
     case MPV_EVENT_PLAYBACK_RESTART:
       if (seeksInFlight_ == 0) seeking_ = false;
@@ -244,7 +252,7 @@ void MpvPlayer::takeReply(const mpv_event& event, News& news) {
     news.pictureless = event.error < 0;  // no track is selected: there is none, or none that can be decoded
     return;
   }
-  if (event.error < 0 || seeking_) return;
+  if (event.error < 0 || seeking_ || (event.reply_userdata == kStands && !isToldToPlay())) return;
   const auto& property = *static_cast<const mpv_event_property*>(event.data);
   if (property.format == MPV_FORMAT_FLAG && *static_cast<const int*>(property.data) != 0) atEnd_ = true;
 }

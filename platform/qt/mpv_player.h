@@ -85,6 +85,8 @@ class MpvPlayer {
   void takeReply(const mpv_event& event, News& news);
   void sendPause();
   void askWhetherEnded();
+  /// The core knows that it is to play.
+  [[nodiscard]] bool isToldToPlay() const { return !pauseSent_ && !pauseInFlight_; }
 
   const std::function<void()> ring_;
   // The renderer goes before its core: the order of these two matters.

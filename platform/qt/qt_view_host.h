@@ -46,6 +46,8 @@ class QtViewHost final : public QObject, public ViewHost {
   void paint(QPainter& painter, const QRect& rect);
   /// Tells the client that the pointer may have come or gone without an event.
   void resynchronise();
+  /// Tells nobody of the pointer any more: the window goes, and the owners of areas may be gone already.
+  void stopTracking() { areas_.clear(); }
   [[nodiscard]] ViewClient* client() const { return client_.get(); }
   [[nodiscard]] QWidget& widget() const { return widget_; }
 

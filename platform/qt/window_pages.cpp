@@ -169,8 +169,8 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   facts->setHorizontalSpacing(kPageGap);
   facts->setVerticalSpacing(kPageGap / 2);
   facts->setColumnStretch(1, 1);
-  videocodecfield.setShape(texts::orNothing);
-  audiocodecfield.setShape(texts::orNothing);
+  videocodecfield.setShape(texts::codec);
+  audiocodecfield.setShape(texts::codec);
   durationfield.setShape(texts::mebibytes);
   addFact(*facts, texts::video(), videocodecfield, texts::video());
   addFact(*facts, texts::audio(), audiocodecfield, texts::audio());

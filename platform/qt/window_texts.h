@@ -48,7 +48,15 @@ inline QString video() { return QStringLiteral("Video"); }
 inline QString audio() { return QStringLiteral("Audio"); }
 inline QString lastSaved() { return QStringLiteral("Last saved"); }
 inline QString nothing() { return QStringLiteral("\u2013"); }
-inline QString orNothing(const QString& text) { return text.isEmpty() ? nothing() : text; }
+/// A codec's name; many files have none, or one that cannot be read, for a codec that is there all the same.
+inline QString codec(const QString& name) {
+  QString shown;
+  for (const QChar one : name) {
+    if (one.isPrint()) shown += one;
+  }
+  shown = shown.trimmed();
+  return shown.isEmpty() ? QStringLiteral("found, without a name") : shown;
+}
 inline QString mebibytes(const QString& number) {
   return number.isEmpty() || number == QLatin1String("0") ? nothing() : number + QStringLiteral(" MiB");
 }

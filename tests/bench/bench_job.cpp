@@ -2,7 +2,8 @@
 //   make KIND FILE BYTES   writes an input: "frames" (10 to 100 KB), "small" (about 1 KB), "dense" (a candidate every
 //                          8 bytes), "full" (more small chunks of both kinds than the tables hold)
 //   scan FILE              the engine up to the end of its sample scan
-//   scan-literal FILE      the same scan, word for word: one small read per block, a loop over its bytes
+//   scan-literal FILE      the same scan, word for word: one small read per block, copied, a loop over its bytes; it tells
+//                          the same elements of its progress, once per block
 //   repair IN OUT          a whole repair, without waiting for the disk
 //   progress BLOCKS        the progress animation of an input of that many blocks; prints nanoseconds a step
 // Each prints its own peak memory, in KiB, on its last line.
@@ -11,8 +12,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "engine/globals.h"
 #include "engine/progress_relay.h"
@@ -103,6 +106,17 @@ void choose(Bench& bench, const std::string& in, const std::string& out) {
   engine::internalpath.set(out);
 }
 
+/// Does `body` on a worker whose end wakes the main thread, as the command line does.
+void serveUntilEnd(Bench& bench, const std::shared_ptr<platform::CancelMark>& mark, std::function<void()> body) {
+  bool ended = false;
+  const auto worker = bench.workers.start(mark, [&, work = std::move(body)] {
+    work();
+    bench.queue.perform([&] { ended = true; });
+  });
+  bench.queue.runUntil([&] { return ended; });
+  worker->join();
+}
+
 int scan(const std::string& in) {
   auto bench = std::make_unique<Bench>();
   choose(*bench, in, "");
@@ -115,12 +129,21 @@ int scan(const std::string& in) {
 }
 
 int scanLiterally(const std::string& in) {
-  platform::linux_::LinuxFiles files;
-  const auto opened = files.openForReading(in);
+  auto bench = std::make_unique<Bench>();
+  const auto opened = bench->files.openForReading(in);
   if (!opened.file) return 1;
   tests::literal::Input input(opened.file.get());
+  engine::ProgressRelay& relay = bench->relay;
+  platform::TextField& status = bench->text;
+  platform::CoalescedOperation redraw(bench->queue, [&] { relay.updateProgressBar(); });
   tests::literal::ScanOptions options;
   options.inputfilesize = opened.file->size();
+  options.stopped = [](std::uint64_t) { return static_cast<bool>(engine::stopflag); };
+  options.progress = [&](double percent) {
+    relay.setProgressBarValue(percent);
+    redraw.request();
+    status.setStringValue("Retrieving audio/ video data forks..");
+  };
   const tests::literal::Tables tables = tests::literal::scanSamples(input, options);
   std::printf("video %llu audio %llu\n", static_cast<unsigned long long>(tables.video.count),
               static_cast<unsigned long long>(tables.audio.count));
@@ -131,8 +154,7 @@ int repair(const std::string& in, const std::string& out) {
   auto bench = std::make_unique<Bench>();
   choose(*bench, in, out);
   const auto run = engine::RepairFile::newRun();
-  const auto worker = bench->workers.start(run->cancel, [&] { bench->job.retrieveAudioVideoSamples(run); });
-  bench->queue.runUntil([&] { return worker->finished(); });
+  serveUntilEnd(*bench, run->cancel, [&] { bench->job.retrieveAudioVideoSamples(run); });
   return bench->job.runEnd == engine::RunEnd::rebuilt && !bench->job.writeFailure.get() ? 0 : 1;
 }
 
@@ -141,8 +163,7 @@ int progress(std::uint32_t blocks) {
   bench->job.numberofsectors = blocks;
   const auto run = engine::RepairFile::newRun();
   const auto start = std::chrono::steady_clock::now();
-  const auto worker = bench->workers.start(run->cancel, [&] { bench->job.progressupdation(*run); });
-  bench->queue.runUntil([&] { return worker->finished(); });
+  serveUntilEnd(*bench, run->cancel, [&] { bench->job.progressupdation(*run); });
   const std::chrono::duration<double, std::nano> spent = std::chrono::steady_clock::now() - start;
   std::printf("%.3f\n", spent.count() / (10.0 * blocks));
   return 0;

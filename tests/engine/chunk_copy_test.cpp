@@ -39,7 +39,7 @@ class ChunkCopy : public testing::Test {
     output.size = position;
     const auto opened = files.openForWriting("/out");
     input = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
-    end = engine::copyChunks(*input, *opened.file, position, {offsets, sizes, chunks.size()}, workers, cancel);
+    end = engine::copyChunks(*input, *opened.file, position, {offsets, sizes, chunks.size()}, buffers, workers, cancel);
     platform::Bytes copied = files.content("/out");
     EXPECT_GE(end.position, position);
     EXPECT_TRUE(end.failure || end.position <= copied.size());
@@ -74,6 +74,7 @@ class ChunkCopy : public testing::Test {
   MemoryFile& output = files.put("/out", {});
   platform::headless::HeadlessWorkers workers;
   platform::CancelMark cancel;
+  engine::CopyBuffers buffers;
   engine::CopyEnd end;
   std::unique_ptr<engine::InputFile> input;
   engine::ReadFailures literalFailures;
@@ -96,7 +97,8 @@ TEST_F(ChunkCopy, GapsOf8192BytesAndOneMore) {
 }
 TEST_F(ChunkCopy, LargeGaps) { expectLiteral(row(20, 1000, 100000)); }
 TEST_F(ChunkCopy, ChunksAroundTheLimitBetweenSmallAndLarge) {
-  for (const std::uint64_t whole : {65535U, 65536U, 65537U}) expectLiteral(row(10, whole - 8, 10));
+  for (const std::uint64_t whole : {16383U, 16384U, 16385U, 65535U, 65536U, 65537U})
+    expectLiteral(row(10, whole - 8, 10));
 }
 TEST_F(ChunkCopy, ChunksLargerThanTheStagingBuffers) { expectLiteral(row(3, 900000, 1)); }
 TEST_F(ChunkCopy, SmallChunksReadTogetherCostFarFewerReadsThanChunks) {

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Checks the help pages: well-formed, readable without a network, and every link and picture leads somewhere.
+"""Checks the help pages: well-formed, readable without a network, every link and picture leads somewhere, and each
+message of the window is explained.
 
-Usage: help_pages_test.py RESOURCES
+Usage: help_pages_test.py ROOT
 """
 import os
 import re
@@ -152,20 +153,39 @@ class Checker(unittest.TestCase):
                          ['index.html: line 3: the place "a" is there twice'])
 
 
+def titles(root):
+    """The titles of the window's panels and alerts, out of its sources."""
+    found = []
+    for path, pattern in (("platform/qt/window_texts.h", r'Title\(\) \{ return QStringLiteral\("([^"]+)"\)'),
+                          ("app/texts.h", r'k(?:NoSpace|Finishing|WriteFailed)Title = "([^"]+)"'),
+                          ("app/texts.h", r'kQuitMessage = "([^"]+)"'),
+                          ("update/update_paths.h", r'kTitle = "([^"]+)"')):
+        with open(os.path.join(root, path), encoding="utf-8") as file:
+            found += re.findall(pattern, file.read())
+    return found
+
+
 class HelpPages(unittest.TestCase):
-    resources = ""
+    root = ""
 
     def test_have_no_problem(self):
-        self.assertEqual(problems(os.path.join(self.resources, "help", "HTML")), [])
+        self.assertEqual(problems(os.path.join(self.root, "resources", "help", "HTML")), [])
+
+    def test_explain_each_message(self):
+        with open(os.path.join(self.root, "resources/help/HTML/index.html"), encoding="utf-8") as file:
+            explained = re.findall("<dt>([^<]+)</dt>", file.read())
+        asked = titles(self.root)
+        self.assertGreaterEqual(len(asked), 14)
+        self.assertEqual([title for title in asked if title not in explained], [])
 
     def test_show_the_icon_of_the_application(self):
         contents = []
-        for path in ("icon/zelvo-avi-repair.svg", "help/HTML/pictures/icon.svg"):
-            with open(os.path.join(self.resources, path), "rb") as file:
+        for path in ("pictures/zelvo-avi-repair.svg", "help/HTML/pictures/icon.svg"):
+            with open(os.path.join(self.root, "resources", path), "rb") as file:
                 contents.append(file.read())
         self.assertEqual(contents[0], contents[1])
 
 
 if __name__ == "__main__":
-    HelpPages.resources = sys.argv.pop(1)
+    HelpPages.root = sys.argv.pop(1)
     unittest.main()

@@ -36,14 +36,15 @@ fs::path pathOf(std::string_view url) {
   return path;
 }
 
-/// The window's component, staged once for all cases below a folder with a blank in its name.
+/// The window's component, staged below a folder with a blank in its name.
 class StagedBundle : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     std::string name = (fs::temp_directory_path() / "zelvo stage XXXXXX").string();
     ASSERT_NE(::mkdtemp(name.data()), nullptr);
     prefix_ = fs::canonical(name);
-    const std::string command = "'" ZELVO_CMAKE "' --install '" ZELVO_BUILD_FOLDER "' --component window --prefix '" +
+    const std::string command = "umask 022 && '" ZELVO_CMAKE "' --install '" ZELVO_BUILD_FOLDER
+                                "' --component window --prefix '" +
                                 prefix_.string() + "' >/dev/null";
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
   }
@@ -72,7 +73,7 @@ TEST_F(StagedBundle, PrefixIsFoundAgainFromTheProgram) { EXPECT_EQ(bundle().pref
 TEST_F(StagedBundle, FourComponentsAboveTheBundleLiesAFolderOfOurs) {
   const fs::path above = update::withoutLastComponents(bundle().bundlePath(), update::paths::kLevelsUp);
   EXPECT_EQ(above, prefix_ / "zelvo");
-  const std::vector<fs::path> found(fs::directory_iterator(above), fs::directory_iterator());
+  const std::vector<fs::path> found{fs::directory_iterator(above), fs::directory_iterator()};
   EXPECT_EQ(found, std::vector<fs::path>{above / "avi-repair"});
 }
 

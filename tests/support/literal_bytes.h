@@ -23,7 +23,7 @@ class Input {
   void seekToFileOffset(std::uint64_t offset) { position_ = offset; }
   /// Reads into the front of `into`, which is otherwise left alone; answers how many bytes there were.
   std::size_t getBytes(std::span<std::byte> into);
-  /// The same into a buffer of its own, no larger than what the file still holds.
+  /// The same into a buffer of its own, which a large `length` makes no larger than what the file still holds.
   [[nodiscard]] platform::Bytes readDataOfLength(std::uint64_t length);
 
   /// Reads that failed, the end of the file not counted, and the first byte that could not be read.

@@ -1,5 +1,6 @@
 #include "tests/support/literal_scan.h"
 
+#include <algorithm>
 #include <array>
 
 namespace zelvo::tests::literal {
@@ -18,16 +19,22 @@ bool holdsNextCode(const LookAhead& bytes) {
   return false;
 }
 
+/// Reads as many bytes as `into` holds, and copies what there was to its front; the rest is left as it is.
+void readInto(Input& input, std::span<std::byte> into) {
+  const platform::Bytes read = input.readDataOfLength(into.size());
+  std::copy(read.begin(), read.end(), into.begin());
+}
+
 /// Judges the candidate at `position`, whose code says whether it is audio.
 void judge(Input& input, std::uint32_t position, bool audio, LookAhead& lookAhead, Tables& tables) {
   std::array<std::byte, 4> sizeField{};
   input.seekToFileOffset(static_cast<std::uint32_t>(position + 4U));
-  input.getBytes(sizeField);
+  readInto(input, sizeField);
   const std::uint64_t size = numberIn(sizeField);
   tables.videosamplesize = size;
   if (size == 0 || size >= 10000000) return;
   input.seekToFileOffset(static_cast<std::uint32_t>(position + 8U + static_cast<std::uint32_t>(size)));
-  input.getBytes(lookAhead);
+  readInto(input, lookAhead);
   if (!holdsNextCode(lookAhead)) return;
   (audio ? tables.audio : tables.video).add(position, size);
 }
@@ -66,7 +73,8 @@ Tables scanSamples(Input& input, const ScanOptions& options) {
     if (options.knownZero(blockOffset)) continue;
     std::array<std::byte, 3072> buffer{};
     input.seekToFileOffset(blockOffset);
-    input.getBytes(std::span(buffer).first(sector == numberofsectors ? static_cast<std::size_t>(mod) : 3072));
+    readInto(input, std::span(buffer).first(sector == numberofsectors ? static_cast<std::size_t>(mod) : 3072));
+    options.progress(static_cast<double>(sector) * 100.0 / static_cast<double>(numberofsectors));
     for (std::uint32_t i = 0; i <= 1023; ++i) {
       const bool video = isCode(buffer, i, "00db") || isCode(buffer, i, "00dc");
       const bool audio = isCode(buffer, i, "01wb");

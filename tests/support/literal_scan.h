@@ -1,5 +1,6 @@
-/// The literal transcription of the sample scan: one read of 3072 bytes per block, a loop over its 1024 positions, one
-/// read of 4 and one of 6 bytes per candidate. Offsets and sizes are in bytes; blocks are numbered from 1.
+/// The literal transcription of the sample scan: one read of 3072 bytes per block, copied into a cleared buffer, a loop
+/// over its 1024 positions, one read of 4 and one of 6 bytes per candidate. Offsets and sizes are in bytes; blocks are
+/// numbered from 1.
 #pragma once
 
 #include <cstdint>
@@ -33,6 +34,8 @@ struct ScanOptions {
   std::uint64_t inputfilesize = 0;
   /// Whether a stop has been asked for, looked at when block `sector` begins.
   std::function<bool(std::uint64_t sector)> stopped = [](std::uint64_t) { return false; };
+  /// Told of each block that was read: how far the scan is (0 to 100 percent).
+  std::function<void(double percent)> progress = [](double) {};
   /// Whether the 3072 bytes at this offset are known to be zero. Such a block holds no code, so nothing is read: this
   /// only makes inputs of gigabytes bearable.
   std::function<bool(std::uint32_t offset)> knownZero = [](std::uint32_t) { return false; };

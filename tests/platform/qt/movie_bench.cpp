@@ -20,8 +20,8 @@ MovieBench::MovieBench()
 
 std::string MovieBench::film(const std::string& name) const {
   return filmOf(
-      "-f lavfi -i 'testsrc2=size=64x48:rate=10:duration=1,hue=H=2*PI*t' -f lavfi -i sine=duration=1 -c:v mpeg4 "
-      "-q:v 2 -c:a pcm_s16le",
+      "-f lavfi -i 'testsrc2=size=64x48:rate=10:duration=1,hue=H=2*PI*t' -f lavfi -i sine=duration=1 -c:v mjpeg "
+      "-pix_fmt yuvj444p -q:v 2 -c:a pcm_s16le",
       name);
 }
 
