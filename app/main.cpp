@@ -138,7 +138,10 @@ class Program {
     window_.panels().setControls(&windowControls_);
     windowControls_.dress(window_.hostedViews());
     app::wire(controller_, window_.jobOutlets(), actions_, application_);
-    window_.setFileReceiver([this](const std::string& file) { controller_.offerFile(file); });
+    window_.setFileReceiver([this](const std::string& file) {
+      panels_.noteInput(file);
+      controller_.offerFile(file);
+    });
     if (options_.file) application_.setStartHandler([this] { window_.offerFile(*options_.file); });
   }
   Program(const Program&) = delete;

@@ -159,8 +159,8 @@ void FolderBrowser::setNewFolderAction(const std::function<void()>& action) {
 
 void FolderBrowser::enter(const std::string& folder) {
   std::string entered = folder;
-  if (entered.find("/.") != std::string::npos) {
-    // The way through ".." depends on links, which only the disk knows; a folder that is not there stays as it is.
+  if (!entered.starts_with('/') || entered.find("/.") != std::string::npos) {
+    // The way through ".." depends on links, which only the disk knows. A folder that is not there stays as it is.
     std::error_code failure;
     const std::filesystem::path real = std::filesystem::canonical(entered, failure);
     if (!failure) entered = real.string();

@@ -1,5 +1,9 @@
 #include "platform/qt/qt_file_panels.h"
 
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
 namespace zelvo::platform::qt {
 
 QtPanels::QtPanels(PanelStack& stack, AlertPanels& alerts)
@@ -15,8 +19,11 @@ std::shared_ptr<OpenPanel> QtPanels::openPanel() { return std::make_shared<QtOpe
 std::shared_ptr<SavePanel> QtPanels::savePanel() { return std::make_shared<QtSavePanel>(memory_); }
 
 void QtPanels::noteInput(const std::string& file) {
-  memory_->lastFolder = folderOf(file);
-  memory_->inputFolder = folderOf(file);
+  std::error_code failure;
+  const std::filesystem::path whole = std::filesystem::absolute(file, failure);
+  if (failure) return;
+  memory_->lastFolder = folderOf(whole.string());
+  memory_->inputFolder = memory_->lastFolder;
 }
 
 }  // namespace zelvo::platform::qt

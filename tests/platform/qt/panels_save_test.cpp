@@ -118,6 +118,12 @@ TEST_F(SavePanelTest, StartsInTheFolderOfTheInput) {
   EXPECT_EQ(bench.chooser().browser().folder(), card);
 }
 
+TEST_F(SavePanelTest, InputThatWasNamedFromTheWorkingFolderHasAFolder) {
+  bench.panels.noteInput("film.avi");
+  begin();
+  EXPECT_EQ(bench.chooser().browser().folder(), std::filesystem::current_path().string());
+}
+
 TEST_F(SavePanelTest, StartsInTheFolderOfTheFilmThatTheOpenPanelChose) {
   const std::string card = bench.home.make("card");
   bench.home.folder().put("card/film.avi", "RIFF");
