@@ -16,7 +16,7 @@ namespace {
 
 constexpr int kPanelWidth = 460;
 constexpr int kMargin = 28;
-constexpr int kShadow = 10;
+constexpr int kShadow = 14;
 constexpr int kGap = 12;
 constexpr int kPictureSize = 44;
 
@@ -128,11 +128,10 @@ QtButton& PanelFrame::addButton(const QString& title, Role role) {
 
 void PanelFrame::addContent(QWidget* widget) { content_->insertWidget(content_->count() - 1, widget); }
 
-void PanelFrame::setWhole(QWidget* widget, const QSize& size) {
-  whole_ = widget;
-  wholeSize_ = size;
-  column_->insertWidget(0, widget, 1);
-  column_->setSpacing(0);
+void PanelFrame::setRoom(const QSize& size, QWidget& content) {
+  room_ = size;
+  content_->setStretch(content_->count() - 1, 0);
+  content_->setStretchFactor(&content, 1);
 }
 
 std::vector<ViewHost*> PanelFrame::buttonHosts() const {
@@ -142,14 +141,14 @@ std::vector<ViewHost*> PanelFrame::buttonHosts() const {
 }
 
 QWidget* PanelFrame::firstFocus() const {
-  if (whole_ != nullptr) return whole_->focusWidget() != nullptr ? whole_->focusWidget() : whole_;
+  if (firstFocus_ != nullptr) return firstFocus_;
   if (defaultButton_ != nullptr && defaultButton_->isEnabled()) return defaultButton_;
   const auto usable = std::find_if(buttons_.begin(), buttons_.end(), [](QtButton* one) { return one->isEnabled(); });
   return usable == buttons_.end() ? nullptr : *usable;
 }
 
 QSize PanelFrame::wantedSize(const QSize& available) {
-  if (whole_ != nullptr) return wholeSize_.boundedTo(available);
+  if (room_.isValid()) return room_.boundedTo(available);
   const int width = std::min(kPanelWidth + 2 * kShadow, available.width());
   const int height =
       layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : layout()->sizeHint().height();
@@ -166,7 +165,7 @@ void PanelFrame::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   // A soft shadow in steps, so that no effect has to paint what lies below anew.
   for (int step = 0; step < kShadow; ++step) {
-    painter.fillRect(rect().adjusted(step, step, -step, -step), QColor(0, 0, 0, 5));
+    painter.fillRect(rect().adjusted(step, step, -step, -step), QColor(0, 0, 0, 3));
   }
   const QRect panel = rect().adjusted(kShadow, kShadow, -kShadow, -kShadow);
   painter.fillRect(panel, surface(palette()));

@@ -44,8 +44,11 @@ class PanelFrame final : public QWidget, public Window {
   QtButton& addButton(const QString& title, Role role = Role::plain);
   /// Between the text and the buttons.
   void addContent(QWidget* widget);
-  /// Fills the panel with `widget` instead of texts and buttons. It then answers Enter and Esc by itself.
-  void setWhole(QWidget* widget, const QSize& size);
+  /// Makes the panel as large as `size`, or as the window where that is smaller. `content`, which was added, gets what
+  /// the rest leaves.
+  void setRoom(const QSize& size, QWidget& content);
+  /// The focus goes to `widget` first, rather than to a button.
+  void setFirstFocus(QWidget& widget) { firstFocus_ = &widget; }
 
   [[nodiscard]] QLabel& message() const { return *message_; }
   [[nodiscard]] QString title() const { return titleText_; }
@@ -75,8 +78,8 @@ class PanelFrame final : public QWidget, public Window {
   std::vector<QtButton*> buttons_;
   QtButton* defaultButton_ = nullptr;
   QtButton* cancelButton_ = nullptr;
-  QWidget* whole_ = nullptr;
-  QSize wholeSize_;
+  QWidget* firstFocus_ = nullptr;
+  QSize room_;
   std::unique_ptr<HostedWidget> overlay_;
 };
 

@@ -183,6 +183,10 @@ void PanelStack::bringToFront(PanelFrame& panel) {
   }
 }
 
+void PanelStack::placeAgain(PanelFrame& panel) {
+  if (isShown(panel)) place(panel);
+}
+
 bool PanelStack::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &content_ && event->type() == QEvent::Resize) {
     for (const Entry& entry : entries_) {

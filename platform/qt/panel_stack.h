@@ -37,6 +37,8 @@ class PanelStack final : public QObject {
   void end(PanelFrame& panel);
   void orderOut(PanelFrame& panel);
   void bringToFront(PanelFrame& panel);
+  /// What the panel holds has changed, and with it the room that it wants.
+  void placeAgain(PanelFrame& panel);
 
   [[nodiscard]] bool isEmpty() const { return entries_.empty(); }
   [[nodiscard]] bool isShown(const PanelFrame& panel) const;

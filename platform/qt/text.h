@@ -13,4 +13,7 @@ namespace zelvo::platform::qt {
 }
 [[nodiscard]] inline std::string plain(const QString& text) { return text.toStdString(); }
 
+/// The text with places at which a line may end: after each slash, and within names that are too long for a line.
+[[nodiscard]] QString breakable(const QString& text);
+
 }  // namespace zelvo::platform::qt

@@ -15,6 +15,7 @@ namespace {
 constexpr int kPathHeight = 48;
 constexpr int kColumnWidth = 640;
 constexpr int kSideWidth = 248;
+constexpr int kSideHeadlinePixels = 20;
 constexpr int kResultMargin = 12;
 
 /// A framed box round a path.
@@ -160,7 +161,9 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
 
   auto* const side = new QVBoxLayout;
   side->setSpacing(kPageGap);
-  side->addWidget(headline(texts::resultHeadline()));
+  QLabel* const title = headline(texts::resultHeadline());
+  title->setFont(textFont(kSideHeadlinePixels, QFont::DemiBold));
+  side->addWidget(title);
   side->addWidget(explanation(texts::resultExplanation()));
   auto* const facts = new QGridLayout;
   facts->setHorizontalSpacing(kPageGap);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/qt/text.h"
 #include "platform/qt/window_texts.h"
 
 namespace zelvo::platform::qt {
@@ -20,12 +21,6 @@ FlatProgressBar& bar(PanelFrame& in) {
   made->setAccessibleName(in.title());
   in.addContent(made);
   return *made;
-}
-
-/// Lets a long path break after each of its slashes.
-QString breakable(const QString& text) {
-  QString shown = text;
-  return shown.replace(QLatin1Char('/'), QStringLiteral("/\u200b"));
 }
 
 }  // namespace

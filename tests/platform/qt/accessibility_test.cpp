@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/qt/panel_frame.h"
-#include "tests/platform/qt/window_bench.h"
+#include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
 namespace {
@@ -64,7 +64,7 @@ class Accessibility : public testing::Test {
     return stops;
   }
 
-  WindowBench bench;
+  ElementBench bench;
   platform::qt::MainWindow& window = bench.window;
 };
 

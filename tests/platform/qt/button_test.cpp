@@ -11,7 +11,7 @@
 #include "platform/qt/qt_button.h"
 #include "tests/platform/qt/drawn_pictures.h"
 #include "tests/platform/qt/pixels.h"
-#include "tests/platform/qt/window_bench.h"
+#include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
 namespace {

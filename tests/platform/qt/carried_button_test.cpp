@@ -5,7 +5,7 @@
 #include "controls/view_transparent.h"
 #include "platform/qt/hosted_widget.h"
 #include "platform/qt/qt_button.h"
-#include "tests/platform/qt/window_bench.h"
+#include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
 namespace {

@@ -9,7 +9,7 @@
 #include "platform/qt/appearance.h"
 #include "platform/qt/qt_elements.h"
 #include "tests/platform/qt/pixels.h"
-#include "tests/platform/qt/window_bench.h"
+#include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
 namespace {

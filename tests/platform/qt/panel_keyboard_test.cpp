@@ -6,7 +6,7 @@
 
 #include "platform/qt/panel_frame.h"
 #include "platform/qt/panel_stack.h"
-#include "tests/platform/qt/window_bench.h"
+#include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
 namespace {
@@ -44,7 +44,7 @@ class PanelKeyboard : public testing::Test {
   [[nodiscard]] QWidget* focus() const { return bench.window.focusWidget(); }
   void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) { pressKey(bench.window, key, modifiers); }
 
-  WindowBench bench;
+  ElementBench bench;
   platform::qt::PanelStack& panels = bench.window.panels();
   QtButton& browse = *bench.window.choosePage().browsebutton;
   PanelFrame& panel = makePanel("Panel");

@@ -12,7 +12,7 @@
 #include "controls/filled_button.h"
 #include "controls/view_transparent.h"
 #include "platform/qt/panel_frame.h"
-#include "tests/platform/qt/window_bench.h"
+#include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
 namespace {
@@ -77,7 +77,7 @@ class PanelStack : public testing::Test {
     return bench.window.childAt(widget.mapTo(&bench.window, widget.rect().center()));
   }
 
-  WindowBench bench;
+  ElementBench bench;
   platform::qt::PanelStack& panels = bench.window.panels();
   QtButton& browse = *bench.window.choosePage().browsebutton;
   Question a{panels};

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "platform/qt/hosted_widget.h"
-#include "tests/platform/qt/window_bench.h"
+#include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
 namespace {

@@ -1,113 +1,129 @@
-/// The window without the application: its elements, its controls and a queue that is served when the test says. Real
-/// events reach it through the window system's entrance, so that it decides itself which of its elements gets them.
+/// The whole application in its real window, on files in a folder of its own: the real engine, threads, panels and
+/// preview. Only the desktop (what it is asked to open) and the update check are written down instead of done.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QCoreApplication>
-#include <QCursor>
-#include <QTest>
-#include <QWindow>
+#include <QString>
 #include <functional>
 #include <memory>
-#include <thread>
+#include <string>
 #include <vector>
 
+#include "app/application_main.h"
+#include "app/controller.h"
 #include "app/window_controls.h"
+#include "app/wire.h"
+#include "platform/headless/bundle.h"
+#include "platform/headless/workspace.h"
+#include "platform/linux/linux_clock.h"
+#include "platform/linux/linux_file_manager.h"
+#include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
-#include "platform/notification_centre.h"
+#include "platform/linux/linux_print_sink.h"
+#include "platform/linux/linux_scratch_paths.h"
+#include "platform/linux/linux_workers.h"
 #include "platform/qt/main_window.h"
-#include "platform/qt/pictures.h"
+#include "platform/qt/movie_preview.h"
+#include "platform/qt/movie_widget.h"
+#include "platform/qt/qt_actions.h"
+#include "platform/qt/qt_alert_panels.h"
+#include "platform/qt/qt_application.h"
+#include "platform/qt/qt_file_panels.h"
+#include "platform/qt/qt_movie_view.h"
+#include "platform/qt/qt_wait_panels.h"
+#include "tests/platform/temp_folder.h"
 
 namespace zelvo::tests {
 
-/// Lets everything happen that has been asked for.
-inline void settle() {
-  for (int turn = 0; turn < 5; ++turn) {
-    QCoreApplication::sendPostedEvents();
-    QCoreApplication::processEvents();
-  }
-}
-
-/// Moves the pointer to a point of the widget, or of nothing.
-inline void movePointer(const QWidget& widget, const QPoint& to) {
-  QCursor::setPos(widget.mapToGlobal(to));
-  settle();
-}
-inline void movePointerOver(const QWidget& widget) { movePointer(widget, widget.rect().center()); }
-inline void movePointerAway() {
-  QCursor::setPos(QPoint(1, 1));
-  settle();
-}
-
-/// A click into the window at a point of `widget`; whatever lies uppermost there gets it.
-inline void clickAt(const QWidget& widget, const QPoint& at) {
-  QTest::mouseClick(widget.window()->windowHandle(), Qt::LeftButton, {}, widget.mapTo(widget.window(), at));
-  settle();
-}
-inline void clickOn(const QWidget& widget) { clickAt(widget, widget.rect().center()); }
-
-/// A key that reaches the window and goes where its keyboard's focus is.
-inline void pressKey(const QWidget& widget, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
-  QTest::keyClick(widget.window()->windowHandle(), key, modifiers);
-  settle();
-}
-
-/// Every widget of a kind below `root`. The window's classes are told apart by themselves, not by Qt's names for them.
-template <class Kind>
-[[nodiscard]] std::vector<Kind*> allBelow(const QWidget& root) {
-  std::vector<Kind*> found;
-  for (QWidget* one : root.findChildren<QWidget*>()) {
-    if (auto* const ofKind = dynamic_cast<Kind*>(one)) found.push_back(ofKind);
-  }
-  return found;
-}
-
-/// Shows the widget as the active window.
-inline void showActive(QWidget& widget) {
-  widget.move(100, 100);
-  widget.show();
-  widget.activateWindow();
-  settle();
-  ASSERT_TRUE(widget.isActiveWindow());
-}
-
-/// Shows no movie.
-class NoMovieView final : public platform::MovieView {
+/// Lines as they came, from any thread.
+class EventLog final : public platform::Log {
  public:
-  void setMovie(std::shared_ptr<platform::Movie>) override {}
+  explicit EventLog(platform::headless::Events& events) : events_(events) {}
+  void line(std::string_view text) override { events_.add("log: " + std::string(text)); }
+
+ private:
+  platform::headless::Events& events_;
+};
+
+/// Offers no update.
+class NoUpdates final : public update::UpdateOperations {
+ public:
+  explicit NoUpdates(platform::headless::Events& events) : events_(events) {}
+  bool checkForUpdate() override { return false; }
+  bool isInternetAvailable() override { return false; }
+  void checkForUpdateClicked(platform::Button* sender) override {
+    events_.add(sender == nullptr ? "update check at start" : "update check asked for");
+  }
+  void update() override {}
+  void autoUpdateScan(const update::ScanGates&) override {}
+  void autoUpdateScanningThread() override {}
+  void copyUpdator() override {}
+  void updateCleanupThread() override {}
+  bool isWriteDeletablePath(const std::string&) override { return false; }
+  std::optional<std::string> md5(std::optional<std::span<const std::byte>>) override { return std::nullopt; }
+  std::optional<std::string> hashString(const std::string&) override { return std::nullopt; }
+
+ private:
+  platform::headless::Events& events_;
 };
 
 class WindowBench {
  public:
-  WindowBench() {
-    movePointerAway();
-    window.panels().setControls(&controls);
-    controls.dress(window.hostedViews());
-    showActive(window);
-  }
-  ~WindowBench() {
-    movePointerAway();
-    window.panels().setControls(nullptr);
-  }
+  WindowBench();
+  ~WindowBench();
   WindowBench(const WindowBench&) = delete;
   WindowBench& operator=(const WindowBench&) = delete;
 
-  /// Runs `work` on a thread of its own, and then what it asked of the main thread.
-  void onWorker(const std::function<void()>& work) {
-    std::thread(work).join();
-    while (queue.serve()) {
-    }
-    settle();
-  }
+  /// Serves events until `condition` holds; a test that waits in vain is ended by its time limit.
+  void until(const std::function<bool()>& condition);
+  /// Serves the events that wait.
+  void settle();
+  /// Does `deed` as soon as a panel is up that was not when this was called. For what opens a modal panel.
+  void onceAPanelIsUp(std::function<void(platform::qt::PanelFrame& panel)> deed);
 
+  void click(QWidget& widget);
+  /// A key of the keyboard, sent to what has the focus.
+  void key(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  void type(const QString& text);
+  /// Chooses a film as a user who types its path.
+  void chooseByTyping(const std::string& path);
+  /// From page 1 to page 3.
+  void repair(const std::string& path);
+  [[nodiscard]] bool isShown(const platform::qt::PanelFrame& panel) { return window->panels().isShown(panel); }
+
+  TempFolder temp;
+  platform::headless::Events events;
+  EventLog log{events};
   platform::linux_::LinuxMainQueue queue;
-  platform::NotificationCentre centre;
+  platform::linux_::LinuxWorkers workers;
+  platform::linux_::LinuxFiles files;
+  platform::linux_::LinuxFileManager fileManager;
+  platform::linux_::LinuxClock clock;
+  platform::linux_::StandardOutputSink printed;
+  platform::linux_::LinuxScratchPaths scratchPaths;
+  platform::headless::HeadlessBundle bundle;
+  platform::headless::HeadlessWorkspace workspace{&events};
+  platform::PathMapper paths;
+  NoUpdates updates{events};
+  platform::NotificationCentre notifications;
   platform::qt::Pictures pictures{ZELVO_PICTURES};
-  app::WindowControls controls{centre};
-  NoMovieView movieView;
-  platform::qt::MainWindow window{queue, pictures, new platform::qt::HostedWidget, movieView};
-  platform::qt::QtSheets sheets{window.panels(), queue};
+  app::WindowControls windowControls{notifications};
+  std::unique_ptr<platform::MovieLoader> movies;
+  platform::qt::MovieWidget* movie;
+  std::unique_ptr<platform::qt::QtMovieView> movieView;
+  std::unique_ptr<platform::qt::MainWindow> window;
+  std::unique_ptr<platform::qt::QtApplication> application;
+  std::unique_ptr<platform::qt::QtSheets> sheets;
+  std::unique_ptr<platform::qt::QtAlertPanels> alerts;
+  std::unique_ptr<platform::qt::QtWaitPanels> waits;
+  std::unique_ptr<platform::qt::QtPanels> panels;
+  platform::qt::QtActions actions;
+  platform::qt::QtTracking tracking;
+  platform::qt::QtCursor cursor;
+  std::unique_ptr<app::Orlin_Repair_AVIAppDelegate> controller;
 };
+
+/// A film of two seconds, MPEG-4 and MP3, of a little more than 512 KiB, without its index and with a stretch of zeros.
+/// Answers its path.
+[[nodiscard]] std::string damagedFilm(const TempFolder& folder, const std::string& name = "film.avi");
 
 }  // namespace zelvo::tests

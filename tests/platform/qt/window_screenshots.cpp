@@ -60,8 +60,7 @@ class Photographer {
     outlets.tabview.selectNextTabViewItem();
     job.videocodecfield.setStringValue("XVID");
     job.audiocodecfield.setStringValue("MP3");
-    outlets.downloadmplayertext1.setStringValue(
-        "If you are unable to hear the audio or see the video clearly, ");
+    outlets.downloadmplayertext1.setStringValue("If you are unable to hear the audio or see the video clearly, ");
     outlets.downloadmplayertext2.setStringValue("please");
     outlets.downloadmplayertext3.setStringValue("for more");
     outlets.downloadmplayertext4.setStringValue("information.");
@@ -79,8 +78,7 @@ class Photographer {
     take("saving");
     takePanel("stop-saving", window_.fixedPanels().stopsavingwindow);
     panels.orderOut(window_.fixedPanels().saveprogresspanel);
-    outlets.savecompletedtext.setStringValue(
-        "The repaired file was saved as /home/anna/Videos/Repaired/repaired.avi.");
+    outlets.savecompletedtext.setStringValue("The repaired file was saved as /home/anna/Videos/Repaired/repaired.avi.");
     takePanel("saved", window_.fixedPanels().savecompletedwindow);
     takePanel("preview-error", window_.fixedPanels().PreviewErrorWindow);
   }
@@ -94,7 +92,8 @@ class Photographer {
 
   void take(const char* name) {
     for (int turn = 0; turn < 3; ++turn) QCoreApplication::processEvents();
-    const QString file = folder_ + QLatin1Char('/') + QLatin1String(name) + QLatin1Char('-') + suffix_ + QStringLiteral(".png");
+    const QString file =
+        folder_ + QLatin1Char('/') + QLatin1String(name) + QLatin1Char('-') + suffix_ + QStringLiteral(".png");
     if (!window_.grab().save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
   }
 

@@ -1,0 +1,108 @@
+#include "platform/qt/file_chooser.h"
+
+#include <QAccessible>
+#include <QDir>
+#include <QFile>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QUrl>
+#include <QVBoxLayout>
+
+#include "platform/qt/appearance.h"
+#include "platform/qt/text.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+constexpr int kGap = 12;
+constexpr int kFieldHeight = 32;
+constexpr int kWarningSize = 20;
+/// White on it has a contrast of 6.9 to 1, in both schemes.
+constexpr QRgb kSelection = 0xff035f8f;
+
+QPalette withSelection(QPalette palette) {
+  palette.setColor(QPalette::Highlight, QColor(kSelection));
+  return palette;
+}
+
+}  // namespace
+
+/// The sign beside a sentence.
+class FileChooser::Warning final : public QWidget {
+ public:
+  explicit Warning(Pictures& pictures) : pictures_(pictures) { setFixedSize(kWarningSize, kWarningSize); }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    pictures_.draw(painter, "sheet-warning", QRectF(rect()));
+  }
+
+ private:
+  Pictures& pictures_;
+};
+
+FileChooser::FileChooser(PanelStack& stack, const FileFilter& filter, const QString& nameLabel)
+    : browser_(new FolderBrowser(stack.queue(), stack.pictures(), filter)),
+      name_(new QLineEdit),
+      warning_(new Warning(stack.pictures())),
+      sentence_(new QLabel),
+      note_(new ElidedLabel) {
+  setPalette(withSelection(palette()));
+  name_->setMinimumHeight(kFieldHeight);
+  name_->setAccessibleName(nameLabel);
+  name_->setObjectName(QStringLiteral("fileNameEdit"));
+  auto* const label = new QLabel(nameLabel);
+  label->setBuddy(name_);
+  auto* const field = new QHBoxLayout;
+  field->setSpacing(kGap);
+  field->addWidget(label);
+  field->addWidget(name_, 1);
+
+  sentence_->setTextFormat(Qt::PlainText);
+  sentence_->setWordWrap(true);
+  QPalette quiet = note_->palette();
+  quiet.setColor(QPalette::WindowText, secondaryText(palette()));
+  note_->setPalette(quiet);
+  auto* const line = new QHBoxLayout;
+  line->setSpacing(kGap / 2);
+  line->addWidget(warning_, 0, Qt::AlignTop);
+  line->addWidget(sentence_, 1);
+  line->addWidget(note_, 1);
+  warning_->hide();
+  sentence_->hide();
+
+  auto* const all = new QVBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->setSpacing(kGap);
+  all->addWidget(browser_, 1);
+  all->addLayout(field);
+  all->addLayout(line);
+  connect(name_, &QLineEdit::textChanged, this, [this] { say({}); });
+}
+
+void FileChooser::say(const QString& sentence) {
+  sentence_->setText(breakable(sentence));
+  warning_->setVisible(!sentence.isEmpty());
+  sentence_->setVisible(!sentence.isEmpty());
+  note_->setVisible(sentence.isEmpty());
+  if (sentence.isEmpty()) return;
+  QAccessibleEvent said(sentence_, QAccessible::Alert);
+  QAccessible::updateAccessibility(&said);
+}
+
+void FileChooser::setNote(const QString& note) { note_->setWholeText(note); }
+
+std::string FileChooser::typedPath() const {
+  QString typed = name_->text();
+  if (typed.isEmpty()) return {};
+  if (const FolderEntry* const entry = browser_->entryShownAs(typed)) return pathIn(browser_->folder(), entry->name);
+  if (typed.startsWith(QLatin1String("file://"))) typed = QUrl(typed).toLocalFile();
+  if (typed == QLatin1String("~") || typed.startsWith(QLatin1String("~/"))) typed.replace(0, 1, QDir::homePath());
+  const std::string bytes = QFile::encodeName(typed).toStdString();
+  return bytes.starts_with('/') ? bytes : pathIn(browser_->folder(), bytes);
+}
+
+}  // namespace zelvo::platform::qt

@@ -1,0 +1,98 @@
+// Choosing what exists: what is typed or selected is looked at when the user wants to end with it, and only then.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <cerrno>
+
+#include "platform/qt/panel_texts.h"
+#include "platform/qt/qt_file_panels.h"
+#include "platform/qt/text.h"
+
+namespace zelvo::platform::qt {
+
+namespace {
+
+QString shownPath(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
+
+bool isFolder(const std::string& path) {
+  struct stat status {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+}  // namespace
+
+void QtOpenPanel::beginSheetModalForWindow(Window&, std::function<void(int answer)> completion) {
+  filename_.reset();
+  const QString prompt = shown(prompt_);
+  FileChooser& chooser = shown_.begin(
+      shared_from_this(),
+      {.title = canChooseFiles_ ? texts::chooseFileTitle() : texts::chooseFolderTitle(),
+       .nameLabel = canChooseFiles_ ? texts::fileName() : texts::folderName(),
+       .prompt = prompt.isEmpty() ? texts::open() : prompt,
+       .filter = {.files = canChooseFiles_, .extensions = extensions_},
+       .canCreateDirectories = canCreateDirectories_},
+      [this] { accept(); }, std::move(completion));
+  FolderBrowser& browser = chooser.browser();
+  browser.setSelectionChanged([this] {
+    FileChooser& changed = shown_.chooser();
+    changed.say({});
+    const FolderEntry* const selected = changed.browser().selected();
+    if (selected == nullptr) return;
+    const bool canBeChosen = selected->isFolder ? canChooseDirectories_ : canChooseFiles_;
+    changed.nameField().setText(canBeChosen ? FolderModel::nameOf(*selected) : QString());
+  });
+  browser.setFolderChanged([this] { shown_.chooser().nameField().clear(); });
+  const std::string last = shown_.memory().lastFolder.value_or("");
+  browser.enter(!last.empty() && isFolder(last) ? last : videosOrHome());
+  shown_.show();
+}
+
+void QtOpenPanel::accept() {
+  FileChooser& chooser = shown_.chooser();
+  const std::string path = chooser.typedPath();
+  if (path.empty()) return acceptNothingTyped();
+  if (isFolder(path)) return canChooseDirectories_ ? take(path) : enterInstead(path);
+  if (const QString why = objection(path); !why.isEmpty()) return chooser.say(why);
+  take(path);
+}
+
+void QtOpenPanel::acceptNothingTyped() {
+  FileChooser& chooser = shown_.chooser();
+  FolderBrowser& browser = chooser.browser();
+  if (canChooseDirectories_) return take(browser.folder());
+  const FolderEntry* const selected = browser.selected();
+  if (selected != nullptr && selected->isFolder) return browser.enter(pathIn(browser.folder(), selected->name));
+  chooser.say(texts::nothingChosen());
+}
+
+void QtOpenPanel::enterInstead(const std::string& folder) {
+  FileChooser& chooser = shown_.chooser();
+  chooser.browser().enter(folder);
+  chooser.say(texts::isFolder());
+}
+
+QString QtOpenPanel::objection(const std::string& path) const {
+  struct stat status {};
+  const QString name = shownPath(nameOf(path));
+  if (::stat(path.c_str(), &status) != 0) return errno == EACCES ? texts::unreadableFile() : texts::noSuchFile(name);
+  if (!canChooseFiles_) return texts::isNoFolder(name);
+  if (!hasAllowedFileType(path, extensions_)) {
+    QStringList all;
+    for (const std::string& one : extensions_) all.push_back(shown(one));
+    return texts::wrongExtension(all);
+  }
+  if (!S_ISREG(status.st_mode)) return texts::noOrdinaryFile();
+  return ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0 ? QString() : texts::unreadableFile();
+}
+
+void QtOpenPanel::take(const std::string& path) {
+  FilePanelMemory& memory = shown_.memory();
+  filename_ = path;
+  memory.lastFolder = isFolder(path) ? path : folderOf(path);
+  if (canChooseFiles_) memory.inputFolder = memory.lastFolder;
+  shown_.finish(kPanelOk);
+}
+
+}  // namespace zelvo::platform::qt

@@ -1,0 +1,67 @@
+#include "platform/linux/linux_user.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace zelvo::tests {
+namespace {
+
+using platform::linux_::cacheFolder;
+using platform::linux_::homeDirectory;
+
+/// A variable of the environment for the length of a test.
+class Variable {
+ public:
+  Variable(const char* name, const char* value) : name_(name) {
+    if (const char* const before = std::getenv(name)) before_ = before;
+    if (value != nullptr) {
+      ::setenv(name, value, 1);
+    } else {
+      ::unsetenv(name);
+    }
+  }
+  ~Variable() {
+    if (before_) {
+      ::setenv(name_, before_->c_str(), 1);
+    } else {
+      ::unsetenv(name_);
+    }
+  }
+  Variable(const Variable&) = delete;
+  Variable& operator=(const Variable&) = delete;
+
+ private:
+  const char* name_;
+  std::optional<std::string> before_;
+};
+
+TEST(LinuxUser, HomeIsTakenWithoutASlashAtItsEnd) {
+  const Variable home("HOME", "/home/anna/");
+  EXPECT_EQ(homeDirectory(), "/home/anna");
+}
+
+TEST(LinuxUser, AHomeThatIsNoWholePathIsLookedUp) {
+  const Variable home("HOME", "somewhere");
+  EXPECT_TRUE(homeDirectory().starts_with('/'));
+  EXPECT_FALSE(homeDirectory().ends_with("somewhere"));
+}
+
+TEST(LinuxUser, CacheFolderIsTheGivenOneOrLiesInHome) {
+  const Variable home("HOME", "/home/anna");
+  {
+    const Variable given("XDG_CACHE_HOME", "/var/cache/anna/");
+    EXPECT_EQ(cacheFolder(), "/var/cache/anna");
+  }
+  {
+    const Variable given("XDG_CACHE_HOME", "cache");
+    EXPECT_EQ(cacheFolder(), "/home/anna/.cache");
+  }
+  const Variable given("XDG_CACHE_HOME", nullptr);
+  EXPECT_EQ(cacheFolder(), "/home/anna/.cache");
+}
+
+}  // namespace
+}  // namespace zelvo::tests
