@@ -67,7 +67,7 @@ QLabel* textLabel(const QString& text, const QFont& font) {
   label->setTextFormat(Qt::PlainText);
   label->setFont(font);
   label->setWordWrap(true);
-  label->setVisible(!text.trimmed().isEmpty());
+  if (text.trimmed().isEmpty()) label->hide();  // one that has no parent yet must not be shown: it would be a window
   return label;
 }
 
