@@ -209,8 +209,10 @@ void MainWindow::panelBegan(const PanelFrame& panel) {
 }
 
 void MainWindow::resynchronise() {
-  for (QtButton* button : content_->findChildren<QtButton*>()) {
-    if (button->isVisible()) button->host().resynchronise();
+  // Panels hold buttons of the toolkit too, which only the cast tells from ours.
+  for (QPushButton* one : content_->findChildren<QPushButton*>()) {
+    auto* const button = dynamic_cast<QtButton*>(one);
+    if (button != nullptr && button->isVisible()) button->host().resynchronise();
   }
 }
 
