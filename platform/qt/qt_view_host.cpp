@@ -65,6 +65,7 @@ void QtViewHost::carry(std::unique_ptr<ViewClient> client) {
   cursorRects_.clear();
   client_ = std::move(client);
   isAwake_ = false;
+  showCursor();
   if (widget_.isVisible()) resynchronise();
   widget_.update();
 }
