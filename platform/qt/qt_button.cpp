@@ -52,8 +52,6 @@ void QtButton::setState(State state) {
 
 void QtButton::showState(State state) {
   if (!isTwoState_) return;
-  const QSignalBlocker quiet(this);
-  setChecked(state == State::on);
   setText(state == State::on ? otherTitle_ : title_);
   update();
 }
@@ -89,14 +87,14 @@ void QtButton::setEnabledObserver(std::function<void(bool enabled)> observer) {
 }
 
 void QtButton::setTwoState(const QString& otherTitle) {
+  // Not checkable: its title says what comes next, and to a screen reader a checked box of that name would be a riddle.
   isTwoState_ = true;
   otherTitle_ = otherTitle;
-  setCheckable(true);
 }
 
 void QtButton::nextCheckState() {
   if (!isTwoState_) return;
-  const State next = isChecked() ? State::off : State::on;
+  const State next = state_ == State::on ? State::off : State::on;
   state_ = next;
   showState(next);
 }
