@@ -120,8 +120,9 @@ void QtButton::changeEvent(QEvent* event) {
 }
 
 void QtButton::focusInEvent(QFocusEvent* event) {
-  // The ring is for who steers by the keyboard; a click shows by itself where it was.
-  showsFocus_ = event->reason() != Qt::MouseFocusReason;
+  // The ring is for who steers by the keyboard; a click shows by itself where it was. A window that comes back finds it
+  // as it was.
+  if (event->reason() != Qt::ActiveWindowFocusReason) showsFocus_ = event->reason() != Qt::MouseFocusReason;
   QPushButton::focusInEvent(event);
 }
 
