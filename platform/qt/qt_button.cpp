@@ -18,6 +18,7 @@ constexpr int kPushHeight = 36;
 constexpr int kPushLeastWidth = 112;
 constexpr int kPushMargin = 20;
 constexpr int kPictureTitlePixels = 16;
+constexpr double kFrameWidth = 1.0;
 constexpr double kFocusWidth = 2.0;
 
 }  // namespace
@@ -146,12 +147,18 @@ void QtButton::paintBase(QPainter& painter) {
   }
 }
 
+void QtButton::strokeFrame(QPainter& painter, double width, const QColor& colour) const {
+  // The canvas lets it end at whole pixels; a pen would lie beside them at most scales.
+  QtCanvas canvas(painter);
+  canvas.setStrokeColour(plain(colour));
+  canvas.strokeRectWithWidth(insetRect(host_->bounds(), width / 2, width / 2), width);
+}
+
 void QtButton::paintPush(QPainter& painter) const {
   const bool isPressed = isDown() && highlightsBy_ != kHighlightNone;
   painter.save();
   painter.fillRect(rect(), isPressed ? line(palette()) : surface(palette()));
-  painter.setPen(QPen(line(palette()), 1));
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  strokeFrame(painter, kFrameWidth, line(palette()));
   painter.setFont(font());
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
   painter.drawText(rect(), Qt::AlignCenter, text());
@@ -183,17 +190,10 @@ void QtButton::paintLink(QPainter& painter) const {
 }
 
 void QtButton::paintFocus(QPainter& painter) const {
-  // Two rings, one of which stands out on whatever the button is filled with.
-  painter.save();
-  painter.setBrush(Qt::NoBrush);
-  const auto ring = [&](double inset, const QColor& colour) {
-    painter.setPen(QPen(colour, kFocusWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    const double middle = inset + kFocusWidth / 2;
-    painter.drawRect(QRectF(rect()).adjusted(middle, middle, -middle, -middle));
-  };
-  ring(0, focusColour(palette()));
-  if (look_ != Look::link) ring(kFocusWidth, surface(palette()));
-  painter.restore();
+  // Two rings, one of which stands out on whatever the button is filled with. The outer one is drawn last, so that no
+  // pixel between the two is lost to rounding.
+  if (look_ != Look::link) strokeFrame(painter, 2 * kFocusWidth, surface(palette()));
+  strokeFrame(painter, kFocusWidth, focusColour(palette()));
 }
 
 }  // namespace zelvo::platform::qt

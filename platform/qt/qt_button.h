@@ -62,6 +62,8 @@ class QtButton final : public QPushButton, public BaseButton {
   void paintPicture(QPainter& painter);
   void paintLink(QPainter& painter) const;
   void paintFocus(QPainter& painter) const;
+  /// A frame on the outermost `width` points.
+  void strokeFrame(QPainter& painter, double width, const QColor& colour) const;
   void showState(State state);
   void pressed();
 
