@@ -72,6 +72,7 @@ void QtButton::setAttributedTitle(const AttributedText& title) {
   if (!title.runs.empty()) {
     const TextAttributes& looks = title.runs.front().attributes;
     setFont(fontOf(looks));
+    titleStyle_ = looks.paragraph.value_or(kCentred);
     if (looks.foreground) {
       QPalette own = palette();
       own.setColor(QPalette::ButtonText, shown(*looks.foreground));
@@ -161,7 +162,10 @@ void QtButton::paintPush(QPainter& painter) const {
   strokeFrame(painter, kFrameWidth, line(palette()));
   painter.setFont(font());
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
-  painter.drawText(rect(), Qt::AlignCenter, text());
+  const bool isTruncated = titleStyle_.lineBreakMode == LineBreakMode::truncatingTail;
+  const auto alignment = titleStyle_.alignment == TextAlignment::left ? Qt::AlignLeft : Qt::AlignHCenter;
+  painter.drawText(rect(), alignment | Qt::AlignVCenter,
+                   isTruncated ? fontMetrics().elidedText(text(), Qt::ElideRight, width()) : text());
   painter.restore();
 }
 

@@ -78,6 +78,9 @@ class QtButton final : public QPushButton, public BaseButton {
   bool isTwoState_ = false;
   bool showsTitle_ = false;
   bool showsFocus_ = false;
+  /// In the middle, unless an attributed title says otherwise.
+  static constexpr ParagraphStyle kCentred{LineBreakMode::byWordWrapping, TextAlignment::centre};
+  ParagraphStyle titleStyle_ = kCentred;
   std::function<void(bool enabled)> enabledObserver_;
   std::function<void(Button& sender)> action_;
   QtViewHost* host_;
