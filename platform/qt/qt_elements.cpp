@@ -42,8 +42,16 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
+void ElidedLabel::setPlaceholder(const QString& text) {
+  placeholder_ = text;
+  tellScreenReader();
+}
+
+void ElidedLabel::tellScreenReader() { setAccessibleName(text().isEmpty() ? placeholder_ : QString()); }
+
 void ElidedLabel::setWholeText(const QString& text) {
   setText(text);
+  tellScreenReader();
   // A tooltip is plain text unless it looks like HTML. // Deliberate: escaped only then, or an "&" would show as "&amp;".
   const QString tip = oneLine(text);
   setToolTip(Qt::mightBeRichText(tip) ? QStringLiteral("<span>") + tip.toHtmlEscaped() + QStringLiteral("</span>")
