@@ -140,11 +140,12 @@ std::vector<ViewHost*> PanelFrame::buttonHosts() const {
   return hosts;
 }
 
-QWidget* PanelFrame::firstFocus() const {
-  if (firstFocus_ != nullptr) return firstFocus_;
-  if (defaultButton_ != nullptr && defaultButton_->isEnabled()) return defaultButton_;
+QWidget& PanelFrame::firstFocus() {
+  if (firstFocus_ != nullptr) return *firstFocus_;
+  if (defaultButton_ != nullptr && defaultButton_->isEnabled()) return *defaultButton_;
   const auto usable = std::find_if(buttons_.begin(), buttons_.end(), [](QtButton* one) { return one->isEnabled(); });
-  return usable == buttons_.end() ? nullptr : *usable;
+  if (usable != buttons_.end()) return **usable;
+  return *this;  // rather than what lies below
 }
 
 QSize PanelFrame::wantedSize(const QSize& available) {
