@@ -69,7 +69,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 
   panels_ = std::make_unique<PanelStack>(*content_, queue, pictures);
   fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
-  panels_->setObserver([this] { resynchronise(); });
+  panels_->setObserver([this] { panelsChanged(); });
   panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
   fillOutlets(movieView);
   addShortcuts();
@@ -206,6 +206,21 @@ void MainWindow::panelBegan(const PanelFrame& panel) {
   if (isActiveWindow() || !fixedPanels_->tellsOfAnEnd(panel)) return;
   showDesktopNotice(panel.title(), panel.message().text());
   QApplication::alert(this);
+}
+
+void MainWindow::panelsChanged() {
+  // What had the keyboard before the panel may be disabled by now, or on a page that is gone.
+  const QWidget* const focused = focusWidget();
+  const bool isLost = focused == nullptr || !focused->isVisible() || !focused->isEnabled();
+  if (panels_->isEmpty() && isLost) {
+    QWidget* const first = dynamic_cast<WindowPage&>(*pages_->currentWidget()).firstFocus();
+    if (first->isEnabled()) {
+      first->setFocus(Qt::OtherFocusReason);
+    } else {
+      focusNextChild();
+    }
+  }
+  resynchronise();
 }
 
 void MainWindow::resynchronise() {
