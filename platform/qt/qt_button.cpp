@@ -164,7 +164,7 @@ void QtButton::paintPush(QPainter& painter) const {
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
   const bool isTruncated = titleStyle_.lineBreakMode == LineBreakMode::truncatingTail;
   const auto alignment = titleStyle_.alignment == TextAlignment::left ? Qt::AlignLeft : Qt::AlignHCenter;
-  painter.drawText(rect(), alignment | Qt::AlignVCenter,
+  painter.drawText(rect(), static_cast<int>(alignment | Qt::AlignVCenter),
                    isTruncated ? fontMetrics().elidedText(text(), Qt::ElideRight, width()) : text());
   painter.restore();
 }

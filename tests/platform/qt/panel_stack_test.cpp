@@ -267,8 +267,7 @@ TEST_F(PanelStack, WheelBesideThePanelGoesNowhere) {
       return false;
     }
   } counter;
-  bench.window.choosePage().installEventFilter(&counter);
-  bench.window.installEventFilter(&counter);
+  for (QWidget* one : allBelow<QWidget>(bench.window.choosePage())) one->installEventFilter(&counter);
   const auto turn = [&] {
     const QPointF place(200, 400);
     QWheelEvent wheel(place, bench.window.mapToGlobal(place), {}, {0, 120}, Qt::NoButton, {}, Qt::NoScrollPhase, false);

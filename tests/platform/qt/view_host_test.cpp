@@ -184,19 +184,14 @@ TEST_F(QtViewHost, OnlyTheAreaThatIsAlwaysActiveIsToldWhileTheProgramIsInactive)
   track(client, platform::kTrackingActiveInActiveApp, platform::TrackingDictionary{{"which", 1}});
   track(client, platform::kTrackingActiveInKeyWindow, platform::TrackingDictionary{{"which", 2}});
   track(client, platform::kTrackingActiveAlways, platform::TrackingDictionary{{"which", 3}});
-  window.setAttribute(Qt::WA_ShowWithoutActivating);
+  if (QGuiApplication::applicationState() == Qt::ApplicationActive) {
+    GTEST_SKIP() << "the program was active before; a process of its own can be inactive";
+  }
+  // No display makes a tip the active window.
+  window.setWindowFlags(Qt::ToolTip);
   window.move(100, 100);
   window.show();
   settle();
-  if (QGuiApplication::applicationState() == Qt::ApplicationActive) {
-    // The display gives every new window the keyboard: take it away with a window that goes.
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    settle();
-    other.hide();
-    settle();
-  }
   ASSERT_NE(QGuiApplication::applicationState(), Qt::ApplicationActive);
   lines.clear();
   movePointerOver(view);
