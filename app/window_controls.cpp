@@ -13,8 +13,12 @@ namespace {
 
 /// The control follows its element, whoever enables or disables it.
 void follow(controls::FilledButton& control, platform::BaseButton& base) {
-  base.setEnabledObserver([&control](bool enabled) {
-    if (control.disabled() == enabled) control.setDisabled(!enabled);
+  // The control tells its element before it notes its own state, and the element tells this again.
+  base.setEnabledObserver([&control, isFollowing = false](bool enabled) mutable {
+    if (isFollowing || control.disabled() == !enabled) return;
+    isFollowing = true;
+    control.setDisabled(!enabled);
+    isFollowing = false;
   });
 }
 

@@ -19,7 +19,7 @@ struct Scheme {
   QRgb text;
   QRgb secondary;
   QRgb link;
-  QRgb accent;
+  QRgb textAccent;
   QRgb focus;
   QRgb disabled;
 };
@@ -34,7 +34,7 @@ constexpr Scheme kLight{
     .text = 0xff16242f,
     .secondary = 0xff4c6070,
     .link = 0xff0a6aa8,
-    .accent = 0xff1089d5,
+    .textAccent = 0xff0b6fb0,
     .focus = 0xff035f8f,
     .disabled = 0xff6b7b88,
 };
@@ -47,7 +47,7 @@ constexpr Scheme kDark{
     .text = 0xffe9eff4,
     .secondary = 0xffa9b8c4,
     .link = 0xff6cc9f4,
-    .accent = 0xff1089d5,
+    .textAccent = 0xff0b6fb0,
     .focus = 0xff3bbdee,
     .disabled = 0xff8796a3,
 };
@@ -98,7 +98,7 @@ QPalette paletteOf(Appearance appearance) {
     palette.setColor(group, QPalette::BrightText, QColor(scheme.focus));
     palette.setColor(group, QPalette::Link, QColor(scheme.link));
     palette.setColor(group, QPalette::LinkVisited, QColor(scheme.link));
-    palette.setColor(group, QPalette::Highlight, QColor(scheme.accent));
+    palette.setColor(group, QPalette::Highlight, QColor(scheme.textAccent));
     palette.setColor(group, QPalette::HighlightedText, QColor(kWhite));
     palette.setColor(group, QPalette::ToolTipBase, QColor(scheme.surface));
     palette.setColor(group, QPalette::ToolTipText, QColor(scheme.text));

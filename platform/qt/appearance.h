@@ -30,7 +30,9 @@ void apply(Appearance appearance);
 /// Panels and fields.
 [[nodiscard]] inline QColor surface(const QPalette& palette) { return palette.color(QPalette::Base); }
 /// The product's blue.
-[[nodiscard]] inline QColor accent(const QPalette& palette) { return palette.color(QPalette::Highlight); }
+[[nodiscard]] inline QColor accent(const QPalette&) { return QColor(0x10, 0x89, 0xd5); }
+/// A deeper one of it, on which white text can be read.
+[[nodiscard]] inline QColor textAccent(const QPalette& palette) { return palette.color(QPalette::Highlight); }
 /// Where the keyboard's focus is.
 [[nodiscard]] inline QColor focusColour(const QPalette& palette) { return palette.color(QPalette::BrightText); }
 

@@ -69,7 +69,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 
   panels_ = std::make_unique<PanelStack>(*content_, queue, pictures);
   fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
-  panels_->setObserver([this] { resynchronise(); });
+  panels_->setObserver([this] { panelsChanged(); });
   panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
   fillOutlets(movieView);
   addShortcuts();
@@ -210,9 +210,26 @@ void MainWindow::panelBegan(const PanelFrame& panel) {
   QApplication::alert(this);
 }
 
+void MainWindow::panelsChanged() {
+  // What had the keyboard before the panel may be disabled by now, or on a page that is gone.
+  const QWidget* const focused = focusWidget();
+  const bool isLost = focused == nullptr || !focused->isVisible() || !focused->isEnabled();
+  if (panels_->isEmpty() && isLost) {
+    QWidget* const first = dynamic_cast<WindowPage&>(*pages_->currentWidget()).firstFocus();
+    if (first->isEnabled()) {
+      first->setFocus(Qt::OtherFocusReason);
+    } else {
+      focusNextChild();
+    }
+  }
+  resynchronise();
+}
+
 void MainWindow::resynchronise() {
-  for (QtButton* button : content_->findChildren<QtButton*>()) {
-    if (button->isVisible()) button->host().resynchronise();
+  // Panels hold buttons of the toolkit too, which only the cast tells from ours.
+  for (QPushButton* one : content_->findChildren<QPushButton*>()) {
+    auto* const button = dynamic_cast<QtButton*>(one);
+    if (button != nullptr && button->isVisible()) button->host().resynchronise();
   }
 }
 

@@ -69,6 +69,7 @@ class MainWindow final : public QWidget, public Window {
   void addShortcut(const QKeySequence& keys, const std::function<QtButton*()>& button);
   void pageChanged();
   void panelBegan(const PanelFrame& panel);
+  void panelsChanged();
   void resynchronise();
   [[nodiscard]] bool takesFiles() const;
 

@@ -53,8 +53,8 @@ class PanelFrame final : public QWidget, public Window {
   [[nodiscard]] QLabel& message() const { return *message_; }
   [[nodiscard]] QString title() const { return titleText_; }
   [[nodiscard]] std::vector<ViewHost*> buttonHosts() const;
-  /// Where the focus goes when the panel is shown.
-  [[nodiscard]] QWidget* firstFocus() const;
+  /// Where the focus goes when the panel is shown; the panel itself when nothing in it takes the keyboard.
+  [[nodiscard]] QWidget& firstFocus();
   /// The room that the panel wants within `available`.
   [[nodiscard]] QSize wantedSize(const QSize& available);
   /// Esc: presses the button that cancels. False when there is none that can be pressed.

@@ -125,7 +125,7 @@ void PanelStack::begin(PanelFrame& panel) {
   }
   entries_.push_back(std::move(entry));
   place(panel);
-  if (QWidget* const first = panel.firstFocus()) first->setFocus(Qt::PopupFocusReason);
+  panel.firstFocus().setFocus(Qt::PopupFocusReason);
   QAccessibleEvent opened(&panel, QAccessible::DialogStart);
   QAccessible::updateAccessibility(&opened);
   if (beginObserver_) beginObserver_(panel);
@@ -160,7 +160,7 @@ void PanelStack::giveFocusBack(const Entry& ended, std::size_t position) {
     return;
   }
   QWidget* to = ended.focusBefore;
-  if (to == nullptr || !to->isVisible() || !to->isEnabled()) to = entries_.empty() ? nullptr : top()->firstFocus();
+  if (to == nullptr || !to->isVisible() || !to->isEnabled()) to = entries_.empty() ? nullptr : &top()->firstFocus();
   if (to != nullptr) {
     to->setFocus(Qt::PopupFocusReason);
   } else if (QWidget* const focused = content_.window()->focusWidget()) {
@@ -178,9 +178,7 @@ void PanelStack::bringToFront(PanelFrame& panel) {
   panel.raise();
   content_.window()->raise();
   content_.window()->activateWindow();
-  if (!panel.isAncestorOf(content_.window()->focusWidget())) {
-    if (QWidget* const first = panel.firstFocus()) first->setFocus(Qt::PopupFocusReason);
-  }
+  if (!panel.isAncestorOf(content_.window()->focusWidget())) panel.firstFocus().setFocus(Qt::PopupFocusReason);
 }
 
 void PanelStack::placeAgain(PanelFrame& panel) {

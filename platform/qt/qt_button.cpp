@@ -18,6 +18,7 @@ constexpr int kPushHeight = 36;
 constexpr int kPushLeastWidth = 112;
 constexpr int kPushMargin = 20;
 constexpr int kPictureTitlePixels = 16;
+constexpr double kFrameWidth = 1.0;
 constexpr double kFocusWidth = 2.0;
 
 }  // namespace
@@ -71,6 +72,7 @@ void QtButton::setAttributedTitle(const AttributedText& title) {
   if (!title.runs.empty()) {
     const TextAttributes& looks = title.runs.front().attributes;
     setFont(fontOf(looks));
+    titleStyle_ = looks.paragraph.value_or(kCentred);
     if (looks.foreground) {
       QPalette own = palette();
       own.setColor(QPalette::ButtonText, shown(*looks.foreground));
@@ -87,6 +89,7 @@ void QtButton::setEnabledObserver(std::function<void(bool enabled)> observer) {
 }
 
 void QtButton::setTwoState(const QString& otherTitle) {
+  // Not checkable: its title says what comes next, and to a screen reader a checked box of that name would be a riddle.
   isTwoState_ = true;
   otherTitle_ = otherTitle;
 }
@@ -119,8 +122,9 @@ void QtButton::changeEvent(QEvent* event) {
 }
 
 void QtButton::focusInEvent(QFocusEvent* event) {
-  // The ring is for who steers by the keyboard; a click shows by itself where it was.
-  showsFocus_ = event->reason() != Qt::MouseFocusReason;
+  // The ring is for who steers by the keyboard; a click shows by itself where it was. A window that comes back finds it
+  // as it was.
+  if (event->reason() != Qt::ActiveWindowFocusReason) showsFocus_ = event->reason() != Qt::MouseFocusReason;
   QPushButton::focusInEvent(event);
 }
 
@@ -144,15 +148,24 @@ void QtButton::paintBase(QPainter& painter) {
   }
 }
 
+void QtButton::strokeFrame(QPainter& painter, double width, const QColor& colour) const {
+  // The canvas lets it end at whole pixels; a pen would lie beside them at most scales.
+  QtCanvas canvas(painter);
+  canvas.setStrokeColour(plain(colour));
+  canvas.strokeRectWithWidth(insetRect(host_->bounds(), width / 2, width / 2), width);
+}
+
 void QtButton::paintPush(QPainter& painter) const {
   const bool isPressed = isDown() && highlightsBy_ != kHighlightNone;
   painter.save();
   painter.fillRect(rect(), isPressed ? line(palette()) : surface(palette()));
-  painter.setPen(QPen(line(palette()), 1));
-  painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  strokeFrame(painter, kFrameWidth, line(palette()));
   painter.setFont(font());
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
-  painter.drawText(rect(), Qt::AlignCenter, text());
+  const bool isTruncated = titleStyle_.lineBreakMode == LineBreakMode::truncatingTail;
+  const auto alignment = titleStyle_.alignment == TextAlignment::left ? Qt::AlignLeft : Qt::AlignHCenter;
+  painter.drawText(rect(), static_cast<int>(alignment | Qt::AlignVCenter),
+                   isTruncated ? fontMetrics().elidedText(text(), Qt::ElideRight, width()) : text());
   painter.restore();
 }
 
@@ -181,17 +194,10 @@ void QtButton::paintLink(QPainter& painter) const {
 }
 
 void QtButton::paintFocus(QPainter& painter) const {
-  // Two rings, one of which stands out on whatever the button is filled with.
-  painter.save();
-  painter.setBrush(Qt::NoBrush);
-  const auto ring = [&](double inset, const QColor& colour) {
-    painter.setPen(QPen(colour, kFocusWidth, Qt::SolidLine, Qt::SquareCap, Qt::MiterJoin));
-    const double middle = inset + kFocusWidth / 2;
-    painter.drawRect(QRectF(rect()).adjusted(middle, middle, -middle, -middle));
-  };
-  ring(0, focusColour(palette()));
-  if (look_ != Look::link) ring(kFocusWidth, surface(palette()));
-  painter.restore();
+  // Two rings, one of which stands out on whatever the button is filled with. The outer one is drawn last, so that no
+  // pixel between the two is lost to rounding.
+  if (look_ != Look::link) strokeFrame(painter, 2 * kFocusWidth, surface(palette()));
+  strokeFrame(painter, kFocusWidth, focusColour(palette()));
 }
 
 }  // namespace zelvo::platform::qt

@@ -63,6 +63,8 @@ class QtButton final : public QPushButton, public BaseButton {
   void paintPicture(QPainter& painter);
   void paintLink(QPainter& painter) const;
   void paintFocus(QPainter& painter) const;
+  /// A frame on the outermost `width` points.
+  void strokeFrame(QPainter& painter, double width, const QColor& colour) const;
   void showState(State state);
   void pressed();
 
@@ -77,6 +79,9 @@ class QtButton final : public QPushButton, public BaseButton {
   bool isTwoState_ = false;
   bool showsTitle_ = false;
   bool showsFocus_ = false;
+  /// In the middle, unless an attributed title says otherwise.
+  static constexpr ParagraphStyle kCentred{LineBreakMode::byWordWrapping, TextAlignment::centre};
+  ParagraphStyle titleStyle_ = kCentred;
   std::function<void(bool enabled)> enabledObserver_;
   std::function<void(Button& sender)> action_;
   QtViewHost* host_;

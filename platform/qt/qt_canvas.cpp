@@ -16,6 +16,11 @@ QColor shown(const Colour& colour) {
   return QColor::fromRgbF(fraction(colour.red), fraction(colour.green), fraction(colour.blue), fraction(colour.alpha));
 }
 
+Colour plain(const QColor& colour) {
+  const auto fraction = [](float value) { return static_cast<double>(value); };
+  return {fraction(colour.redF()), fraction(colour.greenF()), fraction(colour.blueF()), fraction(colour.alphaF())};
+}
+
 QFont fontOf(const TextAttributes& attributes) {
   QFont font;
   if (attributes.font) {

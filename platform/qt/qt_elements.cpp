@@ -18,6 +18,23 @@ constexpr int kBarHintWidth = 240;
 /// Steps of a progress bar: hundredths of a per cent.
 constexpr int kSteps = 10000;
 
+/// A name may hold line ends and other characters that move what stands around them: each is shown as its sign.
+QString oneLine(QString text) {
+  constexpr char16_t kSigns = 0x2400;
+  constexpr char16_t kFirstVisible = 0x20;
+  constexpr char16_t kDelete = 0x7f;
+  for (QChar& one : text) {
+    if (one.unicode() < kFirstVisible) {
+      one = QChar(static_cast<char16_t>(kSigns + one.unicode()));
+    } else if (one.unicode() == kDelete) {
+      one = QChar(0x2421);
+    } else if (one == QChar::LineSeparator || one == QChar::ParagraphSeparator) {
+      one = QChar(0x2424);
+    }
+  }
+  return text;
+}
+
 }  // namespace
 
 ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
@@ -25,9 +42,20 @@ ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
+void ElidedLabel::setPlaceholder(const QString& text) {
+  placeholder_ = text;
+  tellScreenReader();
+}
+
+void ElidedLabel::tellScreenReader() { setAccessibleName(text().isEmpty() ? placeholder_ : QString()); }
+
 void ElidedLabel::setWholeText(const QString& text) {
   setText(text);
-  setToolTip(text.toHtmlEscaped());
+  tellScreenReader();
+  // A tooltip is plain text unless it looks like HTML. // Deliberate: escaped only then, or an "&" would show as "&amp;".
+  const QString tip = oneLine(text);
+  setToolTip(Qt::mightBeRichText(tip) ? QStringLiteral("<span>") + tip.toHtmlEscaped() + QStringLiteral("</span>")
+                                      : tip);
 }
 
 QSize ElidedLabel::sizeHint() const {
@@ -40,8 +68,7 @@ QSize ElidedLabel::minimumSizeHint() const { return sizeHint(); }
 void ElidedLabel::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const bool isEmpty = text().isEmpty();
-  QString line = isEmpty ? placeholder_ : text();
-  line.replace(QLatin1Char('\n'), QChar(0x240a));  // a name may hold a line end; the line stays one
+  const QString line = isEmpty ? placeholder_ : oneLine(text());
   painter.setFont(font());
   painter.setPen(isEmpty ? secondaryText(palette()) : palette().color(foregroundRole()));
   const QRect place = contentsRect();

@@ -17,7 +17,7 @@ class ElidedLabel : public QLabel {
  public:
   explicit ElidedLabel(QWidget* parent = nullptr);
   /// Shown, more quietly, while there is no text.
-  void setPlaceholder(const QString& text) { placeholder_ = text; }
+  void setPlaceholder(const QString& text);
   void setWholeText(const QString& text);
 
   [[nodiscard]] QSize sizeHint() const override;
@@ -27,6 +27,8 @@ class ElidedLabel : public QLabel {
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void tellScreenReader();
+
   QString placeholder_;
 };
 

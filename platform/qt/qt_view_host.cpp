@@ -65,6 +65,7 @@ void QtViewHost::carry(std::unique_ptr<ViewClient> client) {
   cursorRects_.clear();
   client_ = std::move(client);
   isAwake_ = false;
+  showCursor();
   if (widget_.isVisible()) resynchronise();
   widget_.update();
 }
@@ -176,17 +177,22 @@ bool QtViewHost::mouseEvent(QMouseEvent& event) {
   return true;
 }
 
-void QtViewHost::watchWindow() {
-  if (window_ == widget_.window()) return;
-  if (window_ && window_ != &widget_) window_->removeEventFilter(this);
-  window_ = widget_.window();
-  if (window_ != &widget_) window_->installEventFilter(this);
+void QtViewHost::watchWhatHoldsIt() {
+  for (const QPointer<QWidget>& holder : holders_) {
+    if (holder) holder->removeEventFilter(this);
+  }
+  holders_.clear();
+  for (QWidget* holder = &widget_; !holder->isWindow();) {
+    holder = holder->parentWidget();
+    holder->installEventFilter(this);
+    holders_.emplace_back(holder);
+  }
 }
 
 bool QtViewHost::widgetEvent(QEvent& event) {
   switch (event.type()) {
     case QEvent::Show:
-      watchWindow();
+      watchWhatHoldsIt();
       [[fallthrough]];
     case QEvent::Move:
     case QEvent::Resize:
@@ -211,13 +217,11 @@ bool QtViewHost::widgetEvent(QEvent& event) {
 
 bool QtViewHost::eventFilter(QObject* watched, QEvent* event) {
   if (watched == &widget_) return widgetEvent(*event);
-  // No event comes to a widget that moves together with its window, or whose window becomes active.
+  // No event comes to a widget that moves together with what holds it, or whose window becomes active.
   const auto kind = event->type();
-  if (watched == window_ && widget_.isVisible() &&
-      (kind == QEvent::WindowActivate || kind == QEvent::WindowDeactivate || kind == QEvent::Move ||
-       kind == QEvent::Resize)) {
-    resynchronise();
-  }
+  const bool isActivation = kind == QEvent::WindowActivate || kind == QEvent::WindowDeactivate;
+  const bool concernsIt = isActivation ? watched == widget_.window() : kind == QEvent::Move || kind == QEvent::Resize;
+  if (concernsIt && widget_.isVisible()) resynchronise();
   return false;
 }
 

@@ -60,7 +60,7 @@ class QtViewHost final : public QObject, public ViewHost {
   bool eventFilter(QObject* watched, QEvent* event) override;
   [[nodiscard]] bool widgetEvent(QEvent& event);
   [[nodiscard]] bool mouseEvent(QMouseEvent& event);
-  void watchWindow();
+  void watchWhatHoldsIt();
   void wake();
   void tellTrackers(bool entered);
   [[nodiscard]] bool isLive(const TrackingArea& area) const;
@@ -69,7 +69,7 @@ class QtViewHost final : public QObject, public ViewHost {
   void applyShadow();
 
   QWidget& widget_;
-  QPointer<QWidget> window_;
+  std::vector<QPointer<QWidget>> holders_;  ///< from the parent up to the window
   BaseLook base_;
   std::unique_ptr<ViewClient> client_;
   std::vector<std::shared_ptr<const TrackingArea>> areas_;

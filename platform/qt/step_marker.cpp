@@ -40,8 +40,9 @@ void StepMarker::paintEvent(QPaintEvent*) {
     const bool isHere = step == step_;
     const bool isDone = step < step_;
     const QRectF mark(x + 0.75, (height() - kMark) / 2.0 + 0.75, kMark - 1.5, kMark - 1.5);
-    painter.setPen(QPen(isHere || isDone ? accent(palette()) : line(palette()), 1.5));
-    painter.setBrush(isHere ? QBrush(accent(palette())) : QBrush(Qt::NoBrush));
+    const QColor edge = isDone ? accent(palette()) : line(palette());
+    painter.setPen(QPen(isHere ? textAccent(palette()) : edge, 1.5));
+    painter.setBrush(isHere ? QBrush(textAccent(palette())) : QBrush(Qt::NoBrush));
     painter.drawEllipse(mark);
     if (isDone) {
       QPainterPath tick(mark.center() + QPointF(-5, 0));

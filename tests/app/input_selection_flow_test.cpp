@@ -192,5 +192,81 @@ TEST_F(InputSelection, NothingCanBeDroppedWhileARunIsAtWork) {
   EXPECT_EQ(engine::path.get(), kInput);
 }
 
+const Lines kNoFilm = {
+    "alert(\"This cannot be chosen\", \"Only films whose names end in .avi, .divx or .xvid can be repaired here. "
+    "Nothing "
+    "was changed in your file.\", \"OK\", nothing, nothing)"};
+const Lines kNoSuchFilm = {
+    "alert(\"This cannot be chosen\", \"There is no such film. It may have been moved, renamed or removed.\", \"OK\", "
+    "nothing, nothing)"};
+
+TEST_F(InputSelection, AnOfferedFilmIsChosenWithoutAWord) {
+  app.start();
+  app.files.put(kInput, platform::Bytes(1234));
+
+  app.controller->offerFile(kInput);
+
+  EXPECT_EQ(engine::path.get(), kInput);
+  EXPECT_EQ(engine::inputfilesize, 1234U);
+  EXPECT_EQ(app.takeEvents(), (Lines{"controller.textfield.setStringValue(/films/broken.avi)",
+                                     "pathfield.setStringValue(/films/broken.avi)"}));
+}
+
+TEST_F(InputSelection, AnOfferedFileOfAnotherKindIsRefusedInWords) {
+  app.start();
+  app.files.put("/films/film.mov", platform::Bytes(10));
+
+  app.controller->offerFile("/films/film.mov");
+
+  EXPECT_EQ(engine::path.get(), std::nullopt);
+  EXPECT_EQ(app.takeEvents(), kNoFilm);
+}
+
+TEST_F(InputSelection, AnOfferedFileThatIsNotThereIsRefusedInWords) {
+  app.start();
+
+  app.controller->offerFile("/films/gone.avi");
+
+  EXPECT_EQ(engine::path.get(), std::nullopt);
+  EXPECT_EQ(app.takeEvents(), kNoSuchFilm);
+}
+
+TEST_F(InputSelection, AnOfferedFolderIsNoFilmWhateverItsName) {
+  app.start();
+  ASSERT_FALSE(app.fileManager.createFolder("/films/folder.avi"));
+  static_cast<void>(app.takeEvents());
+
+  app.controller->offerFile("/films/folder.avi");
+
+  EXPECT_EQ(engine::path.get(), std::nullopt);
+  EXPECT_EQ(app.takeEvents(), kNoSuchFilm);
+}
+
+TEST_F(InputSelection, AnOfferedLinkIsJudgedByWhatItLeadsTo) {
+  app.start();
+  app.files.put("/films/target", platform::Bytes(5000));
+  app.fileManager.links["/films/link.avi"] = "/films/target";
+  app.fileManager.links["/films/loose.avi"] = "/films/nowhere";
+
+  app.controller->offerFile("/films/loose.avi");
+  EXPECT_EQ(app.takeEvents({"alert("}), kNoSuchFilm);
+  app.controller->offerFile("/films/link.avi");
+
+  EXPECT_EQ(engine::path.get(), "/films/link.avi");
+  EXPECT_TRUE(app.alerts.shown().size() == 1);
+}
+
+TEST_F(InputSelection, ARefusedOfferKeepsTheEarlierChoice) {
+  app.start();
+  app.choose(platform::Bytes(99));
+  app.files.put("/films/film.mov", platform::Bytes(10));
+
+  app.controller->offerFile("/films/film.mov");
+
+  EXPECT_EQ(engine::path.get(), kInput);
+  EXPECT_EQ(engine::inputfilesize, 99U);
+  EXPECT_EQ(app.screen.pathfield.stringValue(), kInput);
+}
+
 }  // namespace
 }  // namespace zelvo::tests

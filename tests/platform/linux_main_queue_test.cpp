@@ -4,7 +4,9 @@
 
 #include <atomic>
 #include <chrono>
+#include <optional>
 #include <random>
+#include <string>
 #include <thread>
 #include <vector>
 
@@ -232,6 +234,158 @@ INSTANTIATE_TEST_SUITE_P(Barriers, LinuxMainQueueRedraws, testing::Values(Barrie
 
 TEST(LinuxMainQueue, WithoutABarrierItSaysThatItDoesNotCoalesce) {
   EXPECT_FALSE(Queue(0ms, Barrier::never).coalesces());
+}
+
+// ---- Served by an event loop of somebody else ----
+
+TEST(ServedQueue, WakerRunsForEveryArrivalOfAWorker) {
+  Queue queue;
+  std::atomic<int> wakes = 0;
+  queue.setWaker([&] { ++wakes; });
+  std::thread([&] {
+    queue.perform([] {});
+    queue.perform([] {});
+  }).join();
+  EXPECT_EQ(wakes, 2);
+}
+
+TEST(ServedQueue, WakerRunsForAnAskedRedraw) {
+  Queue queue;
+  std::atomic<int> wakes = 0;
+  queue.setWaker([&] { ++wakes; });
+  CoalescedOperation redraw(queue, [] {});
+  std::thread([&] { redraw.request(); }).join();
+  EXPECT_EQ(wakes, 1);
+}
+
+TEST(ServedQueue, WorkThatRunsAtOnceWakesNobody) {
+  Queue queue;
+  int wakes = 0;
+  queue.setWaker([&] { ++wakes; });
+  queue.perform([] {});
+  EXPECT_EQ(wakes, 0);
+}
+
+TEST(ServedQueue, WakerThatWasTakenAwayIsNotCalled) {
+  Queue queue;
+  std::atomic<int> wakes = 0;
+  queue.setWaker([&] { ++wakes; });
+  queue.setWaker({});
+  std::thread([&] { queue.perform([] {}); }).join();
+  EXPECT_EQ(wakes, 0);
+  EXPECT_EQ(queue.serve(), std::nullopt);
+}
+
+TEST(ServedQueue, ServingRunsWhatWaitsInOrderAndThenNothingIsLeft) {
+  Queue queue;
+  std::vector<int> order;
+  std::thread([&] {
+    for (int i = 0; i < 5; ++i) queue.perform([&order, i] { order.push_back(i); });
+  }).join();
+  EXPECT_EQ(queue.serve(), std::nullopt);
+  EXPECT_EQ(order, (std::vector{0, 1, 2, 3, 4}));
+}
+
+TEST(ServedQueue, WhatArrivesDuringTheServingIsLeftForTheNext) {
+  Queue queue;
+  std::vector<std::string> ran;
+  std::thread([&] {
+    queue.perform([&] {
+      ran.emplace_back("first");
+      std::thread([&] { queue.perform([&] { ran.emplace_back("later"); }); }).join();
+    });
+  }).join();
+  EXPECT_EQ(queue.serve(), 0ms);
+  EXPECT_EQ(ran, (std::vector<std::string>{"first"}));
+  EXPECT_EQ(queue.serve(), std::nullopt);
+  EXPECT_EQ(ran, (std::vector<std::string>{"first", "later"}));
+}
+
+TEST(ServedQueue, ServingWithinAServingRunsTheRestAndNothingTwice) {
+  Queue queue;
+  std::vector<int> order;
+  std::thread([&] {
+    queue.perform([&] {
+      order.push_back(1);
+      EXPECT_EQ(queue.serve(), std::nullopt);
+      order.push_back(4);
+    });
+    queue.perform([&] { order.push_back(2); });
+    queue.perform([&] { order.push_back(3); });
+  }).join();
+  EXPECT_EQ(queue.serve(), std::nullopt);
+  EXPECT_EQ(order, (std::vector{1, 2, 3, 4}));
+}
+
+TEST(ServedQueue, ServingSaysWhenTheNextRedrawIsDue) {
+  Queue queue(1h);
+  int runs = 0;
+  CoalescedOperation redraw(queue, [&] { ++runs; });
+  redraw.request();
+  EXPECT_EQ(queue.serve(), std::nullopt) << "the first one is due at once";
+  redraw.request();
+  const auto again = queue.serve();
+  ASSERT_TRUE(again);
+  EXPECT_GT(*again, 0ms);
+  EXPECT_LE(*again, 1h);
+  EXPECT_EQ(runs, 1);
+}
+
+TEST(ServedQueue, DueRedrawsRunWithoutTheOtherWork) {
+  Queue queue(0ms);
+  int redraws = 0;
+  int others = 0;
+  CoalescedOperation redraw(queue, [&] { ++redraws; });
+  std::thread([&] {
+    queue.perform([&] { ++others; });
+    redraw.request();
+  }).join();
+
+  queue.runDueRedraws();
+
+  EXPECT_EQ(redraws, 1);
+  EXPECT_EQ(others, 0);
+  EXPECT_EQ(queue.serve(), std::nullopt);
+  EXPECT_EQ(redraws, 1);
+  EXPECT_EQ(others, 1);
+}
+
+TEST(ServedQueue, RedrawsThatAreNotDueWait) {
+  Queue queue(1h);
+  int redraws = 0;
+  CoalescedOperation redraw(queue, [&] { ++redraws; });
+  redraw.request();
+  queue.runDueRedraws();
+  redraw.request();
+  queue.runDueRedraws();
+  EXPECT_EQ(redraws, 1);
+}
+
+TEST(ServedQueue, EveryPostIsServedWhileManyWorkersWakeTheLoop) {
+  constexpr int kWorkers = 4;
+  constexpr int kPosts = 500;
+  Queue queue(0ms);
+  std::atomic<int> wakes = 0;
+  queue.setWaker([&] { ++wakes; });
+  int ran = 0;
+  std::vector<std::thread> workers;
+  for (int w = 0; w < kWorkers; ++w) {
+    workers.emplace_back([&] {
+      for (int i = 0; i < kPosts; ++i) queue.perform([&] { ++ran; });
+    });
+  }
+  int served = 0;
+  while (ran < kWorkers * kPosts) {
+    if (const int seen = wakes; seen != served) {
+      served = seen;
+      static_cast<void>(queue.serve());
+    } else {
+      std::this_thread::yield();
+    }
+  }
+  for (std::thread& worker : workers) worker.join();
+  EXPECT_EQ(queue.serve(), std::nullopt);
+  EXPECT_EQ(wakes, kWorkers * kPosts);
 }
 
 }  // namespace

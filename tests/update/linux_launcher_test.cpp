@@ -30,6 +30,7 @@ here=$(dirname "$0")
 {
   echo "arguments=$#"
   echo "program=$0"
+  echo "first=$1"
   echo "folder=$(pwd)"
   echo "process=$$"
   echo "session=$(sed 's/.*) //' /proc/$$/stat | cut -d' ' -f4)"
@@ -66,11 +67,20 @@ class Launcher : public testing::Test {
   /// Starts it, waits for its end and answers what it wrote down.
   std::map<std::string, std::string> recordOf(const fs::path& launched, const fs::path& folder,
                                               std::uint32_t options = platform::kLaunchWithoutActivation) {
+    return recordAfter(folder, [&] { return launcher.launchApplication(launched, options); });
+  }
+  /// Hands `file` to it, and otherwise the same.
+  std::map<std::string, std::string> recordOfOpening(const std::string& file, const fs::path& launched,
+                                                     const fs::path& folder) {
+    return recordAfter(folder, [&] { return launcher.openFile(file, launched); });
+  }
+  template <class Start>
+  std::map<std::string, std::string> recordAfter(const fs::path& folder, const Start& start) {
     const std::string pipe = folder / "ended";
     EXPECT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
     std::map<std::string, std::string> record;
-    if (!launcher.launchApplication(launched, options)) {
-      ADD_FAILURE() << "not started: " << launched;
+    if (!start()) {
+      ADD_FAILURE() << "not started: " << folder;
       return record;
     }
     EXPECT_EQ(readFile(pipe), "\n");
@@ -272,6 +282,42 @@ TEST_F(Launcher, WithoutTheOwnerCheckTheyAreAllStarted) {
   fs::permissions(applications / "updater", fs::perms(0777));
   fs::permissions(applications, fs::perms(0777));
   EXPECT_TRUE(unchecked.launchApplication(applications / "updater", 0));
+}
+
+TEST_F(Launcher, FileIsHandedOverAsTheOneArgument) {
+  putProgram(applications / "player");
+  auto record = recordOfOpening("/films/broken film.avi", applications / "player", applications);
+  EXPECT_EQ(record["arguments"], "1");
+  EXPECT_EQ(record["first"], "/films/broken film.avi");
+  EXPECT_EQ(record["folder"], "/");
+  EXPECT_EQ(record["session"], record["process"]);
+}
+
+TEST_F(Launcher, FileThatLooksLikeAnOptionOrACommandIsHandedOverAsItIs) {
+  putProgram(applications / "player");
+  const std::string name = "-x; $(touch here) \"'*.avi";
+  EXPECT_EQ(recordOfOpening(name, applications / "player", applications)["first"], name);
+}
+
+TEST_F(Launcher, FileIsOpenedByTheProgramOfAnApplicationFolder) {
+  const fs::path bundle = applications / "player.app";
+  const fs::path folder = putApplication(bundle);
+  EXPECT_EQ(recordOfOpening("/films/a.avi", bundle, folder)["program"], folder / "updater");
+}
+
+TEST_F(Launcher, ApplicationThatOpensAFileMayComeToTheFront) {
+  putProgram(applications / "player");
+  const Variable token("XDG_ACTIVATION_TOKEN", "a");
+  const Variable startUp("DESKTOP_STARTUP_ID", "b");
+  EXPECT_EQ(recordOfOpening("/films/a.avi", applications / "player", applications)["activation"], "ab");
+}
+
+TEST_F(Launcher, FileIsNotOpenedByWhatCannotBeStartedOrTrusted) {
+  putProgram(applications / "player");
+  fs::permissions(applications / "player", fs::perms(0757));
+  EXPECT_FALSE(launcher.openFile("/films/a.avi", applications / "player"));
+  EXPECT_FALSE(launcher.openFile("/films/a.avi", applications / "missing"));
+  EXPECT_FALSE(launcher.openFile("/films/a.avi", ""));
 }
 
 TEST_F(Launcher, TheOwnerCheckIsOnUnlessBuiltOtherwise) {
