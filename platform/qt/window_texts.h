@@ -55,7 +55,7 @@ inline QString codec(const QString& name) {
     if (one.isPrint()) shown += one;
   }
   shown = shown.trimmed();
-  return shown.isEmpty() ? QStringLiteral("found, without a name") : shown;
+  return shown.isEmpty() ? QStringLiteral("found") : shown;
 }
 inline QString mebibytes(const QString& number) {
   return number.isEmpty() || number == QLatin1String("0") ? nothing() : number + QStringLiteral(" MiB");
