@@ -25,7 +25,9 @@ Kind kindOf(const std::string& path) {
   return S_ISDIR(status.st_mode) ? Kind::folder : Kind::other;
 }
 
-bool canMakeEntriesIn(const std::string& folder) { return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0; }
+bool canMakeEntriesIn(const std::string& folder) {
+  return ::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
+}
 
 }  // namespace
 
