@@ -158,6 +158,7 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   auto* const inResult = new QVBoxLayout(result);
   inResult->setContentsMargins(kResultMargin, kResultMargin, kResultMargin, kResultMargin);
   inResult->addWidget(&movie);
+  movie.setPalette(paletteOf(Appearance::light));  // the result area is white in every scheme
 
   auto* const side = new QVBoxLayout;
   side->setSpacing(kPageGap);
