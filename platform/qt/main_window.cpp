@@ -78,7 +78,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 
 MainWindow::~MainWindow() {
   // Widgets that go leave the pointer to those that are still there, and these would tell of it.
-  for (QtButton* button : content_->findChildren<QtButton*>()) button->host().stopTracking();
+  for (QtButton* button : ownButtons()) button->host().stopTracking();
   panels_->setObserver({});
   panels_->setBeginObserver({});
   while (PanelFrame* const panel = panels_->top()) panels_->end(*panel);
@@ -225,11 +225,18 @@ void MainWindow::panelsChanged() {
   resynchronise();
 }
 
-void MainWindow::resynchronise() {
+std::vector<QtButton*> MainWindow::ownButtons() const {
+  std::vector<QtButton*> own;
   // Panels hold buttons of the toolkit too, which only the cast tells from ours.
   for (QPushButton* one : content_->findChildren<QPushButton*>()) {
-    auto* const button = dynamic_cast<QtButton*>(one);
-    if (button != nullptr && button->isVisible()) button->host().resynchronise();
+    if (auto* const button = dynamic_cast<QtButton*>(one)) own.push_back(button);
+  }
+  return own;
+}
+
+void MainWindow::resynchronise() {
+  for (QtButton* button : ownButtons()) {
+    if (button->isVisible()) button->host().resynchronise();
   }
 }
 
