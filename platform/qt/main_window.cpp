@@ -10,6 +10,7 @@
 #include <QUrl>
 #include <QVBoxLayout>
 #include <array>
+#include <vector>
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/desktop_notice.h"
@@ -23,6 +24,15 @@ constexpr int kWidth = 960;
 constexpr int kHeight = 620;
 constexpr int kLeastWidth = 760;
 constexpr int kLeastHeight = 540;
+
+/// Panels may hold buttons of the toolkit too, which only the cast tells from ours.
+std::vector<QtButton*> buttonsIn(const QWidget& widget) {
+  std::vector<QtButton*> ours;
+  for (QPushButton* one : widget.findChildren<QPushButton*>()) {
+    if (auto* const button = dynamic_cast<QtButton*>(one)) ours.push_back(button);
+  }
+  return ours;
+}
 
 /// The one local file that is dragged; empty when it is anything else.
 QString draggedFile(const QMimeData& data) {
@@ -78,7 +88,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 
 MainWindow::~MainWindow() {
   // Widgets that go leave the pointer to those that are still there, and these would tell of it.
-  for (QtButton* button : ownButtons()) button->host().stopTracking();
+  for (QtButton* button : buttonsIn(*content_)) button->host().stopTracking();
   panels_->setObserver({});
   panels_->setBeginObserver({});
   while (PanelFrame* const panel = panels_->top()) panels_->end(*panel);
@@ -225,17 +235,8 @@ void MainWindow::panelsChanged() {
   resynchronise();
 }
 
-std::vector<QtButton*> MainWindow::ownButtons() const {
-  std::vector<QtButton*> own;
-  // Panels hold buttons of the toolkit too, which only the cast tells from ours.
-  for (QPushButton* one : content_->findChildren<QPushButton*>()) {
-    if (auto* const button = dynamic_cast<QtButton*>(one)) own.push_back(button);
-  }
-  return own;
-}
-
 void MainWindow::resynchronise() {
-  for (QtButton* button : ownButtons()) {
+  for (QtButton* button : buttonsIn(*content_)) {
     if (button->isVisible()) button->host().resynchronise();
   }
 }

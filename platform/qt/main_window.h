@@ -7,7 +7,6 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "platform/hosted_views.h"
 #include "platform/main_queue.h"
@@ -71,7 +70,6 @@ class MainWindow final : public QWidget, public Window {
   void pageChanged();
   void panelBegan(const PanelFrame& panel);
   void panelsChanged();
-  [[nodiscard]] std::vector<QtButton*> ownButtons() const;
   void resynchronise();
   [[nodiscard]] bool takesFiles() const;
 

@@ -31,9 +31,8 @@ class PathBox final : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    painter.fillRect(rect(), surface(palette()));
-    painter.setPen(line(palette()));
-    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+    painter.fillRect(rect(), line(palette()));
+    painter.fillRect(rect().adjusted(1, 1, -1, -1), surface(palette()));
   }
 };
 

@@ -34,8 +34,13 @@ def restart_in_session():
     if missing:
         print("skipped: missing " + ", ".join(missing))
         sys.exit(SKIPPED)
-    inner = dict(os.environ, CLICK_THROUGH_SESSION="1")
-    sys.exit(subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv, env=inner, check=False).returncode)
+    # The accessibility bus is found by the user's runtime folder, so each session has one of its own.
+    with tempfile.TemporaryDirectory(prefix="zelvo-session-") as runtime:
+        inner = dict(os.environ, CLICK_THROUGH_SESSION="1", XDG_RUNTIME_DIR=runtime)
+        for name in ("DISPLAY", "WAYLAND_DISPLAY", "AT_SPI_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"):
+            inner.pop(name, None)
+        status = subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv, env=inner, check=False).returncode
+    sys.exit(status)
 
 
 class Display:
@@ -239,10 +244,8 @@ def run(options, home):
     film = os.path.join(videos, "film.avi")
     make_film(film)
     before = digest(film)
-    runtime = os.path.join(home, "run")
-    os.mkdir(runtime, 0o700)
     env = dict(os.environ, HOME=home, XDG_CACHE_HOME=os.path.join(home, "cache"), XDG_CONFIG_HOME=os.path.join(home, "config"),
-               XDG_RUNTIME_DIR=runtime, QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8")
+               QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8")
     with open(os.path.join(home, "said"), "wb") as said:
         program = subprocess.Popen([options.window, "--appearance", "light"], env=env, stdout=said, stderr=said)
     try:

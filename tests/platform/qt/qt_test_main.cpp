@@ -7,6 +7,13 @@
 #include "platform/qt/appearance.h"
 #include "platform/qt/panel_frame.h"
 
+// Qt paints large pictures with threads of a pool of its own and is not built for the thread sanitizer, which sees what
+// they let go but not how they are waited for. Only what these two libraries themselves copy and free is left out: what
+// the program's own threads do is looked at.
+extern "C" const char* __tsan_default_suppressions() {  // NOLINT
+  return "called_from_lib:libQt6Core.so.6\ncalled_from_lib:libQt6Gui.so.6\n";
+}
+
 int main(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   qputenv("DBUS_SESSION_BUS_ADDRESS", "disabled:");
