@@ -29,6 +29,7 @@ QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, L
       pictures_(pictures),
       look_(look),
       title_(title),
+      enabled_(queue, true, [this](const bool& enabled) { QPushButton::setEnabled(enabled); }),
       host_(new QtViewHost(*this, [this](QPainter& painter) { paintBase(painter); })) {
   setAutoDefault(true);
   setFocusPolicy(Qt::StrongFocus);
@@ -38,9 +39,7 @@ QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, L
   connect(this, &QAbstractButton::clicked, this, [this] { pressed(); });
 }
 
-void QtButton::setEnabled(bool enabled) {
-  queue_.perform([this, enabled] { QPushButton::setEnabled(enabled); });
-}
+void QtButton::setEnabled(bool enabled) { enabled_.set(enabled); }
 
 void QtButton::setHidden(bool hidden) {
   queue_.perform([this, hidden] { QPushButton::setHidden(hidden); });

@@ -10,6 +10,7 @@
 #include "platform/main_queue.h"
 #include "platform/panel_controls.h"
 #include "platform/qt/pictures.h"
+#include "platform/qt/posted_value.h"
 #include "platform/qt/qt_view_host.h"
 #include "platform/view.h"
 
@@ -75,6 +76,7 @@ class QtButton final : public QPushButton, public BaseButton {
   QString otherTitle_;
   std::string image_;
   std::atomic<State> state_{State::off};
+  PostedValue<bool> enabled_;  ///< a repair disables its stop button ten times per 1024 bytes
   std::uint32_t highlightsBy_ = 1;
   bool isTwoState_ = false;
   bool showsTitle_ = false;

@@ -76,13 +76,12 @@ void ElidedLabel::paintEvent(QPaintEvent*) {
                    fontMetrics().elidedText(line, Qt::ElideMiddle, place.width()));
 }
 
-void QtTextField::setStringValue(std::string_view text) {
-  queue_.perform([this, text = shown(text)] { show(text); });
-}
+QtTextField::QtTextField(MainQueue& queue, QLabel& label)
+    : label_(label), posted_(queue, {}, [this](const std::string& text) { show(shown(text)); }) {}
 
-void QtTextField::setIntegerValue(std::int64_t number) {
-  queue_.perform([this, number] { show(QString::number(number)); });
-}
+void QtTextField::setStringValue(std::string_view text) { posted_.set(std::string(text)); }
+
+void QtTextField::setIntegerValue(std::int64_t number) { posted_.set(std::to_string(number)); }
 
 void QtTextField::show(const QString& text) {
   text_ = text;

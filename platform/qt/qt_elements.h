@@ -6,9 +6,11 @@
 #include <QProgressBar>
 #include <QStackedWidget>
 #include <functional>
+#include <string>
 
 #include "platform/elements.h"
 #include "platform/main_queue.h"
+#include "platform/qt/posted_value.h"
 
 namespace zelvo::platform::qt {
 
@@ -38,7 +40,7 @@ class QtTextField final : public TextField {
   /// What becomes of a text before it is shown.
   using Shape = std::function<QString(const QString& text)>;
 
-  QtTextField(MainQueue& queue, QLabel& label) : queue_(queue), label_(label) {}
+  QtTextField(MainQueue& queue, QLabel& label);
   void setStringValue(std::string_view text) override;
   void setIntegerValue(std::int64_t number) override;
 
@@ -52,11 +54,11 @@ class QtTextField final : public TextField {
  private:
   void show(const QString& text);
 
-  MainQueue& queue_;
   QLabel& label_;
   Shape shape_;
   std::function<void(const QString& text)> observer_;
   QString text_;
+  PostedValue<std::string> posted_;  ///< a repair says the same text once per 1024 bytes
 };
 
 /// A flat bar with the per cent behind it.

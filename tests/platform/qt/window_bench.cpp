@@ -75,10 +75,12 @@ WindowBench::~WindowBench() {
   window->panels().setControls(nullptr);
   application.reset();
   window.reset();
-  application.reset();
   workers.joinAll();
   engine::resetGlobals();
   app::resetGlobals();
+  // A program that was ended runs no event loop again, until one was run to its end.
+  QTimer::singleShot(0, QCoreApplication::instance(), [] { QCoreApplication::exit(0); });
+  QCoreApplication::exec();
 }
 
 void WindowBench::until(const std::function<bool()>& condition) {
