@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "platform/qt/appearance.h"
+#include "platform/qt/picture_widget.h"
 #include "platform/qt/window_texts.h"
 
 namespace zelvo::platform::qt {
@@ -17,20 +18,6 @@ constexpr int kPictureHeight = 84;
 constexpr int kMargin = 24;
 constexpr double kCorner = 6;
 
-class AreaPicture final : public QWidget {
- public:
-  explicit AreaPicture(Pictures& pictures) : pictures_(pictures) { setFixedSize(kPictureWidth, kPictureHeight); }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    pictures_.draw(painter, "film-drop", QRectF(rect()));
-  }
-
- private:
-  Pictures& pictures_;
-};
-
 }  // namespace
 
 DropArea::DropArea(Pictures& pictures, QAbstractButton& chooser, QWidget* parent) : QWidget(parent), chooser_(chooser) {
@@ -40,7 +27,8 @@ DropArea::DropArea(Pictures& pictures, QAbstractButton& chooser, QWidget* parent
   column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   column->setSpacing(kMargin / 2);
   column->addStretch(1);
-  column->addWidget(new AreaPicture(pictures), 0, Qt::AlignHCenter);
+  column->addWidget(new PictureWidget(pictures, "film-drop", QSize(kPictureWidth, kPictureHeight)), 0,
+                    Qt::AlignHCenter);
   auto* const invitation = new QLabel(texts::dropHere());
   invitation->setFont(textFont(kTitlePixels, QFont::DemiBold));
   column->addWidget(invitation, 0, Qt::AlignHCenter);

@@ -8,6 +8,7 @@
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/panel_stack.h"
+#include "platform/qt/picture_widget.h"
 #include "platform/qt/text.h"
 
 namespace zelvo::platform::qt {
@@ -44,24 +45,6 @@ QAccessibleInterface* accessiblePanel(const QString&, QObject* object) {
   return panel == nullptr ? nullptr : new AccessiblePanel(*panel);  // Qt's cache of interfaces owns it
 }
 
-/// A picture of a fixed size.
-class PictureLabel final : public QWidget {
- public:
-  PictureLabel(Pictures& pictures, std::string name) : pictures_(pictures), name_(std::move(name)) {
-    setFixedSize(kPictureSize, kPictureSize);
-  }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    pictures_.draw(painter, name_, QRectF(rect()));
-  }
-
- private:
-  Pictures& pictures_;
-  std::string name_;
-};
-
 QLabel* textLabel(const QString& text, const QFont& font) {
   auto* const label = new QLabel(text);
   label->setTextFormat(Qt::PlainText);
@@ -86,7 +69,8 @@ PanelFrame::PanelFrame(PanelStack& stack, const PanelText& text)
   auto* const head = new QHBoxLayout;
   head->setSpacing(kMargin - kGap / 2);
   if (!text.picture.isEmpty()) {
-    head->addWidget(new PictureLabel(stack.pictures(), plain(text.picture)), 0, Qt::AlignTop);
+    head->addWidget(new PictureWidget(stack.pictures(), plain(text.picture), QSize(kPictureSize, kPictureSize)), 0,
+                    Qt::AlignTop);
   }
   content_ = new QVBoxLayout;
   content_->setSpacing(kGap);

@@ -4,6 +4,7 @@
 #include <QPainter>
 
 #include "platform/qt/appearance.h"
+#include "platform/qt/picture_widget.h"
 #include "platform/qt/step_marker.h"
 #include "platform/qt/window_texts.h"
 
@@ -25,20 +26,6 @@ class Strip final : public QWidget {
     painter.fillRect(rect(), strip(palette()));
     painter.fillRect(QRect(0, height() - 1, width(), 1), line(palette()));
   }
-};
-
-class ProductMark final : public QWidget {
- public:
-  explicit ProductMark(Pictures& pictures) : pictures_(pictures) { setFixedSize(kIconSize, kIconSize); }
-
- protected:
-  void paintEvent(QPaintEvent*) override {
-    QPainter painter(this);
-    pictures_.draw(painter, "zelvo-avi-repair", QRectF(rect()));
-  }
-
- private:
-  Pictures& pictures_;
 };
 
 }  // namespace
@@ -70,7 +57,7 @@ WindowPage::WindowPage(const PageParts& parts, int step)
   auto* const leftRow = new QHBoxLayout(left);
   leftRow->setContentsMargins(0, 0, 0, 0);
   leftRow->setSpacing(10);
-  leftRow->addWidget(new ProductMark(parts.pictures));
+  leftRow->addWidget(new PictureWidget(parts.pictures, "zelvo-avi-repair", QSize(kIconSize, kIconSize)));
   leftRow->addWidget(name);
   leftRow->addStretch(1);
   auto* const right = new QWidget;

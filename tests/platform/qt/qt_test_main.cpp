@@ -7,11 +7,11 @@
 #include "platform/qt/appearance.h"
 #include "platform/qt/panel_frame.h"
 
-// Qt paints large pictures with threads of a pool of its own and is not built for the thread sanitizer, which sees what
-// they let go but not how they are waited for. Only what these two libraries themselves copy and free is left out: what
-// the program's own threads do is looked at.
+// Libraries that are not built for the thread sanitizer, which cannot see how they wait: Qt paints large pictures with
+// threads of a pool of its own; the decoders count references to their buffers. Only what these libraries themselves
+// touch is left out: what the program's own threads do is looked at.
 extern "C" const char* __tsan_default_suppressions() {  // NOLINT
-  return "called_from_lib:libQt6Core.so.6\ncalled_from_lib:libQt6Gui.so.6\n";
+  return "called_from_lib:libQt6Core.so.6\ncalled_from_lib:libQt6Gui.so.6\nrace:libavutil.so\n";
 }
 
 int main(int argc, char** argv) {

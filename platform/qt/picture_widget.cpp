@@ -1,0 +1,18 @@
+#include "platform/qt/picture_widget.h"
+
+#include <QPainter>
+#include <utility>
+
+namespace zelvo::platform::qt {
+
+PictureWidget::PictureWidget(Pictures& pictures, std::string name, const QSize& size)
+    : pictures_(pictures), name_(std::move(name)) {
+  setFixedSize(size);
+}
+
+void PictureWidget::paintEvent(QPaintEvent*) {
+  QPainter painter(this);
+  pictures_.draw(painter, name_, QRectF(rect()));
+}
+
+}  // namespace zelvo::platform::qt
