@@ -10,8 +10,8 @@
 #include "platform/qt/qt_actions.h"
 #include "platform/qt/qt_button.h"
 #include "tests/platform/qt/drawn_pictures.h"
-#include "tests/platform/qt/pixels.h"
 #include "tests/platform/qt/element_bench.h"
+#include "tests/platform/qt/pixels.h"
 
 namespace zelvo::tests {
 namespace {

@@ -8,8 +8,8 @@
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/qt_elements.h"
-#include "tests/platform/qt/pixels.h"
 #include "tests/platform/qt/element_bench.h"
+#include "tests/platform/qt/pixels.h"
 
 namespace zelvo::tests {
 namespace {
