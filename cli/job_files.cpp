@@ -15,6 +15,9 @@ class SharedInput final : public platform::ReadableFile {
   platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     return file_->readAt(offset, into);
   }
+  platform::IoResult readScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) override {
+    return file_->readScattered(offset, pieces);
+  }
   std::uint64_t size() override { return file_->size(); }
 
  private:

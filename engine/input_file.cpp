@@ -6,6 +6,10 @@ platform::IoResult InputFile::tryRead(std::uint64_t offset, std::span<std::byte>
   return file_ ? file_->readAt(offset, into) : platform::IoResult{};
 }
 
+platform::IoResult InputFile::tryReadScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) {
+  return file_ ? file_->readScattered(offset, pieces) : platform::IoResult{};
+}
+
 std::size_t InputFile::read(std::uint64_t offset, std::span<std::byte> into) {
   const platform::IoResult result = tryRead(offset, into);
   if (result.error) {

@@ -37,6 +37,9 @@ class InputFile {
   /// whose failures are remembered later.
   platform::IoResult tryRead(std::uint64_t offset, std::span<std::byte> into);
 
+  /// As `tryRead`, into several places: each of `pieces` is filled before the next.
+  platform::IoResult tryReadScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces);
+
   /// Reads up to `size` bytes into a buffer of their own; fewer at the end of the file.
   [[nodiscard]] platform::Bytes readBytes(std::uint64_t offset, std::size_t size);
 

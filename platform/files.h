@@ -26,6 +26,19 @@ class ReadableFile {
   /// Fills `into` from `offset` on, going on after interruptions until it is full, the file ends or a read fails.
   [[nodiscard]] virtual IoResult readAt(std::uint64_t offset, std::span<std::byte> into) = 0;
 
+  /// Fills `pieces` one after the other with the bytes from `offset` on, as one `readAt` of their length together would.
+  /// A file that knows no better reads each on its own.
+  [[nodiscard]] virtual IoResult readScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) {
+    IoResult all;
+    for (const std::span<std::byte> piece : pieces) {
+      const IoResult one = readAt(offset + all.count, piece);
+      all.count += one.count;
+      all.error = one.error;
+      if (one.count < piece.size()) break;
+    }
+    return all;
+  }
+
   /// Size of the file now, in bytes; 0 when it cannot be told.
   [[nodiscard]] virtual std::uint64_t size() = 0;
 };

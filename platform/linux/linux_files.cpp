@@ -1,11 +1,16 @@
 #include "platform/linux/linux_files.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/statfs.h>
+#include <sys/uio.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <climits>
 #include <utility>
 
 namespace zelvo::platform::linux_ {
@@ -57,6 +62,37 @@ IoResult transferAll(std::uint64_t offset, std::size_t size, Transfer transfer) 
   return result;
 }
 
+/// Pieces of memory in the system's own form, some of them at a time.
+class ScatteredPieces {
+ public:
+  explicit ScatteredPieces(std::span<const std::span<std::byte>> pieces) : pieces_(pieces) {}
+
+  /// Bytes of all pieces together.
+  [[nodiscard]] std::size_t size() const {
+    std::size_t sum = 0;
+    for (const std::span<std::byte> piece : pieces_) sum += piece.size();
+    return sum;
+  }
+
+  /// What lies behind the first `done` bytes, as much of it as one call takes. `done` must not fall from call to call.
+  [[nodiscard]] std::span<const iovec> from(std::size_t done) {
+    while (first_ < pieces_.size() && before_ + pieces_[first_].size() <= done) before_ += pieces_[first_++].size();
+    std::size_t count = 0;
+    std::size_t inPiece = done - before_;
+    for (std::size_t i = first_; i < pieces_.size() && count < parts_.size(); ++i, inPiece = 0) {
+      const std::span<std::byte> rest = pieces_[i].subspan(inPiece);
+      parts_[count++] = {rest.data(), rest.size()};
+    }
+    return std::span(parts_).first(count);
+  }
+
+ private:
+  const std::span<const std::span<std::byte>> pieces_;
+  std::size_t first_ = 0;   ///< the first piece that is not full
+  std::size_t before_ = 0;  ///< bytes of the pieces before it
+  std::array<iovec, IOV_MAX> parts_;
+};
+
 class LinuxReadableFile final : public ReadableFile {
  public:
   explicit LinuxReadableFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
@@ -64,6 +100,14 @@ class LinuxReadableFile final : public ReadableFile {
   IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     return transferAll(offset, into.size(), [&](std::size_t at, std::size_t count, off_t position) {
       return ::pread(descriptor_.number(), into.data() + at, count, position);
+    });
+  }
+
+  IoResult readScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) override {
+    ScatteredPieces left(pieces);
+    return transferAll(offset, left.size(), [&](std::size_t at, std::size_t, off_t position) {
+      const std::span<const iovec> next = left.from(at);
+      return ::preadv(descriptor_.number(), next.data(), static_cast<int>(next.size()), position);
     });
   }
 
@@ -92,6 +136,7 @@ class LinuxWritableFile final : public WritableFile {
   std::error_code reserve(std::uint64_t size) override {
     if (size == 0) return {};
     if (size > kLargestOffset) return std::make_error_code(std::errc::file_too_large);
+    if (reservingWritesZeros()) return std::make_error_code(std::errc::operation_not_supported);
     while (::fallocate(descriptor_.number(), 0, 0, static_cast<off_t>(size)) != 0) {
       if (errno == EOPNOTSUPP || errno == ENOSYS) return std::make_error_code(std::errc::operation_not_supported);
       if (errno != EINTR) return lastError();
@@ -118,6 +163,12 @@ class LinuxWritableFile final : public WritableFile {
   std::error_code close() override { return descriptor_.close(); }
 
  private:
+  /// FAT knows no room without content: it would fill all of it with zeros, and everything would be written twice.
+  [[nodiscard]] bool reservingWritesZeros() const {
+    struct statfs status {};
+    return ::fstatfs(descriptor_.number(), &status) == 0 && status.f_type == MSDOS_SUPER_MAGIC;
+  }
+
   Descriptor descriptor_;
 };
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <span>
+#include <vector>
 
 #include "tests/support/byte_text.h"
 #include "tests/support/memory_files.h"
@@ -37,6 +39,25 @@ TEST_F(InputFile, ReadBytesAnswersFewerAtTheEnd) {
   EXPECT_EQ(textAt(input.readBytes(8, 4), 0, 9), "89");
   EXPECT_TRUE(input.readBytes(10, 4).empty());
   EXPECT_TRUE(input.readBytes(1000, 4).empty());
+}
+
+TEST_F(InputFile, ScatteredReadAnswersAFailureAndForgetsIt) {
+  withBadBytes(5, 6);
+  engine::InputFile input = open();
+  platform::Bytes first = bytesOf("..");
+  platform::Bytes second = bytesOf("....");
+  const std::vector<std::span<std::byte>> pieces{first, second};
+  const platform::IoResult result = input.tryReadScattered(2, pieces);
+  EXPECT_EQ(result.count, 3U);
+  EXPECT_EQ(result.error, std::errc::io_error);
+  EXPECT_EQ(textAt(first, 0, 2) + textAt(second, 0, 4), "234...");
+  EXPECT_EQ(input.failures().count, 0U);
+}
+
+TEST_F(InputFile, WithoutAFileAScatteredReadAnswersNothing) {
+  platform::Bytes bytes = bytesOf("..");
+  const std::vector<std::span<std::byte>> pieces{bytes};
+  EXPECT_EQ(engine::InputFile(nullptr).tryReadScattered(0, pieces).count, 0U);
 }
 
 TEST_F(InputFile, EndOfTheFileIsNoFailure) {

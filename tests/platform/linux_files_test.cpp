@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <span>
 #include <string>
+#include <vector>
 
 #include "platform/bytes.h"
 #include "tests/platform/ordinary_user.h"
@@ -15,12 +17,26 @@ namespace {
 
 class LinuxFiles : public testing::Test {
  protected:
+  static std::string textOf(std::span<const std::byte> bytes) {
+    std::string text;
+    for (const std::byte byte : bytes) text += static_cast<char>(byte);
+    return text;
+  }
   std::string read(platform::ReadableFile& file, std::uint64_t offset, std::size_t size) {
     platform::Bytes bytes(size);
     result = file.readAt(offset, bytes);
-    std::string text;
-    for (const std::byte byte : std::span(bytes).first(result.count)) text += static_cast<char>(byte);
-    return text;
+    return textOf(std::span(bytes).first(result.count));
+  }
+  /// What pieces of these sizes hold afterwards, "." where nothing was read.
+  std::vector<std::string> readScattered(platform::ReadableFile& file, std::uint64_t offset,
+                                         const std::vector<std::size_t>& sizes) {
+    std::vector<platform::Bytes> bytes;
+    for (const std::size_t size : sizes) bytes.emplace_back(size, std::byte{'.'});
+    const std::vector<std::span<std::byte>> pieces(bytes.begin(), bytes.end());
+    result = file.readScattered(offset, pieces);
+    std::vector<std::string> texts;
+    for (const platform::Bytes& piece : bytes) texts.push_back(textOf(piece));
+    return texts;
   }
   platform::IoResult write(platform::WritableFile& file, std::uint64_t offset, std::string_view text) {
     return file.writeAt(offset, std::as_bytes(std::span(text)));
@@ -51,6 +67,38 @@ TEST_F(LinuxFiles, ReadBehindTheEndIsEmptyAndNoError) {
     EXPECT_EQ(read(*opened.file, offset, 100), "") << offset;
     EXPECT_FALSE(result.error) << offset;
   }
+}
+
+TEST_F(LinuxFiles, ScatteredReadFillsOnePieceAfterTheOther) {
+  const auto opened = files.openForReading(folder.put("a", "0123456789"));
+  EXPECT_EQ(readScattered(*opened.file, 1, {3, 0, 1, 2}), (std::vector<std::string>{"123", "", "4", "56"}));
+  EXPECT_EQ(result.count, 6U);
+  EXPECT_EQ(readScattered(*opened.file, 7, {2, 2, 2}), (std::vector<std::string>{"78", "9.", ".."}));
+  EXPECT_EQ(result.count, 3U);
+  EXPECT_FALSE(result.error);
+  EXPECT_EQ(readScattered(*opened.file, 5, {}), std::vector<std::string>{});
+  EXPECT_EQ(result.count, 0U);
+}
+
+TEST_F(LinuxFiles, ScatteredReadTakesMorePiecesThanTheSystemDoesAtATime) {
+  std::string text;
+  std::vector<std::size_t> sizes;
+  std::vector<std::string> expected;
+  for (int i = 0; i < 5000; ++i) {
+    sizes.push_back(static_cast<std::size_t>(i) % 7);
+    expected.push_back(std::string(sizes.back(), static_cast<char>('a' + i % 26)));
+    text += expected.back();
+  }
+  const auto opened = files.openForReading(folder.put("a", text));
+  EXPECT_EQ(readScattered(*opened.file, 0, sizes), expected);
+  EXPECT_EQ(result.count, text.size());
+}
+
+TEST_F(LinuxFiles, FailedScatteredReadCarriesItsCause) {
+  const auto opened = files.openForReading("/proc/self/mem");  // no memory lies at its start
+  readScattered(*opened.file, 0, {4, 4});
+  EXPECT_EQ(result.count, 0U);
+  EXPECT_EQ(result.error, std::errc::io_error);
 }
 
 TEST_F(LinuxFiles, EmptyFileReadsAsNothing) {

@@ -44,6 +44,19 @@ class MemoryReadableFile final : public platform::ReadableFile {
     return result;
   }
 
+  IoResult readScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) override {
+    Bytes together;
+    for (const std::span<std::byte> piece : pieces) together.resize(together.size() + piece.size());
+    const IoResult result = readAt(offset, together);
+    std::span<const std::byte> left = std::span(together).first(result.count);
+    for (const std::span<std::byte> piece : pieces) {
+      const std::size_t step = std::min(piece.size(), left.size());
+      std::copy_n(left.begin(), step, piece.begin());
+      left = left.subspan(step);
+    }
+    return result;
+  }
+
   std::uint64_t size() override {
     const std::lock_guard lock(file_->mutex);
     return file_->size;
