@@ -45,7 +45,7 @@ struct StretchContent {
 
 /// A run of blocks.
 struct Stretch {
-  static constexpr std::uint32_t kBlocks = 64;
+  static constexpr std::uint32_t kBlocks = ScanWindow::kBlocks;
   std::uint32_t firstBlock = 1;
   std::uint32_t blocks = 0;
 };

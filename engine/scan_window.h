@@ -11,6 +11,7 @@
 
 #include "engine/input_file.h"
 #include "platform/bytes.h"
+#include "platform/page_bytes.h"
 
 namespace zelvo::engine {
 
@@ -20,8 +21,9 @@ class ScanWindow {
   static constexpr std::size_t kBlockSize = 1024;
   /// One read for a block takes the block and this many bytes behind it.
   static constexpr std::size_t kReadAhead = 2048;
-  /// Blocks in a window. 64 KiB stays in the processor's nearer caches between the kernel's copy and the search.
-  static constexpr std::size_t kBlocks = 64;
+  /// Blocks in a window. 256 KiB stays in the processor's nearer caches between the kernel's copy and the search, and
+  /// most look-aheads end within it.
+  static constexpr std::size_t kBlocks = 256;
 
   /// `farAhead` says whether it may keep what look-aheads can reach (10 MB) once the input proves dense.
   explicit ScanWindow(InputFile& input, bool farAhead = true);
@@ -69,7 +71,7 @@ class ScanWindow {
   InputFile& input_;
   const bool farAhead_;
   bool dense_ = false;
-  platform::Bytes bytes_;           ///< the window and its margin
+  platform::PageBytes bytes_;       ///< the window and its margin
   std::uint64_t start_ = 0;         ///< offset of the window's first byte
   std::size_t valid_ = 0;           ///< bytes of it that were read
   std::uint32_t firstBlock_ = 0;    ///< 0 before the first window

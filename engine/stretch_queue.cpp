@@ -7,7 +7,7 @@ namespace zelvo::engine {
 namespace {
 
 /// Below this many stretches a second thread costs more than it brings.
-constexpr std::uint32_t kWorthHelping = 8;
+constexpr std::uint32_t kWorthHelping = 4;
 
 }  // namespace
 

@@ -23,12 +23,12 @@ class StretchQueue {
   StretchQueue(const StretchQueue&) = delete;
   StretchQueue& operator=(const StretchQueue&) = delete;
 
-  /// What the next stretch holds: blocks 1 to 64 first, then 65 to 128, and so on up to the last block. It
+  /// What the next stretch holds: blocks 1 to 256 first, then 257 to 512, and so on up to the last block. It
   /// stays valid until the next call.
   [[nodiscard]] const StretchContent& next();
 
  private:
-  static constexpr std::size_t kSlots = 8;
+  static constexpr std::size_t kSlots = 4;
   struct Slot {
     StretchContent content;
     bool ready = false;

@@ -104,7 +104,7 @@ class CandidateReading : public testing::Test {
 };
 
 TEST_F(CandidateReading, FindsWhatANaiveSearchFinds) {
-  for (const std::size_t size : {1024UL, 1025UL, 65536UL, 65537UL, 100000UL, 300003UL}) {
+  for (const std::size_t size : {1024UL, 1025UL, 65536UL, 65537UL, 100000UL, 300003UL, 262144UL, 262145UL, 700001UL}) {
     open(denseBytes(size, static_cast<unsigned>(size)));
     CandidateReader reader(*input, last, mod, true);
     ASSERT_EQ(readBy(reader), naive()) << size;

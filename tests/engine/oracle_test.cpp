@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "engine/code_finder.h"
+#include "engine/scan_window.h"
 #include "tests/support/avi_builder.h"
 #include "tests/support/damage.h"
 #include "tests/support/literal_comparison.h"
@@ -17,10 +18,12 @@ namespace {
 
 using platform::Bytes;
 
-constexpr std::size_t kBlock = 1024;
+constexpr std::size_t kBlock = engine::ScanWindow::kBlockSize;
 /// The scan reads this much at a time, and a little more: its tail.
-constexpr std::size_t kWindow = 65536;
-constexpr std::size_t kTail = 64;
+constexpr std::size_t kWindow = engine::ScanWindow::kBlocks * kBlock;
+constexpr std::size_t kTail = engine::ScanWindow::kReadAhead;
+/// Inputs of this length are read by two threads.
+constexpr std::size_t kShared = 4 * kWindow;
 /// It keeps what a look-ahead can reach of a dense input in a ring of this length.
 constexpr std::size_t kRing = 10000014 + 2 * (kWindow + kTail);
 
@@ -85,14 +88,14 @@ TEST(Oracle, AgreesOnLongRunsThatAreStoppedAnywhere) {
     TwinStops stops;
     stops.byCancelMark = generator.chance(50);
     stops.duringBlock = 1 + generator.below(1000);
-    ASSERT_EQ(comparison.scanAndWrite(generator.acrossWindows(20 * kWindow), stops), "");
+    ASSERT_EQ(comparison.scanAndWrite(generator.acrossWindows(6 * kWindow), stops), "");
   }
 }
 
 TEST(Oracle, AgreesOnInputsOfSeveralWindows) {
   LiteralComparison comparison;
   for (std::uint64_t seed = 1; seed <= 150; ++seed) {
-    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).acrossWindows(20 * kWindow)), "");
+    ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).acrossWindows(6 * kWindow)), "");
   }
   EXPECT_GT(comparison.outputsCompared, 50U);
 }
@@ -140,10 +143,10 @@ TEST(Oracle, AgreesWhereOnlySomeWindowsAreDense) {
   LiteralComparison comparison;
   for (std::uint64_t seed = 21; seed <= 24; ++seed) {
     DamageGenerator generator(seed);
-    DamagedInput input = generator.dense(12 * kWindow, 5000000);
+    DamagedInput input = generator.dense(4 * kWindow, 5000000);
     for (int pieces = 0; pieces < 4; ++pieces) {
-      input.bytes.resize(input.bytes.size() + static_cast<std::size_t>(generator.below(16 * kWindow)));
-      const Bytes more = generator.dense(static_cast<std::size_t>(generator.below(12 * kWindow)), 5000000).bytes;
+      input.bytes.resize(input.bytes.size() + static_cast<std::size_t>(generator.below(5 * kWindow)));
+      const Bytes more = generator.dense(static_cast<std::size_t>(generator.below(4 * kWindow)), 5000000).bytes;
       input.bytes.insert(input.bytes.end(), more.begin(), more.end());
     }
     input.size = input.claimedSize = input.bytes.size();
@@ -163,11 +166,11 @@ TEST(Oracle, AgreesOnWholeRunsOfDamagedFiles) {
 TEST(Oracle, AgreesAtEverySizeOfAFileThatMatters) {
   LiteralComparison comparison;
   AviBuilder avi;
-  avi.interleaved(400, 2000, 100);
+  avi.interleaved(530, 2000, 100);
   const Bytes whole = avi.build();
-  ASSERT_GT(whole.size(), 800U * kBlock);
+  ASSERT_GT(whole.size(), kShared + 6 * kBlock);
   std::vector<std::size_t> sizes{0, 1, 2, 3, 4, 7, 8, 1022, 1023, 1024, 1025, 1026, 2047, 2048, 2049, 51199, 51200};
-  for (const std::size_t base : {std::size_t{524288}, std::size_t{600} * kBlock, 10 * kWindow, 12 * kWindow}) {
+  for (const std::size_t base : {std::size_t{524288}, std::size_t{600} * kBlock, 3 * kWindow, kShared}) {
     for (std::size_t k = 0; k <= 16; ++k) sizes.push_back(base - 8 + k);
     for (std::size_t k = 1; k <= 5; ++k) sizes.push_back(base + k * kBlock);
   }
@@ -212,15 +215,15 @@ TEST(Oracle, AgreesOnHeadersAroundTheLastBlockThatIsHarvested) {
   EXPECT_GT(comparison.outputsCompared, 20U);
 }
 
-constexpr std::array kBorders{kBlock,           2 * kBlock,     kWindow - 2048, kWindow,
-                              kWindow + kBlock, kWindow + 2048, 2 * kWindow,    2 * kWindow + 2048};
+constexpr std::array kBorders{kBlock,           2 * kBlock,      kWindow - kTail, kWindow,
+                              kWindow + kBlock, kWindow + kTail, 2 * kWindow,     2 * kWindow + kTail};
 
 TEST(Oracle, AgreesOnACodeAtEveryPlaceAroundABorder) {
   LiteralComparison comparison;
   for (const std::size_t border : kBorders) {
     for (std::size_t from = border - 20; from <= border + 4; ++from) {
       for (const std::size_t target : {from + 9, from + 1500}) {
-        Bytes bytes(8 * kWindow + 6 * kBlock);
+        Bytes bytes(kShared + 6 * kBlock);
         putChunk(bytes, from, "00dc", static_cast<std::uint32_t>(target - from - 8));
         putChunk(bytes, target, "01wb", 10);
         ASSERT_EQ(comparison.scanAndWrite(undamaged("border " + std::to_string(border), bytes)), "")
@@ -236,7 +239,7 @@ TEST(Oracle, AgreesOnALookAheadAtEveryPlaceAroundABorder) {
   for (const std::size_t border : kBorders) {
     for (std::size_t target = border - 8; target <= border + 2; ++target) {
       for (std::size_t shift = 0; shift <= 3; ++shift) {
-        Bytes bytes(8 * kWindow + 6 * kBlock);
+        Bytes bytes(kShared + 6 * kBlock);
         putChunk(bytes, 100, "00dc", static_cast<std::uint32_t>(target - 108));
         putChunk(bytes, target + shift, "01wb", 0);
         ASSERT_EQ(comparison.scanAndWrite(undamaged("border " + std::to_string(border), bytes)), "")

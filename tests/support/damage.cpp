@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "engine/scan_window.h"
 #include "tests/support/avi_builder.h"
 
 namespace zelvo::tests {
@@ -11,8 +12,8 @@ using platform::Bytes;
 
 namespace {
 
-constexpr std::size_t kBlock = 1024;
-constexpr std::size_t kWindow = 65536;
+constexpr std::size_t kBlock = engine::ScanWindow::kBlockSize;
+constexpr std::size_t kWindow = engine::ScanWindow::kBlocks * kBlock;
 
 Bytes::iterator at(Bytes& bytes, std::uint64_t offset) { return bytes.begin() + static_cast<std::ptrdiff_t>(offset); }
 
@@ -115,7 +116,8 @@ void DamageGenerator::codeAtBorder(DamagedInput& input, std::size_t step) {
   const std::size_t border = static_cast<std::size_t>(below(input.bytes.size() / step + 1)) * step;
   const std::size_t from = border > 24 ? border - static_cast<std::size_t>(below(25)) : border;
   std::size_t target = static_cast<std::size_t>(below(input.bytes.size() / step + 1)) * step + below(16);
-  if (step == kWindow && chance(50)) target += 56;  // a window is read a little further than its last block
+  if (step == kWindow && chance(50))
+    target += engine::ScanWindow::kReadAhead - 8;  // a window is read further than its last block
   const std::size_t to = chance(50) ? from + 9 + static_cast<std::size_t>(below(40)) : target;
   if (to <= from + 8) return;
   put(input.bytes, from, anyCode(), static_cast<std::uint32_t>(to - from - 8));
