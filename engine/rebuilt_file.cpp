@@ -68,13 +68,15 @@ void RepairFile::constructRIFFList() {
   logLine(services_.log, "Repair file completed");
 }
 
+ChunkRun RepairFile::videoChunks() const { return {videosampleoffsetarray, videosamplesizearray, videosamplecount}; }
+ChunkRun RepairFile::audioChunks() const { return {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount}; }
+
 std::uint64_t RepairFile::bytesToWrite() const {
   const std::uint64_t fileSize = inputfilehandle->size();
   const std::uint64_t headers = kSmallestFile + 8 * videosamplecount + 8 * audiosamplecount +
                                 formatHeldBy(fileSize, videostrfdata) + formatHeldBy(fileSize, audiostrfdata);
   if (stopRequested(*run_)) return headers;
-  return headers + heldBy(fileSize, {videosampleoffsetarray, videosamplesizearray, videosamplecount}) +
-         heldBy(fileSize, {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount});
+  return headers + videoChunks().heldBy(fileSize) + audioChunks().heldBy(fileSize);
 }
 
 std::optional<WriteFailure> RepairFile::openOutput() {
@@ -90,25 +92,32 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   const Run& run = *run_;
   const std::uint64_t expected = bytesToWrite();
   // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same.
-  static_cast<void>(outputfile->reserve(expected));
+  const bool reserved = !outputfile->reserve(expected);
   StagedOutput out(*outputfile);
   writeHeaderLists(out);
   out.code(kList);
   out.number(layout.movisize);
   out.code(kMovi);
-  const ChunkRun video{videosampleoffsetarray, videosamplesizearray, videosamplecount};
-  const ChunkRun audio{audiosampleoffsetarray, audiosamplesizearray, audiosamplecount};
+  const ChunkRun video = videoChunks();
+  const ChunkRun audio = audioChunks();
   writeStandardIndex(out,
                      {kIx00, layout.ix00size, db ? k00db : k00dc, layout.baseoffsetforvideo, video.sizes, video.count});
   writeStandardIndex(out, {kIx01, layout.ix01size, k01wb, layout.baseoffsetforaudio, audio.sizes, audio.count});
   CopyEnd end{.position = out.position(), .failure = out.finish()};
 
-  // Deliberate: a stop is looked at here and before the audio only, so one during the video copy lets that run to its
-  // end. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
-  CopyBuffers buffers;
-  for (const ChunkRun& chunks : {video, audio}) {
-    if (end.failure || stopRequested(run)) break;
-    end = copyChunks(*inputfilehandle, *outputfile, end.position, chunks, buffers, services_.workers, *run.cancel);
+  // Deliberate: a stop before the copy leaves out all chunks, one during the video copy the audio only, and a later one
+  // nothing. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
+  const auto stopped = [&run] { return stopRequested(run); };
+  if (!end.failure && !stopped()) {
+    end = copyChunks({.input = *inputfilehandle,
+                      .out = *outputfile,
+                      .position = end.position,
+                      .video = video,
+                      .audio = audio,
+                      .outHasItsLength = reserved,
+                      .stopped = stopped,
+                      .workers = services_.workers,
+                      .cancel = *run.cancel});
   }
 
   if (end.failure) {

@@ -14,6 +14,7 @@
 #include <span>
 #include <string>
 
+#include "engine/chunk_run.h"
 #include "engine/format_payload.h"
 #include "engine/globals.h"
 #include "engine/input_file.h"
@@ -252,6 +253,8 @@ class RepairFile {
   [[nodiscard]] FormatPayload readFormat(std::uint32_t position, std::uint64_t size);
   [[nodiscard]] bool allHeadersFound() const;
   void runStages();
+  [[nodiscard]] ChunkRun videoChunks() const;
+  [[nodiscard]] ChunkRun audioChunks() const;
   [[nodiscard]] std::uint64_t bytesToWrite() const;
   [[nodiscard]] std::optional<WriteFailure> openOutput();
   [[nodiscard]] std::optional<WriteFailure> writeRebuiltFile();
