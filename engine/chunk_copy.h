@@ -20,6 +20,7 @@ struct CopyEnd {
   std::optional<WriteFailure> failure;
 };
 
+/// What is copied where, and by whose leave.
 struct ChunkCopy {
   InputFile& input;
   platform::WritableFile& out;

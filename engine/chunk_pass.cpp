@@ -8,6 +8,7 @@ namespace zelvo::engine {
 
 namespace {
 
+/// What lies between two chunks is read along up to this size.
 constexpr std::uint64_t kLargestGap = 8192;
 /// A smaller part of a chunk is sooner moved than read on its own.
 constexpr std::size_t kSmallPart = 16384;
