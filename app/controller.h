@@ -259,7 +259,6 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void removeScratch(const std::string& scratch);
   /// Answers why the copy is not whole; nothing when it is.
   [[nodiscard]] std::optional<std::string> copyRebuiltFile(std::uint64_t size);
-  [[nodiscard]] bool areOneFile(const std::string& one, const std::optional<std::string>& other);
   [[nodiscard]] std::uint64_t sizeOf(const std::string& file);
   void showSaveProgress(double percent);
   void installTrackingAreas();

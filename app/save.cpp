@@ -7,6 +7,7 @@
 #include "app/texts.h"
 #include "engine/globals.h"
 #include "engine/padded_copy.h"
+#include "platform/same_file.h"
 
 namespace zelvo::app {
 
@@ -31,7 +32,8 @@ void Orlin_Repair_AVIAppDelegate::save(platform::Button*) {
 platform::NameVerdict Orlin_Repair_AVIAppDelegate::judgeSaveName(const std::string& path) {
   using Kind = platform::NameVerdict::Kind;
   const std::string file = path + std::string(texts::kSavedFile);
-  if (areOneFile(file, engine::path.get())) return {Kind::refused, texts::kWouldReplaceInput};
+  if (platform::areOneFile(services_.fileManager, file, engine::path.get()))
+    return {Kind::refused, texts::kWouldReplaceInput};
   const auto there = services_.fileManager.attributesFollowingLinks(path);
   if (there && there->kind != platform::FileAttributes::Kind::folder) {
     return {Kind::refused, "A file of that name is there already. Please choose another name."};
@@ -97,7 +99,8 @@ void Orlin_Repair_AVIAppDelegate::saveFile() {
 std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uint64_t size) {
   const std::string rebuilt = unipath().value_or("");
   // The save panel refuses such a name; the file can still have come to stand there since.
-  if (areOneFile(savingNameFromUser, engine::path.get()) || areOneFile(savingNameFromUser, rebuilt)) {
+  if (platform::areOneFile(services_.fileManager, savingNameFromUser, engine::path.get()) ||
+      platform::areOneFile(services_.fileManager, savingNameFromUser, rebuilt)) {
     return texts::kWouldReplaceInput;
   }
   if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return error.message() + ".";
@@ -117,12 +120,6 @@ std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uin
   if (closed) return closed.message() + ".";
   if (ended) return "the program was asked to end.";
   return std::nullopt;
-}
-
-bool Orlin_Repair_AVIAppDelegate::areOneFile(const std::string& one, const std::optional<std::string>& other) {
-  const auto first = services_.fileManager.attributesFollowingLinks(one);
-  const auto second = services_.fileManager.attributesFollowingLinks(other.value_or(""));
-  return first && second && first->device == second->device && first->identity == second->identity;
 }
 
 std::uint64_t Orlin_Repair_AVIAppDelegate::sizeOf(const std::string& file) {

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "cli/shown_text.h"
+#include "platform/same_file.h"
 
 namespace zelvo::cli {
 
@@ -119,7 +120,7 @@ std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput
     return "the name of the output would be too long: " + shown + "; name a shorter one with -o.";
   }
   const auto target = fileManager.attributesFollowingLinks(output.path);
-  if (target && target->device == input.attributes.device && target->identity == input.attributes.identity) {
+  if (platform::areOneFile(target, input.attributes)) {
     return "input and output are the same file, " + shown + "; an input is never written to. Name another output.";
   }
   if (target && target->kind == Kind::folder) return shown + " is a folder; name a file in it.";

@@ -11,10 +11,12 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/command_inputs.h"
 #include "cli/engine_job.h"
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
 #include "engine/padded_copy.h"
+#include "platform/same_file.h"
 
 namespace zelvo::cli {
 
@@ -27,9 +29,10 @@ std::string writeFailed(const OutputChoice& output, std::uint64_t offset, std::e
 
 class OneRepair {
  public:
-  OneRepair(Surroundings& around, EngineJob& job, OutputChoice output, bool padded)
+  OneRepair(Surroundings& around, EngineJob& job, const CommandInputs& inputs, OutputChoice output, bool padded)
       : around_(around),
         job_(job),
+        inputs_(inputs),
         output_(std::move(output)),
         folder_(folderOf(output_.path)),
         isPadded_(padded),
@@ -50,6 +53,7 @@ class OneRepair {
 
   Surroundings& around_;
   EngineJob& job_;
+  const CommandInputs& inputs_;
   const OutputChoice output_;
   const std::string folder_;
   const bool isPadded_;
@@ -135,6 +139,12 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
     return;
   }
   HiddenFile& written = isPadded_ ? padded_ : rebuilt_;
+  // A link can have come to lead to an input since the look before the work.
+  if (const auto replaced = inputs_.at(output_.path)) {
+    outcome.reason = shownText(output_.path) + " leads to " + shownText(*replaced) +
+                     " by now, which is an input of this command; an input is never written to. Name another output.";
+    return;
+  }
   const auto attributes = around_.fileManager.attributes(written.path());
   if (const std::error_code error = written.renameTo(output_)) {
     outcome.reason = renameRefused(output_, error);
@@ -201,17 +211,23 @@ class RepairCommand final : public Command {
     around.console.setQuiet(quiet_);
     EngineJob job(around, verbose_);
     Batch batch(around, inputs_.size(), json_);
-    for (const std::string& input : inputs_) {
-      if (!batch.goesOn()) break;
-      const OutputChoice place = placeFor(input);
-      if (isOurs(around.fileManager.attributes(place.path))) {
-        Outcome outcome = outcomeOf("repair", input);
-        outcome.reason = shownText(place.path) + " has just been written for another input of the same name.";
+    // Every output is judged against every input while all of them still are what the user named.
+    const CommandInputs all(inputs_, around.fileManager);
+    std::vector<std::optional<std::string>> refusals;
+    for (const std::string& input : inputs_) refusals.push_back(all.refusal(input, placeFor(input).path));
+    for (std::size_t i = 0; i < inputs_.size() && batch.goesOn(); ++i) {
+      const OutputChoice place = placeFor(inputs_[i]);
+      if (!refusals[i]) refusals[i] = alreadyWritten(inputs_[i], place, around.fileManager);
+      if (refusals[i]) {
+        Outcome outcome = outcomeOf("repair", inputs_[i]);
+        outcome.reason = *refusals[i];
         batch.tell(outcome);
         continue;
       }
-      const Outcome outcome = OneRepair(around, job, place, into_.has_value()).run(input);
-      if (outcome.outputPath) written_.push_back(around.fileManager.attributes(*outcome.outputPath));
+      const Outcome outcome = OneRepair(around, job, all, place, into_.has_value()).run(inputs_[i]);
+      if (outcome.outputPath) {
+        written_.push_back({inputs_[i], around.fileManager.attributes(*outcome.outputPath)});
+      }
       batch.tell(outcome);
     }
     return batch.finish();
@@ -224,14 +240,23 @@ class RepairCommand final : public Command {
     return {repairedPath(input, outputFolder_), force_, false};
   }
 
-  /// Whether this very command wrote the file: not even `--force` means that one input's result replaces another's.
-  [[nodiscard]] bool isOurs(const std::optional<platform::FileAttributes>& file) const {
-    return file && std::any_of(written_.begin(), written_.end(), [&](const auto& written) {
-             return written && written->device == file->device && written->identity == file->identity;
-           });
+  /// A sentence when this very command wrote the file: not even `--force` means that one input's result replaces
+  /// another's.
+  [[nodiscard]] std::optional<std::string> alreadyWritten(const std::string& input, const OutputChoice& place,
+                                                          platform::FileManager& fileManager) const {
+    const auto there = fileManager.attributes(place.path);
+    const auto writer = std::find_if(written_.begin(), written_.end(),
+                                     [&](const Written& one) { return platform::areOneFile(one.file, there); });
+    if (writer == written_.end()) return std::nullopt;
+    return shownText(input) + " is not repaired: " + shownText(place.path) +
+           " has just been written for another input of the same name, " + shownText(writer->input) + ".";
   }
 
-  std::vector<std::optional<platform::FileAttributes>> written_;
+  struct Written {
+    std::string input;
+    std::optional<platform::FileAttributes> file;
+  };
+  std::vector<Written> written_;
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;

@@ -2,6 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <mutex>
+
 #include "cli/check_command.h"
 #include "cli/repair_command.h"
 #include "cli/surroundings.h"
@@ -54,6 +57,23 @@ class ShrinkingFile final : public platform::ReadableFile {
   test::MemoryReadable whole_;
 };
 
+/// Does something once its data is read.
+class NotifyingFile final : public platform::ReadableFile {
+ public:
+  NotifyingFile(std::string bytes, std::function<void()> whenRead)
+      : whole_(std::move(bytes)), whenRead_(std::move(whenRead)) {}
+  platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    if (offset > 300000) std::call_once(told_, whenRead_);
+    return whole_.readAt(offset, into);
+  }
+  std::uint64_t size() override { return whole_.size(); }
+
+ private:
+  test::MemoryReadable whole_;
+  std::function<void()> whenRead_;
+  std::once_flag told_;
+};
+
 class ReadFailure : public testing::Test {
  protected:
   struct Said {
@@ -91,6 +111,7 @@ class ReadFailure : public testing::Test {
                         .stopRequested = stop};
     for (const Option& option : command->options()) {
       if (option.names == "INPUT") std::get<std::vector<std::string>*>(option.target)->push_back(input_);
+      if (option.names == "-f,--force") *std::get<bool*>(option.target) = force_;
       if (option.names == "--json") *std::get<bool*>(option.target) = true;
     }
     testing::internal::CaptureStdout();
@@ -111,6 +132,7 @@ class ReadFailure : public testing::Test {
     };
   }
 
+  bool force_ = false;
   const test::TempFolder folder_;
   const std::string input_ = folder_ / "in.avi";
   const std::string bytes_ = test::SmallAvi{}.bytes();
@@ -167,6 +189,19 @@ TEST_F(ReadFailure, InputThatVanishesMeanwhileIsStillRead) {
 
   EXPECT_EQ(said.exit, Exit::done) << said.err;
   EXPECT_EQ(folder_.names(), std::vector<std::string>{"in-repaired.avi"});
+}
+
+TEST_F(ReadFailure, OutputThatBecomesTheInputMeanwhileIsNotReplaced) {
+  force_ = true;
+  const std::string output = folder_ / "in-repaired.avi";
+  const Said said = run(makeRepairCommand(), [&] {
+    return std::make_unique<NotifyingFile>(bytes_, [&] { std::filesystem::create_hard_link(input_, output); });
+  });
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr(output + " leads to " + input_ + " by now"));
+  EXPECT_TRUE(std::filesystem::equivalent(input_, output));
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in-repaired.avi", "in.avi"}));
 }
 
 }  // namespace
