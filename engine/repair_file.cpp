@@ -10,6 +10,7 @@
 
 #include "engine/byte_order.h"
 #include "engine/globals.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::engine {
 
@@ -75,7 +76,7 @@ void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
   const std::lock_guard turn(turn_);  // Decision 0012
   if (run->cancel->cancelled()) return;
   beginRun(std::move(run));
-  runStages();
+  if (const std::error_code shortage = platform::ranOut([this] { runStages(); })) failRun({0, shortage});
   if (inputfilehandle) {
     const ReadFailures failures = inputfilehandle->failures();
     readFailures.set(failures);
@@ -85,6 +86,16 @@ void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
     }
     inputfilehandle.reset();
   }
+}
+
+void RepairFile::failRun(const WriteFailure& failure) {
+  if (!writeFailure.get()) {
+    writeFailure.set(failure);
+    // A line that memory is lacking for is not worth another failure.
+    static_cast<void>(platform::ranOut(
+        [&] { logLine(services_.log, "Write failed at %llu: %@", failure.offset, failure.cause.message()); }));
+  }
+  run_->cancel->cancel();
 }
 
 void RepairFile::runStages() {
@@ -101,9 +112,14 @@ void RepairFile::runStages() {
   }
   scanSamples();
   const auto animation = services_.workers.start(run_->cancel, [this, run = run_] { progressupdation(*run); });
-  constructRIFFList();
+  // Without it no sheet would ever tell the run's end.
+  if (!animation) failRun({0, platform::noThread()});
+  const std::error_code shortage = platform::ranOut([this] { constructRIFFList(); });
+  if (shortage) failRun({0, shortage});
   // The next run resets what the animation counts by, so this one ends only after it.
+  if (!animation) return;
   animation->join();
+  if (const std::error_code cutShort = animation->failure()) failRun({0, cutShort});
 }
 
 void RepairFile::countBlocks() {

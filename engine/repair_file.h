@@ -51,7 +51,7 @@ class StagedOutput;
 
 /// How far a run came.
 enum class RunEnd {
-  none,          ///< it has not ended, or was cancelled before its first step
+  none,          ///< it has not ended, was cancelled before its first step, or ran out of memory or threads
   invalid,       ///< no AVI code in the first ten blocks
   notSupported,  ///< a header is missing, or the file is 512 KiB or less
   rebuilt,       ///< the file was written as far as no stop or write error cut it short
@@ -85,7 +85,8 @@ class RepairFile {
   /// Thread: main, when the run is started.
   [[nodiscard]] static std::shared_ptr<Run> newRun();
 
-  /// `retrieveAudioVideoSamples`: the whole run. First waits for the run before it to end, however long its copy
+  /// `retrieveAudioVideoSamples`: the whole run. A lack of memory or threads ends it as a failed write does, whatever the
+  /// stage: it is kept in `writeFailure`. First waits for the run before it to end, however long its copy
   /// takes; a run that was cancelled while it waited does nothing.
   /// Thread: repair worker.
   void retrieveAudioVideoSamples(std::shared_ptr<Run> run);
@@ -123,8 +124,9 @@ class RepairFile {
   /// Thread:  repair worker.
   void scanSamples();
 
-  /// Computes `layout`, writes the rebuilt file to the run's scratch path, closes it and hands it to the controller.
-  /// Failure: a write error is kept in `writeFailure`, sets the run's cancel mark and ends the writing.
+  /// Computes `layout`, writes the rebuilt file, unless the run has failed already, to the run's scratch path, closes it and hands it to the controller.
+  /// Failure: a write error, or a lack of memory or threads, is kept in `writeFailure`, sets the run's cancel mark and
+  /// ends the writing.
   /// Thread:  repair worker.
   void constructRIFFList();
 
@@ -253,6 +255,8 @@ class RepairFile {
   [[nodiscard]] FormatPayload readFormat(std::uint32_t position, std::uint64_t size);
   [[nodiscard]] bool allHeadersFound() const;
   void runStages();
+  /// Keeps the first failure of the run and cancels the run.
+  void failRun(const WriteFailure& failure);
   [[nodiscard]] ChunkRun videoChunks() const;
   [[nodiscard]] ChunkRun audioChunks() const;
   [[nodiscard]] std::uint64_t bytesToWrite() const;

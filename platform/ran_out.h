@@ -11,6 +11,11 @@ namespace zelvo::platform {
   return std::make_error_code(std::errc::resource_unavailable_try_again);
 }
 
+/// Whether a cause is one of those two: no memory, no thread.
+[[nodiscard]] inline bool isShortage(std::error_code cause) {
+  return cause == std::errc::not_enough_memory || cause == std::errc::resource_unavailable_try_again;
+}
+
 /// Does `body`. Answers std::errc::not_enough_memory when it was cut short for want of memory, the system's own cause
 /// when it was refused a thread or the like, nothing when it came to its end.
 template <class Body>
