@@ -246,7 +246,9 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void buildTipsLink();
   void lookForPlayer();
   void showHintFor(bool playerIsThere);
+  /// Leaves `mythread` empty where the system gives no thread.
   void startRun();
+  void runDidNotStart();
   void workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run);
   void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<engine::WriteFailure>& failure);
   void abandonShownRun();

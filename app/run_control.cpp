@@ -45,6 +45,7 @@ void Orlin_Repair_AVIAppDelegate::repair(platform::Button* sender) {
     outlets.pathfield.setStringValue(*input);
     // Deliberate: the size of the file saved last, whatever is repaired now.
     outlets.durationfield.setIntegerValue(static_cast<std::int64_t>(oSize));
+    if (!mythread) runDidNotStart();
   }
 }
 
@@ -73,7 +74,10 @@ void Orlin_Repair_AVIAppDelegate::stopProgress(platform::Button*) {
 }
 
 void Orlin_Repair_AVIAppDelegate::stopit() {
-  services_.workers.start(std::make_shared<platform::CancelMark>(), [this] { stopProgress(nullptr); });
+  // Where there is no thread for it, this one asks: a stop must always be possible.
+  if (!services_.workers.start(std::make_shared<platform::CancelMark>(), [this] { stopProgress(nullptr); })) {
+    stopProgress(nullptr);
+  }
 }
 
 void Orlin_Repair_AVIAppDelegate::stopRepairOk(platform::Button*) {

@@ -5,12 +5,14 @@
 // 4. A run that nobody waits for any more is abandoned, and its scratch file removed.
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <utility>
 
 #include "app/controller.h"
 #include "app/texts.h"
 #include "engine/globals.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::app {
 
@@ -47,7 +49,13 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
     if (before) before->join();
     workOn(number, run);
   });
-  lastWorker_ = mythread;
+  if (mythread) lastWorker_ = mythread;  // otherwise the next run still waits for the one before
+}
+
+void Orlin_Repair_AVIAppDelegate::runDidNotStart() {
+  bytesToWrite_ = 0;
+  const ShownRun run = *shownRun_;
+  runEnded(run.number, *run.run, engine::WriteFailure{0, platform::noThread()});
 }
 
 void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run) {
@@ -55,11 +63,16 @@ void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared
   countedFiles_.restart();
   bytesToWrite_ = 0;
   const bool worked = !run->cancel->cancelled();
-  repair1->retrieveAudioVideoSamples(run);
+  const std::error_code shortage = platform::ranOut([&] { repair1->retrieveAudioVideoSamples(run); });
   // No later run has begun yet: its worker waits for this one.
-  const auto failure = worked ? repair1->writeFailure.get() : std::nullopt;
+  auto failure = worked ? repair1->writeFailure.get() : std::nullopt;
+  if (shortage && !failure) failure = engine::WriteFailure{0, shortage};
   runGuard_.endWork();
-  services_.mainQueue.perform([this, number, run, failure] { runEnded(number, *run, failure); });
+  const auto told = [this, number, run, failure] { runEnded(number, *run, failure); };
+  // The window waits for the end of the run, so it is told as soon as there is memory to tell it with.
+  while (platform::ranOut([&] { services_.mainQueue.perform(told); })) {
+    services_.clock.sleepFor(std::chrono::milliseconds(100));
+  }
 }
 
 void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::Run& run,
@@ -99,7 +112,9 @@ void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const
   removeScratch(run.internalpath);
 
   std::string message = failure.cause.message() + ".";
-  if (const auto space = services_.fileManager.freeSpace(folderOf(run.internalpath))) {
+  if (platform::isShortage(failure.cause)) {
+    message = failure.cause == std::errc::not_enough_memory ? texts::kNoMemory : texts::kNoThread;
+  } else if (const auto space = services_.fileManager.freeSpace(folderOf(run.internalpath))) {
     message += " " + inMegabytes(*space) + " are free in " + folderOf(run.internalpath);
     if (bytesToWrite_ != 0) message += ", and the repaired file takes " + inMegabytes(bytesToWrite_);
     message += ".";

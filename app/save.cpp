@@ -73,7 +73,16 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   logLine(services_.log, "Save path=%@", savepath);
   if (saveCancel_) saveCancel_->cancel();
   saveCancel_ = std::make_shared<platform::CancelMark>();
-  services_.workers.start(saveCancel_, [this, cancel = saveCancel_] { savemethod(cancel); });
+  if (!services_.workers.start(saveCancel_, [this, cancel = saveCancel_] { savemethod(cancel); })) {
+    // Without it the save would never be told complete.
+    services_.alertPanels.runAlertPanel({.title = texts::kWriteFailedTitle,
+                                         .message = std::string(texts::kNoThread) + texts::kSaveNotBegun,
+                                         .defaultButton = texts::kOk,
+                                         .alternateButton = std::nullopt,
+                                         .otherButton = std::nullopt});
+    outlets.savebutton.setEnabled(true);
+    return;
+  }
   services_.mainQueue.performAndWait([this] { saveFile(); });
   outlets.durationfield.setIntegerValue(static_cast<std::int64_t>(oSize));
   outlets.main3.setEnabled(true);

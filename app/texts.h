@@ -82,6 +82,10 @@ inline constexpr const char* kFinishingTitle = "Finishing the repaired file";
 inline constexpr const char* kFinishingMessage = "The last part is still being written. This takes only a moment.";
 inline constexpr const char* kFinishingCancel = "Cancel";
 inline constexpr const char* kWriteFailedTitle = "The repaired file could not be written";
+inline constexpr const char* kNoMemory = "There is not enough memory. Closing other programs helps.";
+inline constexpr const char* kNoThread = "The system has no room for more work at once. Closing other programs helps.";
+inline constexpr const char* kSaveNotBegun =
+    " Nothing was saved, and the repaired file is still there: you can press Save again.";
 inline constexpr std::string_view kSaveComplete = "The repaired file was saved as ";
 inline constexpr std::string_view kSaveIncomplete = "The copy is incomplete: ";
 inline constexpr std::string_view kSaveElsewhere = " Please save again, to another place.";

@@ -37,8 +37,10 @@ Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath
   const ChosenInput& input = std::get<ChosenInput>(chosen);
   outcome.inputSize = input.attributes.size;
   const auto run = job.begin(input, outcome);
-  job.perform(run, inputPath, [&job, &run] { findOnly(job.engine(), run); });
-  if (!judgeInput(outcome, input, job, *run)) {
+  const std::error_code shortage = job.perform(run, inputPath, [&job, &run] { findOnly(job.engine(), run); });
+  if (shortage && !around.stopRequested) {
+    outcome.reason = shortageSentence(inputPath, shortage);
+  } else if (!judgeInput(outcome, input, job, *run)) {
     outcome.verdict = Verdict::repairable;
     job.reportFindings(outcome);
     if (outcome.readFailures.count > 0) {

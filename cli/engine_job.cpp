@@ -8,6 +8,7 @@
 #include "engine/byte_order.h"
 #include "engine/codec_text.h"
 #include "engine/globals.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::cli {
 
@@ -88,21 +89,30 @@ std::shared_ptr<engine::Run> EngineJob::begin(const ChosenInput& input, Outcome&
   return engine::RepairFile::newRun();
 }
 
-void EngineJob::perform(const std::shared_ptr<engine::Run>& run, const std::string& inputPath,
-                        std::function<void()> body) {
-  bool ended = false;
-  const auto worker = around_.workers.start(run->cancel, [this, &ended, work = std::move(body)] {
+std::error_code EngineJob::perform(const std::shared_ptr<engine::Run>& run, const std::string& inputPath,
+                                   std::function<void()> body) {
+  engine_->writeFailure.set(std::nullopt);
+  const auto ended = std::make_shared<bool>(false);
+  const auto worker = around_.workers.start(run->cancel, [this, ended, work = std::move(body)] {
     work();
-    around_.mainQueue.perform([&ended] { ended = true; });  // wakes the main thread
+    around_.mainQueue.perform([ended] { *ended = true; });  // wakes the main thread
   });
-  ProgressLine line(inputPath);
-  around_.runUntil([&] {
-    if (around_.stopRequested) run->cancel->abandon();
-    if (around_.console.showsProgress()) showProgress(line, run->inputfilesize);
-    return ended;
+  if (!worker) return platform::noThread();
+  const std::error_code followed = platform::ranOut([&] {
+    ProgressLine line(inputPath);
+    around_.runUntil([&] {
+      if (around_.stopRequested) run->cancel->abandon();
+      if (around_.console.showsProgress()) showProgress(line, run->inputfilesize);
+      return *ended || worker->finished();  // a body that was cut short wakes nobody
+    });
   });
-  worker->join();
+  if (followed) run->cancel->abandon();
+  worker->join();  // whatever happens here: it works on what the caller holds
   around_.console.progress("");
+  if (followed) return followed;
+  if (const std::error_code cutShort = worker->failure()) return cutShort;
+  const auto failure = engine_->writeFailure.get();
+  return failure && platform::isShortage(failure->cause) ? failure->cause : std::error_code{};
 }
 
 void EngineJob::showProgress(ProgressLine& line, std::uint64_t inputSize) {
@@ -212,6 +222,13 @@ bool judgeInput(Outcome& outcome, const ChosenInput& input, EngineJob& job, cons
   outcome.verdict = end == engine::RunEnd::invalid ? Verdict::invalid : Verdict::notSupported;
   outcome.reason = job.whyRejected(input, end == engine::RunEnd::invalid) + " It is unchanged.";
   return true;
+}
+
+std::string shortageSentence(const std::string& inputPath, std::error_code shortage) {
+  const std::string lacking = shortage == std::errc::not_enough_memory
+                                  ? "there is not enough memory for "
+                                  : "the system gives no thread (" + shortage.message() + ") for ";
+  return lacking + shownText(inputPath) + "; nothing was written, and it is unchanged.";
 }
 
 Outcome outcomeOf(std::string command, const std::string& path) {

@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <new>
+#include <system_error>
 
 #include "cli/command_line.h"
 #include "cli/surroundings.h"
@@ -89,6 +90,8 @@ int main(int argc, char** argv) {
     exit = line.command ? runCommand(*line.command, console) : line.exit;
   } catch (const std::bad_alloc&) {
     console.error("there is not enough memory.");
+  } catch (const std::system_error& error) {
+    console.error("the system refused what the program needs: " + error.code().message() + ".");
   }
   return static_cast<int>(withResultWritten(exit, console));
 }

@@ -5,6 +5,7 @@
 #include <random>
 
 #include "cli/shown_text.h"
+#include "platform/ran_out.h"
 #include "platform/same_file.h"
 
 namespace zelvo::cli {
@@ -105,7 +106,8 @@ std::error_code HiddenFile::renameTo(const OutputChoice& output) {
 
 void HiddenFile::remove() {
   if (path_.empty()) return;
-  static_cast<void>(fileManager_.remove(path_));  // nothing can be done about a file that will not go
+  // Nothing can be done about a file that will not go, and nothing may leave here while memory is short.
+  static_cast<void>(platform::ranOut([this] { static_cast<void>(fileManager_.remove(path_)); }));
   path_.clear();
 }
 

@@ -175,10 +175,14 @@ Outcome OneRepair::run(const std::string& inputPath) {
     return outcome;
   }
   const auto run = job_.begin(input, outcome);
-  job_.perform(run, inputPath, [this, &run] { work(run); });
+  const std::error_code shortage = job_.perform(run, inputPath, [this, &run] { work(run); });
   // A stop between the end of the work and here still counts: nothing bears the final name yet.
   if (around_.stopRequested) run->cancel->abandon();
-  judge(outcome, input, *run);
+  if (shortage && !around_.stopRequested) {
+    outcome.reason = shortageSentence(inputPath, shortage);
+  } else {
+    judge(outcome, input, *run);
+  }
   outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return outcome;
 }

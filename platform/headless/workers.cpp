@@ -34,6 +34,7 @@ class HeadlessWorkers::WaitingWorker final : public Worker {
 };
 
 std::shared_ptr<Worker> HeadlessWorkers::start(std::shared_ptr<CancelMark> mark, std::function<void()> body) {
+  if (std::exchange(refusesNext_, false)) return nullptr;
   started_.push_back(std::make_shared<WaitingWorker>(std::move(mark), std::move(body)));
   return started_.back();
 }
