@@ -18,6 +18,7 @@
 #include "tests/cli/memory_readable.h"
 #include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/refusing_workers.h"
 
 namespace zelvo::cli {
 namespace {
@@ -89,7 +90,8 @@ class ReadFailure : public testing::Test {
     platform::linux_::LinuxFileManager fileManager;
     platform::linux_::LinuxNewFiles newFiles;
     platform::linux_::LinuxMainQueue queue;
-    platform::linux_::LinuxWorkers workers;
+    platform::linux_::LinuxWorkers threads;
+    tests::RefusingWorkers workers(threads, refused_);
     platform::headless::HeadlessMovieLoader movies;
     platform::headless::HeadlessSheets sheets(queue, nullptr);
     const platform::headless::Screen screen;
@@ -133,6 +135,7 @@ class ReadFailure : public testing::Test {
   }
 
   bool force_ = false;
+  unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
   const test::TempFolder folder_;
   const std::string input_ = folder_ / "in.avi";
   const std::string bytes_ = test::SmallAvi{}.bytes();
@@ -202,6 +205,42 @@ TEST_F(ReadFailure, OutputThatBecomesTheInputMeanwhileIsNotReplaced) {
   EXPECT_THAT(said.err, HasSubstr(output + " leads to " + input_ + " by now"));
   EXPECT_TRUE(std::filesystem::equivalent(input_, output));
   EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in-repaired.avi", "in.avi"}));
+}
+
+// ---- No thread, no memory ----
+
+TEST_F(ReadFailure, AnyThreadThatIsRefusedIsAFailureWithoutOutput) {
+  // The run, its animation, and the helper of each copy; a small input is scanned without a helper.
+  for (refused_ = 1; refused_ <= 3; ++refused_) {
+    SCOPED_TRACE(refused_);
+    const Said said = run(makeRepairCommand(), unreadable(0, 0));
+
+    EXPECT_EQ(said.exit, Exit::ioFailed);
+    EXPECT_THAT(said.err, HasSubstr("the system gives no thread (Resource temporarily unavailable) for " + input_));
+    EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"failed\""));
+    EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.avi"});
+  }
+}
+
+TEST_F(ReadFailure, CheckWithoutAThreadIsAFailureToo) {
+  refused_ = 1;
+  const Said said = run(makeCheckCommand(), unreadable(0, 0));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("the system gives no thread"));
+}
+
+TEST_F(ReadFailure, MemoryThatLacksIsAFailureWithoutOutput) {
+  for (auto* const command : {&makeRepairCommand, &makeCheckCommand}) {
+    const Said said = run(command(), [this] {
+      return std::make_unique<NotifyingFile>(bytes_, [] { throw std::bad_alloc(); });
+    });
+
+    EXPECT_EQ(said.exit, Exit::ioFailed);
+    EXPECT_THAT(said.err, HasSubstr("there is not enough memory for " + input_));
+    EXPECT_THAT(said.err, testing::Not(HasSubstr("warning")));
+    EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.avi"});
+  }
 }
 
 }  // namespace
