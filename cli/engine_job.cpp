@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/repeated_entries.h"
 #include "cli/shown_text.h"
 #include "engine/byte_order.h"
 #include "engine/codec_text.h"
@@ -142,7 +143,7 @@ void EngineJob::warn(Outcome& outcome, const std::string& sentence) {
   outcome.warnings.push_back(sentence);
 }
 
-void EngineJob::reportFindings(Outcome& outcome) {
+void EngineJob::reportFindings(Outcome& outcome, std::uint64_t bytes) {
   const engine::RepairFile& job = *engine_;
   const auto layout = engine::RebuiltLayout::of({.videosamplecount = job.videosamplecount,
                                                  .audiosamplecount = job.audiosamplecount,
@@ -154,7 +155,7 @@ void EngineJob::reportFindings(Outcome& outcome) {
       StreamFound{job.videocodecstring.get().value_or(""), std::nullopt, job.videosamplecount, layout.videodatasize};
   outcome.audio = StreamFound{audioCodec(job.audiocodec), formatTagOf(job.audiostrfdata.held), job.audiosamplecount,
                               layout.audiodatasize};
-  outcome.outputSize = layout.RIFFLISTsize + 8;
+  outcome.outputSize = bytes;
 
   const std::string input = shownText(outcome.inputPath);
   if (job.videosamplecount == 0 || job.audiosamplecount == 0) {
@@ -162,13 +163,23 @@ void EngineJob::reportFindings(Outcome& outcome) {
     const std::string kind = neither ? "video and no audio" : job.videosamplecount == 0 ? "video" : "audio";
     warn(outcome, "no " + kind + " data was found in " + input + "; the repaired file has none to play.");
   }
-  if (std::max(job.videosamplecount, job.audiosamplecount) == engine::kLargestSampleCount) {
+  if (job.samplesleftout > 0) {
     warn(outcome, input + " holds more chunks of one kind than can be kept, " +
-                      shownNumber(engine::kLargestSampleCount) + "; those behind them are left out.");
+                      shownNumber(engine::kLargestSampleCount) + "; " + shownNumber(job.samplesleftout) +
+                      " behind them are left out.");
   }
-  if (*outcome.outputSize > engine::low32(*outcome.outputSize)) {
-    warn(outcome, "the repaired file would be " + shownSize(*outcome.outputSize) +
-                      ", and players find nothing beyond its first 4 GiB.");
+  if (outcome.inputSize.value_or(0) >= kOffsetsWrap) {
+    const std::uint64_t repeated = repeatedEntries(job.videosampleoffsetarray, job.videosamplecount) +
+                                   repeatedEntries(job.audiosampleoffsetarray, job.audiosamplecount);
+    if (repeated > 0) {
+      warn(outcome, "behind 4 GiB the search met the beginning of " + input + " again: " + counted(repeated, "chunk") +
+                        (repeated == 1 ? " was" : " were") + " found before, and the repaired file holds " +
+                        (repeated == 1 ? "it" : "them") + " twice.");
+    }
+  }
+  if (bytes > engine::low32(bytes)) {
+    warn(outcome,
+         "the repaired file would be " + shownSize(bytes) + ", and players find nothing beyond its first 4 GiB.");
   }
 }
 

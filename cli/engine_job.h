@@ -38,8 +38,8 @@ class EngineJob {
   /// From now on the progress line counts the bytes written, `all` of them. Thread: any.
   void beginWriting(Stage stage, std::uint64_t all);
 
-  /// Fills in what the scan found: streams, failed reads, and what the user should be warned of.
-  void reportFindings(Outcome& outcome);
+  /// Fills in what the scan found: streams, and what the user should be warned of. `bytes`: what a repair writes.
+  void reportFindings(Outcome& outcome, std::uint64_t bytes);
 
   /// Adds a warning to the outcome and shows it.
   void warn(Outcome& outcome, const std::string& sentence);

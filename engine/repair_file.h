@@ -124,6 +124,12 @@ class RepairFile {
   /// Thread:  repair worker.
   void scanSamples();
 
+  /// Length in bytes of the file that would be written now: what the size fields and chunks claim, as far as the input
+  /// holds it. Once a stop is asked for, that of the headers and indexes alone.
+  /// \pre    the scan is done and `inputfilehandle` is open
+  /// Thread:  repair worker.
+  [[nodiscard]] std::uint64_t bytesToWrite() const;
+
   /// Computes `layout`, writes the rebuilt file, unless the run has failed already, to the run's scratch path, closes it and hands it to the controller.
   /// Failure: a write error, or a lack of memory or threads, is kept in `writeFailure`, sets the run's cancel mark and
   /// ends the writing.
@@ -202,6 +208,7 @@ class RepairFile {
   std::uint64_t audiosamplecount = 0;
   std::uint64_t audiosampleoffset = 0;
   std::uint64_t audiosamplesize = 0;
+  std::uint64_t samplesleftout = 0;  ///< chunks of both kinds that were accepted and found their table full
 
  private:
   std::unique_ptr<SampleTables> tables_;
@@ -259,7 +266,6 @@ class RepairFile {
   void failRun(const WriteFailure& failure);
   [[nodiscard]] ChunkRun videoChunks() const;
   [[nodiscard]] ChunkRun audioChunks() const;
-  [[nodiscard]] std::uint64_t bytesToWrite() const;
   [[nodiscard]] std::optional<WriteFailure> openOutput();
   [[nodiscard]] std::optional<WriteFailure> writeRebuiltFile();
   void writeHeaderLists(StagedOutput& out);

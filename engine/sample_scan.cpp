@@ -70,6 +70,7 @@ class SampleScan {
                 candidate.code == k01wb ? "audio" : "video");
       }
       fullTold = true;
+      ++job_.samplesleftout;
       return;
     }
     ++count;
