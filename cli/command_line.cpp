@@ -3,6 +3,7 @@
 #include <CLI/App.hpp>
 #include <CLI/Config.hpp>
 #include <CLI/Formatter.hpp>
+#include <algorithm>
 #include <string>
 #include <utility>
 #include <vector>
@@ -68,6 +69,59 @@ void addOption(CLI::App& app, const Option& option) {
   }
 }
 
+/// What the parser did not like, without its own sentences.
+std::string inOurWords(const CLI::Error& error, const CLI::App& app, int argc, const char* const* argv) {
+  const std::string raw = error.what();
+  const std::string name = raw.substr(0, raw.find(':'));
+  if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+    const std::vector<std::string> extras = app.remaining(true);
+    std::string first = extras.empty() ? "" : extras.front();
+    // Of "-v=3" the parser is left with "-=3".
+    if (first.starts_with("-=")) {
+      for (int i = 1; i < argc; ++i) {
+        if (std::string_view(argv[i]).ends_with(first.substr(1))) first = argv[i];
+      }
+    }
+    if (first.starts_with('-')) return "there is no option " + first + " here.";
+    return "\"" + first + "\" is one argument too many.";
+  }
+  if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
+    if (raw.find("At Most") != std::string::npos) return name + " can be given only once.";
+    return name + " needs a value behind it.";
+  }
+  if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
+    constexpr std::string_view kBefore = "Could not convert: ";
+    const std::string option = raw.starts_with(kBefore) ? raw.substr(kBefore.size()) : name;
+    return option.substr(0, option.find(" = ")) + " stands alone; no value goes with it.";
+  }
+  return "the command line cannot be understood.";
+}
+
+/// A sentence when a name was given that is empty.
+std::optional<std::string> emptyName(Command& command) {
+  for (const Option& option : command.options()) {
+    const bool isInput = !option.names.starts_with('-');
+    const bool isEmpty = std::visit(
+        [](const auto* target) {
+          using Value = std::remove_const_t<std::remove_pointer_t<decltype(target)>>;
+          if constexpr (std::is_same_v<Value, std::vector<std::string>>) {
+            return std::any_of(target->begin(), target->end(), [](const std::string& one) { return one.empty(); });
+          } else if constexpr (std::is_same_v<Value, std::optional<std::string>>) {
+            return *target == "";
+          } else if constexpr (std::is_same_v<Value, std::string>) {
+            return target->empty();
+          } else {
+            return false;
+          }
+        },
+        option.target);
+    if (!isEmpty) continue;
+    if (isInput) return "an input's name is empty.";
+    return "the name behind " + option.names.substr(option.names.find("--")) + " is empty.";
+  }
+  return std::nullopt;
+}
+
 CommandLine misused(Console& console, const std::string& sentence, std::string_view command) {
   console.error(shownText(sentence));
   const std::string name = "zelvo-avi" + (command.empty() ? std::string() : " " + std::string(command));
@@ -126,12 +180,13 @@ CommandLine readCommandLine(int argc, const char* const* argv, Console& console)
     const std::string_view command = chosenCommand(app);
     return misused(console, command.empty() ? "no command was given." : "no input was given.", command);
   } catch (const CLI::Error& error) {
-    return misused(console, error.what(), chosenCommand(app));
+    return misused(console, inOurWords(error, app, argc, argv), chosenCommand(app));
   }
 
   const std::string_view chosen = chosenCommand(app);
   for (std::size_t i = 0; i < commands.size(); ++i) {
     if (commandTable()[i].name != chosen) continue;
+    if (const auto sentence = emptyName(*commands[i])) return misused(console, *sentence, chosen);
     if (const auto sentence = commands[i]->misuse()) return misused(console, *sentence, chosen);
     return {std::move(commands[i]), Exit::done};
   }

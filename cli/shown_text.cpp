@@ -55,10 +55,11 @@ std::string fixedPoint(double number, int digits) {
 std::string shownSize(std::uint64_t bytes) {
   if (bytes < 1000) return counted(bytes, "byte");
   const auto size = static_cast<double>(bytes);
-  // The limits are those at which rounding would show "1000.0".
+  // The limits are those at which rounding would show "1000.0" or "1000.00".
   if (bytes < 999950) return fixedPoint(size / 1e3, 1) + " kB";
   if (bytes < 999950000) return fixedPoint(size / 1e6, 1) + " MB";
-  return fixedPoint(size / 1e9, 2) + " GB";
+  if (bytes < 999995000000) return fixedPoint(size / 1e9, 2) + " GB";
+  return fixedPoint(size / 1e12, 2) + " TB";
 }
 
 std::string shownNumber(std::uint64_t number) {

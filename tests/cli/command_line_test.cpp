@@ -90,7 +90,45 @@ TEST(CommandLine, InputWithADashGoesBehindTwo) {
   EXPECT_THAT(ended.out, HasSubstr("mpv './-a-repaired.avi'"));
 }
 
-TEST(CommandLine, EmptyInputNameIsAFailure) { EXPECT_EQ(runZelvoAvi({"repair", ""}).exit, 3); }
+TEST(CommandLine, EmptyNamesAreWrongUse) {
+  for (const std::vector<std::string>& line :
+       std::vector<std::vector<std::string>>{{"repair", ""},
+                                             {"check", "a.avi", ""},
+                                             {"inspect", ""},
+                                             {"repair", "a.avi", "-o", ""},
+                                             {"repair", "a.avi", "--into", ""},
+                                             {"repair", "a.avi", "--output-dir", ""},
+                                             {"drives", "--record", ""}}) {
+    const Ended ended = runZelvoAvi(line);
+    EXPECT_EQ(ended.exit, 2) << line[0];
+    EXPECT_THAT(ended.err,
+                HasSubstr(line.back().empty() && line[line.size() - 2].starts_with('-') ? "is empty."
+                                                                                        : "an input's name is empty."));
+  }
+}
+
+TEST(CommandLine, WhatTheParserDislikesIsSaidInOurWords) {
+  const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
+      {{"repair", "a.avi", "-o"}, "--output needs a value behind it."},
+      {{"repair", "a.avi", "--output="}, "--output needs a value behind it."},
+      {{"drives", "--record"}, "--record needs a value behind it."},
+      {{"repair", "a.avi", "-o", "b", "-o", "c"}, "--output can be given only once."},
+      {{"repair", "a.avi", "--frobnicate"}, "there is no option --frobnicate here."},
+      {{"repair", "a.avi", "-qx"}, "there is no option -x here."},
+      {{"repair", "a.avi", "-v=3"}, "there is no option -v=3 here."},
+      {{"inspect", "a.avi", "b.avi"}, "\"b.avi\" is one argument too many."},
+      {{"drives", "extra"}, "\"extra\" is one argument too many."},
+      {{"repair", "a.avi", "--force=maybe"}, "--force stands alone; no value goes with it."},
+      {{"repair", "a.avi", "--verbose=x"}, "--verbose stands alone; no value goes with it."},
+      {{"repair"}, "no input was given."},
+      {{}, "no command was given."},
+      {{"mend"}, "there is no command \"mend\"."}};
+  for (const auto& [line, sentence] : cases) {
+    const Ended ended = runZelvoAvi(line);
+    EXPECT_EQ(ended.exit, 2);
+    EXPECT_THAT(ended.err, StartsWith("zelvo-avi: " + sentence + "\nzelvo-avi: see zelvo-avi"));
+  }
+}
 
 TEST(CommandLine, ControlCharactersOfANameDoNotReachTheTerminal) {
   const TempFolder folder;

@@ -32,7 +32,10 @@ TEST(ShownSize, UnitFitsTheSize) {
   EXPECT_EQ(shownSize(48400000), "48.4 MB");
   EXPECT_EQ(shownSize(999949999), "999.9 MB");
   EXPECT_EQ(shownSize(999950000), "1.00 GB");
-  EXPECT_EQ(shownSize(0xffffffffffffffff), "18446744073.71 GB");
+  EXPECT_EQ(shownSize(999994999999), "999.99 GB");
+  EXPECT_EQ(shownSize(999995000000), "1.00 TB");
+  EXPECT_EQ(shownSize(18000207937536), "18.00 TB");
+  EXPECT_EQ(shownSize(0xffffffffffffffff), "18446744.07 TB");
 }
 
 TEST(ShownNumber, ThousandsAreSet) {
