@@ -16,6 +16,8 @@ using Kind = platform::FileAttributes::Kind;
 
 /// Names in a folder are at most this long on every usual file system, in bytes.
 constexpr std::size_t kLongestName = 255;
+/// Reading and writing by the owner alone.
+constexpr std::uint32_t kOwnerOnly = 0600;
 
 std::string_view nameOf(std::string_view path) {
   const std::size_t slash = path.rfind('/');
@@ -97,7 +99,25 @@ std::error_code HiddenFile::create(const std::string& folder) {
   return error;
 }
 
+// Permissions that cannot be set are those of a file system that has none, so no failure comes of them.
+
+std::error_code HiddenFile::create(const std::string& folder, const OutputChoice& output) {
+  if (const std::error_code error = create(folder)) return error;
+  const auto created = fileManager_.attributes(path_);
+  if (created && output.mayReplace && fileManager_.exists(output.path)) {
+    own_ = created->permissions;
+    static_cast<void>(newFiles_.setPermissions(path_, kOwnerOnly));
+  }
+  return {};
+}
+
 std::error_code HiddenFile::renameTo(const OutputChoice& output) {
+  const auto replaced = output.mayReplace ? fileManager_.attributesFollowingLinks(output.path) : std::nullopt;
+  if (replaced) {
+    static_cast<void>(newFiles_.setPermissions(path_, replaced->permissions));
+  } else if (own_) {
+    static_cast<void>(newFiles_.setPermissions(path_, *own_));
+  }
   const std::error_code error =
       output.mayReplace ? fileManager_.rename(path_, output.path) : newFiles_.renameToNew(path_, output.path);
   if (!error) path_.clear();

@@ -49,6 +49,8 @@ class OneRepair {
   void flush(const std::string& path);
   void failWriting(std::uint64_t offset, std::error_code cause) { obstacle_ = writeFailed(output_, offset, cause); }
 
+  /// Has the new name, and that of a folder made for it, outlive a power cut.
+  void keepNames(Outcome& outcome);
   void judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run);
 
   Surroundings& around_;
@@ -59,10 +61,12 @@ class OneRepair {
   const bool isPadded_;
   HiddenFile rebuilt_;
   HiddenFile padded_;
-  std::string obstacle_;  ///< why there will be no output; a sentence
+  std::uint64_t bytes_ = 0;  ///< that the engine writes
+  std::string obstacle_;     ///< why there will be no output; a sentence
 };
 
 bool OneRepair::mayWrite(engine::Run& run, std::uint64_t bytes) {
+  bytes_ = bytes;
   if (output_.makesFolder) {
     if (const std::error_code error = around_.fileManager.createFolder(folder_)) {
       obstacle_ = "the folder " + shownText(folder_) + " cannot be created: " + error.message() + ".";
@@ -75,7 +79,7 @@ bool OneRepair::mayWrite(engine::Run& run, std::uint64_t bytes) {
     obstacle_ = std::move(*sentence);
     return false;
   }
-  if (const std::error_code error = rebuilt_.create(folder_)) {
+  if (const std::error_code error = rebuilt_.create(folder_, output_)) {
     obstacle_ = "no file can be created in " + shownText(folder_) + ": " + error.message() + ".";
     return false;
   }
@@ -100,7 +104,7 @@ void OneRepair::work(const std::shared_ptr<engine::Run>& run) {
 }
 
 void OneRepair::copyPadded(const engine::Run& run) {
-  if (const std::error_code error = padded_.create(folder_)) {
+  if (const std::error_code error = padded_.create(folder_, output_)) {
     failWriting(0, error);
     return;
   }
@@ -126,12 +130,20 @@ void OneRepair::flush(const std::string& path) {
   const auto opened = around_.files.openForWriting(path);
   std::error_code error = opened.error;
   if (opened.file) error = opened.file->flush();
-  if (error) obstacle_ = writeFailed(output_, job_.engine().layout.RIFFLISTsize + 8, error);
+  if (error) obstacle_ = writeFailed(output_, isPadded_ ? engine::paddedCopySize(bytes_) : bytes_, error);
+}
+
+void OneRepair::keepNames(Outcome& outcome) {
+  std::error_code error = around_.newFiles.flushFolder(folder_);
+  if (!error && output_.makesFolder) error = around_.newFiles.flushFolder(folderOf(folder_));
+  if (!error) return;
+  job_.warn(outcome, shownText(output_.path) +
+                         " is written, but a power cut could still take its name from it: " + error.message() + ".");
 }
 
 void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run) {
   if (judgeInput(outcome, input, job_, run)) return;
-  job_.reportFindings(outcome);
+  job_.reportFindings(outcome, bytes_);
   outcome.outputSize.reset();
   outcome.verdict = Verdict::failed;
   if (!obstacle_.empty()) {
@@ -150,6 +162,7 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
     outcome.reason = renameRefused(output_, error);
     return;
   }
+  keepNames(outcome);
   outcome.verdict = Verdict::repaired;
   outcome.outputPath = output_.path;
   outcome.outputSize = attributes ? attributes->size : 0;

@@ -75,6 +75,29 @@ class NotifyingFile final : public platform::ReadableFile {
   std::once_flag told_;
 };
 
+/// The system's new files, which notes what comes after the content and fails where a test wants it to.
+class NotedNewFiles final : public platform::NewFiles {
+ public:
+  std::error_code createNewFile(const std::string& path) override { return files_.createNewFile(path); }
+  std::error_code renameToNew(const std::string& from, const std::string& to) override {
+    steps.push_back("rename to " + to);
+    return files_.renameToNew(from, to);
+  }
+  std::error_code setPermissions(const std::string& path, std::uint32_t permissions) override {
+    return files_.setPermissions(path, permissions);
+  }
+  std::error_code flushFolder(const std::string& folder) override {
+    steps.push_back("flush " + folder);
+    return flushError;
+  }
+
+  std::vector<std::string> steps;
+  std::error_code flushError;
+
+ private:
+  platform::linux_::LinuxNewFiles files_;
+};
+
 class ReadFailure : public testing::Test {
  protected:
   struct Said {
@@ -88,7 +111,6 @@ class ReadFailure : public testing::Test {
     test::writeFile(input_, bytes_);
     PreparedFiles files(input_, std::move(make));
     platform::linux_::LinuxFileManager fileManager;
-    platform::linux_::LinuxNewFiles newFiles;
     platform::linux_::LinuxMainQueue queue;
     platform::linux_::LinuxWorkers threads;
     tests::RefusingWorkers workers(threads, refused_);
@@ -100,7 +122,7 @@ class ReadFailure : public testing::Test {
     platform::linux_::LinuxPropertyLists propertyLists;
     Surroundings around{.files = files,
                         .fileManager = fileManager,
-                        .newFiles = newFiles,
+                        .newFiles = newFiles_,
                         .workers = workers,
                         .mainQueue = queue,
                         .runUntil = [&](const auto& done) { queue.runUntil(done); },
@@ -134,6 +156,7 @@ class ReadFailure : public testing::Test {
     };
   }
 
+  NotedNewFiles newFiles_;
   bool force_ = false;
   unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
   const test::TempFolder folder_;
@@ -207,6 +230,23 @@ TEST_F(ReadFailure, OutputThatBecomesTheInputMeanwhileIsNotReplaced) {
   EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in-repaired.avi", "in.avi"}));
 }
 
+TEST_F(ReadFailure, FolderIsFlushedAfterTheRename) {
+  const Said said = run(makeRepairCommand(), unreadable(0, 0));
+
+  EXPECT_EQ(said.exit, Exit::done);
+  EXPECT_EQ(newFiles_.steps,
+            (std::vector<std::string>{"rename to " + (folder_ / "in-repaired.avi"), "flush " + folder_.path()}));
+}
+
+TEST_F(ReadFailure, FolderThatCannotBeFlushedIsWarnedOf) {
+  newFiles_.flushError = std::make_error_code(std::errc::io_error);
+  const Said said = run(makeRepairCommand(), unreadable(0, 0));
+
+  EXPECT_EQ(said.exit, Exit::done);
+  EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"repaired\""));
+  EXPECT_THAT(said.err, HasSubstr("a power cut could still take its name from it: Input/output error."));
+}
+
 // ---- No thread, no memory ----
 
 TEST_F(ReadFailure, AnyThreadThatIsRefusedIsAFailureWithoutOutput) {
@@ -232,9 +272,8 @@ TEST_F(ReadFailure, CheckWithoutAThreadIsAFailureToo) {
 
 TEST_F(ReadFailure, MemoryThatLacksIsAFailureWithoutOutput) {
   for (auto* const command : {&makeRepairCommand, &makeCheckCommand}) {
-    const Said said = run(command(), [this] {
-      return std::make_unique<NotifyingFile>(bytes_, [] { throw std::bad_alloc(); });
-    });
+    const Said said =
+        run(command(), [this] { return std::make_unique<NotifyingFile>(bytes_, [] { throw std::bad_alloc(); }); });
 
     EXPECT_EQ(said.exit, Exit::ioFailed);
     EXPECT_THAT(said.err, HasSubstr("there is not enough memory for " + input_));
