@@ -2,8 +2,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
-#include "cli/shown_text.h"
+#include "platform/printable_text.h"
 
 namespace zelvo::cli {
 
@@ -47,7 +48,7 @@ void Console::writeError(std::string_view line) {
   const std::lock_guard lock(mutex_);
   std::string whole;
   if (!progressLine_.empty()) whole += kEraseLine;
-  whole += line;
+  whole += platform::printableText(line);
   whole += '\n';
   whole += progressLine_;
   write(stderr, whole);
@@ -55,14 +56,15 @@ void Console::writeError(std::string_view line) {
 
 void Console::progress(std::string_view line) {
   if (!showsProgress()) return;
+  std::string printable = platform::printableText(line);
   const std::lock_guard lock(mutex_);
-  if (line == progressLine_) return;
-  progressLine_ = line;
+  if (printable == progressLine_) return;
+  progressLine_ = std::move(printable);
   write(stderr, std::string(kEraseLine) + progressLine_);
 }
 
 void ConsoleLog::line(std::string_view text) {
-  if (verbosity_ > 0) console_.logLine(shownText(text));
+  if (verbosity_ > 0) console_.logLine(text);
 }
 
 }  // namespace zelvo::cli

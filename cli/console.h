@@ -1,4 +1,6 @@
 /// Where the program writes: results to standard output; messages, log lines and the progress line to standard error.
+/// What goes to standard error is made printable here. A result goes out as it is: whoever makes it has escaped what came
+/// from outside, as text or as JSON wants it.
 #pragma once
 
 #include <mutex>

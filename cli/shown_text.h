@@ -7,8 +7,8 @@
 
 namespace zelvo::cli {
 
-/// Text from outside (a path, a code of the file) with every control character replaced by \xNN, so that it stays on
-/// its line and cannot steer the terminal.
+/// Text from outside (a path, a code of the file) as `platform::printableText` makes it, so that it stays on its line and
+/// cannot steer the terminal.
 [[nodiscard]] std::string shownText(std::string_view text);
 
 /// A path between quotes that a shell takes back as it is.

@@ -103,6 +103,34 @@ TEST(CommandLine, ControlCharactersOfANameDoNotReachTheTerminal) {
   EXPECT_EQ(ended.out.find('\033'), std::string::npos);
 }
 
+TEST(CommandLine, NothingOfANameSteersTheTerminal) {
+  const TempFolder folder;
+  const std::string name = "a\xc2\x9b\x9b\xe2\x80\xae.avi";
+  const std::string shown = "a\\u009b\\x9b\\u202e.avi";
+  writeFile(folder / name, SmallAvi{}.bytes());
+
+  for (const std::vector<std::string>& line :
+       std::vector<std::vector<std::string>>{{"check", folder / name, folder / (name + name)},
+                                             {"check", "--json", folder / name, folder / (name + name)},
+                                             {"check", "--verbose", folder / name},
+                                             {"repair", "--verbose", "--force", folder / name},
+                                             {"inspect", folder / name},
+                                             {"inspect", "--json", folder / name},
+                                             {"mend", name},
+                                             {name},
+                                             {"check", folder / name, "--" + name}}) {
+    const Ended ended = runZelvoAvi(line);
+    for (const std::string& said : {ended.out, ended.err}) {
+      EXPECT_EQ(said.find('\x9b'), std::string::npos) << line[0] << ": " << said;
+      EXPECT_EQ(said.find("\xe2\x80\xae"), std::string::npos) << line[0] << ": " << said;
+    }
+  }
+  EXPECT_THAT(runZelvoAvi({"check", folder / name}).out, HasSubstr(shown + ": can be repaired."));
+  EXPECT_THAT(runZelvoAvi({"check", folder / (name + name)}).err,
+              HasSubstr("no file named " + folder / (shown + shown)));
+  EXPECT_THAT(runZelvoAvi({"inspect", "--json", folder / name}).out, HasSubstr("/a\\u009b\xef\xbf\xbd\\u202e.avi\""));
+}
+
 TEST(CommandLine, ResultThatCannotBePrintedIsAFailure) {
   const TempFolder folder;
   writeFile(folder / "in.avi", SmallAvi{}.bytes());

@@ -42,13 +42,28 @@ TEST(Console, ProgressIsNotDrawnWithoutATerminal) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
+TEST(Console, NothingThatSteersATerminalReachesStandardError) {
+  const std::string hostile = "\x1b[2J\n\xc2\x9b\x9b\xe2\x80\xae.";
+  const std::string shown = "\\x1b[2J\\x0a\\u009b\\x9b\\u202e.";
+  Console console(true);
+  testing::internal::CaptureStderr();
+  console.error(hostile);
+  console.warning(hostile);
+  console.note(hostile);
+  console.logLine(hostile);
+  console.progress(hostile);
+
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "zelvo-avi: " + shown + "\nzelvo-avi: warning: " + shown + "\n" +
+                                                        shown + "\n" + shown + "\n\r\033[K" + shown);
+}
+
 TEST(ConsoleLog, LinesComeOnlyWhenWanted) {
   Console console(false);
   testing::internal::CaptureStderr();
   ConsoleLog(console, 0).line("silent");
-  ConsoleLog(console, 1).line("one\ntwo");
+  ConsoleLog(console, 1).line("one\ntwo\x9b");
 
-  EXPECT_EQ(testing::internal::GetCapturedStderr(), "one\\x0atwo\n");
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "one\\x0atwo\\x9b\n");
   EXPECT_FALSE(ConsoleLog(console, 1).tracesPositions());
   EXPECT_TRUE(ConsoleLog(console, 2).tracesPositions());
 }

@@ -106,6 +106,18 @@ TEST(DrivesTable, ControlCharactersOfADeviceAreMadeVisible) {
   EXPECT_THAT(answer.result, HasSubstr("a\\x1b[2Jb"));
 }
 
+TEST(DrivesTable, LabelsNeitherMoveTheCursorNorReorderALine) {
+  const std::string label = "a\xC2\x9B\x9B\xE2\x80\xAE.";
+  const auto tree = machine(
+      {above(node({{"BSD Name", "disk0"}}, "/dev/sda"), both(connectedBy("USB"), characteristics({{"Model", label}})))},
+      {mounted(("/m/" + label).c_str(), "/dev/disk0")});
+  for (const cli::DrivesOptions options : {cli::DrivesOptions{}, cli::DrivesOptions{.tree = true}}) {
+    EXPECT_THAT(drives(tree, options).result, HasSubstr("a\\u009b\\x9b\\u202e."));
+    EXPECT_THAT(drives(tree, options).result, Not(::testing::AnyOf(HasSubstr("\x9B"), HasSubstr("\xE2\x80\xAE"))));
+  }
+  EXPECT_THAT(drives(tree, {.json = true}).result, HasSubstr("/m/a\\u009b\xEF\xBF\xBD\\u202e.\""));
+}
+
 TEST(DrivesTable, WideNamesKeepTheColumnsInLine) {
   const DrivesAnswer answer = drives(machine({node({{"BSD Name", "disk0"}}, "/dev/sda")},
                                              {mountedWithSpace("/m/\xC3\xA4\xC3\xB6\xC3\xBC", "/dev/disk0", 1)}));
