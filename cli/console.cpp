@@ -18,9 +18,21 @@ void write(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 
 
 bool Console::result(std::string_view text) {
   if (resultError_) return false;
+  const std::lock_guard lock(mutex_);
+  const bool givesWay = resultIsTerminal_ && !progressLine_.empty();
+  if (givesWay) write(stderr, kEraseLine);
   errno = 0;
   if (std::fwrite(text.data(), 1, text.size(), stdout) < text.size()) {
     resultError_ = {errno == 0 ? EIO : errno, std::generic_category()};
+  }
+  if (resultIsTerminal_ && !text.empty()) resultLineIsOpen_ = text.back() != '\n';
+  if (givesWay) {
+    if (std::fflush(stdout) != 0) resultError_ = {errno == 0 ? EIO : errno, std::generic_category()};
+    if (resultLineIsOpen_) {
+      progressLine_.clear();
+    } else {
+      write(stderr, progressLine_);
+    }
   }
   return !resultError_;
 }
@@ -58,7 +70,7 @@ void Console::progress(std::string_view line) {
   if (!showsProgress()) return;
   std::string printable = platform::printableText(line);
   const std::lock_guard lock(mutex_);
-  if (printable == progressLine_) return;
+  if (printable == progressLine_ || resultLineIsOpen_) return;
   progressLine_ = std::move(printable);
   write(stderr, std::string(kEraseLine) + progressLine_);
 }

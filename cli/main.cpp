@@ -82,7 +82,7 @@ zelvo::cli::Exit withResultWritten(zelvo::cli::Exit exit, zelvo::cli::Console& c
 
 int main(int argc, char** argv) {
   installSignals();
-  zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1);
+  zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1, ::isatty(STDOUT_FILENO) == 1);
   zelvo::cli::Exit exit = zelvo::cli::Exit::ioFailed;
   try {
     const zelvo::cli::CommandLine line = zelvo::cli::readCommandLine(argc, argv, console);

@@ -34,6 +34,45 @@ TEST(Console, ProgressLineGivesWayToMessagesAndComesBack) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "\r\033[K50 %\r\033[Kzelvo-avi: bad\n50 %\r\033[K");
 }
 
+TEST(Console, ProgressLineGivesWayToAResultOnTheTerminal) {
+  Console console(true, true);
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  console.progress("50 %");
+  console.result("a line\n");
+  console.progress("");
+
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "\r\033[K50 %\r\033[K50 %\r\033[K");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "a line\n");
+}
+
+TEST(Console, ProgressLineNeverErasesThePartOfAResult) {
+  Console console(true, true);
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  console.progress("50 %");
+  console.result("{\"a\":");
+  console.progress("60 %");
+  console.progress("");
+  console.result("1}\n");
+  console.progress("70 %");
+
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "\r\033[K50 %\r\033[K\r\033[K70 %");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "{\"a\":1}\n");
+}
+
+TEST(Console, ProgressLineStaysWhereTheResultGoesElsewhere) {
+  Console console(true, false);
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  console.progress("50 %");
+  console.result("{");
+  console.progress("60 %");
+
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "\r\033[K50 %\r\033[K60 %");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "{");
+}
+
 TEST(Console, ProgressIsNotDrawnWithoutATerminal) {
   Console console(false);
   testing::internal::CaptureStderr();
