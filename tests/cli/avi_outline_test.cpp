@@ -3,9 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 #include "cli/avi_codes.h"
+#include "cli/shown_text.h"
 #include "tests/cli/memory_readable.h"
 #include "tests/cli/small_avi.h"
 
@@ -54,6 +56,10 @@ class Lines final : public OutlineSink {
       engine::FourCC code;
       code.value = value;
       lines.push_back(shownCode(code) + " x " + std::to_string(sum.chunks) + ", " + std::to_string(sum.bytes));
+      if (!sum.index) continue;
+      lines.back() += "; " + std::to_string(sum.index->entries) + " entries, " + std::to_string(sum.index->checked) +
+                      " checked, " + std::to_string(sum.index->matching) + " match, " +
+                      std::to_string(sum.index->unreadable) + " unreadable";
     }
   }
 
@@ -172,8 +178,70 @@ TEST(AviOutline, EndlessSmallChunksAreListedOnlyAtFirst) {
   for (int i = 0; i < 5000; ++i) content += chunk("JUNK", "");
   const auto lines = outlineOf(list("RIFF", "AVI ", content));
 
-  EXPECT_EQ(lines.size(), AviOutline::kMostListed + 3);
-  EXPECT_THAT(lines, testing::Contains("JUNK x 4000, 0"));
+  EXPECT_EQ(lines.size(), AviOutline::kMostListed + 2);  // with the form; and the sum, and the form's end
+  EXPECT_THAT(lines, testing::Contains("JUNK x 4001, 0"));
+}
+
+TEST(AviOutline, LimitHoldsForTheFileAndNotForEachList) {
+  std::string content;
+  for (int i = 0; i < 300; ++i)
+    content += list("LIST", "abcd", chunk("JUNK", "") + chunk("JUNK", "") + chunk("JUNK", ""));
+  const auto lines = outlineOf(list("RIFF", "AVI ", content));
+
+  const auto told =
+      std::count_if(lines.begin(), lines.end(), [](const auto& line) { return line.find('+') != std::string::npos; });
+  EXPECT_EQ(told, AviOutline::kMostListed);
+  EXPECT_THAT(lines, testing::IsSupersetOf({"JUNK x 1, 0", "LIST x 50, 200", "JUNK x 150, 0"}));
+}
+
+TEST(AviOutline, LimitHoldsForNestedLists) {
+  std::string content;
+  for (int i = 0; i < 5000; ++i) content += list("LIST", "abcd", list("LIST", "efgh", ""));
+  const auto lines = outlineOf(list("RIFF", "AVI ", content));
+
+  EXPECT_LE(lines.size(), 2 * AviOutline::kMostListed + 2);
+  EXPECT_THAT(lines, testing::Contains("LIST x 9000, 36000"));
+  EXPECT_EQ(outlineOf(list("RIFF", "AVI ", content), true).size(), 20002U);
+}
+
+TEST(AviOutline, LimitHoldsForForms) {
+  std::string bytes = list("RIFF", "AVI ", "");
+  for (int i = 0; i < 5000; ++i) bytes += list("RIFF", "AVIX", chunk("JUNK", "ab"));
+  const auto lines = outlineOf(bytes);
+
+  EXPECT_THAT(lines, testing::IsSupersetOf({"RIFF x 4500, 18000", "JUNK x 1, 2", "JUNK x 4500, 9000"}));
+  EXPECT_LE(lines.size(), 2 * AviOutline::kMostListed);
+}
+
+/// A standard index without entries but one, about a chunk "00dc" of `size` bytes at `target`.
+std::string indexOf(std::uint64_t target, std::uint64_t size) {
+  return chunk("ix00", test::le16(2) + std::string("\0\1", 2) + le32(1) + "00dc" + le32(target) + le32(0) + le32(0) +
+                           le32(8) + le32(size));
+}
+
+TEST(AviOutline, LimitHoldsForIndexesWhichAreCheckedAllTheSame) {
+  std::string content = chunk("00dc", "abcd");  // at byte 24
+  for (int i = 0; i < 3000; ++i) content += indexOf(24, 4);
+  const std::uint64_t wrong = 24 + content.size();
+  content += indexOf(24, 5);
+  const std::string bytes = list("RIFF", "AVI ", list("LIST", "movi", content));
+  const auto lines = outlineOf(bytes);
+
+  EXPECT_EQ(lines.size(), AviOutline::kMostListed + 5);  // two sums, two ends, a problem
+  EXPECT_THAT(lines, testing::Contains("ix00 x 2003, 64096; 2003 entries, 2003 checked, 2002 match, 0 unreadable"));
+  EXPECT_THAT(lines, testing::Contains("! " + std::to_string(wrong) +
+                                       " 1 of the 1 index entries do not match; in the first, number 1, the chunk at "
+                                       "byte 24 is 4 bytes long, not 5"));
+  EXPECT_THAT(outlineOf(bytes, true), testing::Contains("ix00 " + std::to_string(wrong) + "+32"));
+}
+
+TEST(AviOutline, OldIndexPastTheLimitIsCheckedToo) {
+  std::string content = list("LIST", "movi", chunk("00dc", "abcd"));  // its type at byte 20
+  for (int i = 0; i < 1000; ++i) content += chunk("JUNK", "");
+  content += chunk("idx1", "00dc" + le32(0x10) + le32(4) + le32(4));
+
+  EXPECT_THAT(outlineOf(list("RIFF", "AVI ", content)),
+              testing::Contains("idx1 x 1, 16; 1 entries, 1 checked, 1 match, 0 unreadable"));
 }
 
 TEST(AviOutline, ManyCodesAreSummedUpUnderFew) {
@@ -182,7 +250,7 @@ TEST(AviOutline, ManyCodesAreSummedUpUnderFew) {
     const std::string digits = std::to_string(10000 + i);
     content += chunk(digits.substr(1, 4), "");
   }
-  EXPECT_LE(outlineOf(list("RIFF", "AVI ", content)).size(), AviOutline::kMostListed + AviOutline::kMostSums + 3);
+  EXPECT_LE(outlineOf(list("RIFF", "AVI ", content)).size(), AviOutline::kMostListed + AviOutline::kMostSums + 2);
 }
 
 TEST(AviOutline, NoMoreThanAWindowIsReadAtATime) {
@@ -216,6 +284,151 @@ TEST(AviOutline, UnreadablePartIsRememberedAndWalkedPast) {
   EXPECT_THAT(lines.lines, testing::Contains("JUNK 200020+1"));
   EXPECT_EQ(outline.failures().count, 1U);
   EXPECT_EQ(outline.failures().firstOffset, 30000U);
+}
+
+/// A "movi" list whose type lies at byte 20: a chunk, damage of `length` bytes from byte 36 on, and another chunk.
+std::string damaged(std::size_t length, char filling) {
+  return list("RIFF", "AVI ",
+              list("LIST", "movi", chunk("00dc", "abcd") + std::string(length, filling) + chunk("01wb", "ef")));
+}
+
+std::vector<std::string> outlineWithUnreadable(const std::string& bytes, std::uint64_t start, std::uint64_t end) {
+  test::MemoryReadable file(bytes);
+  file.makeUnreadable(start, end);
+  Lines lines;
+  AviOutline outline(file, lines, kNeverEnding, true);
+  outline.walk();
+  EXPECT_EQ(lines.open(), 0);
+  EXPECT_FALSE(outline.wasStopped());
+  return lines.lines;
+}
+
+TEST(AviOutline, SearchGoesOnBehindWhatCannotBeRead) {
+  EXPECT_THAT(outlineWithUnreadable(damaged(20000, '\0'), 8192, 12288),
+              ElementsAre("RIFF AVI  0+20038", "LIST movi 12+20026", "00dc 24+4",
+                          "! 36 20,000 bytes, of which 4,096 cannot be read, are no chunks", "01wb 20036+2", "end LIST",
+                          "end RIFF"));
+}
+
+TEST(AviOutline, ChunkRightBehindAnUnreadableSectorIsFound) {
+  for (const std::uint64_t sectors : {1U, 2U, 7U, 8U, 9U, 24U, 100U}) {
+    const std::uint64_t chunkAt = 512 * (sectors + 1);
+    EXPECT_THAT(outlineWithUnreadable(damaged(chunkAt - 36, '\0'), 36, chunkAt),
+                testing::IsSupersetOf({"! 36 " + counted(chunkAt - 36, "byte") + " cannot be read",
+                                       "01wb " + std::to_string(chunkAt) + "+2"}))
+        << sectors;
+  }
+}
+
+TEST(AviOutline, UnreadableChunkHeaderIsNotSaidToBeZero) {
+  const auto lines = outlineWithUnreadable(damaged(4060, '\0'), 24, 512);
+
+  EXPECT_THAT(lines,
+              testing::IsSupersetOf({"! 24 4,072 bytes, of which 488 cannot be read, are no chunks", "01wb 4096+2"}));
+}
+
+TEST(AviOutline, UnreadableEndOfTheFileIsTold) {
+  EXPECT_THAT(
+      outlineWithUnreadable(list("RIFF", "AVI ", "") + std::string(100000, '\0'), 50000, 100012),
+      ElementsAre("RIFF AVI  0+4", "end RIFF", "! 12 100,000 bytes, of which 50,012 cannot be read, are no chunks"));
+}
+
+TEST(AviOutline, UnreadableHeaderPayloadIsTold) {
+  EXPECT_THAT(outlineWithUnreadable(list("RIFF", "AVI ", chunk("avih", std::string(56, '\1'))), 30, 40),
+              testing::IsSupersetOf({"avih 12+56", "! 12 what it holds cannot be read from byte 30 on"}));
+}
+
+TEST(AviOutline, UnreadableBeginningIsNotSaidToBeWrong) {
+  EXPECT_THAT(outlineWithUnreadable(list("RIFF", "AVI ", chunk("JUNK", "")), 6, 10).front(),
+              "! 0 the first 12 bytes cannot be read");
+}
+
+TEST(AviOutline, StopInDamageSaysWhatWasNotLookedAt) {
+  test::MemoryReadable file(damaged(1000000, '\0'));
+  Lines lines;
+  int asked = 0;
+  AviOutline outline(
+      file, lines, [&asked] { return ++asked > 30; }, true);
+  outline.walk();
+
+  EXPECT_TRUE(outline.wasStopped());
+  EXPECT_EQ(lines.open(), 0);
+  const std::uint64_t reached = outline.position();
+  EXPECT_GT(reached, 36U);
+  EXPECT_LT(reached, 1000000U);
+  EXPECT_THAT(lines.lines, ElementsAre("RIFF AVI  0+1000038", "LIST movi 12+1000026", "00dc 24+4",
+                                       "! 36 " + counted(reached - 36, "byte") + ", all zero, are no chunks",
+                                       "! " + std::to_string(reached) + " stopped here; " +
+                                           counted(1000046 - reached, "byte") + " were not looked at",
+                                       "end LIST", "end RIFF"));
+}
+
+TEST(AviOutline, StopAtTheFirstQuestionClaimsNothing) {
+  test::MemoryReadable file(damaged(1000, '\0'));
+  Lines lines;
+  AviOutline outline(
+      file, lines, [] { return true; }, true);
+  outline.walk();
+
+  EXPECT_TRUE(outline.wasStopped());
+  EXPECT_THAT(lines.lines, ElementsAre("! 0 stopped here; 1,046 bytes were not looked at"));
+}
+
+TEST(AviOutline, StopAmongUnreadablePagesEndsTheSearch) {
+  test::MemoryReadable file(damaged(10000000, '\0'));
+  file.makeUnreadable(4096, 9000000);
+  Lines lines;
+  int asked = 0;
+  AviOutline outline(
+      file, lines, [&asked] { return ++asked > 30; }, true);
+  outline.walk();
+
+  EXPECT_TRUE(outline.wasStopped());
+  EXPECT_LT(outline.position(), 1000000U);
+  EXPECT_LT(outline.failures().count, 40U);
+  EXPECT_THAT(lines.lines, testing::Contains(HasSubstr("were not looked at")));
+}
+
+TEST(AviOutline, StopAmongTheEntriesOfTheLastIndexIsAStopToo) {
+  const std::string entry = "00dc" + le32(0x10) + le32(4) + le32(4);
+  test::MemoryReadable file(
+      list("RIFF", "AVI ", list("LIST", "movi", chunk("00dc", "abcd")) + chunk("idx1", entry + entry + entry)));
+  Lines lines;
+  int asked = 0;
+  AviOutline outline(
+      file, lines, [&asked] { return ++asked > 5; }, true);
+  outline.walk();
+
+  EXPECT_TRUE(outline.wasStopped());
+  EXPECT_THAT(lines.lines, testing::Not(testing::Contains(HasSubstr("looked at"))));
+}
+
+TEST(AviOutline, StopAfterTheEndIsNone) {
+  test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "ab")));
+  Lines lines;
+  AviOutline outline(
+      file, lines, [&lines] { return lines.lines.size() >= 3; }, true);
+  outline.walk();
+
+  EXPECT_FALSE(outline.wasStopped());
+}
+
+TEST(AviOutline, FileThatShrinksIsNotSaidToBeZeroWhereItWas) {
+  test::MemoryReadable file(damaged(1000000, '\0'));
+  Lines lines;
+  int asked = 0;
+  AviOutline outline(
+      file, lines,
+      [&] {
+        if (++asked == 20) file.cutTo(400000);
+        return false;
+      },
+      true);
+  outline.walk();
+
+  EXPECT_EQ(lines.open(), 0);
+  EXPECT_THAT(lines.lines, testing::IsSupersetOf({"! 400000 the file ends here by now; it was 1,000,046 bytes long",
+                                                  "! 36 399,964 bytes, all zero, are no chunks"}));
 }
 
 TEST(AviOutline, FileThatShrinksIsSurvived) {

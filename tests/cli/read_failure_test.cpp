@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/check_command.h"
+#include "cli/inspect_command.h"
 #include "cli/repair_command.h"
 #include "cli/surroundings.h"
 #include "platform/headless/screen.h"
@@ -62,7 +63,7 @@ class ReadFailure : public testing::Test {
     std::string err;
   };
 
-  /// Runs a command on an input that `make` opens, with `--json` when the command takes it as its first flag.
+  /// Runs a command on an input that `make` opens, with `--json`.
   Said run(std::unique_ptr<Command> command, std::function<std::unique_ptr<platform::ReadableFile>()> make) {
     test::writeFile(input_, bytes_);
     PreparedFiles files(input_, std::move(make));
@@ -91,6 +92,7 @@ class ReadFailure : public testing::Test {
                         .stopRequested = stop};
     for (const Option& option : command->options()) {
       if (option.names == "INPUT") std::get<std::vector<std::string>*>(option.target)->push_back(input_);
+      if (option.names == "FILE") *std::get<std::string*>(option.target) = input_;
       if (option.names == "--json") *std::get<bool*>(option.target) = true;
     }
     testing::internal::CaptureStdout();
@@ -148,6 +150,17 @@ TEST_F(ReadFailure, CheckTellsOfUnreadableDataToo) {
   EXPECT_EQ(said.exit, Exit::ioFailed);
   EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"repairable\""));
   EXPECT_THAT(said.err, HasSubstr("failed, the first at byte"));
+}
+
+TEST_F(ReadFailure, InspectGoesOnBehindUnreadableHeadersAndAnswersThree) {
+  const Said said = run(makeInspectCommand(), unreadable(100, 200));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("cannot be read at byte 100: Input/output error."));
+  EXPECT_THAT(said.out, HasSubstr("\"type\":\"movi\""));
+  EXPECT_THAT(said.out, HasSubstr("\"stopped\":false"));
+  EXPECT_THAT(said.out, testing::Not(HasSubstr("\"read_errors\":0")));
+  EXPECT_THAT(said.out, testing::Not(HasSubstr("all zero")));
 }
 
 TEST_F(ReadFailure, InputThatShrinksMeanwhileIsAFailureWithoutOutput) {
