@@ -31,16 +31,37 @@ std::string exampleOfEach() {
   return examples;
 }
 
-/// The arguments behind the program's name, in the parser's order: the last first. The parser takes a text between
-/// brackets for a list, so a path of that form gets a "./" before it.
+/// The parser takes a text between brackets for a list. Before an argument that begins with a bracket goes this
+/// character, and before one that begins with the character itself; it is taken off what the parser stores.
+constexpr char kMark = '\x01';
+
+std::string marked(std::string argument) {
+  if (argument.starts_with('[') || argument.starts_with(kMark)) argument.insert(0, 1, kMark);
+  return argument;
+}
+
+std::string asTyped(std::string argument) {
+  if (argument.starts_with(kMark)) argument.erase(0, 1);
+  return argument;
+}
+
+/// The arguments behind the program's name, in the parser's order: the last first.
 std::vector<std::string> argumentsFrom(int argc, const char* const* argv) {
   std::vector<std::string> arguments;
-  for (int i = argc - 1; i > 0; --i) {
-    std::string argument = argv[i];
-    if (argument.starts_with('[') && argument.ends_with(']')) argument.insert(0, "./");
-    arguments.push_back(std::move(argument));
-  }
+  for (int i = argc - 1; i > 0; --i) arguments.push_back(marked(argv[i]));
   return arguments;
+}
+
+/// A sentence of the parser with the arguments in it as they were typed.
+std::string withArgumentsAsTyped(std::string sentence, int argc, const char* const* argv) {
+  for (int i = 1; i < argc; ++i) {
+    const std::string mark = marked(argv[i]);
+    if (mark == argv[i]) continue;
+    for (std::size_t at = sentence.find(mark); at != std::string::npos; at = sentence.find(mark, at)) {
+      sentence.replace(at, mark.size(), argv[i]);
+    }
+  }
+  return sentence;
 }
 
 void addOption(CLI::App& app, const Option& option) {
@@ -61,6 +82,8 @@ void addOption(CLI::App& app, const Option& option) {
         }
       },
       option.target);
+  const bool isSwitch = std::holds_alternative<bool*>(option.target) || std::holds_alternative<int*>(option.target);
+  if (!isSwitch) added->transform(asTyped);
   if (!option.value.empty()) added->option_text(option.value);
   if (!option.names.starts_with('-')) {
     added->option_text(std::holds_alternative<std::vector<std::string>*>(option.target) ? "..." : "");
@@ -126,7 +149,7 @@ CommandLine readCommandLine(int argc, const char* const* argv, Console& console)
     const std::string_view command = chosenCommand(app);
     return misused(console, command.empty() ? "no command was given." : "no input was given.", command);
   } catch (const CLI::Error& error) {
-    return misused(console, error.what(), chosenCommand(app));
+    return misused(console, withArgumentsAsTyped(error.what(), argc, argv), chosenCommand(app));
   }
 
   const std::string_view chosen = chosenCommand(app);

@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "cli/shown_text.h"
 #include "tests/cli/program.h"
 #include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
@@ -8,8 +9,10 @@
 namespace zelvo::test {
 namespace {
 
+using testing::AnyOf;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::StartsWith;
 
 class WrongUse : public testing::TestWithParam<std::vector<std::string>> {};
@@ -78,6 +81,32 @@ TEST(CommandLine, InputMayStandBetweenBrackets) {
   const Ended ended = run({"sh", "-c", "cd \"$1\" && " ZELVO_AVI " check '[a,b]'", "sh", folder.path()});
 
   EXPECT_EQ(ended.exit, 0) << ended.err;
+}
+
+TEST(CommandLine, NameBetweenBracketsIsToldAsTyped) {
+  for (const std::string name : {"[]", "[a,b]", "[[x]]", "[", "\x01[]", "\x01", "{}"}) {
+    const std::string shown = cli::shownText(name);
+    for (const char* command : {"repair", "check", "inspect"}) {
+      EXPECT_EQ(runZelvoAvi({command, name}).err, "zelvo-avi: there is no file named " + shown + ".\n");
+    }
+    EXPECT_THAT(runZelvoAvi({"check", "--json", name}).out, HasSubstr("there is no file named "));
+    const std::string said = runZelvoAvi({"inspect", "a.avi", name}).err;
+    EXPECT_THAT(said, HasSubstr(shown));
+    EXPECT_THAT(said, Not(AnyOf(HasSubstr("./" + shown), HasSubstr("\\x01" + shown))));
+  }
+}
+
+TEST(CommandLine, OutputBetweenBracketsIsToldAsTyped) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", SmallAvi{}.bytes());
+
+  for (const char* options : {"-o '[]'", "--output='[x]'", "--into '[y]' --"}) {
+    const std::string script = std::string("cd \"$1\" && " ZELVO_AVI " repair ") + options + " in.avi";
+    const Ended ended = run({"sh", "-c", script, "sh", folder.path()});
+    EXPECT_EQ(ended.exit, 0) << ended.err;
+    EXPECT_THAT(ended.out, HasSubstr("  Written:   ["));
+  }
+  EXPECT_EQ(folder.names(), (std::vector<std::string>{"[]", "[x]", "[y]", "in.avi"}));
 }
 
 TEST(CommandLine, InputWithADashGoesBehindTwo) {
