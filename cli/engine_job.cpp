@@ -1,6 +1,7 @@
 #include "cli/engine_job.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -50,9 +51,16 @@ std::string listed(const std::vector<std::string>& parts) {
   return text;
 }
 
-std::optional<std::uint32_t> formatTagOf(const platform::Bytes& format) {
-  if (format.size() < 2) return std::nullopt;
-  return std::to_integer<std::uint32_t>(format[0]) | std::to_integer<std::uint32_t>(format[1]) << 8U;
+/// wFormatTag. It is read where it lies when the payload is too large to be held; `input` may then be null.
+std::optional<std::uint32_t> formatTagOf(const engine::FormatPayload& format, platform::ReadableFile* input) {
+  std::array<std::byte, 2> tag{};
+  if (format.held.size() >= tag.size()) {
+    std::copy_n(format.held.begin(), tag.size(), tag.begin());
+  } else if (input == nullptr || format.rangeSize < tag.size() ||
+             input->readAt(format.rangeOffset, tag).count < tag.size()) {
+    return std::nullopt;
+  }
+  return std::to_integer<std::uint32_t>(tag[0]) | std::to_integer<std::uint32_t>(tag[1]) << 8U;
 }
 
 std::string audioCodec(const platform::Bytes& handler) {
@@ -142,8 +150,8 @@ void EngineJob::reportFindings(Outcome& outcome) {
                                                  .audiosamplesizearray = job.audiosamplesizearray});
   outcome.video =
       StreamFound{job.videocodecstring.get().value_or(""), std::nullopt, job.videosamplecount, layout.videodatasize};
-  outcome.audio = StreamFound{audioCodec(job.audiocodec), formatTagOf(job.audiostrfdata.held), job.audiosamplecount,
-                              layout.audiodatasize};
+  const auto tag = formatTagOf(job.audiostrfdata, files_.openForReading(outcome.inputPath).file.get());
+  outcome.audio = StreamFound{audioCodec(job.audiocodec), tag, job.audiosamplecount, layout.audiodatasize};
   outcome.outputSize = layout.RIFFLISTsize + 8;
 
   const std::string input = shownText(outcome.inputPath);

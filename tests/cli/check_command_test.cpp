@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdio>
+
 #include "tests/cli/program.h"
 #include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
@@ -37,6 +39,23 @@ TEST(CheckCommand, FindsAndWeighsWhatARepairThenWrites) {
   EXPECT_EQ(from(checked, "\"video\""), from(repaired, "\"video\""));
   EXPECT_THAT(checked,
               HasSubstr("\"path\":null,\"size\":" + std::to_string(readFile(folder / "in-repaired.avi").size())));
+}
+
+TEST(CheckCommand, FormatTagIsToldHoweverLargeTheFormatClaimsToBe) {
+  const TempFolder folder;
+  std::string bytes = SmallAvi{}.bytes();
+  const std::size_t size = bytes.find("auds") + 60;  // of the format behind the audio stream's header
+  ASSERT_EQ(bytes.substr(size - 4, 4), "strf");
+  for (const std::uint64_t claimed : {18U, 65536U, 65537U, 500000U, 0xffffffffU}) {
+    bytes.replace(size, 4, le32(claimed));
+    writeFile(folder / "in.avi", bytes);
+    for (const char* command : {"check", "repair"}) {
+      EXPECT_THAT(runZelvoAvi({command, "--json", folder / "in.avi", "-q"}).out,
+                  HasSubstr("\"format_tag\":1,\"chunks\":150"))
+          << command << ", " << claimed;
+      static_cast<void>(std::remove((folder / "in-repaired.avi").c_str()));
+    }
+  }
 }
 
 TEST(CheckCommand, ExitsAsARepairWould) {
