@@ -90,6 +90,17 @@ TEST(OldIndex, EntriesThatCannotBeReadAreNotCalledWrong) {
   EXPECT_EQ(report.firstWrong, 201U);
 }
 
+TEST(OldIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
+  const std::string entries = entry("00dc", 0x10, 4, 4) + entry("01wb", 0, 16, 2);
+  const std::string far = data() + entries + std::string(2000, '.');
+  test::MemoryReadable file(far + entries);
+  file.makeUnreadable(far.size(), far.size() + 1);
+  IndexCheck check(file, kNeverEnding);
+
+  EXPECT_GT(check.oldIndex(far.size(), entries.size(), kMovi).unreadable, 0U);
+  EXPECT_EQ(check.oldIndex(data().size(), entries.size(), kMovi).matching, 2U);
+}
+
 TEST(OldIndex, ChunkThatCannotBeReadIsNotSaidToBeMissing) {
   const std::string entries = entry("00dc", 0x10, 4, 4) + entry("01wb", 0, 16, 2);
   test::MemoryReadable file(data() + entries);
@@ -162,6 +173,17 @@ TEST(SuperIndex, EntriesPointAtStandardIndexes) {
   EXPECT_EQ(report.firstWrong, 2U);
   EXPECT_THAT(report.whatIsWrong, HasSubstr("lies \"00dc\", not a standard index"));
   EXPECT_FALSE(report.keyFrames);
+}
+
+TEST(StandardIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
+  const std::string index = standardIndex(1, "00dc", 104, le32(8) + le32(4));
+  const std::string far = data() + index + std::string(2000, '.');
+  test::MemoryReadable file(far + index);
+  file.makeUnreadable(far.size() + 24, far.size() + 25);
+  IndexCheck check(file, kNeverEnding);
+
+  EXPECT_EQ(check.openDmlIndex(far.size(), index.size()).unreadable, 1U);
+  EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).matching, 1U);
 }
 
 TEST(SuperIndex, IndexThatCannotBeReadIsNotSaidToBeMissing) {

@@ -374,6 +374,30 @@ TEST(AviOutline, StopAtTheFirstQuestionClaimsNothing) {
   EXPECT_THAT(lines.lines, ElementsAre("! 0 stopped here; 1,046 bytes were not looked at"));
 }
 
+TEST(AviOutline, StopInAListOfOddSizeEndsWhereItSays) {
+  test::MemoryReadable file(list("RIFF", "AVI ", std::string(100001, '\0')) + std::string(100, '\0'));
+  Lines lines;
+  int asked = 0;
+  AviOutline outline(
+      file, lines, [&asked] { return ++asked > 9; }, true);
+  outline.walk();
+
+  EXPECT_THAT(lines.lines, testing::Contains(HasSubstr(std::to_string(outline.position()) + " stopped here; ")));
+}
+
+TEST(AviOutline, StopBeforeDamageWasLookedAtDoesNotTellOfIt) {
+  const std::string bytes = list("RIFF", "AVI ", std::string(5000, '\0'));
+  for (int questions = 0; questions < 6; ++questions) {
+    test::MemoryReadable file(bytes);
+    Lines lines;
+    int asked = 0;
+    AviOutline outline(
+        file, lines, [&] { return asked++ == questions; }, true);
+    outline.walk();
+    EXPECT_THAT(lines.lines, testing::Not(testing::Contains(HasSubstr(" 0 bytes")))) << questions;
+  }
+}
+
 TEST(AviOutline, StopAmongUnreadablePagesEndsTheSearch) {
   test::MemoryReadable file(damaged(10000000, '\0'));
   file.makeUnreadable(4096, 9000000);
