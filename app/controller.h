@@ -241,6 +241,11 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
 
   void openPanelEnded(const platform::OpenPanel& openPanel, int returnCode, bool logsSize);
   void fileChosen(const std::string& file, bool logsSize);
+  /// An alert: what the user named does not answer.
+  void tellNotAnswering(const char* title);
+  /// Asks the place of a save, and beside it the input, before anything of them is looked at. True when the place
+  /// answers; whether the input does is kept in `inputAnswers_`.
+  [[nodiscard]] bool placeAnswers(const std::string& folder);
   void forgetPath();
   void endAndHide(platform::Window& sheet);
   void buildTipsLink();
@@ -283,7 +288,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   std::optional<engine::WriteFailure> untoldFailure_;      ///< met while the notice was up
   bool waiting_ = false;                                   ///< the notice is up
   bool terminated_ = false;
-  int choosersAsked_ = 0;  ///< calls of `openFinderWindow` under way
+  bool inputAnswers_ = true;  ///< at the last save
+  int choosersAsked_ = 0;     ///< calls of `openFinderWindow` under way
 };
 
 }  // namespace zelvo::app

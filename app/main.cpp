@@ -22,6 +22,7 @@
 #include "platform/linux/linux_launcher.h"
 #include "platform/linux/linux_log.h"
 #include "platform/linux/linux_main_queue.h"
+#include "platform/linux/linux_path_probe.h"
 #include "platform/linux/linux_print_sink.h"
 #include "platform/linux/linux_property_lists.h"
 #include "platform/linux/linux_reachability.h"
@@ -169,6 +170,7 @@ class Program {
   const system_::LinuxBundle bundle_{files_, propertyLists_, system_::LinuxBundle::runningProgram()};
   const platform::PathMapper paths_{bundle_.prefix().value_or("/opt")};
   const std::string applications_ = paths_.mapped(app::texts::kApplications);
+  system_::LinuxPathProbe pathProbe_{system_::LinuxPathProbe::programBeside(system_::LinuxBundle::runningProgram())};
   system_::LinuxLauncher launcher_{propertyLists_, applications_};
 
   platform::NotificationCentre notifications_;
@@ -183,7 +185,7 @@ class Program {
   qt::QtSheets sheets_{window_.panels(), mainQueue_};
   qt::QtAlertPanels alertPanels_{window_.panels(), application_};
   qt::QtWaitPanels waitPanels_{window_.panels(), application_};
-  qt::QtPanels panels_{window_.panels(), alertPanels_};
+  qt::QtPanels panels_{window_.panels(), alertPanels_, &pathProbe_};
   qt::QtActions actions_;
   qt::QtTracking tracking_;
   qt::QtCursor cursor_;
@@ -222,6 +224,7 @@ class Program {
                        .workspace = workspace_,
                        .bundle = bundle_,
                        .paths = paths_,
+                       .pathProbe = pathProbe_,
                        .updateCheck = updates_,
                        .lookAtStorage =
                            [] {

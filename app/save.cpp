@@ -31,7 +31,8 @@ void Orlin_Repair_AVIAppDelegate::save(platform::Button*) {
 platform::NameVerdict Orlin_Repair_AVIAppDelegate::judgeSaveName(const std::string& path) {
   using Kind = platform::NameVerdict::Kind;
   const std::string file = path + std::string(texts::kSavedFile);
-  if (areOneFile(file, engine::path.get())) return {Kind::refused, texts::kWouldReplaceInput};
+  if (!placeAnswers(path)) return {};  // told when the panel has ended
+  if (inputAnswers_ && areOneFile(file, engine::path.get())) return {Kind::refused, texts::kWouldReplaceInput};
   const auto there = services_.fileManager.attributesFollowingLinks(path);
   if (there && there->kind != platform::FileAttributes::Kind::folder) {
     return {Kind::refused, "A file of that name is there already. Please choose another name."};
@@ -42,6 +43,14 @@ platform::NameVerdict Orlin_Repair_AVIAppDelegate::judgeSaveName(const std::stri
   return {};
 }
 
+bool Orlin_Repair_AVIAppDelegate::placeAnswers(const std::string& folder) {
+  const auto answers = services_.pathProbe.ask(
+      {folder, folder + std::string(texts::kSavedFile), engine::path.get().value_or(std::string("/"))});
+  // A file on a disk that does not answer cannot be the file on one that does.
+  inputAnswers_ = answers[2].answered;
+  return answers[0].answered && answers[1].answered;
+}
+
 void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThatEnded, int returnCode, void*) {
   const std::optional<std::string> chosen = panelThatEnded.filename();
   if (returnCode != platform::kPanelOk || !chosen) {
@@ -50,6 +59,11 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   }
   panelThatEnded.endSheet();
   panelThatEnded.orderOut();
+  if (!placeAnswers(*chosen)) {  // Decision 0044
+    tellNotAnswering(texts::kCannotSaveThereTitle);
+    outlets.savebutton.setEnabled(true);
+    return;
+  }
   savepath = *chosen;
   outputFileManager = &services_.fileManager;
   // Deliberate: before the space is checked, and it stays. Where it cannot be made, no space is found.
@@ -97,7 +111,8 @@ void Orlin_Repair_AVIAppDelegate::saveFile() {
 std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uint64_t size) {
   const std::string rebuilt = unipath().value_or("");
   // The save panel refuses such a name; the file can still have come to stand there since.
-  if (areOneFile(savingNameFromUser, engine::path.get()) || areOneFile(savingNameFromUser, rebuilt)) {
+  const bool isInput = inputAnswers_ && areOneFile(savingNameFromUser, engine::path.get());
+  if (isInput || areOneFile(savingNameFromUser, rebuilt)) {
     return texts::kWouldReplaceInput;
   }
   if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return error.message() + ".";

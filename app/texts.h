@@ -78,6 +78,10 @@ inline constexpr const char* kCannotBeChosenTitle = "This cannot be chosen";
 inline constexpr const char* kNotAFilmMessage =
     "Only films whose names end in .avi, .divx or .xvid can be repaired here. Nothing was changed in your file.";
 inline constexpr const char* kNoSuchFilmMessage = "There is no such film. It may have been moved, renamed or removed.";
+inline constexpr const char* kCannotSaveThereTitle = "The film cannot be saved there";
+inline constexpr const char* kNotAnsweringMessage =
+    "The disk or server does not answer. Nothing was changed. Please try again when it is back, or choose another "
+    "place.";
 inline constexpr const char* kFinishingTitle = "Finishing the repaired file";
 inline constexpr const char* kFinishingMessage = "The last part is still being written. This takes only a moment.";
 inline constexpr const char* kFinishingCancel = "Cancel";

@@ -60,6 +60,10 @@ inline QString wrongExtension(const QStringList& extensions) {
   return QStringLiteral("Only files whose names end in ") + list + QStringLiteral(" can be chosen.");
 }
 inline QString noOrdinaryFile() { return QStringLiteral("That is not an ordinary file. Please choose another."); }
+inline QString doesNotAnswer() {
+  return QStringLiteral(
+      "The disk or server does not answer. Please try again when it is back, or choose another place.");
+}
 inline QString unreadableFile() {
   return QStringLiteral("You may not read that file. Please choose another, or ask its owner.");
 }

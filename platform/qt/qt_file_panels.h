@@ -37,6 +37,9 @@ class QtOpenPanel final : public OpenPanel, public std::enable_shared_from_this<
   void accept();
   void acceptNothingTyped();
   void take(const std::string& path);
+  /// Takes a path that does not answer, when its name is one that can be chosen.
+  void takeUnseen(const std::string& path);
+  void takeIn(const std::string& path, const std::string& folder);
   void enterInstead(const std::string& folder);
   /// Why the file cannot be chosen; empty when it can.
   [[nodiscard]] QString objection(const std::string& path) const;
@@ -82,8 +85,9 @@ class QtSavePanel final : public SavePanel, public std::enable_shared_from_this<
 
 class QtPanels final : public Panels {
  public:
-  /// `alerts` asks what a save panel must ask.
-  QtPanels(PanelStack& stack, AlertPanels& alerts);
+  /// `alerts` asks what a save panel must ask. With a `probe`, no panel looks at a path that does not answer: it is taken
+  /// as it is, and whoever gets it must ask in turn.
+  QtPanels(PanelStack& stack, AlertPanels& alerts, PathProbe* probe = nullptr);
   ~QtPanels() override;
 
   [[nodiscard]] std::shared_ptr<OpenPanel> openPanel() override;

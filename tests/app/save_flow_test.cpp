@@ -96,6 +96,57 @@ TEST_F(Save, TheBarStartsAtZero) {
   EXPECT_EQ(app.screen.saveprogressbar.doubleValue(), 0.0);
 }
 
+TEST_F(Save, APlaceThatDoesNotAnswerEndsLikeACancelledPanelWithANotice) {
+  arrive();
+  app.pathProbe.dead = {"/mnt/gone"};
+  app.press(app.screen.savebutton);
+  app.events.clear();
+
+  EXPECT_TRUE(app.panels.lastSavePanel()->choose("/mnt/gone/Repaired"));
+
+  EXPECT_EQ(
+      app.takeEvents(),
+      (Lines{"savePanel.endSheet()", "savePanel.orderOut()",
+             "alert(\"The film cannot be saved there\", \"The disk or server does not answer. Nothing was changed. "
+             "Please try again when it is back, or choose another place.\", \"OK\", nothing, nothing)",
+             "savebutton.setEnabled(yes)"}));
+  EXPECT_FALSE(app.fileManager.hasFolder("/mnt/gone/Repaired"));
+  EXPECT_EQ(app::savepath, "");
+  EXPECT_EQ(workers.waiting(), 0U);
+}
+
+TEST_F(Save, AFileThereThatDoesNotAnswerEndsItToo) {
+  arrive();
+  app.pathProbe.dead = {kSaved};
+
+  EXPECT_TRUE(saveAs(kFolder));
+
+  EXPECT_FALSE(app.fileManager.hasFolder(kFolder));
+  EXPECT_TRUE(app.screen.savebutton.isEnabled());
+}
+
+TEST_F(Save, AnInputThatDoesNotAnswerIsNotComparedAndDoesNotHinderTheSave) {
+  arrive();
+  // The file that is there passes for the input, were that looked at.
+  app.files.put(kInput, app.files.content(kScratch1));
+  app.fileManager.links[kSaved] = kInput;
+  app.pathProbe.dead = {"/films"};
+
+  app.press(app.screen.savebutton);
+  app.panels.lastSavePanel()->choose(kFolder, true);
+
+  EXPECT_NE(app.screen.savecompletedtext.stringValue().find("was saved as"), std::string::npos)
+      << app.screen.savecompletedtext.stringValue();
+}
+
+TEST_F(Save, ThePlaceIsAskedBeforeItsNameIsJudged) {
+  arrive();
+  app.fileManager.links["/mnt/gone/Repaired"] = kInput;  // a file, which a look would have refused
+  app.pathProbe.dead = {"/mnt/gone"};
+
+  EXPECT_EQ(app.controller->judgeSaveName("/mnt/gone/Repaired").kind, platform::NameVerdict::Kind::taken);
+}
+
 TEST_F(Save, AFolderOfTheChosenNameHoldsTheFile) {
   arrive();
 
