@@ -227,8 +227,8 @@ class Program {
                        .pathProbe = pathProbe_,
                        .updateCheck = updates_,
                        .lookAtStorage =
-                           [] {
-                             const auto snapshot = std::make_shared<system_::LinuxStorageSnapshot>();
+                           [this] {
+                             const auto snapshot = std::make_shared<system_::LinuxStorageSnapshot>(pathProbe_);
                              return platform::StorageView{snapshot, snapshot};
                            },
                        .printed = printed_,

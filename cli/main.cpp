@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdio>
 #include <new>
+#include <span>
 
 #include "cli/command_line.h"
 #include "cli/surroundings.h"
@@ -13,9 +14,11 @@
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
 #include "platform/linux/linux_new_files.h"
+#include "platform/linux/linux_path_probe.h"
 #include "platform/linux/linux_property_lists.h"
 #include "platform/linux/linux_storage.h"
 #include "platform/linux/linux_workers.h"
+#include "platform/linux/path_probe_child.h"
 
 namespace {
 
@@ -56,8 +59,9 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
   headless::HeadlessSheets sheets(mainQueue, nullptr);
   const headless::Screen screen;
   system::LinuxPropertyLists propertyLists;
-  const auto lookAtStorage = [] {
-    const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>();
+  system::LinuxPathProbe pathProbe(system::LinuxPathProbe::thisProgram());
+  const auto lookAtStorage = [&pathProbe] {
+    const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>(pathProbe);
     return zelvo::cli::StorageView{snapshot, snapshot};
   };
   zelvo::cli::Surroundings around{
@@ -81,6 +85,8 @@ zelvo::cli::Exit withResultWritten(zelvo::cli::Exit exit, zelvo::cli::Console& c
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::span<char* const> arguments(argv, static_cast<std::size_t>(argc));
+  if (zelvo::platform::linux_::isProbeChild(arguments)) zelvo::platform::linux_::answerForPaths(arguments);
   installSignals();
   zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1);
   zelvo::cli::Exit exit = zelvo::cli::Exit::ioFailed;
