@@ -160,7 +160,11 @@ Screen::Screen(Events* events)
                  .savecompletedokbutton = savecompletedokbutton,
                  .savecompletedtext = savecompletedtext,
                  .PreviewErrorWindow = PreviewErrorWindow,
-                 .PreviewErrorokbutton = PreviewErrorokbutton} {
+                 .PreviewErrorokbutton = PreviewErrorokbutton,
+                 .own = {.chosenfilm = chosenfilm,
+                         .runprogress = runprogress,
+                         .filmreport = filmreport,
+                         .rejectionreason = rejectionreason}} {
   previewbutton.setTwoState(true);
 }
 

@@ -7,6 +7,7 @@
 
 #include "platform/headless/elements.h"
 #include "platform/headless/events.h"
+#include "platform/headless/own_elements.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/outlets.h"
@@ -110,6 +111,11 @@ class Screen {
   HeadlessTextField savecompletedtext;
   HeadlessWindow PreviewErrorWindow;
   HeadlessButton PreviewErrorokbutton;
+
+  HeadlessChosenFilm chosenfilm;
+  HeadlessRunProgress runprogress;
+  HeadlessFilmReport filmreport;
+  HeadlessRejection rejectionreason;
 
   JobOutlets job;
   /// `stoprepairwindow`, `stopbutton`, `pathfield`, `previewbutton`, `tabview` and `mainWindow` are the job's elements.

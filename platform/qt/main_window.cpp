@@ -81,7 +81,11 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
   fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
   panels_->setObserver([this] { panelsChanged(); });
   panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
+  resultPage_->filmreport->setSheet(fixedPanels_->repaircompletedwindow);
   fillOutlets(movieView);
+  for (FlatProgressBar* bar : {repairPage_->bar, &fixedPanels_->saveBar}) {
+    connect(bar, &QProgressBar::valueChanged, this, [this] { showTitle(); });
+  }
   addShortcuts();
   choosePage_->firstFocus()->setFocus();
 }
@@ -161,7 +165,11 @@ void MainWindow::fillOutlets(MovieView& movieView) {
                                                             .savecompletedokbutton = panels.savecompletedokbutton,
                                                             .savecompletedtext = panels.savecompletedtext,
                                                             .PreviewErrorWindow = panels.PreviewErrorWindow,
-                                                            .PreviewErrorokbutton = panels.PreviewErrorokbutton});
+                                                            .PreviewErrorokbutton = panels.PreviewErrorokbutton,
+                                                            .own = {.chosenfilm = *one.dropArea,
+                                                                    .runprogress = *two.runprogress,
+                                                                    .filmreport = *three.filmreport,
+                                                                    .rejectionreason = panels.rejectionreason}});
   jobOutlets_ = std::make_unique<JobOutlets>(JobOutlets{.textfield = two.status,
                                                         .videocodecfield = three.videocodecfield,
                                                         .audiocodecfield = three.audiocodecfield,
@@ -206,7 +214,19 @@ void MainWindow::addShortcut(const QKeySequence& keys, const std::function<QtBut
   });
 }
 
+void MainWindow::showTitle() {
+  const FlatProgressBar* bar = nullptr;
+  if (panels_->isShown(fixedPanels_->saveprogresspanel)) {
+    bar = &fixedPanels_->saveBar;
+  } else if (pages_->currentWidget() == repairPage_) {
+    bar = repairPage_->bar;
+  }
+  const QString title = bar == nullptr ? texts::productName() : texts::titleWithPercent(bar->percent());
+  if (title != windowTitle()) setWindowTitle(title);
+}
+
 void MainWindow::pageChanged() {
+  showTitle();
   auto& page = dynamic_cast<WindowPage&>(*pages_->currentWidget());
   if (panels_->isEmpty() && page.firstFocus()->isEnabled()) page.firstFocus()->setFocus(Qt::OtherFocusReason);
   QAccessibleEvent changed(pages_, QAccessible::Alert);
@@ -221,6 +241,7 @@ void MainWindow::panelBegan(const PanelFrame& panel) {
 }
 
 void MainWindow::panelsChanged() {
+  showTitle();
   // What had the keyboard before the panel may be disabled by now, or on a page that is gone.
   const QWidget* const focused = focusWidget();
   const bool isLost = focused == nullptr || !focused->isVisible() || !focused->isEnabled();

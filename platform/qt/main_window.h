@@ -67,6 +67,8 @@ class MainWindow final : public QWidget, public Window {
   void fillOutlets(MovieView& movieView);
   void addShortcuts();
   void addShortcut(const QKeySequence& keys, const std::function<QtButton*()>& button);
+  /// The product's name, with how far a run or a save is while one is shown.
+  void showTitle();
   void pageChanged();
   void panelBegan(const PanelFrame& panel);
   void panelsChanged();

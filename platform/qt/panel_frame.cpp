@@ -69,12 +69,13 @@ PanelFrame::PanelFrame(PanelStack& stack, const PanelText& text)
   auto* const head = new QHBoxLayout;
   head->setSpacing(kMargin - kGap / 2);
   if (!text.picture.isEmpty()) {
-    head->addWidget(new PictureWidget(stack.pictures(), plain(text.picture), QSize(kPictureSize, kPictureSize)), 0,
-                    Qt::AlignTop);
+    picture_ = new PictureWidget(stack.pictures(), plain(text.picture), QSize(kPictureSize, kPictureSize));
+    head->addWidget(picture_, 0, Qt::AlignTop);
   }
   content_ = new QVBoxLayout;
   content_->setSpacing(kGap);
-  content_->addWidget(textLabel(text.title, textFont(kTitlePixels, QFont::DemiBold)));
+  titleLabel_ = textLabel(text.title, textFont(kTitlePixels, QFont::DemiBold));
+  content_->addWidget(titleLabel_);
   message_ = textLabel(text.message, textFont(kTextPixels));
   content_->addWidget(message_);
   content_->addStretch(1);
@@ -110,6 +111,16 @@ QtButton& PanelFrame::addButton(const QString& title, Role role) {
   stack_.buttonMade(button->hosted());
   return *button;
 }
+
+void PanelFrame::setHead(const QString& picture, const QString& title) {
+  titleText_ = title;
+  titleLabel_->setText(title);
+  titleLabel_->setVisible(!title.trimmed().isEmpty());
+  if (picture_ != nullptr) picture_->setName(plain(picture));
+  stack_.placeAgain(*this);
+}
+
+QString PanelFrame::pictureName() const { return picture_ == nullptr ? QString() : shown(picture_->name()); }
 
 void PanelFrame::addContent(QWidget* widget) { content_->insertWidget(content_->count() - 1, widget); }
 

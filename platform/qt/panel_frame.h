@@ -21,6 +21,7 @@
 namespace zelvo::platform::qt {
 
 class PanelStack;
+class PictureWidget;
 
 /// What every panel says.
 struct PanelText {
@@ -42,6 +43,8 @@ class PanelFrame final : public QWidget, public Window {
   enum class Role { plain, byDefault, cancels, defaultAndCancels };
   /// Adds a button to the row, from left to right. Enter presses the default button, Esc the one that cancels.
   QtButton& addButton(const QString& title, Role role = Role::plain);
+  /// Says something else at its top. `picture` is the name of one; a panel made without a picture gets none.
+  void setHead(const QString& picture, const QString& title);
   /// Between the text and the buttons.
   void addContent(QWidget* widget);
   /// Makes the panel as large as `size`, or as the window where that is smaller. `content`, which was added, gets what
@@ -52,6 +55,7 @@ class PanelFrame final : public QWidget, public Window {
 
   [[nodiscard]] QLabel& message() const { return *message_; }
   [[nodiscard]] QString title() const { return titleText_; }
+  [[nodiscard]] QString pictureName() const;
   [[nodiscard]] std::vector<ViewHost*> buttonHosts() const;
   /// Where the focus goes when the panel is shown; the panel itself when nothing in it takes the keyboard.
   [[nodiscard]] QWidget& firstFocus();
@@ -71,6 +75,8 @@ class PanelFrame final : public QWidget, public Window {
  private:
   PanelStack& stack_;
   QString titleText_;
+  QLabel* titleLabel_;
+  PictureWidget* picture_ = nullptr;
   QVBoxLayout* column_;
   QVBoxLayout* content_;
   QHBoxLayout* buttonRow_;

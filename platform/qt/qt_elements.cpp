@@ -104,6 +104,8 @@ QSize FlatProgressBar::sizeHint() const { return {kBarHintWidth, kBarHintHeight}
 
 QSize FlatProgressBar::minimumSizeHint() const { return {kBarHintWidth / 2, kBarHintHeight}; }
 
+int FlatProgressBar::percent() const { return value() * 100 / kSteps; }
+
 void FlatProgressBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const QRect bar(0, (height() - kBarHeight) / 2, std::max(0, width() - kPercentWidth), kBarHeight);
@@ -113,7 +115,7 @@ void FlatProgressBar::paintEvent(QPaintEvent*) {
   painter.setFont(textFont(kSmallPixels));
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(QRect(width() - kPercentWidth, 0, kPercentWidth, height()), Qt::AlignRight | Qt::AlignVCenter,
-                   QStringLiteral("%1 %").arg(static_cast<int>(std::floor(part * 100))));
+                   QStringLiteral("%1 %").arg(percent()));
 }
 
 QtProgressBar::QtProgressBar(MainQueue& queue, FlatProgressBar& bar) : queue_(queue), bar_(bar) {}

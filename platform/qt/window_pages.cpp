@@ -4,8 +4,11 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QScrollArea>
+#include <QTimer>
 
 #include "platform/qt/appearance.h"
+#include "platform/qt/film_texts.h"
 #include "platform/qt/window_texts.h"
 
 namespace zelvo::platform::qt {
@@ -15,7 +18,6 @@ namespace {
 constexpr int kPathHeight = 48;
 constexpr int kColumnWidth = 640;
 constexpr int kSideWidth = 248;
-constexpr int kSideHeadlinePixels = 20;
 constexpr int kResultMargin = 12;
 
 /// A framed box round a path.
@@ -59,16 +61,44 @@ void hideWhileEmpty(QtTextField& field) {
   field.setObserver([label = &field.label()](const QString& text) { label->setVisible(!text.trimmed().isEmpty()); });
 }
 
-void addFact(QGridLayout& grid, const QString& name, QtTextField& field, const QString& accessibleName) {
-  const int row = grid.rowCount();
-  auto* const label = new QLabel(name);
-  label->setForegroundRole(QPalette::PlaceholderText);
+/// A value among the figures.
+QLabel* valueLabel(const QString& accessibleDescription) {
+  auto* const label = new ElidedLabel;
   label->setFont(textFont(kSmallPixels));
-  field.label().setFont(textFont(kTextPixels, QFont::DemiBold));
-  field.label().setText(texts::nothing());
-  field.label().setAccessibleDescription(accessibleName);
-  grid.addWidget(label, row, 0);
-  grid.addWidget(&field.label(), row, 1);
+  label->setText(texts::nothing());
+  label->setAccessibleDescription(accessibleDescription);
+  return label;
+}
+
+/// The number, and behind it its unit while there is one.
+QWidget* savedRow(QtTextField& field) {
+  auto* const both = new QWidget;
+  auto* const row = new QHBoxLayout(both);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(4);
+  auto* const unit = new QLabel(texts::mebibytesUnit());
+  unit->setForegroundRole(QPalette::PlaceholderText);
+  unit->setFont(textFont(kSmallPixels));
+  unit->hide();
+  field.label().setFont(textFont(kSmallPixels, QFont::DemiBold));
+  field.setShape(texts::mebibytes);
+  field.setObserver([unit](const QString& text) { unit->setVisible(texts::mebibytes(text) != texts::nothing()); });
+  row->addWidget(&field.label());
+  row->addWidget(unit, 1);
+  return both;
+}
+
+/// `content` with a bar at its side where the window is too low for it.
+QScrollArea* scrolled(QWidget* content) {
+  auto* const area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidget(content);
+  area->viewport()->setAutoFillBackground(false);
+  content->setAutoFillBackground(false);
+  return area;
 }
 
 }  // namespace
@@ -77,7 +107,7 @@ ChoosePage::ChoosePage(const PageParts& parts)
     : WindowPage(parts, 0),
       browsebutton(parts.button(texts::chooseFile(), QtButton::Look::push)),
       repairbutton(parts.pictureButton(texts::repair(), "repair_button_normal")),
-      dropArea(new DropArea(parts.pictures, *browsebutton)),
+      dropArea(new DropArea(parts.queue, parts.pictures, *browsebutton)),
       textfield(parts.queue, *quietPath()),
       pathfield(parts.queue, *new ElidedLabel) {
   body()->addWidget(headline(texts::chooseHeadline()));
@@ -99,6 +129,17 @@ ChoosePage::ChoosePage(const PageParts& parts)
   row->addWidget(repairbutton);
   body()->addLayout(row);
   setFirstFocus(browsebutton);
+  dropArea->setCardObserver([this](bool isCard) {
+    setFirstFocus(isCard ? static_cast<QWidget*>(repairbutton) : browsebutton);
+    // Once whatever was open over the page has given the focus back: the next step is at hand.
+    if (isCard) QTimer::singleShot(0, this, [this] { focusRepair(); });
+  });
+}
+
+void ChoosePage::focusRepair() {
+  const QWidget* const focused = window()->focusWidget();
+  const bool isOurs = focused == nullptr || isAncestorOf(focused);
+  if (isOurs && dropArea->isCard() && isVisible()) repairbutton->setFocus(Qt::OtherFocusReason);
 }
 
 void ChoosePage::showLastChosen() {
@@ -112,6 +153,7 @@ RepairPage::RepairPage(const PageParts& parts)
       status(parts.queue, *new ElidedLabel),
       bar(new FlatProgressBar),
       progressbar(parts.queue, *bar),
+      runprogress(new RunProgressLine),
       stopbutton(parts.button(texts::stop(), QtButton::Look::push)) {
   auto* const column = new QVBoxLayout;
   column->setSpacing(kPageGap);
@@ -123,6 +165,7 @@ RepairPage::RepairPage(const PageParts& parts)
   column->addWidget(&status.label());
   bar->setAccessibleName(texts::repairHeadline());
   column->addWidget(bar);
+  column->addWidget(runprogress);
   column->addWidget(explanation(texts::repairExplanation()));
   column->addSpacing(kPageGap);
   column->addWidget(stopbutton, 0, Qt::AlignLeft);
@@ -143,9 +186,10 @@ RepairPage::RepairPage(const PageParts& parts)
 ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
     : WindowPage(parts, 2),
       result(new HostedWidget),
-      videocodecfield(parts.queue, *new ElidedLabel),
-      audiocodecfield(parts.queue, *new ElidedLabel),
-      durationfield(parts.queue, *new ElidedLabel),
+      videocodecfield(parts.queue, *valueLabel(texts::video())),
+      audiocodecfield(parts.queue, *valueLabel(texts::audio())),
+      filmreport(new FilmReportPane(parts.queue, parts.pictures, videocodecfield.label(), audiocodecfield.label())),
+      durationfield(parts.queue, *new QLabel(texts::nothing())),
       previewbutton(parts.button(texts::preview(), QtButton::Look::push)),
       savebutton(parts.button(texts::save(), QtButton::Look::push)),
       clickherebutton(parts.button(texts::clickHere(), QtButton::Look::link)),
@@ -160,24 +204,11 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   movie.setPalette(paletteOf(Appearance::light));  // the result area is white in every scheme
 
   auto* const side = new QVBoxLayout;
-  side->setSpacing(kPageGap);
-  QLabel* const title = headline(texts::resultHeadline());
-  title->setFont(textFont(kSideHeadlinePixels, QFont::DemiBold));
-  side->addWidget(title);
-  side->addWidget(explanation(texts::resultExplanation()));
-  auto* const facts = new QGridLayout;
-  facts->setHorizontalSpacing(kPageGap);
-  facts->setVerticalSpacing(kPageGap / 2);
-  facts->setColumnStretch(1, 1);
+  side->setSpacing(kPageGap * 3 / 4);
   videocodecfield.setShape(texts::codec);
   audiocodecfield.setShape(texts::codec);
-  durationfield.setShape(texts::mebibytes);
-  addFact(*facts, texts::video(), videocodecfield, texts::video());
-  addFact(*facts, texts::audio(), audiocodecfield, texts::audio());
-  addFact(*facts, texts::lastSaved(), durationfield, texts::lastSaved());
-  side->addSpacing(kPageGap / 2);
-  side->addLayout(facts);
-  side->addStretch(1);
+  filmreport->addFigure(texts::lastSaved(), *savedRow(durationfield));
+  side->addWidget(scrolled(filmreport), 1);
   previewbutton->setTwoState(texts::stopPreview());
   for (QtButton* button : {previewbutton, savebutton}) {
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);

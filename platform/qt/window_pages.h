@@ -3,8 +3,10 @@
 #pragma once
 
 #include "platform/qt/drop_area.h"
+#include "platform/qt/film_report_pane.h"
 #include "platform/qt/hosted_widget.h"
 #include "platform/qt/qt_elements.h"
+#include "platform/qt/run_progress_line.h"
 #include "platform/qt/window_page.h"
 
 namespace zelvo::platform::qt {
@@ -21,6 +23,7 @@ class ChoosePage final : public WindowPage {
 
  private:
   void showLastChosen();
+  void focusRepair();
 };
 
 class RepairPage final : public WindowPage {
@@ -31,6 +34,7 @@ class RepairPage final : public WindowPage {
   QtTextField status;  ///< the job's `textfield`
   FlatProgressBar* bar;
   QtProgressBar progressbar;
+  RunProgressLine* runprogress;
   QtButton* stopbutton;
 };
 
@@ -42,6 +46,7 @@ class ResultPage final : public WindowPage {
   HostedWidget* result;  ///< the framed area round the movie
   QtTextField videocodecfield;
   QtTextField audiocodecfield;
+  FilmReportPane* filmreport;
   QtTextField durationfield;
   QtButton* previewbutton;
   QtButton* savebutton;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "platform/qt/film_texts.h"
 #include "platform/qt/text.h"
 #include "platform/qt/window_texts.h"
 
@@ -33,9 +34,12 @@ WindowPanels::WindowPanels(PanelStack& stack)
       stoprepaircancelbutton(stoprepairwindow.addButton(texts::keepRepairing(), Role::defaultAndCancels)),
       invalidfilewindow(panel(stack, "sheet-warning", texts::invalidTitle(), texts::invalidMessage())),
       invalidfileokbutton(invalidfilewindow.addButton(texts::ok(), Role::defaultAndCancels)),
-      filenotsupportedwindow(panel(stack, "sheet-warning", texts::notSupportedTitle(), texts::notSupportedMessage())),
+      filenotsupportedwindow(
+          panel(stack, "sheet-warning", texts::notSupportedTitle(), texts::rejection(Rejection::headerLost))),
+      rejectionreason(stack.queue(), filenotsupportedwindow),
       filenotsupportedokbutton(filenotsupportedwindow.addButton(texts::ok(), Role::defaultAndCancels)),
-      repaircompletedwindow(panel(stack, "sheet-done", texts::completedTitle(), texts::completedMessage())),
+      repaircompletedwindow(panel(stack, "sheet-done", texts::completedTitle(FilmVerdict::good),
+                                  texts::completedMessage(FilmVerdict::good))),
       repaircompletedokbutton(repaircompletedwindow.addButton(texts::seeResult(), Role::defaultAndCancels)),
       saveprogresspanel(panel(stack, "sheet-info", texts::savingTitle(), texts::savingMessage())),
       saveBar(bar(saveprogresspanel)),

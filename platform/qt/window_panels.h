@@ -5,6 +5,7 @@
 #include "platform/qt/panel_frame.h"
 #include "platform/qt/panel_stack.h"
 #include "platform/qt/qt_elements.h"
+#include "platform/qt/rejection_text.h"
 
 namespace zelvo::platform::qt {
 
@@ -20,6 +21,7 @@ struct WindowPanels {
   PanelFrame& invalidfilewindow;
   QtButton& invalidfileokbutton;
   PanelFrame& filenotsupportedwindow;
+  RejectionText rejectionreason;
   QtButton& filenotsupportedokbutton;
   PanelFrame& repaircompletedwindow;
   QtButton& repaircompletedokbutton;

@@ -26,6 +26,7 @@ inline QString chooseExplanation() {
 }
 inline QString dropHere() { return QStringLiteral("Drop an AVI file here"); }
 inline QString chooseFile() { return QStringLiteral("Choose a file\u2026"); }
+inline QString chooseAnother() { return QStringLiteral("Choose another\u2026"); }
 inline QString noFileYet() { return QStringLiteral("No file chosen yet"); }
 inline QString lastChosen(const QString& path) {
   return path.isEmpty() ? QString() : QStringLiteral("Last chosen: ") + path;
@@ -40,26 +41,29 @@ inline QString repairExplanation() {
 inline QString stop() { return QStringLiteral("Stop"); }
 
 // ---- Page 3 ----
-inline QString resultHeadline() { return QStringLiteral("Your repaired film"); }
-inline QString resultExplanation() {
-  return QStringLiteral("Look at it here, then save it to a folder of your choice.");
-}
 inline QString video() { return QStringLiteral("Video"); }
 inline QString audio() { return QStringLiteral("Audio"); }
+inline QString pictures() { return QStringLiteral("Pictures"); }
+inline QString sound() { return QStringLiteral("Sound"); }
+inline QString kept() { return QStringLiteral("Kept"); }
 inline QString lastSaved() { return QStringLiteral("Last saved"); }
 inline QString nothing() { return QStringLiteral("\u2013"); }
-/// A codec's name; many files have none, or one that cannot be read, for a codec that is there all the same.
+/// A codec's own name; many files have none, or one that cannot be read.
 inline QString codec(const QString& name) {
   QString shown;
   for (const QChar one : name) {
     if (one.isPrint()) shown += one;
   }
   shown = shown.trimmed();
-  return shown.isEmpty() ? QStringLiteral("found") : shown;
+  return shown.isEmpty() ? QStringLiteral("not named") : shown;
 }
 inline QString mebibytes(const QString& number) {
-  return number.isEmpty() || number == QLatin1String("0") ? nothing() : number + QStringLiteral(" MiB");
+  return number.isEmpty() || number == QLatin1String("0") ? nothing() : number;
 }
+/// Stands behind that number.
+inline QString mebibytesUnit() { return QStringLiteral("MiB of 1,048,576 bytes"); }
+/// The window's title while something with a per cent goes on.
+inline QString titleWithPercent(int percent) { return QStringLiteral("%1 % \u2013 ").arg(percent) + productName(); }
 inline QString preview() { return QStringLiteral("Preview"); }
 inline QString stopPreview() { return QStringLiteral("Stop preview"); }
 inline QString save() { return QStringLiteral("Save\u2026"); }
@@ -86,15 +90,6 @@ inline QString invalidMessage() {
       "file.");
 }
 inline QString notSupportedTitle() { return QStringLiteral("This film cannot be repaired"); }
-inline QString notSupportedMessage() {
-  return QStringLiteral(
-      "Its beginning is lost, it has no sound track, or it is no larger than 512 KB. Nothing was changed in your "
-      "file.");
-}
-inline QString completedTitle() { return QStringLiteral("Your film was repaired"); }
-inline QString completedMessage() {
-  return QStringLiteral("On the next page you can look at it and save it. Nothing was changed in your damaged file.");
-}
 inline QString seeResult() { return QStringLiteral("See the result"); }
 inline QString savingTitle() { return QStringLiteral("Saving your film"); }
 inline QString savingMessage() { return QStringLiteral("Please leave the disk connected until this is done."); }
