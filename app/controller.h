@@ -255,6 +255,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// there now.
   [[nodiscard]] bool waitForRebuiltFile();
   [[nodiscard]] double writtenPercent() const;
+  /// How far the run of that number is; nothing while it is not at work.
+  [[nodiscard]] platform::RunProgress runProgress(std::uint64_t number) const;
   /// Removes a rebuilt file. What stands there and is no regular file stays.
   void removeScratch(const std::string& scratch);
   /// Answers why the copy is not whole; nothing when it is.

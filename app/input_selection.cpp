@@ -3,6 +3,7 @@
 // 2. Its answer sets the input's path and size, shows the path and clears the stop flag. Nothing is read.
 #include "app/controller.h"
 #include "app/texts.h"
+#include "engine/film_length.h"
 #include "engine/globals.h"
 
 namespace zelvo::app {
@@ -81,6 +82,11 @@ void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsS
   outlets.textfield.setStringValue(file);
   outlets.pathfield.setStringValue(file);
   engine::stopflag = false;
+  outlets.own.chosenfilm.show(
+      {.path = file, .size = engine::inputfilesize, .readLength = [files = &services_.files, file] {
+         const auto opened = files->openForReading(file);
+         return opened.file ? engine::filmLength(*opened.file) : std::nullopt;
+       }});
 }
 
 }  // namespace zelvo::app

@@ -41,6 +41,15 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
     return true;
   };
   const std::uint64_t number = runGuard_.start();
+  // On the main thread, before the sheet that a run asks for next.
+  run->found = [this, number](const platform::FilmReport& report) {
+    services_.mainQueue.perform([this, number, report] {
+      if (runGuard_.shows(number)) outlets.own.filmreport.show(report);
+    });
+  };
+  run->rejected = [this](platform::Rejection reason) { outlets.own.rejectionreason.show(reason); };
+  outlets.own.filmreport.clear();
+  outlets.own.runprogress.follow([this, number] { return runProgress(number); });
   shownRun_ = ShownRun{number, run};
   runs_.push_back(run);
   mythread = services_.workers.start(run->cancel, [this, number, run, before = lastWorker_] {
@@ -130,6 +139,15 @@ bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
     return false;
   }
   return finished && shownRun_ && shownRun_->run == run;
+}
+
+platform::RunProgress Orlin_Repair_AVIAppDelegate::runProgress(std::uint64_t number) const {
+  using platform::RunStage;
+  if (!runGuard_.isWorking(number)) return {};
+  if (const std::uint64_t all = bytesToWrite_; all != 0) return {RunStage::writing, countedFiles_.written(), all};
+  constexpr std::uint64_t kBlockSize = 1024;
+  return {RunStage::searching, std::min(repair1->sector * kBlockSize, shownRun_->run->inputfilesize),
+          shownRun_->run->inputfilesize};
 }
 
 double Orlin_Repair_AVIAppDelegate::writtenPercent() const {

@@ -41,6 +41,9 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
   /// True for the run that the window shows. Thread: any.
   [[nodiscard]] bool shows(std::uint64_t number) const { return shown_.load() == number; }
 
+  /// True between the begin and the end of its work. Thread: any.
+  [[nodiscard]] bool isWorking(std::uint64_t number) const { return working_ == number; }
+
   // ---- From the engine ----
   void setProgressBarValue(double percent) override;
   void updateProgressBar() override { relay_.updateProgressBar(); }

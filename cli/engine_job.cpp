@@ -147,9 +147,10 @@ void EngineJob::reportFindings(Outcome& outcome) {
   outcome.outputSize = layout.RIFFLISTsize + 8;
 
   const std::string input = shownText(outcome.inputPath);
-  if (job.videosamplecount == 0 || job.audiosamplecount == 0) {
-    const bool neither = job.videosamplecount == job.audiosamplecount;
-    const std::string kind = neither ? "video and no audio" : job.videosamplecount == 0 ? "video" : "audio";
+  const platform::FilmReport kept = job.filmReport.get();
+  if (kept.pictures == 0 || kept.soundChunks == 0) {
+    const bool neither = kept.pictures == kept.soundChunks;
+    const std::string kind = neither ? "video and no audio" : kept.pictures == 0 ? "video" : "audio";
     warn(outcome, "no " + kind + " data was found in " + input + "; the repaired file has none to play.");
   }
   if (std::max(job.videosamplecount, job.audiosamplecount) == engine::kLargestSampleCount) {

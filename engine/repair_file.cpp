@@ -69,6 +69,9 @@ void RepairFile::beginRun(std::shared_ptr<Run> run) {
   runEnd = RunEnd::none;
   readFailures.set({});
   writeFailure.set(std::nullopt);
+  filmReport.set({});
+  tally_ = {};
+  filmRange_ = {};
 }
 
 void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
@@ -96,12 +99,19 @@ void RepairFile::runStages() {
   }
   if (!harvestHeaders()) {
     runEnd = RunEnd::notSupported;
+    if (run_->rejected) run_->rejected(rejection());
     services_.sheets.beginSheet(outlets.filenotsupportedwindow, outlets.window);
     return;
   }
   scanSamples();
+  if (!stopRequested(*run_)) {
+    filmRange_ = filmRange(*inputfilehandle, tally_);
+    tellFound();
+  }
   const auto animation = services_.workers.start(run_->cancel, [this, run = run_] { progressupdation(*run); });
   constructRIFFList();
+  // What the copy could not read is known only now.
+  if (runEnd == RunEnd::rebuilt && !stopRequested(*run_)) tellFound();
   // The next run resets what the animation counts by, so this one ends only after it.
   animation->join();
 }

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "engine/chunk_run.h"
+#include "engine/film_tally.h"
 #include "engine/format_payload.h"
 #include "engine/globals.h"
 #include "engine/input_file.h"
@@ -25,11 +26,13 @@
 #include "platform/bytes.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
+#include "platform/film_report.h"
 #include "platform/guarded.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/movies.h"
 #include "platform/outlets.h"
+#include "platform/rejection.h"
 #include "platform/relaxed.h"
 #include "platform/sheets.h"
 #include "platform/workers.h"
@@ -69,6 +72,13 @@ struct Run {
   /// Decision 0019.
   /// Thread: the repair worker.
   std::function<bool(std::uint64_t)> mayWrite;
+  /// Told, when set, what is kept of the film: once it has been searched, before the animation, and again once the rebuilt
+  /// file is written.
+  /// Thread: the repair worker.
+  std::function<void(const platform::FilmReport&)> found;
+  /// Told, when set, why the film is not supported, before the sheet.
+  /// Thread: the repair worker.
+  std::function<void(platform::Rejection)> rejected;
 };
 
 /// The repair job. One object serves every repair; each run resets what it depends on. 32 MiB of tables hang on it.
@@ -239,6 +249,7 @@ class RepairFile {
   platform::Relaxed<RunEnd> runEnd;
   platform::Guarded<ReadFailures> readFailures;
   platform::Guarded<std::optional<WriteFailure>> writeFailure;
+  platform::Guarded<platform::FilmReport> filmReport;  ///< what `Run::found` was told last
 
  private:
   friend class SampleScan;
@@ -253,6 +264,10 @@ class RepairFile {
   [[nodiscard]] FormatPayload readFormat(std::uint32_t position, std::uint64_t size);
   [[nodiscard]] bool allHeadersFound() const;
   void runStages();
+  /// Judges what is kept, and tells it.
+  void tellFound();
+  /// Why the harvest's answer was no.
+  [[nodiscard]] platform::Rejection rejection() const;
   [[nodiscard]] ChunkRun videoChunks() const;
   [[nodiscard]] ChunkRun audioChunks() const;
   [[nodiscard]] std::uint64_t bytesToWrite() const;
@@ -267,6 +282,8 @@ class RepairFile {
   RepairServices services_;
   std::mutex turn_;           ///< held by the run whose turn it is
   std::shared_ptr<Run> run_;  ///< the run the stages work on
+  FilmTally tally_;
+  FilmRange filmRange_;
   platform::CoalescedOperation updateProgressBar_;
   platform::CoalescedOperation updateSaveProgressBar_;
 };

@@ -20,10 +20,8 @@ struct ChosenFilm {
 class ChosenFilmView {
  public:
   virtual ~ChosenFilmView() = default;
-  /// Shows the card and leads to the next step.
+  /// Shows the card and leads to the next step. It goes once `pathfield` is emptied.
   virtual void show(ChosenFilm film) = 0;
-  /// No film is chosen any more.
-  virtual void clear() = 0;
 };
 
 }  // namespace zelvo::platform

@@ -15,8 +15,7 @@ namespace zelvo::platform::headless {
 class HeadlessChosenFilm final : public ChosenFilmView {
  public:
   void show(ChosenFilm film) override { film_ = std::move(film); }
-  void clear() override { film_.reset(); }
-  /// The film on the card; nothing while there is none.
+  /// The film shown last; nothing before there was one.
   [[nodiscard]] const std::optional<ChosenFilm>& film() const { return film_; }
 
  private:

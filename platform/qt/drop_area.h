@@ -25,7 +25,9 @@ class DropArea final : public QWidget, public ChosenFilmView {
 
   // ---- platform::ChosenFilmView ----
   void show(ChosenFilm film) override;
-  void clear() override;
+
+  /// No film is chosen any more.
+  void clear();
 
   /// Told when a film has come onto the card, or gone from it.
   void setCardObserver(std::function<void(bool isCard)> observer) { cardObserver_ = std::move(observer); }

@@ -114,7 +114,10 @@ ChoosePage::ChoosePage(const PageParts& parts)
   body()->addWidget(explanation(texts::chooseExplanation()));
   textfield.setShape(texts::lastChosen);
   textfield.setObserver([this](const QString&) { showLastChosen(); });
-  pathfield.setObserver([this](const QString&) { showLastChosen(); });
+  pathfield.setObserver([this](const QString& path) {
+    showLastChosen();
+    if (path.isEmpty()) dropArea->clear();
+  });
   textfield.label().hide();
   dropArea->addLine(&textfield.label());
   body()->addWidget(dropArea, 1);
