@@ -23,6 +23,7 @@ void Orlin_Repair_AVIAppDelegate::save(platform::Button*) {
   }
   savepanel->setPrompt(texts::kSavePrompt);
   savepanel->setCanCreateDirectories(true);
+  savepanel->setSavedFile(texts::kSavedFile);
   savepanel->setNameJudge([this](const std::string& path) { return judgeSaveName(path); });
   savepanel->beginSheet(std::nullopt, texts::kProposedName, outlets.mainWindow,
                         [this, shown = savepanel.get()](int answer) { savePanelDidEnd(*shown, answer, nullptr); });

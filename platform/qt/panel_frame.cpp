@@ -106,7 +106,9 @@ QtButton& PanelFrame::addButton(const QString& title, Role role) {
   auto* const button = new QtButton(stack_.queue(), stack_.pictures(), title, QtButton::Look::push, this);
   buttonRow_->addWidget(button);
   buttons_.push_back(button);
-  if (role == Role::byDefault || role == Role::defaultAndCancels) defaultButton_ = button;
+  const bool isDefault = role == Role::byDefault || role == Role::defaultAndCancels;
+  if (isDefault) defaultButton_ = button;
+  button->setOutlined(!isDefault);  // one filled button shows the way
   if (role == Role::cancels || role == Role::defaultAndCancels) cancelButton_ = button;
   stack_.buttonMade(button->hosted());
   return *button;

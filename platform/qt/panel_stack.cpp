@@ -96,7 +96,13 @@ bool PanelStack::isShown(const PanelFrame& panel) const {
 PanelFrame* PanelStack::top() const { return entries_.empty() ? nullptr : entries_.back().panel; }
 
 void PanelStack::place(PanelFrame& panel) {
-  const QSize size = panel.wantedSize(content_.size());
+  QSize size = panel.wantedSize(content_.size());
+  // What lies below would stick out from behind a panel of the same kind that is lower.
+  for (const Entry& below : entries_) {
+    if (below.panel == &panel) break;
+    const QSize covered = below.panel->wantedSize(content_.size());
+    if (covered.width() == size.width()) size = size.expandedTo(covered);
+  }
   const int x = (content_.width() - size.width()) / 2;
   const int y = static_cast<int>((content_.height() - size.height()) * kAbove);
   panel.setGeometry(QRect(QPoint(x, y), size));

@@ -58,6 +58,7 @@ class QtSavePanel final : public SavePanel, public std::enable_shared_from_this<
   [[nodiscard]] std::optional<std::string> filename() const override { return filename_; }
   void setPrompt(std::string_view text) override { prompt_ = text; }
   void setCanCreateDirectories(bool can) override { canCreateDirectories_ = can; }
+  void setSavedFile(std::string_view behindFolder) override { savedFile_ = behindFolder; }
   void setNameJudge(std::function<NameVerdict(const std::string& path)> judge) override { judge_ = std::move(judge); }
   void beginSheet(const std::optional<std::string>& directory, std::string_view name, Window& over,
                   std::function<void(int answer)> completion) override;
@@ -75,6 +76,7 @@ class QtSavePanel final : public SavePanel, public std::enable_shared_from_this<
 
   ShownFilePanel shown_;
   bool canCreateDirectories_ = false;
+  std::string savedFile_;
   std::string prompt_;
   std::function<NameVerdict(const std::string& path)> judge_;
   std::optional<std::string> filename_;

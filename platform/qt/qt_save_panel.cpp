@@ -65,7 +65,7 @@ std::string QtSavePanel::wantedPath() const {
 
 void QtSavePanel::showWhere() {
   const std::string path = wantedPath();
-  shown_.chooser().setNote(path.empty() ? QString() : texts::savesTo(shownPath(path)));
+  shown_.chooser().setNote(path.empty() ? QString() : texts::savesTo(shownPath(path + savedFile_)));
 }
 
 QString QtSavePanel::objection(const std::string& path) {

@@ -102,7 +102,7 @@ inline QString keepSaving() { return QStringLiteral("Keep saving"); }
 inline QString savedTitle() { return QStringLiteral("Saving is done"); }
 inline QString previewErrorTitle() { return QStringLiteral("This film cannot be shown here"); }
 inline QString previewErrorMessage() {
-  return QStringLiteral("Another player may well show it. OK opens a web page where you can get one.");
+  return QStringLiteral("Another player may show it. OK opens a web page where you can get one.");
 }
 
 }  // namespace zelvo::platform::qt::texts

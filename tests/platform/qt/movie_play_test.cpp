@@ -161,8 +161,9 @@ TEST_F(QtMovieTest, FileThatIsNoFilmEndsThePreview) {
   movie->play();
   serveUntil([&] { return !ends().empty(); });
   EXPECT_EQ(ends(), Ends{movie.get()});
-  EXPECT_EQ(movie->remark(),
-            QStringLiteral("This film cannot be shown here. You can save it and open it in any player."));
+  EXPECT_EQ(
+      movie->remark(),
+      QStringLiteral("The preview cannot open this film. You can save it, but another player may not open it either."));
   ASSERT_EQ(logged().size(), 1U);
   EXPECT_TRUE(logged().front().starts_with("log: " + folder_.path("film.avi") + ": "));
 }

@@ -111,6 +111,12 @@ TEST_F(SavePanelTest, SaysWhereItSaves) {
   EXPECT_TRUE(bench.says("Saves to  " + videos + "/Holiday/Repaired"));
 }
 
+TEST_F(SavePanelTest, SaysTheFileThatComesToLieInTheFolder) {
+  panel->setSavedFile("/repaired.avi");
+  begin();
+  EXPECT_TRUE(bench.says("Saves to  " + videos + "/Repaired/repaired.avi"));
+}
+
 TEST_F(SavePanelTest, StartsInTheFolderOfTheInput) {
   const std::string card = bench.home.make("card");
   bench.panels.noteInput(card + "/MVI_0001.AVI");

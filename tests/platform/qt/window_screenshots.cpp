@@ -46,6 +46,7 @@ class Photographer {
     takeAlert("cannot-be-chosen", [&] { bench_.window->offerFile(bench_.temp.put("letter.txt", "x")); });
     takeAlert("quit", [&] { bench_.window->close(); });
     bench_.window->offerFile(film);
+    bench_.until([this] { return bench_.window->choosePage().dropArea->facts().contains(QChar(0xb7)); });
     take("chosen");
     takeRepairing();
     bench_.repair(film);
@@ -59,11 +60,20 @@ class Photographer {
     outlets.pathlabel.setStringValue("/media/camera/DCIM/2019-06-22 wedding of Anna and Paul/MVI_0042.AVI");
     bench_.window->jobOutlets().textfield.setStringValue("Retrieving audio/ video data forks..");
     outlets.progressbar.setDoubleValue(38.4);
+    outlets.own.runprogress.follow([] {
+      return platform::RunProgress{platform::RunStage::searching, 281900000, 734000000};
+    });
     take("repairing");
     takePanel("stop-repair", panels_.stoprepairwindow);
     takePanel("invalid", panels_.invalidfilewindow);
+    outlets.own.rejectionreason.show(platform::Rejection::noSound);
     takePanel("not-supported", panels_.filenotsupportedwindow);
     takePanel("completed", panels_.repaircompletedwindow);
+    outlets.own.filmreport.show(report(platform::FilmVerdict::partly));
+    takePanel("completed-partly", panels_.repaircompletedwindow);
+    outlets.own.filmreport.show(report(platform::FilmVerdict::nothing));
+    takePanel("completed-nothing", panels_.repaircompletedwindow);
+    outlets.own.filmreport.clear();
     takeAlert("write-failed", [&] {
       bench_.alerts->runAlertPanel(
           {.title = app::texts::kWriteFailedTitle,
@@ -83,6 +93,41 @@ class Photographer {
                                                     .finished = [] { return false; }}));
     });
     outlets.tabview.selectFirstTabViewItem();
+  }
+
+  static platform::FilmReport report(platform::FilmVerdict verdict) {
+    platform::FilmReport made;
+    made.verdict = verdict;
+    made.videoCodec = "MPEG-4 (Xvid)";
+    made.audioCodec = "MP3";
+    if (verdict == platform::FilmVerdict::nothing) return made;
+    made.pictures = 2412;
+    made.soundChunks = 2000;
+    made.pictureSeconds = 96.48;
+    made.soundSeconds = 95.1;
+    made.share = 0.87;
+    return made;
+  }
+
+  /// The result page by each verdict, at the usual size and at the smallest.
+  void takeVerdicts() {
+    const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
+    platform::FilmReport partly = report(platform::FilmVerdict::partly);
+    outlets.own.filmreport.show(partly);
+    take("result-partly");
+    partly.failedReads = 4;
+    partly.unreadableBytes = 12288;
+    partly.firstUnreadable = 104857600;
+    partly.blankPictures = 61;
+    outlets.own.filmreport.show(partly);
+    take("result-failed-reads");
+    const QSize usual = bench_.window->size();
+    bench_.window->setMinimumSize(640, 420);
+    bench_.window->resize(640, 420);
+    take("result-small");
+    bench_.window->resize(usual);
+    outlets.own.filmreport.show(report(platform::FilmVerdict::nothing));
+    take("result-nothing");
   }
 
   void takeResult() {
@@ -107,6 +152,7 @@ class Photographer {
     outlets.durationfield.setIntegerValue(217);
     takePanel("saved", panels_.savecompletedwindow);
     takePanel("preview-error", panels_.PreviewErrorWindow);
+    takeVerdicts();
     takeAlert("no-space", [&] {
       bench_.alerts->runAlertPanel({.title = app::texts::kNoSpaceTitle,
                                     .message = app::texts::kNoSpaceMessage,
