@@ -23,6 +23,7 @@ class SavePanelTest : public testing::Test {
     panel = bench.panels.savePanel();
     panel->setPrompt("Save");
     panel->setCanCreateDirectories(true);
+    panel->setSavedFile(savedFile);
     panel->setNameJudge([this](const std::string& path) {
       judged.push_back(path);
       return verdict;
@@ -55,6 +56,7 @@ class SavePanelTest : public testing::Test {
   std::vector<int> answers;
   std::vector<std::string> judged;
   NameVerdict verdict;
+  std::string savedFile;
   std::optional<std::string> chosen;
 };
 
@@ -112,7 +114,7 @@ TEST_F(SavePanelTest, SaysWhereItSaves) {
 }
 
 TEST_F(SavePanelTest, SaysTheFileThatComesToLieInTheFolder) {
-  panel->setSavedFile("/repaired.avi");
+  savedFile = "/repaired.avi";
   begin();
   EXPECT_TRUE(bench.says("Saves to  " + videos + "/Repaired/repaired.avi"));
 }
