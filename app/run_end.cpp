@@ -143,7 +143,7 @@ bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
 
 platform::RunProgress Orlin_Repair_AVIAppDelegate::runProgress(std::uint64_t number) const {
   using platform::RunStage;
-  if (!runGuard_.isWorking(number)) return {};
+  if (!runGuard_.isWorking(number) || !shownRun_ || shownRun_->number != number) return {};
   if (const std::uint64_t all = bytesToWrite_; all != 0) return {RunStage::writing, countedFiles_.written(), all};
   constexpr std::uint64_t kBlockSize = 1024;
   return {RunStage::searching, std::min(repair1->sector * kBlockSize, shownRun_->run->inputfilesize),

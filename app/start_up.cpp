@@ -98,6 +98,7 @@ void Orlin_Repair_AVIAppDelegate::applicationWillTerminate() {
   if (std::exchange(terminated_, true)) return;
   services_.application.setDelegate(outlets.mainWindow, nullptr);
   services_.notifications.removeObserver(this);
+  outlets.own.runprogress.follow({});
   runGuard_.close();
   for (const auto& one : runs_) {
     if (const auto run = one.lock()) run->cancel->abandon();

@@ -18,6 +18,8 @@ constexpr int kPictureWidth = 112;
 constexpr int kPictureHeight = 84;
 constexpr int kMargin = 24;
 constexpr double kCorner = 6;
+constexpr int kLeastHeight = 160;
+constexpr int kHeightWithPicture = 270;  // lower than this, the text and the button need the room
 
 QString nameOf(const std::string& path) {
   const QString whole = QFile::decodeName(QByteArray::fromStdString(path));
@@ -35,6 +37,7 @@ DropArea::DropArea(MainQueue& queue, Pictures& pictures, QtButton& chooser, QWid
       lengthReader_(queue) {
   setCursor(Qt::PointingHandCursor);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setMinimumHeight(kLeastHeight);
   auto* const column = new QVBoxLayout(this);
   column->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   column->setSpacing(kMargin / 2);
@@ -80,6 +83,8 @@ void DropArea::becomeCard(bool isCard) {
   update();
   if (cardObserver_) cardObserver_(isCard);
 }
+
+void DropArea::resizeEvent(QResizeEvent*) { picture_->setVisible(height() >= kHeightWithPicture); }
 
 void DropArea::addLine(QWidget* widget) { layout()->addWidget(widget); }
 

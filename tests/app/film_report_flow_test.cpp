@@ -96,6 +96,22 @@ TEST_F(OwnElements, TheProgressIsThatOfTheRunAtWork) {
   EXPECT_EQ(app.screen.runprogress.look().stage, RunStage::none) << "it has ended";
 }
 
+TEST_F(OwnElements, TheProgressOfAStoppedRunIsNotToldWhileItWorksOn) {
+  app.start();
+  MemoryFile& input = app.choose(smallAvi());
+  bool isStopped = false;
+  std::vector<RunStage> stages;
+  input.onRead = [&](std::uint64_t, std::size_t) {
+    if (!isStopped) app.controller->stopRepairOk(&app.screen.stoprepairokbutton);
+    isStopped = true;
+    stages.push_back(app.screen.runprogress.look().stage);
+  };
+  ASSERT_TRUE(app.press(app.screen.repairbutton));
+  runWorkers();
+  ASSERT_TRUE(isStopped);
+  for (const RunStage stage : stages) EXPECT_EQ(stage, RunStage::none);
+}
+
 TEST_F(OwnElements, TheReasonOfARefusalIsTold) {
   app.start();
   app.choose(AviBuilder().interleaved(4, 3000, 100).build());

@@ -94,6 +94,20 @@ TEST_F(OwnElementsOfTheWindow, TheCardTakesNoFocusFromAPanel) {
   window.panels().orderOut(window.fixedPanels().filenotselectedwindow);
 }
 
+TEST_F(OwnElementsOfTheWindow, TheCardGivesUpItsPictureWhereThereIsLittleRoom) {
+  choose("/films/summer.avi");
+  const auto pictureIsShown = [&] { return allBelow<qt::PictureWidget>(*choosePage.dropArea).front()->isVisible(); };
+  settle();
+  EXPECT_TRUE(pictureIsShown());
+  window.setMinimumSize(640, 420);
+  window.resize(640, 420);
+  settle();
+  EXPECT_FALSE(pictureIsShown());
+  const QRect button(choosePage.browsebutton->mapTo(choosePage.dropArea, QPoint(0, 0)),
+                     choosePage.browsebutton->size());
+  EXPECT_TRUE(choosePage.dropArea->rect().contains(button));
+}
+
 // ---- Progress ----
 
 TEST_F(OwnElementsOfTheWindow, TheProgressLineTellsWhatItIsToldToLookAt) {
