@@ -57,11 +57,16 @@ std::optional<MoviList> moviList(InputFile& input, std::uint64_t fileSize) {
   return std::nullopt;
 }
 
+/// A standard index: "ix" and two digits.
+bool isIndex(const Header& header) {
+  const auto bytes = header.code.bytes();
+  return bytes[0] == std::byte{'i'} && bytes[1] == std::byte{'x'};
+}
+
 bool isData(const Header& header) {
   const auto bytes = header.code.bytes();
   const auto digit = [](std::byte one) { return one >= std::byte{'0'} && one <= std::byte{'9'}; };
-  const bool isIndex = bytes[0] == std::byte{'i'} && bytes[1] == std::byte{'x'};
-  return isIndex || header.code == kJunk || (digit(bytes[0]) && digit(bytes[1]));
+  return isIndex(header) || header.code == kJunk || (digit(bytes[0]) && digit(bytes[1]));
 }
 
 /// Goes on from chunk to chunk behind what was found.
@@ -79,6 +84,23 @@ std::uint64_t endBehind(InputFile& input, std::uint64_t position, std::uint64_t 
     }
   }
   return fileSize;
+}
+
+/// Bytes of standard indexes from `position` on, as far as chunk follows chunk. A short film of a recorder that keeps room
+/// for long ones may be a quarter of them.
+std::uint64_t indexBytes(InputFile& input, std::uint64_t position, std::uint64_t end) {
+  constexpr int kMostChunks = 4096;
+  std::uint64_t bytes = 0;
+  for (int chunk = 0; chunk < kMostChunks && position < end; ++chunk) {
+    const auto header = headerAt(input, position);
+    if (!header) break;
+    const std::uint64_t next =
+        header->code == kList && header->type == kRec ? position + kHeaderSize + 4 : behind(position, header->size);
+    if (next > end || (header->code != kList && !isData(*header))) break;
+    if (isIndex(*header)) bytes += next - position;
+    position = next;
+  }
+  return bytes;
 }
 
 }  // namespace
@@ -120,6 +142,7 @@ FilmRange filmRange(InputFile& input, const FilmTally& tally) {
   } else if (tally.end() != 0) {
     range.end = std::max(endBehind(input, tally.end(), fileSize), std::min(tally.end(), fileSize));
   }
+  if (list) range.end -= std::min(indexBytes(input, list->begin, range.end), range.end - range.begin);
   return range;
 }
 

@@ -57,6 +57,7 @@ struct FilmRange {
 
 /// Looks for the "movi" list from chunk to chunk, and takes its size where that can be true: within the file, and not
 /// before the end of what was found. Elsewhere the film ends at the index ("idx1") behind what was found, or with the file.
+/// Standard indexes ("ix##") among the list's first chunks are no film: `end` lies before the film's by their length.
 /// Without a list it begins with what was found, or where headers end at the latest.
 /// Some dozen small reads, whose failures are not remembered.
 /// Thread: one.

@@ -112,6 +112,21 @@ TEST_F(FilmRangeOf, AListThatIsTooSmallForWhatWasFoundIsNotBelieved) {
   EXPECT_EQ(range(std::move(bytes), allButTheLast()).end, index());
 }
 
+TEST_F(FilmRangeOf, StandardIndexesAreNoFilm) {
+  AviBuilder indexed;
+  indexed.chunks.push_back({"00dc", 1000});
+  indexed.chunks.push_back({"ix00", 4000});
+  indexed.chunks.push_back({"00dc", 1000});
+  indexed.chunks.push_back({"ix01", 2000});
+  indexed.chunks.push_back({"01wb", 101});
+  FilmTally tally;
+  const std::uint64_t begin = indexed.headers().size() + 12;
+  tally.add({.position = begin, .size = 1000});
+  const FilmRange found = range(indexed.build(), tally);
+  EXPECT_EQ(found.begin, begin);
+  EXPECT_EQ(found.end - found.begin, 2 * 1008U + 110U);
+}
+
 TEST_F(FilmRangeOf, ATruncatedFileEndsTheFilm) {
   platform::Bytes bytes = film();
   bytes.resize(index() - 500);

@@ -256,7 +256,7 @@ def run(options, home):
         way.choose(videos, "film.avi")
         screen.wait("the chosen path", LABEL, film)
         way.press("Repair")
-        screen.wait("the end of the repair", DIALOG, "Your film was repaired")
+        screen.wait("the end of the repair", DIALOG, starts="Your film was repaired")  # in part: a picture is lost
         way.press("See the result")
         way.press("Preview")
         screen.wait("the running preview", BUTTON, "Stop preview")
