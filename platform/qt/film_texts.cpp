@@ -11,6 +11,9 @@ namespace {
 constexpr double kMinute = 60;
 constexpr double kHour = 3600;
 
+/// As the window's language writes numbers, whatever the desktop's is.
+QLocale digits() { return {QLocale::English, QLocale::UnitedStates}; }
+
 QString unchanged() { return QStringLiteral(" Nothing was changed in your file."); }
 
 /// "about 2 minutes left".
@@ -27,11 +30,11 @@ QString left(double seconds) {
 
 }  // namespace
 
-QString number(std::uint64_t value) { return QLocale::c().toString(static_cast<qulonglong>(value)); }
+QString number(std::uint64_t value) { return digits().toString(static_cast<qulonglong>(value)); }
 
 QString megabytes(std::uint64_t bytes) {
   constexpr double kMegabyte = 1e6;
-  return QLocale::c().toString(static_cast<double>(bytes) / kMegabyte, 'f', 1) + QStringLiteral(" MB");
+  return digits().toString(static_cast<double>(bytes) / kMegabyte, 'f', 1) + QStringLiteral(" MB");
 }
 
 QString length(double seconds) {

@@ -119,6 +119,7 @@ void PanelFrame::setHead(const QString& picture, const QString& title) {
   titleLabel_->setText(title);
   titleLabel_->setVisible(!title.trimmed().isEmpty());
   if (picture_ != nullptr) picture_->setName(plain(picture));
+  column_->activate();  // what the labels say now counts at once
   stack_.placeAgain(*this);
 }
 

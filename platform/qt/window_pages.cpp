@@ -66,6 +66,7 @@ QLabel* valueLabel(const QString& accessibleDescription) {
   auto* const label = new ElidedLabel;
   label->setFont(textFont(kSmallPixels));
   label->setText(texts::nothing());
+  label->setMinimumWidth(1);  // it gives way to the common name beside it
   label->setAccessibleDescription(accessibleDescription);
   return label;
 }
@@ -79,6 +80,8 @@ QWidget* savedRow(QtTextField& field) {
   auto* const unit = new QLabel(texts::mebibytesUnit());
   unit->setForegroundRole(QPalette::PlaceholderText);
   unit->setFont(textFont(kSmallPixels));
+  unit->setToolTip(texts::mebibytesTip());
+  unit->setAccessibleDescription(texts::mebibytesTip());
   unit->hide();
   field.label().setFont(textFont(kSmallPixels, QFont::DemiBold));
   field.setShape(texts::mebibytes);

@@ -55,13 +55,14 @@ inline QString codec(const QString& name) {
     if (one.isPrint()) shown += one;
   }
   shown = shown.trimmed();
-  return shown.isEmpty() ? QStringLiteral("not named") : shown;
+  return shown.isEmpty() ? nothing() : shown;
 }
 inline QString mebibytes(const QString& number) {
   return number.isEmpty() || number == QLatin1String("0") ? nothing() : number;
 }
 /// Stands behind that number.
-inline QString mebibytesUnit() { return QStringLiteral("MiB of 1,048,576 bytes"); }
+inline QString mebibytesUnit() { return QStringLiteral("MiB"); }
+inline QString mebibytesTip() { return QStringLiteral("1 MiB is 1,048,576 bytes"); }
 /// The window's title while something with a per cent goes on.
 inline QString titleWithPercent(int percent) { return QStringLiteral("%1 % \u2013 ").arg(percent) + productName(); }
 inline QString preview() { return QStringLiteral("Preview"); }
