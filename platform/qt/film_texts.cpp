@@ -134,7 +134,7 @@ QString unreadable(const FilmReport& report) {
                                                     : number(report.unreadableBytes) + QStringLiteral(" bytes");
   return QStringLiteral(
              "%1 of the damaged file could not be read, the first at byte %2. What lies there is missing "
-             "from the repaired film. The disk may be failing: copy what you need from it soon.")
+             "from the repaired film.")
       .arg(bytes, number(report.firstUnreadable));
 }
 
