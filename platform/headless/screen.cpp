@@ -164,7 +164,15 @@ Screen::Screen(Events* events)
                  .own = {.chosenfilm = chosenfilm,
                          .runprogress = runprogress,
                          .filmreport = filmreport,
-                         .rejectionreason = rejectionreason}} {
+                         .rejectionreason = rejectionreason,
+                         .workingfoldertext = workingfoldertext,
+                         .workingfolderbutton = workingfolderbutton,
+                         .waitingtext = waitingtext,
+                         .savedsizelabel = savedsizelabel,
+                         .invalidfilehead = invalidfilehead,
+                         .invalidfiletext = invalidfiletext,
+                         .savedbytestext = savedbytestext,
+                         .savecompletedhead = savecompletedhead}} {
   previewbutton.setTwoState(true);
 }
 

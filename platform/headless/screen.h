@@ -116,6 +116,15 @@ class Screen {
   HeadlessRunProgress runprogress;
   HeadlessFilmReport filmreport;
   HeadlessRejection rejectionreason;
+  // Elements of ours only keep their state, so that a list of events holds the given steps and nothing else.
+  HeadlessTextField workingfoldertext{"workingfoldertext", nullptr};
+  HeadlessButton workingfolderbutton{"workingfolderbutton", nullptr};
+  HeadlessTextField waitingtext{"waitingtext", nullptr};
+  HeadlessTextField savedsizelabel{"savedsizelabel", nullptr};
+  HeadlessSheetHead invalidfilehead{"invalidfilehead", nullptr};
+  HeadlessTextField invalidfiletext{"invalidfiletext", nullptr};
+  HeadlessTextField savedbytestext{"savedbytestext", nullptr};
+  HeadlessSheetHead savecompletedhead{"savecompletedhead", nullptr};
 
   JobOutlets job;
   /// `stoprepairwindow`, `stopbutton`, `pathfield`, `previewbutton`, `tabview` and `mainWindow` are the job's elements.

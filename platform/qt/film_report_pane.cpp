@@ -98,13 +98,12 @@ FilmReportPane::FilmReportPane(MainQueue& queue, Pictures& pictures, QLabel& vid
   column->addStretch(1);
 }
 
-void FilmReportPane::addFigure(const QString& name, QWidget& value) {
+void FilmReportPane::addFigure(QLabel& name, QWidget& value) {
   const int row = figures_->rowCount();
-  auto* const label = new QLabel(name);
-  label->setForegroundRole(QPalette::PlaceholderText);
-  label->setFont(textFont(kSmallPixels));
-  value.setAccessibleDescription(name);
-  figures_->addWidget(label, row, 0);
+  name.setForegroundRole(QPalette::PlaceholderText);
+  name.setFont(textFont(kSmallPixels));
+  value.setAccessibleDescription(name.text());
+  figures_->addWidget(&name, row, 0);
   figures_->addWidget(&value, row, 1);
 }
 

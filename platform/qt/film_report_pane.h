@@ -28,7 +28,8 @@ class FilmReportPane final : public QWidget, public FilmReportView {
   /// The sheet that leads to the page.
   void setSheet(PanelFrame& sheet) { sheet_ = &sheet; }
   /// Adds a row to the figures.
-  void addFigure(const QString& name, QWidget& value);
+  void addFigure(const QString& name, QWidget& value) { addFigure(*new QLabel(name), value); }
+  void addFigure(QLabel& name, QWidget& value);
 
   [[nodiscard]] QString title() const { return title_->text(); }
   [[nodiscard]] QString message() const { return message_->text(); }

@@ -169,7 +169,15 @@ void MainWindow::fillOutlets(MovieView& movieView) {
                                                             .own = {.chosenfilm = *one.dropArea,
                                                                     .runprogress = *two.runprogress,
                                                                     .filmreport = *three.filmreport,
-                                                                    .rejectionreason = panels.rejectionreason}});
+                                                                    .rejectionreason = panels.rejectionreason,
+                                                                    .workingfoldertext = one.workingfoldertext,
+                                                                    .workingfolderbutton = *one.workingfolderbutton,
+                                                                    .waitingtext = two.waitingtext,
+                                                                    .savedsizelabel = three.savedsizelabel,
+                                                                    .invalidfilehead = panels.invalidfilehead,
+                                                                    .invalidfiletext = panels.invalidfiletext,
+                                                                    .savedbytestext = panels.savedbytestext,
+                                                                    .savecompletedhead = panels.savecompletedhead}});
   jobOutlets_ = std::make_unique<JobOutlets>(JobOutlets{.textfield = two.status,
                                                         .videocodecfield = three.videocodecfield,
                                                         .audiocodecfield = three.audiocodecfield,

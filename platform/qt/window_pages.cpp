@@ -112,7 +112,9 @@ ChoosePage::ChoosePage(const PageParts& parts)
       repairbutton(parts.pictureButton(texts::repair(), "repair_button_normal")),
       dropArea(new DropArea(parts.queue, parts.pictures, *browsebutton)),
       textfield(parts.queue, *quietPath()),
-      pathfield(parts.queue, *new ElidedLabel) {
+      pathfield(parts.queue, *new ElidedLabel),
+      workingfoldertext(parts.queue, *quietPath()),
+      workingfolderbutton(parts.button(texts::changeWorkingFolder(), QtButton::Look::link)) {
   body()->addWidget(headline(texts::chooseHeadline()));
   body()->addWidget(explanation(texts::chooseExplanation()));
   textfield.setShape(texts::lastChosen);
@@ -134,6 +136,7 @@ ChoosePage::ChoosePage(const PageParts& parts)
   row->addWidget(new PathBox(path), 1);
   row->addWidget(repairbutton);
   body()->addLayout(row);
+  body()->addWidget(workingFolderLine());
   setFirstFocus(browsebutton);
   dropArea->setCardObserver([this](bool isCard) {
     setFirstFocus(isCard ? static_cast<QWidget*>(repairbutton) : browsebutton);
@@ -148,6 +151,19 @@ void ChoosePage::focusRepair() {
   if (isOurs && dropArea->isCard() && isVisible()) repairbutton->setFocus(Qt::OtherFocusReason);
 }
 
+QWidget* ChoosePage::workingFolderLine() {
+  auto* const area = new QWidget;
+  auto* const row = new QHBoxLayout(area);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(kPageGap);
+  workingfoldertext.label().setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  row->addWidget(&workingfoldertext.label(), 1);
+  row->addWidget(workingfolderbutton);
+  area->hide();
+  workingfoldertext.setObserver([area](const QString& text) { area->setVisible(!text.isEmpty()); });
+  return area;
+}
+
 void ChoosePage::showLastChosen() {
   // The path stands below already while it is the chosen one.
   textfield.label().setVisible(!textfield.text().isEmpty() && textfield.text() != pathfield.text());
@@ -160,6 +176,7 @@ RepairPage::RepairPage(const PageParts& parts)
       bar(new FlatProgressBar),
       progressbar(parts.queue, *bar),
       runprogress(new RunProgressLine),
+      waitingtext(parts.queue, *explanation({})),
       stopbutton(parts.button(texts::stop(), QtButton::Look::push)) {
   auto* const column = new QVBoxLayout;
   column->setSpacing(kPageGap);
@@ -172,6 +189,9 @@ RepairPage::RepairPage(const PageParts& parts)
   bar->setAccessibleName(texts::repairHeadline());
   column->addWidget(bar);
   column->addWidget(runprogress);
+  hideWhileEmpty(waitingtext);
+  waitingtext.label().hide();
+  column->addWidget(&waitingtext.label());
   column->addWidget(explanation(texts::repairExplanation()));
   column->addSpacing(kPageGap);
   column->addWidget(stopbutton, 0, Qt::AlignLeft);
@@ -196,6 +216,7 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
       audiocodecfield(parts.queue, *valueLabel(texts::audio())),
       filmreport(new FilmReportPane(parts.queue, parts.pictures, videocodecfield.label(), audiocodecfield.label())),
       durationfield(parts.queue, *new QLabel(texts::nothing())),
+      savedsizelabel(parts.queue, *new QLabel),
       previewbutton(parts.button(texts::preview(), QtButton::Look::push)),
       savebutton(parts.button(texts::save(), QtButton::Look::push)),
       clickherebutton(parts.button(texts::clickHere(), QtButton::Look::link)),
@@ -213,7 +234,8 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   side->setSpacing(kPageGap * 3 / 4);
   videocodecfield.setShape(texts::codec);
   audiocodecfield.setShape(texts::codec);
-  filmreport->addFigure(texts::lastSaved(), *savedRow(durationfield));
+  savedsizelabel.label().setText(texts::lastSaved());
+  filmreport->addFigure(savedsizelabel.label(), *savedRow(durationfield));
   side->addWidget(scrolled(filmreport), 1);
   previewbutton->setTwoState(texts::stopPreview());
   for (QtButton* button : {previewbutton, savebutton}) {

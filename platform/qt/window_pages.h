@@ -20,10 +20,13 @@ class ChoosePage final : public WindowPage {
   DropArea* dropArea;
   QtTextField textfield;  ///< the path that was chosen last
   QtTextField pathfield;  ///< the path that is chosen
+  QtTextField workingfoldertext;
+  QtButton* workingfolderbutton;
 
  private:
   void showLastChosen();
   void focusRepair();
+  [[nodiscard]] QWidget* workingFolderLine();
 };
 
 class RepairPage final : public WindowPage {
@@ -35,6 +38,7 @@ class RepairPage final : public WindowPage {
   FlatProgressBar* bar;
   QtProgressBar progressbar;
   RunProgressLine* runprogress;
+  QtTextField waitingtext;
   QtButton* stopbutton;
 };
 
@@ -48,6 +52,7 @@ class ResultPage final : public WindowPage {
   QtTextField audiocodecfield;
   FilmReportPane* filmreport;
   QtTextField durationfield;
+  QtTextField savedsizelabel;  ///< what `durationfield` is the size of
   QtButton* previewbutton;
   QtButton* savebutton;
   QtButton* clickherebutton;

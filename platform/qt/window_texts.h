@@ -32,6 +32,7 @@ inline QString lastChosen(const QString& path) {
   return path.isEmpty() ? QString() : QStringLiteral("Last chosen: ") + path;
 }
 inline QString repair() { return QStringLiteral("Repair"); }
+inline QString changeWorkingFolder() { return QStringLiteral("Change\u2026"); }
 
 // ---- Page 2 ----
 inline QString repairHeadline() { return QStringLiteral("Repairing your film"); }
