@@ -108,10 +108,13 @@ void OneRepair::copyPadded(const engine::Run& run) {
   }
   const std::uint64_t size = from.file->size();
   job_.beginWriting(Stage::copying, engine::paddedCopySize(size));
-  const auto failure =
+  const engine::PaddedCopyEnd end =
       engine::paddedCopy(from.file.get(), *to.file, size, [&run](std::uint64_t) { return !run.cancel->abandoned(); });
-  if (failure) {
-    failWriting(failure->offset, failure->cause);
+  if (end.writeFailure) {
+    failWriting(end.writeFailure->offset, end.writeFailure->cause);
+  } else if (end.missing > 0) {
+    obstacle_ = "the rebuilt file could not be read back: " + counted(end.missing, "byte") + " missing" +
+                (end.readFailures.count > 0 ? ", " + end.readFailures.firstCause.message() : "") + ".";
   } else if (const std::error_code error = to.file->close()) {
     failWriting(engine::paddedCopySize(size), error);
   }

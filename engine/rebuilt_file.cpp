@@ -91,8 +91,16 @@ std::optional<WriteFailure> RepairFile::openOutput() {
 std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   const Run& run = *run_;
   const std::uint64_t expected = bytesToWrite();
-  // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same.
-  const bool reserved = !outputfile->reserve(expected);
+  // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same; one
+  // that has no room for it would only fail later. // Decision 0019
+  const std::error_code reserving = outputfile->reserve(expected);
+  if (platform::isNoRoom(reserving)) {
+    static_cast<void>(outputfile->truncate(0));  // part of the room may be taken
+    static_cast<void>(outputfile->close());
+    showAudioCodec();
+    return WriteFailure{0, reserving};
+  }
+  const bool reserved = !reserving;
   StagedOutput out(*outputfile);
   writeHeaderLists(out);
   out.code(kList);
