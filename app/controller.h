@@ -18,8 +18,10 @@
 
 #include "app/app_services.h"
 #include "app/counted_files.h"
+#include "app/explained_sheets.h"
 #include "app/run_guard.h"
 #include "app/scratch_path.h"
+#include "engine/padded_copy.h"
 #include "engine/progress_relay.h"
 #include "engine/repair_file.h"
 #include "engine/write_failure.h"
@@ -247,6 +249,11 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void lookForPlayer();
   void showHintFor(bool playerIsThere);
   void startRun();
+  /// Has the invalid-file sheet say why. Thread: the repair worker.
+  void explainInvalidInput(const engine::Run& run);
+  /// Removes what a run wrote that nobody shows any more; another run may not have begun yet, or writes elsewhere.
+  /// Thread: the repair worker, or main.
+  void removeLeftover(std::uint64_t number, const engine::Run& run);
   void workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run);
   void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<engine::WriteFailure>& failure);
   void abandonShownRun();
@@ -259,8 +266,12 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   [[nodiscard]] platform::RunProgress runProgress(std::uint64_t number) const;
   /// Removes a rebuilt file. What stands there and is no regular file stays.
   void removeScratch(const std::string& scratch);
-  /// Answers why the copy is not whole; nothing when it is.
+  /// Answers why the copy is not whole, in sentences; nothing when it is.
   [[nodiscard]] std::optional<std::string> copyRebuiltFile(std::uint64_t size);
+  /// The same for what could not be read of the rebuilt file.
+  [[nodiscard]] std::optional<std::string> missingInCopy(std::uint64_t size, const std::error_code& opening,
+                                                         const engine::PaddedCopyEnd& end) const;
+  void tellSaved(const std::optional<std::string>& incomplete);
   [[nodiscard]] bool areOneFile(const std::string& one, const std::optional<std::string>& other);
   [[nodiscard]] std::uint64_t sizeOf(const std::string& file);
   void showSaveProgress(double percent);
@@ -270,9 +281,12 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   platform::Window* window_;
   CountedFiles countedFiles_;
   RunGuard runGuard_;
+  ExplainedSheets sheetsOfRuns_;
+  const engine::Run* runAtWork_ = nullptr;  ///< Thread: the repair worker
   ScratchPath scratchPath_;
   platform::Guarded<std::optional<std::string>> unipath_;
-  platform::Relaxed<double> saveProgress_;  ///< what the save bar is to show
+  platform::Relaxed<std::uint64_t> rebuiltSize_;  ///< bytes of the rebuilt file when it was handed over
+  platform::Relaxed<double> saveProgress_;        ///< what the save bar is to show
   platform::Relaxed<std::uint64_t> bytesToWrite_;
   platform::CoalescedOperation repairButtonOff_;
   platform::CoalescedOperation updateSaveProgressBar2_;

@@ -87,6 +87,7 @@ void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsS
          const auto opened = files->openForReading(file);
          return opened.file ? engine::filmLength(*opened.file) : std::nullopt;
        }});
+  runGuard_.choiceMade();
 }
 
 }  // namespace zelvo::app

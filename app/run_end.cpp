@@ -2,32 +2,16 @@
 // 1. Its worker waits for the one before, then works; its end is told on the main thread.
 // 2. A write error takes the window back to page 1 and is told with its cause.
 // 3. A preview or save asked for too early waits until the rebuilt file is whole.
-// 4. A run that nobody waits for any more is abandoned, and its scratch file removed.
+// 4. A run that nobody waits for any more is abandoned. What it wrote, or a stopped run, is removed when it has ended.
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <utility>
 
 #include "app/controller.h"
+#include "app/shown_size.h"
 #include "app/texts.h"
 #include "engine/globals.h"
 
 namespace zelvo::app {
-
-namespace {
-
-std::string inMegabytes(std::uint64_t bytes) {
-  std::array<char, 40> text{};
-  const int length = std::snprintf(text.data(), text.size(), "%.1f MB", static_cast<double>(bytes) / 1e6);
-  return {text.data(), static_cast<std::size_t>(length)};
-}
-
-std::string folderOf(const std::string& file) {
-  const std::size_t slash = file.rfind('/');
-  return slash == std::string::npos ? std::string(".") : file.substr(0, std::max<std::size_t>(slash, 1));
-}
-
-}  // namespace
 
 void Orlin_Repair_AVIAppDelegate::startRun() {
   abandonShownRun();
@@ -52,6 +36,8 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
   outlets.own.runprogress.follow([this, number] { return runProgress(number); });
   shownRun_ = ShownRun{number, run};
   runs_.push_back(run);
+  const bool waits = lastWorker_ && !lastWorker_->finished();
+  outlets.own.waitingtext.setStringValue(waits ? texts::kWaitsForOtherRun : "");
   mythread = services_.workers.start(run->cancel, [this, number, run, before = lastWorker_] {
     if (before) before->join();
     workOn(number, run);
@@ -63,12 +49,21 @@ void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared
   runGuard_.beginWork(number);
   countedFiles_.restart();
   bytesToWrite_ = 0;
+  if (runGuard_.shows(number)) outlets.own.waitingtext.setStringValue("");
   const bool worked = !run->cancel->cancelled();
+  runAtWork_ = run.get();
   repair1->retrieveAudioVideoSamples(run);
+  runAtWork_ = nullptr;
+  if (worked) removeLeftover(number, *run);
   // No later run has begun yet: its worker waits for this one.
   const auto failure = worked ? repair1->writeFailure.get() : std::nullopt;
   runGuard_.endWork();
   services_.mainQueue.perform([this, number, run, failure] { runEnded(number, *run, failure); });
+}
+
+void Orlin_Repair_AVIAppDelegate::removeLeftover(std::uint64_t number, const engine::Run& run) {
+  if (runGuard_.shows(number) || !run.cancel->cancelled()) return;
+  if (scratchFiles_.get().contains(run.internalpath)) removeScratch(run.internalpath);
 }
 
 void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::Run& run,
@@ -76,9 +71,8 @@ void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::R
   if (terminated_) return;
   if (!shownRun_ || shownRun_->number != number) {
     const bool isWrittenAgain = shownRun_ && shownRun_->run->internalpath == run.internalpath;
-    if (run.cancel->abandoned() && !isWrittenAgain && scratchFiles_.get().contains(run.internalpath)) {
-      removeScratch(run.internalpath);
-    }
+    // Stopped after its worker had looked.
+    if (!isWrittenAgain) removeLeftover(number, run);
     return;
   }
   shownRun_->atWork = false;

@@ -2,11 +2,14 @@
 // 1. `save`: the panel. Its answer is a folder, which is made before the space is checked.
 // 2. With space enough the progress worker starts and the copy is made here, on the main thread; otherwise an alert.
 // 3. The buttons of the sheets.
+#include <algorithm>
+
 #include "app/controller.h"
 #include "app/globals.h"
+#include "app/shown_size.h"
 #include "app/texts.h"
+#include "app/write_out.h"
 #include "engine/globals.h"
-#include "engine/padded_copy.h"
 
 namespace zelvo::app {
 
@@ -86,37 +89,70 @@ void Orlin_Repair_AVIAppDelegate::saveFile() {
   services_.sheets.beginSheet(outlets.saveprogresspanel, outlets.mainWindow);
   savingNameFromUser = savepath + std::string(texts::kSavedFile);
   logLine(services_.log, "Repaired file size=%llu", size);
-  const std::optional<std::string> incomplete = copyRebuiltFile(size);
-  if (!incomplete) {
-    outlets.savecompletedtext.setStringValue(std::string(texts::kSaveComplete) + savingNameFromUser + ".");
-    return;
-  }
-  outlets.savecompletedtext.setStringValue(std::string(texts::kSaveIncomplete) + *incomplete +
-                                           std::string(texts::kSaveElsewhere));
+  services_.application.closeInput();
+  tellSaved(copyRebuiltFile(size));
+  services_.application.openInput();  // before the sheets that the progress asked for open
+}
+
+void Orlin_Repair_AVIAppDelegate::tellSaved(const std::optional<std::string>& incomplete) {
+  outlets.own.savecompletedhead.setTitle(incomplete ? texts::kSaveIncompleteTitle : texts::kSavedTitle);
+  outlets.own.savecompletedhead.setSign(incomplete ? platform::SheetSign::warning : platform::SheetSign::done);
+  outlets.own.savedsizelabel.setStringValue(incomplete ? texts::kLastNotSaved : texts::kLastSaved);
+  // On the sheet of the progress too, which stays alone when the progress has no step.
+  if (incomplete) outlets.own.savedbytestext.setStringValue(std::string(texts::kSaveIncomplete) + *incomplete);
+  outlets.savecompletedtext.setStringValue(incomplete ? std::string(texts::kSaveIncomplete) + *incomplete
+                                                      : std::string(texts::kSaveComplete) + savingNameFromUser + ".");
 }
 
 std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uint64_t size) {
+  const std::string elsewhere(texts::kSaveElsewhere);
   const std::string rebuilt = unipath().value_or("");
   // The save panel refuses such a name; the file can still have come to stand there since.
   if (areOneFile(savingNameFromUser, engine::path.get()) || areOneFile(savingNameFromUser, rebuilt)) {
-    return texts::kWouldReplaceInput;
+    return texts::kWouldReplaceInput + elsewhere;
   }
-  if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return error.message() + ".";
+  if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return error.message() + "." + elsewhere;
   const auto from = services_.files.openForReading(rebuilt);
   const auto to = services_.files.openForWriting(savingNameFromUser);
-  if (!to.file) return to.error.message() + ".";
+  if (!to.file) return to.error.message() + "." + elsewhere;
   bool ended = false;
-  const auto failure = engine::paddedCopy(from.file.get(), *to.file, size, [&](std::uint64_t) {
-    services_.application.deliverRedraws();
-    ended = services_.application.terminationRequested();
+  const auto showCopied = [&](std::uint64_t bytes) {
+    outlets.own.savedbytestext.setStringValue(inMegabytes(bytes) + " of " + inMegabytes(size) + " copied");
+  };
+  WriteOut out(*to.file, services_.workers);
+  showCopied(0);
+  const engine::PaddedCopyEnd copy = engine::paddedCopy(from.file.get(), *to.file, size, [&](std::uint64_t bytes) {
+    out.wroteUpTo(bytes);
+    showCopied(bytes);
+    do {
+      services_.application.deliverRedraws();
+      ended = services_.application.terminationRequested();
+    } while (!ended && !out.mayGoOn());
     return !ended;
   });
-  const auto flushed = to.file->flush();
+  if (!ended) outlets.own.savedbytestext.setStringValue(texts::kTakingTheLastBytes);
+  for (out.finish(); !out.isFlushed();) services_.application.deliverRedraws();
   const auto closed = to.file->close();
-  if (failure) return failure->cause.message() + ".";
-  if (flushed) return flushed.message() + ".";
-  if (closed) return closed.message() + ".";
-  if (ended) return "the program was asked to end.";
+  if (copy.writeFailure) return copy.writeFailure->cause.message() + "." + elsewhere;
+  if (out.error()) return out.error().message() + "." + elsewhere;
+  if (closed) return closed.message() + "." + elsewhere;
+  if (ended) return "the program was asked to end." + elsewhere;
+  showCopied(size);
+  return missingInCopy(size, from.error, copy);
+}
+
+std::optional<std::string> Orlin_Repair_AVIAppDelegate::missingInCopy(std::uint64_t size,
+                                                                      const std::error_code& opening,
+                                                                      const engine::PaddedCopyEnd& end) const {
+  const std::string again(texts::kRepairAgain);
+  if (opening == std::errc::no_such_file_or_directory) return std::string(texts::kRebuiltFileGone) + again;
+  const std::error_code cause = opening ? opening : end.readFailures.firstCause;
+  if (cause) {
+    return inMegabytes(std::max(end.missing, rebuiltSize_ > size ? rebuiltSize_ - size : 0)) +
+           std::string(texts::kRebuiltFileUnreadable) + ": " + cause.message() + "." + again;
+  }
+  const std::uint64_t gone = end.missing + (rebuiltSize_ > size ? rebuiltSize_ - size : 0);
+  if (gone > 0) return inMegabytes(gone) + std::string(texts::kRebuiltFileShort) + again;
   return std::nullopt;
 }
 

@@ -78,6 +78,18 @@ inline constexpr const char* kCannotBeChosenTitle = "This cannot be chosen";
 inline constexpr const char* kNotAFilmMessage =
     "Only films whose names end in .avi, .divx or .xvid can be repaired here. Nothing was changed in your file.";
 inline constexpr const char* kNoSuchFilmMessage = "There is no such film. It may have been moved, renamed or removed.";
+inline constexpr std::string_view kInvalidTitle = "This is not an AVI film";
+inline constexpr std::string_view kInvalidMessage =
+    "The beginning of the file has nothing of an AVI film, so there is nothing to repair. Nothing was changed in your "
+    "file.";
+inline constexpr std::string_view kGoneTitle = "This film is no longer there";
+inline constexpr std::string_view kLinkTitle = "This is only a link to a film";
+inline constexpr std::string_view kLinkMessage = "Please choose the film itself.";
+inline constexpr std::string_view kUnreadableTitle = "This film cannot be read";
+inline constexpr std::string_view kUnreadableMessage = "The system says: ";
+inline constexpr std::string_view kNothingChanged = " Nothing was changed in your file.";
+inline constexpr std::string_view kWaitsForOtherRun =
+    "Waiting until the repair before this one has ended. Its last step cannot be cut short.";
 inline constexpr const char* kFinishingTitle = "Finishing the repaired file";
 inline constexpr const char* kFinishingMessage = "The last part is still being written. This takes only a moment.";
 inline constexpr const char* kFinishingCancel = "Cancel";
@@ -85,6 +97,15 @@ inline constexpr const char* kWriteFailedTitle = "The repaired file could not be
 inline constexpr std::string_view kSaveComplete = "The repaired file was saved as ";
 inline constexpr std::string_view kSaveIncomplete = "The copy is incomplete: ";
 inline constexpr std::string_view kSaveElsewhere = " Please save again, to another place.";
+inline constexpr std::string_view kRepairAgain = " Please go back with Home and repair the film again.";
+inline constexpr std::string_view kSavedTitle = "Saving is done";
+inline constexpr std::string_view kSaveIncompleteTitle = "The film was not saved whole";
+inline constexpr std::string_view kLastSaved = "Last saved";
+inline constexpr std::string_view kLastNotSaved = "Last, not whole";
+inline constexpr std::string_view kRebuiltFileGone = "the repaired file is no longer there.";
+inline constexpr std::string_view kRebuiltFileUnreadable = " of the repaired file could not be read";
+inline constexpr std::string_view kRebuiltFileShort = " of the repaired file are no longer there.";
+inline constexpr std::string_view kTakingTheLastBytes = "The disk is taking in the last bytes\u2026";
 inline constexpr const char* kWouldReplaceInput =
     "That would overwrite the damaged file itself. Please choose another name or folder.";
 
