@@ -82,6 +82,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   // ---- Run control (run_control.cpp, run_end.cpp) ----
   /// `repair:`
   void repair(platform::Button* sender);
+  /// Shows a chooser for the folder that rebuilt files lie in until they are saved.
+  void chooseWorkingFolder(platform::Button* sender);
   /// `stopProgress:` asks whether to stop. Thread: any.
   void stopProgress(platform::Button* sender);
   /// Runs `stopProgress` on a thread of its own. No flow calls it.
@@ -249,6 +251,11 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void lookForPlayer();
   void showHintFor(bool playerIsThere);
   void startRun();
+  /// Free room in `folder` against what the chosen film needs, in words.
+  [[nodiscard]] std::string roomIn(const std::string& folder);
+  void showWorkingFolder();
+  void tellNoWorkingFolder();
+  void useWorkingFolder(const std::string& folder);
   /// Has the invalid-file sheet say why. Thread: the repair worker.
   void explainInvalidInput(const engine::Run& run);
   /// Removes what a run wrote that nobody shows any more; another run may not have begun yet, or writes elsewhere.

@@ -88,6 +88,7 @@ void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsS
          return opened.file ? engine::filmLength(*opened.file) : std::nullopt;
        }});
   runGuard_.choiceMade();
+  showWorkingFolder();
 }
 
 }  // namespace zelvo::app

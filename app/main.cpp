@@ -165,7 +165,8 @@ class Program {
   system_::LinuxReachability reachability_;
   system_::LinuxClock clock_;
   system_::StandardOutputSink printed_;
-  system_::LinuxScratchPaths scratchPaths_{std::string(app::texts::kApplications.text()), system_::cacheFolder()};
+  system_::LinuxScratchPaths scratchPaths_{std::string(app::texts::kApplications.text()), system_::cacheFolder(),
+                                           system_::configFolder() + "/zelvo-avi-repair/working-folder"};
   const system_::LinuxBundle bundle_{files_, propertyLists_, system_::LinuxBundle::runningProgram()};
   const platform::PathMapper paths_{bundle_.prefix().value_or("/opt")};
   const std::string applications_ = paths_.mapped(app::texts::kApplications);

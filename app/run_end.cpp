@@ -103,8 +103,8 @@ void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const
 
   std::string message = failure.cause.message() + ".";
   if (const auto space = services_.fileManager.freeSpace(folderOf(run.internalpath))) {
-    message += " " + inMegabytes(*space) + " are free in " + folderOf(run.internalpath);
-    if (bytesToWrite_ != 0) message += ", and the repaired file takes " + inMegabytes(bytesToWrite_);
+    message += " " + shownSize(*space) + " are free in " + folderOf(run.internalpath);
+    if (bytesToWrite_ != 0) message += ", and the repaired file takes " + shownSize(bytesToWrite_);
     message += ".";
   }
   message += " Nothing was changed in your file, and it is still chosen: you can press Repair again.";

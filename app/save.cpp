@@ -117,7 +117,7 @@ std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uin
   if (!to.file) return to.error.message() + "." + elsewhere;
   bool ended = false;
   const auto showCopied = [&](std::uint64_t bytes) {
-    outlets.own.savedbytestext.setStringValue(inMegabytes(bytes) + " of " + inMegabytes(size) + " copied");
+    outlets.own.savedbytestext.setStringValue(shownSize(bytes) + " of " + shownSize(size) + " copied");
   };
   WriteOut out(*to.file, services_.workers);
   showCopied(0);
@@ -148,11 +148,11 @@ std::optional<std::string> Orlin_Repair_AVIAppDelegate::missingInCopy(std::uint6
   if (opening == std::errc::no_such_file_or_directory) return std::string(texts::kRebuiltFileGone) + again;
   const std::error_code cause = opening ? opening : end.readFailures.firstCause;
   if (cause) {
-    return inMegabytes(std::max(end.missing, rebuiltSize_ > size ? rebuiltSize_ - size : 0)) +
+    return shownSize(std::max(end.missing, rebuiltSize_ > size ? rebuiltSize_ - size : 0)) +
            std::string(texts::kRebuiltFileUnreadable) + ": " + cause.message() + "." + again;
   }
   const std::uint64_t gone = end.missing + (rebuiltSize_ > size ? rebuiltSize_ - size : 0);
-  if (gone > 0) return inMegabytes(gone) + std::string(texts::kRebuiltFileShort) + again;
+  if (gone > 0) return shownSize(gone) + std::string(texts::kRebuiltFileShort) + again;
   return std::nullopt;
 }
 

@@ -90,6 +90,18 @@ inline constexpr std::string_view kUnreadableMessage = "The system says: ";
 inline constexpr std::string_view kNothingChanged = " Nothing was changed in your file.";
 inline constexpr std::string_view kWaitsForOtherRun =
     "Waiting until the repair before this one has ended. Its last step cannot be cut short.";
+inline constexpr std::string_view kWorkingFolder = "Working folder: ";
+inline constexpr std::string_view kNoWorkingFolder = "There is no working folder that can be used.";
+inline constexpr const char* kNoWorkingFolderTitle = "The working folder cannot be used";
+inline constexpr std::string_view kNoWorkingFolderMessage =
+    "A repaired film lies in a working folder until you save it, and none can be used. The last one tried was ";
+inline constexpr const char* kSystemSays = "The system says: ";
+inline constexpr std::string_view kNothingStarted = " Nothing was started, and nothing was changed in your file.";
+inline constexpr const char* kChooseAnotherFolder = "Choose another\u2026";
+inline constexpr const char* kUseFolder = "Use this folder";
+inline constexpr const char* kFolderRefusedTitle = "This folder cannot be used";
+inline constexpr const char* kFolderRefusedMessage =
+    " cannot hold a repaired film until you save it, so nothing was changed. The system says: ";
 inline constexpr const char* kFinishingTitle = "Finishing the repaired file";
 inline constexpr const char* kFinishingMessage = "The last part is still being written. This takes only a moment.";
 inline constexpr const char* kFinishingCancel = "Cancel";

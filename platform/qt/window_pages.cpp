@@ -118,9 +118,9 @@ ChoosePage::ChoosePage(const PageParts& parts)
   body()->addWidget(headline(texts::chooseHeadline()));
   body()->addWidget(explanation(texts::chooseExplanation()));
   textfield.setShape(texts::lastChosen);
-  textfield.setObserver([this](const QString&) { showLastChosen(); });
+  textfield.setObserver([this](const QString&) { showChoice(); });
   pathfield.setObserver([this](const QString& path) {
-    showLastChosen();
+    showChoice();
     if (path.isEmpty()) dropArea->clear();
   });
   textfield.label().hide();
@@ -159,12 +159,16 @@ QWidget* ChoosePage::workingFolderLine() {
   workingfoldertext.label().setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   row->addWidget(&workingfoldertext.label(), 1);
   row->addWidget(workingfolderbutton);
-  area->hide();
-  workingfoldertext.setObserver([area](const QString& text) { area->setVisible(!text.isEmpty()); });
+  workingFolder_ = area;
+  workingfoldertext.setObserver([this](const QString&) { showChoice(); });
+  showChoice();
   return area;
 }
 
-void ChoosePage::showLastChosen() {
+void ChoosePage::showChoice() {
+  if (workingFolder_ != nullptr) {
+    workingFolder_->setVisible(!workingfoldertext.text().isEmpty() && !pathfield.text().isEmpty());
+  }
   // The path stands below already while it is the chosen one.
   textfield.label().setVisible(!textfield.text().isEmpty() && textfield.text() != pathfield.text());
 }

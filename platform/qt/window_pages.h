@@ -24,9 +24,11 @@ class ChoosePage final : public WindowPage {
   QtButton* workingfolderbutton;
 
  private:
-  void showLastChosen();
+  void showChoice();
   void focusRepair();
   [[nodiscard]] QWidget* workingFolderLine();
+
+  QWidget* workingFolder_ = nullptr;
 };
 
 class RepairPage final : public WindowPage {

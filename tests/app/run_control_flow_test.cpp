@@ -216,18 +216,6 @@ TEST_F(Repair, TheScratchFileItselfCanBeTheInput) {
   EXPECT_EQ(app.files.content(kScratch1), smallAvi());
 }
 
-TEST_F(Repair, WithoutAnyScratchPathTheWriteErrorIsTold) {
-  app.scratchPaths.refused = {kScratch1, "/cache/slot1/testfile1.avi"};
-  app.files.refuse("", std::make_error_code(std::errc::no_such_file_or_directory));
-  app.start();
-  app.choose(smallAvi());
-
-  repairWhole();
-
-  ASSERT_EQ(app.alerts.shown().size(), 1U);
-  EXPECT_EQ(app.screen.tabview.page(), 1);
-}
-
 TEST_F(Stop, TheButtonAsksOverTheMainWindow) {
   app.start();
   app.choose(smallAvi());
