@@ -157,7 +157,8 @@ def titles(root):
     """The titles of the window's panels and alerts, out of its sources."""
     found = []
     for path, pattern in (("platform/qt/window_texts.h", r'Title\(\) \{ return QStringLiteral\("([^"]+)"\)'),
-                          ("app/texts.h", r'k(?:NoSpace|Finishing|WriteFailed)Title = "([^"]+)"'),
+                          ("app/texts.h", r'k(?:NoSpace|Finishing|WriteFailed|Gone|Link|Unreadable|NoWorkingFolder|FolderRefused|SaveIncomplete)Title = '
+                           r'"([^"]+)"'),
                           ("app/texts.h", r'kQuitMessage = "([^"]+)"'),
                           ("update/update_paths.h", r'kTitle = "([^"]+)"')):
         with open(os.path.join(root, path), encoding="utf-8") as file:
