@@ -65,7 +65,13 @@ class Photographer {
     });
     take("repairing");
     takePanel("stop-repair", panels_.stoprepairwindow);
+    outlets.own.waitingtext.setStringValue(app::texts::kWaitsForOtherRun);
+    take("waiting");
+    outlets.own.waitingtext.setStringValue("");
     takePanel("invalid", panels_.invalidfilewindow);
+    outlets.own.invalidfilehead.setTitle(app::texts::kGoneTitle);
+    outlets.own.invalidfiletext.setStringValue(app::texts::kNoSuchFilmMessage);
+    takePanel("film-gone", panels_.invalidfilewindow);
     outlets.own.rejectionreason.show(platform::Rejection::noSound);
     takePanel("not-supported", panels_.filenotsupportedwindow);
     takePanel("completed", panels_.repaircompletedwindow);
@@ -83,6 +89,17 @@ class Photographer {
                "press Repair again.",
            .defaultButton = app::texts::kOk,
            .alternateButton = std::nullopt,
+           .otherButton = std::nullopt});
+    });
+    takeAlert("no-working-folder", [&] {
+      bench_.alerts->runAlertPanel(
+          {.title = app::texts::kNoWorkingFolderTitle,
+           .message = std::string(app::texts::kNoWorkingFolderMessage) +
+                      "/home/anna/.cache. The system says: Permission denied. To repair this film, 12.3 MB are free, "
+                      "about 734.0 MB are needed." +
+                      std::string(app::texts::kNothingStarted),
+           .defaultButton = app::texts::kChooseAnotherFolder,
+           .alternateButton = app::texts::kFinishingCancel,
            .otherButton = std::nullopt});
     });
     takeAlert("finishing", [&] {
@@ -144,13 +161,24 @@ class Photographer {
     bench_.key(Qt::Key_Escape);
     const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
     outlets.saveprogressbar.setDoubleValue(62.0);
+    outlets.own.savedbytestext.setStringValue("455.1 MB of 734.0 MB copied");
     bench_.window->panels().begin(panels_.saveprogresspanel);
+    bench_.application->closeInput();
     take("saving");
+    bench_.application->openInput();
     takePanel("stop-saving", panels_.stopsavingwindow);
     bench_.window->panels().orderOut(panels_.saveprogresspanel);
     outlets.savecompletedtext.setStringValue("The repaired file was saved as /home/anna/Videos/Repaired/repaired.avi.");
     outlets.durationfield.setIntegerValue(217);
     takePanel("saved", panels_.savecompletedwindow);
+    outlets.own.savecompletedhead.setTitle(app::texts::kSaveIncompleteTitle);
+    outlets.own.savecompletedhead.setSign(platform::SheetSign::warning);
+    outlets.own.savedsizelabel.setStringValue(app::texts::kLastNotSaved);
+    outlets.savecompletedtext.setStringValue(
+        "The copy is incomplete: 28.3 MB of the repaired file could not be read: Input/output error." +
+        std::string(app::texts::kRepairAgain));
+    takePanel("saved-in-part", panels_.savecompletedwindow);
+    outlets.own.savedsizelabel.setStringValue(app::texts::kLastSaved);
     takePanel("preview-error", panels_.PreviewErrorWindow);
     takeVerdicts();
     takeAlert("no-space", [&] {
