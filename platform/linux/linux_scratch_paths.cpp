@@ -155,6 +155,7 @@ std::optional<ScratchPair> LinuxScratchPaths::holdSlotBelow(const std::string& b
     // What an instance left that was killed.
     for (const char* leftover : kNames) ::unlinkat(slot->number(), leftover, 0);
     const std::string path = base + "/" + kPrivateFolder + "/" + name;
+    std::erase_if(held_, [&path](const Held& one) { return one.path == path; });  // one that vanished
     held_.push_back({path, std::move(slot)});
     return pairIn(path, base, false);
   }

@@ -250,7 +250,7 @@ TEST_F(ScratchPaths, AFolderThatCannotBeChosenChangesNothing) {
 }
 
 TEST_F(ScratchPaths, ARememberedTextThatIsNoWholePathIsNone) {
-  std::ofstream(folder + "/choice") << "relative/folder\n";
+  std::ofstream(folder + "/choice") << ".\n";
   EXPECT_EQ(LinuxScratchPaths(shared, cache, folder + "/choice").claim()->folder, cache);
 }
 
