@@ -48,7 +48,7 @@ class SaveOfLess : public Save {
     EXPECT_TRUE(app.screen.savecompletedtext.stringValue().starts_with("The copy is incomplete: " + why))
         << app.screen.savecompletedtext.stringValue();
     EXPECT_EQ(app.screen.savedbytestext.stringValue(), app.screen.savecompletedtext.stringValue());
-    EXPECT_EQ(app.screen.savedsizelabel.stringValue(), "Last, not whole");
+    EXPECT_EQ(app.screen.savedsizelabel.stringValue(), "Not whole");
     runWorkers();
     EXPECT_TRUE(app.isShown(app.screen.savecompletedwindow));
     EXPECT_EQ(app.screen.savecompletedhead.title(), "The film was not saved whole");
