@@ -247,6 +247,12 @@ void MainWindow::offerFile(const std::string& file) {
   if (takesFiles() && fileReceiver_) fileReceiver_(file);
 }
 
+void MainWindow::setAnswering(bool answering) {
+  PanelFrame& panel = fixedPanels_->saveprogresspanel;
+  fixedPanels_->stopsavingbutton.setEnabled(answering);
+  if (answering && panels_->top() == &panel) panel.firstFocus().setFocus(Qt::PopupFocusReason);
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (!panels_->isEmpty() || (closeJudge_ && !closeJudge_())) event->ignore();
 }

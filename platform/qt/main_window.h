@@ -42,6 +42,9 @@ class MainWindow final : public QWidget, public Window {
   /// Hands a file over as if it were dropped.
   void offerFile(const std::string& file);
 
+  /// False while the window cannot answer: the button that stops a save looks off then.
+  void setAnswering(bool answering);
+
   [[nodiscard]] bool wasPainted() const { return wasPainted_; }
 
   // ---- For tests and pictures of the window ----
