@@ -104,6 +104,7 @@ void Orlin_Repair_AVIAppDelegate::applicationWillTerminate() {
   }
   if (saveCancel_) saveCancel_->cancel();
   services_.clock.endSleeps();
+  services_.mainQueue.endWaits();
   services_.workers.joinAll();
   for (const std::string& scratch : scratchFiles_.get()) removeScratch(scratch);
 }

@@ -204,6 +204,13 @@ TEST_F(Threads, AQuitDuringTheProgressOfASaveEndsIt) {
   EXPECT_FALSE(app.files.has(kScratch1));
 }
 
+TEST_F(Threads, AQuitEndsAWorkerThatWaitsForTheMainThread) {
+  workers.start(std::make_shared<platform::CancelMark>(), [this] { app.controller->nexttab(); });
+  workers.start(std::make_shared<platform::CancelMark>(), [this] { app.controller->copyfile(); });
+
+  quit();  // waits for both
+}
+
 /// A quit in the middle of each stage: the status line or the files say how far the run is.
 class ThreadsQuit : public testing::TestWithParam<std::string> {};
 
