@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QUrl>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -43,6 +44,7 @@
 #include "platform/qt/qt_movie_view.h"
 #include "platform/qt/qt_wait_panels.h"
 #include "platform/qt/qt_workspace.h"
+#include "platform/qt/window_texts.h"
 #include "update/updates.h"
 
 namespace {
@@ -51,6 +53,9 @@ namespace app = zelvo::app;
 namespace platform = zelvo::platform;
 namespace qt = zelvo::platform::qt;
 namespace system_ = zelvo::platform::linux_;
+
+/// Of the desktop's icon theme, where the program is installed.
+const QString kIconName = QStringLiteral("zelvo-avi-repair");
 
 constexpr const char* kHelp =
     "Usage: zelvo-avi-repair [--appearance light|dark] [FILE]\n"
@@ -142,6 +147,10 @@ class Program {
       panels_.noteInput(file);
       controller_.offerFile(file);
     });
+    window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(paths_.mapped(app::texts::kHelpPage1))));
+    workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
+    tellOfUpdates();
+    if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));
     if (options_.file) application_.setStartHandler([this] { window_.offerFile(*options_.file); });
   }
   Program(const Program&) = delete;
@@ -151,6 +160,20 @@ class Program {
   int run() { return app::applicationMain(application_, controller_); }
 
  private:
+  /// The buttons say beforehand what a press cannot come to.
+  void tellOfUpdates() {
+    switch (updates_.means()) {
+      case zelvo::update::UpdateMeans::noAddress:
+        window_.setUpdateRemark(qt::texts::noUpdateAddress());
+        break;
+      case zelvo::update::UpdateMeans::noUpdater:
+        window_.setUpdateRemark(qt::texts::noUpdater());
+        break;
+      case zelvo::update::UpdateMeans::all:
+        break;
+    }
+  }
+
   Options options_;
   const std::string home_ = system_::homeDirectory();
   WindowLog log_;
@@ -242,7 +265,7 @@ int main(int argc, char** argv) {
   const Options options = readOptions(argc, argv);
   if (options.exit) return *options.exit;
   QApplication::setDesktopFileName(QStringLiteral("zelvo-avi-repair"));
-  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("zelvo-avi-repair")));
+  QApplication::setWindowIcon(QIcon::fromTheme(kIconName));
   qt::apply(options.appearance.value_or(qt::desktopAppearance()));
   qt::installPanelAccessibility();
   return Program(webLibrary, options).run();

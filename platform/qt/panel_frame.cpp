@@ -31,8 +31,9 @@ class AccessiblePanel final : public QAccessibleWidget {
     return all;
   }
   QString text(QAccessible::Text kind) const override {
-    if (kind == QAccessible::Name) return panel_.title().trimmed().isEmpty() ? panel_.message().text() : panel_.title();
-    if (kind == QAccessible::Description) return panel_.message().text();
+    const QString message = withoutBreaks(panel_.message().text());
+    if (kind == QAccessible::Name) return panel_.title().trimmed().isEmpty() ? message : panel_.title();
+    if (kind == QAccessible::Description) return message;
     return QAccessibleWidget::text(kind);
   }
 
@@ -76,6 +77,7 @@ PanelFrame::PanelFrame(PanelStack& stack, const PanelText& text)
   content_->setSpacing(kGap);
   content_->addWidget(textLabel(text.title, textFont(kTitlePixels, QFont::DemiBold)));
   message_ = textLabel(text.message, textFont(kTextPixels));
+  showBreakable(*message_, text.message);
   content_->addWidget(message_);
   content_->addStretch(1);
   head->addLayout(content_, 1);
@@ -109,6 +111,20 @@ QtButton& PanelFrame::addButton(const QString& title, Role role) {
   if (role == Role::cancels || role == Role::defaultAndCancels) cancelButton_ = button;
   stack_.buttonMade(button->hosted());
   return *button;
+}
+
+QString PanelFrame::helpTopic() const {
+  if (!helpTopic_.isEmpty()) return helpTopic_;
+  const QString said = titleText_.trimmed().isEmpty() ? withoutBreaks(message_->text()) : titleText_;
+  QString topic;
+  for (const QChar one : said.toLower()) {
+    if (one.isLetterOrNumber()) {
+      topic += one;
+    } else if (!topic.isEmpty() && !topic.endsWith(QLatin1Char('-'))) {
+      topic += QLatin1Char('-');
+    }
+  }
+  return topic.endsWith(QLatin1Char('-')) ? topic.chopped(1) : topic;
 }
 
 void PanelFrame::addContent(QWidget* widget) { content_->insertWidget(content_->count() - 1, widget); }

@@ -47,6 +47,12 @@ class PanelFrame final : public QWidget, public Window {
   /// Makes the panel as large as `size`, or as the window where that is smaller. `content`, which was added, gets what
   /// the rest leaves.
   void setRoom(const QSize& size, QWidget& content);
+  /// Sheets that begin while it is shown lie below it: for a question that somebody waits for.
+  void setStaysOnTop() { staysOnTop_ = true; }
+  [[nodiscard]] bool staysOnTop() const { return staysOnTop_; }
+  /// The place of the help page that tells about this panel. By default it is made of what the panel says.
+  void setHelpTopic(const QString& topic) { helpTopic_ = topic; }
+  [[nodiscard]] QString helpTopic() const;
   /// The focus goes to `widget` first, rather than to a button.
   void setFirstFocus(QWidget& widget) { firstFocus_ = &widget; }
 
@@ -79,6 +85,8 @@ class PanelFrame final : public QWidget, public Window {
   QtButton* defaultButton_ = nullptr;
   QtButton* cancelButton_ = nullptr;
   QWidget* firstFocus_ = nullptr;
+  QString helpTopic_;
+  bool staysOnTop_ = false;
   QSize room_;
   std::unique_ptr<HostedWidget> overlay_;
 };

@@ -10,6 +10,13 @@ namespace zelvo::platform::qt::texts {
 
 inline QString cancel() { return QStringLiteral("Cancel"); }
 
+// ---- The help inside the window ----
+inline QString closeHelp() { return QStringLiteral("Close the help"); }
+inline QString noBrowser() { return QStringLiteral("No web browser could be started, so the page is shown here."); }
+inline QString addressIs(const QString& address) {
+  return QStringLiteral("This page is not on this computer. Its address is:\n\n") + address;
+}
+
 // ---- Choosers ----
 inline QString chooseFileTitle() { return QStringLiteral("Choose a film"); }
 inline QString chooseFolderTitle() { return QStringLiteral("Choose a folder"); }

@@ -7,6 +7,7 @@
 #include <QCursor>
 #include <QDeadlineTimer>
 #include <QEvent>
+#include <QScreen>
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <array>
@@ -135,6 +136,7 @@ void QtApplication::setDelegate(Window& window, WindowDelegate* delegate) {
 
 void QtApplication::showMainWindow() {
   constexpr int kLongestWaitMilliseconds = 3000;  // a display that never paints does not keep the program
+  window_.fitInto(window_.screen()->availableGeometry().size());
   window_.show();
   const QDeadlineTimer deadline(kLongestWaitMilliseconds);
   while (!window_.wasPainted() && !deadline.hasExpired()) {

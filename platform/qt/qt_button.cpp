@@ -29,7 +29,7 @@ QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, L
       pictures_(pictures),
       look_(look),
       title_(title),
-      enabled_(queue, true, [this](const bool& enabled) { QPushButton::setEnabled(enabled); }),
+      enabled_(queue, true, [this](const bool& enabled) { showEnabled(enabled); }),
       host_(new QtViewHost(*this, [this](QPainter& painter) { paintBase(painter); })) {
   setAutoDefault(true);
   setFocusPolicy(Qt::StrongFocus);
@@ -40,6 +40,12 @@ QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, L
 }
 
 void QtButton::setEnabled(bool enabled) { enabled_.set(enabled); }
+
+void QtButton::showEnabled(bool enabled) {
+  // The toolkit would hand the keyboard on to the next button, and after the last to the first, which is Home.
+  if (!enabled && window()->focusWidget() == this) clearFocus();
+  QPushButton::setEnabled(enabled);
+}
 
 void QtButton::setHidden(bool hidden) {
   queue_.perform([this, hidden] { QPushButton::setHidden(hidden); });

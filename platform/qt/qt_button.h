@@ -67,6 +67,7 @@ class QtButton final : public QPushButton, public BaseButton {
   /// A frame on the outermost `width` points.
   void strokeFrame(QPainter& painter, double width, const QColor& colour) const;
   void showState(State state);
+  void showEnabled(bool enabled);
   void pressed();
 
   MainQueue& queue_;

@@ -90,6 +90,7 @@ void QtTextField::show(const QString& text) {
     elided->setWholeText(shaped);
   } else {
     label_.setText(shaped);
+    if (const QString told = withoutBreaks(shaped); told != shaped) label_.setAccessibleName(told);
   }
   if (observer_) observer_(text);
 }
@@ -128,7 +129,11 @@ void QtProgressBar::setDoubleValue(double percent) {
 void QtTabView::moveTo(const std::function<int(int page)>& next) {
   queue_.perform([this, next] {
     const int page = next(pages_.currentIndex());
-    if (page >= 0 && page < pages_.count()) pages_.setCurrentIndex(page);
+    if (page < 0 || page >= pages_.count() || page == pages_.currentIndex()) return;
+    // A page that goes would hand the keyboard on, to the first button of the next, before the window says where to.
+    QWidget* const focused = pages_.window()->focusWidget();
+    if (focused != nullptr && pages_.currentWidget()->isAncestorOf(focused)) focused->clearFocus();
+    pages_.setCurrentIndex(page);
   });
 }
 

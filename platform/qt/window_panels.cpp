@@ -50,6 +50,15 @@ WindowPanels::WindowPanels(PanelStack& stack)
       PreviewErrorWindow(panel(stack, "sheet-warning", texts::previewErrorTitle(), texts::previewErrorMessage())),
       PreviewErrorokbutton(PreviewErrorWindow.addButton(texts::ok(), Role::defaultAndCancels)) {
   savecompletedtext.setShape(breakable);
+  filenotselectedwindow.setHelpTopic(QStringLiteral("no-film-chosen"));
+  stoprepairwindow.setHelpTopic(QStringLiteral("stop-the-repair"));
+  invalidfilewindow.setHelpTopic(QStringLiteral("not-an-avi-film"));
+  filenotsupportedwindow.setHelpTopic(QStringLiteral("cannot-be-repaired"));
+  repaircompletedwindow.setHelpTopic(QStringLiteral("was-repaired"));
+  saveprogresspanel.setHelpTopic(QStringLiteral("saving"));
+  stopsavingwindow.setHelpTopic(QStringLiteral("stop-saving"));
+  savecompletedwindow.setHelpTopic(QStringLiteral("saving-is-done"));
+  PreviewErrorWindow.setHelpTopic(QStringLiteral("cannot-be-shown"));
 }
 
 bool WindowPanels::tellsOfAnEnd(const PanelFrame& panel) const {

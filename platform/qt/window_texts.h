@@ -11,6 +11,12 @@ inline QString productName() { return QStringLiteral("Zelvo AVI Repair"); }
 inline QString home() { return QStringLiteral("Home"); }
 inline QString help() { return QStringLiteral("Help"); }
 inline QString update() { return QStringLiteral("Look for an update"); }
+inline QString noUpdateAddress() {
+  return QStringLiteral("This version does not know where to look. Updates come from where it was installed from.");
+}
+inline QString noUpdater() {
+  return QStringLiteral("The updater is not installed. Updates come from where the program was installed from.");
+}
 inline QString stepName(int step) {
   if (step == 0) return QStringLiteral("Choose");
   return step == 1 ? QStringLiteral("Repair") : QStringLiteral("Result");
@@ -65,6 +71,15 @@ inline QString stopPreview() { return QStringLiteral("Stop preview"); }
 inline QString save() { return QStringLiteral("Save\u2026"); }
 inline QString tip() { return QStringLiteral("Tip:"); }
 inline QString clickHere() { return QStringLiteral("click here"); }
+
+// ---- Why something cannot be dropped ----
+inline QString answerFirst() { return QStringLiteral("Please answer the message first."); }
+inline QString stillRepairing() {
+  return QStringLiteral("A film is being repaired. Another one can be dropped on the first page.");
+}
+inline QString homeFirst() { return QStringLiteral("Press Home first: a film is dropped on the first page."); }
+inline QString oneAtATime() { return QStringLiteral("One film at a time, please."); }
+inline QString onlyFiles() { return QStringLiteral("Only a file of this computer can be dropped here."); }
 
 // ---- Panels ----
 inline QString ok() { return QStringLiteral("OK"); }

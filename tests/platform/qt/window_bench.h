@@ -5,6 +5,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -73,8 +74,11 @@ class WindowBench {
   WindowBench(const WindowBench&) = delete;
   WindowBench& operator=(const WindowBench&) = delete;
 
-  /// Serves events until `condition` holds; a test that waits in vain is ended by its time limit.
-  void until(const std::function<bool()>& condition);
+  /// Serves events until `condition` holds. Waiting in vain fails and ends the test, and tells what the window shows.
+  void until(const std::function<bool()>& condition,
+             const std::source_location& where = std::source_location::current());
+  /// The page, the panels, the keyboard's place and the last events, in words.
+  [[nodiscard]] std::string looks() const;
   /// Serves the events that wait.
   void settle();
   /// Does `deed` as soon as a panel is up that was not when this was called. For what opens a modal panel.
