@@ -25,6 +25,8 @@ void HelpPanel::show(const QUrl& page, const QString& topic, const QString& why)
   browser_ = new QTextBrowser;
   browser_->setAccessibleName(texts::help());
   browser_->setOpenLinks(false);
+  // The pages' own style sheet is for browsers; this much of it is needed to find a message among the others.
+  browser_->document()->setDefaultStyleSheet(QStringLiteral("dt { font-weight: bold; }"));
   QObject::connect(browser_, &QTextBrowser::anchorClicked, browser_, [this](const QUrl& link) {
     const QUrl to = browser_->source().resolved(link);
     if (to.isLocalFile()) {

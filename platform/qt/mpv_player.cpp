@@ -6,7 +6,7 @@
 // How a picture is known: the core hands each one to the renderer and announces it. It waits 0.2 s for it to be drawn;
 // then it keeps it as the current picture, and the renderer no longer says that there is one to draw. The film that
 // stands still gets no other. So a main thread that comes late goes by the announcement, and of the first picture by the
-// film having begun, which the core tells after the picture was handed over.
+// film having begun, which the core tells after the picture was handed over. // Decision 0114
 #include "platform/qt/mpv_player.h"
 
 #include <mpv/client.h>
