@@ -21,6 +21,14 @@ constexpr int kPictureTitlePixels = 16;
 constexpr double kFrameWidth = 1.0;
 constexpr double kFocusWidth = 2.0;
 
+/// Not in a panel, which keeps the keyboard inside by itself.
+bool isOnAPage(const QWidget& widget) {
+  for (const QWidget* above = widget.parentWidget(); above != nullptr; above = above->parentWidget()) {
+    if (dynamic_cast<const Window*>(above) != nullptr) return above->isWindow();
+  }
+  return true;
+}
+
 }  // namespace
 
 QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, Look look, QWidget* parent)
@@ -43,7 +51,7 @@ void QtButton::setEnabled(bool enabled) { enabled_.set(enabled); }
 
 void QtButton::showEnabled(bool enabled) {
   // The toolkit would hand the keyboard on to the next button, and after the last to the first, which is Home.
-  if (!enabled && window()->focusWidget() == this) clearFocus();
+  if (!enabled && window()->focusWidget() == this && isOnAPage(*this)) clearFocus();
   QPushButton::setEnabled(enabled);
 }
 

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QIcon>
+#include <QImage>
 #include <QPaintEvent>
 #include <QScrollArea>
 #include <algorithm>
@@ -140,6 +142,16 @@ TEST_F(SmallWindow, TheChoosersFocusFrameGoesFromWhereTheListWasWhenAWarningAppe
   ASSERT_LT(list.height(), before.height()) << "the warning takes room";
   EXPECT_TRUE(painted.region.contains(before.adjusted(0, before.height(), 0, 1)));
   bench.key(Qt::Key_Escape);
+}
+
+TEST_F(SmallWindow, TheProgramsSignIsDrawnFromItsPictureWhereNoThemeHasIt) {
+  const QIcon sign = bench.pictures.icon("zelvo-avi-repair");
+  for (const int pixels : {16, 32, 48, 256}) {
+    const QImage drawn = sign.pixmap(QSize(pixels, pixels), 1.0).toImage();
+    ASSERT_EQ(drawn.size(), QSize(pixels, pixels));
+    EXPECT_EQ(qAlpha(drawn.pixel(pixels / 2, pixels / 2)), 255) << pixels;
+  }
+  EXPECT_TRUE(bench.pictures.icon("no such picture").isNull());
 }
 
 // ---- Where the keyboard goes ----
