@@ -16,6 +16,7 @@
 #include "platform/notification_centre.h"
 #include "platform/panels.h"
 #include "platform/path_mapper.h"
+#include "platform/path_probe.h"
 #include "platform/print_sink.h"
 #include "platform/scratch_paths.h"
 #include "platform/sheets.h"
@@ -46,6 +47,7 @@ struct AppServices {
   platform::Workspace& workspace;
   const platform::Bundle& bundle;
   const platform::PathMapper& paths;
+  platform::PathProbe& pathProbe;  ///< asked before the main thread looks at a path that the user named
   UpdateCheck& updateCheck;
   /// Reads the machine's storage anew.
   std::function<platform::StorageView()> lookAtStorage;

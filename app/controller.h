@@ -18,8 +18,10 @@
 
 #include "app/app_services.h"
 #include "app/counted_files.h"
+#include "app/explained_sheets.h"
 #include "app/run_guard.h"
 #include "app/scratch_path.h"
+#include "engine/padded_copy.h"
 #include "engine/progress_relay.h"
 #include "engine/repair_file.h"
 #include "engine/write_failure.h"
@@ -80,6 +82,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   // ---- Run control (run_control.cpp, run_end.cpp) ----
   /// `repair:`
   void repair(platform::Button* sender);
+  /// Shows a chooser for the folder that rebuilt files lie in until they are saved.
+  void chooseWorkingFolder(platform::Button* sender);
   /// `stopProgress:` asks whether to stop. Thread: any.
   void stopProgress(platform::Button* sender);
   /// Runs `stopProgress` on a thread of its own. No flow calls it.
@@ -241,12 +245,29 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
 
   void openPanelEnded(const platform::OpenPanel& openPanel, int returnCode, bool logsSize);
   void fileChosen(const std::string& file, bool logsSize);
+  /// An alert: what the user named does not answer.
+  void tellNotAnswering(const char* title);
+  /// Asks the place of a save, and beside it the input, before anything of them is looked at. True when the place
+  /// answers; whether the input does is kept in `inputAnswers_`.
+  [[nodiscard]] bool placeAnswers(const std::string& folder);
   void forgetPath();
   void endAndHide(platform::Window& sheet);
   void buildTipsLink();
   void lookForPlayer();
   void showHintFor(bool playerIsThere);
+  /// Leaves `mythread` empty where the system gives no thread.
   void startRun();
+  void runDidNotStart();
+  /// Free room in `folder` against what the chosen film needs, in words.
+  [[nodiscard]] std::string roomIn(const std::string& folder);
+  void showWorkingFolder();
+  void tellNoWorkingFolder();
+  void useWorkingFolder(const std::string& folder);
+  /// Has the invalid-file sheet say why. Thread: the repair worker.
+  void explainInvalidInput(const engine::Run& run);
+  /// Removes what a run wrote that nobody shows any more; another run may not have begun yet, or writes elsewhere.
+  /// Thread: the repair worker, or main.
+  void removeLeftover(std::uint64_t number, const engine::Run& run);
   void workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run);
   void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<engine::WriteFailure>& failure);
   void abandonShownRun();
@@ -255,11 +276,16 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// there now.
   [[nodiscard]] bool waitForRebuiltFile();
   [[nodiscard]] double writtenPercent() const;
+  /// How far the run of that number is; nothing while it is not at work.
+  [[nodiscard]] platform::RunProgress runProgress(std::uint64_t number) const;
   /// Removes a rebuilt file. What stands there and is no regular file stays.
   void removeScratch(const std::string& scratch);
-  /// Answers why the copy is not whole; nothing when it is.
+  /// Answers why the copy is not whole, in sentences; nothing when it is.
   [[nodiscard]] std::optional<std::string> copyRebuiltFile(std::uint64_t size);
-  [[nodiscard]] bool areOneFile(const std::string& one, const std::optional<std::string>& other);
+  /// The same for what could not be read of the rebuilt file.
+  [[nodiscard]] std::optional<std::string> missingInCopy(std::uint64_t size, const std::error_code& opening,
+                                                         const engine::PaddedCopyEnd& end) const;
+  void tellSaved(const std::optional<std::string>& incomplete);
   [[nodiscard]] std::uint64_t sizeOf(const std::string& file);
   void showSaveProgress(double percent);
   void installTrackingAreas();
@@ -268,9 +294,12 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   platform::Window* window_;
   CountedFiles countedFiles_;
   RunGuard runGuard_;
+  ExplainedSheets sheetsOfRuns_;
+  const engine::Run* runAtWork_ = nullptr;  ///< Thread: the repair worker
   ScratchPath scratchPath_;
   platform::Guarded<std::optional<std::string>> unipath_;
-  platform::Relaxed<double> saveProgress_;  ///< what the save bar is to show
+  platform::Relaxed<std::uint64_t> rebuiltSize_;  ///< bytes of the rebuilt file when it was handed over
+  platform::Relaxed<double> saveProgress_;        ///< what the save bar is to show
   platform::Relaxed<std::uint64_t> bytesToWrite_;
   platform::CoalescedOperation repairButtonOff_;
   platform::CoalescedOperation updateSaveProgressBar2_;
@@ -283,7 +312,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   std::optional<engine::WriteFailure> untoldFailure_;      ///< met while the notice was up
   bool waiting_ = false;                                   ///< the notice is up
   bool terminated_ = false;
-  int choosersAsked_ = 0;  ///< calls of `openFinderWindow` under way
+  bool inputAnswers_ = true;  ///< at the last save
+  int choosersAsked_ = 0;     ///< calls of `openFinderWindow` under way
 };
 
 }  // namespace zelvo::app

@@ -3,6 +3,7 @@
 // 2. Its answer sets the input's path and size, shows the path and clears the stop flag. Nothing is read.
 #include "app/controller.h"
 #include "app/texts.h"
+#include "engine/film_length.h"
 #include "engine/globals.h"
 
 namespace zelvo::app {
@@ -61,6 +62,7 @@ bool Orlin_Repair_AVIAppDelegate::chooseFile(const std::string& file) {
 }
 
 void Orlin_Repair_AVIAppDelegate::offerFile(const std::string& file) {
+  if (!services_.pathProbe.answers({file})) return tellNotAnswering(texts::kCannotBeChosenTitle);
   const auto there = services_.fileManager.attributesFollowingLinks(file);
   const bool isFile = there && there->kind == platform::FileAttributes::Kind::regularFile;
   if (isFile && chooseFile(file)) return;
@@ -71,16 +73,32 @@ void Orlin_Repair_AVIAppDelegate::offerFile(const std::string& file) {
                                        .otherButton = std::nullopt});
 }
 
+void Orlin_Repair_AVIAppDelegate::tellNotAnswering(const char* title) {
+  services_.alertPanels.runAlertPanel({.title = title,
+                                       .message = texts::kNotAnsweringMessage,
+                                       .defaultButton = texts::kOk,
+                                       .alternateButton = std::nullopt,
+                                       .otherButton = std::nullopt});
+}
+
 void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsSize) {
   engine::path.set(file);
   inputFileManager = &services_.fileManager;
-  // Deliberate: a link's own size is taken, and 0 where nothing can be looked at.
-  const auto attributes = inputFileManager->attributes(file);
+  // Deliberate: a link's own size is taken, and 0 where nothing can be looked at, or only for ever. // Decision 0044
+  const bool answers = services_.pathProbe.answers({file});
+  const auto attributes = answers ? inputFileManager->attributes(file) : std::nullopt;
   engine::inputfilesize = attributes ? attributes->size : 0;
   if (logsSize) logLine(services_.log, "FileSize=%llu", std::uint64_t{engine::inputfilesize});
   outlets.textfield.setStringValue(file);
   outlets.pathfield.setStringValue(file);
   engine::stopflag = false;
+  outlets.own.chosenfilm.show(
+      {.path = file, .size = engine::inputfilesize, .readLength = [files = &services_.files, file] {
+         const auto opened = files->openForReading(file);
+         return opened.file ? engine::filmLength(*opened.file) : std::nullopt;
+       }});
+  runGuard_.choiceMade();
+  showWorkingFolder();
 }
 
 }  // namespace zelvo::app

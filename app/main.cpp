@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QUrl>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -22,6 +23,7 @@
 #include "platform/linux/linux_launcher.h"
 #include "platform/linux/linux_log.h"
 #include "platform/linux/linux_main_queue.h"
+#include "platform/linux/linux_path_probe.h"
 #include "platform/linux/linux_print_sink.h"
 #include "platform/linux/linux_property_lists.h"
 #include "platform/linux/linux_reachability.h"
@@ -43,6 +45,7 @@
 #include "platform/qt/qt_movie_view.h"
 #include "platform/qt/qt_wait_panels.h"
 #include "platform/qt/qt_workspace.h"
+#include "platform/qt/window_texts.h"
 #include "update/updates.h"
 
 namespace {
@@ -51,6 +54,9 @@ namespace app = zelvo::app;
 namespace platform = zelvo::platform;
 namespace qt = zelvo::platform::qt;
 namespace system_ = zelvo::platform::linux_;
+
+/// Of the desktop's icon theme, where the program is installed.
+const QString kIconName = QStringLiteral("zelvo-avi-repair");
 
 constexpr const char* kHelp =
     "Usage: zelvo-avi-repair [--appearance light|dark] [FILE]\n"
@@ -142,6 +148,10 @@ class Program {
       panels_.noteInput(file);
       controller_.offerFile(file);
     });
+    window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(paths_.mapped(app::texts::kHelpPage1))));
+    workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
+    tellOfUpdates();
+    if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));
     if (options_.file) application_.setStartHandler([this] { window_.offerFile(*options_.file); });
   }
   Program(const Program&) = delete;
@@ -151,6 +161,20 @@ class Program {
   int run() { return app::applicationMain(application_, controller_); }
 
  private:
+  /// The buttons say beforehand what a press cannot come to.
+  void tellOfUpdates() {
+    switch (updates_.means()) {
+      case zelvo::update::UpdateMeans::noAddress:
+        window_.setUpdateRemark(qt::texts::noUpdateAddress());
+        break;
+      case zelvo::update::UpdateMeans::noUpdater:
+        window_.setUpdateRemark(qt::texts::noUpdater());
+        break;
+      case zelvo::update::UpdateMeans::all:
+        break;
+    }
+  }
+
   Options options_;
   const std::string home_ = system_::homeDirectory();
   WindowLog log_;
@@ -165,10 +189,12 @@ class Program {
   system_::LinuxReachability reachability_;
   system_::LinuxClock clock_;
   system_::StandardOutputSink printed_;
-  system_::LinuxScratchPaths scratchPaths_{std::string(app::texts::kApplications.text()), system_::cacheFolder()};
+  system_::LinuxScratchPaths scratchPaths_{std::string(app::texts::kApplications.text()), system_::cacheFolder(),
+                                           system_::configFolder() + "/zelvo-avi-repair/working-folder"};
   const system_::LinuxBundle bundle_{files_, propertyLists_, system_::LinuxBundle::runningProgram()};
   const platform::PathMapper paths_{bundle_.prefix().value_or("/opt")};
   const std::string applications_ = paths_.mapped(app::texts::kApplications);
+  system_::LinuxPathProbe pathProbe_{system_::LinuxPathProbe::programBeside(system_::LinuxBundle::runningProgram())};
   system_::LinuxLauncher launcher_{propertyLists_, applications_};
 
   platform::NotificationCentre notifications_;
@@ -183,7 +209,7 @@ class Program {
   qt::QtSheets sheets_{window_.panels(), mainQueue_};
   qt::QtAlertPanels alertPanels_{window_.panels(), application_};
   qt::QtWaitPanels waitPanels_{window_.panels(), application_};
-  qt::QtPanels panels_{window_.panels(), alertPanels_};
+  qt::QtPanels panels_{window_.panels(), alertPanels_, &pathProbe_};
   qt::QtActions actions_;
   qt::QtTracking tracking_;
   qt::QtCursor cursor_;
@@ -222,10 +248,11 @@ class Program {
                        .workspace = workspace_,
                        .bundle = bundle_,
                        .paths = paths_,
+                       .pathProbe = pathProbe_,
                        .updateCheck = updates_,
                        .lookAtStorage =
-                           [] {
-                             const auto snapshot = std::make_shared<system_::LinuxStorageSnapshot>();
+                           [this] {
+                             const auto snapshot = std::make_shared<system_::LinuxStorageSnapshot>(pathProbe_);
                              return platform::StorageView{snapshot, snapshot};
                            },
                        .printed = printed_,
@@ -242,7 +269,7 @@ int main(int argc, char** argv) {
   const Options options = readOptions(argc, argv);
   if (options.exit) return *options.exit;
   QApplication::setDesktopFileName(QStringLiteral("zelvo-avi-repair"));
-  QApplication::setWindowIcon(QIcon::fromTheme(QStringLiteral("zelvo-avi-repair")));
+  QApplication::setWindowIcon(QIcon::fromTheme(kIconName));
   qt::apply(options.appearance.value_or(qt::desktopAppearance()));
   qt::installPanelAccessibility();
   return Program(webLibrary, options).run();

@@ -12,6 +12,7 @@ using State = platform::Button::State;
 
 void Orlin_Repair_AVIAppDelegate::setMovieView(const std::string& path) {
   setUnipath(path);
+  rebuiltSize_ = sizeOf(path);
   // Deliberate: loaded from the chosen scratch path, not from the argument. They are one when the engine calls.
   platform::LoadedMovie loaded = services_.movies.movieWithFile(engine::internalpath.get());
   if (loaded.error) logLine(services_.log, "%@", *loaded.error);

@@ -1,5 +1,5 @@
 // Starting, following and stopping a run:
-// 1. `repair`: choose the scratch path, prepare the preview hint, and with a file chosen go to page 2 and start.
+// 1. `repair`: choose the scratch path (without any, nothing starts), prepare the preview hint, and with a file chosen go to page 2 and start.
 // 2. The engine's progress is stored by its workers and shown by the main thread.
 // 3. `stopRepairOk`: back to page 1; the run ends by itself, and the next one uses the other scratch path.
 #include <chrono>
@@ -15,11 +15,18 @@ using platform::logLine;
 using State = platform::Button::State;
 
 void Orlin_Repair_AVIAppDelegate::repair(platform::Button* sender) {
+  const std::optional<std::string> input = engine::path.get();
+  const std::string scratch = scratchPath_.choose(negvalue, input);
+  if (input && scratch.empty()) {
+    tellNoWorkingFolder();
+    return;
+  }
+  showWorkingFolder();  // another may have taken over
   mplayerpathinDownloadsfolder = services_.homeDirectory + std::string(texts::kPlayerInDownloads);
   logLine(services_.log, "MHD=%@", mplayerpathinDownloadsfolder);
   logLine(services_.log, "Homedirectory=%@", services_.homeDirectory);
 
-  engine::internalpath.set(scratchPath_.choose(negvalue, engine::path.get()));
+  engine::internalpath.set(scratch);
   logLine(services_.log, "internalpath=%@", engine::internalpath.get());
 
   buildTipsLink();
@@ -27,7 +34,6 @@ void Orlin_Repair_AVIAppDelegate::repair(platform::Button* sender) {
   outlets.stopbutton.setEnabled(true);
   outlets.repairbutton.setImage(texts::kRepairNormal);
 
-  const std::optional<std::string> input = engine::path.get();
   if (input) {
     outlets.pathlabel.setStringValue(*input);
     sendermain = sender;
@@ -45,6 +51,7 @@ void Orlin_Repair_AVIAppDelegate::repair(platform::Button* sender) {
     outlets.pathfield.setStringValue(*input);
     // Deliberate: the size of the file saved last, whatever is repaired now.
     outlets.durationfield.setIntegerValue(static_cast<std::int64_t>(oSize));
+    if (!mythread) runDidNotStart();
   }
 }
 
@@ -73,7 +80,10 @@ void Orlin_Repair_AVIAppDelegate::stopProgress(platform::Button*) {
 }
 
 void Orlin_Repair_AVIAppDelegate::stopit() {
-  services_.workers.start(std::make_shared<platform::CancelMark>(), [this] { stopProgress(nullptr); });
+  // Where there is no thread for it, this one asks: a stop must always be possible.
+  if (!services_.workers.start(std::make_shared<platform::CancelMark>(), [this] { stopProgress(nullptr); })) {
+    stopProgress(nullptr);
+  }
 }
 
 void Orlin_Repair_AVIAppDelegate::stopRepairOk(platform::Button*) {

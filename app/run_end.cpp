@@ -2,32 +2,18 @@
 // 1. Its worker waits for the one before, then works; its end is told on the main thread.
 // 2. A write error takes the window back to page 1 and is told with its cause.
 // 3. A preview or save asked for too early waits until the rebuilt file is whole.
-// 4. A run that nobody waits for any more is abandoned, and its scratch file removed.
+// 4. A run that nobody waits for any more is abandoned. What it wrote, or a stopped run, is removed when it has ended.
 #include <algorithm>
-#include <array>
-#include <cstdio>
+#include <chrono>
 #include <utility>
 
 #include "app/controller.h"
+#include "app/shown_size.h"
 #include "app/texts.h"
 #include "engine/globals.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::app {
-
-namespace {
-
-std::string inMegabytes(std::uint64_t bytes) {
-  std::array<char, 40> text{};
-  const int length = std::snprintf(text.data(), text.size(), "%.1f MB", static_cast<double>(bytes) / 1e6);
-  return {text.data(), static_cast<std::size_t>(length)};
-}
-
-std::string folderOf(const std::string& file) {
-  const std::size_t slash = file.rfind('/');
-  return slash == std::string::npos ? std::string(".") : file.substr(0, std::max<std::size_t>(slash, 1));
-}
-
-}  // namespace
 
 void Orlin_Repair_AVIAppDelegate::startRun() {
   abandonShownRun();
@@ -41,25 +27,56 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
     return true;
   };
   const std::uint64_t number = runGuard_.start();
+  // On the main thread, before the sheet that a run asks for next.
+  run->found = [this, number](const platform::FilmReport& report) {
+    services_.mainQueue.perform([this, number, report] {
+      if (runGuard_.shows(number)) outlets.own.filmreport.show(report);
+    });
+  };
+  run->rejected = [this](platform::Rejection reason) { outlets.own.rejectionreason.show(reason); };
+  outlets.own.filmreport.clear();
+  outlets.own.runprogress.follow([this, number] { return runProgress(number); });
   shownRun_ = ShownRun{number, run};
   runs_.push_back(run);
+  const bool waits = lastWorker_ && !lastWorker_->finished();
+  outlets.own.waitingtext.setStringValue(waits ? texts::kWaitsForOtherRun : "");
   mythread = services_.workers.start(run->cancel, [this, number, run, before = lastWorker_] {
     if (before) before->join();
     workOn(number, run);
   });
-  lastWorker_ = mythread;
+  if (mythread) lastWorker_ = mythread;  // otherwise the next run still waits for the one before
+}
+
+void Orlin_Repair_AVIAppDelegate::runDidNotStart() {
+  bytesToWrite_ = 0;
+  const ShownRun run = *shownRun_;
+  runEnded(run.number, *run.run, engine::WriteFailure{0, platform::noThread()});
 }
 
 void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run) {
   runGuard_.beginWork(number);
   countedFiles_.restart();
   bytesToWrite_ = 0;
+  if (runGuard_.shows(number)) outlets.own.waitingtext.setStringValue("");
   const bool worked = !run->cancel->cancelled();
-  repair1->retrieveAudioVideoSamples(run);
+  runAtWork_ = run.get();
+  const std::error_code shortage = platform::ranOut([&] { repair1->retrieveAudioVideoSamples(run); });
+  runAtWork_ = nullptr;
+  if (worked) removeLeftover(number, *run);
   // No later run has begun yet: its worker waits for this one.
-  const auto failure = worked ? repair1->writeFailure.get() : std::nullopt;
+  auto failure = worked ? repair1->writeFailure.get() : std::nullopt;
+  if (shortage && !failure) failure = engine::WriteFailure{0, shortage};
   runGuard_.endWork();
-  services_.mainQueue.perform([this, number, run, failure] { runEnded(number, *run, failure); });
+  const auto told = [this, number, run, failure] { runEnded(number, *run, failure); };
+  // The window waits for the end of the run, so it is told as soon as there is memory to tell it with.
+  while (platform::ranOut([&] { services_.mainQueue.perform(told); })) {
+    services_.clock.sleepFor(std::chrono::milliseconds(100));
+  }
+}
+
+void Orlin_Repair_AVIAppDelegate::removeLeftover(std::uint64_t number, const engine::Run& run) {
+  if (runGuard_.shows(number) || !run.cancel->cancelled()) return;
+  if (scratchFiles_.get().contains(run.internalpath)) removeScratch(run.internalpath);
 }
 
 void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::Run& run,
@@ -67,9 +84,8 @@ void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::R
   if (terminated_) return;
   if (!shownRun_ || shownRun_->number != number) {
     const bool isWrittenAgain = shownRun_ && shownRun_->run->internalpath == run.internalpath;
-    if (run.cancel->abandoned() && !isWrittenAgain && scratchFiles_.get().contains(run.internalpath)) {
-      removeScratch(run.internalpath);
-    }
+    // Stopped after its worker had looked.
+    if (!isWrittenAgain) removeLeftover(number, run);
     return;
   }
   shownRun_->atWork = false;
@@ -99,9 +115,11 @@ void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const
   removeScratch(run.internalpath);
 
   std::string message = failure.cause.message() + ".";
-  if (const auto space = services_.fileManager.freeSpace(folderOf(run.internalpath))) {
-    message += " " + inMegabytes(*space) + " are free in " + folderOf(run.internalpath);
-    if (bytesToWrite_ != 0) message += ", and the repaired file takes " + inMegabytes(bytesToWrite_);
+  if (platform::isShortage(failure.cause)) {
+    message = failure.cause == std::errc::not_enough_memory ? texts::kNoMemory : texts::kNoThread;
+  } else if (const auto space = services_.fileManager.freeSpace(folderOf(run.internalpath))) {
+    message += " " + shownSize(*space) + " are free in " + folderOf(run.internalpath);
+    if (bytesToWrite_ != 0) message += ", and the repaired file takes " + shownSize(bytesToWrite_);
     message += ".";
   }
   message += " Nothing was changed in your file, and it is still chosen: you can press Repair again.";
@@ -130,6 +148,15 @@ bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
     return false;
   }
   return finished && shownRun_ && shownRun_->run == run;
+}
+
+platform::RunProgress Orlin_Repair_AVIAppDelegate::runProgress(std::uint64_t number) const {
+  using platform::RunStage;
+  if (!runGuard_.isWorking(number) || !shownRun_ || shownRun_->number != number) return {};
+  if (const std::uint64_t all = bytesToWrite_; all != 0) return {RunStage::writing, countedFiles_.written(), all};
+  constexpr std::uint64_t kBlockSize = 1024;
+  return {RunStage::searching, std::min(repair1->sector * kBlockSize, shownRun_->run->inputfilesize),
+          shownRun_->run->inputfilesize};
 }
 
 double Orlin_Repair_AVIAppDelegate::writtenPercent() const {

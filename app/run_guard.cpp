@@ -23,7 +23,7 @@ void RunGuard::hideProgress() {
 void RunGuard::beginSheet(platform::Window& sheet, platform::Window& over, std::function<bool()> stillWanted) {
   sheets_.beginSheet(sheet, over, [this, number = std::uint64_t{working_}, wanted = std::move(stillWanted)] {
     if (wanted && !wanted()) return false;
-    return isLatest(number);
+    return isLatest(number) && (number == 0 || number >= sheetsBegin_);
   });
 }
 

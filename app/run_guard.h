@@ -1,6 +1,6 @@
 /// What stands between the engine and the window, so that an old run never meets a new one: progress of a run that the
-/// window no longer shows is dropped, and so are its sheets and its rebuilt file once a newer run was started. Runs are numbered
-/// from 1. // Decision 0062
+/// window no longer shows is dropped, and so are its sheets and its rebuilt file once a newer run was started; its sheets
+/// also once another film was chosen. Runs are numbered from 1. // Decision 0062
 #pragma once
 
 #include <atomic>
@@ -29,6 +29,10 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
   }
   /// The window shows no run any more: no value of a run is stored once this has returned. Thread: main.
   void hideProgress();
+  /// A film was chosen anew: a sheet of a run that was stopped before would take that choice away. Thread: main.
+  void choiceMade() {
+    if (shown_ == 0) sheetsBegin_ = started_ + 1;
+  }
   /// Nor does it take sheets: the program is ending. Thread: main.
   void close() {
     hideProgress();
@@ -40,6 +44,9 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
 
   /// True for the run that the window shows. Thread: any.
   [[nodiscard]] bool shows(std::uint64_t number) const { return shown_.load() == number; }
+
+  /// True between the begin and the end of its work. Thread: any.
+  [[nodiscard]] bool isWorking(std::uint64_t number) const { return working_ == number; }
 
   // ---- From the engine ----
   void setProgressBarValue(double percent) override;
@@ -64,6 +71,7 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
   engine::ProgressRelay& relay_;
   platform::Sheets& sheets_;
   std::uint64_t started_ = 0;
+  std::uint64_t sheetsBegin_ = 0;  ///< no sheet of a run before this one is wanted. Thread: main
   platform::Relaxed<std::uint64_t> latest_;
   /// Ordered with `storing_`: of a store that begins and a run that is hidden at the same time, one sees the other.
   std::atomic<std::uint64_t> shown_{0};

@@ -2,11 +2,15 @@
 // 1. `save`: the panel. Its answer is a folder, which is made before the space is checked.
 // 2. With space enough the progress worker starts and the copy is made here, on the main thread; otherwise an alert.
 // 3. The buttons of the sheets.
+#include <algorithm>
+
 #include "app/controller.h"
 #include "app/globals.h"
+#include "app/shown_size.h"
 #include "app/texts.h"
+#include "app/write_out.h"
 #include "engine/globals.h"
-#include "engine/padded_copy.h"
+#include "platform/same_file.h"
 
 namespace zelvo::app {
 
@@ -23,6 +27,7 @@ void Orlin_Repair_AVIAppDelegate::save(platform::Button*) {
   }
   savepanel->setPrompt(texts::kSavePrompt);
   savepanel->setCanCreateDirectories(true);
+  savepanel->setSavedFile(texts::kSavedFile);
   savepanel->setNameJudge([this](const std::string& path) { return judgeSaveName(path); });
   savepanel->beginSheet(std::nullopt, texts::kProposedName, outlets.mainWindow,
                         [this, shown = savepanel.get()](int answer) { savePanelDidEnd(*shown, answer, nullptr); });
@@ -31,7 +36,10 @@ void Orlin_Repair_AVIAppDelegate::save(platform::Button*) {
 platform::NameVerdict Orlin_Repair_AVIAppDelegate::judgeSaveName(const std::string& path) {
   using Kind = platform::NameVerdict::Kind;
   const std::string file = path + std::string(texts::kSavedFile);
-  if (areOneFile(file, engine::path.get())) return {Kind::refused, texts::kWouldReplaceInput};
+  if (!placeAnswers(path)) return {};  // told when the panel has ended
+  if (inputAnswers_ && platform::areOneFile(services_.fileManager, file, engine::path.get())) {
+    return {Kind::refused, texts::kWouldReplaceInput};
+  }
   const auto there = services_.fileManager.attributesFollowingLinks(path);
   if (there && there->kind != platform::FileAttributes::Kind::folder) {
     return {Kind::refused, "A file of that name is there already. Please choose another name."};
@@ -42,6 +50,14 @@ platform::NameVerdict Orlin_Repair_AVIAppDelegate::judgeSaveName(const std::stri
   return {};
 }
 
+bool Orlin_Repair_AVIAppDelegate::placeAnswers(const std::string& folder) {
+  const auto answers = services_.pathProbe.ask(
+      {folder, folder + std::string(texts::kSavedFile), engine::path.get().value_or(std::string("/"))});
+  // A file on a disk that does not answer cannot be the file on one that does.
+  inputAnswers_ = answers[2].answered;
+  return answers[0].answered && answers[1].answered;
+}
+
 void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThatEnded, int returnCode, void*) {
   const std::optional<std::string> chosen = panelThatEnded.filename();
   if (returnCode != platform::kPanelOk || !chosen) {
@@ -50,6 +66,11 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   }
   panelThatEnded.endSheet();
   panelThatEnded.orderOut();
+  if (!placeAnswers(*chosen)) {  // Decision 0044
+    tellNotAnswering(texts::kCannotSaveThereTitle);
+    outlets.savebutton.setEnabled(true);
+    return;
+  }
   savepath = *chosen;
   outputFileManager = &services_.fileManager;
   // Deliberate: before the space is checked, and it stays. Where it cannot be made, no space is found.
@@ -71,7 +92,16 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   logLine(services_.log, "Save path=%@", savepath);
   if (saveCancel_) saveCancel_->cancel();
   saveCancel_ = std::make_shared<platform::CancelMark>();
-  services_.workers.start(saveCancel_, [this, cancel = saveCancel_] { savemethod(cancel); });
+  if (!services_.workers.start(saveCancel_, [this, cancel = saveCancel_] { savemethod(cancel); })) {
+    // Without it the save would never be told complete.
+    services_.alertPanels.runAlertPanel({.title = texts::kWriteFailedTitle,
+                                         .message = std::string(texts::kNoThread) + texts::kSaveNotBegun,
+                                         .defaultButton = texts::kOk,
+                                         .alternateButton = std::nullopt,
+                                         .otherButton = std::nullopt});
+    outlets.savebutton.setEnabled(true);
+    return;
+  }
   services_.mainQueue.performAndWait([this] { saveFile(); });
   outlets.durationfield.setIntegerValue(static_cast<std::int64_t>(oSize));
   outlets.main3.setEnabled(true);
@@ -85,44 +115,73 @@ void Orlin_Repair_AVIAppDelegate::saveFile() {
   services_.sheets.beginSheet(outlets.saveprogresspanel, outlets.mainWindow);
   savingNameFromUser = savepath + std::string(texts::kSavedFile);
   logLine(services_.log, "Repaired file size=%llu", size);
-  const std::optional<std::string> incomplete = copyRebuiltFile(size);
-  if (!incomplete) {
-    outlets.savecompletedtext.setStringValue(std::string(texts::kSaveComplete) + savingNameFromUser + ".");
-    return;
-  }
-  outlets.savecompletedtext.setStringValue(std::string(texts::kSaveIncomplete) + *incomplete +
-                                           std::string(texts::kSaveElsewhere));
+  services_.application.closeInput();
+  tellSaved(copyRebuiltFile(size));
+  services_.application.openInput();  // before the sheets that the progress asked for open
+}
+
+void Orlin_Repair_AVIAppDelegate::tellSaved(const std::optional<std::string>& incomplete) {
+  outlets.own.savecompletedhead.setTitle(incomplete ? texts::kSaveIncompleteTitle : texts::kSavedTitle);
+  outlets.own.savecompletedhead.setSign(incomplete ? platform::SheetSign::warning : platform::SheetSign::done);
+  outlets.own.savedsizelabel.setStringValue(incomplete ? texts::kLastNotSaved : texts::kLastSaved);
+  // On the sheet of the progress too, which stays alone when the progress has no step.
+  if (incomplete) outlets.own.savedbytestext.setStringValue(std::string(texts::kSaveIncomplete) + *incomplete);
+  outlets.savecompletedtext.setStringValue(incomplete ? std::string(texts::kSaveIncomplete) + *incomplete
+                                                      : std::string(texts::kSaveComplete) + savingNameFromUser + ".");
 }
 
 std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uint64_t size) {
+  const std::string elsewhere(texts::kSaveElsewhere);
   const std::string rebuilt = unipath().value_or("");
   // The save panel refuses such a name; the file can still have come to stand there since.
-  if (areOneFile(savingNameFromUser, engine::path.get()) || areOneFile(savingNameFromUser, rebuilt)) {
-    return texts::kWouldReplaceInput;
+  const bool isInput =
+      inputAnswers_ && platform::areOneFile(services_.fileManager, savingNameFromUser, engine::path.get());
+  if (isInput || platform::areOneFile(services_.fileManager, savingNameFromUser, rebuilt)) {
+    return texts::kWouldReplaceInput + elsewhere;
   }
-  if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return error.message() + ".";
+  if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return error.message() + "." + elsewhere;
   const auto from = services_.files.openForReading(rebuilt);
   const auto to = services_.files.openForWriting(savingNameFromUser);
-  if (!to.file) return to.error.message() + ".";
+  if (!to.file) return to.error.message() + "." + elsewhere;
   bool ended = false;
-  const auto failure = engine::paddedCopy(from.file.get(), *to.file, size, [&](std::uint64_t) {
-    services_.application.deliverRedraws();
-    ended = services_.application.terminationRequested();
+  const auto showCopied = [&](std::uint64_t bytes) {
+    outlets.own.savedbytestext.setStringValue(shownSize(bytes) + " of " + shownSize(size) + " copied");
+  };
+  WriteOut out(*to.file, services_.workers);
+  showCopied(0);
+  const engine::PaddedCopyEnd copy = engine::paddedCopy(from.file.get(), *to.file, size, [&](std::uint64_t bytes) {
+    out.wroteUpTo(bytes);
+    showCopied(bytes);
+    do {
+      services_.application.deliverRedraws();
+      ended = services_.application.terminationRequested();
+    } while (!ended && !out.mayGoOn());
     return !ended;
   });
-  const auto flushed = to.file->flush();
+  if (!ended) outlets.own.savedbytestext.setStringValue(texts::kTakingTheLastBytes);
+  for (out.finish(); !out.isFlushed();) services_.application.deliverRedraws();
   const auto closed = to.file->close();
-  if (failure) return failure->cause.message() + ".";
-  if (flushed) return flushed.message() + ".";
-  if (closed) return closed.message() + ".";
-  if (ended) return "the program was asked to end.";
-  return std::nullopt;
+  if (copy.writeFailure) return copy.writeFailure->cause.message() + "." + elsewhere;
+  if (out.error()) return out.error().message() + "." + elsewhere;
+  if (closed) return closed.message() + "." + elsewhere;
+  if (ended) return "the program was asked to end." + elsewhere;
+  showCopied(size);
+  return missingInCopy(size, from.error, copy);
 }
 
-bool Orlin_Repair_AVIAppDelegate::areOneFile(const std::string& one, const std::optional<std::string>& other) {
-  const auto first = services_.fileManager.attributesFollowingLinks(one);
-  const auto second = services_.fileManager.attributesFollowingLinks(other.value_or(""));
-  return first && second && first->device == second->device && first->identity == second->identity;
+std::optional<std::string> Orlin_Repair_AVIAppDelegate::missingInCopy(std::uint64_t size,
+                                                                      const std::error_code& opening,
+                                                                      const engine::PaddedCopyEnd& end) const {
+  const std::string again(texts::kRepairAgain);
+  if (opening == std::errc::no_such_file_or_directory) return std::string(texts::kRebuiltFileGone) + again;
+  const std::error_code cause = opening ? opening : end.readFailures.firstCause;
+  if (cause) {
+    return shownSize(std::max(end.missing, rebuiltSize_ > size ? rebuiltSize_ - size : 0)) +
+           std::string(texts::kRebuiltFileUnreadable) + ": " + cause.message() + "." + again;
+  }
+  const std::uint64_t gone = end.missing + (rebuiltSize_ > size ? rebuiltSize_ - size : 0);
+  if (gone > 0) return shownSize(gone) + std::string(texts::kRebuiltFileShort) + again;
+  return std::nullopt;
 }
 
 std::uint64_t Orlin_Repair_AVIAppDelegate::sizeOf(const std::string& file) {

@@ -4,6 +4,7 @@
 #include "app/globals.h"
 #include "app/texts.h"
 #include "engine/globals.h"
+#include "platform/same_file.h"
 
 namespace zelvo::app {
 
@@ -80,7 +81,7 @@ void Orlin_Repair_AVIAppDelegate::savemethod2() {
     whole.resize(from.file->readAt(0, whole).count);
   }
   const std::string file = savepath + std::string(texts::kOtherSavedFile);
-  if (areOneFile(file, engine::path.get())) return;
+  if (platform::areOneFile(services_.fileManager, file, engine::path.get())) return;
   if (services_.fileManager.createFile(file)) return;
   if (const auto to = services_.files.openForWriting(file); to.file) {
     static_cast<void>(to.file->writeAt(0, whole));

@@ -1,9 +1,12 @@
 #include "app/scratch_path.h"
 
+#include <utility>
+
 namespace zelvo::app {
 
 std::string ScratchPath::choose(std::uint8_t negvalue, const std::optional<std::string>& input) {
   constexpr int kMostPairs = 4;
+  if (!pair_) pair_ = paths_.claim();
   for (int tried = 0; pair_ && tried < kMostPairs; ++tried) {
     const std::string& path = negvalue == 1 ? pair_->first : pair_->second;
     if (paths_.mayWrite(path, input)) return path;
@@ -11,6 +14,13 @@ std::string ScratchPath::choose(std::uint8_t negvalue, const std::optional<std::
     pair_ = paths_.claimAnother();
   }
   return {};
+}
+
+bool ScratchPath::moveTo(const std::string& folder) {
+  auto moved = paths_.moveTo(folder);
+  if (!moved) return false;
+  pair_ = std::move(moved);
+  return true;
 }
 
 }  // namespace zelvo::app

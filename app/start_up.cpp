@@ -20,6 +20,10 @@ Orlin_Repair_AVIAppDelegate::Orlin_Repair_AVIAppDelegate(const AppServices& serv
       window_(&outlets.mainWindow),
       countedFiles_(services_.files),
       runGuard_(*this, services_.sheets),
+      sheetsOfRuns_(runGuard_, jobOutlets.invalidfilewindow,
+                    [this] {
+                      if (runAtWork_ != nullptr) explainInvalidInput(*runAtWork_);
+                    }),
       scratchPath_(services_.scratchPaths),
       // A stop leaves the button on, whatever was asked for before it.
       repairButtonOff_(services_.mainQueue,
@@ -30,7 +34,7 @@ Orlin_Repair_AVIAppDelegate::Orlin_Repair_AVIAppDelegate(const AppServices& serv
       saveProgressBar_(services_.mainQueue, [this] { outlets.saveprogressbar.setDoubleValue(saveProgress_); }) {
   repair1 = std::make_unique<engine::RepairFile>(
       engine::RepairServices{countedFiles_, services_.fileManager, services_.movies, services_.workers,
-                             services_.mainQueue, runGuard_, services_.log},
+                             services_.mainQueue, sheetsOfRuns_, services_.log},
       jobOutlets);
   repair1->controll = &runGuard_;
 }
@@ -98,12 +102,14 @@ void Orlin_Repair_AVIAppDelegate::applicationWillTerminate() {
   if (std::exchange(terminated_, true)) return;
   services_.application.setDelegate(outlets.mainWindow, nullptr);
   services_.notifications.removeObserver(this);
+  outlets.own.runprogress.follow({});
   runGuard_.close();
   for (const auto& one : runs_) {
     if (const auto run = one.lock()) run->cancel->abandon();
   }
   if (saveCancel_) saveCancel_->cancel();
   services_.clock.endSleeps();
+  services_.mainQueue.endWaits();
   services_.workers.joinAll();
   for (const std::string& scratch : scratchFiles_.get()) removeScratch(scratch);
 }

@@ -78,13 +78,54 @@ inline constexpr const char* kCannotBeChosenTitle = "This cannot be chosen";
 inline constexpr const char* kNotAFilmMessage =
     "Only films whose names end in .avi, .divx or .xvid can be repaired here. Nothing was changed in your file.";
 inline constexpr const char* kNoSuchFilmMessage = "There is no such film. It may have been moved, renamed or removed.";
+inline constexpr std::string_view kInvalidTitle = "This is not an AVI film";
+inline constexpr std::string_view kInvalidMessage =
+    "The beginning of the file has nothing of an AVI film, so there is nothing to repair. Nothing was changed in your "
+    "file.";
+inline constexpr std::string_view kGoneTitle = "This film is no longer there";
+inline constexpr std::string_view kLinkTitle = "This is only a link to a film";
+inline constexpr std::string_view kLinkMessage = "Please choose the film itself.";
+inline constexpr std::string_view kUnreadableTitle = "This film cannot be read";
+inline constexpr std::string_view kUnreadableMessage = "The system says: ";
+inline constexpr std::string_view kNothingChanged = " Nothing was changed in your file.";
+inline constexpr std::string_view kWaitsForOtherRun =
+    "Waiting until the repair before this one has ended. Its last step cannot be cut short.";
+inline constexpr std::string_view kWorkingFolder = "Working folder: ";
+inline constexpr std::string_view kNoWorkingFolder = "There is no working folder that can be used.";
+inline constexpr const char* kNoWorkingFolderTitle = "The working folder cannot be used";
+inline constexpr std::string_view kNoWorkingFolderMessage =
+    "A repaired film lies in a working folder until you save it, and none can be used. The last one tried was ";
+inline constexpr const char* kSystemSays = "The system says: ";
+inline constexpr std::string_view kNothingStarted = " Nothing was started, and nothing was changed in your file.";
+inline constexpr const char* kChooseAnotherFolder = "Choose another\u2026";
+inline constexpr const char* kUseFolder = "Use this folder";
+inline constexpr const char* kFolderRefusedTitle = "This folder cannot be used";
+inline constexpr const char* kFolderRefusedMessage =
+    " cannot hold a repaired film until you save it, so nothing was changed. The system says: ";
+inline constexpr const char* kCannotSaveThereTitle = "The film cannot be saved there";
+inline constexpr const char* kNotAnsweringMessage =
+    "The disk or server does not answer. Nothing was changed. Please try again when it is back, or choose another "
+    "place.";
 inline constexpr const char* kFinishingTitle = "Finishing the repaired file";
 inline constexpr const char* kFinishingMessage = "The last part is still being written. This takes only a moment.";
 inline constexpr const char* kFinishingCancel = "Cancel";
 inline constexpr const char* kWriteFailedTitle = "The repaired file could not be written";
+inline constexpr const char* kNoMemory = "There is not enough memory. Closing other programs helps.";
+inline constexpr const char* kNoThread = "The system has no room for more work at once. Closing other programs helps.";
+inline constexpr const char* kSaveNotBegun =
+    " Nothing was saved, and the repaired file is still there: you can press Save again.";
 inline constexpr std::string_view kSaveComplete = "The repaired file was saved as ";
 inline constexpr std::string_view kSaveIncomplete = "The copy is incomplete: ";
 inline constexpr std::string_view kSaveElsewhere = " Please save again, to another place.";
+inline constexpr std::string_view kRepairAgain = " Please go back with Home and repair the film again.";
+inline constexpr std::string_view kSavedTitle = "Saving is done";
+inline constexpr std::string_view kSaveIncompleteTitle = "The film was not saved whole";
+inline constexpr std::string_view kLastSaved = "Last saved";
+inline constexpr std::string_view kLastNotSaved = "Not whole";
+inline constexpr std::string_view kRebuiltFileGone = "the repaired file is no longer there.";
+inline constexpr std::string_view kRebuiltFileUnreadable = " of the repaired file could not be read";
+inline constexpr std::string_view kRebuiltFileShort = " of the repaired file are no longer there.";
+inline constexpr std::string_view kTakingTheLastBytes = "The disk is taking in the last bytes\u2026";
 inline constexpr const char* kWouldReplaceInput =
     "That would overwrite the damaged file itself. Please choose another name or folder.";
 

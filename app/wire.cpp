@@ -27,6 +27,7 @@ void wire(Orlin_Repair_AVIAppDelegate& controller, const platform::JobOutlets& j
   Wiring<Controller> window(actions, controller);
 
   window.connect(outlets.browsebutton, &Controller::openFinderWindow);
+  window.connect(outlets.own.workingfolderbutton, &Controller::chooseWorkingFolder);
   window.connect(outlets.repairbutton, &Controller::repair);
   window.connect(outlets.filenotselectedokbutton, &Controller::fileNotSelectedOk);
   window.connect(outlets.stopbutton, &Controller::stopProgress);

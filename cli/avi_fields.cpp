@@ -5,8 +5,8 @@
 #include <array>
 #include <optional>
 
+#include "avi/codec_names.h"
 #include "cli/avi_codes.h"
-#include "cli/codec_names.h"
 #include "cli/shown_text.h"
 #include "engine/byte_order.h"
 #include "engine/codec_text.h"
@@ -220,7 +220,7 @@ std::vector<Field> streamHeader(std::span<const std::byte> payload) {
 std::vector<Field> waveFormat(std::span<const std::byte> payload) {
   auto fields = fieldsOf(kWaveFormat, payload);
   if (const auto tag = numberNamed(fields, "wFormatTag")) {
-    const std::string_view name = audioFormatName(static_cast<std::uint32_t>(*tag));
+    const std::string_view name = avi::audioFormatName(static_cast<std::uint32_t>(*tag));
     addNote(fields, "wFormatTag", shownHex(*tag, 4) + (name.empty() ? "" : ", " + std::string(name)));
   }
   return fields;

@@ -18,42 +18,65 @@ constexpr std::uint64_t kKeyFrame = 0x10;         // AVIIF_KEYFRAME
 constexpr std::uint64_t kDeltaFrame = 0x80000000;
 constexpr std::uint64_t kChunkHeaderSize = 8;
 
+/// What fails on a disk is a sector at least, so entries that begin in one that failed are not tried again.
+constexpr std::uint64_t kSectorSize = 512;
+
 std::string at(std::uint64_t offset) { return "at byte " + shownNumber(offset); }
+
+/// The number of `width` bytes at `offset` of what was read.
+std::uint64_t numberIn(std::span<const std::byte> bytes, std::size_t offset, std::size_t width) {
+  std::uint64_t value = 0;
+  for (std::size_t i = width; i > 0; --i) value = value << 8U | std::to_integer<std::uint64_t>(bytes[offset + i - 1]);
+  return value;
+}
 
 }  // namespace
 
 engine::ReadFailures IndexCheck::failures() const { return together(entries_.failures(), targets_.failures()); }
 
-std::uint64_t IndexCheck::number(std::uint64_t offset, std::size_t width) {
-  const std::span<const std::byte> found = entries_.bytes(offset, width);
-  std::uint64_t value = 0;
-  for (std::size_t i = found.size(); i > 0; --i) value = value << 8U | std::to_integer<std::uint64_t>(found[i - 1]);
-  return value;
+std::optional<std::span<const std::byte>> IndexCheck::entryAt(std::uint64_t start, std::size_t size) {
+  if (start < unreadableUntil_) return std::span<const std::byte>();
+  const std::span<const std::byte> found = entries_.bytes(start, size);
+  if (found.size() == size) return found;
+  if (!entries_.failedLast()) return std::nullopt;
+  unreadableUntil_ = (start / kSectorSize + 1) * kSectorSize;
+  return std::span<const std::byte>();
 }
 
 void IndexCheck::count(IndexReport& report, Judged judged) {
+  ++lookedAtInAll_;
+  if (judged.verdict == Verdict::unreadable) {
+    ++report.unreadable;
+    return;
+  }
   ++report.checked;
-  ++checkedInAll_;
-  if (judged.matches) {
+  if (judged.verdict == Verdict::matches) {
     ++report.matching;
   } else if (!report.firstWrong) {
-    report.firstWrong = report.checked;
+    report.firstWrong = report.checked + report.unreadable;
     report.whatIsWrong = std::move(judged.whatIsWrong);
   }
 }
 
+IndexCheck::Judged IndexCheck::missing(std::uint64_t offset) const {
+  if (targets_.failedLast()) return {Verdict::unreadable};
+  return {Verdict::wrong, at(offset) + " the file has ended"};
+}
+
 IndexCheck::Judged IndexCheck::judge(std::uint64_t headerOffset, engine::FourCC id, std::uint32_t size) {
   const auto header = targets_.header(headerOffset);
-  if (!header) return {false, at(headerOffset) + " the file has ended"};
+  if (!header) return missing(headerOffset);
   // An entry about a "rec " list points at the list's header, which begins with "LIST".
   const bool sameId = namesSameData(header->id, id) || (id == kRec && header->id == engine::kList);
-  if (!sameId)
-    return {false, at(headerOffset) + " lies \"" + shownCode(header->id) + "\", not \"" + shownCode(id) + "\""};
-  if (header->size != size) {
-    return {false, "the chunk " + at(headerOffset) + " is " + counted(header->size, "byte") + " long, not " +
-                       shownNumber(size)};
+  if (!sameId) {
+    return {Verdict::wrong,
+            at(headerOffset) + " lies \"" + shownCode(header->id) + "\", not \"" + shownCode(id) + "\""};
   }
-  return {true, {}};
+  if (header->size != size) {
+    return {Verdict::wrong, "the chunk " + at(headerOffset) + " is " + counted(header->size, "byte") + " long, not " +
+                                shownNumber(size)};
+  }
+  return {};
 }
 
 std::uint64_t IndexCheck::baseOfOldIndex(std::uint64_t payload, std::uint64_t size,
@@ -65,13 +88,14 @@ std::uint64_t IndexCheck::baseOfOldIndex(std::uint64_t payload, std::uint64_t si
     return 0;
   }
   for (std::uint64_t entry = 0; entry < kEntriesAsked && (entry + 1) * kOldEntrySize <= size; ++entry) {
-    const std::uint64_t start = payload + entry * kOldEntrySize;
-    const auto id = entries_.code(start);
-    if (!id) break;
-    const std::uint64_t offset = number(start + 8, 4);
-    const auto length = static_cast<std::uint32_t>(number(start + 12, 4));
-    const bool fromList = judge(*moviType + offset, *id, length).matches;
-    const bool fromStart = judge(offset, *id, length).matches;
+    const auto bytes = entryAt(payload + entry * kOldEntrySize, kOldEntrySize);
+    if (!bytes) break;
+    if (bytes->empty()) continue;
+    const engine::FourCC id = engine::FourCC::at(*bytes);
+    const std::uint64_t offset = numberIn(*bytes, 8, 4);
+    const auto length = static_cast<std::uint32_t>(numberIn(*bytes, 12, 4));
+    const bool fromList = judge(*moviType + offset, id, length).verdict == Verdict::matches;
+    const bool fromStart = judge(offset, id, length).verdict == Verdict::matches;
     if (fromStart && !fromList) {
       note = "dwOffset counts from the beginning of the file";
       return 0;
@@ -86,42 +110,55 @@ IndexReport IndexCheck::oldIndex(std::uint64_t payload, std::uint64_t size, std:
   IndexReport report;
   report.entries = size / kOldEntrySize;
   report.keyFrames = 0;
+  unreadableUntil_ = 0;
   const std::uint64_t base = baseOfOldIndex(payload, size, moviType, report.note);
   for (std::uint64_t entry = 0; entry < report.entries && mayGoOn(); ++entry) {
-    const std::uint64_t start = payload + entry * kOldEntrySize;
-    const auto id = entries_.code(start);
-    if (!id) break;
-    if ((number(start + 4, 4) & kKeyFrame) != 0) ++*report.keyFrames;
-    count(report, judge(base + number(start + 8, 4), *id, static_cast<std::uint32_t>(number(start + 12, 4))));
+    const auto bytes = entryAt(payload + entry * kOldEntrySize, kOldEntrySize);
+    if (!bytes) break;
+    if (bytes->empty()) {
+      count(report, {Verdict::unreadable});
+      continue;
+    }
+    if ((numberIn(*bytes, 4, 4) & kKeyFrame) != 0) ++*report.keyFrames;
+    count(report, judge(base + numberIn(*bytes, 8, 4), engine::FourCC::at(*bytes),
+                        static_cast<std::uint32_t>(numberIn(*bytes, 12, 4))));
   }
   return report;
 }
 
+IndexCheck::Judged IndexCheck::judgeSuper(std::uint64_t offset, std::uint64_t length) {
+  const auto header = targets_.header(offset);
+  if (!header) return missing(offset);
+  if (!isStandardIndex(header->id)) {
+    return {Verdict::wrong, at(offset) + " lies \"" + shownCode(header->id) + "\", not a standard index"};
+  }
+  if (length > std::uint64_t{header->size} + kChunkHeaderSize) {
+    return {Verdict::wrong, "the index " + at(offset) + " is shorter than dwSize, " + counted(length, "byte")};
+  }
+  return {};
+}
+
 void IndexCheck::superEntries(IndexReport& report, std::uint64_t payload) {
   for (std::uint64_t entry = 0; entry < report.entries && mayGoOn(); ++entry) {
-    const std::uint64_t start = payload + kOpenDmlHeaderSize + entry * kSuperEntrySize;
-    const std::uint64_t offset = number(start, 8);
-    const std::uint64_t length = number(start + 8, 4);
-    Judged judged{true, {}};
-    const auto header = targets_.header(offset);
-    if (!header) {
-      judged = {false, at(offset) + " the file has ended"};
-    } else if (!isStandardIndex(header->id)) {
-      judged = {false, at(offset) + " lies \"" + shownCode(header->id) + "\", not a standard index"};
-    } else if (length > std::uint64_t{header->size} + kChunkHeaderSize) {
-      judged = {false, "the index " + at(offset) + " is shorter than dwSize, " + counted(length, "byte")};
-    }
-    count(report, std::move(judged));
+    const auto bytes = entryAt(payload + kOpenDmlHeaderSize + entry * kSuperEntrySize, kSuperEntrySize);
+    if (!bytes) break;
+    count(report,
+          bytes->empty() ? Judged{Verdict::unreadable} : judgeSuper(numberIn(*bytes, 0, 8), numberIn(*bytes, 8, 4)));
   }
 }
 
 void IndexCheck::standardEntries(IndexReport& report, std::uint64_t payload, engine::FourCC id, std::uint64_t base) {
   report.keyFrames = 0;
   for (std::uint64_t entry = 0; entry < report.entries && mayGoOn(); ++entry) {
-    const std::uint64_t start = payload + kOpenDmlHeaderSize + entry * kStandardEntrySize;
+    const auto bytes = entryAt(payload + kOpenDmlHeaderSize + entry * kStandardEntrySize, kStandardEntrySize);
+    if (!bytes) break;
+    if (bytes->empty()) {
+      count(report, {Verdict::unreadable});
+      continue;
+    }
     // dwOffset points behind the chunk's header.
-    const std::uint64_t offset = base + number(start, 4) - kChunkHeaderSize;
-    const std::uint64_t length = number(start + 4, 4);
+    const std::uint64_t offset = base + numberIn(*bytes, 0, 4) - kChunkHeaderSize;
+    const std::uint64_t length = numberIn(*bytes, 4, 4);
     if ((length & kDeltaFrame) == 0) ++*report.keyFrames;
     count(report, judge(offset, id, static_cast<std::uint32_t>(length & (kDeltaFrame - 1))));
   }
@@ -129,14 +166,22 @@ void IndexCheck::standardEntries(IndexReport& report, std::uint64_t payload, eng
 
 IndexReport IndexCheck::openDmlIndex(std::uint64_t payload, std::uint64_t size) {
   IndexReport report;
+  unreadableUntil_ = 0;
   if (size < kOpenDmlHeaderSize) {
     report.note = "too short to hold an index";
     return report;
   }
-  const std::uint64_t longsPerEntry = number(payload, 2);
-  const bool standard = number(payload + 3, 1) == 1;
+  const std::span<const std::byte> header = entries_.bytes(payload, kOpenDmlHeaderSize);
+  if (header.size() < kOpenDmlHeaderSize) {
+    report.note = entries_.failedLast() ? "it could not be read" : "the file has ended in it";
+    return report;
+  }
+  const std::uint64_t longsPerEntry = numberIn(header, 0, 2);
+  const bool standard = header[3] == std::byte{1};
   const std::uint64_t entrySize = standard ? kStandardEntrySize : kSuperEntrySize;
-  report.entries = number(payload + 4, 4);
+  const engine::FourCC id = engine::FourCC::at(header.subspan(8));
+  const std::uint64_t base = numberIn(header, 12, 8);
+  report.entries = numberIn(header, 4, 4);
   const std::uint64_t room = (size - kOpenDmlHeaderSize) / entrySize;
   if (longsPerEntry * 4 != entrySize) {
     report.note = "its entries are of a kind that is not known here";
@@ -146,11 +191,11 @@ IndexReport IndexCheck::openDmlIndex(std::uint64_t payload, std::uint64_t size) 
     report.note = "it has room for " + shownNumber(room) + " of these";
     report.entries = room;
   }
-  if (!standard) {
+  if (standard) {
+    standardEntries(report, payload, id, base);
+  } else {
     superEntries(report, payload);
-    return report;
   }
-  if (const auto id = entries_.code(payload + 8)) standardEntries(report, payload, *id, number(payload + 12, 8));
   return report;
 }
 

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 
 #include "cli/file_view.h"
@@ -16,6 +17,7 @@ struct IndexReport {
   std::uint64_t entries = 0;                ///< that the index holds, or says it holds
   std::uint64_t checked = 0;                ///< of these
   std::uint64_t matching = 0;               ///< of those checked: what they name lies where they say
+  std::uint64_t unreadable = 0;             ///< not checked, since they or what they point at could not be read
   std::optional<std::uint64_t> keyFrames;   ///< of those checked: marked as such
   std::optional<std::uint64_t> firstWrong;  ///< the first entry, counted from 1, that does not match
   std::string whatIsWrong;                  ///< a sentence about that one
@@ -43,24 +45,30 @@ class IndexCheck {
   [[nodiscard]] engine::ReadFailures failures() const;
 
  private:
+  enum class Verdict { matches, wrong, unreadable };
   struct Judged {
-    bool matches = false;
-    std::string whatIsWrong;
+    Verdict verdict = Verdict::matches;
+    std::string whatIsWrong = {};
   };
 
-  [[nodiscard]] bool mayGoOn() const { return checkedInAll_ < kMostEntries && !isEnding_(); }
+  [[nodiscard]] bool mayGoOn() const { return lookedAtInAll_ < kMostEntries && !isEnding_(); }
   void count(IndexReport& report, Judged judged);
+  /// The entry's bytes; none when they could not be read, nothing when the file ends before them. Valid until the next
+  /// call.
+  [[nodiscard]] std::optional<std::span<const std::byte>> entryAt(std::uint64_t start, std::size_t size);
+  [[nodiscard]] Judged missing(std::uint64_t offset) const;
   [[nodiscard]] Judged judge(std::uint64_t headerOffset, engine::FourCC id, std::uint32_t size);
   [[nodiscard]] std::uint64_t baseOfOldIndex(std::uint64_t payload, std::uint64_t size,
                                              std::optional<std::uint64_t> moviType, std::string& note);
   void superEntries(IndexReport& report, std::uint64_t payload);
   void standardEntries(IndexReport& report, std::uint64_t payload, engine::FourCC id, std::uint64_t base);
-  [[nodiscard]] std::uint64_t number(std::uint64_t offset, std::size_t width);
+  [[nodiscard]] Judged judgeSuper(std::uint64_t offset, std::uint64_t length);
 
   FileView entries_;
   FileView targets_;
   const std::function<bool()> isEnding_;
-  std::uint64_t checkedInAll_ = 0;
+  std::uint64_t lookedAtInAll_ = 0;
+  std::uint64_t unreadableUntil_ = 0;  ///< entries of the index at hand that begin before this are not tried again
 };
 
 }  // namespace zelvo::cli

@@ -1,5 +1,5 @@
-// The walk: one step looks at one header and goes into a list or past a chunk. What is no header is skipped up to the
-// next code that can only begin a chunk, or to the end of the list.
+// The walk: one step looks at one header and goes into a list or past a chunk. What is no header, or cannot be read, is
+// skipped up to the next code that can only begin a chunk, or to the end of the list.
 #include "cli/avi_outline.h"
 
 #include <algorithm>
@@ -20,6 +20,11 @@ bool isLandmark(std::span<const std::byte> bytes) {
 
 constexpr std::uint64_t kHeaderSize = 8;
 constexpr std::uint64_t kTypeSize = 4;
+constexpr std::size_t kPieceSize = 4096;  // of what is searched at a time
+constexpr std::uint64_t kSectorSize = 512;
+constexpr std::uint64_t kPageSize = 4096;
+
+std::uint64_t nextMultiple(std::uint64_t offset, std::uint64_t unit) { return (offset / unit + 1) * unit; }
 
 bool isListId(engine::FourCC id) { return id == engine::kRiff || id == engine::kList; }
 
@@ -30,8 +35,19 @@ std::size_t AviOutline::depth() const {
       std::count_if(open_.begin(), open_.end(), [](const OpenList& list) { return !list.isQuiet; }));
 }
 
-AviOutline::OpenList& AviOutline::toldList() {
-  return *std::find_if(open_.rbegin(), open_.rend(), [](const OpenList& list) { return !list.isQuiet; });
+AviOutline::OpenList* AviOutline::toldList() {
+  const auto found = std::find_if(open_.rbegin(), open_.rend(), [](const OpenList& list) { return !list.isQuiet; });
+  return found == open_.rend() ? nullptr : &*found;
+}
+
+engine::FourCC AviOutline::typeOfToldList() {
+  const OpenList* list = toldList();
+  return list == nullptr ? engine::FourCC() : list->item.type.value_or(engine::FourCC());
+}
+
+bool AviOutline::ends() {
+  stopped_ = stopped_ || isEnding_();
+  return stopped_;
 }
 
 void AviOutline::problem(std::uint64_t offset, const std::string& sentence) {
@@ -39,13 +55,23 @@ void AviOutline::problem(std::uint64_t offset, const std::string& sentence) {
   sink_.problem(offset, depth(), sentence);
 }
 
-void AviOutline::walk() {
+void AviOutline::beginFile() {
   fileSize_ = view_.fileSize();
   const auto first = view_.header(0);
+  bool isUnreadable = view_.failedLast();
   const auto form = view_.code(kHeaderSize);
+  isUnreadable = isUnreadable || view_.failedLast();
   isAvi_ = first && first->id == engine::kRiff && form == engine::kAvi;
-  if (!isAvi_) problem(0, "the file does not begin as an AVI file does, with \"RIFF\", a size and \"AVI \"");
-  while (position_ < fileSize_ && !isEnding_()) {
+  if (isUnreadable) {
+    problem(0, "the first 12 bytes cannot be read");
+  } else if (!isAvi_) {
+    problem(0, "the file does not begin as an AVI file does, with \"RIFF\", a size and \"AVI \"");
+  }
+}
+
+void AviOutline::walk() {
+  beginFile();
+  while (position_ < fileSize_ && !ends()) {
     closeEnded();
     if (position_ >= fileSize_) break;
     if (chunks_ == kMostChunks) {
@@ -54,12 +80,16 @@ void AviOutline::walk() {
     }
     step();
   }
-  position_ = fileSize_;
   closeEnded();
+  if (stopped_ && position_ < fileSize_) {
+    problem(position_, "stopped here; " + counted(fileSize_ - position_, "byte") + " were not looked at");
+  }
+  const std::uint64_t reached = position_;
   while (!open_.empty()) {  // after a stop, or past the limit
     open_.back().end = position_;
     closeEnded();
   }
+  position_ = reached;
   sink_.endFile(sumsOutside_);
 }
 
@@ -98,80 +128,152 @@ void AviOutline::step() {
   meetChunk(item, end);
 }
 
-AviOutline::Damage AviOutline::damageFrom(std::uint64_t start) {
-  const std::uint64_t end = limit();
-  Damage damage{end, true};
-  std::uint64_t at = start;
-  while (at < end && !isEnding_()) {
-    const std::span<const std::byte> bytes = view_.bytes(at, 4096);
-    if (bytes.empty()) break;
-    for (std::size_t i = 0; i < bytes.size() && at + i < end; ++i) {
-      if (i + 4 > bytes.size() && i > 0 && bytes.size() == 4096) break;  // looked at with the next bytes
-      const bool fits = i + 4 <= bytes.size() && at + i + kHeaderSize <= end;
-      if (fits && at + i > start && isLandmark(bytes.subspan(i))) return {at + i, damage.isZero};
-      damage.isZero = damage.isZero && bytes[i] == std::byte{0};
+void AviOutline::endHere() {
+  problem(position_, "the file ends here by now; it was " + counted(fileSize_, "byte") + " long");
+  fileSize_ = position_;
+  for (OpenList& list : open_) list.end = std::min(list.end, fileSize_);
+}
+
+/// Coarse steps first: a disk fails by whole pages, and each read that fails may take it seconds. Then the sectors before
+/// the page that can be read are tried, since what fails there may be less than a page.
+std::uint64_t AviOutline::nextReadable(std::uint64_t unreadable, std::uint64_t end) {
+  while (!ends()) {
+    const std::uint64_t page = std::min(end, nextMultiple(unreadable, kPageSize));
+    if (page < end && view_.bytes(page, 1).empty() && view_.failedLast()) {
+      unreadable = page;
+      continue;
     }
-    at += bytes.size() == 4096 ? 4093 : bytes.size();
+    for (std::uint64_t sector = nextMultiple(unreadable, kSectorSize); sector < page; sector += kSectorSize) {
+      if (!view_.bytes(sector, 1).empty()) return sector;
+    }
+    return page;
   }
-  return damage;
+  return unreadable;
+}
+
+bool AviOutline::searchOn(std::uint64_t start, std::uint64_t end, Damage& damage) {
+  const std::span<const std::byte> bytes = view_.bytes(position_, kPieceSize);
+  if (bytes.empty()) {
+    if (!view_.failedLast()) {
+      endHere();
+      return false;
+    }
+    const std::uint64_t next = nextReadable(position_, end);
+    damage.unreadable += next - position_;
+    position_ = next;
+    return false;
+  }
+  const bool isWhole = bytes.size() == kPieceSize;
+  for (std::size_t i = 0; i < bytes.size() && position_ + i < end; ++i) {
+    if (isWhole && i + 4 > bytes.size()) break;  // looked at with the next bytes
+    const bool fits = i + 4 <= bytes.size() && position_ + i + kHeaderSize <= end;
+    if (fits && position_ + i > start && isLandmark(bytes.subspan(i))) {
+      position_ += i;
+      return true;
+    }
+    damage.isZero = damage.isZero && bytes[i] == std::byte{0};
+  }
+  position_ = std::min(end, position_ + (isWhole ? kPieceSize - 3 : bytes.size()));
+  return false;
 }
 
 void AviOutline::skipDamage() {
   const std::uint64_t start = position_;
-  const Damage damage = damageFrom(start);
-  position_ = damage.end;
-  const std::uint64_t skipped = damage.end - start;
-  problem(start, counted(skipped, "byte") + (damage.isZero ? ", all zero," : "") +
-                     (skipped < kHeaderSize ? " are too few for a chunk" : " are no chunks"));
+  Damage damage;
+  while (position_ < limit() && !ends() && !searchOn(start, limit(), damage)) {
+  }
+  const std::uint64_t skipped = position_ - start;
+  if (skipped == 0) return;
+  if (damage.unreadable == skipped) {
+    problem(start, counted(skipped, "byte") + " cannot be read");
+  } else if (damage.unreadable > 0) {
+    problem(start, counted(skipped, "byte") + ", of which " + shownNumber(damage.unreadable) +
+                       " cannot be read, are no chunks");
+  } else {
+    problem(start, counted(skipped, "byte") + (damage.isZero ? ", all zero," : "") +
+                       (skipped < kHeaderSize ? " are too few for a chunk" : " are no chunks"));
+  }
+}
+
+bool AviOutline::mayTell() {
+  if (listsAll_) return true;
+  if (told_ == kMostListed) return false;
+  ++told_;
+  return true;
 }
 
 void AviOutline::enterList(const OutlineItem& item, std::uint64_t end) {
-  OpenList list{item, end, false, 0, {}};
-  const bool inMovi = !open_.empty() && toldList().item.type == engine::kMovi;
-  list.isQuiet = item.type == kRec && inMovi && !listsAll_;
+  OpenList list{item, end, false, {}};
+  // A record is a part of the data around it.
+  const bool isRecord = item.type == kRec && typeOfToldList() == engine::kMovi && !listsAll_;
+  list.isQuiet = isRecord || !mayTell();
   if (item.type == engine::kStrl) streamType_ = {};
   if (item.type == engine::kMovi && !moviType_) moviType_ = item.offset + kHeaderSize;
-  if (!list.isQuiet) sink_.beginList(item);
+  if (!list.isQuiet) {
+    sink_.beginList(item);
+  } else if (!isRecord) {
+    addToSums(item.id, kTypeSize);
+  }
   open_.push_back(std::move(list));
   position_ = item.offset + kHeaderSize + kTypeSize;
 }
 
 bool AviOutline::isListed(const OutlineItem& item) {
-  if (listsAll_) return true;
-  if (isStandardIndex(item.id)) return true;
-  if (open_.empty()) return !isStreamData(item.id) && listedOutside_++ < kMostListed;
-  OpenList& list = toldList();
-  if (list.item.type == engine::kMovi && isStreamData(item.id)) return false;
-  return list.listed++ < kMostListed;
+  const bool isSummedData = isStreamData(item.id) && (open_.empty() || typeOfToldList() == engine::kMovi);
+  return (listsAll_ || !isSummedData) && mayTell();
 }
 
-void AviOutline::addToSums(const OutlineItem& item) {
-  DataSums& sums = open_.empty() ? sumsOutside_ : toldList().sums;
-  const bool known = sums.contains(item.id.value) || sums.size() < kMostSums;
-  DataSum& sum = sums[known ? item.id.value : 0];
+DataSum& AviOutline::addToSums(engine::FourCC id, std::uint64_t size) {
+  OpenList* list = toldList();
+  DataSums& sums = list == nullptr ? sumsOutside_ : list->sums;
+  const bool known = sums.contains(id.value) || sums.size() < kMostSums;
+  DataSum& sum = sums[known ? id.value : 0];
   ++sum.chunks;
-  sum.bytes += item.size;
+  sum.bytes += size;
+  return sum;
+}
+
+std::optional<IndexReport> AviOutline::checkIndex(const OutlineItem& item, std::uint64_t end) {
+  const std::uint64_t payload = item.offset + kHeaderSize;
+  if (item.id == kIdx1) return indexes_.oldIndex(payload, end - payload, moviType_);
+  if (item.id == engine::kIndx || isStandardIndex(item.id)) return indexes_.openDmlIndex(payload, end - payload);
+  return std::nullopt;
+}
+
+void AviOutline::tellChunk(const OutlineItem& item, std::uint64_t end) {
+  const std::uint64_t payload = item.offset + kHeaderSize;
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(end - payload, kLargestDecoded));
+  const std::span<const std::byte> bytes = view_.bytes(payload, wanted);
+  const std::uint64_t readable = bytes.size();
+  const bool isCut = view_.failedLast();
+  if (item.id == engine::kStrh && bytes.size() >= kTypeSize) streamType_ = engine::FourCC::at(bytes);
+  const auto fields = decodeFields(item.id, typeOfToldList(), streamType_, bytes);
+  const auto index = checkIndex(item, end);
+  sink_.chunk(item, fields, index);
+  if (isCut) problem(item.offset, "what it holds cannot be read from byte " + shownNumber(payload + readable) + " on");
+  if (index) tellWrong(item, *index);
+}
+
+void AviOutline::tellWrong(const OutlineItem& item, const IndexReport& index) {
+  if (!index.firstWrong) return;
+  problem(item.offset, shownNumber(index.checked - index.matching) + " of the " + shownNumber(index.checked) +
+                           " index entries do not match; in the first, number " + shownNumber(*index.firstWrong) +
+                           ", " + index.whatIsWrong);
 }
 
 void AviOutline::meetChunk(const OutlineItem& item, std::uint64_t end) {
-  const std::uint64_t payload = item.offset + kHeaderSize;
   if (isListed(item)) {
-    const auto listType = open_.empty() ? engine::FourCC() : toldList().item.type.value_or(engine::FourCC());
-    const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(end - payload, kLargestDecoded));
-    const std::span<const std::byte> bytes = view_.bytes(payload, wanted);
-    if (item.id == engine::kStrh && bytes.size() >= kTypeSize) streamType_ = engine::FourCC::at(bytes);
-    const auto fields = decodeFields(item.id, listType, streamType_, bytes);
-    std::optional<IndexReport> index;
-    if (item.id == kIdx1) index = indexes_.oldIndex(payload, end - payload, moviType_);
-    if (item.id == engine::kIndx || isStandardIndex(item.id)) index = indexes_.openDmlIndex(payload, end - payload);
-    sink_.chunk(item, fields, index);
-    if (index && index->firstWrong) {
-      problem(item.offset, shownNumber(index->checked - index->matching) + " of the " + shownNumber(index->checked) +
-                               " index entries do not match; in the first, number " + shownNumber(*index->firstWrong) +
-                               ", " + index->whatIsWrong);
-    }
+    tellChunk(item, end);
   } else {
-    addToSums(item);
+    DataSum& sum = addToSums(item.id, item.size);
+    if (const auto index = checkIndex(item, end)) {
+      if (!sum.index) sum.index.emplace();
+      sum.index->entries += index->entries;
+      sum.index->checked += index->checked;
+      sum.index->matching += index->matching;
+      sum.index->unreadable += index->unreadable;
+      tellWrong(item, *index);
+    }
   }
   position_ = behind(end, item.size);
 }

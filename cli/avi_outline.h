@@ -1,6 +1,6 @@
 /// The structure of an AVI file, told in file order: lists, chunks, header fields, indexes, and what is wrong with them.
-/// Any bytes may be given: nothing is recursive, memory is bounded, and the time is linear in the file's size. Offsets
-/// and sizes are in bytes.
+/// Any bytes may be given: nothing is recursive, memory and the number of items told are bounded, and the time is linear
+/// in the file's size. Offsets and sizes are in bytes.
 #pragma once
 
 #include <cstdint>
@@ -26,10 +26,20 @@ struct OutlineItem {
   std::size_t depth = 0;               ///< 0 for what lies in no list
 };
 
-/// Chunks of one code that were not listed one by one.
+/// What looks at all entries of several indexes found together.
+struct IndexSum {
+  std::uint64_t entries = 0;
+  std::uint64_t checked = 0;
+  std::uint64_t matching = 0;
+  std::uint64_t unreadable = 0;
+};
+
+/// Chunks of one code that were not listed one by one. A list counts with the bytes of its type, since what it holds is
+/// counted by itself.
 struct DataSum {
   std::uint64_t chunks = 0;
-  std::uint64_t bytes = 0;  ///< payloads
+  std::uint64_t bytes = 0;             ///< payloads
+  std::optional<IndexSum> index = {};  ///< of indexes
 };
 using DataSums = std::map<std::uint32_t, DataSum>;  ///< by FourCC::value
 
@@ -54,19 +64,25 @@ class AviOutline {
   static constexpr std::size_t kDeepest = 16;
   /// After this many chunks the walk ends.
   static constexpr std::uint64_t kMostChunks = 16U << 20U;
-  /// So many chunks of a list are listed one by one unless all are wanted; the rest is summed up.
+  /// So many chunks, lists and forms of a file are told one by one unless all are wanted; the rest is summed up.
   static constexpr std::uint64_t kMostListed = 1000;
   /// Sums are kept for this many codes of a list, the rest under the code of zero.
   static constexpr std::size_t kMostSums = 64;
 
   AviOutline(platform::ReadableFile& file, OutlineSink& sink, const std::function<bool()>& isEnding, bool listsAll)
-      : sink_(sink), isEnding_(isEnding), listsAll_(listsAll), view_(file, 65536), indexes_(file, isEnding) {}
+      : sink_(sink), isEnding_(isEnding), listsAll_(listsAll), view_(file, 65536), indexes_(file, [this] {
+          return ends();
+        }) {}
 
   void walk();
 
   /// Whether the file begins as an AVI file does.
   [[nodiscard]] bool isAvi() const { return isAvi_; }
   [[nodiscard]] std::uint64_t problems() const { return problems_; }
+  /// Whether the walk was ended before all was looked at.
+  [[nodiscard]] bool wasStopped() const { return stopped_; }
+  /// How far the walk has come; after a stop, where it ended.
+  [[nodiscard]] std::uint64_t position() const { return position_; }
   /// Reads that failed.
   [[nodiscard]] engine::ReadFailures failures() const { return together(view_.failures(), indexes_.failures()); }
 
@@ -74,28 +90,40 @@ class AviOutline {
   struct OpenList {
     OutlineItem item;
     std::uint64_t end = 0;
-    bool isQuiet = false;  ///< not told itself: a "rec " list whose chunks are summed up with those around it
-    std::uint64_t listed = 0;
+    bool isQuiet = false;  ///< not told itself: its chunks are summed up with those around it
     DataSums sums;
   };
 
   [[nodiscard]] std::uint64_t limit() const { return open_.empty() ? fileSize_ : open_.back().end; }
   [[nodiscard]] std::size_t depth() const;
-  [[nodiscard]] OpenList& toldList();
+  /// The innermost list that is told; none outside of all.
+  [[nodiscard]] OpenList* toldList();
+  [[nodiscard]] engine::FourCC typeOfToldList();
+  /// Asks whether the walk is to end. Once it is, it stays so.
+  [[nodiscard]] bool ends();
   void problem(std::uint64_t offset, const std::string& sentence);
+  void beginFile();
   void closeEnded();
   void step();
-  /// What is no chunk: where it ends, and whether all of it is zero.
+  /// What is no chunk.
   struct Damage {
-    std::uint64_t end = 0;
-    bool isZero = true;
+    bool isZero = true;            ///< all of it that could be read
+    std::uint64_t unreadable = 0;  ///< bytes of it that could not
   };
-  [[nodiscard]] Damage damageFrom(std::uint64_t start);
   void skipDamage();
+  /// Moves on by some bytes. True where a chunk begins.
+  [[nodiscard]] bool searchOn(std::uint64_t start, std::uint64_t end, Damage& damage);
+  [[nodiscard]] std::uint64_t nextReadable(std::uint64_t unreadable, std::uint64_t end);
+  void endHere();
   void enterList(const OutlineItem& item, std::uint64_t end);
   void meetChunk(const OutlineItem& item, std::uint64_t end);
+  void tellChunk(const OutlineItem& item, std::uint64_t end);
+  void tellWrong(const OutlineItem& item, const IndexReport& index);
+  [[nodiscard]] std::optional<IndexReport> checkIndex(const OutlineItem& item, std::uint64_t end);
+  /// Whether one more item is told, which counts it.
+  [[nodiscard]] bool mayTell();
   [[nodiscard]] bool isListed(const OutlineItem& item);
-  void addToSums(const OutlineItem& item);
+  DataSum& addToSums(engine::FourCC id, std::uint64_t size);
   [[nodiscard]] std::uint64_t behind(std::uint64_t end, std::uint64_t size);
 
   OutlineSink& sink_;
@@ -107,10 +135,11 @@ class AviOutline {
   std::uint64_t position_ = 0;
   std::vector<OpenList> open_;
   std::uint64_t chunks_ = 0;
-  std::uint64_t listedOutside_ = 0;
+  std::uint64_t told_ = 0;
   DataSums sumsOutside_;
   std::uint64_t problems_ = 0;
   bool isAvi_ = false;
+  bool stopped_ = false;
   engine::FourCC streamType_;
   std::optional<std::uint64_t> moviType_;
 };

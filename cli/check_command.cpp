@@ -12,8 +12,10 @@ namespace zelvo::cli {
 
 namespace {
 
+/// Answers how many bytes a repair would write; 0 for an input that cannot be repaired.
 /// Thread: the worker.
-void findOnly(engine::RepairFile& engine, const std::shared_ptr<engine::Run>& run) {
+std::uint64_t findOnly(engine::RepairFile& engine, const std::shared_ptr<engine::Run>& run) {
+  std::uint64_t bytes = 0;
   engine.beginRun(run);
   if (!engine.fileValidityCheck()) {
     engine.runEnd = engine::RunEnd::invalid;
@@ -21,9 +23,12 @@ void findOnly(engine::RepairFile& engine, const std::shared_ptr<engine::Run>& ru
     engine.runEnd = engine::RunEnd::notSupported;
   } else {
     engine.scanSamples();
+    engine.judgeFilm();
+    bytes = engine.bytesToWrite();  // asks the input for its length
   }
   engine.readFailures.set(engine.inputfilehandle->failures());
   engine.inputfilehandle.reset();
+  return bytes;
 }
 
 Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath) {
@@ -37,10 +42,13 @@ Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath
   const ChosenInput& input = std::get<ChosenInput>(chosen);
   outcome.inputSize = input.attributes.size;
   const auto run = job.begin(input, outcome);
-  job.perform(run, inputPath, [&job, &run] { findOnly(job.engine(), run); });
-  if (!judgeInput(outcome, input, job, *run)) {
+  std::uint64_t bytes = 0;
+  const std::error_code shortage = job.perform(run, inputPath, [&] { bytes = findOnly(job.engine(), run); });
+  if (shortage && !around.stopRequested) {
+    outcome.reason = shortageSentence(inputPath, shortage);
+  } else if (!judgeInput(outcome, input, job, *run)) {
     outcome.verdict = Verdict::repairable;
-    job.reportFindings(outcome);
+    job.reportFindings(outcome, bytes);
     if (outcome.readFailures.count > 0) {
       job.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + shownText(input.path) +
                             " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +

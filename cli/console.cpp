@@ -2,8 +2,9 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <utility>
 
-#include "cli/shown_text.h"
+#include "platform/printable_text.h"
 
 namespace zelvo::cli {
 
@@ -17,9 +18,21 @@ void write(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 
 
 bool Console::result(std::string_view text) {
   if (resultError_) return false;
+  const std::lock_guard lock(mutex_);
+  const bool givesWay = resultIsTerminal_ && !progressLine_.empty();
+  if (givesWay) write(stderr, kEraseLine);
   errno = 0;
   if (std::fwrite(text.data(), 1, text.size(), stdout) < text.size()) {
     resultError_ = {errno == 0 ? EIO : errno, std::generic_category()};
+  }
+  if (resultIsTerminal_ && !text.empty()) resultLineIsOpen_ = text.back() != '\n';
+  if (givesWay) {
+    if (std::fflush(stdout) != 0) resultError_ = {errno == 0 ? EIO : errno, std::generic_category()};
+    if (resultLineIsOpen_) {
+      progressLine_.clear();
+    } else {
+      write(stderr, progressLine_);
+    }
   }
   return !resultError_;
 }
@@ -47,7 +60,7 @@ void Console::writeError(std::string_view line) {
   const std::lock_guard lock(mutex_);
   std::string whole;
   if (!progressLine_.empty()) whole += kEraseLine;
-  whole += line;
+  whole += platform::printableText(line);
   whole += '\n';
   whole += progressLine_;
   write(stderr, whole);
@@ -55,14 +68,15 @@ void Console::writeError(std::string_view line) {
 
 void Console::progress(std::string_view line) {
   if (!showsProgress()) return;
+  std::string printable = platform::printableText(line);
   const std::lock_guard lock(mutex_);
-  if (line == progressLine_) return;
-  progressLine_ = line;
+  if (printable == progressLine_ || resultLineIsOpen_) return;
+  progressLine_ = std::move(printable);
   write(stderr, std::string(kEraseLine) + progressLine_);
 }
 
 void ConsoleLog::line(std::string_view text) {
-  if (verbosity_ > 0) console_.logLine(shownText(text));
+  if (verbosity_ > 0) console_.logLine(text);
 }
 
 }  // namespace zelvo::cli

@@ -1,4 +1,6 @@
 /// Where the program writes: results to standard output; messages, log lines and the progress line to standard error.
+/// What goes to standard error is made printable here. A result goes out as it is: whoever makes it has escaped what came
+/// from outside, as text or as JSON wants it.
 #pragma once
 
 #include <mutex>
@@ -13,7 +15,9 @@ namespace zelvo::cli {
 /// Thread: `logLine` any; the rest main.
 class Console {
  public:
-  explicit Console(bool errorIsTerminal) : errorIsTerminal_(errorIsTerminal) {}
+  /// A result that goes to a terminal makes a progress line give way, which may stand on that very terminal.
+  explicit Console(bool errorIsTerminal, bool resultIsTerminal = false)
+      : errorIsTerminal_(errorIsTerminal), resultIsTerminal_(resultIsTerminal) {}
 
   /// Nothing but results and errors from now on: no progress, no warnings.
   void setQuiet(bool quiet) { quiet_ = quiet; }
@@ -37,16 +41,18 @@ class Console {
 
   /// Whether anybody sees a progress line.
   [[nodiscard]] bool showsProgress() const { return errorIsTerminal_ && !quiet_; }
-  /// Replaces the progress line; an empty one takes it away.
+  /// Replaces the progress line; an empty one takes it away. None is drawn behind a result whose line is not ended.
   void progress(std::string_view line);
 
  private:
   void writeError(std::string_view line);
 
   const bool errorIsTerminal_;
+  const bool resultIsTerminal_;
   bool quiet_ = false;
   std::error_code resultError_;
-  std::mutex mutex_;  ///< guards standard error and the progress line
+  bool resultLineIsOpen_ = false;  ///< on a terminal
+  std::mutex mutex_;               ///< guards standard error and the progress line
   std::string progressLine_;
 };
 

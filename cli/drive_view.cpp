@@ -5,6 +5,8 @@
 #include <memory>
 #include <string_view>
 
+#include "storage/device_name.h"
+
 namespace zelvo::cli {
 
 namespace {
@@ -32,11 +34,6 @@ std::string withoutPrefix(const std::string& path, std::string_view prefix) {
   return path.starts_with(prefix) ? path.substr(prefix.size()) : "";
 }
 
-std::string bsdNameOf(const Entry& entry) {
-  const std::string medium = withoutPrefix(textIn(entry, media_key::kDevicePath), kRawDevice);
-  return medium.empty() ? withoutPrefix(textIn(entry, volume_key::kVolumePath), kDevice) : medium;
-}
-
 /// "disk1" for "disk1s2"; empty for the name of a disk.
 std::string diskOf(const std::string& bsdName) {
   const std::size_t s = bsdName.rfind('s');
@@ -59,7 +56,19 @@ std::string connectionAbove(const platform::RegistryObject& object, int levels) 
   return "";
 }
 
-std::map<std::string, std::string> connectionsByName(platform::MediaRegistry& registry) {
+VolumeView volumeView(const Entry& volume, platform::VolumeSource& source) {
+  const std::string mountPoint = textIn(volume, volume_key::kMountedPath);
+  // Without an answer of its own the volume has no name either; it is named as it would be.
+  const std::string symlinkName = textIn(volume, volume_key::kSymlinkName);
+  const std::string* name = volume.text(volume_key::kVolumeName);
+  const std::string path = symlinkName.empty() ? mountPoint : symlinkName;
+  return {name ? *name : std::string(storage::afterLastSlash(path)), mountPoint, source.space(mountPoint),
+          source.mountFacts(mountPoint).readOnly};
+}
+
+}  // namespace
+
+std::map<std::string, std::string> connectionsOf(platform::MediaRegistry& registry) {
   constexpr int kLevels = 4;
   std::map<std::string, std::string> connections;
   const auto matching = registry.serviceMatching("IOMedia");
@@ -79,30 +88,30 @@ std::string kindOf(const Entry& entry, const std::string& connection) {
   return connection;
 }
 
-VolumeView volumeView(const Entry& volume, platform::VolumeSource& source) {
-  const std::string mountPoint = textIn(volume, volume_key::kMountedPath);
-  return {textIn(volume, volume_key::kVolumeName), mountPoint, source.freeSpace(mountPoint)};
+std::string bsdNameOf(const Entry& entry, platform::VolumeSource& source) {
+  if (entry.contains(media_key::kDevicePath)) return withoutPrefix(textIn(entry, media_key::kDevicePath), kRawDevice);
+  const std::string* from = entry.text(volume_key::kVolumePath);
+  return withoutPrefix(from ? *from : source.mountFacts(textIn(entry, volume_key::kMountedPath)).mountedFrom, kDevice);
 }
 
-}  // namespace
-
-std::optional<std::string> nativeNodeOf(const Entry& entry, platform::MediaRegistry& registry) {
-  const std::string name = bsdNameOf(entry);
+std::optional<std::string> nativeNodeOf(const Entry& entry, platform::MediaRegistry& registry,
+                                        platform::VolumeSource& source) {
+  const std::string name = bsdNameOf(entry, source);
   return name.empty() ? std::nullopt : registry.nativeNode(name);
 }
 
 InventoryView inventoryView(const Entries& responseFindMedia, const Entries& finalArrayForVolumes,
                             platform::MediaRegistry& registry, platform::VolumeSource& source) {
-  const auto connections = connectionsByName(registry);
+  const auto connections = connectionsOf(registry);
   std::vector<DriveView> found;
   for (const Entry& entry : responseFindMedia) {
-    const std::string name = bsdNameOf(entry);
+    const std::string name = bsdNameOf(entry, source);
     // A disk mounted without partitions is there twice; the first entry tells all that the second does.
     if (!name.empty() && std::ranges::find(found, name, &DriveView::bsdName) != found.end()) continue;
     const auto connection = connections.find(name);
     const std::string path = textIn(entry, media_key::kDevicePath);
     found.push_back({name,
-                     nativeNodeOf(entry, registry).value_or(path),
+                     nativeNodeOf(entry, registry, source).value_or(path),
                      kindOf(entry, connection == connections.end() ? "" : connection->second),
                      trimmed(textIn(entry, media_key::kDeviceModel)),
                      trimmed(textIn(entry, media_key::kDeviceSerial)),
@@ -113,14 +122,16 @@ InventoryView inventoryView(const Entries& responseFindMedia, const Entries& fin
 
   InventoryView view;
   for (const Entry& volume : finalArrayForVolumes) {
-    const std::string name = bsdNameOf(volume);
+    const std::string name = bsdNameOf(volume, source);
     const auto drive = std::ranges::find(found, name, &DriveView::bsdName);
     if (!name.empty() && drive != found.end()) {
       drive->volumes.push_back(volumeView(volume, source));
-    } else if (nativeNodeOf(volume, registry)) {
+    } else if (nativeNodeOf(volume, registry, source)) {
       ++view.readOnlyVolumes;
     } else {
-      view.others.push_back({textIn(volume, volume_key::kVolumePath), volumeView(volume, source)});
+      const std::string* from = volume.text(volume_key::kVolumePath);
+      const std::string mountPoint = textIn(volume, volume_key::kMountedPath);
+      view.others.push_back({from ? *from : source.mountFacts(mountPoint).mountedFrom, volumeView(volume, source)});
     }
   }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -18,7 +19,8 @@ namespace zelvo::cli {
 struct VolumeView {
   std::string name;
   std::string mountPoint;
-  platform::FreeSpace freeSpace;
+  platform::VolumeSpace space;
+  bool readOnly = false;
 };
 
 /// A disk or a partition. Texts are as the device gives them, without white space at their ends; empty when not known.
@@ -45,13 +47,24 @@ struct InventoryView {
   std::size_t readOnlyVolumes = 0;  ///< on media that are not writable, and so are not shown
 };
 
-/// Puts the arrays of the inventory together. Asks the registry for the connections and nodes, and `source` for the free
+/// Puts the arrays of the inventory together. Asks the registry for the connections and nodes, and `source` for the
 /// space of each volume.
 [[nodiscard]] InventoryView inventoryView(const storage::Entries& responseFindMedia,
                                           const storage::Entries& finalArrayForVolumes,
                                           platform::MediaRegistry& registry, platform::VolumeSource& source);
 
-/// The system's own node of an entry, by its "device path" or "Volume Path"; nothing when there is none.
-[[nodiscard]] std::optional<std::string> nativeNodeOf(const storage::Entry& entry, platform::MediaRegistry& registry);
+/// The system's own node of a medium's or a volume's entry; nothing when there is none.
+[[nodiscard]] std::optional<std::string> nativeNodeOf(const storage::Entry& entry, platform::MediaRegistry& registry,
+                                                      platform::VolumeSource& source);
+
+/// What connects each medium of the registry, in the registry's words, by its "BSD Name". Empty where nothing tells.
+[[nodiscard]] std::map<std::string, std::string> connectionsOf(platform::MediaRegistry& registry);
+
+/// "disk0s2" of a medium's or a volume's entry; empty when there is none. A volume that does not answer, or whose mount
+/// point is no text, has no "Volume Path"; the mount table tells then.
+[[nodiscard]] std::string bsdNameOf(const storage::Entry& entry, platform::VolumeSource& source);
+
+/// "SATA", "USB", "card", "virtual"; empty when it is not known.
+[[nodiscard]] std::string kindOf(const storage::Entry& medium, const std::string& connection);
 
 }  // namespace zelvo::cli

@@ -43,8 +43,12 @@ void tellFailures(platform::MediaRegistry& registry, platform::VolumeSource& vol
 }
 
 void noteFreeSpace(const VolumeView& volume, DrivesAnswer& answer) {
-  const std::error_code error = volume.freeSpace.error;
+  const std::error_code error = volume.space.error;
   if (!error) return;
+  if (error == std::errc::timed_out) {
+    answer.notes.push_back("what is mounted at " + shownText(volume.mountPoint) + " is not answering.");
+    return;
+  }
   const std::string where = "the free space at " + shownText(volume.mountPoint);
   answer.notes.push_back(error == std::errc::permission_denied
                              ? where + " can be told to root only."
@@ -81,14 +85,18 @@ class DrivesCommand final : public Command {
     const StorageView storage = around.lookAtStorage();
     if (record_) return record(around, storage);
     const DrivesAnswer answer = listDrives(options_, *storage.media, *storage.volumes);
-    noteLines(around.console, answer.details);
-    for (const std::string& sentence : answer.errors) around.console.error(sentence);
+    tell(around.console, answer);
     around.console.result(answer.result);
     for (const std::string& sentence : answer.notes) around.console.note("Note: " + sentence);
     return answer.exit;
   }
 
  private:
+  static void tell(Console& console, const DrivesAnswer& answer) {
+    noteLines(console, answer.details);
+    for (const std::string& sentence : answer.errors) console.error(sentence);
+  }
+
   static void noteLines(Console& console, std::string_view text) {
     while (!text.empty()) {
       const std::size_t end = text.find('\n');
@@ -97,7 +105,14 @@ class DrivesCommand final : public Command {
     }
   }
 
+  /// What could not be listed is an error here, too; the record says the same.
   [[nodiscard]] Exit record(Surroundings& around, const StorageView& storage) const {
+    const DrivesAnswer answer = listDrives(options_, *storage.media, *storage.volumes);
+    tell(around.console, answer);
+    return worse(answer.exit, writeRecord(around, storage));
+  }
+
+  [[nodiscard]] Exit writeRecord(Surroundings& around, const StorageView& storage) const {
     const std::string text = around.propertyLists.format(storage::recordedSystem(*storage.media, *storage.volumes));
     if (*record_ == "-") return around.console.result(text) ? Exit::done : Exit::ioFailed;
     HiddenFile hidden(around.fileManager, around.newFiles);
@@ -140,7 +155,7 @@ DrivesAnswer listDrives(const DrivesOptions& options, platform::MediaRegistry& r
   Details details(answer.details, options.verbose);
   storage::initialDriveList(registry, volumes, responseFindMedia, finalArrayForVolumes, details);
   if (options.json) {
-    answer.result = drivesJson(responseFindMedia, finalArrayForVolumes, registry);
+    answer.result = drivesJson(responseFindMedia, finalArrayForVolumes, registry, volumes);
     return answer;
   }
   const InventoryView view = inventoryView(responseFindMedia, finalArrayForVolumes, registry, volumes);

@@ -6,6 +6,7 @@
 
 #include "cli/json_writer.h"
 #include "cli/shown_text.h"
+#include "storage/device_name.h"
 
 namespace zelvo::cli {
 
@@ -31,15 +32,14 @@ std::string shownDiskSize(std::uint64_t bytes) {
   return fixedPoint(static_cast<double>(bytes) / 1e12, 2) + " TB";
 }
 
-std::string shownFree(const platform::FreeSpace& space) {
-  if (!space.error) return shownDiskSize(space.bytes);
-  return space.error == std::errc::permission_denied ? "needs root" : "unknown";
+std::string shownFree(const platform::VolumeSpace& space) {
+  return space.error ? shownSpaceError(space.error) : shownDiskSize(space.free);
 }
 
 void fillVolume(Row& row, const VolumeView& view) {
-  row[free] = shownFree(view.freeSpace);
+  row[free] = shownFree(view.space);
   row[volume] = orDash(view.name);
-  row[mountedAt] = shownText(view.mountPoint);
+  row[mountedAt] = shownText(view.mountPoint) + (view.readOnly ? "  (read-only)" : "");
 }
 
 void addDrive(std::vector<Row>& rows, const DriveView& drive, bool belowItsDisk) {
@@ -81,9 +81,9 @@ std::string laidOut(const std::vector<Row>& rows) {
 }
 
 std::string treeVolume(const VolumeView& view) {
-  const std::string space = view.freeSpace.error ? shownFree(view.freeSpace) : shownFree(view.freeSpace) + " free";
+  const std::string space = view.space.error ? shownFree(view.space) : shownFree(view.space) + " free";
   const std::string name = view.name.empty() ? "" : "\"" + shownText(view.name) + "\" ";
-  return name + "at " + shownText(view.mountPoint) + ", " + space;
+  return name + "at " + shownText(view.mountPoint) + (view.readOnly ? ", read-only, " : ", ") + space;
 }
 
 std::string treeDrive(const DriveView& drive, bool disk) {
@@ -148,20 +148,30 @@ void writeDictionary(JsonWriter& json, const PropertyDictionary& dictionary) {
   }
 }
 
-void writeEntries(JsonWriter& json, std::string_view name, const storage::Entries& entries,
-                  platform::MediaRegistry& registry) {
-  json.key(name);
-  json.beginArray();
-  for (const storage::Entry& entry : entries) {
-    json.beginObject();
-    writeDictionary(json, entry);
-    if (const auto node = nativeNodeOf(entry, registry)) json.member("native node", *node);
-    json.endObject();
+void writeVolumeFacts(JsonWriter& json, const storage::Entry& volume, platform::VolumeSource& source) {
+  const std::string* path = volume.text(storage::volume_key::kMountedPath);
+  const std::string mountPoint = path ? *path : "";
+  if (!storage::isUtf8(mountPoint)) json.member("path_hex", storage::hexOf(mountPoint));
+  json.member("read only", source.mountFacts(mountPoint).readOnly);
+  const platform::VolumeSpace space = source.space(mountPoint);
+  if (!space.error) {
+    json.member("free space", space.free);
+    json.member("capacity", space.capacity);
+    return;
   }
-  json.endArray();
+  json.key("free space");
+  json.null();
+  json.key("capacity");
+  json.null();
+  json.member("space error", shownSpaceError(space.error));
 }
 
 }  // namespace
+
+std::string shownSpaceError(const std::error_code& error) {
+  if (error == std::errc::permission_denied) return "needs root";
+  return error == std::errc::timed_out ? "not answering" : "unknown";
+}
 
 std::string drivesTable(const InventoryView& view) {
   if (view.drives.empty() && view.others.empty()) return "No writable disks were found.\n";
@@ -190,13 +200,32 @@ std::string drivesTree(const InventoryView& view) {
 }
 
 std::string drivesJson(const storage::Entries& responseFindMedia, const storage::Entries& finalArrayForVolumes,
-                       platform::MediaRegistry& registry) {
+                       platform::MediaRegistry& registry, platform::VolumeSource& source) {
+  const auto connections = connectionsOf(registry);
   JsonWriter json;
   json.beginObject();
   json.member("version", 1U);
   json.member("command", "drives");
-  writeEntries(json, "responseFindMedia", responseFindMedia, registry);
-  writeEntries(json, "finalArrayForVolumes", finalArrayForVolumes, registry);
+  const auto writeEntries = [&](std::string_view name, const storage::Entries& entries, const auto& writeMore) {
+    json.key(name);
+    json.beginArray();
+    for (const storage::Entry& entry : entries) {
+      json.beginObject();
+      writeDictionary(json, entry);
+      if (const auto node = nativeNodeOf(entry, registry, source)) json.member("native node", *node);
+      writeMore(entry);
+      json.endObject();
+    }
+    json.endArray();
+  };
+  writeEntries("responseFindMedia", responseFindMedia, [&](const storage::Entry& medium) {
+    const auto found = connections.find(bsdNameOf(medium, source));
+    const std::string connection = kindOf(medium, found == connections.end() ? "" : found->second);
+    json.key("connection");
+    connection.empty() ? json.null() : json.text(connection);
+  });
+  writeEntries("finalArrayForVolumes", finalArrayForVolumes,
+               [&](const storage::Entry& volume) { writeVolumeFacts(json, volume, source); });
   json.endObject();
   return json.take() + "\n";
 }

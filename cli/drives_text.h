@@ -13,8 +13,13 @@ namespace zelvo::cli {
 /// Disks over their partitions over their volumes.
 [[nodiscard]] std::string drivesTree(const InventoryView& view);
 
-/// One object in one line: both arrays as they are, and in each entry the "native node" where there is one.
+/// What stands in the place of a volume's space that is not known: "needs root", "not answering" or "unknown".
+[[nodiscard]] std::string shownSpaceError(const std::error_code& error);
+
+/// One object in one line: both arrays as they are; beside the given keys, in each entry the "native node" where there is
+/// one, in a medium's its "connection", in a volume's its space and whether it is read-only.
 [[nodiscard]] std::string drivesJson(const storage::Entries& responseFindMedia,
-                                     const storage::Entries& finalArrayForVolumes, platform::MediaRegistry& registry);
+                                     const storage::Entries& finalArrayForVolumes, platform::MediaRegistry& registry,
+                                     platform::VolumeSource& source);
 
 }  // namespace zelvo::cli

@@ -1,13 +1,16 @@
 #include "cli/engine_job.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
+#include "cli/repeated_entries.h"
 #include "cli/shown_text.h"
 #include "engine/byte_order.h"
 #include "engine/codec_text.h"
 #include "engine/globals.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::cli {
 
@@ -50,9 +53,16 @@ std::string listed(const std::vector<std::string>& parts) {
   return text;
 }
 
-std::optional<std::uint32_t> formatTagOf(const platform::Bytes& format) {
-  if (format.size() < 2) return std::nullopt;
-  return std::to_integer<std::uint32_t>(format[0]) | std::to_integer<std::uint32_t>(format[1]) << 8U;
+/// wFormatTag. It is read where it lies when the payload is too large to be held; `input` may then be null.
+std::optional<std::uint32_t> formatTagOf(const engine::FormatPayload& format, platform::ReadableFile* input) {
+  std::array<std::byte, 2> tag{};
+  if (format.held.size() >= tag.size()) {
+    std::copy_n(format.held.begin(), tag.size(), tag.begin());
+  } else if (input == nullptr || format.rangeSize < tag.size() ||
+             input->readAt(format.rangeOffset, tag).count < tag.size()) {
+    return std::nullopt;
+  }
+  return std::to_integer<std::uint32_t>(tag[0]) | std::to_integer<std::uint32_t>(tag[1]) << 8U;
 }
 
 std::string audioCodec(const platform::Bytes& handler) {
@@ -88,21 +98,30 @@ std::shared_ptr<engine::Run> EngineJob::begin(const ChosenInput& input, Outcome&
   return engine::RepairFile::newRun();
 }
 
-void EngineJob::perform(const std::shared_ptr<engine::Run>& run, const std::string& inputPath,
-                        std::function<void()> body) {
-  bool ended = false;
-  const auto worker = around_.workers.start(run->cancel, [this, &ended, work = std::move(body)] {
+std::error_code EngineJob::perform(const std::shared_ptr<engine::Run>& run, const std::string& inputPath,
+                                   std::function<void()> body) {
+  engine_->writeFailure.set(std::nullopt);
+  const auto ended = std::make_shared<bool>(false);
+  const auto worker = around_.workers.start(run->cancel, [this, ended, work = std::move(body)] {
     work();
-    around_.mainQueue.perform([&ended] { ended = true; });  // wakes the main thread
+    around_.mainQueue.perform([ended] { *ended = true; });  // wakes the main thread
   });
-  ProgressLine line(inputPath);
-  around_.runUntil([&] {
-    if (around_.stopRequested) run->cancel->abandon();
-    if (around_.console.showsProgress()) showProgress(line, run->inputfilesize);
-    return ended;
+  if (!worker) return platform::noThread();
+  const std::error_code followed = platform::ranOut([&] {
+    ProgressLine line(inputPath);
+    around_.runUntil([&] {
+      if (around_.stopRequested) run->cancel->abandon();
+      if (around_.console.showsProgress()) showProgress(line, run->inputfilesize);
+      return *ended || worker->finished();  // a body that was cut short wakes nobody
+    });
   });
-  worker->join();
+  if (followed) run->cancel->abandon();
+  worker->join();  // whatever happens here: it works on what the caller holds
   around_.console.progress("");
+  if (followed) return followed;
+  if (const std::error_code cutShort = worker->failure()) return cutShort;
+  const auto failure = engine_->writeFailure.get();
+  return failure && platform::isShortage(failure->cause) ? failure->cause : std::error_code{};
 }
 
 void EngineJob::showProgress(ProgressLine& line, std::uint64_t inputSize) {
@@ -132,7 +151,7 @@ void EngineJob::warn(Outcome& outcome, const std::string& sentence) {
   outcome.warnings.push_back(sentence);
 }
 
-void EngineJob::reportFindings(Outcome& outcome) {
+void EngineJob::reportFindings(Outcome& outcome, std::uint64_t bytes) {
   const engine::RepairFile& job = *engine_;
   const auto layout = engine::RebuiltLayout::of({.videosamplecount = job.videosamplecount,
                                                  .audiosamplecount = job.audiosamplecount,
@@ -142,23 +161,34 @@ void EngineJob::reportFindings(Outcome& outcome) {
                                                  .audiosamplesizearray = job.audiosamplesizearray});
   outcome.video =
       StreamFound{job.videocodecstring.get().value_or(""), std::nullopt, job.videosamplecount, layout.videodatasize};
-  outcome.audio = StreamFound{audioCodec(job.audiocodec), formatTagOf(job.audiostrfdata.held), job.audiosamplecount,
-                              layout.audiodatasize};
-  outcome.outputSize = layout.RIFFLISTsize + 8;
+  const auto tag = formatTagOf(job.audiostrfdata, files_.openForReading(outcome.inputPath).file.get());
+  outcome.audio = StreamFound{audioCodec(job.audiocodec), tag, job.audiosamplecount, layout.audiodatasize};
+  outcome.outputSize = bytes;
 
   const std::string input = shownText(outcome.inputPath);
-  if (job.videosamplecount == 0 || job.audiosamplecount == 0) {
-    const bool neither = job.videosamplecount == job.audiosamplecount;
-    const std::string kind = neither ? "video and no audio" : job.videosamplecount == 0 ? "video" : "audio";
+  const platform::FilmReport kept = job.filmReport.get();
+  if (kept.pictures == 0 || kept.soundChunks == 0) {
+    const bool neither = kept.pictures == kept.soundChunks;
+    const std::string kind = neither ? "video and no audio" : kept.pictures == 0 ? "video" : "audio";
     warn(outcome, "no " + kind + " data was found in " + input + "; the repaired file has none to play.");
   }
-  if (std::max(job.videosamplecount, job.audiosamplecount) == engine::kLargestSampleCount) {
+  if (job.samplesleftout > 0) {
     warn(outcome, input + " holds more chunks of one kind than can be kept, " +
-                      shownNumber(engine::kLargestSampleCount) + "; those behind them are left out.");
+                      shownNumber(engine::kLargestSampleCount) + "; " + shownNumber(job.samplesleftout) +
+                      " behind them are left out.");
   }
-  if (*outcome.outputSize > engine::low32(*outcome.outputSize)) {
-    warn(outcome, "the repaired file would be " + shownSize(*outcome.outputSize) +
-                      ", and players find nothing beyond its first 4 GiB.");
+  if (outcome.inputSize.value_or(0) >= kOffsetsWrap) {
+    const std::uint64_t repeated = repeatedEntries(job.videosampleoffsetarray, job.videosamplecount) +
+                                   repeatedEntries(job.audiosampleoffsetarray, job.audiosamplecount);
+    if (repeated > 0) {
+      warn(outcome, "behind 4 GiB the search met the beginning of " + input + " again: " + counted(repeated, "chunk") +
+                        (repeated == 1 ? " was" : " were") + " found before, and the repaired file holds " +
+                        (repeated == 1 ? "it" : "them") + " twice.");
+    }
+  }
+  if (bytes > engine::low32(bytes)) {
+    warn(outcome,
+         "the repaired file would be " + shownSize(bytes) + ", and players find nothing beyond its first 4 GiB.");
   }
 }
 
@@ -212,6 +242,13 @@ bool judgeInput(Outcome& outcome, const ChosenInput& input, EngineJob& job, cons
   outcome.verdict = end == engine::RunEnd::invalid ? Verdict::invalid : Verdict::notSupported;
   outcome.reason = job.whyRejected(input, end == engine::RunEnd::invalid) + " It is unchanged.";
   return true;
+}
+
+std::string shortageSentence(const std::string& inputPath, std::error_code shortage) {
+  const std::string lacking = shortage == std::errc::not_enough_memory
+                                  ? "there is not enough memory for "
+                                  : "the system gives no thread (" + shortage.message() + ") for ";
+  return lacking + shownText(inputPath) + "; nothing was written, and it is unchanged.";
 }
 
 Outcome outcomeOf(std::string command, const std::string& path) {

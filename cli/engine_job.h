@@ -6,6 +6,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <system_error>
 
 #include "cli/chosen_input.h"
 #include "cli/job_files.h"
@@ -26,7 +27,9 @@ class EngineJob {
   [[nodiscard]] std::shared_ptr<engine::Run> begin(const ChosenInput& input, Outcome& outcome);
 
   /// Runs `body` on a worker and returns when it has returned. A stop request abandons `run` meanwhile.
-  void perform(const std::shared_ptr<engine::Run>& run, const std::string& inputPath, std::function<void()> body);
+  /// \return why the run could not be begun or was cut short: no memory or no thread. Nothing else of it is to be told
+  [[nodiscard]] std::error_code perform(const std::shared_ptr<engine::Run>& run, const std::string& inputPath,
+                                        std::function<void()> body);
 
   [[nodiscard]] engine::RepairFile& engine() { return *engine_; }
   /// The files as this run sees them.
@@ -35,8 +38,8 @@ class EngineJob {
   /// From now on the progress line counts the bytes written, `all` of them. Thread: any.
   void beginWriting(Stage stage, std::uint64_t all);
 
-  /// Fills in what the scan found: streams, failed reads, and what the user should be warned of.
-  void reportFindings(Outcome& outcome);
+  /// Fills in what the scan found: streams, and what the user should be warned of. `bytes`: what a repair writes.
+  void reportFindings(Outcome& outcome, std::uint64_t bytes);
 
   /// Adds a warning to the outcome and shows it.
   void warn(Outcome& outcome, const std::string& sentence);
@@ -60,6 +63,9 @@ class EngineJob {
 /// The verdict and reason of a run that ended before anything could be written, because of `input` or a stop.
 /// \return false when nothing of that kind happened, and the outcome is left alone
 [[nodiscard]] bool judgeInput(Outcome& outcome, const ChosenInput& input, EngineJob& job, const engine::Run& run);
+
+/// The sentence about an input for which memory or a thread was lacking.
+[[nodiscard]] std::string shortageSentence(const std::string& inputPath, std::error_code shortage);
 
 /// An outcome about `path`, of which nothing is known yet.
 [[nodiscard]] Outcome outcomeOf(std::string command, const std::string& path);

@@ -12,6 +12,7 @@ std::span<const std::byte> FileView::bytes(std::uint64_t offset, std::size_t siz
     const platform::IoResult result = file_.readAt(offset, window_);
     start_ = offset;
     held_ = result.count;
+    isCut_ = static_cast<bool>(result.error);
     if (result.error) {
       if (failures_.count == 0) {
         failures_.firstOffset = offset + result.count;
@@ -21,6 +22,7 @@ std::span<const std::byte> FileView::bytes(std::uint64_t offset, std::size_t siz
     }
   }
   const auto at = static_cast<std::size_t>(offset - start_);
+  failedLast_ = isCut_ && held_ - at < size;
   return std::span(window_).subspan(at, std::min(size, held_ - at));
 }
 

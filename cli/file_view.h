@@ -31,6 +31,9 @@ class FileView {
   /// cannot be read. Valid until the next call.
   [[nodiscard]] std::span<const std::byte> bytes(std::uint64_t offset, std::size_t size);
 
+  /// Whether the last answer is short because the file could not be read there, and not because it ends.
+  [[nodiscard]] bool failedLast() const { return failedLast_; }
+
   /// Nothing where fewer than eight bytes are left.
   [[nodiscard]] std::optional<ChunkHeader> header(std::uint64_t offset);
   [[nodiscard]] std::optional<engine::FourCC> code(std::uint64_t offset);
@@ -43,6 +46,8 @@ class FileView {
   platform::Bytes window_;
   std::uint64_t start_ = 0;
   std::size_t held_ = 0;
+  bool isCut_ = false;  ///< the window ends where a read failed
+  bool failedLast_ = false;
   engine::ReadFailures failures_;
 };
 

@@ -1,7 +1,10 @@
 #include "cli/inspect_command.h"
 
+#include <algorithm>
+
 #include "cli/avi_outline.h"
 #include "cli/chosen_input.h"
+#include "cli/job_progress.h"
 #include "cli/outline_writers.h"
 #include "cli/shown_text.h"
 #include "cli/surroundings.h"
@@ -9,6 +12,65 @@
 namespace zelvo::cli {
 
 namespace {
+
+/// One walk through a file.
+class Inspection {
+ public:
+  /// `takenBack`: nobody takes the result any more.
+  Inspection(Surroundings& around, const ChosenInput& input, OutlineSink& sink,
+             const platform::Relaxed<bool>& takenBack, bool listsAll)
+      : around_(around),
+        input_(input),
+        takenBack_(takenBack),
+        progress_(input.path),
+        outline_(
+            *input.file, sink, [this] { return ends(); }, listsAll) {}
+
+  void walk() {
+    outline_.walk();
+    around_.console.progress("");
+  }
+  [[nodiscard]] const AviOutline& outline() const { return outline_; }
+
+  /// Tells what kept the walk from seeing all, or that this is no AVI file.
+  [[nodiscard]] Exit exit() const {
+    const std::string name = shownText(input_.path);
+    const bool stopped = outline_.wasStopped() && around_.stopRequested;
+    if (stopped) around_.console.error("stopped; " + name + " was looked at up to byte " + reached() + ".");
+    const engine::ReadFailures failures = outline_.failures();
+    if (failures.count > 0) {
+      around_.console.error(name + " cannot be read at byte " + shownNumber(failures.firstOffset) + ": " +
+                            failures.firstCause.message() + ".");
+      return Exit::ioFailed;
+    }
+    if (stopped) return Exit::stopped;
+    if (outline_.isAvi()) return Exit::done;
+    around_.console.error(name + " is not an AVI file, or its beginning is damaged.");
+    return Exit::unrepairable;
+  }
+
+ private:
+  [[nodiscard]] std::string reached() const {
+    return shownNumber(std::min(outline_.position(), input_.attributes.size)) + " of " +
+           shownNumber(input_.attributes.size);
+  }
+
+  [[nodiscard]] bool ends() {
+    if (around_.console.showsProgress()) {
+      const auto now = ProgressLine::Clock::now();
+      if (progress_.isDue(now)) {
+        around_.console.progress(progress_.text(now, Stage::inspecting, outline_.position(), input_.attributes.size));
+      }
+    }
+    return takenBack_ || around_.stopRequested;
+  }
+
+  Surroundings& around_;
+  const ChosenInput& input_;
+  const platform::Relaxed<bool>& takenBack_;
+  ProgressLine progress_;
+  AviOutline outline_;
+};
 
 class InspectCommand final : public Command {
  public:
@@ -32,38 +94,24 @@ class InspectCommand final : public Command {
  private:
   [[nodiscard]] Exit inspect(Surroundings& around, const ChosenInput& input) const {
     // Once nobody takes the result any more, the walk ends as after a stop.
-    platform::Relaxed<bool> ending;
+    platform::Relaxed<bool> takenBack;
     const TakePiece take = [&](std::string_view piece) {
-      if (!around.console.result(piece)) ending = true;
+      if (!around.console.result(piece)) takenBack = true;
     };
-    const auto ends = [&] { return ending || around.stopRequested; };
     if (json_) {
       OutlineJson sink(take, input.path, input.attributes.size);
-      AviOutline outline(*input.file, sink, ends, chunks_);
-      outline.walk();
-      sink.finish(outline.isAvi(), outline.failures().count);
-      return exitOf(around, input, outline);
+      Inspection inspection(around, input, sink, takenBack, chunks_);
+      inspection.walk();
+      const AviOutline& outline = inspection.outline();
+      sink.finish(outline.isAvi(), outline.failures().count, outline.wasStopped());
+      return inspection.exit();
     }
     take(shownText(input.path) + ", " + counted(input.attributes.size, "byte") + "\n");
-    OutlineText sink(take);
-    AviOutline outline(*input.file, sink, ends, chunks_);
-    outline.walk();
-    sink.finish();
-    take(outline.problems() == 0 ? "No problems found.\n" : counted(outline.problems(), "problem") + " found.\n");
-    return exitOf(around, input, outline);
-  }
-
-  [[nodiscard]] static Exit exitOf(Surroundings& around, const ChosenInput& input, const AviOutline& outline) {
-    const engine::ReadFailures failures = outline.failures();
-    if (failures.count > 0) {
-      around.console.error(shownText(input.path) + " cannot be read at byte " + shownNumber(failures.firstOffset) +
-                           ": " + failures.firstCause.message() + ".");
-      return Exit::ioFailed;
-    }
-    if (around.stopRequested) return Exit::stopped;
-    if (outline.isAvi()) return Exit::done;
-    around.console.error(shownText(input.path) + " is not an AVI file, or its beginning is damaged.");
-    return Exit::unrepairable;
+    OutlineText sink(take, chunks_);
+    Inspection inspection(around, input, sink, takenBack, chunks_);
+    inspection.walk();
+    sink.finish(inspection.outline().failures().count, inspection.outline().wasStopped());
+    return inspection.exit();
   }
 
   std::string path_;

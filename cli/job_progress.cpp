@@ -23,6 +23,8 @@ std::string_view nameOf(Stage stage) {
       return "copying";
     case Stage::flushing:
       return "waiting for the disk";
+    case Stage::inspecting:
+      return "reading";
     case Stage::none:
       break;
   }

@@ -12,7 +12,7 @@
 
 namespace zelvo::cli {
 
-enum class Stage { none, analysing, scanning, writing, copying, flushing };
+enum class Stage { none, analysing, scanning, writing, copying, flushing, inspecting };
 
 /// The job's status line, of which only the stage is kept. Thread: any.
 class StageField final : public platform::TextField {

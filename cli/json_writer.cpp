@@ -1,10 +1,13 @@
 #include "cli/json_writer.h"
 
+#include <algorithm>
 #include <span>
 #include <utility>
 
 #include "cli/shown_text.h"
 #include "engine/codec_text.h"
+#include "platform/printable_text.h"
+#include "platform/utf8.h"
 
 namespace zelvo::cli {
 
@@ -15,19 +18,25 @@ constexpr std::string_view kHexDigits = "0123456789abcdef";
 /// The bytes as UTF-8, up to the first zero byte; what is not UTF-8 becomes U+FFFD.
 std::string asUtf8(std::string_view bytes) { return engine::codecText(std::as_bytes(std::span(bytes))); }
 
+bool isPlain(char character) { return character >= 0x20 && character < 0x7f && character != '"' && character != '\\'; }
+
+/// What JSON does not allow as it is, and what would steer a terminal that the object is printed to.
 void appendEscaped(std::string& out, std::string_view utf8) {
-  for (const char character : utf8) {
-    const auto value = static_cast<unsigned char>(character);
-    if (character == '"' || character == '\\') {
-      out += '\\';
-      out += character;
-    } else if (value < 0x20 || value == 0x7f) {
-      out += "\\u00";
-      out += kHexDigits[value >> 4U];
-      out += kHexDigits[value & 15U];
+  for (;;) {
+    // Nearly all texts are plain from end to end.
+    const auto plain = static_cast<std::size_t>(std::ranges::find_if_not(utf8, isPlain) - utf8.begin());
+    out += utf8.substr(0, plain);
+    utf8.remove_prefix(plain);
+    if (utf8.empty()) return;
+    const platform::Utf8Character character = platform::utf8CharacterAt(utf8);
+    if (platform::steersTerminal(character.value)) {
+      out += "\\u";
+      for (unsigned shift = 16; shift > 0; shift -= 4) out += kHexDigits[character.value >> (shift - 4) & 15U];
     } else {
-      out += character;
+      if (character.value == '"' || character.value == '\\') out += '\\';
+      out += utf8.substr(0, character.length);
     }
+    utf8.remove_prefix(std::max<std::size_t>(character.length, 1));
   }
 }
 

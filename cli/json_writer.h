@@ -1,5 +1,6 @@
 /// JSON, written as it is told. The caller keeps to the grammar (a key before each member, as many ends as begins); the
-/// writer sets commas and escapes, and makes valid UTF-8 of any bytes.
+/// writer sets commas and escapes, and makes valid UTF-8 of any bytes. What would steer a terminal is escaped too, which
+/// changes no value.
 #pragma once
 
 #include <concepts>

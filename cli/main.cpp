@@ -4,6 +4,8 @@
 #include <csignal>
 #include <cstdio>
 #include <new>
+#include <span>
+#include <system_error>
 
 #include "cli/command_line.h"
 #include "cli/surroundings.h"
@@ -13,9 +15,11 @@
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
 #include "platform/linux/linux_new_files.h"
+#include "platform/linux/linux_path_probe.h"
 #include "platform/linux/linux_property_lists.h"
 #include "platform/linux/linux_storage.h"
 #include "platform/linux/linux_workers.h"
+#include "platform/linux/path_probe_child.h"
 
 namespace {
 
@@ -56,8 +60,9 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
   headless::HeadlessSheets sheets(mainQueue, nullptr);
   const headless::Screen screen;
   system::LinuxPropertyLists propertyLists;
-  const auto lookAtStorage = [] {
-    const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>();
+  system::LinuxPathProbe pathProbe(system::LinuxPathProbe::thisProgram());
+  const auto lookAtStorage = [&pathProbe] {
+    const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>(pathProbe);
     return zelvo::cli::StorageView{snapshot, snapshot};
   };
   zelvo::cli::Surroundings around{
@@ -81,14 +86,18 @@ zelvo::cli::Exit withResultWritten(zelvo::cli::Exit exit, zelvo::cli::Console& c
 }  // namespace
 
 int main(int argc, char** argv) {
+  const std::span<char* const> arguments(argv, static_cast<std::size_t>(argc));
+  if (zelvo::platform::linux_::isProbeChild(arguments)) zelvo::platform::linux_::answerForPaths(arguments);
   installSignals();
-  zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1);
+  zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1, ::isatty(STDOUT_FILENO) == 1);
   zelvo::cli::Exit exit = zelvo::cli::Exit::ioFailed;
   try {
     const zelvo::cli::CommandLine line = zelvo::cli::readCommandLine(argc, argv, console);
     exit = line.command ? runCommand(*line.command, console) : line.exit;
   } catch (const std::bad_alloc&) {
     console.error("there is not enough memory.");
+  } catch (const std::system_error& error) {
+    console.error("the system refused what the program needs: " + error.code().message() + ".");
   }
   return static_cast<int>(withResultWritten(exit, console));
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "cli/codec_names.h"
+#include "avi/codec_names.h"
 #include "cli/json_writer.h"
 #include "cli/shown_text.h"
 
@@ -15,7 +15,7 @@ constexpr std::uint64_t kResultVersion = 1;
 
 std::string codecInWords(const StreamFound& stream) {
   if (!stream.formatTag) return stream.codec.empty() ? "codec not named" : shownText(stream.codec);
-  const std::string_view name = audioFormatName(*stream.formatTag);
+  const std::string_view name = avi::audioFormatName(*stream.formatTag);
   return name.empty() ? "format " + shownHex(*stream.formatTag, 4) : std::string(name);
 }
 

@@ -31,9 +31,17 @@ std::string fieldInWords(const Field& field) {
   return text;
 }
 
-std::string indexInWords(const IndexReport& index) {
+/// `Counts`: an IndexReport or an IndexSum.
+template <class Counts>
+std::string countsInWords(const Counts& index) {
   std::string text = shownNumber(index.entries) + " entries, " + shownNumber(index.checked) + " checked, " +
                      shownNumber(index.matching) + " match";
+  if (index.unreadable > 0) text += ", " + shownNumber(index.unreadable) + " cannot be read";
+  return text;
+}
+
+std::string indexInWords(const IndexReport& index) {
+  std::string text = countsInWords(index);
   if (index.keyFrames) text += ", " + shownNumber(*index.keyFrames) + " key frames";
   if (!index.note.empty()) text += "; " + index.note;
   return text;
@@ -55,12 +63,19 @@ void writeField(JsonWriter& json, const Field& field) {
   json.endObject();
 }
 
-void writeIndex(JsonWriter& json, const IndexReport& index) {
+/// `Counts`: an IndexReport or an IndexSum.
+template <class Counts>
+void beginIndex(JsonWriter& json, const Counts& index) {
   json.key("index");
   json.beginObject();
   json.member("entries", index.entries);
   json.member("checked", index.checked);
   json.member("matching", index.matching);
+  if (index.unreadable > 0) json.member("unreadable", index.unreadable);
+}
+
+void writeIndex(JsonWriter& json, const IndexReport& index) {
+  beginIndex(json, index);
   if (index.keyFrames) json.member("key_frames", *index.keyFrames);
   if (!index.note.empty()) json.member("note", index.note);
   if (index.firstWrong) {
@@ -79,10 +94,22 @@ void OutlineText::line(std::size_t depth, const std::string& text) {
   piece_.append(2 * depth, ' ');
   piece_ += text;
   piece_ += '\n';
-  if (piece_.size() >= kPieceSize) finish();
+  if (piece_.size() >= kPieceSize) passOn();
 }
 
-void OutlineText::finish() { take_(std::exchange(piece_, {})); }
+void OutlineText::passOn() { take_(std::exchange(piece_, {})); }
+
+void OutlineText::finish(std::uint64_t failedReads, bool stopped) {
+  std::string text = problemCount_ == 0 ? "No problems found" : counted(problemCount_, "problem") + " found";
+  if (stopped) {
+    text += " until the stop";
+  } else if (failedReads > 0) {
+    text += " in what could be read";
+  }
+  if (!showsAll_ && problemCount_ > kMostProblems) text += "; the first " + shownNumber(kMostProblems) + " are shown";
+  line(0, text + ".");
+  passOn();
+}
 
 void OutlineText::beginList(const OutlineItem& list) {
   const std::string type = list.type ? " \"" + shownCode(*list.type) + "\"" : "";
@@ -92,7 +119,8 @@ void OutlineText::beginList(const OutlineItem& list) {
 void OutlineText::writeSums(std::size_t depth, const DataSums& sums) {
   for (const auto& [code, sum] : sums) {
     const std::string name = code == 0 ? "others" : shownCode(codeOf(code));
-    line(depth, name + ": " + counted(sum.chunks, "chunk") + ", " + counted(sum.bytes, "byte"));
+    const std::string index = sum.index ? "; " + countsInWords(*sum.index) : "";
+    line(depth, name + ": " + counted(sum.chunks, "chunk") + ", " + counted(sum.bytes, "byte") + index);
   }
 }
 
@@ -108,6 +136,8 @@ void OutlineText::chunk(const OutlineItem& chunk, const std::vector<Field>& fiel
 }
 
 void OutlineText::problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) {
+  ++problemCount_;
+  if (!showsAll_ && problemCount_ > kMostProblems) return;
   line(depth, "! at " + shownNumber(offset) + ": " + sentence);
 }
 
@@ -157,6 +187,10 @@ void OutlineJson::writeSums(const DataSums& sums) {
     }
     json_.member("chunks", sum.chunks);
     json_.member("bytes", sum.bytes);
+    if (sum.index) {
+      beginIndex(json_, *sum.index);
+      json_.endObject();
+    }
     json_.endObject();
   }
   json_.endArray();
@@ -193,7 +227,7 @@ void OutlineJson::problem(std::uint64_t offset, std::size_t, const std::string& 
   if (problems_.size() < kMostProblems) problems_.push_back({offset, sentence});
 }
 
-void OutlineJson::finish(bool isAvi, std::uint64_t readErrors) {
+void OutlineJson::finish(bool isAvi, std::uint64_t readErrors, bool stopped) {
   json_.key("is_avi");
   json_.boolean(isAvi);
   json_.key("problems");
@@ -207,6 +241,7 @@ void OutlineJson::finish(bool isAvi, std::uint64_t readErrors) {
   json_.endArray();
   json_.member("problem_count", problemCount_);
   json_.member("read_errors", readErrors);
+  json_.member("stopped", stopped);
   json_.endObject();
   take_(json_.take() + "\n");
 }

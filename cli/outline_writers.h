@@ -17,21 +17,28 @@ using TakePiece = std::function<void(std::string_view)>;
 
 class OutlineText final : public OutlineSink {
  public:
-  explicit OutlineText(TakePiece take) : take_(std::move(take)) {}
+  /// Of the problems only this many are shown unless all are wanted.
+  static constexpr std::uint64_t kMostProblems = 1000;
+
+  explicit OutlineText(TakePiece take, bool showsAll = false) : take_(std::move(take)), showsAll_(showsAll) {}
   void beginList(const OutlineItem& list) override;
   void endList(const OutlineItem& list, const DataSums& sums) override;
   void endFile(const DataSums& sums) override;
   void chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
              const std::optional<IndexReport>& index) override;
   void problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) override;
-  /// Passes on what is left.
-  void finish();
+  /// Writes the last line and passes on what is left. `failedReads`: how many there were; `stopped`: before all was
+  /// looked at.
+  void finish(std::uint64_t failedReads, bool stopped);
 
  private:
+  void passOn();
   void line(std::size_t depth, const std::string& text);
   void writeSums(std::size_t depth, const DataSums& sums);
 
   TakePiece take_;
+  const bool showsAll_;
+  std::uint64_t problemCount_ = 0;
   std::string piece_;
 };
 
@@ -47,8 +54,8 @@ class OutlineJson final : public OutlineSink {
   void chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
              const std::optional<IndexReport>& index) override;
   void problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) override;
-  /// Writes the end and passes on what is left. `readErrors`: reads that failed.
-  void finish(bool isAvi, std::uint64_t readErrors);
+  /// Writes the end and passes on what is left. `readErrors`: reads that failed; `stopped`: before all was looked at.
+  void finish(bool isAvi, std::uint64_t readErrors, bool stopped);
 
  private:
   struct Problem {

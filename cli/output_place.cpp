@@ -5,6 +5,8 @@
 #include <random>
 
 #include "cli/shown_text.h"
+#include "platform/ran_out.h"
+#include "platform/same_file.h"
 
 namespace zelvo::cli {
 
@@ -14,6 +16,8 @@ using Kind = platform::FileAttributes::Kind;
 
 /// Names in a folder are at most this long on every usual file system, in bytes.
 constexpr std::size_t kLongestName = 255;
+/// Reading and writing by the owner alone.
+constexpr std::uint32_t kOwnerOnly = 0600;
 
 std::string_view nameOf(std::string_view path) {
   const std::size_t slash = path.rfind('/');
@@ -95,7 +99,25 @@ std::error_code HiddenFile::create(const std::string& folder) {
   return error;
 }
 
+// Permissions that cannot be set are those of a file system that has none, so no failure comes of them.
+
+std::error_code HiddenFile::create(const std::string& folder, const OutputChoice& output) {
+  if (const std::error_code error = create(folder)) return error;
+  const auto created = fileManager_.attributes(path_);
+  if (created && output.mayReplace && fileManager_.exists(output.path)) {
+    own_ = created->permissions;
+    static_cast<void>(newFiles_.setPermissions(path_, kOwnerOnly));
+  }
+  return {};
+}
+
 std::error_code HiddenFile::renameTo(const OutputChoice& output) {
+  const auto replaced = output.mayReplace ? fileManager_.attributesFollowingLinks(output.path) : std::nullopt;
+  if (replaced) {
+    static_cast<void>(newFiles_.setPermissions(path_, replaced->permissions));
+  } else if (own_) {
+    static_cast<void>(newFiles_.setPermissions(path_, *own_));
+  }
   const std::error_code error =
       output.mayReplace ? fileManager_.rename(path_, output.path) : newFiles_.renameToNew(path_, output.path);
   if (!error) path_.clear();
@@ -104,7 +126,8 @@ std::error_code HiddenFile::renameTo(const OutputChoice& output) {
 
 void HiddenFile::remove() {
   if (path_.empty()) return;
-  static_cast<void>(fileManager_.remove(path_));  // nothing can be done about a file that will not go
+  // Nothing can be done about a file that will not go, and nothing may leave here while memory is short.
+  static_cast<void>(platform::ranOut([this] { static_cast<void>(fileManager_.remove(path_)); }));
   path_.clear();
 }
 
@@ -119,7 +142,7 @@ std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput
     return "the name of the output would be too long: " + shown + "; name a shorter one with -o.";
   }
   const auto target = fileManager.attributesFollowingLinks(output.path);
-  if (target && target->device == input.attributes.device && target->identity == input.attributes.identity) {
+  if (platform::areOneFile(target, input.attributes)) {
     return "input and output are the same file, " + shown + "; an input is never written to. Name another output.";
   }
   if (target && target->kind == Kind::folder) return shown + " is a folder; name a file in it.";

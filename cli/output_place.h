@@ -42,15 +42,18 @@ class HiddenFile {
 
   /// Creates it, empty, in `folder`. // Decision 0022
   [[nodiscard]] std::error_code create(const std::string& folder);
+  /// The same in the output's folder. Where it is to replace a file, nobody else may look into it meanwhile.
+  [[nodiscard]] std::error_code create(const std::string& folder, const OutputChoice& output);
   [[nodiscard]] const std::string& path() const { return path_; }
-  /// Gives it its final name. Failure: it stays hidden, and std::errc::file_exists when something bears the name.
+  /// Gives it its final name. A file that it replaces leaves it its permissions. Failure: it stays hidden, and std::errc::file_exists when something bears the name.
   [[nodiscard]] std::error_code renameTo(const OutputChoice& output);
   void remove();
 
  private:
   platform::FileManager& fileManager_;
   platform::NewFiles& newFiles_;
-  std::string path_;  ///< empty while there is none
+  std::string path_;                  ///< empty while there is none
+  std::optional<std::uint32_t> own_;  ///< permissions of a new file, once it has others
 };
 
 /// Looks at an output before the long work; a sentence for the user when it cannot be. // Decision 0020

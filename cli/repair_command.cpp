@@ -11,10 +11,12 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/command_inputs.h"
 #include "cli/engine_job.h"
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
 #include "engine/padded_copy.h"
+#include "platform/same_file.h"
 
 namespace zelvo::cli {
 
@@ -27,9 +29,10 @@ std::string writeFailed(const OutputChoice& output, std::uint64_t offset, std::e
 
 class OneRepair {
  public:
-  OneRepair(Surroundings& around, EngineJob& job, OutputChoice output, bool padded)
+  OneRepair(Surroundings& around, EngineJob& job, const CommandInputs& inputs, OutputChoice output, bool padded)
       : around_(around),
         job_(job),
+        inputs_(inputs),
         output_(std::move(output)),
         folder_(folderOf(output_.path)),
         isPadded_(padded),
@@ -46,19 +49,24 @@ class OneRepair {
   void flush(const std::string& path);
   void failWriting(std::uint64_t offset, std::error_code cause) { obstacle_ = writeFailed(output_, offset, cause); }
 
+  /// Has the new name, and that of a folder made for it, outlive a power cut.
+  void keepNames(Outcome& outcome);
   void judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run);
 
   Surroundings& around_;
   EngineJob& job_;
+  const CommandInputs& inputs_;
   const OutputChoice output_;
   const std::string folder_;
   const bool isPadded_;
   HiddenFile rebuilt_;
   HiddenFile padded_;
-  std::string obstacle_;  ///< why there will be no output; a sentence
+  std::uint64_t bytes_ = 0;  ///< that the engine writes
+  std::string obstacle_;     ///< why there will be no output; a sentence
 };
 
 bool OneRepair::mayWrite(engine::Run& run, std::uint64_t bytes) {
+  bytes_ = bytes;
   if (output_.makesFolder) {
     if (const std::error_code error = around_.fileManager.createFolder(folder_)) {
       obstacle_ = "the folder " + shownText(folder_) + " cannot be created: " + error.message() + ".";
@@ -71,7 +79,7 @@ bool OneRepair::mayWrite(engine::Run& run, std::uint64_t bytes) {
     obstacle_ = std::move(*sentence);
     return false;
   }
-  if (const std::error_code error = rebuilt_.create(folder_)) {
+  if (const std::error_code error = rebuilt_.create(folder_, output_)) {
     obstacle_ = "no file can be created in " + shownText(folder_) + ": " + error.message() + ".";
     return false;
   }
@@ -96,7 +104,7 @@ void OneRepair::work(const std::shared_ptr<engine::Run>& run) {
 }
 
 void OneRepair::copyPadded(const engine::Run& run) {
-  if (const std::error_code error = padded_.create(folder_)) {
+  if (const std::error_code error = padded_.create(folder_, output_)) {
     failWriting(0, error);
     return;
   }
@@ -108,10 +116,13 @@ void OneRepair::copyPadded(const engine::Run& run) {
   }
   const std::uint64_t size = from.file->size();
   job_.beginWriting(Stage::copying, engine::paddedCopySize(size));
-  const auto failure =
+  const engine::PaddedCopyEnd end =
       engine::paddedCopy(from.file.get(), *to.file, size, [&run](std::uint64_t) { return !run.cancel->abandoned(); });
-  if (failure) {
-    failWriting(failure->offset, failure->cause);
+  if (end.writeFailure) {
+    failWriting(end.writeFailure->offset, end.writeFailure->cause);
+  } else if (end.missing > 0) {
+    obstacle_ = "the rebuilt file could not be read back: " + counted(end.missing, "byte") + " missing" +
+                (end.readFailures.count > 0 ? ", " + end.readFailures.firstCause.message() : "") + ".";
   } else if (const std::error_code error = to.file->close()) {
     failWriting(engine::paddedCopySize(size), error);
   }
@@ -122,12 +133,20 @@ void OneRepair::flush(const std::string& path) {
   const auto opened = around_.files.openForWriting(path);
   std::error_code error = opened.error;
   if (opened.file) error = opened.file->flush();
-  if (error) obstacle_ = writeFailed(output_, job_.engine().layout.RIFFLISTsize + 8, error);
+  if (error) obstacle_ = writeFailed(output_, isPadded_ ? engine::paddedCopySize(bytes_) : bytes_, error);
+}
+
+void OneRepair::keepNames(Outcome& outcome) {
+  std::error_code error = around_.newFiles.flushFolder(folder_);
+  if (!error && output_.makesFolder) error = around_.newFiles.flushFolder(folderOf(folder_));
+  if (!error) return;
+  job_.warn(outcome, shownText(output_.path) +
+                         " is written, but a power cut could still take its name from it: " + error.message() + ".");
 }
 
 void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run) {
   if (judgeInput(outcome, input, job_, run)) return;
-  job_.reportFindings(outcome);
+  job_.reportFindings(outcome, bytes_);
   outcome.outputSize.reset();
   outcome.verdict = Verdict::failed;
   if (!obstacle_.empty()) {
@@ -135,11 +154,18 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
     return;
   }
   HiddenFile& written = isPadded_ ? padded_ : rebuilt_;
+  // A link can have come to lead to an input since the look before the work.
+  if (const auto replaced = inputs_.at(output_.path)) {
+    outcome.reason = shownText(output_.path) + " leads to " + shownText(*replaced) +
+                     " by now, which is an input of this command; an input is never written to. Name another output.";
+    return;
+  }
   const auto attributes = around_.fileManager.attributes(written.path());
   if (const std::error_code error = written.renameTo(output_)) {
     outcome.reason = renameRefused(output_, error);
     return;
   }
+  keepNames(outcome);
   outcome.verdict = Verdict::repaired;
   outcome.outputPath = output_.path;
   outcome.outputSize = attributes ? attributes->size : 0;
@@ -165,10 +191,14 @@ Outcome OneRepair::run(const std::string& inputPath) {
     return outcome;
   }
   const auto run = job_.begin(input, outcome);
-  job_.perform(run, inputPath, [this, &run] { work(run); });
+  const std::error_code shortage = job_.perform(run, inputPath, [this, &run] { work(run); });
   // A stop between the end of the work and here still counts: nothing bears the final name yet.
   if (around_.stopRequested) run->cancel->abandon();
-  judge(outcome, input, *run);
+  if (shortage && !around_.stopRequested) {
+    outcome.reason = shortageSentence(inputPath, shortage);
+  } else {
+    judge(outcome, input, *run);
+  }
   outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return outcome;
 }
@@ -201,17 +231,23 @@ class RepairCommand final : public Command {
     around.console.setQuiet(quiet_);
     EngineJob job(around, verbose_);
     Batch batch(around, inputs_.size(), json_);
-    for (const std::string& input : inputs_) {
-      if (!batch.goesOn()) break;
-      const OutputChoice place = placeFor(input);
-      if (isOurs(around.fileManager.attributes(place.path))) {
-        Outcome outcome = outcomeOf("repair", input);
-        outcome.reason = shownText(place.path) + " has just been written for another input of the same name.";
+    // Every output is judged against every input while all of them still are what the user named.
+    const CommandInputs all(inputs_, around.fileManager);
+    std::vector<std::optional<std::string>> refusals;
+    for (const std::string& input : inputs_) refusals.push_back(all.refusal(input, placeFor(input).path));
+    for (std::size_t i = 0; i < inputs_.size() && batch.goesOn(); ++i) {
+      const OutputChoice place = placeFor(inputs_[i]);
+      if (!refusals[i]) refusals[i] = alreadyWritten(inputs_[i], place, around.fileManager);
+      if (refusals[i]) {
+        Outcome outcome = outcomeOf("repair", inputs_[i]);
+        outcome.reason = *refusals[i];
         batch.tell(outcome);
         continue;
       }
-      const Outcome outcome = OneRepair(around, job, place, into_.has_value()).run(input);
-      if (outcome.outputPath) written_.push_back(around.fileManager.attributes(*outcome.outputPath));
+      const Outcome outcome = OneRepair(around, job, all, place, into_.has_value()).run(inputs_[i]);
+      if (outcome.outputPath) {
+        written_.push_back({inputs_[i], around.fileManager.attributes(*outcome.outputPath)});
+      }
       batch.tell(outcome);
     }
     return batch.finish();
@@ -224,14 +260,23 @@ class RepairCommand final : public Command {
     return {repairedPath(input, outputFolder_), force_, false};
   }
 
-  /// Whether this very command wrote the file: not even `--force` means that one input's result replaces another's.
-  [[nodiscard]] bool isOurs(const std::optional<platform::FileAttributes>& file) const {
-    return file && std::any_of(written_.begin(), written_.end(), [&](const auto& written) {
-             return written && written->device == file->device && written->identity == file->identity;
-           });
+  /// A sentence when this very command wrote the file: not even `--force` means that one input's result replaces
+  /// another's.
+  [[nodiscard]] std::optional<std::string> alreadyWritten(const std::string& input, const OutputChoice& place,
+                                                          platform::FileManager& fileManager) const {
+    const auto there = fileManager.attributes(place.path);
+    const auto writer = std::find_if(written_.begin(), written_.end(),
+                                     [&](const Written& one) { return platform::areOneFile(one.file, there); });
+    if (writer == written_.end()) return std::nullopt;
+    return shownText(input) + " is not repaired: " + shownText(place.path) +
+           " has just been written for another input of the same name, " + shownText(writer->input) + ".";
   }
 
-  std::vector<std::optional<platform::FileAttributes>> written_;
+  struct Written {
+    std::string input;
+    std::optional<platform::FileAttributes> file;
+  };
+  std::vector<Written> written_;
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;

@@ -3,35 +3,11 @@
 #include <array>
 #include <cstdio>
 
+#include "platform/printable_text.h"
+
 namespace zelvo::cli {
 
-namespace {
-
-bool isControl(std::string_view text, std::size_t at) {
-  const auto value = static_cast<unsigned char>(text[at]);
-  if (value < 0x20 || value == 0x7f) return true;
-  // U+0080 to U+009F, which some terminals obey: two bytes, of which the first is looked at here.
-  return value == 0xc2 && at + 1 < text.size() && static_cast<unsigned char>(text[at + 1]) < 0xa0;
-}
-
-}  // namespace
-
-std::string shownText(std::string_view text) {
-  constexpr std::string_view kHexDigits = "0123456789abcdef";
-  std::string shown;
-  shown.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (!isControl(text, i)) {
-      shown += text[i];
-      continue;
-    }
-    const auto value = static_cast<unsigned char>(text[i]);
-    shown += "\\x";
-    shown += kHexDigits[value >> 4U];
-    shown += kHexDigits[value & 15U];
-  }
-  return shown;
-}
+std::string shownText(std::string_view text) { return platform::printableText(text); }
 
 std::string quotedForShell(std::string_view path) {
   std::string quoted = "'";
@@ -55,10 +31,11 @@ std::string fixedPoint(double number, int digits) {
 std::string shownSize(std::uint64_t bytes) {
   if (bytes < 1000) return counted(bytes, "byte");
   const auto size = static_cast<double>(bytes);
-  // The limits are those at which rounding would show "1000.0".
+  // The limits are those at which rounding would show "1000.0" or "1000.00".
   if (bytes < 999950) return fixedPoint(size / 1e3, 1) + " kB";
   if (bytes < 999950000) return fixedPoint(size / 1e6, 1) + " MB";
-  return fixedPoint(size / 1e9, 2) + " GB";
+  if (bytes < 999995000000) return fixedPoint(size / 1e9, 2) + " GB";
+  return fixedPoint(size / 1e12, 2) + " TB";
 }
 
 std::string shownNumber(std::uint64_t number) {

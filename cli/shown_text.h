@@ -7,14 +7,14 @@
 
 namespace zelvo::cli {
 
-/// Text from outside (a path, a code of the file) with every control character replaced by \xNN, so that it stays on
-/// its line and cannot steer the terminal.
+/// Text from outside (a path, a code of the file) as `platform::printableText` makes it, so that it stays on its line and
+/// cannot steer the terminal.
 [[nodiscard]] std::string shownText(std::string_view text);
 
 /// A path between quotes that a shell takes back as it is.
 [[nodiscard]] std::string quotedForShell(std::string_view path);
 
-/// "812 bytes", "4.6 kB", "48.4 MB", "1.25 GB"; a kB is 1000 bytes.
+/// "812 bytes", "4.6 kB", "48.4 MB", "1.25 GB", "2.00 TB"; a kB is 1000 bytes.
 [[nodiscard]] std::string shownSize(std::uint64_t bytes);
 
 /// 1234567 as "1,234,567".

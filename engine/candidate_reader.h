@@ -23,6 +23,7 @@ struct Candidate {
   std::uint16_t inBlock = 0;           ///< 0 to 1023
   std::uint8_t lookAheadCount = 0;     ///< how many bytes of `lookAhead` could be read; none when the size is refused
   std::array<std::byte, 6> lookAhead;  ///< what lies behind the payload
+  bool isBlank = false;                ///< a picture of nothing but zero bytes
   FourCC code;
   std::uint32_t size = 0;  ///< the size field
 

@@ -10,6 +10,7 @@
 #include <span>
 
 #include "engine/chunk_pass.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::engine {
 
@@ -30,6 +31,12 @@ void serve(ChunkPass& pass, const ChunkCopy& copy) {
   }
 }
 
+/// Never throws: whoever waits for the other thread is told instead.
+void serveOrBreakOff(ChunkPass& pass, const ChunkCopy& copy) {
+  const std::error_code shortage = platform::ranOut([&] { serve(pass, copy); });
+  if (shortage) pass.breakOff(shortage);
+}
+
 /// Copies the rest of `chunks` from the start of that one on where `from` lies.
 CopyEnd copyOneByOne(const ChunkCopy& copy, const ChunkRun& chunks, const ChunkCursor& from) {
   StagedOutput out(copy.out, from.position - from.inChunk);
@@ -45,8 +52,9 @@ CopyEnd copyOneByOne(const ChunkCopy& copy, const ChunkRun& chunks, const ChunkC
 CopyEnd copyRuns(const ChunkCopy& copy, std::uint64_t position, std::span<const ChunkRun> runs, Segments& segments) {
   ChunkPass pass(copy.input.size(), position, runs, segments, copy.stopped);
   const bool helped = copy.workers.processors() > 1 && pass.end() - position > Segment::kSize;
-  const auto helper = helped ? copy.workers.startHelper([&] { serve(pass, copy); }) : nullptr;
-  serve(pass, copy);
+  const auto helper = helped ? copy.workers.startHelper([&] { serveOrBreakOff(pass, copy); }) : nullptr;
+  if (helped && !helper) return {position, WriteFailure{position, platform::noThread()}};
+  serveOrBreakOff(pass, copy);
   if (helper) helper->join();
 
   const std::optional<ChunkPass::Missing> missing = pass.missing();

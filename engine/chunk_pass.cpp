@@ -178,6 +178,14 @@ void ChunkPass::cameShort() {
   freed_.notify_all();
 }
 
+void ChunkPass::breakOff(std::error_code shortage) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!failure_) failure_ = WriteFailure{0, shortage};
+  }
+  freed_.notify_all();
+}
+
 void ChunkPass::written(Segment& segment, const platform::IoResult& result) {
   {
     const std::lock_guard lock(mutex_);

@@ -11,6 +11,7 @@
 #include <mutex>
 #include <optional>
 #include <span>
+#include <system_error>
 #include <vector>
 
 #include "engine/chunk_run.h"
@@ -111,6 +112,8 @@ class ChunkPass {
   void arrived(const Batch& batch);
   /// The batch came short. Nothing is handed out any more.
   void cameShort();
+  /// A thread that served the pass ran out of memory. Nothing is handed out any more, and the pass has failed.
+  void breakOff(std::error_code shortage);
   /// A complete segment to be written, and told of by `written`. Nothing when there is none, or while another thread
   /// writes: file systems let one at a time write to a file, and a thread is of more use reading than waiting for that.
   [[nodiscard]] Segment* startWriting();

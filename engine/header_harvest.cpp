@@ -46,6 +46,7 @@ bool RepairFile::harvestHeaders() {
   videosamplecount = 0;
   audiosamplecount = 0;
   audiosamplesize = 0;
+  samplesleftout = 0;
   videosampleoffset = 0;
   audiosampleoffset = 0;
   sector = 1;

@@ -1,5 +1,7 @@
 #include "engine/input_file.h"
 
+#include <algorithm>
+
 namespace zelvo::engine {
 
 platform::IoResult InputFile::tryRead(std::uint64_t offset, std::span<std::byte> into) {
@@ -14,7 +16,7 @@ std::size_t InputFile::read(std::uint64_t offset, std::span<std::byte> into) {
   const platform::IoResult result = tryRead(offset, into);
   if (result.error) {
     const std::lock_guard lock(mutex_);
-    failures_.add({1, offset + result.count, result.error});
+    keep({1, offset + result.count, result.error});
   }
   return result.count;
 }
@@ -29,7 +31,16 @@ void ReadFailures::add(const ReadFailures& later) {
 
 void InputFile::remember(const ReadFailures& failures) {
   const std::lock_guard lock(mutex_);
+  keep(failures);
+}
+
+void InputFile::keep(const ReadFailures& failures) {
+  constexpr std::uint64_t kBlockSize = 1024;
   failures_.add(failures);
+  if (failures.count == 0) return;
+  const std::uint64_t blockEnd = (failures.firstOffset / kBlockSize + 1) * kBlockSize;
+  unreadable_.add(failures.firstOffset, std::min(blockEnd, size()));
+  failures_.bytes = unreadable_.bytes();
 }
 
 ReadFailures InputFile::failures() const {

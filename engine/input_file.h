@@ -9,6 +9,7 @@
 #include <span>
 #include <system_error>
 
+#include "engine/byte_ranges.h"
 #include "platform/bytes.h"
 #include "platform/files.h"
 
@@ -19,6 +20,9 @@ struct ReadFailures {
   std::uint64_t count = 0;
   std::uint64_t firstOffset = 0;  ///< first byte that could not be read
   std::error_code firstCause;
+  /// Distinct bytes that could not be read: from where a read failed to the end of that 1024-byte block, as far as the
+  /// scan reads on behind it.
+  std::uint64_t bytes = 0;
 
   /// Counts failures that came after these.
   void add(const ReadFailures& later);
@@ -51,9 +55,13 @@ class InputFile {
   [[nodiscard]] ReadFailures failures() const;
 
  private:
+  /// With the lock held.
+  void keep(const ReadFailures& failures);
+
   std::unique_ptr<platform::ReadableFile> file_;
   mutable std::mutex mutex_;
   ReadFailures failures_;
+  ByteRanges unreadable_;
 };
 
 }  // namespace zelvo::engine

@@ -6,6 +6,7 @@
 #include <functional>
 #include <optional>
 
+#include "engine/input_file.h"
 #include "engine/write_failure.h"
 #include "platform/files.h"
 
@@ -19,13 +20,21 @@ inline constexpr std::uint64_t kPaddedBlockSize = 32768;
   return rest == 0 ? size : (size / kPaddedBlockSize + 1) * kPaddedBlockSize + rest;
 }
 
+/// How a copy ended.
+struct PaddedCopyEnd {
+  std::optional<WriteFailure> writeFailure;  ///< the first write that failed; the copy ended there
+  ReadFailures readFailures;
+  /// Bytes of the input that were asked for and not read, whether a read failed or the input is shorter than told. They
+  /// are zeros in the copy.
+  std::uint64_t missing = 0;
+};
+
 /// Copies `size` bytes of `from` to `to`.
 /// Deliberate: when `size` is no multiple of 32768 the last block is written in full, padded with zeros, and its front
 /// (as many bytes as the remainder) is written again behind it. A part of the input that cannot be read, or all of it
 /// when `from` is missing, is copied as zeros.
 /// `betweenBlocks`, when given, is told every few blocks how many bytes of the input are done; on false the copy ends.
-/// \return the first write that failed; the copy ends there
-std::optional<WriteFailure> paddedCopy(platform::ReadableFile* from, platform::WritableFile& to, std::uint64_t size,
+[[nodiscard]] PaddedCopyEnd paddedCopy(platform::ReadableFile* from, platform::WritableFile& to, std::uint64_t size,
                                        const std::function<bool(std::uint64_t)>& betweenBlocks = {});
 
 }  // namespace zelvo::engine

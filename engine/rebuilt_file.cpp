@@ -11,6 +11,7 @@
 #include "engine/index_chunks.h"
 #include "engine/repair_file.h"
 #include "engine/staged_output.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::engine {
 
@@ -42,23 +43,21 @@ void RepairFile::constructRIFFList() {
     runEnd = RunEnd::abandoned;
     return;
   }
-  if (run.mayWrite && !run.mayWrite(bytesToWrite())) {
+  std::optional<WriteFailure> failure = writeFailure.get();  // a run that has failed before creates no file
+  if (!failure && run.mayWrite && !run.mayWrite(bytesToWrite())) {
     run.cancel->cancel();
     runEnd = RunEnd::refused;
     return;
   }
-  std::optional<WriteFailure> failure = openOutput();
+  if (!failure) failure = openOutput();
   if (failure) {
     showAudioCodec();
   } else {
-    failure = writeRebuiltFile();
+    const std::error_code shortage = platform::ranOut([&] { failure = writeRebuiltFile(); });
+    if (shortage) failure = WriteFailure{0, shortage};
   }
   outputfile.reset();
-  if (failure) {  // Decision 0013
-    writeFailure.set(failure);
-    logLine(services_.log, "Write failed at %llu: %@", failure->offset, failure->cause.message());
-    run.cancel->cancel();
-  }
+  if (failure) failRun(*failure);  // Decision 0013
   if (run.cancel->abandoned()) {
     runEnd = RunEnd::abandoned;
     return;
@@ -91,8 +90,16 @@ std::optional<WriteFailure> RepairFile::openOutput() {
 std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   const Run& run = *run_;
   const std::uint64_t expected = bytesToWrite();
-  // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same.
-  const bool reserved = !outputfile->reserve(expected);
+  // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same; one
+  // that has no room for it would only fail later. // Decision 0019
+  const std::error_code reserving = outputfile->reserve(expected);
+  if (platform::isNoRoom(reserving)) {
+    static_cast<void>(outputfile->truncate(0));  // part of the room may be taken
+    static_cast<void>(outputfile->close());
+    showAudioCodec();
+    return WriteFailure{0, reserving};
+  }
+  const bool reserved = !reserving;
   StagedOutput out(*outputfile);
   writeHeaderLists(out);
   out.code(kList);

@@ -10,6 +10,7 @@
 
 #include "engine/byte_order.h"
 #include "engine/globals.h"
+#include "platform/ran_out.h"
 
 namespace zelvo::engine {
 
@@ -69,13 +70,16 @@ void RepairFile::beginRun(std::shared_ptr<Run> run) {
   runEnd = RunEnd::none;
   readFailures.set({});
   writeFailure.set(std::nullopt);
+  filmReport.set({});
+  tally_ = {};
+  filmRange_ = {};
 }
 
 void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
   const std::lock_guard turn(turn_);  // Decision 0012
   if (run->cancel->cancelled()) return;
   beginRun(std::move(run));
-  runStages();
+  if (const std::error_code shortage = platform::ranOut([this] { runStages(); })) failRun({0, shortage});
   if (inputfilehandle) {
     const ReadFailures failures = inputfilehandle->failures();
     readFailures.set(failures);
@@ -87,6 +91,16 @@ void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
   }
 }
 
+void RepairFile::failRun(const WriteFailure& failure) {
+  if (!writeFailure.get()) {
+    writeFailure.set(failure);
+    // A line that memory is lacking for is not worth another failure.
+    static_cast<void>(platform::ranOut(
+        [&] { logLine(services_.log, "Write failed at %llu: %@", failure.offset, failure.cause.message()); }));
+  }
+  run_->cancel->cancel();
+}
+
 void RepairFile::runStages() {
   if (!fileValidityCheck()) {
     logLine(services_.log, "Val==No");
@@ -96,14 +110,29 @@ void RepairFile::runStages() {
   }
   if (!harvestHeaders()) {
     runEnd = RunEnd::notSupported;
+    if (run_->rejected) run_->rejected(rejection());
     services_.sheets.beginSheet(outlets.filenotsupportedwindow, outlets.window);
     return;
   }
   scanSamples();
+  judgeFilm();
   const auto animation = services_.workers.start(run_->cancel, [this, run = run_] { progressupdation(*run); });
-  constructRIFFList();
+  // Without it no sheet would ever tell the run's end.
+  if (!animation) failRun({0, platform::noThread()});
+  const std::error_code shortage = platform::ranOut([this] { constructRIFFList(); });
+  if (shortage) failRun({0, shortage});
+  // What the copy could not read is known only now.
+  if (runEnd == RunEnd::rebuilt && !stopRequested(*run_)) tellFound();
   // The next run resets what the animation counts by, so this one ends only after it.
+  if (!animation) return;
   animation->join();
+  if (const std::error_code cutShort = animation->failure()) failRun({0, cutShort});
+}
+
+void RepairFile::judgeFilm() {
+  if (stopRequested(*run_)) return;
+  filmRange_ = filmRange(*inputfilehandle, tally_);
+  tellFound();
 }
 
 void RepairFile::countBlocks() {

@@ -15,6 +15,7 @@
 #include <string>
 
 #include "engine/chunk_run.h"
+#include "engine/film_tally.h"
 #include "engine/format_payload.h"
 #include "engine/globals.h"
 #include "engine/input_file.h"
@@ -25,11 +26,13 @@
 #include "platform/bytes.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
+#include "platform/film_report.h"
 #include "platform/guarded.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/movies.h"
 #include "platform/outlets.h"
+#include "platform/rejection.h"
 #include "platform/relaxed.h"
 #include "platform/sheets.h"
 #include "platform/workers.h"
@@ -51,7 +54,7 @@ class StagedOutput;
 
 /// How far a run came.
 enum class RunEnd {
-  none,          ///< it has not ended, or was cancelled before its first step
+  none,          ///< it has not ended, was cancelled before its first step, or ran out of memory or threads
   invalid,       ///< no AVI code in the first ten blocks
   notSupported,  ///< a header is missing, or the file is 512 KiB or less
   rebuilt,       ///< the file was written as far as no stop or write error cut it short
@@ -69,6 +72,13 @@ struct Run {
   /// Decision 0019.
   /// Thread: the repair worker.
   std::function<bool(std::uint64_t)> mayWrite;
+  /// Told, when set, what is kept of the film: once it has been searched, before the animation, and again once the rebuilt
+  /// file is written.
+  /// Thread: the repair worker.
+  std::function<void(const platform::FilmReport&)> found;
+  /// Told, when set, why the film is not supported, before the sheet.
+  /// Thread: the repair worker.
+  std::function<void(platform::Rejection)> rejected;
 };
 
 /// The repair job. One object serves every repair; each run resets what it depends on. 32 MiB of tables hang on it.
@@ -85,7 +95,8 @@ class RepairFile {
   /// Thread: main, when the run is started.
   [[nodiscard]] static std::shared_ptr<Run> newRun();
 
-  /// `retrieveAudioVideoSamples`: the whole run. First waits for the run before it to end, however long its copy
+  /// `retrieveAudioVideoSamples`: the whole run. A lack of memory or threads ends it as a failed write does, whatever the
+  /// stage: it is kept in `writeFailure`. First waits for the run before it to end, however long its copy
   /// takes; a run that was cancelled while it waited does nothing.
   /// Thread: repair worker.
   void retrieveAudioVideoSamples(std::shared_ptr<Run> run);
@@ -123,8 +134,20 @@ class RepairFile {
   /// Thread:  repair worker.
   void scanSamples();
 
-  /// Computes `layout`, writes the rebuilt file to the run's scratch path, closes it and hands it to the controller.
-  /// Failure: a write error is kept in `writeFailure`, sets the run's cancel mark and ends the writing.
+  /// Judges what the scan has kept of the film, and tells it (`filmReport`, `Run::found`). A stopped run is not judged.
+  /// \pre    the scan is done and the input is still open
+  /// Thread:  repair worker.
+  void judgeFilm();
+
+  /// Length in bytes of the file that would be written now: what the size fields and chunks claim, as far as the input
+  /// holds it. Once a stop is asked for, that of the headers and indexes alone.
+  /// \pre    the scan is done and `inputfilehandle` is open
+  /// Thread:  repair worker.
+  [[nodiscard]] std::uint64_t bytesToWrite() const;
+
+  /// Computes `layout`, writes the rebuilt file, unless the run has failed already, to the run's scratch path, closes it and hands it to the controller.
+  /// Failure: a write error, or a lack of memory or threads, is kept in `writeFailure`, sets the run's cancel mark and
+  /// ends the writing.
   /// Thread:  repair worker.
   void constructRIFFList();
 
@@ -200,6 +223,7 @@ class RepairFile {
   std::uint64_t audiosamplecount = 0;
   std::uint64_t audiosampleoffset = 0;
   std::uint64_t audiosamplesize = 0;
+  std::uint64_t samplesleftout = 0;  ///< chunks of both kinds that were accepted and found their table full
 
  private:
   std::unique_ptr<SampleTables> tables_;
@@ -239,6 +263,7 @@ class RepairFile {
   platform::Relaxed<RunEnd> runEnd;
   platform::Guarded<ReadFailures> readFailures;
   platform::Guarded<std::optional<WriteFailure>> writeFailure;
+  platform::Guarded<platform::FilmReport> filmReport;  ///< what `Run::found` was told last
 
  private:
   friend class SampleScan;
@@ -253,9 +278,14 @@ class RepairFile {
   [[nodiscard]] FormatPayload readFormat(std::uint32_t position, std::uint64_t size);
   [[nodiscard]] bool allHeadersFound() const;
   void runStages();
+  /// Keeps the first failure of the run and cancels the run.
+  void failRun(const WriteFailure& failure);
+  /// Judges what is kept, and tells it.
+  void tellFound();
+  /// Why the harvest's answer was no.
+  [[nodiscard]] platform::Rejection rejection() const;
   [[nodiscard]] ChunkRun videoChunks() const;
   [[nodiscard]] ChunkRun audioChunks() const;
-  [[nodiscard]] std::uint64_t bytesToWrite() const;
   [[nodiscard]] std::optional<WriteFailure> openOutput();
   [[nodiscard]] std::optional<WriteFailure> writeRebuiltFile();
   void writeHeaderLists(StagedOutput& out);
@@ -267,6 +297,8 @@ class RepairFile {
   RepairServices services_;
   std::mutex turn_;           ///< held by the run whose turn it is
   std::shared_ptr<Run> run_;  ///< the run the stages work on
+  FilmTally tally_;
+  FilmRange filmRange_;
   platform::CoalescedOperation updateProgressBar_;
   platform::CoalescedOperation updateSaveProgressBar_;
 };

@@ -5,6 +5,7 @@
 // 3. Record what is accepted.
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "engine/candidate_reader.h"
 #include "engine/fourcc.h"
@@ -30,12 +31,13 @@ class LookAheadBuffer {
       std::copy_n(bytes.begin(), count, bytes_.begin());
     }
   }
-  [[nodiscard]] bool holdsCode() const {
+  /// The first code among the three positions.
+  [[nodiscard]] std::optional<FourCC> code() const {
     for (std::size_t at = 0; at <= 2; ++at) {
       const FourCC code = FourCC::at(std::span(bytes_).subspan(at));
-      if (code == k00dc || code == k01wb || code == k00db || code == kJunk) return true;
+      if (code == k00dc || code == k01wb || code == k00db || code == kJunk) return code;
     }
-    return false;
+    return std::nullopt;
   }
 
  private:
@@ -53,7 +55,9 @@ class SampleScan {
     job_.videosamplesize = candidate.size;
     if (candidate.sizeIsRefused()) return;
     lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
-    if (!lookAhead_.holdsCode()) return;
+    const std::optional<FourCC> next = lookAhead_.code();
+    if (!next) return;
+    followedBy_ = *next;
     if (candidate.code == k01wb) {
       record(candidate, job_.audiosamplecount, job_.audiosamplesizearray, job_.audiosampleoffsetarray, audioFullTold_);
     } else {
@@ -70,15 +74,22 @@ class SampleScan {
                 candidate.code == k01wb ? "audio" : "video");
       }
       fullTold = true;
+      ++job_.samplesleftout;
       return;
     }
     ++count;
     sizes[count] = candidate.size;
     offsets[count] = candidate.position();
+    job_.tally_.add({.position = candidate.position(),
+                     .size = candidate.size,
+                     .isSound = candidate.code == k01wb,
+                     .isBlank = candidate.isBlank,
+                     .isPaddedBehind = followedBy_ == kJunk});
   }
 
   RepairFile& job_;
   LookAheadBuffer lookAhead_;
+  FourCC followedBy_;  ///< what stands behind the candidate that is recorded
   bool videoFullTold_ = false;
   bool audioFullTold_ = false;
 };

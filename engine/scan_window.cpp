@@ -9,6 +9,15 @@
 
 namespace zelvo::engine {
 
+namespace {
+
+bool allZero(std::span<const std::byte> bytes) {
+  if (bytes.empty()) return true;
+  return bytes.front() == std::byte{0} && std::memcmp(bytes.data(), bytes.data() + 1, bytes.size() - 1) == 0;
+}
+
+}  // namespace
+
 ScanWindow::ScanWindow(InputFile& input, bool farAhead)
     : input_(input), farAhead_(farAhead), bytes_(kWindowSize + CodeFinder::kMargin) {}
 
@@ -77,6 +86,27 @@ std::size_t ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte,
     std::memcpy(into.data() + first, ring_.data(), into.size() - first);
   }
   return into.size();
+}
+
+bool ScanWindow::isAllZero(std::uint64_t offset, std::uint64_t size) {
+  if (readsFail_) return false;
+  if (inWindow(offset, 1)) {
+    const std::uint64_t held = std::min(size, start_ + valid_ - offset);
+    const auto part = std::span<const std::byte>(bytes_).subspan(static_cast<std::size_t>(offset - start_));
+    if (!allZero(part.first(static_cast<std::size_t>(held)))) return false;
+    offset += held;
+    size -= held;
+  }
+  std::array<std::byte, 4096> piece{};
+  while (size > 0) {
+    const auto wanted = std::span(piece).first(static_cast<std::size_t>(std::min<std::uint64_t>(size, piece.size())));
+    const platform::IoResult result = input_.tryRead(offset, wanted);
+    if (result.error || !allZero(wanted.first(result.count))) return false;
+    if (result.count < wanted.size()) break;
+    offset += result.count;
+    size -= result.count;
+  }
+  return true;
 }
 
 void ScanWindow::expectLookAheadOf(std::uint32_t position) const {

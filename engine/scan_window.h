@@ -39,6 +39,10 @@ class ScanWindow {
   /// Overwrites the front of `into` with what can be read at `offset` and answers how many bytes that is.
   [[nodiscard]] std::size_t readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into);
 
+  /// True when the `size` bytes from `offset` on, as far as the file holds them, are zero. Beyond the window is read only
+  /// what follows zeros; where reads fail, nothing is claimed.
+  [[nodiscard]] bool isAllZero(std::uint64_t offset, std::uint64_t size);
+
   /// True once a window had many look-aheads beyond its end.
   [[nodiscard]] bool isDense() const { return dense_; }
   /// Naming the candidates of a dense window beforehand saves waiting for memory far ahead.

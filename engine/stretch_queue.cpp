@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/ran_out.h"
+
 namespace zelvo::engine {
 
 namespace {
@@ -19,6 +21,7 @@ StretchQueue::StretchQueue(InputFile& input, std::uint32_t last, std::uint32_t m
       reader_(input, last, mod, true) {
   if (stretches_ >= kWorthHelping && workers.processors() > 1) {
     helper_ = workers.startHelper([this] { help(); });
+    if (!helper_) throw std::system_error(platform::noThread());
   }
 }
 
@@ -51,6 +54,16 @@ bool StretchQueue::readOne(CandidateReader& reader, std::unique_lock<std::mutex>
 }
 
 void StretchQueue::help() {
+  const std::error_code shortage = platform::ranOut([this] { readAlong(); });
+  if (!shortage) return;
+  {
+    const std::lock_guard lock(mutex_);
+    shortage_ = shortage;  // the stretch that it took will never be ready
+  }
+  changed_.notify_all();
+}
+
+void StretchQueue::readAlong() {
   // An input dense with candidates is read by the other thread alone: it keeps 10 MB of look-ahead, and two of these
   // would push each other out of the processor's cache.
   CandidateReader reader(input_, last_, mod_, false);
@@ -69,6 +82,7 @@ const StretchContent& StretchQueue::next() {
   }
   Slot& slot = slots_[nextToDeliver_ % kSlots];
   while (!slot.ready) {
+    if (shortage_) throw std::system_error(shortage_);
     // The helper is at work on this one, or nobody is: read what is left to take rather than wait.
     if (!readOne(reader_, lock)) changed_.wait(lock);
   }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <system_error>
 
 #include "engine/candidate_reader.h"
 #include "platform/workers.h"
@@ -16,7 +17,8 @@ namespace zelvo::engine {
 /// Thread: one, besides the helper of its own.
 class StretchQueue {
  public:
-  /// Starts a helper where there is a processor for it and the input is long enough.
+  /// Starts a helper where there is a processor for it and the input is long enough. Throws std::system_error when there
+  /// is no thread for it.
   StretchQueue(InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers);
   /// Ends and joins the helper.
   ~StretchQueue();
@@ -24,7 +26,7 @@ class StretchQueue {
   StretchQueue& operator=(const StretchQueue&) = delete;
 
   /// What the next stretch holds: blocks 1 to 256 first, then 257 to 512, and so on up to the last block. It
-  /// stays valid until the next call.
+  /// stays valid until the next call. Throws std::system_error or std::bad_alloc when either thread ran out of memory.
   [[nodiscard]] const StretchContent& next();
 
  private:
@@ -38,6 +40,7 @@ class StretchQueue {
   /// Takes the oldest stretch that nobody has taken, reads it and marks it ready; false when there is none to take now.
   bool readOne(CandidateReader& reader, std::unique_lock<std::mutex>& lock);
   void help();
+  void readAlong();
 
   InputFile& input_;
   const std::uint32_t last_;
@@ -51,6 +54,7 @@ class StretchQueue {
   std::uint32_t nextToDeliver_ = 0;
   bool delivering_ = false;  ///< the caller holds the stretch before `nextToDeliver_`
   bool ending_ = false;
+  std::error_code shortage_;  ///< why the helper was cut short
   std::shared_ptr<platform::Worker> helper_;
 };
 

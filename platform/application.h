@@ -38,6 +38,14 @@ class Application {
   /// due, so that long work on the main thread may call it between any two steps.
   virtual void deliverRedraws() = 0;
 
+  /// Long work on the main thread begins: keys, clicks and whatever else a person does in the window meanwhile are for a
+  /// window that could not answer, and what would stop that work looks off. Once it is closed, closing changes nothing.
+  virtual void closeInput() = 0;
+  /// The long work is over: drops what the person did since `closeInput`, delivered by the display or still on its way,
+  /// and answers again. Work of the main queue is not run within the call, so that no panel that comes up afterwards is
+  /// dismissed by a key that was meant for something else. Without a `closeInput` before, it does nothing.
+  virtual void openInput() = 0;
+
   /// Called when the system asks the program to end (SIGTERM, a log-out).
   virtual void setTerminationHandler(std::function<void()> handler) = 0;
   /// True from the moment the system asks, also while the main thread is too busy to run the handler.

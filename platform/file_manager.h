@@ -13,9 +13,10 @@ namespace zelvo::platform {
 struct FileAttributes {
   enum class Kind { regularFile, folder, symbolicLink, other };
   Kind kind = Kind::other;
-  std::uint64_t size = 0;      ///< for a link, the length of its target's name
-  std::uint64_t device = 0;    ///< with `identity`: equal for two names of one file
-  std::uint64_t identity = 0;  ///< the file system's number of the file (inode)
+  std::uint64_t size = 0;         ///< for a link, the length of its target's name
+  std::uint64_t device = 0;       ///< with `identity`: equal for two names of one file
+  std::uint64_t identity = 0;     ///< the file system's number of the file (inode)
+  std::uint32_t permissions = 0;  ///< read, write and execute bits of owner, group and others: 0 to 0777
 };
 
 /// Thread: any.

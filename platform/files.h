@@ -44,7 +44,7 @@ class ReadableFile {
 };
 
 /// A file open for writing; closed by its destructor if `close` was not called.
-/// Thread: `writeAt` any, several at once; the others one at a time, with no write under way.
+/// Thread: `writeAt` and `writeOut` any, several at once; the others one at a time, with no write under way.
 class WritableFile {
  public:
   virtual ~WritableFile() = default;
@@ -53,11 +53,16 @@ class WritableFile {
   [[nodiscard]] virtual IoResult writeAt(std::uint64_t offset, std::span<const std::byte> from) = 0;
 
   /// Asks for room for `size` bytes ahead of writing them; the file becomes that long.
-  /// Failure: a file system that cannot do this answers std::errc::operation_not_supported and nothing changes.
+  /// Failure: a file system that cannot do this answers std::errc::operation_not_supported and nothing changes; see
+  /// `isNoRoom` for one that has not so much.
   [[nodiscard]] virtual std::error_code reserve(std::uint64_t size) = 0;
 
   /// Makes the file exactly `size` bytes long.
   [[nodiscard]] virtual std::error_code truncate(std::uint64_t size) = 0;
+
+  /// Sends `size` bytes from `offset` on, which were written before, to the medium and waits for it, so that a later
+  /// `flush` has little to wait for. It does not take that flush's place. A file that knows no better does nothing.
+  [[nodiscard]] virtual std::error_code writeOut(std::uint64_t /*offset*/, std::uint64_t /*size*/) { return {}; }
 
   /// Waits until everything written lies on the medium.
   [[nodiscard]] virtual std::error_code flush() = 0;
@@ -65,6 +70,9 @@ class WritableFile {
   /// Closes the file; a late write failure that the system reports only now is answered. Further calls do nothing.
   [[nodiscard]] virtual std::error_code close() = 0;
 };
+
+/// True when the cause says that there is not room enough: the disk is full, or this user's share of it is used up.
+[[nodiscard]] bool isNoRoom(const std::error_code& cause);
 
 /// An attempt to open: a file, or the reason why there is none.
 template <class File>

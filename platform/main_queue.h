@@ -20,8 +20,13 @@ class MainQueue {
   /// Runs `work` on the main thread, after everything posted before it; at once when called there.
   virtual void perform(std::function<void()> work) = 0;
 
-  /// As `perform`, and waits until it has run.
+  /// As `perform`, and waits until it has run. Once the waits are ended, a worker's call returns without that.
   virtual void performAndWait(std::function<void()> work) = 0;
+
+  /// For the end of the program, before the main thread waits for the workers: nobody waits for the main thread from now
+  /// on. A worker whose work was not begun yet goes on, and that work never runs; work that runs already is waited for,
+  /// so nothing that somebody waits for may call this and then wait for workers. What `perform` was given still runs.
+  virtual void endWaits() = 0;
 
  private:
   friend class CoalescedOperation;

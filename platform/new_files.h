@@ -1,6 +1,7 @@
 /// Files that come into being under a name which nothing bears yet. Never replaces anything.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <system_error>
 
@@ -11,11 +12,19 @@ class NewFiles {
  public:
   virtual ~NewFiles() = default;
 
-  /// Creates an empty file. Failure: std::errc::file_exists when the path names anything, a dangling link included.
+  /// Creates an empty file with the permissions that the user gives new files. Failure: std::errc::file_exists when the path names anything, a dangling link included.
   [[nodiscard]] virtual std::error_code createNewFile(const std::string& path) = 0;
 
   /// Renames a file within its file system. Failure: std::errc::file_exists when `to` names anything; `from` stays.
   [[nodiscard]] virtual std::error_code renameToNew(const std::string& from, const std::string& to) = 0;
+
+  /// Gives a file of this user these permissions, 0 to 0777. Failure: the file keeps those it has, as on file systems
+  /// that know none.
+  [[nodiscard]] virtual std::error_code setPermissions(const std::string& path, std::uint32_t permissions) = 0;
+
+  /// Waits until the names in a folder lie on the medium. A folder that this user may not open, and a file system that
+  /// cannot do it, is no failure.
+  [[nodiscard]] virtual std::error_code flushFolder(const std::string& folder) = 0;
 };
 
 }  // namespace zelvo::platform

@@ -5,6 +5,7 @@
 
 #include "platform/elements.h"
 #include "platform/movies.h"
+#include "platform/own_outlets.h"
 
 namespace zelvo::platform {
 
@@ -87,6 +88,8 @@ struct ControllerOutlets {
   TextField& savecompletedtext;  ///< says whether the copy is whole
   Window& PreviewErrorWindow;
   Button& PreviewErrorokbutton;
+
+  OwnOutlets own;
 };
 
 }  // namespace zelvo::platform

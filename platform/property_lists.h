@@ -31,7 +31,7 @@ class PropertyLists {
   [[nodiscard]] virtual std::optional<PropertyValue> parse(std::span<const std::byte> bytes, std::size_t largest) = 0;
 
   /// The tree as an XML list. What XML cannot hold (control characters, bytes that are no UTF-8) becomes U+FFFD;
-  /// negative numbers become texts.
+  /// negative numbers become texts. What would steer a terminal (printable_text.h) stands as a character reference.
   [[nodiscard]] virtual std::string format(const PropertyValue& tree) = 0;
 };
 

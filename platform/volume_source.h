@@ -21,10 +21,17 @@ struct MountedFrom {
   std::error_code error;
 };
 
-/// Bytes that this user may still write on a volume, or the reason why they cannot be told.
-struct FreeSpace {
-  std::uint64_t bytes = 0;
+/// Bytes of a volume, or the reason why they cannot be told: `timed_out` when the volume does not answer.
+struct VolumeSpace {
+  std::uint64_t free = 0;      ///< what this user may still write
+  std::uint64_t capacity = 0;  ///< what the volume holds when it is empty
   std::error_code error;
+};
+
+/// What the mount table has of a volume, whether the volume itself answers or not.
+struct MountFacts {
+  std::string mountedFrom;  ///< as `MountedFrom::name`
+  bool readOnly = false;
 };
 
 /// Thread: one at a time.
@@ -38,10 +45,11 @@ class VolumeSource {
   [[nodiscard]] virtual std::error_code mountTableError() = 0;
   /// The entries of "/Volumes".
   [[nodiscard]] virtual std::vector<VolumesFolderEntry> volumesFolder() = 0;
-  /// The file system's mounted-from name of the volume at a mount point.
+  /// The file system's mounted-from name of the volume at a mount point. A volume that does not answer has none.
   [[nodiscard]] virtual MountedFrom mountedFromName(const std::string& mountPoint) = 0;
-  /// Looked up at the moment of the call.
-  [[nodiscard]] virtual FreeSpace freeSpace(const std::string& mountPoint) = 0;
+  [[nodiscard]] virtual VolumeSpace space(const std::string& mountPoint) = 0;
+  /// Nothing but empty facts for what is no mount point.
+  [[nodiscard]] virtual MountFacts mountFacts(const std::string& mountPoint) = 0;
 };
 
 }  // namespace zelvo::platform

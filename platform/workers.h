@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <system_error>
 
 #include "platform/relaxed.h"
 
@@ -33,13 +34,17 @@ class Worker {
   virtual ~Worker() = default;
   /// Sets the work's cancel mark.
   virtual void cancel() = 0;
-  /// True once the body has returned.
+  /// True once the body has returned, or was cut short.
   [[nodiscard]] virtual bool finished() const = 0;
   /// Waits for the body to return. Never to be called by the body itself.
   virtual void join() = 0;
+  /// Why the body was cut short: it ran out of memory or could not have another thread (see ranOut). Empty while it has
+  /// not finished, and when it came to its end.
+  [[nodiscard]] virtual std::error_code failure() const = 0;
 };
 
-/// Starts worker threads and keeps track of them.
+/// Starts worker threads and keeps track of them. Where the system has no thread or no memory for one, nothing is
+/// answered and the body never runs; it is let go before the call returns.
 /// Thread: any.
 class Workers {
  public:

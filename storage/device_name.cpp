@@ -37,14 +37,27 @@ std::size_t positionOfCharacter(std::string_view text, std::size_t characters) {
   return position;
 }
 
-bool fitsCString(std::string_view text, std::size_t capacity) {
-  if (text.size() >= capacity || text.find('\0') != std::string_view::npos) return false;
+bool isUtf8(std::string_view text) {
   while (!text.empty()) {
     const std::size_t length = characterLength(text);
     if (length == 0) return false;
     text.remove_prefix(length);
   }
   return true;
+}
+
+std::string hexOf(std::string_view bytes) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string hex;
+  for (const char byte : bytes) {
+    hex += kDigits[static_cast<unsigned char>(byte) >> 4U];
+    hex += kDigits[static_cast<unsigned char>(byte) & 15U];
+  }
+  return hex;
+}
+
+bool fitsCString(std::string_view text, std::size_t capacity) {
+  return text.size() < capacity && text.find('\0') == std::string_view::npos && isUtf8(text);
 }
 
 std::string_view afterLastSlash(std::string_view path) {

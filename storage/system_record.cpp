@@ -8,6 +8,8 @@
 #include <memory>
 #include <vector>
 
+#include "storage/device_name.h"
+
 namespace zelvo::storage {
 
 namespace {
@@ -77,16 +79,19 @@ void recordRegistry(platform::MediaRegistry& registry, PropertyDictionary& recor
 PropertyDictionary recordedVolume(const std::string& mountPoint, platform::VolumeSource& volumes) {
   PropertyDictionary volume{{record_key::kMountedPath, mountPoint}};
   const platform::MountedFrom from = volumes.mountedFromName(mountPoint);
-  if (from.error) {
-    volume.set(record_key::kMountedFromError, std::int32_t{from.error.value()});
-  } else {
-    volume.set(record_key::kMountedFrom, from.name);
+  const platform::MountFacts facts = volumes.mountFacts(mountPoint);
+  if (from.error) volume.set(record_key::kMountedFromError, std::int32_t{from.error.value()});
+  if (!from.error || !facts.mountedFrom.empty()) {
+    volume.set(record_key::kMountedFrom, from.error ? facts.mountedFrom : from.name);
   }
-  const platform::FreeSpace space = volumes.freeSpace(mountPoint);
+  if (facts.readOnly) volume.set(record_key::kReadOnly, true);
+  if (!isUtf8(mountPoint)) volume.set(record_key::kPathHex, hexOf(mountPoint));
+  const platform::VolumeSpace space = volumes.space(mountPoint);
   if (space.error) {
     volume.set(record_key::kFreeSpaceError, std::int32_t{space.error.value()});
   } else {
-    volume.set(record_key::kFreeSpace, space.bytes);
+    volume.set(record_key::kFreeSpace, space.free);
+    volume.set(record_key::kCapacity, space.capacity);
   }
   return volume;
 }
@@ -99,6 +104,9 @@ PropertyDictionary recordedSystem(platform::MediaRegistry& registry, platform::V
   PropertyArray mounted;
   for (const std::string& path : volumes.mountedLocalVolumePaths()) mounted.emplace_back(recordedVolume(path, volumes));
   record.set(record_key::kVolumes, std::move(mounted));
+  if (const std::error_code error = volumes.mountTableError()) {
+    record.set(record_key::kVolumesError, std::int32_t{error.value()});
+  }
   PropertyArray folder;
   for (const platform::VolumesFolderEntry& entry : volumes.volumesFolder()) {
     PropertyDictionary written{{record_key::kName, entry.name}};

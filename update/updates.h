@@ -39,9 +39,16 @@ struct UpdateServices {
   const platform::PathMapper& paths;
 };
 
+/// What a user's request for an update can come to on this machine.
+enum class UpdateMeans { all, noAddress, noUpdater };
+
 class Updates final : public UpdateOperations {
  public:
   explicit Updates(const UpdateServices& services);
+
+  /// Whether the address of the published list is known, and then whether an updater is installed. Asks nothing of the
+  /// network.
+  [[nodiscard]] UpdateMeans means();
 
   [[nodiscard]] bool checkForUpdate() override { return check_.checkForUpdate(); }
   [[nodiscard]] bool isInternetAvailable() override { return check_.isInternetAvailable(); }
@@ -61,6 +68,7 @@ class Updates final : public UpdateOperations {
 
  private:
   platform::FileManager& fileManager_;
+  const platform::PathMapper& paths_;
   VersionCheck check_;
   UpdatePrompt prompt_;
   BackgroundScan scan_;

@@ -55,6 +55,12 @@ std::optional<platform::PropertyDictionary> VersionCheck::publishedList(const st
   return dictionaryOf(lists_.parse(bytes, kLargest));
 }
 
+bool VersionCheck::hasAddress() {
+  const auto own = ownList();
+  const std::string* const address = own ? own->text(paths::kCloudPlistUrlKey) : nullptr;
+  return address != nullptr && !address->empty();
+}
+
 bool VersionCheck::checkForUpdate() {
   if (!isInternetAvailable()) return false;
   const auto own = ownList();

@@ -28,6 +28,8 @@ class VersionCheck {
   [[nodiscard]] bool checkForUpdate();
   /// True when the zero address is reachable and needs no connection first. Failure: false.
   [[nodiscard]] bool isInternetAvailable();
+  /// True when the application's own list names an address to ask.
+  [[nodiscard]] bool hasAddress();
 
  private:
   [[nodiscard]] std::optional<platform::PropertyDictionary> ownList();

@@ -43,6 +43,12 @@ class HeadlessApplication final : public Application {
     redraws_ = redraws_ + 1;
     if (onDeliverRedraws) onDeliverRedraws();
   }
+  /// Written down in no list of events: look at `inputIsClosed` and `inputClosings`.
+  void closeInput() override {
+    if (!inputIsClosed_) ++inputClosings_;
+    inputIsClosed_ = true;
+  }
+  void openInput() override { inputIsClosed_ = false; }
   void setTerminationHandler(std::function<void()> handler) override { handler_ = std::move(handler); }
   [[nodiscard]] bool terminationRequested() const override { return requested_; }
 
@@ -61,6 +67,9 @@ class HeadlessApplication final : public Application {
   }
   [[nodiscard]] bool terminated() const { return terminated_; }
   [[nodiscard]] int redrawsDelivered() const { return redraws_; }
+  [[nodiscard]] bool inputIsClosed() const { return inputIsClosed_; }
+  /// How often it was closed.
+  [[nodiscard]] int inputClosings() const { return inputClosings_; }
 
   std::function<bool()> sheetIsUp;
   std::function<void()> onRun;
@@ -80,6 +89,8 @@ class HeadlessApplication final : public Application {
   Relaxed<bool> requested_;
   Relaxed<int> redraws_;
   bool terminated_ = false;
+  bool inputIsClosed_ = false;
+  int inputClosings_ = 0;
 };
 
 }  // namespace zelvo::platform::headless

@@ -141,6 +141,28 @@ bool HeadlessWindow::isVisible() const {
   return visible_;
 }
 
+void HeadlessSheetHead::setTitle(std::string_view title) {
+  note("setTitle(" + std::string(title) + ")");
+  const std::lock_guard lock(mutex_);
+  title_ = title;
+}
+
+void HeadlessSheetHead::setSign(SheetSign sign) {
+  note("setSign(" + std::to_string(static_cast<int>(sign)) + ")");
+  const std::lock_guard lock(mutex_);
+  sign_ = sign;
+}
+
+std::string HeadlessSheetHead::title() const {
+  const std::lock_guard lock(mutex_);
+  return title_;
+}
+
+SheetSign HeadlessSheetHead::sign() const {
+  const std::lock_guard lock(mutex_);
+  return sign_;
+}
+
 void HeadlessMovie::play() {
   const std::lock_guard lock(mutex_);
   playing_ = true;

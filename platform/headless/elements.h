@@ -10,6 +10,7 @@
 #include "platform/elements.h"
 #include "platform/headless/events.h"
 #include "platform/movies.h"
+#include "platform/sheet_head.h"
 
 namespace zelvo::platform::headless {
 
@@ -103,6 +104,19 @@ class HeadlessWindow final : public Window, public Named {
 
  private:
   bool visible_ = false;
+};
+
+class HeadlessSheetHead final : public SheetHead, public Named {
+ public:
+  using Named::Named;
+  void setTitle(std::string_view title) override;
+  void setSign(SheetSign sign) override;
+  [[nodiscard]] std::string title() const;
+  [[nodiscard]] SheetSign sign() const;
+
+ private:
+  std::string title_;
+  SheetSign sign_ = SheetSign::done;
 };
 
 /// A movie that notes what it is told to do.

@@ -1,6 +1,5 @@
 #include "platform/headless/main_queue.h"
 
-#include <future>
 #include <utility>
 
 namespace zelvo::platform::headless {
@@ -19,13 +18,7 @@ void HeadlessMainQueue::performAndWait(std::function<void()> work) {
     work();
     return;
   }
-  std::promise<void> done;
-  const std::future<void> ended = done.get_future();
-  perform([&] {
-    work();
-    done.set_value();
-  });
-  ended.wait();
+  awaited_.performAndWait([this](std::function<void()> posted) { perform(std::move(posted)); }, work);
 }
 
 void HeadlessMainQueue::holdRequests(bool held) {

@@ -6,6 +6,7 @@
 #include <mutex>
 #include <thread>
 
+#include "platform/awaited_work.h"
 #include "platform/main_queue.h"
 
 namespace zelvo::platform::headless {
@@ -18,6 +19,7 @@ class HeadlessMainQueue final : public MainQueue {
   void perform(std::function<void()> work) override;
   /// From a worker: waits until the main thread pumps.
   void performAndWait(std::function<void()> work) override;
+  void endWaits() override { awaited_.endWaits(); }
 
   /// With false, requests run at once, on the thread that asks: for tests that watch values and need no main thread.
   void holdRequests(bool held);
@@ -31,6 +33,7 @@ class HeadlessMainQueue final : public MainQueue {
   void take(CoalescedOperation& operation) override;
 
   const std::thread::id mainThread_ = std::this_thread::get_id();
+  AwaitedWork awaited_;
   mutable std::mutex mutex_;
   std::deque<std::function<void()>> work_;
   bool holdsRequests_ = true;

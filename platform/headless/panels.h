@@ -52,6 +52,7 @@ class HeadlessSavePanel final : public SavePanel {
   [[nodiscard]] std::optional<std::string> filename() const override { return filename_; }
   void setPrompt(std::string_view text) override;
   void setCanCreateDirectories(bool can) override;
+  void setSavedFile(std::string_view behindFolder) override { savedFile_ = behindFolder; }
   void setNameJudge(std::function<NameVerdict(const std::string& path)> judge) override { judge_ = std::move(judge); }
   void beginSheet(const std::optional<std::string>& directory, std::string_view name, Window& over,
                   std::function<void(int answer)> completion) override;
@@ -63,11 +64,13 @@ class HeadlessSavePanel final : public SavePanel {
   bool choose(const std::string& path, bool agreed = true);
   void cancel();
   [[nodiscard]] bool isShown() const { return completion_ != nullptr; }
+  [[nodiscard]] const std::string& savedFile() const { return savedFile_; }
 
  private:
   void note(const std::string& what) const;
 
   Events* events_;
+  std::string savedFile_;
   std::optional<std::string> filename_;
   std::function<NameVerdict(const std::string& path)> judge_;
   std::function<void(int answer)> completion_;

@@ -44,7 +44,7 @@ std::string looks(const TextAttributes& attributes) {
   return out;
 }
 
-std::string quoted(std::string_view text) { return '"' + std::string(text) + '"'; }
+std::string inQuotes(std::string_view text) { return '"' + std::string(text) + '"'; }
 
 }  // namespace
 
@@ -84,7 +84,7 @@ void RecordingCanvas::strokeRectWithWidth(const Rect& rect, double width) {
 }
 
 Size RecordingCanvas::sizeWithAttributes(std::string_view text, const TextAttributes& attributes) {
-  events_.add("sizeWithAttributes(" + quoted(text) + looks(attributes) + ")");
+  events_.add("sizeWithAttributes(" + inQuotes(text) + looks(attributes) + ")");
   const double points = pointsOf(attributes);
   return {widthOf(text, points), points * kLineHeight};
 }
@@ -92,7 +92,7 @@ Size RecordingCanvas::sizeWithAttributes(std::string_view text, const TextAttrib
 void RecordingCanvas::drawInRect(std::string_view text, const Rect& rect, const TextAttributes& attributes) {
   const bool truncates = attributes.paragraph && attributes.paragraph->lineBreakMode == LineBreakMode::truncatingTail;
   const std::string read = truncates ? truncatedTail(text, rect.width, pointsOf(attributes)) : std::string(text);
-  events_.add("drawInRect(" + quoted(read) + "; " + written(rect) + looks(attributes) + ")");
+  events_.add("drawInRect(" + inQuotes(read) + "; " + written(rect) + looks(attributes) + ")");
 }
 
 void RecordingCanvas::drawImage(const Image& image, const Rect& rect, const Rect& fromRect,

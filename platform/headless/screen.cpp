@@ -160,7 +160,19 @@ Screen::Screen(Events* events)
                  .savecompletedokbutton = savecompletedokbutton,
                  .savecompletedtext = savecompletedtext,
                  .PreviewErrorWindow = PreviewErrorWindow,
-                 .PreviewErrorokbutton = PreviewErrorokbutton} {
+                 .PreviewErrorokbutton = PreviewErrorokbutton,
+                 .own = {.chosenfilm = chosenfilm,
+                         .runprogress = runprogress,
+                         .filmreport = filmreport,
+                         .rejectionreason = rejectionreason,
+                         .workingfoldertext = workingfoldertext,
+                         .workingfolderbutton = workingfolderbutton,
+                         .waitingtext = waitingtext,
+                         .savedsizelabel = savedsizelabel,
+                         .invalidfilehead = invalidfilehead,
+                         .invalidfiletext = invalidfiletext,
+                         .savedbytestext = savedbytestext,
+                         .savecompletedhead = savecompletedhead}} {
   previewbutton.setTwoState(true);
 }
 

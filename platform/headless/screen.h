@@ -7,6 +7,7 @@
 
 #include "platform/headless/elements.h"
 #include "platform/headless/events.h"
+#include "platform/headless/own_elements.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/outlets.h"
@@ -110,6 +111,20 @@ class Screen {
   HeadlessTextField savecompletedtext;
   HeadlessWindow PreviewErrorWindow;
   HeadlessButton PreviewErrorokbutton;
+
+  HeadlessChosenFilm chosenfilm;
+  HeadlessRunProgress runprogress;
+  HeadlessFilmReport filmreport;
+  HeadlessRejection rejectionreason;
+  // Elements of ours only keep their state, so that a list of events holds the given steps and nothing else.
+  HeadlessTextField workingfoldertext{"workingfoldertext", nullptr};
+  HeadlessButton workingfolderbutton{"workingfolderbutton", nullptr};
+  HeadlessTextField waitingtext{"waitingtext", nullptr};
+  HeadlessTextField savedsizelabel{"savedsizelabel", nullptr};
+  HeadlessSheetHead invalidfilehead{"invalidfilehead", nullptr};
+  HeadlessTextField invalidfiletext{"invalidfiletext", nullptr};
+  HeadlessTextField savedbytestext{"savedbytestext", nullptr};
+  HeadlessSheetHead savecompletedhead{"savecompletedhead", nullptr};
 
   JobOutlets job;
   /// `stoprepairwindow`, `stopbutton`, `pathfield`, `previewbutton`, `tabview` and `mainWindow` are the job's elements.

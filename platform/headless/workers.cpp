@@ -4,6 +4,9 @@
 #include <thread>
 #include <utility>
 
+#include "platform/guarded.h"
+#include "platform/ran_out.h"
+
 namespace zelvo::platform::headless {
 
 class HeadlessWorkers::WaitingWorker final : public Worker {
@@ -14,21 +17,24 @@ class HeadlessWorkers::WaitingWorker final : public Worker {
   void cancel() override { mark_->cancel(); }
   [[nodiscard]] bool finished() const override { return finished_; }
   [[nodiscard]] bool begun() const { return begun_; }
+  [[nodiscard]] std::error_code failure() const override { return failure_; }
   void join() override {
     if (begun_) return;
     begun_ = true;
-    std::exchange(body_, nullptr)();
+    failure_ = ranOut(std::exchange(body_, nullptr));
     finished_ = true;
   }
 
  private:
   std::shared_ptr<CancelMark> mark_;
   std::function<void()> body_;
+  std::error_code failure_;
   bool begun_ = false;
   bool finished_ = false;
 };
 
 std::shared_ptr<Worker> HeadlessWorkers::start(std::shared_ptr<CancelMark> mark, std::function<void()> body) {
+  if (std::exchange(refusesNext_, false)) return nullptr;
   started_.push_back(std::make_shared<WaitingWorker>(std::move(mark), std::move(body)));
   return started_.back();
 }
@@ -39,7 +45,7 @@ class HelperThread final : public Worker {
  public:
   explicit HelperThread(std::function<void()> body)
       : thread_([this, work = std::move(body)] {
-          work();
+          failure_.set(ranOut(work));
           finished_ = true;
         }) {}
   ~HelperThread() override { join(); }
@@ -47,11 +53,13 @@ class HelperThread final : public Worker {
   HelperThread& operator=(const HelperThread&) = delete;
   void cancel() override {}
   [[nodiscard]] bool finished() const override { return finished_; }
+  [[nodiscard]] std::error_code failure() const override { return failure_.get(); }
   void join() override {
     if (thread_.joinable()) thread_.join();
   }
 
  private:
+  Guarded<std::error_code> failure_;
   Relaxed<bool> finished_;
   std::thread thread_;
 };

@@ -19,6 +19,8 @@ class HeadlessWorkers final : public Workers {
   [[nodiscard]] unsigned processors() const override { return processors_; }
   void setProcessors(unsigned processors) { processors_ = processors; }
   void joinAll() override;
+  /// The next start of a worker answers nothing, as a system without a thread to spare does it.
+  void refuseNext() { refusesNext_ = true; }
 
   /// Runs the oldest body that waits; false when none does.
   bool runNext();
@@ -29,6 +31,7 @@ class HeadlessWorkers final : public Workers {
   class WaitingWorker;
   std::deque<std::shared_ptr<WaitingWorker>> started_;
   unsigned processors_ = 2;
+  bool refusesNext_ = false;
 };
 
 }  // namespace zelvo::platform::headless

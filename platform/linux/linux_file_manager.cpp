@@ -26,6 +26,7 @@ FileAttributes attributesFrom(const struct stat& status) {
   attributes.size = static_cast<std::uint64_t>(status.st_size);
   attributes.device = status.st_dev;
   attributes.identity = status.st_ino;
+  attributes.permissions = status.st_mode & 0777U;
   return attributes;
 }
 

@@ -152,6 +152,18 @@ class LinuxWritableFile final : public WritableFile {
     return {};
   }
 
+  std::error_code writeOut(std::uint64_t offset, std::uint64_t size) override {
+    if (size == 0) return {};
+    if (offset > kLargestOffset || size > kLargestOffset - offset)
+      return std::make_error_code(std::errc::file_too_large);
+    constexpr unsigned kAll = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
+    while (::sync_file_range(descriptor_.number(), static_cast<off_t>(offset), static_cast<off_t>(size), kAll) != 0) {
+      if (errno == ESPIPE || errno == EINVAL || errno == ENOSYS) return {};  // a pipe or device has nothing to wait for
+      if (errno != EINTR) return lastError();
+    }
+    return {};
+  }
+
   std::error_code flush() override {
     while (::fdatasync(descriptor_.number()) != 0) {
       if (errno == EINVAL || errno == EROFS) return {};  // a pipe or device has nothing to wait for

@@ -40,17 +40,7 @@ void LinuxMainQueue::performAndWait(std::function<void()> work) {
     work();
     return;
   }
-  std::mutex doneMutex;
-  std::condition_variable doneChanged;
-  bool done = false;
-  perform([&] {
-    work();
-    const std::lock_guard lock(doneMutex);
-    done = true;
-    doneChanged.notify_one();  // under the lock: the waiter, and this variable with it, is gone once it sees `done`
-  });
-  std::unique_lock lock(doneMutex);
-  doneChanged.wait(lock, [&] { return done; });
+  awaited_.performAndWait([this](std::function<void()> posted) { perform(std::move(posted)); }, work);
 }
 
 void LinuxMainQueue::take(CoalescedOperation& operation) {

@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "platform/awaited_work.h"
 #include "platform/served_queue.h"
 
 namespace zelvo::platform::linux_ {
@@ -29,6 +30,7 @@ class LinuxMainQueue final : public ServedQueue {
   [[nodiscard]] bool isMainThread() const override;
   void perform(std::function<void()> work) override;
   void performAndWait(std::function<void()> work) override;
+  void endWaits() override { awaited_.endWaits(); }
 
   /// Runs work and due redraws until `done` (asked after each of them and every `redrawInterval`) is true, then what is
   /// still waiting.
@@ -52,6 +54,7 @@ class LinuxMainQueue final : public ServedQueue {
   const std::thread::id mainThread_ = std::this_thread::get_id();
   const std::chrono::milliseconds redrawInterval_;
   const bool hasBarrier_;
+  AwaitedWork awaited_;
   std::mutex mutex_;
   std::condition_variable arrived_;
   std::function<void()> wake_;

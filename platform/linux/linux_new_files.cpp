@@ -45,4 +45,21 @@ std::error_code LinuxNewFiles::renameToNew(const std::string& from, const std::s
   return ::unlink(from.c_str()) == 0 ? std::error_code{} : lastError();
 }
 
+std::error_code LinuxNewFiles::setPermissions(const std::string& path, std::uint32_t permissions) {
+  return ::chmod(path.c_str(), permissions & 0777U) == 0 ? std::error_code{} : lastError();
+}
+
+std::error_code LinuxNewFiles::flushFolder(const std::string& folder) {
+  const int number = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  if (number < 0) return errno == EACCES ? std::error_code{} : lastError();
+  std::error_code error;
+  while (::fsync(number) != 0) {
+    if (errno == EINTR) continue;
+    if (errno != EINVAL && errno != EROFS && errno != ENOSYS && errno != EOPNOTSUPP) error = lastError();
+    break;
+  }
+  ::close(number);
+  return error;
+}
+
 }  // namespace zelvo::platform::linux_

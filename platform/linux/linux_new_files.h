@@ -9,6 +9,8 @@ class LinuxNewFiles final : public NewFiles {
  public:
   [[nodiscard]] std::error_code createNewFile(const std::string& path) override;
   [[nodiscard]] std::error_code renameToNew(const std::string& from, const std::string& to) override;
+  [[nodiscard]] std::error_code setPermissions(const std::string& path, std::uint32_t permissions) override;
+  [[nodiscard]] std::error_code flushFolder(const std::string& folder) override;
 };
 
 }  // namespace zelvo::platform::linux_

@@ -12,6 +12,8 @@
 #include <type_traits>
 
 #include "platform/linux/property_list_cost.h"
+#include "platform/printable_text.h"
+#include "platform/utf8.h"
 
 namespace zelvo::platform::linux_ {
 
@@ -110,23 +112,12 @@ std::optional<PropertyValue> treeOf(plist_t node, std::size_t levelsLeft) {
   }
 }
 
-/// Bytes of the UTF-8 sequence that `text` starts with, by its first byte and the number of bytes that go on with it;
-/// 0 when it is none that XML can hold.
+/// Bytes of the character that `text` starts with; 0 when it is none that XML can hold.
 std::size_t characterLength(std::string_view text) {
-  const auto byteAt = [text](std::size_t at) { return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U; };
-  const auto goesOn = [&](std::size_t at) { return (byteAt(at) & 0xC0U) == 0x80U; };
-  const unsigned first = byteAt(0);
-  if (first < 0x80) return first >= 0x20 || first == '\t' || first == '\n' || first == '\r' ? 1 : 0;
-  if (first >= 0xC2 && first < 0xE0) return goesOn(1) ? 2 : 0;
-  const unsigned second = byteAt(1);
-  if (first >= 0xE0 && first < 0xF0) {
-    const bool overlong = first == 0xE0 && second < 0xA0;
-    const bool surrogate = first == 0xED && second >= 0xA0;
-    return goesOn(1) && goesOn(2) && !overlong && !surrogate ? 3 : 0;
-  }
-  if (first < 0xF0 || first > 0xF4) return 0;
-  const bool outside = (first == 0xF0 && second < 0x90) || (first == 0xF4 && second >= 0x90);
-  return goesOn(1) && goesOn(2) && goesOn(3) && !outside ? 4 : 0;
+  const Utf8Character character = utf8CharacterAt(text);
+  const bool isForbidden =
+      character.value < 0x20 && character.value != '\t' && character.value != '\n' && character.value != '\r';
+  return isForbidden ? 0 : character.length;
 }
 
 std::string textForXml(std::string_view text) {
@@ -137,6 +128,32 @@ std::string textForXml(std::string_view text) {
     if (length == 0) out += "\xEF\xBF\xBD";
     out += text.substr(0, length);
     text.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return out;
+}
+
+/// The written list with whatever would steer a terminal as a character reference, which changes no value. Outside of
+/// keys and texts stand only the library's own tabs and line ends.
+std::string withReferences(std::string_view xml) {
+  std::string out;
+  out.reserve(xml.size());
+  bool isValue = false;
+  while (!xml.empty()) {
+    if (xml.front() == '<') {  // a tag: in a value it is "&lt;"
+      const std::string_view tag = xml.substr(0, std::min(xml.find('>'), xml.size() - 1) + 1);
+      isValue = tag == "<key>" || tag == "<string>";
+      out += tag;
+      xml.remove_prefix(tag.size());
+      continue;
+    }
+    const Utf8Character character = utf8CharacterAt(xml);
+    const std::size_t length = std::max<std::size_t>(character.length, 1);
+    if (isValue && character.length > 0 && steersTerminal(character.value)) {
+      out += "&#" + std::to_string(static_cast<std::uint32_t>(character.value)) + ";";
+    } else {
+      out += xml.substr(0, length);
+    }
+    xml.remove_prefix(length);
   }
   return out;
 }
@@ -230,7 +247,7 @@ std::string LinuxPropertyLists::format(const PropertyValue& tree) {
   std::uint32_t length = 0;
   plist_to_xml(list.get(), &newText, &length);
   const std::unique_ptr<char, FreeText> text(newText);
-  return text ? std::string(text.get(), length) : std::string();
+  return text ? withReferences(std::string_view(text.get(), length)) : std::string();
 }
 
 }  // namespace zelvo::platform::linux_

@@ -7,6 +7,8 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
+#include <fstream>
 #include <utility>
 
 namespace zelvo::platform::linux_ {
@@ -17,7 +19,29 @@ constexpr std::array kNames = {"testfile1.avi", "testfile2.avi"};
 constexpr const char* kPrivateFolder = "zelvo-avi-repair";
 constexpr int kMostSlots = 256;
 
-ScratchPair pairIn(const std::string& folder) { return {folder + "/" + kNames[0], folder + "/" + kNames[1]}; }
+ScratchPair pairIn(const std::string& holder, const std::string& known, bool isShared) {
+  return {holder + "/" + kNames[0], holder + "/" + kNames[1], known, isShared};
+}
+
+std::string folderOf(const std::string& file) {
+  const std::size_t slash = file.rfind('/');
+  return slash == std::string::npos ? "." : slash == 0 ? "/" : file.substr(0, slash);
+}
+
+/// Makes a folder of this user's, and those above it that are missing. False, with errno, when it is not there afterwards.
+bool makeFolders(const std::string& path) {
+  if (::mkdir(path.c_str(), 0700) == 0) return true;
+  if (errno == EEXIST) return true;  // whoever opens it finds out what it is
+  if (errno != ENOENT || path.find('/', 1) == std::string::npos) return false;
+  return makeFolders(folderOf(path)) && (::mkdir(path.c_str(), 0700) == 0 || errno == EEXIST);
+}
+
+/// A whole path, which the file holds in its first line; empty without one.
+std::string firstLine(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string line;
+  return std::getline(file, line) && line.starts_with('/') ? line : std::string();
+}
 
 }  // namespace
 
@@ -31,6 +55,11 @@ class HeldFolder {
   HeldFolder& operator=(const HeldFolder&) = delete;
 
   [[nodiscard]] int number() const { return number_; }
+  /// True when the folder that `status` tells of is this one.
+  [[nodiscard]] bool is(const struct stat& status) const {
+    struct stat own {};
+    return ::fstat(number_, &own) == 0 && own.st_dev == status.st_dev && own.st_ino == status.st_ino;
+  }
   [[nodiscard]] bool isOpen() const { return number_ >= 0; }
   /// False when another process holds it, or the file system has no such locks.
   [[nodiscard]] bool lock() const {
@@ -50,22 +79,35 @@ std::unique_ptr<HeldFolder> openFolder(int parent, const char* name, int flags) 
   return std::make_unique<HeldFolder>(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags));
 }
 
-/// Opens a folder that only this user may enter, and makes it when it is not there. Nothing when a link or another
-/// user's folder stands in its place.
-std::unique_ptr<HeldFolder> openPrivateFolder(int parent, const char* name) {
+/// Opens a folder that only this user may enter, and makes it when it is not there. Nothing, with errno, when a link or
+/// another user's folder stands in its place. Where the user has chosen the disk, one on which only this user may write is
+/// enough: many disks know no such modes.
+std::unique_ptr<HeldFolder> openPrivateFolder(int parent, const char* name, bool isChosen) {
   if (::mkdirat(parent, name, 0700) != 0 && errno != EEXIST) return nullptr;
   auto folder = openFolder(parent, name, O_NOFOLLOW);
   struct stat status {};
   if (!folder->isOpen() || ::fstat(folder->number(), &status) != 0) return nullptr;
-  if (status.st_uid != ::geteuid()) return nullptr;
-  if ((status.st_mode & 07777U) != 0700 && ::fchmod(folder->number(), 0700) != 0) return nullptr;
-  return folder;
+  if (status.st_uid != ::geteuid()) {
+    errno = EPERM;
+    return nullptr;
+  }
+  if ((status.st_mode & 07777U) == 0700 || ::fchmod(folder->number(), 0700) == 0) return folder;
+  constexpr unsigned kOthersMayWrite = 022;
+  return isChosen && (status.st_mode & kOthersMayWrite) == 0 ? std::move(folder) : nullptr;
 }
 
 }  // namespace
 
-LinuxScratchPaths::LinuxScratchPaths(std::string sharedFolder, std::string cacheFolder)
-    : sharedFolder_(std::move(sharedFolder)), cacheFolder_(std::move(cacheFolder)) {}
+struct LinuxScratchPaths::Held {
+  std::string path;
+  std::unique_ptr<HeldFolder> folder;
+};
+
+LinuxScratchPaths::LinuxScratchPaths(std::string sharedFolder, std::string cacheFolder, std::string choiceFile)
+    : sharedFolder_(std::move(sharedFolder)),
+      cacheFolder_(std::move(cacheFolder)),
+      choiceFile_(std::move(choiceFile)),
+      chosenFolder_(choiceFile_.empty() ? std::string() : firstLine(choiceFile_)) {}
 
 LinuxScratchPaths::~LinuxScratchPaths() = default;
 
@@ -73,31 +115,72 @@ std::optional<ScratchPair> LinuxScratchPaths::claim() {
   auto shared = openFolder(AT_FDCWD, sharedFolder_.c_str(), 0);
   if (shared->isOpen() && ::faccessat(AT_FDCWD, sharedFolder_.c_str(), W_OK | X_OK, AT_EACCESS) == 0 &&
       shared->lock()) {
-    held_.push_back(std::move(shared));
-    return pairIn(sharedFolder_);
+    held_.push_back({sharedFolder_, std::move(shared)});
+    return pairIn(sharedFolder_, sharedFolder_, true);
   }
   return claimAnother();
 }
 
 std::optional<ScratchPair> LinuxScratchPaths::claimAnother() {
-  if (::mkdir(cacheFolder_.c_str(), 0700) != 0 && errno != EEXIST) return std::nullopt;
-  const auto cache = openFolder(AT_FDCWD, cacheFolder_.c_str(), 0);
-  if (!cache->isOpen()) return std::nullopt;
-  const auto folder = openPrivateFolder(cache->number(), kPrivateFolder);
-  if (!folder) return std::nullopt;
-  for (int number = 1; number <= kMostSlots; ++number) {
-    const std::string name = "slot" + std::to_string(number);
-    auto slot = openPrivateFolder(folder->number(), name.c_str());
-    if (!slot || !slot->lock()) continue;
-    // What an instance left that was killed.
-    for (const char* leftover : kNames) ::unlinkat(slot->number(), leftover, 0);
-    held_.push_back(std::move(slot));
-    return pairIn(cacheFolder_ + "/" + kPrivateFolder + "/" + name);
+  // The disk of a chosen folder may not be there today, so nothing is made in its place.
+  if (!chosenFolder_.empty()) {
+    if (auto pair = holdSlotBelow(chosenFolder_, true)) return pair;
   }
+  if (!makeFolders(cacheFolder_)) return refused(cacheFolder_);
+  return holdSlotBelow(cacheFolder_, false);
+}
+
+std::optional<ScratchPair> LinuxScratchPaths::moveTo(const std::string& folder) {
+  auto pair = holdSlotBelow(folder, true);
+  if (!pair) return std::nullopt;
+  chosenFolder_ = folder;
+  remember();
+  return pair;
+}
+
+std::nullopt_t LinuxScratchPaths::refused(const std::string& base) {
+  obstacle_ = {base, std::error_code(errno, std::generic_category())};
   return std::nullopt;
 }
 
+std::optional<ScratchPair> LinuxScratchPaths::holdSlotBelow(const std::string& base, bool isChosen) {
+  const auto above = openFolder(AT_FDCWD, base.c_str(), 0);
+  if (!above->isOpen()) return refused(base);
+  const auto folder = openPrivateFolder(above->number(), kPrivateFolder, isChosen);
+  if (!folder) return refused(base);
+  for (int number = 1; number <= kMostSlots; ++number) {
+    const std::string name = "slot" + std::to_string(number);
+    auto slot = openPrivateFolder(folder->number(), name.c_str(), isChosen);
+    if (!slot || !slot->lock()) continue;
+    // What an instance left that was killed.
+    for (const char* leftover : kNames) ::unlinkat(slot->number(), leftover, 0);
+    const std::string path = base + "/" + kPrivateFolder + "/" + name;
+    std::erase_if(held_, [&path](const Held& one) { return one.path == path; });  // one that vanished
+    held_.push_back({path, std::move(slot)});
+    return pairIn(path, base, false);
+  }
+  return refused(base);
+}
+
+void LinuxScratchPaths::remember() {
+  if (choiceFile_.empty() || !makeFolders(folderOf(choiceFile_))) return;
+  // A choice that cannot be kept holds for this time only.
+  const std::string fresh = choiceFile_ + ".new";
+  std::ofstream file(fresh, std::ios::binary | std::ios::trunc);
+  file << chosenFolder_ << '\n';
+  file.close();
+  if (file) static_cast<void>(std::rename(fresh.c_str(), choiceFile_.c_str()));
+}
+
 bool LinuxScratchPaths::mayWrite(const std::string& path, const std::optional<std::string>& input) {
+  const std::string folder = folderOf(path);
+  struct stat above {};
+  if (::stat(folder.c_str(), &above) != 0) return false;
+  if (::faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) return false;
+  for (const Held& one : held_) {
+    // Removed and made anew, it is perhaps held by another instance.
+    if (one.path == folder && !one.folder->is(above)) return false;
+  }
   struct stat there {};
   if (::lstat(path.c_str(), &there) != 0) return errno == ENOENT;
   if (!S_ISREG(there.st_mode) || there.st_uid != ::geteuid()) return false;

@@ -1,11 +1,9 @@
 #include "platform/linux/linux_storage.h"
 
 #include <sys/stat.h>
-#include <sys/statvfs.h>
 #include <sys/sysmacros.h>
 
 #include <algorithm>
-#include <cerrno>
 
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_storage_registry.h"
@@ -24,35 +22,60 @@ std::uint64_t deviceNumber(const Mount& mount, const std::vector<BlockDevice>& d
     }
   }
   struct stat status {};
-  const bool isPath = mount.source.starts_with('/');
-  if (!isPath || ::stat(mount.source.c_str(), &status) != 0 || !S_ISBLK(status.st_mode)) return 0;
+  // Any text may be the source of a mount. A path elsewhere may lead to a disk that hangs.
+  const bool isNode = mount.source.starts_with("/dev/") && mount.source.find("/../") == std::string::npos;
+  if (!isNode || ::stat(mount.source.c_str(), &status) != 0 || !S_ISBLK(status.st_mode)) return 0;
   return status.st_rdev;
 }
 
 }  // namespace
 
-LinuxStorageSnapshot::LinuxStorageSnapshot(const StoragePlaces& places) : devices_(readBlockDevices(deviceError_)) {
+LinuxStorageSnapshot::LinuxStorageSnapshot(PathProbe& probe, const StoragePlaces& places)
+    : devices_(readBlockDevices(places.blockDevices, deviceError_)) {
   giveBsdNames(devices_);
   media_ = mediaObjects(devices_);
-  for (const Mount& mount : readMountTable(places.mountTable, mountError_)) addVolume(mount);
-  readVolumesFolder(places.volumesFolder);
+  const std::vector<Mount> mounts = readMountTable(places.mountTable, mountError_);
+  for (const Mount& mount : mounts) addVolume(mount);
+
+  std::vector<std::string> paths = mountedLocalVolumePaths();
+  paths.push_back(places.volumesFolder);
+  const std::vector<PathAnswer> answers = probe.ask(paths);
+  for (std::size_t at = 0; at < volumes_.size(); ++at) {
+    volumes_[at].space = {answers[at].free, answers[at].capacity, answers[at].error};
+    volumes_[at].answers = answers[at].answered;
+  }
+  readVolumesFolder(answers.back().answered ? places.volumesFolder : "", mounts);
 }
 
 void LinuxStorageSnapshot::addVolume(const Mount& mount) {
+  if (!mayBeLocalVolume(mount)) return;
   const std::uint64_t number = deviceNumber(mount, devices_);
   if (!isLocalVolume(mount, number != 0)) return;
   const auto device = std::ranges::find(devices_, number, &BlockDevice::number);
   const bool listed = number != 0 && device != devices_.end();
   if (listed && mount.target == "/") rootLabel_ = device->fileSystemLabel;
-  volumes_.push_back({mount.target, listed ? "/dev/" + device->bsdName : mount.source});
+  const std::string from = listed ? "/dev/" + device->bsdName : sourceThatNamesNoDisk(mount);
+  volumes_.push_back({mount.target, {from, mount.readOnly}, {}, true});
 }
 
-void LinuxStorageSnapshot::readVolumesFolder(const std::string& folder) {
+std::string LinuxStorageSnapshot::sourceThatNamesNoDisk(const Mount& mount) const {
+  // Whoever looks for a disk takes what follows the first five characters, "/dev/" of a device, for its name; so a data
+  // set "tank/disk0" would be taken for the disk of that name.
+  constexpr std::size_t kPrefix = 5;
+  const std::string name = mount.source.size() > kPrefix ? mount.source.substr(kPrefix) : "";
+  const bool namesOne = !name.empty() && std::ranges::find(devices_, name, &BlockDevice::bsdName) != devices_.end();
+  return namesOne ? mount.type + ":" + mount.source : mount.source;
+}
+
+void LinuxStorageSnapshot::readVolumesFolder(const std::string& folder, const std::vector<Mount>& mounts) {
   LinuxFileManager files;
-  const auto attributes = files.attributesFollowingLinks(folder);
+  const auto attributes = folder.empty() ? std::nullopt : files.attributesFollowingLinks(folder);
   if (attributes && attributes->kind == FileAttributes::Kind::folder) {
     for (const std::string& name : files.list(folder)) {
-      volumesFolder_.push_back({name, files.linkTarget(folder + "/" + name)});
+      const std::string path = folder + "/" + name;
+      // A mount point is no link, and what is mounted there may hang.
+      const bool isMountPoint = std::ranges::find(mounts, path, &Mount::target) != mounts.end();
+      volumesFolder_.push_back({name, isMountPoint ? std::nullopt : files.linkTarget(path)});
     }
     return;
   }
@@ -93,18 +116,26 @@ std::vector<std::string> LinuxStorageSnapshot::mountedLocalVolumePaths() {
   return paths;
 }
 
-MountedFrom LinuxStorageSnapshot::mountedFromName(const std::string& mountPoint) {
+const LinuxStorageSnapshot::Volume* LinuxStorageSnapshot::volumeAt(const std::string& mountPoint) const {
   const auto volume = std::ranges::find(volumes_, mountPoint, &Volume::mountPoint);
-  if (volume == volumes_.end()) return {"", std::make_error_code(std::errc::no_such_file_or_directory)};
-  return {volume->mountedFrom, {}};
+  return volume == volumes_.end() ? nullptr : &*volume;
 }
 
-FreeSpace LinuxStorageSnapshot::freeSpace(const std::string& mountPoint) {
-  struct statvfs status {};
-  while (::statvfs(mountPoint.c_str(), &status) != 0) {
-    if (errno != EINTR) return {0, {errno, std::generic_category()}};
-  }
-  return {static_cast<std::uint64_t>(status.f_bavail) * status.f_frsize, {}};
+MountedFrom LinuxStorageSnapshot::mountedFromName(const std::string& mountPoint) {
+  const Volume* volume = volumeAt(mountPoint);
+  if (!volume) return {"", std::make_error_code(std::errc::no_such_file_or_directory)};
+  if (!volume->answers) return {"", volume->space.error};
+  return {volume->facts.mountedFrom, {}};
+}
+
+VolumeSpace LinuxStorageSnapshot::space(const std::string& mountPoint) {
+  const Volume* volume = volumeAt(mountPoint);
+  return volume ? volume->space : VolumeSpace{0, 0, std::make_error_code(std::errc::no_such_file_or_directory)};
+}
+
+MountFacts LinuxStorageSnapshot::mountFacts(const std::string& mountPoint) {
+  const Volume* volume = volumeAt(mountPoint);
+  return volume ? volume->facts : MountFacts{};
 }
 
 }  // namespace zelvo::platform::linux_

@@ -9,22 +9,25 @@
 #include "platform/linux/linux_storage_devices.h"
 #include "platform/linux/linux_storage_mounts.h"
 #include "platform/media_registry.h"
+#include "platform/path_probe.h"
 #include "platform/volume_source.h"
 
 namespace zelvo::platform::linux_ {
 
 /// Where the snapshot reads what is not read through libudev.
 struct StoragePlaces {
+  std::string blockDevices = "/sys/class/block";
   std::string mountTable = "/proc/self/mountinfo";
   std::string volumesFolder = "/Volumes";
 };
 
-/// Thread: any, after its making; only `freeSpace` looks at the system later.
+/// Thread: any, after its making, which is when the system is looked at.
 class LinuxStorageSnapshot final : public MediaRegistry, public VolumeSource {
  public:
-  /// Reads the system. No root is needed, and nothing is opened but the system's own tables.
+  /// Reads the system. No root is needed, and nothing is opened but the system's own tables. The volumes are asked for
+  /// their space by `probe`, all at once, so that one that hangs holds up nothing.
   /// Failure: shows in `matchingServices` (a bad status) and in `mountTableError`.
-  explicit LinuxStorageSnapshot(const StoragePlaces& places = {});
+  explicit LinuxStorageSnapshot(PathProbe& probe, const StoragePlaces& places = {});
 
   [[nodiscard]] std::optional<MatchingDictionary> serviceMatching(std::string_view className) override;
   [[nodiscard]] RegistryStatus matchingServices(const MatchingDictionary* matching,
@@ -36,18 +39,25 @@ class LinuxStorageSnapshot final : public MediaRegistry, public VolumeSource {
   [[nodiscard]] std::error_code mountTableError() override { return mountError_; }
   /// Where "/Volumes" is no folder, one alias that leads to "/": the label of the root file system, or "Root".
   [[nodiscard]] std::vector<VolumesFolderEntry> volumesFolder() override { return volumesFolder_; }
-  /// "/dev/disk0s2", or the source as the mount table has it where no listed device is behind the mount. // Decision 0042
+  /// "/dev/disk0s2", or the source as the mount table has it where no listed device is behind the mount. A source that
+  /// would pass for one of our disks has its file system's type before it: "zfs:tank/disk0". // Decision 0042
   [[nodiscard]] MountedFrom mountedFromName(const std::string& mountPoint) override;
-  [[nodiscard]] FreeSpace freeSpace(const std::string& mountPoint) override;
+  [[nodiscard]] VolumeSpace space(const std::string& mountPoint) override;
+  [[nodiscard]] MountFacts mountFacts(const std::string& mountPoint) override;
 
  private:
   struct Volume {
     std::string mountPoint;
-    std::string mountedFrom;
+    MountFacts facts;
+    VolumeSpace space;
+    bool answers = true;
   };
 
   void addVolume(const Mount& mount);
-  void readVolumesFolder(const std::string& folder);
+  [[nodiscard]] std::string sourceThatNamesNoDisk(const Mount& mount) const;
+  void readVolumesFolder(const std::string& folder, const std::vector<Mount>& mounts);
+  /// Null when there is none.
+  [[nodiscard]] const Volume* volumeAt(const std::string& mountPoint) const;
 
   std::error_code deviceError_;  // before the devices, whose reading sets it
   std::vector<BlockDevice> devices_;

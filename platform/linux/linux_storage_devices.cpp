@@ -1,5 +1,6 @@
 #include "platform/linux/linux_storage_devices.h"
 
+#include <dirent.h>
 #include <libudev.h>
 
 #include <algorithm>
@@ -41,6 +42,12 @@ std::uint64_t numberIn(const std::string& text) {
   std::uint64_t number = 0;
   std::from_chars(text.data(), text.data() + text.size(), number);
   return number;
+}
+
+/// Whether a device has all of these. One that has gone away has none of its attributes any more, so that who read one of
+/// these last read all that came before while the device was there.
+bool hasAll(udev_device* device, std::initializer_list<const char*> names) {
+  return std::ranges::all_of(names, [device](const char* name) { return udev_device_get_sysattr_value(device, name); });
 }
 
 /// The first text with anything but blanks in it.
@@ -120,6 +127,11 @@ DiskTexts textsOf(udev_device* disk, const Above& above, Connection connection) 
   return texts;
 }
 
+void readSizeAndWritable(udev_device* from, BlockDevice& device) {
+  device.size = numberIn(attribute(from, "size")) * kSectorSize;
+  device.writable = attribute(from, "ro") == "0";
+}
+
 void readWholeDisk(udev_device* disk, BlockDevice& device) {
   const Above above(disk);
   device.sequence = numberIn(firstOf({attribute(disk, "diskseq"), property(disk, "DISKSEQ")}));
@@ -130,9 +142,10 @@ void readWholeDisk(udev_device* disk, BlockDevice& device) {
     device.busPath = textOrEmpty(udev_device_get_devpath(above.pci));
     device.busDriver = textOrEmpty(udev_device_get_driver(above.pci));
   }
+  const bool optical = attribute(above.scsi, "type") == "5" || property(disk, "ID_CDROM") == "1";
+  readSizeAndWritable(disk, device);
   const std::uint64_t logicalBlock = numberIn(attribute(disk, "queue/logical_block_size"));
   if (logicalBlock != 0) device.blockSize = logicalBlock;
-  const bool optical = attribute(above.scsi, "type") == "5" || property(disk, "ID_CDROM") == "1";
   if (!optical) return;
   device.blockSize = kOpticalBlockSize;
   // The kernel does not call a drive read-only because of the medium in it.
@@ -148,10 +161,8 @@ bool readDevice(udev_device* from, BlockDevice& device) {
   device.systemName = textOrEmpty(udev_device_get_sysname(from));
   device.node = textOrEmpty(udev_device_get_devnode(from));
   device.number = udev_device_get_devnum(from);
-  device.size = numberIn(attribute(from, "size")) * kSectorSize;
-  if (device.size == 0 || isMemoryDisk(device.systemName) || attribute(from, "hidden") == "1") return false;
+  if (isMemoryDisk(device.systemName) || attribute(from, "hidden") == "1") return false;
 
-  device.writable = attribute(from, "ro") != "1";
   device.fileSystemLabel = decodedUdevText(property(from, "ID_FS_LABEL_ENC"));
   for (udev_list_entry* link = udev_device_get_devlinks_list_entry(from); link; link = udev_list_entry_get_next(link)) {
     device.links.push_back(textOrEmpty(udev_list_entry_get_name(link)));
@@ -159,22 +170,33 @@ bool readDevice(udev_device* from, BlockDevice& device) {
   const std::string mapping = attribute(from, "dm/name");
   if (!mapping.empty()) device.links.push_back("/dev/mapper/" + mapping);
 
-  device.partition = numberIn(attribute(from, "partition"));
-  if (device.partition == 0) {
+  // What the kernel calls it decides, not which attributes are left of it.
+  const std::string kind = textOrEmpty(udev_device_get_devtype(from));
+  if (kind == "disk") {
     readWholeDisk(from, device);
-    return true;
+    return device.size != 0 && hasAll(from, {"queue/logical_block_size", "removable", "size", "ro"});
   }
+  if (kind != "partition") return false;
   if (udev_device* disk = Above::parent(from, "block", "disk")) {
     device.wholeDisk = textOrEmpty(udev_device_get_sysname(disk));
   }
   device.scheme = property(from, "ID_PART_ENTRY_SCHEME");
   device.partitionType = property(from, "ID_PART_ENTRY_TYPE");
-  return true;
+  device.partition = numberIn(attribute(from, "partition"));
+  readSizeAndWritable(from, device);
+  return device.size != 0 && device.partition != 0 && hasAll(from, {"size", "ro"});
 }
 
 }  // namespace
 
-std::vector<BlockDevice> readBlockDevices(std::error_code& error) {
+std::vector<BlockDevice> readBlockDevices(const std::string& folder, std::error_code& error) {
+  // The library takes a system without such a folder for one without devices.
+  if (DIR* const listed = ::opendir(folder.c_str())) {
+    ::closedir(listed);
+  } else {
+    error = {errno, std::generic_category()};
+    return {};
+  }
   const std::unique_ptr<udev, Unref> context(udev_new());
   const std::unique_ptr<udev_enumerate, Unref> enumeration(context ? udev_enumerate_new(context.get()) : nullptr);
   if (!enumeration) {

@@ -48,9 +48,11 @@ struct BlockDevice {
 };
 
 /// Reads all block devices that hold something: no memory disks, no empty drives, no hidden paths. No root is needed.
+/// A device that goes away while it is read is left out.
+/// \param folder where the system lists its block devices; that it can be listed is all that is looked at there
 /// Failure: `error` says why, and no device is answered.
 /// Thread: any.
-[[nodiscard]] std::vector<BlockDevice> readBlockDevices(std::error_code& error);
+[[nodiscard]] std::vector<BlockDevice> readBlockDevices(const std::string& folder, std::error_code& error);
 
 /// Numbers the whole disks "disk0", "disk1", ... in the order in which they came (by device number where the kernel does
 /// not count them), and names partition 2 of disk 1 "disk1s2". A partition whose disk is not among them is dropped.

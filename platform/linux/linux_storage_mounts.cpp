@@ -19,6 +19,18 @@ struct Unref {
 
 std::string textOrEmpty(const char* text) { return text ? text : ""; }
 
+bool isReadOnly(const char* options) { return options && mnt_optstr_get_option(options, "ro", nullptr, nullptr) == 0; }
+
+/// Btrfs tells, as the last option, in which sub-volume the mounted part lies. It is a whole sub-volume when it is that
+/// one itself, and a folder or a file of it, mounted once more, when it is not.
+bool isWholePart(const Mount& mount, const std::string& options) {
+  if (mount.type != "btrfs" || ("," + options).find(",subvol=") == std::string::npos) {
+    // What a system calls its root or its home is often a sub-volume; a system that does not tell is believed.
+    return mount.root == "/" || mount.type == "btrfs";
+  }
+  return ("," + options).ends_with(",subvol=" + mount.root);
+}
+
 Mount mountFrom(libmnt_fs* line) {
   Mount mount;
   mount.target = textOrEmpty(mnt_fs_get_target(line));
@@ -29,6 +41,8 @@ Mount mountFrom(libmnt_fs* line) {
   mount.pseudo = mnt_fs_is_pseudofs(line) != 0;
   mount.network = mnt_fs_is_netfs(line) != 0;
   mount.swap = mnt_fs_is_swaparea(line) != 0;
+  mount.readOnly = isReadOnly(mnt_fs_get_vfs_options(line)) || isReadOnly(mnt_fs_get_fs_options(line));
+  mount.wholePart = isWholePart(mount, textOrEmpty(mnt_fs_get_fs_options(line)));
   return mount;
 }
 
@@ -56,13 +70,13 @@ std::vector<Mount> readMountTable(const std::string& path, std::error_code& erro
   return mounts;
 }
 
+bool mayBeLocalVolume(const Mount& mount) { return !mount.pseudo && !mount.network && !mount.swap && mount.wholePart; }
+
 bool isLocalVolume(const Mount& mount, bool onBlockDevice) {
   // File systems over several devices, to which the kernel gives a made-up number.
   constexpr std::array<std::string_view, 3> kSpanning{"zfs", "btrfs", "bcachefs"};
-  if (mount.pseudo || mount.network || mount.swap) return false;
-  if (!onBlockDevice && std::ranges::find(kSpanning, mount.type) == kSpanning.end()) return false;
-  // What a system calls its root or its home is often a sub-volume of btrfs, so that a part may be a volume there.
-  return mount.root == "/" || mount.type == "btrfs";
+  if (!mayBeLocalVolume(mount)) return false;
+  return onBlockDevice || std::ranges::find(kSpanning, mount.type) != kSpanning.end();
 }
 
 }  // namespace zelvo::platform::linux_

@@ -18,6 +18,8 @@ struct Mount {
   bool pseudo = false;       ///< memory only, or a view of something else
   bool network = false;
   bool swap = false;
+  bool readOnly = false;   ///< the mount, or the file system as a whole
+  bool wholePart = false;  ///< it shows all of the file system, or a whole sub-volume of one that has such
 };
 
 /// Reads a mount table in the form of /proc/self/mountinfo. Of several mounts on one target only the last is answered:
@@ -26,9 +28,12 @@ struct Mount {
 /// Thread: any.
 [[nodiscard]] std::vector<Mount> readMountTable(const std::string& path, std::error_code& error);
 
-/// True when the mount stands for a volume of this machine that a user may store files on: not pseudo, not network, not
-/// swap, with a block device behind it or of a type that spans devices; and not a part of a file system that is mounted
-/// once more elsewhere. // Decision 0042
+/// False for what is no volume of this machine whatever is behind it: memory, views of something else, network, swap, and
+/// parts of a file system that is mounted once more elsewhere. Nothing is asked of the file system. // Decision 0042
+[[nodiscard]] bool mayBeLocalVolume(const Mount& mount);
+
+/// True when the mount stands for a volume of this machine: it may be one, and there is a block device behind it, or it
+/// is of a type that spans devices. // Decision 0042
 /// \param onBlockDevice whether the mount's device, or else its source, is a block device
 [[nodiscard]] bool isLocalVolume(const Mount& mount, bool onBlockDevice);
 

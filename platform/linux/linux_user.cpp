@@ -30,6 +30,13 @@ std::string withoutSlashAtEnd(std::string path) {
   return path;
 }
 
+std::string userFolder(const char* variable, const char* belowHome) {
+  const std::string given = wholePath(variable);
+  if (!given.empty()) return withoutSlashAtEnd(given);
+  const std::string home = homeDirectory();
+  return (home == "/" ? std::string() : home) + belowHome;
+}
+
 }  // namespace
 
 std::string homeDirectory() {
@@ -38,12 +45,9 @@ std::string homeDirectory() {
   return withoutSlashAtEnd(home.starts_with('/') ? home : "/");
 }
 
-std::string cacheFolder() {
-  const std::string given = wholePath("XDG_CACHE_HOME");
-  if (!given.empty()) return withoutSlashAtEnd(given);
-  const std::string home = homeDirectory();
-  return (home == "/" ? std::string() : home) + "/.cache";
-}
+std::string cacheFolder() { return userFolder("XDG_CACHE_HOME", "/.cache"); }
+
+std::string configFolder() { return userFolder("XDG_CONFIG_HOME", "/.config"); }
 
 bool standardErrorIsTerminal() { return ::isatty(STDERR_FILENO) == 1; }
 

@@ -13,6 +13,10 @@ namespace zelvo::platform::linux_ {
 /// home directory.
 [[nodiscard]] std::string cacheFolder();
 
+/// Where this user's programs keep their settings: XDG_CONFIG_HOME where it is a whole path, else ".config" in the home
+/// directory.
+[[nodiscard]] std::string configFolder();
+
 /// Whether standard error is a terminal, so that somebody reads along.
 [[nodiscard]] bool standardErrorIsTerminal();
 

@@ -11,6 +11,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/ran_out.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace {
@@ -28,9 +30,14 @@ class ThreadWorker final : public Worker {
     std::unique_lock lock(mutex_);
     ended_.wait(lock, [this] { return finished_; });
   }
-  void markFinished() {
+  std::error_code failure() const override {
+    const std::lock_guard lock(mutex_);
+    return failure_;
+  }
+  void markFinished(std::error_code failure) {
     {
       const std::lock_guard lock(mutex_);
+      failure_ = failure;
       finished_ = true;
     }
     ended_.notify_all();
@@ -40,6 +47,7 @@ class ThreadWorker final : public Worker {
   std::shared_ptr<CancelMark> mark_;
   mutable std::mutex mutex_;
   std::condition_variable ended_;
+  std::error_code failure_;
   bool finished_ = false;
 };
 
@@ -71,12 +79,14 @@ class LinuxWorkers::Roll {
       entry.thread.join();
       return true;
     });
+    entries_.reserve(entries_.size() + 1);  // a thread that runs must not lack its entry
     const SignalsBlocked blocked;
-    entries_.push_back({worker, std::thread([worker, work = std::move(body)]() mutable {
-                          work();
-                          work = nullptr;  // what the body holds is let go before anyone is told
-                          worker->markFinished();
-                        })});
+    std::thread thread([worker, work = std::move(body)]() mutable {
+      const std::error_code failure = ranOut([&work] { work(); });
+      work = nullptr;  // what the body holds is let go before anyone is told
+      worker->markFinished(failure);
+    });
+    entries_.push_back({worker, std::move(thread)});
   }
 
   void joinAll() {
@@ -104,9 +114,12 @@ LinuxWorkers::LinuxWorkers() : roll_(std::make_shared<Roll>()) {}
 LinuxWorkers::~LinuxWorkers() { roll_->joinAll(); }
 
 std::shared_ptr<Worker> LinuxWorkers::start(std::shared_ptr<CancelMark> mark, std::function<void()> body) {
-  auto worker = std::make_shared<ThreadWorker>(std::move(mark));
-  roll_->add(worker, std::move(body));
-  return worker;
+  std::shared_ptr<ThreadWorker> worker;
+  const std::error_code refused = ranOut([&] {
+    worker = std::make_shared<ThreadWorker>(std::move(mark));
+    roll_->add(worker, std::move(body));
+  });
+  return refused ? nullptr : worker;
 }
 
 std::shared_ptr<Worker> LinuxWorkers::startHelper(std::function<void()> body) {

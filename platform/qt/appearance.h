@@ -31,6 +31,10 @@ void apply(Appearance appearance);
 [[nodiscard]] inline QColor surface(const QPalette& palette) { return palette.color(QPalette::Base); }
 /// The product's blue.
 [[nodiscard]] inline QColor accent(const QPalette&) { return QColor(0x10, 0x89, 0xd5); }
+/// The frame of a button under the pointer.
+[[nodiscard]] inline QColor hoverFrame(const QPalette&) { return QColor(0x3b, 0xbd, 0xee); }
+/// The edge of what warns.
+[[nodiscard]] inline QColor warning(const QPalette&) { return QColor(0xf2, 0xb3, 0x3d); }
 /// A deeper one of it, on which white text can be read.
 [[nodiscard]] inline QColor textAccent(const QPalette& palette) { return palette.color(QPalette::Highlight); }
 /// Where the keyboard's focus is.

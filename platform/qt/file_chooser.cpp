@@ -3,6 +3,7 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QDir>
+#include <QEvent>
 #include <QFile>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -84,6 +85,16 @@ FileChooser::FileChooser(PanelStack& stack, const FileFilter& filter, const QStr
   all->addLayout(line);
   connect(name_, &QLineEdit::textChanged, this, [this] { say({}); });
   connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
+  for (QWidget* part : std::array<QWidget*, 3>{name_, &browser_->list(), &browser_->placeList()}) {
+    part->installEventFilter(this);
+  }
+  browser_->installEventFilter(this);
+}
+
+bool FileChooser::eventFilter(QObject*, QEvent* event) {
+  // The ring lies round a part, outside it, and would stay behind where the part was.
+  if (event->type() == QEvent::Resize || event->type() == QEvent::Move) update();
+  return false;
 }
 
 void FileChooser::paintEvent(QPaintEvent*) {
@@ -97,7 +108,7 @@ void FileChooser::paintEvent(QPaintEvent*) {
 }
 
 void FileChooser::say(const QString& sentence) {
-  sentence_->setText(breakable(sentence));
+  showBreakable(*sentence_, sentence);
   warning_->setVisible(!sentence.isEmpty());
   sentence_->setVisible(!sentence.isEmpty());
   note_->setVisible(sentence.isEmpty());

@@ -32,6 +32,7 @@ class FileChooser final : public QWidget {
  protected:
   /// The ring round the part that has the keyboard.
   void paintEvent(QPaintEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   class Warning;

@@ -114,8 +114,7 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, FileFilter fi
   list_->header()->setSectionResizeMode(FolderModel::name, QHeaderView::Stretch);
   const QFontMetrics metrics(font());
   const QString widestDate = FolderModel::shownDate(QDateTime(QDate(2020, 12, 28), QTime(20, 58)));
-  list_->header()->resizeSection(FolderModel::size,
-                                 metrics.horizontalAdvance(QStringLiteral("1023.9 MB")) + kColumnGap);
+  list_->header()->resizeSection(FolderModel::size, metrics.horizontalAdvance(QStringLiteral("999.9 MB")) + kColumnGap);
   list_->header()->resizeSection(FolderModel::changed, metrics.horizontalAdvance(widestDate) + kColumnGap);
 
   auto* const middle = new QHBoxLayout;

@@ -15,7 +15,7 @@ QString shownText(const FolderEntry& entry, int column) {
   if (column == FolderModel::name) return FolderModel::nameOf(entry);
   if (column == FolderModel::changed) return FolderModel::shownDate(QDateTime::fromSecsSinceEpoch(entry.changed));
   if (entry.isFolder) return {};
-  return QLocale().formattedDataSize(static_cast<qint64>(entry.size), 1, QLocale::DataSizeTraditionalFormat);
+  return QLocale().formattedDataSize(static_cast<qint64>(entry.size), 1, QLocale::DataSizeSIFormat);
 }
 
 /// Negative, 0 or positive; only within one kind.

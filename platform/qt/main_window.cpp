@@ -1,12 +1,13 @@
 #include "platform/qt/main_window.h"
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
 #include <QFile>
 #include <QMimeData>
 #include <QShortcut>
+#include <QToolTip>
 #include <QUrl>
 #include <QVBoxLayout>
 #include <array>
@@ -14,6 +15,7 @@
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/desktop_notice.h"
+#include "platform/qt/panel_texts.h"
 #include "platform/qt/window_texts.h"
 
 namespace zelvo::platform::qt {
@@ -22,8 +24,10 @@ namespace {
 
 constexpr int kWidth = 960;
 constexpr int kHeight = 620;
-constexpr int kLeastWidth = 760;
-constexpr int kLeastHeight = 540;
+constexpr int kLeastWidth = 640;
+constexpr int kLeastHeight = 420;
+/// What a window manager may put round the window, whose measures nobody knows before it is shown.
+constexpr QSize kFrameRoom(8, 40);
 
 /// Panels may hold buttons of the toolkit too, which only the cast tells from ours.
 std::vector<QtButton*> buttonsIn(const QWidget& widget) {
@@ -32,6 +36,11 @@ std::vector<QtButton*> buttonsIn(const QWidget& widget) {
     if (auto* const button = dynamic_cast<QtButton*>(one)) ours.push_back(button);
   }
   return ours;
+}
+
+QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
+  auto* const window = dynamic_cast<MainWindow*>(object);
+  return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Window);  // Qt's cache owns it
 }
 
 /// The one local file that is dragged; empty when it is anything else.
@@ -56,6 +65,7 @@ class MainWindow::UnseenMovieView final : public MovieView {
 
 MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView)
     : queue_(queue), pictures_(pictures), content_(new QWidget(this)), movie_(movie) {
+  QAccessible::installFactory(accessibleWindow);  // once, however often it is asked
   setWindowTitle(texts::productName());
   setAcceptDrops(true);
   resize(kWidth, kHeight);
@@ -79,9 +89,14 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 
   panels_ = std::make_unique<PanelStack>(*content_, queue, pictures);
   fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
+  helpPanel_ = std::make_unique<HelpPanel>(*panels_);
   panels_->setObserver([this] { panelsChanged(); });
   panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
+  resultPage_->filmreport->setSheet(fixedPanels_->repaircompletedwindow);
   fillOutlets(movieView);
+  for (FlatProgressBar* bar : {repairPage_->bar, &fixedPanels_->saveBar}) {
+    connect(bar, &QProgressBar::valueChanged, this, [this] { showTitle(); });
+  }
   addShortcuts();
   choosePage_->firstFocus()->setFocus();
 }
@@ -161,7 +176,19 @@ void MainWindow::fillOutlets(MovieView& movieView) {
                                                             .savecompletedokbutton = panels.savecompletedokbutton,
                                                             .savecompletedtext = panels.savecompletedtext,
                                                             .PreviewErrorWindow = panels.PreviewErrorWindow,
-                                                            .PreviewErrorokbutton = panels.PreviewErrorokbutton});
+                                                            .PreviewErrorokbutton = panels.PreviewErrorokbutton,
+                                                            .own = {.chosenfilm = *one.dropArea,
+                                                                    .runprogress = *two.runprogress,
+                                                                    .filmreport = *three.filmreport,
+                                                                    .rejectionreason = panels.rejectionreason,
+                                                                    .workingfoldertext = one.workingfoldertext,
+                                                                    .workingfolderbutton = *one.workingfolderbutton,
+                                                                    .waitingtext = two.waitingtext,
+                                                                    .savedsizelabel = three.savedsizelabel,
+                                                                    .invalidfilehead = panels.invalidfilehead,
+                                                                    .invalidfiletext = panels.invalidfiletext,
+                                                                    .savedbytestext = panels.savedbytestext,
+                                                                    .savecompletedhead = panels.savecompletedhead}});
   jobOutlets_ = std::make_unique<JobOutlets>(JobOutlets{.textfield = two.status,
                                                         .videocodecfield = three.videocodecfield,
                                                         .audiocodecfield = three.audiocodecfield,
@@ -195,7 +222,7 @@ void MainWindow::addShortcuts() {
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), [this] { return choosePage_->repairbutton; });
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_P), [this] { return resultPage_->previewbutton; });
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), [this] { return resultPage_->savebutton; });
-  addShortcut(QKeySequence(Qt::Key_F1), [this] { return dynamic_cast<WindowPage&>(*pages_->currentWidget()).help; });
+  connect(new QShortcut(QKeySequence(Qt::Key_F1), this), &QShortcut::activated, this, [this] { askForHelp(); });
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, this, [this] { close(); });
 }
 
@@ -206,7 +233,44 @@ void MainWindow::addShortcut(const QKeySequence& keys, const std::function<QtBut
   });
 }
 
+void MainWindow::showTitle() {
+  const FlatProgressBar* bar = nullptr;
+  if (panels_->isShown(fixedPanels_->saveprogresspanel)) {
+    bar = &fixedPanels_->saveBar;
+  } else if (pages_->currentWidget() == repairPage_) {
+    bar = repairPage_->bar;
+  }
+  const QString title = bar == nullptr ? texts::productName() : texts::titleWithPercent(bar->percent());
+  if (title != windowTitle()) setWindowTitle(title);
+}
+
+void MainWindow::askForHelp() {
+  const PanelFrame* const panel = panels_->top();
+  if (panel == nullptr) {
+    QtButton* const help = dynamic_cast<WindowPage&>(*pages_->currentWidget()).help;
+    if (help->isVisible()) help->click();
+  } else if (panel != helpPanel_->frame() && helpPage_.isValid()) {
+    helpPanel_->show(helpPage_, panel->helpTopic(), {});
+  }
+}
+
+void MainWindow::showUnopened(const QUrl& address) {
+  helpPanel_->show(address.adjusted(QUrl::RemoveFragment), address.fragment(), texts::noBrowser());
+}
+
+void MainWindow::setUpdateRemark(const QString& remark) {
+  for (const WindowPage* page : std::array<const WindowPage*, 3>{choosePage_, repairPage_, resultPage_}) {
+    page->update->setToolTip(remark.isEmpty() ? texts::update() : texts::update() + QStringLiteral("\n") + remark);
+    page->update->setAccessibleDescription(remark);
+  }
+}
+
+void MainWindow::fitInto(const QSize& free) {
+  resize(QSize(kWidth, kHeight).boundedTo(free - kFrameRoom).expandedTo(minimumSize()));
+}
+
 void MainWindow::pageChanged() {
+  showTitle();
   auto& page = dynamic_cast<WindowPage&>(*pages_->currentWidget());
   if (panels_->isEmpty() && page.firstFocus()->isEnabled()) page.firstFocus()->setFocus(Qt::OtherFocusReason);
   QAccessibleEvent changed(pages_, QAccessible::Alert);
@@ -221,6 +285,14 @@ void MainWindow::panelBegan(const PanelFrame& panel) {
 }
 
 void MainWindow::panelsChanged() {
+  showTitle();
+  // Later, since what ends a panel may turn the page next, and the keyboard goes where that leads.
+  QMetaObject::invokeMethod(
+      this, [this] { giveLostFocus(); }, Qt::QueuedConnection);
+  resynchronise();
+}
+
+void MainWindow::giveLostFocus() {
   // What had the keyboard before the panel may be disabled by now, or on a page that is gone.
   const QWidget* const focused = focusWidget();
   const bool isLost = focused == nullptr || !focused->isVisible() || !focused->isEnabled();
@@ -232,7 +304,6 @@ void MainWindow::panelsChanged() {
       focusNextChild();
     }
   }
-  resynchronise();
 }
 
 void MainWindow::resynchronise() {
@@ -247,6 +318,12 @@ void MainWindow::offerFile(const std::string& file) {
   if (takesFiles() && fileReceiver_) fileReceiver_(file);
 }
 
+void MainWindow::setAnswering(bool answering) {
+  PanelFrame& panel = fixedPanels_->saveprogresspanel;
+  fixedPanels_->stopsavingbutton.setEnabled(answering);
+  if (answering && panels_->top() == &panel) panel.firstFocus().setFocus(Qt::PopupFocusReason);
+}
+
 void MainWindow::closeEvent(QCloseEvent* event) {
   if (!panels_->isEmpty() || (closeJudge_ && !closeJudge_())) event->ignore();
 }
@@ -256,7 +333,10 @@ void MainWindow::paintEvent(QPaintEvent*) { wasPainted_ = true; }
 void MainWindow::resizeEvent(QResizeEvent*) { ground_->setGeometry(content_->rect()); }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!takesFiles() || draggedFile(*event->mimeData()).isEmpty()) return;
+  if (!whyRefused(*event->mimeData()).isEmpty()) {
+    sayRefused(event->position().toPoint(), *event->mimeData());
+    return;
+  }
   event->setDropAction(Qt::CopyAction);
   event->accept();
   choosePage_->dropArea->setInviting(true);
@@ -264,10 +344,25 @@ void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
 
 void MainWindow::dragLeaveEvent(QDragLeaveEvent*) { choosePage_->dropArea->setInviting(false); }
 
+QString MainWindow::whyRefused(const QMimeData& dragged) const {
+  if (!panels_->isEmpty()) return texts::answerFirst();
+  if (pages_->currentWidget() == repairPage_) return texts::stillRepairing();
+  if (pages_->currentWidget() == resultPage_) return texts::homeFirst();
+  if (dragged.urls().size() > 1) return texts::oneAtATime();
+  return draggedFile(dragged).isEmpty() ? texts::onlyFiles() : QString();
+}
+
+void MainWindow::sayRefused(const QPoint& place, const QMimeData& dragged) {
+  QToolTip::showText(mapToGlobal(place), whyRefused(dragged), this);
+}
+
 void MainWindow::dropEvent(QDropEvent* event) {
   choosePage_->dropArea->setInviting(false);
   const QString file = draggedFile(*event->mimeData());
-  if (file.isEmpty() || !takesFiles()) return;
+  if (!whyRefused(*event->mimeData()).isEmpty()) {
+    sayRefused(event->position().toPoint(), *event->mimeData());
+    return;
+  }
   event->setDropAction(Qt::CopyAction);  // the file stays where it is, whatever the other side proposed
   event->accept();
   offerFile(QFile::encodeName(file).toStdString());

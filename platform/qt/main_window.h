@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QStackedWidget>
+#include <QUrl>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -12,6 +13,7 @@
 #include "platform/main_queue.h"
 #include "platform/movies.h"
 #include "platform/outlets.h"
+#include "platform/qt/help_panel.h"
 #include "platform/qt/hosted_widget.h"
 #include "platform/qt/panel_stack.h"
 #include "platform/qt/pictures.h"
@@ -20,6 +22,7 @@
 
 namespace zelvo::platform::qt {
 
+/// To a screen reader it is the frame that everything of the program lies in.
 class MainWindow final : public QWidget, public Window {
  public:
   /// `movie` shows what `movieView` is given; the window takes it over.
@@ -42,6 +45,19 @@ class MainWindow final : public QWidget, public Window {
   /// Hands a file over as if it were dropped.
   void offerFile(const std::string& file);
 
+  /// The page that F1 leads to while a message is shown: an address of a local file with a place for each message.
+  void setHelpPage(const QUrl& page) { helpPage_ = page; }
+  /// Shows inside the window what no browser could be started for.
+  void showUnopened(const QUrl& address);
+  /// What the buttons that look for an update say besides, since they cannot do it.
+  void setUpdateRemark(const QString& remark);
+  /// Makes the window as large as it would like to be, or as `free`, the screen's part that no desktop panel covers, has
+  /// room for; a title bar's height is left to the window manager. Logical pixels.
+  void fitInto(const QSize& free);
+
+  /// False while the window cannot answer: the button that stops a save looks off then.
+  void setAnswering(bool answering);
+
   [[nodiscard]] bool wasPainted() const { return wasPainted_; }
 
   // ---- For tests and pictures of the window ----
@@ -49,6 +65,7 @@ class MainWindow final : public QWidget, public Window {
   [[nodiscard]] RepairPage& repairPage() { return *repairPage_; }
   [[nodiscard]] ResultPage& resultPage() { return *resultPage_; }
   [[nodiscard]] WindowPanels& fixedPanels() { return *fixedPanels_; }
+  [[nodiscard]] HelpPanel& helpPanel() { return *helpPanel_; }
   /// 0, 1 or 2.
   [[nodiscard]] int page() const { return pages_->currentIndex(); }
 
@@ -67,9 +84,17 @@ class MainWindow final : public QWidget, public Window {
   void fillOutlets(MovieView& movieView);
   void addShortcuts();
   void addShortcut(const QKeySequence& keys, const std::function<QtButton*()>& button);
+  /// The product's name, with how far a run or a save is while one is shown.
+  void showTitle();
+  /// F1.
+  void askForHelp();
+  /// Why what is dragged cannot be dropped here and now; empty when it can.
+  [[nodiscard]] QString whyRefused(const QMimeData& dragged) const;
+  void sayRefused(const QPoint& place, const QMimeData& dragged);
   void pageChanged();
   void panelBegan(const PanelFrame& panel);
   void panelsChanged();
+  void giveLostFocus();
   void resynchronise();
   [[nodiscard]] bool takesFiles() const;
 
@@ -84,6 +109,7 @@ class MainWindow final : public QWidget, public Window {
   ResultPage* resultPage_;
   std::unique_ptr<PanelStack> panels_;
   std::unique_ptr<WindowPanels> fixedPanels_;
+  std::unique_ptr<HelpPanel> helpPanel_;
   std::unique_ptr<QtTabView> tabview_;
   std::unique_ptr<UnseenMovieView> unseenMovie_;
   std::unique_ptr<QLabel> unseenLabel_;
@@ -92,6 +118,7 @@ class MainWindow final : public QWidget, public Window {
   std::unique_ptr<JobOutlets> jobOutlets_;
   std::function<bool()> closeJudge_;
   std::function<void(const std::string& file)> fileReceiver_;
+  QUrl helpPage_;
   bool wasPainted_ = false;
 };
 

@@ -2,6 +2,11 @@
 // goes on after a seek), and is then asked whether the film stands at its end or paused by itself. Only these answers
 // count, and only when no seek is under way: a change may be told late, and one that is undone at once may not be told
 // at all.
+//
+// How a picture is known: the core hands each one to the renderer and announces it. It waits 0.2 s for it to be drawn;
+// then it keeps it as the current picture, and the renderer no longer says that there is one to draw. The film that
+// stands still gets no other. So a main thread that comes late goes by the announcement, and of the first picture by the
+// film having begun, which the core tells after the picture was handed over. // Decision 0114
 #include "platform/qt/mpv_player.h"
 
 #include <mpv/client.h>
@@ -124,7 +129,8 @@ bool MpvPlayer::begin(const std::string& path) {
   // The library does not change what it is handed back in the callbacks.
   void* const bell = const_cast<std::function<void()>*>(&ring_);
   mpv_set_wakeup_callback(core_.get(), ringBell, bell);
-  mpv_render_context_set_update_callback(renderer_.get(), ringBell, bell);
+  mpv_render_context_set_update_callback(
+      renderer_.get(), [](void* player) { static_cast<MpvPlayer*>(player)->announcePicture(); }, this);
   mpv_observe_property(core_.get(), kWidth, "dwidth", MPV_FORMAT_INT64);
   mpv_observe_property(core_.get(), kHeight, "dheight", MPV_FORMAT_INT64);
   mpv_observe_property(core_.get(), kEnd, "eof-reached", MPV_FORMAT_FLAG);
@@ -134,6 +140,11 @@ bool MpvPlayer::begin(const std::string& path) {
   const std::string file = std::filesystem::absolute(path).string();
   std::array<const char*, 3> load = {"loadfile", file.c_str(), nullptr};
   return mpv_command_async(core_.get(), kNoReply, load.data()) >= 0;
+}
+
+void MpvPlayer::announcePicture() {
+  announced_ = true;
+  ring_();
 }
 
 void MpvPlayer::silence() {
@@ -180,13 +191,15 @@ void MpvPlayer::askWhetherEnded() {
 
 MpvPlayer::News MpvPlayer::news() {
   News news;
+  const bool announced = announced_.exchange(false);  // before the look at it: one that comes meanwhile is not lost
   for (;;) {
     const mpv_event* event = mpv_wait_event(core_.get(), 0);
     if (event->event_id == MPV_EVENT_NONE) break;
     take(*event, news);
   }
-  news.frame = (mpv_render_context_update(renderer_.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
-  hasFrame_ = hasFrame_ || news.frame;
+  const bool waits = (mpv_render_context_update(renderer_.get()) & MPV_RENDER_UPDATE_FRAME) != 0;
+  hasFrame_ = hasFrame_ || waits;
+  news.frame = news.frame || waits || (announced && hasFrame_);
   if (atEnd_ && playing_) {
     news.ended = true;
     pause();  // or a jump to the beginning would play on from there
@@ -250,6 +263,7 @@ void MpvPlayer::takeProperty(const mpv_event_property& property, News& news) {
 void MpvPlayer::takeReply(const mpv_event& event, News& news) {
   if (event.reply_userdata == kPicture) {
     news.pictureless = event.error < 0;  // no track is selected: there is none, or none that can be decoded
+    if (!news.pictureless && !hasFrame_) hasFrame_ = news.frame = true;  // see the top
     return;
   }
   if (event.error < 0 || seeking_ || (event.reply_userdata == kStands && !isToldToPlay())) return;

@@ -4,6 +4,7 @@
 /// Thread: main, apart from the ringing and the destructor.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -85,6 +86,8 @@ class MpvPlayer {
   void takeReply(const mpv_event& event, News& news);
   void sendPause();
   void askWhetherEnded();
+  /// The renderer's callback: a picture was announced. Thread: any.
+  void announcePicture();
   /// The core knows that it is to play.
   [[nodiscard]] bool isToldToPlay() const { return !pauseSent_ && !pauseInFlight_; }
 
@@ -94,9 +97,10 @@ class MpvPlayer {
   std::unique_ptr<mpv_render_context, Renderer> renderer_;
   Shape shape_;
   bool hasFrame_ = false;
-  bool loaded_ = false;    ///< the file is open
-  bool playing_ = false;   ///< what was asked of us last: to play, not to pause
-  bool pauseSent_ = true;  ///< what the core was told last
+  std::atomic<bool> announced_{false};  ///< a picture was, since the last look
+  bool loaded_ = false;                 ///< the file is open
+  bool playing_ = false;                ///< what was asked of us last: to play, not to pause
+  bool pauseSent_ = true;               ///< what the core was told last
   bool pauseInFlight_ = false;
   int seeksInFlight_ = 0;  ///< not yet taken by the core
   bool seeking_ = false;   ///< a seek was sent, and the film has not gone on since

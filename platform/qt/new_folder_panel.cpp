@@ -18,7 +18,7 @@ NewFolderPanel::NewFolderPanel(PanelStack& stack, std::string folder,
                                std::function<void(const std::optional<std::string>& made)> ended)
     : stack_(stack), folder_(std::move(folder)), name_(new QLineEdit), sentence_(new QLabel), ended_(std::move(ended)) {
   const QString where = texts::newFolderIn(QFile::decodeName(folder_.c_str()));
-  auto& frame = *new PanelFrame(stack, {QString(), texts::newFolderTitle(), breakable(where)});
+  auto& frame = *new PanelFrame(stack, {QString(), texts::newFolderTitle(), where});
   frame_ = &frame;
   constexpr int kFieldHeight = 32;
   name_->setMinimumHeight(kFieldHeight);
@@ -56,7 +56,7 @@ void NewFolderPanel::create() {
 }
 
 void NewFolderPanel::say(const QString& sentence) {
-  sentence_->setText(breakable(sentence));
+  showBreakable(*sentence_, sentence);
   sentence_->setVisible(!sentence.isEmpty());
   if (PanelFrame* const frame = frame_) stack_.placeAgain(*frame);
   if (sentence.isEmpty()) return;

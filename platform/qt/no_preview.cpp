@@ -25,7 +25,7 @@ class UnshownMovie final : public ShownMovie {
   QSize shape() const override { return {}; }
   QImage picture(QSize) override { return {}; }
   QString remark() const override {
-    return QStringLiteral("No preview in this build. You can save the film and open it in any player.");
+    return QStringLiteral("No preview in this build. You can save the film and open it in a player.");
   }
   bool isPlaying() const override { return false; }
 

@@ -31,8 +31,9 @@ class AccessiblePanel final : public QAccessibleWidget {
     return all;
   }
   QString text(QAccessible::Text kind) const override {
-    if (kind == QAccessible::Name) return panel_.title().trimmed().isEmpty() ? panel_.message().text() : panel_.title();
-    if (kind == QAccessible::Description) return panel_.message().text();
+    const QString message = withoutBreaks(panel_.message().text());
+    if (kind == QAccessible::Name) return panel_.title().trimmed().isEmpty() ? message : panel_.title();
+    if (kind == QAccessible::Description) return message;
     return QAccessibleWidget::text(kind);
   }
 
@@ -69,13 +70,15 @@ PanelFrame::PanelFrame(PanelStack& stack, const PanelText& text)
   auto* const head = new QHBoxLayout;
   head->setSpacing(kMargin - kGap / 2);
   if (!text.picture.isEmpty()) {
-    head->addWidget(new PictureWidget(stack.pictures(), plain(text.picture), QSize(kPictureSize, kPictureSize)), 0,
-                    Qt::AlignTop);
+    picture_ = new PictureWidget(stack.pictures(), plain(text.picture), QSize(kPictureSize, kPictureSize));
+    head->addWidget(picture_, 0, Qt::AlignTop);
   }
   content_ = new QVBoxLayout;
   content_->setSpacing(kGap);
-  content_->addWidget(textLabel(text.title, textFont(kTitlePixels, QFont::DemiBold)));
+  titleLabel_ = textLabel(text.title, textFont(kTitlePixels, QFont::DemiBold));
+  content_->addWidget(titleLabel_);
   message_ = textLabel(text.message, textFont(kTextPixels));
+  showBreakable(*message_, text.message);
   content_->addWidget(message_);
   content_->addStretch(1);
   head->addLayout(content_, 1);
@@ -105,10 +108,38 @@ QtButton& PanelFrame::addButton(const QString& title, Role role) {
   auto* const button = new QtButton(stack_.queue(), stack_.pictures(), title, QtButton::Look::push, this);
   buttonRow_->addWidget(button);
   buttons_.push_back(button);
-  if (role == Role::byDefault || role == Role::defaultAndCancels) defaultButton_ = button;
+  const bool isDefault = role == Role::byDefault || role == Role::defaultAndCancels;
+  if (isDefault) defaultButton_ = button;
+  button->setOutlined(!isDefault);  // one filled button shows the way
   if (role == Role::cancels || role == Role::defaultAndCancels) cancelButton_ = button;
   stack_.buttonMade(button->hosted());
   return *button;
+}
+
+void PanelFrame::setHead(const QString& picture, const QString& title) {
+  titleText_ = title;
+  titleLabel_->setText(title);
+  titleLabel_->setVisible(!title.trimmed().isEmpty());
+  if (picture_ != nullptr) picture_->setName(plain(picture));
+  column_->activate();  // what the labels say now counts at once
+  stack_.placeAgain(*this);
+}
+
+QString PanelFrame::pictureName() const { return picture_ == nullptr ? QString() : shown(picture_->name()); }
+
+QString PanelFrame::helpTopic() const {
+  // A head that has changed tells of something else.
+  if (!helpTopic_.isEmpty() && titleText_ == topicTitle_) return helpTopic_;
+  const QString said = titleText_.trimmed().isEmpty() ? withoutBreaks(message_->text()) : titleText_;
+  QString topic;
+  for (const QChar one : said.toLower()) {
+    if (one.isLetterOrNumber()) {
+      topic += one;
+    } else if (!topic.isEmpty() && !topic.endsWith(QLatin1Char('-'))) {
+      topic += QLatin1Char('-');
+    }
+  }
+  return topic.endsWith(QLatin1Char('-')) ? topic.chopped(1) : topic;
 }
 
 void PanelFrame::addContent(QWidget* widget) { content_->insertWidget(content_->count() - 1, widget); }

@@ -21,6 +21,7 @@
 namespace zelvo::platform::qt {
 
 class PanelStack;
+class PictureWidget;
 
 /// What every panel says.
 struct PanelText {
@@ -42,16 +43,28 @@ class PanelFrame final : public QWidget, public Window {
   enum class Role { plain, byDefault, cancels, defaultAndCancels };
   /// Adds a button to the row, from left to right. Enter presses the default button, Esc the one that cancels.
   QtButton& addButton(const QString& title, Role role = Role::plain);
+  /// Says something else at its top. `picture` is the name of one; a panel made without a picture gets none.
+  void setHead(const QString& picture, const QString& title);
   /// Between the text and the buttons.
   void addContent(QWidget* widget);
   /// Makes the panel as large as `size`, or as the window where that is smaller. `content`, which was added, gets what
   /// the rest leaves.
   void setRoom(const QSize& size, QWidget& content);
+  /// Sheets that begin while it is shown lie below it: for a question that somebody waits for.
+  void setStaysOnTop() { staysOnTop_ = true; }
+  [[nodiscard]] bool staysOnTop() const { return staysOnTop_; }
+  /// The place of the help page that tells about this panel. By default it is made of what the panel says.
+  void setHelpTopic(const QString& topic) {
+    helpTopic_ = topic;
+    topicTitle_ = titleText_;
+  }
+  [[nodiscard]] QString helpTopic() const;
   /// The focus goes to `widget` first, rather than to a button.
   void setFirstFocus(QWidget& widget) { firstFocus_ = &widget; }
 
   [[nodiscard]] QLabel& message() const { return *message_; }
   [[nodiscard]] QString title() const { return titleText_; }
+  [[nodiscard]] QString pictureName() const;
   [[nodiscard]] std::vector<ViewHost*> buttonHosts() const;
   /// Where the focus goes when the panel is shown; the panel itself when nothing in it takes the keyboard.
   [[nodiscard]] QWidget& firstFocus();
@@ -71,6 +84,8 @@ class PanelFrame final : public QWidget, public Window {
  private:
   PanelStack& stack_;
   QString titleText_;
+  QLabel* titleLabel_;
+  PictureWidget* picture_ = nullptr;
   QVBoxLayout* column_;
   QVBoxLayout* content_;
   QHBoxLayout* buttonRow_;
@@ -79,6 +94,9 @@ class PanelFrame final : public QWidget, public Window {
   QtButton* defaultButton_ = nullptr;
   QtButton* cancelButton_ = nullptr;
   QWidget* firstFocus_ = nullptr;
+  QString helpTopic_;
+  QString topicTitle_;  ///< the title that it belongs to
+  bool staysOnTop_ = false;
   QSize room_;
   std::unique_ptr<HostedWidget> overlay_;
 };

@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "platform/qt/appearance.h"
@@ -96,20 +97,34 @@ bool PanelStack::isShown(const PanelFrame& panel) const {
 PanelFrame* PanelStack::top() const { return entries_.empty() ? nullptr : entries_.back().panel; }
 
 void PanelStack::place(PanelFrame& panel) {
-  const QSize size = panel.wantedSize(content_.size());
+  QSize size = panel.wantedSize(content_.size());
+  // What lies below would stick out from behind a panel of the same kind that is lower.
+  for (const Entry& below : entries_) {
+    if (below.panel == &panel) break;
+    const QSize covered = below.panel->wantedSize(content_.size());
+    if (covered.width() == size.width()) size = size.expandedTo(covered);
+  }
   const int x = (content_.width() - size.width()) / 2;
   const int y = static_cast<int>((content_.height() - size.height()) * kAbove);
   panel.setGeometry(QRect(QPoint(x, y), size));
 }
 
-void PanelStack::begin(PanelFrame& panel) {
+void PanelStack::begin(PanelFrame& panel, Place where) {
   if (isShown(panel)) {
     bringToFront(panel);
     return;
   }
+  auto at = entries_.end();
+  while (where == Place::belowQuestions && at != entries_.begin() && std::prev(at)->panel->staysOnTop()) --at;
+  const bool isTopmost = at == entries_.end();
   Entry entry;
   entry.panel = &panel;
-  entry.focusBefore = content_.window()->focusWidget();
+  // Who waits for an answer above gives the keyboard to this panel then.
+  if (isTopmost) {
+    entry.focusBefore = content_.window()->focusWidget();
+  } else {
+    std::swap(entry.focusBefore, at->focusBefore);
+  }
   entry.backdrop = std::make_unique<Backdrop>(&content_, entries_.empty());
   entry.overlay = std::make_unique<OverlayWidget>(&content_);
   entry.backdrop->setGeometry(content_.rect());
@@ -118,18 +133,24 @@ void PanelStack::begin(PanelFrame& panel) {
     controls_->panelBegins(entry.overlay->host(), asRect(content_.rect()), panel.buttonHosts());
   }
   entry.overlay->setFocusPolicy(Qt::NoFocus);  // the keyboard stays with the panel
-  for (QWidget* one : {static_cast<QWidget*>(entry.backdrop.get()), static_cast<QWidget*>(entry.overlay.get()),
-                       static_cast<QWidget*>(&panel)}) {
-    one->show();
-    one->raise();
+  for (auto one = entries_.insert(at, std::move(entry)); one != entries_.end(); ++one) {
+    for (QWidget* part : {static_cast<QWidget*>(one->backdrop.get()), static_cast<QWidget*>(one->overlay.get()),
+                          static_cast<QWidget*>(one->panel)}) {
+      part->show();
+      part->raise();
+    }
   }
-  entries_.push_back(std::move(entry));
   place(panel);
-  panel.firstFocus().setFocus(Qt::PopupFocusReason);
-  QAccessibleEvent opened(&panel, QAccessible::DialogStart);
-  QAccessible::updateAccessibility(&opened);
+  if (isTopmost) panel.firstFocus().setFocus(Qt::PopupFocusReason);
+  tellOfTop();
   if (beginObserver_) beginObserver_(panel);
   if (observer_) observer_();
+}
+
+void PanelStack::tellOfTop() {
+  if (entries_.empty() || std::exchange(entries_.back().isTold, true)) return;
+  QAccessibleEvent opened(top(), QAccessible::DialogStart);
+  QAccessible::updateAccessibility(&opened);
 }
 
 void PanelStack::end(PanelFrame& panel) {
@@ -147,6 +168,7 @@ void PanelStack::end(PanelFrame& panel) {
   panel.keepOverlay(std::move(ended.overlay));
   QAccessibleEvent closed(&panel, QAccessible::DialogEnd);
   QAccessible::updateAccessibility(&closed);
+  tellOfTop();
   if (observer_) observer_();
 }
 
@@ -200,7 +222,7 @@ void QtSheets::beginSheet(Window& sheet, Window&, std::function<bool()> stillWan
   auto* const panel = dynamic_cast<PanelFrame*>(&sheet);
   if (panel == nullptr) return;
   queue_.perform([this, panel, wanted = std::move(stillWanted)] {
-    if (!wanted || wanted()) stack_.begin(*panel);
+    if (!wanted || wanted()) stack_.begin(*panel, PanelStack::Place::belowQuestions);
   });
 }
 

@@ -30,8 +30,9 @@ class PanelStack final : public QObject {
   /// Who decides about what is self-drawn. Told at once of the buttons that were made before.
   void setControls(PanelControls* controls);
 
-  /// Shows `panel` above everything. One that is shown already stays where it is.
-  void begin(PanelFrame& panel);
+  enum class Place { onTop, belowQuestions };
+  /// Shows `panel` above everything, or below the panels that stay on top. One that is shown already stays where it is.
+  void begin(PanelFrame& panel, Place where = Place::onTop);
   /// Gives the input back to what lies below; the panel stays visible until `orderOut`. Ending one that is not shown
   /// does nothing.
   void end(PanelFrame& panel);
@@ -65,10 +66,12 @@ class PanelStack final : public QObject {
     std::unique_ptr<Backdrop> backdrop;
     std::unique_ptr<HostedWidget> overlay;
     QPointer<QWidget> focusBefore;
+    bool isTold = false;  ///< a screen reader knows of it
   };
 
   bool eventFilter(QObject* watched, QEvent* event) override;
   void place(PanelFrame& panel);
+  void tellOfTop();
   void giveFocusBack(const Entry& ended, std::size_t position);
 
   QWidget& content_;

@@ -10,6 +10,13 @@ namespace zelvo::platform::qt::texts {
 
 inline QString cancel() { return QStringLiteral("Cancel"); }
 
+// ---- The help inside the window ----
+inline QString closeHelp() { return QStringLiteral("Close the help"); }
+inline QString noBrowser() { return QStringLiteral("No web browser could be started, so the page is shown here."); }
+inline QString addressIs(const QString& address) {
+  return QStringLiteral("This page is not on this computer. Its address is:\n\n") + address;
+}
+
 // ---- Choosers ----
 inline QString chooseFileTitle() { return QStringLiteral("Choose a film"); }
 inline QString chooseFolderTitle() { return QStringLiteral("Choose a folder"); }
@@ -60,6 +67,10 @@ inline QString wrongExtension(const QStringList& extensions) {
   return QStringLiteral("Only files whose names end in ") + list + QStringLiteral(" can be chosen.");
 }
 inline QString noOrdinaryFile() { return QStringLiteral("That is not an ordinary file. Please choose another."); }
+inline QString doesNotAnswer() {
+  return QStringLiteral(
+      "The disk or server does not answer. Please try again when it is back, or choose another place.");
+}
 inline QString unreadableFile() {
   return QStringLiteral("You may not read that file. Please choose another, or ask its owner.");
 }

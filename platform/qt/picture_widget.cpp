@@ -10,9 +10,14 @@ PictureWidget::PictureWidget(Pictures& pictures, std::string name, const QSize& 
   setFixedSize(size);
 }
 
+void PictureWidget::setName(std::string name) {
+  name_ = std::move(name);
+  update();
+}
+
 void PictureWidget::paintEvent(QPaintEvent*) {
   QPainter painter(this);
-  pictures_.draw(painter, name_, QRectF(rect()));
+  if (!name_.empty()) pictures_.draw(painter, name_, QRectF(rect()));
 }
 
 }  // namespace zelvo::platform::qt

@@ -12,6 +12,9 @@ namespace zelvo::platform::qt {
 class PictureWidget final : public QWidget {
  public:
   PictureWidget(Pictures& pictures, std::string name, const QSize& size);
+  /// Shows another picture; none when `name` is empty.
+  void setName(std::string name);
+  [[nodiscard]] const std::string& name() const { return name_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -1,6 +1,8 @@
 #include "platform/qt/pictures.h"
 
 #include <QFile>
+#include <QIcon>
+#include <QPixmap>
 #include <QSvgRenderer>
 #include <utility>
 
@@ -50,6 +52,20 @@ Size Pictures::size(std::string_view name) {
   const auto picture = renderer(name);
   if (!picture) return {};
   return {picture->viewBoxF().width(), picture->viewBoxF().height()};
+}
+
+QIcon Pictures::icon(std::string_view name) {
+  QIcon all;
+  if (renderer(name) == nullptr) return all;
+  for (const int pixels : {16, 24, 32, 48, 64, 128, 256}) {
+    QPixmap one(pixels, pixels);
+    one.fill(Qt::transparent);
+    QPainter painter(&one);
+    draw(painter, name, QRectF(one.rect()));
+    painter.end();
+    all.addPixmap(one);
+  }
+  return all;
 }
 
 std::unique_ptr<QtImage> Pictures::image(std::string_view name) {

@@ -11,6 +11,7 @@
 
 #include "platform/canvas.h"
 
+class QIcon;
 class QSvgRenderer;
 
 namespace zelvo::platform::qt {
@@ -41,6 +42,8 @@ class Pictures {
   void draw(QPainter& painter, std::string_view name, const QRectF& into);
   /// The size at which the picture was drawn; empty when there is none.
   [[nodiscard]] Size size(std::string_view name);
+  /// The picture at the sizes that desktops show a program's sign in; null when there is none.
+  [[nodiscard]] QIcon icon(std::string_view name);
   /// A picture for a control that draws it itself; null when there is none.
   [[nodiscard]] std::unique_ptr<QtImage> image(std::string_view name);
 

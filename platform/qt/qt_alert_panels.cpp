@@ -45,7 +45,7 @@ int QtAlertPanels::runAlertPanel(const AlertPanel& alert) {
   if (application_.terminated()) return dismissed;
   const std::vector<Choice> choices = choicesOf(alert);
   const QString picture = choices.size() > 1 ? QStringLiteral("sheet-question") : QStringLiteral("sheet-warning");
-  PanelFrame panel(stack_, {picture, textOf(alert.title), breakable(textOf(alert.message))});
+  PanelFrame panel(stack_, {picture, textOf(alert.title), textOf(alert.message)});
   QEventLoop loop;
   int answer = dismissed;
   for (const Choice& choice : choices) {

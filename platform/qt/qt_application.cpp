@@ -4,7 +4,10 @@
 #include <unistd.h>
 
 #include <QApplication>
+#include <QCursor>
 #include <QDeadlineTimer>
+#include <QEvent>
+#include <QScreen>
 #include <QSessionManager>
 #include <QSocketNotifier>
 #include <array>
@@ -41,6 +44,36 @@ void handleEndingSignals(void (*handler)(int)) {
     // Whoever started the program with one of them ignored is not overruled.
     if (sigaction(number, nullptr, &before) == 0 && before.sa_handler == SIG_IGN) continue;
     sigaction(number, &action, nullptr);
+  }
+}
+
+/// What a person does. Moves of the pointer are none of it: buttons know by them where it is.
+bool isOfAPerson(QEvent::Type kind) {
+  switch (kind) {
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::ContextMenu:
+    case QEvent::Wheel:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TouchEnd:
+    case QEvent::TouchCancel:
+    case QEvent::TabletPress:
+    case QEvent::TabletRelease:
+    case QEvent::InputMethod:
+    case QEvent::NativeGesture:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+    case QEvent::Close:
+      return true;
+    default:
+      return false;
   }
 }
 
@@ -103,6 +136,7 @@ void QtApplication::setDelegate(Window& window, WindowDelegate* delegate) {
 
 void QtApplication::showMainWindow() {
   constexpr int kLongestWaitMilliseconds = 3000;  // a display that never paints does not keep the program
+  window_.fitInto(window_.screen()->availableGeometry().size());
   window_.show();
   const QDeadlineTimer deadline(kLongestWaitMilliseconds);
   while (!window_.wasPainted() && !deadline.hasExpired()) {
@@ -144,6 +178,40 @@ void QtApplication::deliverRedraws() {
   nextDelivery_ = std::chrono::steady_clock::now() + kInterval;
   // What came meanwhile was not for now.
   arrival_.wake();
+}
+
+void QtApplication::closeInput() {
+  if (std::exchange(inputIsClosed_, true)) return;
+  window_.setAnswering(false);
+  qApp->installEventFilter(this);
+}
+
+void QtApplication::openInput() {
+  if (!inputIsClosed_) return;
+  // What the display was told before this question has reached the program by the answer; a thread of the toolkit may
+  // still have it in its hands.
+  static_cast<void>(QCursor::pos());
+  constexpr int kOnItsWayMilliseconds = 50;
+  bool isOver = false;
+  QTimer end;
+  end.setSingleShot(true);
+  connect(&end, &QTimer::timeout, this, [&isOver] { isOver = true; });
+  end.start(kOnItsWayMilliseconds);
+  const bool before = std::exchange(deliversRedrawsOnly_, true);
+  while (!isOver) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers | QEventLoop::WaitForMoreEvents);
+  }
+  deliversRedrawsOnly_ = before;
+  qApp->removeEventFilter(this);
+  inputIsClosed_ = false;
+  window_.setAnswering(true);
+  arrival_.wake();  // what came meanwhile was not for now
+}
+
+bool QtApplication::eventFilter(QObject*, QEvent* event) {
+  if (!isOfAPerson(event->type())) return false;
+  event->ignore();  // a window that is asked to close stays, a drop is refused
+  return true;
 }
 
 void QtApplication::setTerminationHandler(std::function<void()> handler) { terminationHandler_ = std::move(handler); }

@@ -44,6 +44,8 @@ class QtApplication final : public QObject, public Application {
   void terminate() override;
   void drainMainQueue() override;
   void deliverRedraws() override;
+  void closeInput() override;
+  void openInput() override;
   void setTerminationHandler(std::function<void()> handler) override;
   [[nodiscard]] bool terminationRequested() const override;
 
@@ -54,6 +56,8 @@ class QtApplication final : public QObject, public Application {
   [[nodiscard]] bool terminated() const { return terminated_; }
 
  private:
+  /// Takes what a person does while the input is closed.
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void serve();
   void requestTermination();
 
@@ -67,6 +71,7 @@ class QtApplication final : public QObject, public Application {
   LoopWaker signal_;
   std::chrono::steady_clock::time_point nextDelivery_;
   bool deliversRedrawsOnly_ = false;
+  bool inputIsClosed_ = false;
   bool terminated_ = false;
 };
 

@@ -19,7 +19,16 @@ constexpr int kPushLeastWidth = 112;
 constexpr int kPushMargin = 20;
 constexpr int kPictureTitlePixels = 16;
 constexpr double kFrameWidth = 1.0;
+constexpr double kHoverFrameWidth = 3.0;
 constexpr double kFocusWidth = 2.0;
+
+/// Not in a panel, which keeps the keyboard inside by itself.
+bool isOnAPage(const QWidget& widget) {
+  for (const QWidget* above = widget.parentWidget(); above != nullptr; above = above->parentWidget()) {
+    if (dynamic_cast<const Window*>(above) != nullptr) return above->isWindow();
+  }
+  return true;
+}
 
 }  // namespace
 
@@ -29,7 +38,7 @@ QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, L
       pictures_(pictures),
       look_(look),
       title_(title),
-      enabled_(queue, true, [this](const bool& enabled) { QPushButton::setEnabled(enabled); }),
+      enabled_(queue, true, [this](const bool& enabled) { showEnabled(enabled); }),
       host_(new QtViewHost(*this, [this](QPainter& painter) { paintBase(painter); })) {
   setAutoDefault(true);
   setFocusPolicy(Qt::StrongFocus);
@@ -40,6 +49,12 @@ QtButton::QtButton(MainQueue& queue, Pictures& pictures, const QString& title, L
 }
 
 void QtButton::setEnabled(bool enabled) { enabled_.set(enabled); }
+
+void QtButton::showEnabled(bool enabled) {
+  // The toolkit would hand the keyboard on to the next button, and after the last to the first, which is Home.
+  if (!enabled && window()->focusWidget() == this && isOnAPage(*this)) clearFocus();
+  QPushButton::setEnabled(enabled);
+}
 
 void QtButton::setHidden(bool hidden) {
   queue_.perform([this, hidden] { QPushButton::setHidden(hidden); });
@@ -87,6 +102,17 @@ void QtButton::setEnabledObserver(std::function<void(bool enabled)> observer) {
   if (enabledObserver_) enabledObserver_(isEnabled());
 }
 
+void QtButton::setTitle(const QString& title) {
+  title_ = title;
+  setText(title);
+  updateGeometry();
+}
+
+void QtButton::setOutlined(bool outlined) {
+  isOutlined_ = outlined;
+  update();
+}
+
 void QtButton::setTwoState(const QString& otherTitle) {
   // Not checkable: its title says what comes next, and to a screen reader a checked box of that name would be a riddle.
   isTwoState_ = true;
@@ -115,6 +141,12 @@ QSize QtButton::sizeHint() const {
   return {std::max(kPushLeastWidth, width + 2 * kPushMargin), kPushHeight};
 }
 
+bool QtButton::event(QEvent* event) {
+  // A framed button lights up under the pointer, as the self-drawn ones do.
+  if (look_ == Look::push && (event->type() == QEvent::Enter || event->type() == QEvent::Leave)) update();
+  return QPushButton::event(event);
+}
+
 void QtButton::changeEvent(QEvent* event) {
   QPushButton::changeEvent(event);
   if (event->type() == QEvent::EnabledChange && enabledObserver_) enabledObserver_(isEnabled());
@@ -129,7 +161,11 @@ void QtButton::focusInEvent(QFocusEvent* event) {
 
 void QtButton::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
-  host_->paint(painter, event->rect());
+  if (isOutlined_) {
+    paintBase(painter);
+  } else {
+    host_->paint(painter, event->rect());
+  }
   if (hasFocus() && showsFocus_) paintFocus(painter);
 }
 
@@ -158,7 +194,11 @@ void QtButton::paintPush(QPainter& painter) const {
   const bool isPressed = isDown() && highlightsBy_ != kHighlightNone;
   painter.save();
   painter.fillRect(rect(), isPressed ? line(palette()) : surface(palette()));
-  strokeFrame(painter, kFrameWidth, line(palette()));
+  if (isEnabled() && underMouse()) {
+    strokeFrame(painter, kHoverFrameWidth, hoverFrame(palette()));
+  } else {
+    strokeFrame(painter, kFrameWidth, isEnabled() ? accent(palette()) : line(palette()));
+  }
   painter.setFont(font());
   painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::ButtonText));
   const bool isTruncated = titleStyle_.lineBreakMode == LineBreakMode::truncatingTail;

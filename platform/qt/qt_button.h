@@ -37,6 +37,12 @@ class QtButton final : public QPushButton, public BaseButton {
   void setHighlightsBy(std::uint32_t mask) override { highlightsBy_ = mask; }
   void setEnabledObserver(std::function<void(bool enabled)> observer) override;
 
+  /// Shows and tells another title.
+  void setTitle(const QString& title);
+  /// True: a frame, whatever the button carries. For what is not the next step.
+  void setOutlined(bool outlined);
+  [[nodiscard]] bool isOutlined() const { return isOutlined_; }
+
   /// Each press changes the state, and `otherTitle` stands in the place of the title while it is on. Not a checkable
   /// button of the toolkit's: a screen reader would toggle one without pressing it.
   void setTwoState(const QString& otherTitle);
@@ -53,6 +59,7 @@ class QtButton final : public QPushButton, public BaseButton {
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  bool event(QEvent* event) override;
   void changeEvent(QEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void nextCheckState() override;
@@ -67,6 +74,7 @@ class QtButton final : public QPushButton, public BaseButton {
   /// A frame on the outermost `width` points.
   void strokeFrame(QPainter& painter, double width, const QColor& colour) const;
   void showState(State state);
+  void showEnabled(bool enabled);
   void pressed();
 
   MainQueue& queue_;
@@ -78,6 +86,7 @@ class QtButton final : public QPushButton, public BaseButton {
   std::atomic<State> state_{State::off};
   PostedValue<bool> enabled_;  ///< a repair disables its stop button ten times per 1024 bytes
   std::uint32_t highlightsBy_ = 1;
+  bool isOutlined_ = false;
   bool isTwoState_ = false;
   bool showsTitle_ = false;
   bool showsFocus_ = false;

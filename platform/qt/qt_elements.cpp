@@ -90,6 +90,7 @@ void QtTextField::show(const QString& text) {
     elided->setWholeText(shaped);
   } else {
     label_.setText(shaped);
+    if (const QString told = withoutBreaks(shaped); told != shaped) label_.setAccessibleName(told);
   }
   if (observer_) observer_(text);
 }
@@ -104,6 +105,8 @@ QSize FlatProgressBar::sizeHint() const { return {kBarHintWidth, kBarHintHeight}
 
 QSize FlatProgressBar::minimumSizeHint() const { return {kBarHintWidth / 2, kBarHintHeight}; }
 
+int FlatProgressBar::percent() const { return value() * 100 / kSteps; }
+
 void FlatProgressBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const QRect bar(0, (height() - kBarHeight) / 2, std::max(0, width() - kPercentWidth), kBarHeight);
@@ -113,7 +116,7 @@ void FlatProgressBar::paintEvent(QPaintEvent*) {
   painter.setFont(textFont(kSmallPixels));
   painter.setPen(palette().color(QPalette::WindowText));
   painter.drawText(QRect(width() - kPercentWidth, 0, kPercentWidth, height()), Qt::AlignRight | Qt::AlignVCenter,
-                   QStringLiteral("%1 %").arg(static_cast<int>(std::floor(part * 100))));
+                   QStringLiteral("%1 %").arg(percent()));
 }
 
 QtProgressBar::QtProgressBar(MainQueue& queue, FlatProgressBar& bar) : queue_(queue), bar_(bar) {}
@@ -128,7 +131,11 @@ void QtProgressBar::setDoubleValue(double percent) {
 void QtTabView::moveTo(const std::function<int(int page)>& next) {
   queue_.perform([this, next] {
     const int page = next(pages_.currentIndex());
-    if (page >= 0 && page < pages_.count()) pages_.setCurrentIndex(page);
+    if (page < 0 || page >= pages_.count() || page == pages_.currentIndex()) return;
+    // A page that goes would hand the keyboard on, to the first button of the next, before the window says where to.
+    QWidget* const focused = pages_.window()->focusWidget();
+    if (focused != nullptr && pages_.currentWidget()->isAncestorOf(focused)) focused->clearFocus();
+    pages_.setCurrentIndex(page);
   });
 }
 

@@ -67,6 +67,8 @@ class FlatProgressBar final : public QProgressBar {
   explicit FlatProgressBar(QWidget* parent = nullptr);
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
+  /// The per cent that stands behind the bar, rounded down.
+  [[nodiscard]] int percent() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;

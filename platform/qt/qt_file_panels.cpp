@@ -6,8 +6,8 @@
 
 namespace zelvo::platform::qt {
 
-QtPanels::QtPanels(PanelStack& stack, AlertPanels& alerts)
-    : memory_(std::make_shared<FilePanelMemory>(FilePanelMemory{.stack = stack, .alerts = alerts})) {}
+QtPanels::QtPanels(PanelStack& stack, AlertPanels& alerts, PathProbe* probe)
+    : memory_(std::make_shared<FilePanelMemory>(FilePanelMemory{.stack = stack, .alerts = alerts, .probe = probe})) {}
 
 QtPanels::~QtPanels() {
   // Panels that are still up go now, while the window is there; they and what they share hold each other.

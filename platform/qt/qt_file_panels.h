@@ -37,6 +37,9 @@ class QtOpenPanel final : public OpenPanel, public std::enable_shared_from_this<
   void accept();
   void acceptNothingTyped();
   void take(const std::string& path);
+  /// Takes a path that does not answer, when its name is one that can be chosen.
+  void takeUnseen(const std::string& path);
+  void takeIn(const std::string& path, const std::string& folder);
   void enterInstead(const std::string& folder);
   /// Why the file cannot be chosen; empty when it can.
   [[nodiscard]] QString objection(const std::string& path) const;
@@ -58,6 +61,7 @@ class QtSavePanel final : public SavePanel, public std::enable_shared_from_this<
   [[nodiscard]] std::optional<std::string> filename() const override { return filename_; }
   void setPrompt(std::string_view text) override { prompt_ = text; }
   void setCanCreateDirectories(bool can) override { canCreateDirectories_ = can; }
+  void setSavedFile(std::string_view behindFolder) override { savedFile_ = behindFolder; }
   void setNameJudge(std::function<NameVerdict(const std::string& path)> judge) override { judge_ = std::move(judge); }
   void beginSheet(const std::optional<std::string>& directory, std::string_view name, Window& over,
                   std::function<void(int answer)> completion) override;
@@ -75,6 +79,7 @@ class QtSavePanel final : public SavePanel, public std::enable_shared_from_this<
 
   ShownFilePanel shown_;
   bool canCreateDirectories_ = false;
+  std::string savedFile_;
   std::string prompt_;
   std::function<NameVerdict(const std::string& path)> judge_;
   std::optional<std::string> filename_;
@@ -82,8 +87,9 @@ class QtSavePanel final : public SavePanel, public std::enable_shared_from_this<
 
 class QtPanels final : public Panels {
  public:
-  /// `alerts` asks what a save panel must ask.
-  QtPanels(PanelStack& stack, AlertPanels& alerts);
+  /// `alerts` asks what a save panel must ask. With a `probe`, no panel looks at a path that does not answer: it is taken
+  /// as it is, and whoever gets it must ask in turn.
+  QtPanels(PanelStack& stack, AlertPanels& alerts, PathProbe* probe = nullptr);
   ~QtPanels() override;
 
   [[nodiscard]] std::shared_ptr<OpenPanel> openPanel() override;

@@ -13,11 +13,12 @@ namespace zelvo::platform::qt {
 namespace {
 
 QString cannotBeShown() {
-  return QStringLiteral("This film cannot be shown here. You can save it and open it in any player.");
+  return QStringLiteral(
+      "The preview cannot open this film. You can save it, but another player may not open it either.");
 }
 QString onlySound() {
   return QStringLiteral(
-      "The picture of this film cannot be shown here, only its sound be heard. You can save it and open it in any "
+      "The picture of this film cannot be shown here, only its sound be heard. You can save it and try another "
       "player.");
 }
 QString isNotThere() { return QStringLiteral("The film is not there any more."); }

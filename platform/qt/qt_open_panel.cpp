@@ -45,7 +45,8 @@ void QtOpenPanel::beginSheetModalForWindow(Window&, std::function<void(int answe
   });
   browser.setFolderChanged([this] { shown_.chooser().nameField().clear(); });
   const std::string last = shown_.memory().lastFolder.value_or("");
-  browser.enter(!last.empty() && isFolder(last) ? last : videosOrHome());
+  const bool canBeEntered = !last.empty() && shown_.memory().answers(last) && isFolder(last);
+  browser.enter(canBeEntered ? last : videosOrHome());
   shown_.show();
 }
 
@@ -53,6 +54,7 @@ void QtOpenPanel::accept() {
   FileChooser& chooser = shown_.chooser();
   const std::string path = chooser.typedPath();
   if (path.empty()) return acceptNothingTyped();
+  if (!shown_.memory().answers(path)) return takeUnseen(path);
   if (isFolder(path)) return canChooseDirectories_ ? take(path) : enterInstead(path);
   if (const QString why = objection(path); !why.isEmpty()) return chooser.say(why);
   take(path);
@@ -87,10 +89,17 @@ QString QtOpenPanel::objection(const std::string& path) const {
   return ::faccessat(AT_FDCWD, path.c_str(), R_OK, AT_EACCESS) == 0 ? QString() : texts::unreadableFile();
 }
 
-void QtOpenPanel::take(const std::string& path) {
+void QtOpenPanel::takeUnseen(const std::string& path) {
+  if (!canChooseFiles_ || !hasAllowedFileType(path, extensions_)) return shown_.chooser().say(texts::doesNotAnswer());
+  takeIn(path, folderOf(path));
+}
+
+void QtOpenPanel::take(const std::string& path) { takeIn(path, isFolder(path) ? path : folderOf(path)); }
+
+void QtOpenPanel::takeIn(const std::string& path, const std::string& folder) {
   FilePanelMemory& memory = shown_.memory();
   filename_ = path;
-  memory.lastFolder = isFolder(path) ? path : folderOf(path);
+  memory.lastFolder = folder;
   if (canChooseFiles_) memory.inputFolder = memory.lastFolder;
   shown_.finish(kPanelOk);
 }

@@ -51,7 +51,8 @@ void QtSavePanel::beginSheet(const std::optional<std::string>& directory, std::s
   });
   QObject::connect(&chooser.nameField(), &QLineEdit::textChanged, &chooser, [this] { showWhere(); });
   const std::string wanted = directory ? *directory : shown_.memory().inputFolder.value_or("");
-  browser.enter(kindOf(wanted) == Kind::folder ? wanted : videosOrHome());
+  const bool canBeEntered = shown_.memory().answers(wanted) && kindOf(wanted) == Kind::folder;
+  browser.enter(canBeEntered ? wanted : videosOrHome());
   chooser.nameField().setText(shown(name));
   chooser.nameField().selectAll();
   shown_.show();
@@ -65,7 +66,7 @@ std::string QtSavePanel::wantedPath() const {
 
 void QtSavePanel::showWhere() {
   const std::string path = wantedPath();
-  shown_.chooser().setNote(path.empty() ? QString() : texts::savesTo(shownPath(path)));
+  shown_.chooser().setNote(path.empty() ? QString() : texts::savesTo(shownPath(path + savedFile_)));
 }
 
 QString QtSavePanel::objection(const std::string& path) {
@@ -84,6 +85,10 @@ QString QtSavePanel::objection(const std::string& path) {
 void QtSavePanel::accept() {
   const std::shared_ptr<QtSavePanel> self = shared_from_this();  // a question may outlast whoever holds the panel
   const std::string path = wantedPath();
+  if (!shown_.memory().answers(path)) {
+    filename_ = path;
+    return shown_.finish(kPanelOk);
+  }
   if (const QString why = objection(path); !why.isEmpty()) return shown_.chooser().say(why);
   const NameVerdict verdict = judge_ ? judge_(path) : NameVerdict{};
   if (verdict.kind == NameVerdict::Kind::refused) return shown_.chooser().say(shown(verdict.why));

@@ -16,7 +16,7 @@ bool QtWaitPanels::runWaitPanel(const WaitPanel& notice) {
   if (isFinished()) return true;
   if (application_.terminated()) return false;
 
-  PanelFrame panel(stack_, {QStringLiteral("sheet-info"), shown(notice.title), breakable(shown(notice.message))});
+  PanelFrame panel(stack_, {QStringLiteral("sheet-info"), shown(notice.title), shown(notice.message)});
   auto* const bar = new FlatProgressBar;
   bar->setAccessibleName(shown(notice.title));
   panel.addContent(bar);

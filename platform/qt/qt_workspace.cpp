@@ -11,7 +11,14 @@ namespace zelvo::platform::qt {
 
 bool QtWorkspace::openURL(const std::string& url) {
   const QUrl address = QUrl::fromEncoded(QByteArray::fromStdString(url), QUrl::StrictMode);
-  return address.isValid() && QDesktopServices::openUrl(address);
+  const auto tell = [this, address] {
+    if (unopened_) unopened_(address);
+  };
+  if (!address.isValid()) return false;
+  if (addresses_.open(url, tell) || QDesktopServices::openUrl(address)) return true;
+  // Not within the call: whoever asked is still at it.
+  QMetaObject::invokeMethod(&addresses_, tell, Qt::QueuedConnection);
+  return false;
 }
 
 bool QtWorkspace::openFile(const std::string& path, std::string_view application) {

@@ -3,9 +3,12 @@
 /// Thread: main.
 #pragma once
 
+#include <QUrl>
+#include <functional>
 #include <string>
 
 #include "platform/launcher.h"
+#include "platform/qt/address_opener.h"
 #include "platform/workspace.h"
 
 class QWidget;
@@ -15,8 +18,16 @@ namespace zelvo::platform::qt {
 class QtWorkspace final : public Workspace {
  public:
   /// `applications` is the folder that the names of `openFile` are looked for in; `identifier` is this program's.
-  QtWorkspace(QWidget& window, FileOpener& opener, std::string applications, std::string identifier)
-      : window_(window), opener_(opener), applications_(std::move(applications)), identifier_(std::move(identifier)) {}
+  QtWorkspace(QWidget& window, FileOpener& opener, std::string applications, std::string identifier,
+              std::string browserStarter = "xdg-open")
+      : window_(window),
+        opener_(opener),
+        applications_(std::move(applications)),
+        identifier_(std::move(identifier)),
+        addresses_(std::move(browserStarter)) {}
+
+  /// Told, from the event loop, of an address that nothing could be started for.
+  void setUnopenedReceiver(std::function<void(const QUrl& address)> receiver) { unopened_ = std::move(receiver); }
 
   /// Opens nothing but what a scheme with a handler names; no shell sees the address.
   bool openURL(const std::string& url) override;
@@ -30,6 +41,8 @@ class QtWorkspace final : public Workspace {
   FileOpener& opener_;
   std::string applications_;
   std::string identifier_;
+  AddressOpener addresses_;
+  std::function<void(const QUrl& address)> unopened_;
 };
 
 }  // namespace zelvo::platform::qt

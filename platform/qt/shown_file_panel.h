@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/panels.h"
+#include "platform/path_probe.h"
 #include "platform/qt/file_chooser.h"
 #include "platform/qt/new_folder_panel.h"
 #include "platform/qt/panel_frame.h"
@@ -21,9 +22,15 @@ namespace zelvo::platform::qt {
 struct FilePanelMemory {
   PanelStack& stack;
   AlertPanels& alerts;
+  PathProbe* probe = nullptr;  ///< asked before a path is looked at here; nobody is without one
   std::optional<std::string> lastFolder = std::nullopt;   ///< of what was chosen last
   std::optional<std::string> inputFolder = std::nullopt;  ///< of the file that was chosen last
   std::set<std::shared_ptr<void>> shownPanels = {};       ///< they live as long as they are shown
+
+  /// False when to look at the path may take for ever. // Decision 0044
+  [[nodiscard]] bool answers(const std::string& path) const {
+    return probe == nullptr || path.empty() || probe->answers({path});
+  }
 };
 
 /// A chooser from the moment it is shown to its answer, which is given once: by a button, by Esc, or by whoever takes it

@@ -2,9 +2,21 @@
 
 namespace zelvo::platform::qt {
 
+namespace {
+
+constexpr QChar kBreak(0x200b);
+
+}  // namespace
+
+QString withoutBreaks(const QString& text) { return QString(text).remove(kBreak); }
+
+void showBreakable(QLabel& label, const QString& text) {
+  label.setText(breakable(text));
+  label.setAccessibleName(label.text() == text ? QString() : withoutBreaks(text));
+}
+
 QString breakable(const QString& text) {
   constexpr int kLongestRun = 24;  // characters; as many of the widest fit in a line of a panel
-  constexpr QChar kBreak(0x200b);
   QString all;
   all.reserve(text.size() + text.size() / kLongestRun);
   int run = 0;

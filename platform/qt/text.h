@@ -1,6 +1,7 @@
 /// Texts and paths between the system's own form and Qt's.
 #pragma once
 
+#include <QLabel>
 #include <QString>
 #include <string>
 #include <string_view>
@@ -15,5 +16,9 @@ namespace zelvo::platform::qt {
 
 /// The text with places at which a line may end: after each slash, and within names that are too long for a line.
 [[nodiscard]] QString breakable(const QString& text);
+/// What `breakable` was made of.
+[[nodiscard]] QString withoutBreaks(const QString& text);
+/// Shows `text` with such places; a screen reader is told it without them.
+void showBreakable(QLabel& label, const QString& text);
 
 }  // namespace zelvo::platform::qt

@@ -1,7 +1,9 @@
 #include "platform/qt/window_page.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QScrollArea>
 
 #include "platform/qt/appearance.h"
 #include "platform/qt/picture_widget.h"
@@ -25,6 +27,20 @@ class Strip final : public QWidget {
     QPainter painter(this);
     painter.fillRect(rect(), strip(palette()));
     painter.fillRect(QRect(0, height() - 1, width(), 1), line(palette()));
+  }
+};
+
+/// A page that is higher or wider than its room scrolls, and what gets the keyboard comes into view.
+class PageArea final : public QScrollArea {
+ public:
+  PageArea() {
+    setFrameShape(QFrame::NoFrame);
+    setWidgetResizable(true);
+    setFocusPolicy(Qt::NoFocus);
+    setAccessibleName(QString());
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+      if (now != nullptr && widget() != nullptr && widget()->isAncestorOf(now)) ensureWidgetVisible(now);
+    });
   }
 };
 
@@ -71,10 +87,15 @@ WindowPage::WindowPage(const PageParts& parts, int step)
   row->addWidget(right, 1);
   all->addWidget(top);
 
-  body_ = new QVBoxLayout;
+  auto* const content = new QWidget;
+  body_ = new QVBoxLayout(content);
   body_->setContentsMargins(kPageMargin, kPageMargin * 3 / 4, kPageMargin, kPageMargin * 3 / 4);
   body_->setSpacing(kPageGap);
-  all->addLayout(body_, 1);
+  auto* const area = new PageArea;
+  area->setWidget(content);
+  area->viewport()->setAutoFillBackground(false);  // the ground shows through
+  content->setAutoFillBackground(false);
+  all->addWidget(area, 1);
 }
 
 QLabel* headline(const QString& text) {

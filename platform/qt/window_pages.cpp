@@ -4,9 +4,13 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QPainter>
+#include <QScrollArea>
+#include <QTimer>
 
 #include "platform/qt/appearance.h"
+#include "platform/qt/film_texts.h"
 #include "platform/qt/window_texts.h"
+#include "platform/qt/wrapping_row.h"
 
 namespace zelvo::platform::qt {
 
@@ -15,8 +19,8 @@ namespace {
 constexpr int kPathHeight = 48;
 constexpr int kColumnWidth = 640;
 constexpr int kSideWidth = 248;
-constexpr int kSideHeadlinePixels = 20;
 constexpr int kResultMargin = 12;
+constexpr int kWordSpacing = 4;
 
 /// A framed box round a path.
 class PathBox final : public QWidget {
@@ -59,16 +63,47 @@ void hideWhileEmpty(QtTextField& field) {
   field.setObserver([label = &field.label()](const QString& text) { label->setVisible(!text.trimmed().isEmpty()); });
 }
 
-void addFact(QGridLayout& grid, const QString& name, QtTextField& field, const QString& accessibleName) {
-  const int row = grid.rowCount();
-  auto* const label = new QLabel(name);
-  label->setForegroundRole(QPalette::PlaceholderText);
+/// A value among the figures.
+QLabel* valueLabel(const QString& accessibleDescription) {
+  auto* const label = new ElidedLabel;
   label->setFont(textFont(kSmallPixels));
-  field.label().setFont(textFont(kTextPixels, QFont::DemiBold));
-  field.label().setText(texts::nothing());
-  field.label().setAccessibleDescription(accessibleName);
-  grid.addWidget(label, row, 0);
-  grid.addWidget(&field.label(), row, 1);
+  label->setText(texts::nothing());
+  label->setMinimumWidth(1);  // it gives way to the common name beside it
+  label->setAccessibleDescription(accessibleDescription);
+  return label;
+}
+
+/// The number, and behind it its unit while there is one.
+QWidget* savedRow(QtTextField& field) {
+  auto* const both = new QWidget;
+  auto* const row = new QHBoxLayout(both);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(4);
+  auto* const unit = new QLabel(texts::mebibytesUnit());
+  unit->setForegroundRole(QPalette::PlaceholderText);
+  unit->setFont(textFont(kSmallPixels));
+  unit->setToolTip(texts::mebibytesTip());
+  unit->setAccessibleDescription(texts::mebibytesTip());
+  unit->hide();
+  field.label().setFont(textFont(kSmallPixels, QFont::DemiBold));
+  field.setShape(texts::mebibytes);
+  field.setObserver([unit](const QString& text) { unit->setVisible(texts::mebibytes(text) != texts::nothing()); });
+  row->addWidget(&field.label());
+  row->addWidget(unit, 1);
+  return both;
+}
+
+/// `content` with a bar at its side where the window is too low for it.
+QScrollArea* scrolled(QWidget* content) {
+  auto* const area = new QScrollArea;
+  area->setFrameShape(QFrame::NoFrame);
+  area->setWidgetResizable(true);
+  area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  area->setFocusPolicy(Qt::NoFocus);
+  area->setWidget(content);
+  area->viewport()->setAutoFillBackground(false);
+  content->setAutoFillBackground(false);
+  return area;
 }
 
 }  // namespace
@@ -77,14 +112,19 @@ ChoosePage::ChoosePage(const PageParts& parts)
     : WindowPage(parts, 0),
       browsebutton(parts.button(texts::chooseFile(), QtButton::Look::push)),
       repairbutton(parts.pictureButton(texts::repair(), "repair_button_normal")),
-      dropArea(new DropArea(parts.pictures, *browsebutton)),
+      dropArea(new DropArea(parts.queue, parts.pictures, *browsebutton)),
       textfield(parts.queue, *quietPath()),
-      pathfield(parts.queue, *new ElidedLabel) {
+      pathfield(parts.queue, *new ElidedLabel),
+      workingfoldertext(parts.queue, *quietPath()),
+      workingfolderbutton(parts.button(texts::changeWorkingFolder(), QtButton::Look::link)) {
   body()->addWidget(headline(texts::chooseHeadline()));
   body()->addWidget(explanation(texts::chooseExplanation()));
   textfield.setShape(texts::lastChosen);
-  textfield.setObserver([this](const QString&) { showLastChosen(); });
-  pathfield.setObserver([this](const QString&) { showLastChosen(); });
+  textfield.setObserver([this](const QString&) { showChoice(); });
+  pathfield.setObserver([this](const QString& path) {
+    showChoice();
+    if (path.isEmpty()) dropArea->clear();
+  });
   textfield.label().hide();
   dropArea->addLine(&textfield.label());
   body()->addWidget(dropArea, 1);
@@ -98,10 +138,39 @@ ChoosePage::ChoosePage(const PageParts& parts)
   row->addWidget(new PathBox(path), 1);
   row->addWidget(repairbutton);
   body()->addLayout(row);
+  body()->addWidget(workingFolderLine());
   setFirstFocus(browsebutton);
+  dropArea->setCardObserver([this](bool isCard) {
+    setFirstFocus(isCard ? static_cast<QWidget*>(repairbutton) : browsebutton);
+    // Once whatever was open over the page has given the focus back: the next step is at hand.
+    if (isCard) QTimer::singleShot(0, this, [this] { focusRepair(); });
+  });
 }
 
-void ChoosePage::showLastChosen() {
+void ChoosePage::focusRepair() {
+  const QWidget* const focused = window()->focusWidget();
+  const bool isOurs = focused == nullptr || isAncestorOf(focused);
+  if (isOurs && dropArea->isCard() && isVisible()) repairbutton->setFocus(Qt::OtherFocusReason);
+}
+
+QWidget* ChoosePage::workingFolderLine() {
+  auto* const area = new QWidget;
+  auto* const row = new QHBoxLayout(area);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(kPageGap);
+  workingfoldertext.label().setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+  row->addWidget(&workingfoldertext.label(), 1);
+  row->addWidget(workingfolderbutton);
+  workingFolder_ = area;
+  workingfoldertext.setObserver([this](const QString&) { showChoice(); });
+  showChoice();
+  return area;
+}
+
+void ChoosePage::showChoice() {
+  if (workingFolder_ != nullptr) {
+    workingFolder_->setVisible(!workingfoldertext.text().isEmpty() && !pathfield.text().isEmpty());
+  }
   // The path stands below already while it is the chosen one.
   textfield.label().setVisible(!textfield.text().isEmpty() && textfield.text() != pathfield.text());
 }
@@ -112,6 +181,8 @@ RepairPage::RepairPage(const PageParts& parts)
       status(parts.queue, *new ElidedLabel),
       bar(new FlatProgressBar),
       progressbar(parts.queue, *bar),
+      runprogress(new RunProgressLine),
+      waitingtext(parts.queue, *explanation({})),
       stopbutton(parts.button(texts::stop(), QtButton::Look::push)) {
   auto* const column = new QVBoxLayout;
   column->setSpacing(kPageGap);
@@ -123,6 +194,10 @@ RepairPage::RepairPage(const PageParts& parts)
   column->addWidget(&status.label());
   bar->setAccessibleName(texts::repairHeadline());
   column->addWidget(bar);
+  column->addWidget(runprogress);
+  hideWhileEmpty(waitingtext);
+  waitingtext.label().hide();
+  column->addWidget(&waitingtext.label());
   column->addWidget(explanation(texts::repairExplanation()));
   column->addSpacing(kPageGap);
   column->addWidget(stopbutton, 0, Qt::AlignLeft);
@@ -143,9 +218,11 @@ RepairPage::RepairPage(const PageParts& parts)
 ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
     : WindowPage(parts, 2),
       result(new HostedWidget),
-      videocodecfield(parts.queue, *new ElidedLabel),
-      audiocodecfield(parts.queue, *new ElidedLabel),
-      durationfield(parts.queue, *new ElidedLabel),
+      videocodecfield(parts.queue, *valueLabel(texts::video())),
+      audiocodecfield(parts.queue, *valueLabel(texts::audio())),
+      filmreport(new FilmReportPane(parts.queue, parts.pictures, videocodecfield.label(), audiocodecfield.label())),
+      durationfield(parts.queue, *new QLabel(texts::nothing())),
+      savedsizelabel(parts.queue, *new QLabel),
       previewbutton(parts.button(texts::preview(), QtButton::Look::push)),
       savebutton(parts.button(texts::save(), QtButton::Look::push)),
       clickherebutton(parts.button(texts::clickHere(), QtButton::Look::link)),
@@ -160,24 +237,12 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   movie.setPalette(paletteOf(Appearance::light));  // the result area is white in every scheme
 
   auto* const side = new QVBoxLayout;
-  side->setSpacing(kPageGap);
-  QLabel* const title = headline(texts::resultHeadline());
-  title->setFont(textFont(kSideHeadlinePixels, QFont::DemiBold));
-  side->addWidget(title);
-  side->addWidget(explanation(texts::resultExplanation()));
-  auto* const facts = new QGridLayout;
-  facts->setHorizontalSpacing(kPageGap);
-  facts->setVerticalSpacing(kPageGap / 2);
-  facts->setColumnStretch(1, 1);
+  side->setSpacing(kPageGap * 3 / 4);
   videocodecfield.setShape(texts::codec);
   audiocodecfield.setShape(texts::codec);
-  durationfield.setShape(texts::mebibytes);
-  addFact(*facts, texts::video(), videocodecfield, texts::video());
-  addFact(*facts, texts::audio(), audiocodecfield, texts::audio());
-  addFact(*facts, texts::lastSaved(), durationfield, texts::lastSaved());
-  side->addSpacing(kPageGap / 2);
-  side->addLayout(facts);
-  side->addStretch(1);
+  savedsizelabel.label().setText(texts::lastSaved());
+  filmreport->addFigure(savedsizelabel.label(), *savedRow(durationfield));
+  side->addWidget(scrolled(filmreport), 1);
   previewbutton->setTwoState(texts::stopPreview());
   for (QtButton* button : {previewbutton, savebutton}) {
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
@@ -194,8 +259,7 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   row->addWidget(sideArea);
   body()->addLayout(row, 1);
 
-  auto* const sentence = new QHBoxLayout;
-  sentence->setSpacing(4);
+  auto* const sentence = new WrappingRow(kWordSpacing);
   for (QtTextField* field : {&downloadmplayertext, &downloadmplayertext1, &downloadmplayertext2}) {
     hideWhileEmpty(*field);
     sentence->addWidget(&field->label());
@@ -206,7 +270,6 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
     hideWhileEmpty(*field);
     sentence->addWidget(&field->label());
   }
-  sentence->addStretch(1);
   body()->addLayout(sentence);
   downloadmplayertext.setStringValue(texts::tip().toStdString());
   setFirstFocus(previewbutton);

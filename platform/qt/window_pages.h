@@ -3,8 +3,10 @@
 #pragma once
 
 #include "platform/qt/drop_area.h"
+#include "platform/qt/film_report_pane.h"
 #include "platform/qt/hosted_widget.h"
 #include "platform/qt/qt_elements.h"
+#include "platform/qt/run_progress_line.h"
 #include "platform/qt/window_page.h"
 
 namespace zelvo::platform::qt {
@@ -18,9 +20,15 @@ class ChoosePage final : public WindowPage {
   DropArea* dropArea;
   QtTextField textfield;  ///< the path that was chosen last
   QtTextField pathfield;  ///< the path that is chosen
+  QtTextField workingfoldertext;
+  QtButton* workingfolderbutton;
 
  private:
-  void showLastChosen();
+  void showChoice();
+  void focusRepair();
+  [[nodiscard]] QWidget* workingFolderLine();
+
+  QWidget* workingFolder_ = nullptr;
 };
 
 class RepairPage final : public WindowPage {
@@ -31,6 +39,8 @@ class RepairPage final : public WindowPage {
   QtTextField status;  ///< the job's `textfield`
   FlatProgressBar* bar;
   QtProgressBar progressbar;
+  RunProgressLine* runprogress;
+  QtTextField waitingtext;
   QtButton* stopbutton;
 };
 
@@ -42,7 +52,9 @@ class ResultPage final : public WindowPage {
   HostedWidget* result;  ///< the framed area round the movie
   QtTextField videocodecfield;
   QtTextField audiocodecfield;
+  FilmReportPane* filmreport;
   QtTextField durationfield;
+  QtTextField savedsizelabel;  ///< what `durationfield` is the size of
   QtButton* previewbutton;
   QtButton* savebutton;
   QtButton* clickherebutton;

@@ -5,6 +5,8 @@
 #include "platform/qt/panel_frame.h"
 #include "platform/qt/panel_stack.h"
 #include "platform/qt/qt_elements.h"
+#include "platform/qt/qt_sheet_head.h"
+#include "platform/qt/rejection_text.h"
 
 namespace zelvo::platform::qt {
 
@@ -18,19 +20,24 @@ struct WindowPanels {
   QtButton& stoprepairokbutton;
   QtButton& stoprepaircancelbutton;
   PanelFrame& invalidfilewindow;
+  QtSheetHead invalidfilehead;
+  QtTextField invalidfiletext;
   QtButton& invalidfileokbutton;
   PanelFrame& filenotsupportedwindow;
+  RejectionText rejectionreason;
   QtButton& filenotsupportedokbutton;
   PanelFrame& repaircompletedwindow;
   QtButton& repaircompletedokbutton;
   PanelFrame& saveprogresspanel;
   FlatProgressBar& saveBar;
   QtProgressBar saveprogressbar;
+  QtTextField savedbytestext;
   QtButton& stopsavingbutton;
   PanelFrame& stopsavingwindow;
   QtButton& stopsavingOKbutton;
   QtButton& stopsavingCancelbutton;
   PanelFrame& savecompletedwindow;
+  QtSheetHead savecompletedhead;
   QtTextField savecompletedtext;
   QtButton& savecompletedokbutton;
   PanelFrame& PreviewErrorWindow;

@@ -71,6 +71,7 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
                        .workspace = workspace,
                        .bundle = bundle,
                        .paths = paths,
+                       .pathProbe = pathProbe,
                        .updateCheck = updateCheck,
                        .lookAtStorage =
                            [this] {

@@ -20,6 +20,7 @@
 #include "platform/headless/clock.h"
 #include "platform/headless/main_queue.h"
 #include "platform/headless/panels.h"
+#include "platform/headless/path_probe.h"
 #include "platform/headless/scratch_paths.h"
 #include "platform/headless/screen.h"
 #include "platform/headless/tracking.h"
@@ -114,6 +115,7 @@ class AppBench {
   platform::headless::HeadlessApplication application;
   platform::headless::HeadlessActions actions;
   platform::PathMapper paths;
+  platform::headless::HeadlessPathProbe pathProbe;
   RecordingUpdateCheck updateCheck{events};
   /// What the inventory sees; a test may put another system there.
   std::shared_ptr<RecordedSystem> storage = std::make_shared<RecordedSystem>(platform::PropertyDictionary{});

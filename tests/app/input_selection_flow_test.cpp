@@ -69,6 +69,36 @@ TEST_F(InputSelection, PanelsThatCanNeverBeMadeEndTheAttempts) {
   EXPECT_EQ(app.panels.shownOpenPanels().size(), 1U);
 }
 
+TEST_F(InputSelection, FilmThatDoesNotAnswerHasSizeZeroAndIsNotLookedAt) {
+  app.start();
+  app.files.put(kInput, platform::Bytes(1234));
+  app.pathProbe.dead = {"/films"};
+  engine::stopflag = true;
+  app.press(app.screen.browsebutton);
+
+  app.panels.lastOpenPanel()->choose(kInput);
+
+  EXPECT_EQ(engine::path.get(), kInput);
+  EXPECT_EQ(std::uint64_t{engine::inputfilesize}, 0U);
+  EXPECT_EQ(app.screen.pathfield.stringValue(), kInput);
+  EXPECT_FALSE(engine::stopflag);
+  EXPECT_EQ(app.pathProbe.asked, (std::vector<Lines>{{kInput}}));
+}
+
+TEST_F(InputSelection, FilmThatIsHandedOverAndDoesNotAnswerIsRefusedWithItsReason) {
+  app.start();
+  app.files.put(kInput, platform::Bytes(1234));
+  app.pathProbe.dead = {"/films"};
+
+  app.controller->offerFile(kInput);
+
+  EXPECT_EQ(engine::path.get(), std::nullopt);
+  EXPECT_EQ(
+      app.takeEvents(),
+      Lines{"alert(\"This cannot be chosen\", \"The disk or server does not answer. Nothing was changed. Please try "
+            "again when it is back, or choose another place.\", \"OK\", nothing, nothing)"});
+}
+
 TEST_F(InputSelection, AnswerSetsPathAndSizeShowsThePathTwiceAndClearsTheStop) {
   app.start();
   app.files.put(kInput, platform::Bytes(1234));

@@ -1,6 +1,7 @@
 /// Files in memory with folders and links, whose changes are written into the list of events.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -16,6 +17,11 @@ class RecordingFiles final : public platform::Files {
   RecordingFiles(MemoryFiles& files, platform::headless::Events& events) : files_(files), events_(events) {}
   /// What every flush answers.
   std::error_code flushError;
+  /// Told of what is sent to the medium during a copy, on the thread that sends it; and what that answers.
+  std::function<void(std::uint64_t offset, std::uint64_t size)> onWriteOut;
+  std::error_code writeOutError;
+  /// Called on the thread that flushes, before it does.
+  std::function<void()> onFlush;
 
   platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override {
     return files_.openForReading(path);
@@ -36,7 +42,12 @@ class RecordingFiles final : public platform::Files {
     }
     std::error_code reserve(std::uint64_t size) override { return file_->reserve(size); }
     std::error_code truncate(std::uint64_t size) override { return file_->truncate(size); }
+    std::error_code writeOut(std::uint64_t offset, std::uint64_t size) override {
+      if (files_.onWriteOut) files_.onWriteOut(offset, size);
+      return files_.writeOutError;
+    }
     std::error_code flush() override {
+      if (files_.onFlush) files_.onFlush();
       files_.events_.add("flush(" + path_ + ")");
       return files_.flushError;
     }
@@ -99,7 +110,10 @@ class RecordingFileManager final : public platform::FileManager {
     return files_.remove(path);
   }
   std::vector<std::string> list(const std::string& folder) override { return files_.list(folder); }
-  std::optional<std::string> linkTarget(const std::string&) override { return std::nullopt; }
+  std::optional<std::string> linkTarget(const std::string& path) override {
+    const auto link = links.find(path);
+    return link == links.end() ? std::nullopt : std::optional(link->second);
+  }
   bool isWritable(const std::string& path) override { return files_.isWritable(path); }
   bool isDeletable(const std::string& path) override { return files_.isDeletable(path); }
 

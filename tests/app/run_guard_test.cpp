@@ -94,6 +94,42 @@ TEST_F(RunGuard, ASheetIsDroppedWhenTheProgramEnds) {
   EXPECT_FALSE(sheets.asked.at(0)());
 }
 
+TEST_F(RunGuard, ASheetOfAStoppedRunIsDroppedOnceAnotherFilmWasChosen) {
+  guard.beginWork(guard.start());
+  guard.hideProgress();
+  askForSheet();
+  guard.choiceMade();
+  EXPECT_FALSE(sheets.asked.at(0)());
+}
+
+TEST_F(RunGuard, ASheetThatIsAskedForAfterTheChoiceIsDroppedToo) {
+  guard.beginWork(guard.start());
+  guard.hideProgress();
+  guard.choiceMade();
+  askForSheet();
+  EXPECT_FALSE(sheets.asked.at(0)());
+}
+
+TEST_F(RunGuard, AChoiceDropsNoSheetOfARunThatIsShownNorOfALaterOne) {
+  guard.beginWork(guard.start());
+  guard.choiceMade();
+  askForSheet();
+  EXPECT_TRUE(sheets.asked.at(0)());
+  guard.hideProgress();
+  guard.choiceMade();
+  guard.beginWork(guard.start());
+  askForSheet();
+  EXPECT_TRUE(sheets.asked.at(1)());
+}
+
+TEST_F(RunGuard, AChoiceDropsNothingThatIsAskedOutsideOfARun) {
+  guard.start();
+  guard.hideProgress();
+  guard.choiceMade();
+  askForSheet();
+  EXPECT_TRUE(sheets.asked.at(0)());
+}
+
 TEST_F(RunGuard, WhatTheEngineAsksItselfStillCounts) {
   guard.beginWork(guard.start());
   askForSheet([] { return false; });

@@ -1,5 +1,8 @@
 #include <algorithm>
+#include <chrono>
+#include <future>
 
+#include "app/write_out.h"
 #include "engine/padded_copy.h"
 #include "tests/app/app_bench.h"
 
@@ -33,6 +36,24 @@ class Save : public FlowTest {
 };
 
 using SaveProgress = Save;
+using SaveInProgress = Save;
+
+/// A save after which the rebuilt file does not lie whole at its new place.
+class SaveOfLess : public Save {
+ protected:
+  /// Looks at every place that says so, also once the progress has asked for the completion sheet.
+  void expectNotWhole(const std::string& why) {
+    EXPECT_EQ(app.screen.savecompletedhead.title(), "The film was not saved whole");
+    EXPECT_EQ(app.screen.savecompletedhead.sign(), platform::SheetSign::warning);
+    EXPECT_TRUE(app.screen.savecompletedtext.stringValue().starts_with("The copy is incomplete: " + why))
+        << app.screen.savecompletedtext.stringValue();
+    EXPECT_EQ(app.screen.savedbytestext.stringValue(), app.screen.savecompletedtext.stringValue());
+    EXPECT_EQ(app.screen.savedsizelabel.stringValue(), "Not whole");
+    runWorkers();
+    EXPECT_TRUE(app.isShown(app.screen.savecompletedwindow));
+    EXPECT_EQ(app.screen.savecompletedhead.title(), "The film was not saved whole");
+  }
+};
 
 TEST_F(Save, ThePanelIsPreparedAndShownOverTheMainWindow) {
   arrive();
@@ -94,6 +115,57 @@ TEST_F(Save, TheBarStartsAtZero) {
   saveAs(kFolder);
 
   EXPECT_EQ(app.screen.saveprogressbar.doubleValue(), 0.0);
+}
+
+TEST_F(Save, APlaceThatDoesNotAnswerEndsLikeACancelledPanelWithANotice) {
+  arrive();
+  app.pathProbe.dead = {"/mnt/gone"};
+  app.press(app.screen.savebutton);
+  app.events.clear();
+
+  EXPECT_TRUE(app.panels.lastSavePanel()->choose("/mnt/gone/Repaired"));
+
+  EXPECT_EQ(
+      app.takeEvents(),
+      (Lines{"savePanel.endSheet()", "savePanel.orderOut()",
+             "alert(\"The film cannot be saved there\", \"The disk or server does not answer. Nothing was changed. "
+             "Please try again when it is back, or choose another place.\", \"OK\", nothing, nothing)",
+             "savebutton.setEnabled(yes)"}));
+  EXPECT_FALSE(app.fileManager.hasFolder("/mnt/gone/Repaired"));
+  EXPECT_EQ(app::savepath, "");
+  EXPECT_EQ(workers.waiting(), 0U);
+}
+
+TEST_F(Save, AFileThereThatDoesNotAnswerEndsItToo) {
+  arrive();
+  app.pathProbe.dead = {kSaved};
+
+  EXPECT_TRUE(saveAs(kFolder));
+
+  EXPECT_FALSE(app.fileManager.hasFolder(kFolder));
+  EXPECT_TRUE(app.screen.savebutton.isEnabled());
+}
+
+TEST_F(Save, AnInputThatDoesNotAnswerIsNotComparedAndDoesNotHinderTheSave) {
+  arrive();
+  // The file that is there passes for the input, were that looked at.
+  app.files.put(kInput, app.files.content(kScratch1));
+  app.fileManager.links[kSaved] = kInput;
+  app.pathProbe.dead = {"/films"};
+
+  app.press(app.screen.savebutton);
+  app.panels.lastSavePanel()->choose(kFolder, true);
+
+  EXPECT_NE(app.screen.savecompletedtext.stringValue().find("was saved as"), std::string::npos)
+      << app.screen.savecompletedtext.stringValue();
+}
+
+TEST_F(Save, ThePlaceIsAskedBeforeItsNameIsJudged) {
+  arrive();
+  app.fileManager.links["/mnt/gone/Repaired"] = kInput;  // a file, which a look would have refused
+  app.pathProbe.dead = {"/mnt/gone"};
+
+  EXPECT_EQ(app.controller->judgeSaveName("/mnt/gone/Repaired").kind, platform::NameVerdict::Kind::taken);
 }
 
 TEST_F(Save, AFolderOfTheChosenNameHoldsTheFile) {
@@ -174,13 +246,179 @@ TEST_F(Save, AFolderThatCannotBeMadeHasNoSpace) {
   EXPECT_EQ(app.takeEvents({"log: SIZE"}), Lines{"log: SIZE=0"});
 }
 
-TEST_F(Save, ARebuiltFileThatCannotBeReadIsSavedAsZeros) {
+TEST_F(Save, AWholeCopyIsSaidToBeDone) {
+  arrive();
+  app.screen.savecompletedhead.setTitle("of an earlier save");
+  app.screen.savecompletedhead.setSign(platform::SheetSign::warning);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.screen.savecompletedhead.title(), "Saving is done");
+  EXPECT_EQ(app.screen.savecompletedhead.sign(), platform::SheetSign::done);
+  EXPECT_EQ(app.screen.savedsizelabel.stringValue(), "Last saved");
+  EXPECT_EQ(app.screen.savedbytestext.stringValue(), "0.1 MB of 0.1 MB copied");
+}
+
+TEST_F(SaveOfLess, ARebuiltFileThatCannotBeReadIsSavedAsZerosAndNotCalledSaved) {
   arrive(65536);
   app.files.refuse(kScratch1, std::make_error_code(std::errc::permission_denied));
 
   saveAs(kFolder);
 
   EXPECT_EQ(app.files.content(kSaved), Bytes(65536));
+  expectNotWhole("0.1 MB of the repaired file could not be read: Permission denied. ");
+}
+
+TEST_F(SaveOfLess, ARebuiltFileThatIsGoneIsNotCalledSaved) {
+  arrive(65536);
+  ASSERT_FALSE(app.files.remove(kScratch1));
+
+  saveAs(kFolder);
+
+  EXPECT_TRUE(app.files.content(kSaved).empty());
+  expectNotWhole("the repaired file is no longer there. ");
+}
+
+TEST_F(SaveOfLess, NoRebuiltFileAtAllIsNotCalledSaved) {
+  arrive(65536);
+  app.controller->setUnipath(std::nullopt);
+
+  saveAs(kFolder);
+
+  expectNotWhole("the repaired file is no longer there. ");
+}
+
+TEST_F(SaveOfLess, ARebuiltFileThatBecameShorterIsNotCalledSaved) {
+  arrive(300000);
+  app.files.put(kScratch1, app.files.content(kScratch1)).bytes.resize(65536);
+  app.files.at(kScratch1).size = 65536;
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.files.content(kSaved), app.files.content(kScratch1));
+  expectNotWhole("0.2 MB of the repaired file are no longer there. ");
+}
+
+TEST_F(SaveOfLess, AReadThatFailsIsToldAndTheRestIsCopied) {
+  arrive(400000);
+  MemoryFile& rebuilt = app.files.at(kScratch1);
+  rebuilt.badReadStart = 70000;
+  rebuilt.badReadEnd = 70001;
+  rebuilt.readError = std::make_error_code(std::errc::io_error);
+
+  saveAs(kFolder);
+
+  const Bytes saved = app.files.content(kSaved);
+  const Bytes whole = rebuilt.bytes;
+  EXPECT_TRUE(std::equal(whole.begin() + 98304, whole.end(), saved.begin() + 98304));
+  expectNotWhole("28304 bytes of the repaired file could not be read: Input/output error. ");
+}
+
+TEST_F(SaveOfLess, TheNextWholeCopyIsSaidToBeDoneAgain) {
+  arrive(65536);
+  app.recordingFiles.flushError = std::make_error_code(std::errc::io_error);
+  saveAs(kFolder);
+  EXPECT_EQ(app.screen.savecompletedhead.sign(), platform::SheetSign::warning);
+  app.recordingFiles.flushError = {};
+  app.screen.savebutton.setEnabled(true);
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.screen.savecompletedhead.title(), "Saving is done");
+  EXPECT_EQ(app.screen.savecompletedhead.sign(), platform::SheetSign::done);
+  EXPECT_EQ(app.screen.savedsizelabel.stringValue(), "Last saved");
+}
+
+TEST_F(SaveInProgress, TheBytesThatAreCopiedAreShown) {
+  arrive(40 * 32768);
+  Lines shown;
+  app.application.onDeliverRedraws = [&] { shown.push_back(app.screen.savedbytestext.stringValue()); };
+
+  saveAs(kFolder);
+
+  ASSERT_GE(shown.size(), 5U);
+  EXPECT_EQ(Lines(shown.begin(), shown.begin() + 5),
+            (Lines{"0.3 MB of 1.3 MB copied", "0.5 MB of 1.3 MB copied", "0.8 MB of 1.3 MB copied",
+                   "1.0 MB of 1.3 MB copied", "1.3 MB of 1.3 MB copied"}));
+}
+
+TEST_F(SaveInProgress, WhatIsDoneInTheBusyWindowIsDropped) {
+  arrive(40 * 32768);
+  bool wasClosed = true;
+  app.application.onDeliverRedraws = [&] { wasClosed = wasClosed && app.application.inputIsClosed(); };
+  app.recordingFiles.onFlush = [&] { wasClosed = wasClosed && app.application.inputIsClosed(); };
+
+  saveAs(kFolder);
+
+  EXPECT_TRUE(wasClosed);
+  EXPECT_EQ(app.application.inputClosings(), 1);
+  EXPECT_FALSE(app.application.inputIsClosed());
+  EXPECT_FALSE(app.isShown(app.screen.savecompletedwindow));  // nothing of the queue ran before the window answered
+}
+
+TEST_F(SaveInProgress, RedrawsGoOnWhileTheDiskTakesInTheLastBytes) {
+  arrive(65536);
+  std::promise<void> redrawn;
+  app.recordingFiles.onFlush = [&, seen = redrawn.get_future().share()] {
+    EXPECT_EQ(seen.wait_for(std::chrono::seconds(60)), std::future_status::ready) << "no redraw during the flush";
+  };
+  bool told = false;
+  app.application.onDeliverRedraws = [&] {
+    if (told || app.screen.savedbytestext.stringValue() != "The disk is taking in the last bytes\u2026") return;
+    told = true;
+    redrawn.set_value();
+  };
+
+  saveAs(kFolder);
+
+  EXPECT_TRUE(told);
+  EXPECT_EQ(app.screen.savedbytestext.stringValue(), "0.1 MB of 0.1 MB copied");
+}
+
+TEST_F(SaveInProgress, WhatIsWrittenGoesOutAsTheCopyGoesAndTheCopyWaitsForIt) {
+  constexpr std::uint64_t kSize = 40U << 20U;
+  arrive(kSize);
+  app.files.space = 2 * kSize;
+  platform::Relaxed<std::uint64_t> written;
+  platform::Relaxed<std::uint64_t> sent;
+  app.files.put(kSaved, {}).onWrite = [&](std::uint64_t offset, std::size_t size) { written = offset + size; };
+  // The medium takes nothing before the copy stands still, or is through.
+  std::promise<void> standing;
+  app.recordingFiles.onWriteOut = [&, seen = standing.get_future().share()](std::uint64_t offset, std::uint64_t size) {
+    EXPECT_EQ(seen.wait_for(std::chrono::seconds(60)), std::future_status::ready) << "the copy never stood still";
+    EXPECT_EQ(offset, std::uint64_t{sent});
+    EXPECT_LE(offset + size, std::uint64_t{written});
+    sent = offset + size;
+  };
+  std::uint64_t mostAhead = 0;
+  std::uint64_t before = 0;
+  bool told = false;
+  app.application.onDeliverRedraws = [&] {
+    mostAhead = std::max(mostAhead, written - sent);
+    const std::uint64_t now = written;
+    if (!told && (now == before || now == kSize)) {
+      told = true;
+      standing.set_value();
+    }
+    before = now;
+  };
+
+  saveAs(kFolder);
+
+  EXPECT_GE(mostAhead, app::WriteOut::kMostAhead);
+  EXPECT_LE(mostAhead, app::WriteOut::kMostAhead + (8U << 15U));
+  EXPECT_GE(std::uint64_t{sent}, kSize - app::WriteOut::kMostAhead);
+  EXPECT_EQ(app.screen.savecompletedhead.sign(), platform::SheetSign::done);
+}
+
+TEST_F(SaveOfLess, AFailureOnTheWayToTheMediumIsTold) {
+  arrive(8U << 20U);
+  app.files.space = 32U << 20U;
+  app.recordingFiles.writeOutError = std::make_error_code(std::errc::io_error);
+
+  saveAs(kFolder);
+
+  expectNotWhole("Input/output error. ");
 }
 
 TEST_F(Save, AWriteThatFailsChangesNoStepAndIsTold) {

@@ -45,6 +45,36 @@ TEST(ScratchPath, WithoutAnyPairThePathIsEmpty) {
   EXPECT_EQ(scratch.choose(1, std::nullopt), "");
 }
 
+TEST(ScratchPath, IsAskedForAnewAsLongAsThereIsNone) {
+  platform::headless::HeadlessScratchPaths paths;
+  const platform::ScratchPair later = paths.pairs.back();
+  paths.pairs.clear();
+  app::ScratchPath scratch(paths);
+  EXPECT_EQ(scratch.choose(1, std::nullopt), "");
+  EXPECT_EQ(scratch.choose(1, std::nullopt), "");
+  EXPECT_EQ(paths.claims, 3);
+
+  paths.pairs = {later};
+
+  EXPECT_EQ(scratch.choose(1, std::nullopt), later.first);
+  EXPECT_EQ(scratch.choose(0, std::nullopt), later.second);
+  EXPECT_EQ(paths.claims, 4);
+}
+
+TEST(ScratchPath, AChosenFolderTakesOver) {
+  platform::headless::HeadlessScratchPaths paths;
+  app::ScratchPath scratch(paths);
+  EXPECT_TRUE(scratch.moveTo("/media/disk"));
+  EXPECT_EQ(scratch.choose(1, std::nullopt), "/media/disk/testfile1.avi");
+}
+
+TEST(ScratchPath, AFolderThatCannotBeUsedChangesNothing) {
+  platform::headless::HeadlessScratchPaths paths;
+  app::ScratchPath scratch(paths);
+  EXPECT_FALSE(scratch.moveTo(paths.refusedFolder.folder));
+  EXPECT_EQ(scratch.choose(1, std::nullopt), "/Applications/testfile1.avi");
+}
+
 TEST(ScratchPath, ManyPairsThatCannotBeWrittenEndTheSearch) {
   platform::headless::HeadlessScratchPaths paths;
   paths.pairs.assign(100, {"/no/1", "/no/2"});

@@ -1,6 +1,8 @@
 // The flows with real threads: workers of the system, and a main thread that serves a queue. Moments are picked by a
 // seeded generator; nothing sleeps, and nothing depends on which thread is faster.
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <random>
 
 #include "engine/padded_copy.h"
@@ -109,6 +111,34 @@ TEST_F(Threads, ChoosingAndStartingWhileTheStoppedRunStillWorksMixesNothing) {
   }
 }
 
+TEST_F(Threads, WhatAStoppedRunWroteIsGoneBeforeTheNextOneWritesThoughTheMainThreadServesNothing) {
+  constexpr std::chrono::seconds kLongest(60);
+  std::promise<void> writing;
+  std::promise<void> stopped;
+  std::promise<bool> nextWrites;
+  app.files.onTouch = [&, go = stopped.get_future().share()](const std::string& what) {
+    if (what == "openForWriting(/Applications/testfile1.avi)") {
+      writing.set_value();
+      EXPECT_EQ(go.wait_for(kLongest), std::future_status::ready) << "nobody stopped the run";
+    }
+    if (what == "createFile(/Applications/testfile2.avi)") nextWrites.set_value(app.files.has(kScratch1));
+  };
+  choose();
+  start();
+  ASSERT_EQ(writing.get_future().wait_for(kLongest), std::future_status::ready) << "the first run never wrote";
+  ASSERT_TRUE(app.files.has(kScratch1));
+
+  app.press(app.screen.stoprepairokbutton);
+  choose();
+  start();
+  stopped.set_value();
+
+  auto wasThere = nextWrites.get_future();
+  ASSERT_EQ(wasThere.wait_for(kLongest), std::future_status::ready) << "the second run never wrote";
+  EXPECT_FALSE(wasThere.get());
+  finishRun();
+}
+
 TEST_F(Threads, HomeAtRandomMomentsLeavesNoFileOfTheAbandonedRun) {
   for (int i = 0; i < 50; ++i) {
     choose();
@@ -202,6 +232,13 @@ TEST_F(Threads, AQuitDuringTheProgressOfASaveEndsIt) {
 
   EXPECT_FALSE(app.isShown(app.screen.savecompletedwindow));
   EXPECT_FALSE(app.files.has(kScratch1));
+}
+
+TEST_F(Threads, AQuitEndsAWorkerThatWaitsForTheMainThread) {
+  workers.start(std::make_shared<platform::CancelMark>(), [this] { app.controller->nexttab(); });
+  workers.start(std::make_shared<platform::CancelMark>(), [this] { app.controller->copyfile(); });
+
+  quit();  // waits for both
 }
 
 /// A quit in the middle of each stage: the status line or the files say how far the run is.

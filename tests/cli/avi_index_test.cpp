@@ -73,6 +73,48 @@ TEST(OldIndex, ListOfRecordsIsPointedAtByItsOwnCode) {
   EXPECT_EQ(IndexCheck(file, kNeverEnding).oldIndex(start, entries.size(), kMovi).matching, 1U);
 }
 
+TEST(OldIndex, EntriesThatCannotBeReadAreNotCalledWrong) {
+  std::string entries;
+  for (int i = 0; i < 200; ++i) entries += entry("00dc", 0x10, 4, 4);
+  entries += entry("01wb", 0, 17, 2);
+  test::MemoryReadable file(data() + entries);
+  const std::uint64_t start = data().size();
+  file.makeUnreadable(start + 160, start + 170);
+  const IndexReport report = IndexCheck(file, kNeverEnding).oldIndex(start, entries.size(), kMovi);
+
+  EXPECT_EQ(report.entries, 201U);
+  EXPECT_GE(report.unreadable, 1U);
+  EXPECT_LE(report.unreadable, 32U) << "of a sector";
+  EXPECT_EQ(report.checked, 201 - report.unreadable);
+  EXPECT_EQ(report.matching, report.checked - 1);
+  EXPECT_EQ(report.firstWrong, 201U);
+}
+
+TEST(OldIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
+  const std::string entries = entry("00dc", 0x10, 4, 4) + entry("01wb", 0, 16, 2);
+  const std::string far = data() + entries + std::string(2000, '.');
+  test::MemoryReadable file(far + entries);
+  file.makeUnreadable(far.size(), far.size() + 1);
+  IndexCheck check(file, kNeverEnding);
+
+  EXPECT_GT(check.oldIndex(far.size(), entries.size(), kMovi).unreadable, 0U);
+  EXPECT_EQ(check.oldIndex(data().size(), entries.size(), kMovi).matching, 2U);
+}
+
+TEST(OldIndex, ChunkThatCannotBeReadIsNotSaidToBeMissing) {
+  const std::string entries = entry("00dc", 0x10, 4, 4) + entry("01wb", 0, 16, 2);
+  test::MemoryReadable file(data() + entries);
+  file.makeUnreadable(kMovi + 8, kMovi + 9);
+  IndexCheck check(file, kNeverEnding);
+  const IndexReport report = check.oldIndex(data().size(), entries.size(), kMovi);
+
+  EXPECT_EQ(report.unreadable, 1U);
+  EXPECT_EQ(report.checked, 1U);
+  EXPECT_EQ(report.matching, 1U);
+  EXPECT_FALSE(report.firstWrong);
+  EXPECT_GT(check.failures().count, 0U);
+}
+
 TEST(OldIndex, PartOfAnEntryDoesNotCount) { EXPECT_EQ(oldIndexOf(entry("00dc", 0, 4, 4) + "00dc").entries, 1U); }
 
 TEST(OldIndex, WithoutDataListItIsReadAllTheSame) {
@@ -131,6 +173,39 @@ TEST(SuperIndex, EntriesPointAtStandardIndexes) {
   EXPECT_EQ(report.firstWrong, 2U);
   EXPECT_THAT(report.whatIsWrong, HasSubstr("lies \"00dc\", not a standard index"));
   EXPECT_FALSE(report.keyFrames);
+}
+
+TEST(StandardIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
+  const std::string index = standardIndex(1, "00dc", 104, le32(8) + le32(4));
+  const std::string far = data() + index + std::string(2000, '.');
+  test::MemoryReadable file(far + index);
+  file.makeUnreadable(far.size() + 24, far.size() + 25);
+  IndexCheck check(file, kNeverEnding);
+
+  EXPECT_EQ(check.openDmlIndex(far.size(), index.size()).unreadable, 1U);
+  EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).matching, 1U);
+}
+
+TEST(SuperIndex, IndexThatCannotBeReadIsNotSaidToBeMissing) {
+  const std::string super = le16(4) + std::string("\0\0", 2) + le32(1) + "00dc" + std::string(12, '\0') + le32(50) +
+                            le32(0) + le32(8) + le32(0);
+  test::MemoryReadable file(data() + super);
+  file.makeUnreadable(50, 51);
+  const IndexReport report = IndexCheck(file, kNeverEnding).openDmlIndex(data().size(), super.size());
+
+  EXPECT_EQ(report.unreadable, 1U);
+  EXPECT_EQ(report.checked, 0U);
+  EXPECT_FALSE(report.firstWrong);
+}
+
+TEST(OpenDmlIndex, HeaderThatCannotBeReadIsToldAsSuch) {
+  const std::string index = standardIndex(1, "00dc", 104, le32(8) + le32(4));
+  test::MemoryReadable file(data() + index);
+  file.makeUnreadable(data().size() + 4, data().size() + 5);
+  const IndexReport report = IndexCheck(file, kNeverEnding).openDmlIndex(data().size(), index.size());
+
+  EXPECT_EQ(report.entries, 0U);
+  EXPECT_EQ(report.note, "it could not be read");
 }
 
 TEST(OpenDmlIndex, OddEntrySizesAreSaidToBeUnknown) {

@@ -3,65 +3,24 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
-#include "cli/avi_codes.h"
 #include "tests/cli/memory_readable.h"
+#include "tests/cli/outline_lines.h"
 #include "tests/cli/small_avi.h"
 
 namespace zelvo::cli {
 namespace {
 
 using test::chunk;
+using test::kNeverEnding;
 using test::le32;
+using test::Lines;
 using test::list;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
-
-/// What is told, one line each, as "id type offset+size", "end id", "! sentence", "id x chunks".
-class Lines final : public OutlineSink {
- public:
-  void beginList(const OutlineItem& list) override {
-    ++open_;
-    deepest_ = std::max(deepest_, open_);
-    add(shownCode(list.id) + " " + (list.type ? shownCode(*list.type) : "?"), list);
-  }
-  void endList(const OutlineItem& list, const DataSums& sums) override {
-    --open_;
-    addSums(sums);
-    lines.push_back("end " + shownCode(list.id));
-  }
-  void endFile(const DataSums& sums) override { addSums(sums); }
-  void chunk(const OutlineItem& chunk, const std::vector<Field>&, const std::optional<IndexReport>&) override {
-    add(shownCode(chunk.id), chunk);
-  }
-  void problem(std::uint64_t offset, std::size_t, const std::string& sentence) override {
-    lines.push_back("! " + std::to_string(offset) + " " + sentence);
-  }
-  [[nodiscard]] int open() const { return open_; }
-  [[nodiscard]] int deepest() const { return deepest_; }
-
-  std::vector<std::string> lines;
-
- private:
-  void add(const std::string& name, const OutlineItem& item) {
-    EXPECT_LE(lines.size(), 10000000U);
-    lines.push_back(name + " " + std::to_string(item.offset) + "+" + std::to_string(item.size));
-  }
-  void addSums(const DataSums& sums) {
-    for (const auto& [value, sum] : sums) {
-      engine::FourCC code;
-      code.value = value;
-      lines.push_back(shownCode(code) + " x " + std::to_string(sum.chunks) + ", " + std::to_string(sum.bytes));
-    }
-  }
-
-  int open_ = 0;
-  int deepest_ = 0;
-};
-
-const auto kNeverEnding = [] { return false; };
 
 std::vector<std::string> outlineOf(const std::string& bytes, bool listsAll = false) {
   test::MemoryReadable file(bytes);
@@ -172,8 +131,70 @@ TEST(AviOutline, EndlessSmallChunksAreListedOnlyAtFirst) {
   for (int i = 0; i < 5000; ++i) content += chunk("JUNK", "");
   const auto lines = outlineOf(list("RIFF", "AVI ", content));
 
-  EXPECT_EQ(lines.size(), AviOutline::kMostListed + 3);
-  EXPECT_THAT(lines, testing::Contains("JUNK x 4000, 0"));
+  EXPECT_EQ(lines.size(), AviOutline::kMostListed + 2);  // with the form; and the sum, and the form's end
+  EXPECT_THAT(lines, testing::Contains("JUNK x 4001, 0"));
+}
+
+TEST(AviOutline, LimitHoldsForTheFileAndNotForEachList) {
+  std::string content;
+  for (int i = 0; i < 300; ++i)
+    content += list("LIST", "abcd", chunk("JUNK", "") + chunk("JUNK", "") + chunk("JUNK", ""));
+  const auto lines = outlineOf(list("RIFF", "AVI ", content));
+
+  const auto told =
+      std::count_if(lines.begin(), lines.end(), [](const auto& line) { return line.find('+') != std::string::npos; });
+  EXPECT_EQ(told, AviOutline::kMostListed);
+  EXPECT_THAT(lines, testing::IsSupersetOf({"JUNK x 1, 0", "LIST x 50, 200", "JUNK x 150, 0"}));
+}
+
+TEST(AviOutline, LimitHoldsForNestedLists) {
+  std::string content;
+  for (int i = 0; i < 5000; ++i) content += list("LIST", "abcd", list("LIST", "efgh", ""));
+  const auto lines = outlineOf(list("RIFF", "AVI ", content));
+
+  EXPECT_LE(lines.size(), 2 * AviOutline::kMostListed + 2);
+  EXPECT_THAT(lines, testing::Contains("LIST x 9000, 36000"));
+  EXPECT_EQ(outlineOf(list("RIFF", "AVI ", content), true).size(), 20002U);
+}
+
+TEST(AviOutline, LimitHoldsForForms) {
+  std::string bytes = list("RIFF", "AVI ", "");
+  for (int i = 0; i < 5000; ++i) bytes += list("RIFF", "AVIX", chunk("JUNK", "ab"));
+  const auto lines = outlineOf(bytes);
+
+  EXPECT_THAT(lines, testing::IsSupersetOf({"RIFF x 4500, 18000", "JUNK x 1, 2", "JUNK x 4500, 9000"}));
+  EXPECT_LE(lines.size(), 2 * AviOutline::kMostListed);
+}
+
+/// A standard index without entries but one, about a chunk "00dc" of `size` bytes at `target`.
+std::string indexOf(std::uint64_t target, std::uint64_t size) {
+  return chunk("ix00", test::le16(2) + std::string("\0\1", 2) + le32(1) + "00dc" + le32(target) + le32(0) + le32(0) +
+                           le32(8) + le32(size));
+}
+
+TEST(AviOutline, LimitHoldsForIndexesWhichAreCheckedAllTheSame) {
+  std::string content = chunk("00dc", "abcd");  // at byte 24
+  for (int i = 0; i < 3000; ++i) content += indexOf(24, 4);
+  const std::uint64_t wrong = 24 + content.size();
+  content += indexOf(24, 5);
+  const std::string bytes = list("RIFF", "AVI ", list("LIST", "movi", content));
+  const auto lines = outlineOf(bytes);
+
+  EXPECT_EQ(lines.size(), AviOutline::kMostListed + 5);  // two sums, two ends, a problem
+  EXPECT_THAT(lines, testing::Contains("ix00 x 2003, 64096; 2003 entries, 2003 checked, 2002 match, 0 unreadable"));
+  EXPECT_THAT(lines, testing::Contains("! " + std::to_string(wrong) +
+                                       " 1 of the 1 index entries do not match; in the first, number 1, the chunk at "
+                                       "byte 24 is 4 bytes long, not 5"));
+  EXPECT_THAT(outlineOf(bytes, true), testing::Contains("ix00 " + std::to_string(wrong) + "+32"));
+}
+
+TEST(AviOutline, OldIndexPastTheLimitIsCheckedToo) {
+  std::string content = list("LIST", "movi", chunk("00dc", "abcd"));  // its type at byte 20
+  for (int i = 0; i < 1000; ++i) content += chunk("JUNK", "");
+  content += chunk("idx1", "00dc" + le32(0x10) + le32(4) + le32(4));
+
+  EXPECT_THAT(outlineOf(list("RIFF", "AVI ", content)),
+              testing::Contains("idx1 x 1, 16; 1 entries, 1 checked, 1 match, 0 unreadable"));
 }
 
 TEST(AviOutline, ManyCodesAreSummedUpUnderFew) {
@@ -182,7 +203,7 @@ TEST(AviOutline, ManyCodesAreSummedUpUnderFew) {
     const std::string digits = std::to_string(10000 + i);
     content += chunk(digits.substr(1, 4), "");
   }
-  EXPECT_LE(outlineOf(list("RIFF", "AVI ", content)).size(), AviOutline::kMostListed + AviOutline::kMostSums + 3);
+  EXPECT_LE(outlineOf(list("RIFF", "AVI ", content)).size(), AviOutline::kMostListed + AviOutline::kMostSums + 2);
 }
 
 TEST(AviOutline, NoMoreThanAWindowIsReadAtATime) {
@@ -191,46 +212,6 @@ TEST(AviOutline, NoMoreThanAWindowIsReadAtATime) {
   AviOutline(file, lines, kNeverEnding, true).walk();
 
   EXPECT_LE(file.largestRead(), 65536U);
-}
-
-TEST(AviOutline, StopEndsTheWalkWithEveryListClosed) {
-  std::string content;
-  for (int i = 0; i < 100; ++i) content += chunk("JUNK", "");
-  test::MemoryReadable file(list("RIFF", "AVI ", content));
-  Lines lines;
-  AviOutline(
-      file, lines, [&] { return lines.lines.size() > 10; }, true)
-      .walk();
-
-  EXPECT_EQ(lines.open(), 0);
-  EXPECT_LT(lines.lines.size(), 15U);
-}
-
-TEST(AviOutline, UnreadablePartIsRememberedAndWalkedPast) {
-  test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", std::string(200000, '\0')) + chunk("JUNK", "a")));
-  file.makeUnreadable(30000, 30512);
-  Lines lines;
-  AviOutline outline(file, lines, kNeverEnding, true);
-  outline.walk();
-
-  EXPECT_THAT(lines.lines, testing::Contains("JUNK 200020+1"));
-  EXPECT_EQ(outline.failures().count, 1U);
-  EXPECT_EQ(outline.failures().firstOffset, 30000U);
-}
-
-TEST(AviOutline, FileThatShrinksIsSurvived) {
-  test::MemoryReadable file(test::SmallAvi{.frames = 20}.bytes());
-  Lines lines;
-  AviOutline outline(
-      file, lines,
-      [&] {
-        if (lines.lines.size() == 5) file.cutTo(3000);
-        return false;
-      },
-      true);
-  outline.walk();
-
-  EXPECT_EQ(lines.open(), 0);
 }
 
 TEST(AviOutline, AnyBytesAreSurvived) {

@@ -48,5 +48,19 @@ TEST(FileView, FailedReadsAreRemembered) {
   EXPECT_EQ(view.failures().firstOffset, 4U);
 }
 
+TEST(FileView, ShortAnswersSayWhetherAReadFailed) {
+  test::MemoryReadable file("0123456789");
+  file.makeUnreadable(4, 6);
+  FileView view(file, 8);
+  EXPECT_EQ(textOf(view.bytes(0, 4)), "0123");
+  EXPECT_FALSE(view.failedLast()) << "all that was wanted is there";
+  EXPECT_EQ(textOf(view.bytes(2, 4)), "23");
+  EXPECT_TRUE(view.failedLast());
+  EXPECT_EQ(textOf(view.bytes(4, 1)), "");
+  EXPECT_TRUE(view.failedLast());
+  EXPECT_EQ(textOf(view.bytes(8, 4)), "89");
+  EXPECT_FALSE(view.failedLast()) << "the file ends";
+}
+
 }  // namespace
 }  // namespace zelvo::cli

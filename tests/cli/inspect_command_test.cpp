@@ -67,6 +67,38 @@ TEST(InspectCommand, EmptyFileIsNoAvi) {
   EXPECT_EQ(runZelvoAvi({"inspect", folder / "in.avi"}).exit, 1);
 }
 
+TEST(InspectCommand, WalkIsShownWhereStandardErrorIsATerminal) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", SmallAvi{}.bytes());
+
+  const Ended ended = Program(zelvoAvi({"inspect", folder / "in.avi"}), ErrorStream::terminal).wait();
+
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.err, HasSubstr("in.avi: reading, "));
+  EXPECT_THAT(ended.err, HasSubstr(" MB"));
+  EXPECT_THAT(ended.err, testing::EndsWith("\r\033[K"));
+  EXPECT_EQ(runZelvoAvi({"inspect", folder / "in.avi"}).err, "");
+}
+
+TEST(InspectCommand, LengthOfTheOutputIsBoundedForAnyInput) {
+  const TempFolder folder;
+  std::string lists;
+  for (int i = 0; i < 100000; ++i) lists += list("LIST", "abcd", "") + chunk("ix00", "") + "LIST" + le32(0);
+  writeFile(folder / "in.avi", list("RIFF", "AVI ", lists));
+
+  for (const char* format : {"", "--json"}) {
+    std::vector<std::string> line = {"inspect", folder / "in.avi"};
+    if (*format != '\0') line.emplace_back(format);
+    const Ended ended = runZelvoAvi(line);
+    EXPECT_EQ(ended.exit, 0);
+    EXPECT_LT(ended.out.size(), 300000U) << format;
+  }
+  const std::string text = runZelvoAvi({"inspect", folder / "in.avi"}).out;
+  EXPECT_THAT(text, testing::EndsWith("\n100,000 problems found; the first 1,000 are shown.\n"));
+  EXPECT_THAT(runZelvoAvi({"inspect", "--chunks", folder / "in.avi"}).out,
+              testing::EndsWith("\n100,000 problems found.\n"));
+}
+
 TEST(InspectCommand, MissingFileAndFolderAndDeviceAreFailures) {
   const TempFolder folder;
 

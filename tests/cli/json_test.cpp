@@ -102,6 +102,18 @@ TEST_F(Json, OutlineIsAsDocumented) {
   }
 }
 
+TEST_F(Json, OutlineWithSummedUpIndexesIsAsDocumented) {
+  std::string content;
+  for (int i = 0; i < 3000; ++i) content += list("LIST", "abcd", chunk("ix00", ""));
+  writeFile(folder_ / "in.avi", list("RIFF", "AVI ", content));
+
+  const Ended ended = runZelvoAvi({"inspect", "--json", folder_ / "in.avi"});
+
+  EXPECT_EQ(wrongInOutline(ended.out), "");
+  EXPECT_THAT(ended.out, HasSubstr("{\"id\":\"ix00\",\"chunks\":2500,\"bytes\":0,\"index\":{\"entries\":0,"));
+  EXPECT_THAT(ended.out, HasSubstr("\"read_errors\":0,\"stopped\":false}\n"));
+}
+
 TEST_F(Json, OutlineOfDamageIsAsDocumented) {
   std::mt19937 random(7);
   const std::string good = SmallAvi{.frames = 30}.bytes();

@@ -35,6 +35,23 @@ TEST(JsonWriter, QuotesAndControlCharactersAreEscaped) {
   EXPECT_EQ(textOf("a\"b\\c\n\x01\x7f"), R"("a\"b\\c\u000a\u0001\u007f")");
 }
 
+TEST(JsonWriter, WhatSteersATerminalIsEscapedAndKeepsItsValue) {
+  EXPECT_EQ(textOf("\xc2\x80\xc2\x9b\xc2\x9f\xc2\xa0"), "\"\\u0080\\u009b\\u009f\xc2\xa0\"");
+  EXPECT_EQ(textOf("\xd8\x9c\xe2\x80\x8e\xe2\x80\xae\xe2\x81\xa9"), R"("\u061c\u200e\u202e\u2069")");
+  EXPECT_EQ(textOf("\x9b"), "\"\xEF\xBF\xBD\"") << "a lone byte is no character and becomes U+FFFD";
+}
+
+TEST(JsonWriter, WhatSteersATerminalIsEscapedInKeysToo) {
+  JsonWriter json;
+  json.beginObject();
+  json.member("\xc2\x9b", std::uint64_t{1});
+  json.endObject();
+
+  EXPECT_EQ(json.written(), R"({"\u009b":1})");
+}
+
+TEST(JsonWriter, OtherCharactersStay) { EXPECT_EQ(textOf("Grüße 日本 e\xcc\x81 😀"), "\"Grüße 日本 e\xcc\x81 😀\""); }
+
 TEST(JsonWriter, ZeroBytesAreKept) { EXPECT_EQ(textOf(std::string_view("a\0b\0", 4)), R"("a\u0000b\u0000")"); }
 
 TEST(JsonWriter, BytesThatAreNoUtf8BecomeReplacements) {

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "platform/linux/linux_file_manager.h"
 #include "tests/cli/temp_folder.h"
 
 namespace zelvo::platform::linux_ {
@@ -50,6 +51,24 @@ TEST_F(NewFilesOnLinux, RenameReplacesNothing) {
 
 TEST_F(NewFilesOnLinux, RenameOfNothingIsAnError) {
   EXPECT_EQ(newFiles_.renameToNew(folder_ / "a", folder_ / "b"), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(NewFilesOnLinux, PermissionsAreSetAndTold) {
+  test::writeFile(folder_ / "a", "");
+  LinuxFileManager manager;
+  for (const std::uint32_t permissions : {0600U, 0644U, 0751U}) {
+    EXPECT_FALSE(newFiles_.setPermissions(folder_ / "a", permissions));
+    EXPECT_EQ(manager.attributes(folder_ / "a")->permissions, permissions);
+  }
+  EXPECT_EQ(newFiles_.setPermissions(folder_ / "b", 0600), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(NewFilesOnLinux, FolderIsFlushedAndNothingElse) {
+  test::writeFile(folder_ / "a", "");
+  EXPECT_FALSE(newFiles_.flushFolder(folder_.path()));
+  EXPECT_FALSE(newFiles_.flushFolder("/proc")) << "a file system that cannot do it";
+  EXPECT_EQ(newFiles_.flushFolder(folder_ / "none"), std::errc::no_such_file_or_directory);
+  EXPECT_EQ(newFiles_.flushFolder(folder_ / "a"), std::errc::not_a_directory);
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_new_files.h"
 #include "tests/cli/temp_folder.h"
@@ -93,6 +95,48 @@ TEST_F(Hidden, ForceReplacesIt) {
 TEST_F(Hidden, MissingFolderIsAnError) {
   HiddenFile file(fileManager_, newFiles_);
   EXPECT_EQ(file.create(folder_ / "nowhere"), std::errc::no_such_file_or_directory);
+}
+
+TEST_F(Hidden, FileThatIsReplacedLeavesItsPermissions) {
+  for (const std::uint32_t permissions : {0600U, 0640U, 0444U}) {
+    const OutputChoice output{folder_ / "out", true, false};
+    test::writeFile(output.path, "mine");
+    ASSERT_FALSE(newFiles_.setPermissions(output.path, permissions));
+    HiddenFile file(fileManager_, newFiles_);
+    ASSERT_FALSE(file.create(folder_.path(), output));
+    EXPECT_EQ(fileManager_.attributes(file.path())->permissions, 0600U) << "nobody else may look meanwhile";
+
+    EXPECT_FALSE(file.renameTo(output));
+
+    EXPECT_EQ(fileManager_.attributes(output.path)->permissions, permissions);
+    ASSERT_FALSE(fileManager_.remove(output.path));
+  }
+}
+
+TEST_F(Hidden, ReplacedLinkLeavesThePermissionsOfWhatItLedTo) {
+  const OutputChoice output{folder_ / "out", true, false};
+  test::writeFile(folder_ / "target", "mine");
+  ASSERT_FALSE(newFiles_.setPermissions(folder_ / "target", 0640));
+  std::filesystem::create_symlink("target", output.path);
+  HiddenFile file(fileManager_, newFiles_);
+  ASSERT_FALSE(file.create(folder_.path(), output));
+
+  EXPECT_FALSE(file.renameTo(output));
+
+  EXPECT_EQ(fileManager_.attributes(output.path)->permissions, 0640U);
+}
+
+TEST_F(Hidden, FileToBeReplacedThatIsGoneLeavesThoseOfANewOne) {
+  const OutputChoice output{folder_ / "out", true, false};
+  test::writeFile(output.path, "mine");
+  const std::uint32_t usual = fileManager_.attributes(output.path)->permissions;
+  HiddenFile file(fileManager_, newFiles_);
+  ASSERT_FALSE(file.create(folder_.path(), output));
+  ASSERT_FALSE(fileManager_.remove(output.path));
+
+  EXPECT_FALSE(file.renameTo(output));
+
+  EXPECT_EQ(fileManager_.attributes(output.path)->permissions, usual);
 }
 
 }  // namespace

@@ -47,6 +47,31 @@ TEST_F(OutputRules, ForceReplacesAnExistingOutput) {
   EXPECT_THAT(folder_.names(), ElementsAre("in.avi", "out.avi"));
 }
 
+TEST_F(OutputRules, NewOutputHasThePermissionsOfTheUsersMask) {
+  for (const auto& [mask, permissions] : {std::pair{"022", 0644U}, std::pair{"077", 0600U}, std::pair{"002", 0664U}}) {
+    const Ended ended = run({"sh", "-c", "umask $1 && exec " ZELVO_AVI " repair \"$2\" -f -o \"$3\"", "sh", mask,
+                             input_, folder_ / "out.avi"});
+
+    EXPECT_EQ(ended.exit, 0);
+    EXPECT_EQ(static_cast<unsigned>(fs::status(folder_ / "out.avi").permissions()), permissions) << mask;
+    fs::remove(folder_ / "out.avi");
+  }
+}
+
+TEST_F(OutputRules, ReplacedOutputKeepsItsPermissions) {
+  for (const std::string place : {"-o", "--into"}) {
+    fs::create_directories(folder_ / "Repaired");
+    const std::string output = folder_ / (place == "-o" ? "out.avi" : "Repaired/repaired.avi");
+    writeFile(output, "mine");
+    fs::permissions(output, static_cast<fs::perms>(0640));
+
+    EXPECT_EQ(runZelvoAvi({"repair", input_, "-f", place, place == "-o" ? output : folder_ / "Repaired"}).exit, 0);
+
+    EXPECT_EQ(static_cast<unsigned>(fs::status(output).permissions()), 0640U) << place;
+    EXPECT_NE(readFile(output), "mine");
+  }
+}
+
 TEST_F(OutputRules, ForceKeepsTheOldFileWhenTheInputIsRejected) {
   writeFile(folder_ / "out.avi", "mine");
   writeFile(folder_ / "bad.avi", "no AVI");
@@ -136,8 +161,7 @@ TEST_F(OutputRules, DeviceAsOutputIsRefusedEvenWithForce) {
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
 }
 
-TEST_F(OutputRules, EmptyAndTooLongNamesAreRefused) {
-  EXPECT_EQ(runZelvoAvi({"repair", input_, "-o", ""}).exit, 3);
+TEST_F(OutputRules, TooLongNamesAreRefused) {
   EXPECT_EQ(runZelvoAvi({"repair", input_, "-o", folder_ / std::string(256, 'x')}).exit, 3);
 }
 

@@ -2,7 +2,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <mutex>
+
 #include "cli/check_command.h"
+#include "cli/inspect_command.h"
 #include "cli/repair_command.h"
 #include "cli/surroundings.h"
 #include "platform/headless/screen.h"
@@ -15,6 +19,7 @@
 #include "tests/cli/memory_readable.h"
 #include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/refusing_workers.h"
 
 namespace zelvo::cli {
 namespace {
@@ -54,6 +59,46 @@ class ShrinkingFile final : public platform::ReadableFile {
   test::MemoryReadable whole_;
 };
 
+/// Does something once its data is read.
+class NotifyingFile final : public platform::ReadableFile {
+ public:
+  NotifyingFile(std::string bytes, std::function<void()> whenRead)
+      : whole_(std::move(bytes)), whenRead_(std::move(whenRead)) {}
+  platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    if (offset > 300000) std::call_once(told_, whenRead_);
+    return whole_.readAt(offset, into);
+  }
+  std::uint64_t size() override { return whole_.size(); }
+
+ private:
+  test::MemoryReadable whole_;
+  std::function<void()> whenRead_;
+  std::once_flag told_;
+};
+
+/// The system's new files, which notes what comes after the content and fails where a test wants it to.
+class NotedNewFiles final : public platform::NewFiles {
+ public:
+  std::error_code createNewFile(const std::string& path) override { return files_.createNewFile(path); }
+  std::error_code renameToNew(const std::string& from, const std::string& to) override {
+    steps.push_back("rename to " + to);
+    return files_.renameToNew(from, to);
+  }
+  std::error_code setPermissions(const std::string& path, std::uint32_t permissions) override {
+    return files_.setPermissions(path, permissions);
+  }
+  std::error_code flushFolder(const std::string& folder) override {
+    steps.push_back("flush " + folder);
+    return flushError;
+  }
+
+  std::vector<std::string> steps;
+  std::error_code flushError;
+
+ private:
+  platform::linux_::LinuxNewFiles files_;
+};
+
 class ReadFailure : public testing::Test {
  protected:
   struct Said {
@@ -62,14 +107,14 @@ class ReadFailure : public testing::Test {
     std::string err;
   };
 
-  /// Runs a command on an input that `make` opens, with `--json` when the command takes it as its first flag.
+  /// Runs a command on an input that `make` opens, with `--json`.
   Said run(std::unique_ptr<Command> command, std::function<std::unique_ptr<platform::ReadableFile>()> make) {
     test::writeFile(input_, bytes_);
     PreparedFiles files(input_, std::move(make));
     platform::linux_::LinuxFileManager fileManager;
-    platform::linux_::LinuxNewFiles newFiles;
     platform::linux_::LinuxMainQueue queue;
-    platform::linux_::LinuxWorkers workers;
+    platform::linux_::LinuxWorkers threads;
+    tests::RefusingWorkers workers(threads, refused_);
     platform::headless::HeadlessMovieLoader movies;
     platform::headless::HeadlessSheets sheets(queue, nullptr);
     const platform::headless::Screen screen;
@@ -78,7 +123,7 @@ class ReadFailure : public testing::Test {
     platform::linux_::LinuxPropertyLists propertyLists;
     Surroundings around{.files = files,
                         .fileManager = fileManager,
-                        .newFiles = newFiles,
+                        .newFiles = newFiles_,
                         .workers = workers,
                         .mainQueue = queue,
                         .runUntil = [&](const auto& done) { queue.runUntil(done); },
@@ -91,6 +136,8 @@ class ReadFailure : public testing::Test {
                         .stopRequested = stop};
     for (const Option& option : command->options()) {
       if (option.names == "INPUT") std::get<std::vector<std::string>*>(option.target)->push_back(input_);
+      if (option.names == "-f,--force") *std::get<bool*>(option.target) = force_;
+      if (option.names == "FILE") *std::get<std::string*>(option.target) = input_;
       if (option.names == "--json") *std::get<bool*>(option.target) = true;
     }
     testing::internal::CaptureStdout();
@@ -111,6 +158,9 @@ class ReadFailure : public testing::Test {
     };
   }
 
+  NotedNewFiles newFiles_;
+  bool force_ = false;
+  unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
   const test::TempFolder folder_;
   const std::string input_ = folder_ / "in.avi";
   const std::string bytes_ = test::SmallAvi{}.bytes();
@@ -150,6 +200,17 @@ TEST_F(ReadFailure, CheckTellsOfUnreadableDataToo) {
   EXPECT_THAT(said.err, HasSubstr("failed, the first at byte"));
 }
 
+TEST_F(ReadFailure, InspectGoesOnBehindUnreadableHeadersAndAnswersThree) {
+  const Said said = run(makeInspectCommand(), unreadable(100, 200));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("cannot be read at byte 100: Input/output error."));
+  EXPECT_THAT(said.out, HasSubstr("\"type\":\"movi\""));
+  EXPECT_THAT(said.out, HasSubstr("\"stopped\":false"));
+  EXPECT_THAT(said.out, testing::Not(HasSubstr("\"read_errors\":0")));
+  EXPECT_THAT(said.out, testing::Not(HasSubstr("all zero")));
+}
+
 TEST_F(ReadFailure, InputThatShrinksMeanwhileIsAFailureWithoutOutput) {
   const Said said = run(makeRepairCommand(), [this] { return std::make_unique<ShrinkingFile>(bytes_); });
 
@@ -167,6 +228,71 @@ TEST_F(ReadFailure, InputThatVanishesMeanwhileIsStillRead) {
 
   EXPECT_EQ(said.exit, Exit::done) << said.err;
   EXPECT_EQ(folder_.names(), std::vector<std::string>{"in-repaired.avi"});
+}
+
+TEST_F(ReadFailure, OutputThatBecomesTheInputMeanwhileIsNotReplaced) {
+  force_ = true;
+  const std::string output = folder_ / "in-repaired.avi";
+  const Said said = run(makeRepairCommand(), [&] {
+    return std::make_unique<NotifyingFile>(bytes_, [&] { std::filesystem::create_hard_link(input_, output); });
+  });
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr(output + " leads to " + input_ + " by now"));
+  EXPECT_TRUE(std::filesystem::equivalent(input_, output));
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in-repaired.avi", "in.avi"}));
+}
+
+TEST_F(ReadFailure, FolderIsFlushedAfterTheRename) {
+  const Said said = run(makeRepairCommand(), unreadable(0, 0));
+
+  EXPECT_EQ(said.exit, Exit::done);
+  EXPECT_EQ(newFiles_.steps,
+            (std::vector<std::string>{"rename to " + (folder_ / "in-repaired.avi"), "flush " + folder_.path()}));
+}
+
+TEST_F(ReadFailure, FolderThatCannotBeFlushedIsWarnedOf) {
+  newFiles_.flushError = std::make_error_code(std::errc::io_error);
+  const Said said = run(makeRepairCommand(), unreadable(0, 0));
+
+  EXPECT_EQ(said.exit, Exit::done);
+  EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"repaired\""));
+  EXPECT_THAT(said.err, HasSubstr("a power cut could still take its name from it: Input/output error."));
+}
+
+// ---- No thread, no memory ----
+
+TEST_F(ReadFailure, AnyThreadThatIsRefusedIsAFailureWithoutOutput) {
+  // The run, its animation, and the helper of each copy; a small input is scanned without a helper.
+  for (refused_ = 1; refused_ <= 3; ++refused_) {
+    SCOPED_TRACE(refused_);
+    const Said said = run(makeRepairCommand(), unreadable(0, 0));
+
+    EXPECT_EQ(said.exit, Exit::ioFailed);
+    EXPECT_THAT(said.err, HasSubstr("the system gives no thread (Resource temporarily unavailable) for " + input_));
+    EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"failed\""));
+    EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.avi"});
+  }
+}
+
+TEST_F(ReadFailure, CheckWithoutAThreadIsAFailureToo) {
+  refused_ = 1;
+  const Said said = run(makeCheckCommand(), unreadable(0, 0));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("the system gives no thread"));
+}
+
+TEST_F(ReadFailure, MemoryThatLacksIsAFailureWithoutOutput) {
+  for (auto* const command : {&makeRepairCommand, &makeCheckCommand}) {
+    const Said said =
+        run(command(), [this] { return std::make_unique<NotifyingFile>(bytes_, [] { throw std::bad_alloc(); }); });
+
+    EXPECT_EQ(said.exit, Exit::ioFailed);
+    EXPECT_THAT(said.err, HasSubstr("there is not enough memory for " + input_));
+    EXPECT_THAT(said.err, testing::Not(HasSubstr("warning")));
+    EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.avi"});
+  }
 }
 
 }  // namespace

@@ -9,10 +9,15 @@ TEST(ShownText, ControlCharactersAreSpelledOut) {
   EXPECT_EQ(shownText("a\033[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
   EXPECT_EQ(shownText("\xc2\x9b"
                       "1m"),
-            "\\xc2\x9b"
-            "1m")
+            "\\u009b1m")
       << "U+009B begins a terminal's command";
+  EXPECT_EQ(shownText("\x9b"
+                      "1m"),
+            "\\x9b1m")
+      << "so does its byte alone";
 }
+
+TEST(ShownText, DirectionsAreSpelledOut) { EXPECT_EQ(shownText("a\xe2\x80\xaeiva.exe"), "a\\u202eiva.exe"); }
 
 TEST(ShownText, OtherCharactersStay) { EXPECT_EQ(shownText("Grüße \xc2\xa0 日本"), "Grüße \xc2\xa0 日本"); }
 
@@ -32,7 +37,10 @@ TEST(ShownSize, UnitFitsTheSize) {
   EXPECT_EQ(shownSize(48400000), "48.4 MB");
   EXPECT_EQ(shownSize(999949999), "999.9 MB");
   EXPECT_EQ(shownSize(999950000), "1.00 GB");
-  EXPECT_EQ(shownSize(0xffffffffffffffff), "18446744073.71 GB");
+  EXPECT_EQ(shownSize(999994999999), "999.99 GB");
+  EXPECT_EQ(shownSize(999995000000), "1.00 TB");
+  EXPECT_EQ(shownSize(18000207937536), "18.00 TB");
+  EXPECT_EQ(shownSize(0xffffffffffffffff), "18446744.07 TB");
 }
 
 TEST(ShownNumber, ThousandsAreSet) {

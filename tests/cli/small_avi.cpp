@@ -73,14 +73,13 @@ std::string SmallAvi::bytes() const {
   return list("RIFF", "AVI ", content);
 }
 
-std::string overlappingAvi() {
-  constexpr std::size_t kChunks = 400;
+std::string overlappingAvi(std::size_t chunks) {
   constexpr std::size_t kSize = 5000000;
   std::string bytes = list("RIFF", "AVI ", headerList({}));
-  for (std::size_t i = 0; i < kChunks; ++i) bytes += "00dc" + le32(kSize);
-  bytes.append(kSize - 8 * (kChunks - 1), '\0');
+  for (std::size_t i = 0; i < chunks; ++i) bytes += "00dc" + le32(kSize);
+  bytes.append(kSize - 8 * (chunks - 1), '\0');
   // What follows each of them: a code of its own, whose size of zero keeps it from being recorded.
-  for (std::size_t i = 0; i < kChunks; ++i) bytes += "00dc" + le32(0);
+  for (std::size_t i = 0; i < chunks; ++i) bytes += "00dc" + le32(0);
   return bytes;
 }
 

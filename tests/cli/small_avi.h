@@ -23,7 +23,7 @@ struct SmallAvi {
 };
 
 /// A file of 5 MB whose repair is 2 GB long, since its accepted chunks lie over each other: 400 of 5,000,000 bytes.
-[[nodiscard]] std::string overlappingAvi();
+[[nodiscard]] std::string overlappingAvi(std::size_t chunks = 400);
 
 /// Four bytes, the least significant first.
 [[nodiscard]] std::string le32(std::uint64_t number);

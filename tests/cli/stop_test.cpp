@@ -125,16 +125,47 @@ TEST(StoppedScan, CtrlCEndsItAtOnce) {
   EXPECT_EQ(program.wait().exit, 130);
 }
 
-TEST(StoppedInspection, CtrlCEndsIt) {
-  const TempFolder folder;
-  writeFile(folder / "in.avi", SmallAvi{.frames = 5000, .frameSize = 100}.bytes());
-  fs::resize_file(folder / "in.avi", std::uintmax_t{400} << 30U);  // sparse; skipping it takes minutes
-  Program program({"sh", "-c", "exec " ZELVO_AVI " inspect --chunks \"$1\" >&2", "sh", folder / "in.avi"});
+/// A walk that takes minutes: a film with a sparse end.
+class StoppedInspection : public testing::Test {
+ protected:
+  void SetUp() override {
+    writeFile(input_, SmallAvi{.frames = 5000, .frameSize = 100}.bytes());
+    fs::resize_file(input_, std::uintmax_t{400} << 30U);
+  }
+  const TempFolder folder_;
+  const std::string input_ = folder_ / "in.avi";
+};
+
+TEST_F(StoppedInspection, CtrlCEndsItAndIsTold) {
+  Program program({"sh", "-c", "exec " ZELVO_AVI " inspect --chunks \"$1\" >&2", "sh", input_});
   ASSERT_TRUE(program.waitForError("00dc at ")) << "the walk has not begun";
 
   program.send(SIGINT);
+  const Ended ended = program.wait();
 
-  EXPECT_EQ(program.wait().exit, 130);
+  EXPECT_EQ(ended.exit, 130);
+  EXPECT_THAT(ended.err, HasSubstr(": stopped here; "));
+  EXPECT_THAT(ended.err, HasSubstr(" bytes were not looked at\n"));
+  EXPECT_THAT(ended.err, HasSubstr("zelvo-avi: stopped; " + input_ + " was looked at up to byte "));
+  EXPECT_THAT(ended.err, HasSubstr(" found until the stop.\n"));
+  EXPECT_THAT(ended.err, testing::Not(HasSubstr("No problems found")));
+}
+
+TEST_F(StoppedInspection, IsOneJsonObjectThatSaysSo) {
+  Program program(zelvoAvi({"inspect", "--json", input_}), ErrorStream::terminal);
+  ASSERT_TRUE(program.waitForError("in.avi: reading")) << "the walk has not begun";
+
+  program.send(SIGTERM);
+  const Ended ended = program.wait();
+
+  EXPECT_EQ(ended.exit, 130);
+  EXPECT_THAT(ended.out, HasSubstr("\"stopped\":true}\n"));
+  EXPECT_THAT(ended.out, HasSubstr("were not looked at"));
+  EXPECT_THAT(ended.err, HasSubstr("zelvo-avi: stopped; "));
+  writeFile(folder_ / "result.json", ended.out);
+  const Ended judged = run({"python3", ZELVO_ROOT "/tests/cli/validate_json.py",
+                            ZELVO_ROOT "/docs/cli-inspect.schema.json", folder_ / "result.json"});
+  EXPECT_EQ(judged.exit, 0) << judged.out << judged.err;
 }
 
 }  // namespace

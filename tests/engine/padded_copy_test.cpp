@@ -46,12 +46,12 @@ class PaddedCopy : public testing::Test {
     static_cast<void>(output);
     const auto from = files.openForReading("/in");
     const auto to = files.openForWriting("/out");
-    failure = engine::paddedCopy(from.file.get(), *to.file, size);
+    end = engine::paddedCopy(from.file.get(), *to.file, size);
     return files.content("/out");
   }
 
   MemoryFiles files;
-  std::optional<engine::WriteFailure> failure;
+  engine::PaddedCopyEnd end;
 };
 
 TEST_F(PaddedCopy, FileOf100000BytesBecomes132768) {
@@ -79,6 +79,8 @@ TEST_P(PaddedCopyOfSize, IsTheLiteralCopyAndAsLongAsForetold) {
   files.put("/in", bytes);
   const platform::Bytes out = copy(bytes.size());
   EXPECT_EQ(out, literalCopy(bytes, bytes.size()));
+  EXPECT_EQ(end.missing, 0U);
+  EXPECT_EQ(end.readFailures.count, 0U);
   EXPECT_EQ(out.size(), engine::paddedCopySize(bytes.size()));
 }
 
@@ -87,7 +89,11 @@ INSTANTIATE_TEST_SUITE_P(Sizes, PaddedCopyOfSize,
                                          8 * 32768 + 1, 9 * 32768, 1000000),
                          testing::PrintToStringParamName());
 
-TEST_F(PaddedCopy, MissingInputIsCopiedAsZeros) { EXPECT_EQ(copy(40000), platform::Bytes(2 * kBlock + 7232)); }
+TEST_F(PaddedCopy, MissingInputIsCopiedAsZerosAndToldToBeMissing) {
+  EXPECT_EQ(copy(40000), platform::Bytes(2 * kBlock + 7232));
+  EXPECT_EQ(end.missing, 40000U);
+  EXPECT_EQ(end.readFailures.count, 0U);
+}
 
 TEST_F(PaddedCopy, EmptyFileStaysEmpty) {
   files.put("/in", {});
@@ -98,6 +104,8 @@ TEST_F(PaddedCopy, InputThatIsShorterThanToldIsPadded) {
   const platform::Bytes bytes = randomBytes(50000);
   files.put("/in", bytes);
   EXPECT_EQ(copy(400000), literalCopy(bytes, 400000));
+  EXPECT_EQ(end.missing, 350000U);
+  EXPECT_EQ(end.readFailures.count, 0U);
 }
 
 TEST_F(PaddedCopy, InputThatHasGrownSinceItWasMeasuredIsReadOverTheLastBlocksFront) {
@@ -121,7 +129,11 @@ TEST_F(PaddedCopy, UnreadableBlockIsZeroFromTheBadByteOnAndLaterOnesAreCopied) {
   platform::Bytes expected = bytes;
   std::fill(expected.begin() + 2 * kBlock + 100, expected.begin() + 3 * kBlock, std::byte{0});
   EXPECT_EQ(out, expected);
-  EXPECT_FALSE(failure);
+  EXPECT_FALSE(end.writeFailure);
+  EXPECT_EQ(end.missing, kBlock - 100);
+  EXPECT_EQ(end.readFailures.count, 1U);
+  EXPECT_EQ(end.readFailures.firstOffset, 2 * kBlock + 100);
+  EXPECT_EQ(end.readFailures.firstCause, std::errc::io_error);
 }
 
 TEST_F(PaddedCopy, WriteFailureEndsTheCopyAndIsAnswered) {
@@ -132,7 +144,7 @@ TEST_F(PaddedCopy, WriteFailureEndsTheCopyAndIsAnswered) {
   const auto from = files.openForReading("/in");
   const auto to = files.openForWriting("/out");
 
-  const auto failed = engine::paddedCopy(from.file.get(), *to.file, 100000);
+  const auto failed = engine::paddedCopy(from.file.get(), *to.file, 100000).writeFailure;
 
   ASSERT_TRUE(failed.has_value());
   EXPECT_EQ(failed->offset, 70000U);
@@ -148,7 +160,7 @@ TEST_F(PaddedCopy, WriteFailureInTheRepeatedFrontIsAnswered) {
   const auto from = files.openForReading("/in");
   const auto to = files.openForWriting("/out");
 
-  const auto failed = engine::paddedCopy(from.file.get(), *to.file, 100000);
+  const auto failed = engine::paddedCopy(from.file.get(), *to.file, 100000).writeFailure;
 
   ASSERT_TRUE(failed.has_value());
   EXPECT_EQ(failed->offset, 131082U);
@@ -161,12 +173,13 @@ TEST_F(PaddedCopy, TellsHowFarItIsAndEndsOnNo) {
   const auto to = files.openForWriting("/out");
   std::vector<std::uint64_t> told;
 
-  const auto failed = engine::paddedCopy(from.file.get(), *to.file, 1000000, [&](std::uint64_t done) {
+  const auto ended = engine::paddedCopy(from.file.get(), *to.file, 1000000, [&](std::uint64_t done) {
     told.push_back(done);
     return told.size() < 2;
   });
 
-  EXPECT_FALSE(failed);
+  EXPECT_FALSE(ended.writeFailure);
+  EXPECT_EQ(ended.missing, 0U);
   ASSERT_EQ(told.size(), 2U);
   EXPECT_LT(told[0], told[1]);
   EXPECT_EQ(files.content("/out").size(), told[1]);
@@ -178,10 +191,11 @@ TEST_F(PaddedCopy, LastValueToldIsTheWholeSize) {
   const auto from = files.openForReading("/in");
   const auto to = files.openForWriting("/out");
   std::uint64_t last = 0;
-  EXPECT_FALSE(engine::paddedCopy(from.file.get(), *to.file, 1000000, [&](std::uint64_t done) {
+  const auto ended = engine::paddedCopy(from.file.get(), *to.file, 1000000, [&](std::uint64_t done) {
     last = done;
     return true;
-  }));
+  });
+  EXPECT_FALSE(ended.writeFailure);
   EXPECT_EQ(last, 1000000U);
 }
 

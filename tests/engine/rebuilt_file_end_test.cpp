@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -219,7 +220,8 @@ TEST_F(RebuiltFile, FileManagerIsKeptOnTheJob) {
 class RebuiltFileWriteError : public RebuiltFile {
  protected:
   /// What holds after every write error.
-  void expectReported(std::uint64_t offset, std::errc cause) {
+  template <class Cause>
+  void expectReported(std::uint64_t offset, const Cause& cause) {
     const auto failure = bench.job->writeFailure.get();
     ASSERT_TRUE(failure.has_value());
     EXPECT_EQ(failure->offset, offset);
@@ -233,6 +235,19 @@ class RebuiltFileWriteError : public RebuiltFile {
     EXPECT_EQ(lines[lines.size() - 2], "setMovieView(/out.avi)");
     EXPECT_EQ(lines[lines.size() - 1], "log: Repair file completed");
     EXPECT_TRUE(happened("log: audiocodecstring=mp3 "));
+  }
+  void expectNoRoom(int cause) {
+    addChunk("00dc", 100000);
+    MemoryFile& output = bench.files.put("/out.avi", {});
+    output.reserveError = std::error_code(cause, std::system_category());
+    bool wasWritten = false;
+    output.onWrite = [&](std::uint64_t, std::size_t) { wasWritten = true; };
+
+    const Bytes file = write();
+
+    expectReported(0, output.reserveError);
+    EXPECT_FALSE(wasWritten);
+    EXPECT_TRUE(file.empty());
   }
 };
 
@@ -271,6 +286,18 @@ TEST_F(RebuiltFileWriteError, FullDiskLeavesNoReservedRoomBehind) {
   output.badWriteFrom = 777777;
   output.writeError = std::make_error_code(std::errc::io_error);
   EXPECT_EQ(write().size(), 777777U);
+}
+
+TEST_F(RebuiltFileWriteError, RoomThatIsNotThereIsReportedBeforeAnythingIsWritten) { expectNoRoom(ENOSPC); }
+
+TEST_F(RebuiltFileWriteError, ShareOfTheDiskThatIsUsedUpIsReportedTheSame) { expectNoRoom(EDQUOT); }
+
+TEST_F(RebuiltFileWriteError, AnyOtherRefusalOfRoomIsNone) {
+  for (const int cause : {EOPNOTSUPP, EINVAL, EIO, EFBIG, EPERM}) {
+    bench.files.put("/out.avi", {}).reserveError = std::error_code(cause, std::system_category());
+    EXPECT_EQ(write().size(), 40U + 18 + 436);
+    EXPECT_FALSE(bench.job->writeFailure.get()) << cause;
+  }
 }
 
 TEST_F(RebuiltFileWriteError, ErrorAtClosingIsReported) {

@@ -334,6 +334,32 @@ TEST_F(SampleScan, FullTableRecordsNoMoreOfItsKindAndSaysSoOnce) {
   EXPECT_EQ(bench.audio(), (Chunks{{518, 10}, {554, 10}}));
   const auto lines = bench.events.lines();
   EXPECT_EQ(std::count(lines.begin(), lines.end(), "log: Table full, no more video chunks are recorded"), 1);
+  EXPECT_EQ(bench.job->samplesleftout, 2U);
+}
+
+TEST_F(SampleScan, TableThatIsJustFullLeavesNothingOut) {
+  platform::Bytes bytes = blank(5001);
+  putHeader(bytes, 500, "00dc", 10);
+  putHeader(bytes, 518, "01wb", 10);
+  bench.choose(std::move(bytes));
+  prepare();
+  bench.job->videosamplecount = engine::kLargestSampleCount - 1;
+
+  bench.job->scanSamples();
+
+  EXPECT_EQ(bench.job->videosamplecount, engine::kLargestSampleCount);
+  EXPECT_EQ(bench.job->samplesleftout, 0U);
+}
+
+TEST_F(SampleScan, NextRunCountsAnewWhatItLeavesOut) {
+  bench.choose(AviBuilder().interleaved(60, 10000, 1001).build());
+  bench.begin();
+  ASSERT_TRUE(bench.job->fileValidityCheck());
+  bench.job->samplesleftout = 5;
+
+  ASSERT_TRUE(bench.job->harvestHeaders());
+
+  EXPECT_EQ(bench.job->samplesleftout, 0U);
 }
 
 TEST_F(SampleScan, CandidateBeyondAFullTableStillChangesTheLookAheadBuffer) {

@@ -16,8 +16,8 @@ REFUSED = {"style", "class", "filter", "mask", "clip-path", "href"}
 SIZES = {
     "repair_button_normal": (220, 48), "repair_button_hover": (220, 48),
     "home-1": (32, 32), "home-2": (32, 32), "help-1": (32, 32), "help-2": (32, 32),
-    "update-1": (32, 32), "update-2": (32, 32), "film-drop": (96, 72),
-    "sheet-info": (40, 40), "sheet-question": (40, 40), "sheet-done": (40, 40), "sheet-warning": (40, 40),
+    "update-1": (32, 32), "update-2": (32, 32), "film-drop": (96, 72), "film": (96, 72),
+    "sheet-info": (40, 40), "sheet-question": (40, 40), "sheet-done": (40, 40), "sheet-failed": (40, 40), "sheet-warning": (40, 40),
     "zelvo-avi-repair": (256, 256),
 }
 

@@ -10,6 +10,7 @@
 #include "app/texts.h"
 #include "platform/linux/linux_bundle.h"
 #include "platform/linux/linux_files.h"
+#include "platform/linux/linux_path_probe.h"
 #include "platform/linux/linux_property_lists.h"
 #include "platform/path_mapper.h"
 #include "update/path_components.h"
@@ -86,6 +87,13 @@ TEST_F(StagedBundle, ListNamesTheProgramThatLiesInTheBundle) {
   const fs::path program =
       fs::path(bundle().bundlePath()) / "Contents/MacOS" / bundle().infoText("CFBundleExecutable").value_or("none");
   EXPECT_TRUE(fs::is_regular_file(program));
+}
+
+TEST_F(StagedBundle, ProgramThatLooksAtPathsLiesBesideIt) {
+  const fs::path probe = platform::linux_::LinuxPathProbe::programBeside(fs::canonical(link()).string());
+  EXPECT_TRUE(fs::is_regular_file(probe));
+  EXPECT_NE(fs::status(probe).permissions() & fs::perms::others_exec, fs::perms::none);
+  EXPECT_TRUE(platform::linux_::LinuxPathProbe(probe.string()).answers({"/"}));
 }
 
 TEST_F(StagedBundle, AddressThatIsNotSetHasNoKey) {

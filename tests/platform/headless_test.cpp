@@ -151,6 +151,17 @@ TEST(HeadlessMainQueue, PerformAndWaitOfAWorkerEndsWithThePump) {
   EXPECT_EQ(queue.waiting(), 0U);
 }
 
+TEST(HeadlessMainQueue, EndOfTheWaitsLetsAWaiterGoWithoutItsWork) {
+  HeadlessMainQueue queue;
+  bool ran = false;
+  std::thread worker([&] { queue.performAndWait([&] { ran = true; }); });
+  while (queue.waiting() == 0) std::this_thread::yield();
+  queue.endWaits();
+  worker.join();
+  queue.pump();
+  EXPECT_FALSE(ran);
+}
+
 TEST(HeadlessMainQueue, TakesEveryRequestWithoutCoalescing) {
   HeadlessMainQueue queue;
   int runs = 0;

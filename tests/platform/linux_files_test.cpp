@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <span>
 #include <string>
@@ -248,6 +249,41 @@ TEST_F(LinuxFiles, FailureAfterClosingIsAnswered) {
   const auto opened = files.openForWriting(folder.put("a", ""));
   EXPECT_FALSE(opened.file->close());
   EXPECT_EQ(write(*opened.file, 0, "abc").error, std::errc::bad_file_descriptor);
+}
+
+TEST_F(LinuxFiles, WritesOutWhatWasWrittenAndKeepsIt) {
+  const auto opened = files.openForWriting(folder.put("a", ""));
+  ASSERT_TRUE(opened.file);
+  EXPECT_FALSE(write(*opened.file, 0, "0123456789").error);
+
+  EXPECT_FALSE(opened.file->writeOut(0, 10));
+  EXPECT_FALSE(opened.file->writeOut(3, 0));
+
+  EXPECT_EQ(folder.content("a"), "0123456789");
+}
+
+TEST_F(LinuxFiles, WritingOutOfAClosedFileAnswersWhy) {
+  const auto opened = files.openForWriting(folder.put("a", "0123456789"));
+  ASSERT_TRUE(opened.file);
+  ASSERT_FALSE(opened.file->close());
+  EXPECT_EQ(opened.file->writeOut(0, 10), std::errc::bad_file_descriptor);
+  EXPECT_EQ(opened.file->writeOut(std::uint64_t{1} << 63U, 10), std::errc::file_too_large);
+}
+
+TEST_F(LinuxFiles, WhatHasNoMediumIsWrittenOutAtOnce) {
+  const auto opened = files.openForWriting("/dev/null");
+  ASSERT_TRUE(opened.file);
+  EXPECT_FALSE(opened.file->writeOut(0, 10));
+}
+
+TEST(NoRoom, IsAFullDiskOrAUsedUpShareAndNothingElse) {
+  EXPECT_TRUE(platform::isNoRoom(std::error_code(ENOSPC, std::system_category())));
+  EXPECT_TRUE(platform::isNoRoom(std::make_error_code(std::errc::no_space_on_device)));
+  EXPECT_TRUE(platform::isNoRoom(std::error_code(EDQUOT, std::system_category())));
+  EXPECT_TRUE(platform::isNoRoom(std::error_code(EDQUOT, std::generic_category())));
+  EXPECT_FALSE(platform::isNoRoom({}));
+  EXPECT_FALSE(platform::isNoRoom(std::error_code(EIO, std::system_category())));
+  EXPECT_FALSE(platform::isNoRoom(std::make_error_code(std::errc::operation_not_supported)));
 }
 
 }  // namespace

@@ -88,6 +88,82 @@ TEST(LinuxMainQueue, ManyWaitersAreAllServed) {
   EXPECT_EQ(runs, 800);
 }
 
+TEST(LinuxMainQueue, EndOfTheWaitsLetsAWaiterGoWithoutItsWork) {
+  Queue queue;
+  bool ran = false;
+  std::atomic<bool> waits = false;
+  queue.setWaker([&] { waits = true; });
+  std::thread worker([&] { queue.performAndWait([&] { ran = true; }); });
+  while (!waits) std::this_thread::yield();
+  queue.endWaits();
+  worker.join();
+  queue.runUntil([] { return true; });
+  EXPECT_FALSE(ran);
+}
+
+TEST(LinuxMainQueue, NobodyWaitsAfterTheEndOfTheWaits) {
+  Queue queue;
+  bool ran = false;
+  queue.endWaits();
+  std::thread([&] { queue.performAndWait([&] { ran = true; }); }).join();
+  queue.runUntil([] { return true; });
+  EXPECT_FALSE(ran);
+}
+
+TEST(LinuxMainQueue, WorkWithoutAWaiterRunsAfterTheEndOfTheWaits) {
+  Queue queue;
+  int runs = 0;
+  queue.endWaits();
+  std::thread([&] { queue.perform([&] { ++runs; }); }).join();
+  queue.performAndWait([&] { ++runs; });  // on the main thread, at once
+  queue.runUntil([] { return true; });
+  EXPECT_EQ(runs, 2);
+}
+
+TEST(LinuxMainQueue, WorkThatRunsAtTheEndOfTheWaitsIsWaitedFor) {
+  Queue queue;
+  std::atomic<bool> isBack = false;
+  bool wasBackInTime = true;
+  std::thread worker([&] {
+    queue.performAndWait([&] {
+      queue.endWaits();
+      // Long enough for a waiter that goes by itself, without a clock.
+      for (int look = 0; look < 1000 && !isBack; ++look) std::this_thread::yield();
+      wasBackInTime = !isBack;
+    });
+    isBack = true;
+  });
+  queue.runUntil([&] { return isBack.load(); });
+  worker.join();
+  EXPECT_TRUE(wasBackInTime);
+}
+
+// Waiters without end, and an end of the waits at any moment of theirs: each either ran its work or never does.
+TEST(LinuxMainQueue, EndOfTheWaitsAmongManyWaitersLeavesNoneBehind) {
+  for (int end = 0; end < 200; ++end) {
+    Queue queue;
+    std::atomic<int> left = 4;
+    std::atomic<int> runs = 0;
+    std::vector<std::thread> workers;
+    for (int w = 0; w < 4; ++w) {
+      workers.emplace_back([&] {
+        for (int i = 0; i < 20; ++i) {
+          int own = 0;
+          queue.performAndWait([&] { ++own; });
+          runs += own;
+        }
+        --left;
+      });
+    }
+    queue.runUntil([&] { return left == 0 || runs >= end % 80; });
+    queue.endWaits();
+    for (std::thread& worker : workers) worker.join();
+    const int before = runs;
+    queue.runUntil([] { return true; });
+    EXPECT_EQ(runs, before);
+  }
+}
+
 TEST(LinuxMainQueue, WhatWasPostedBeforeTheEndStillRuns) {
   Queue queue;
   int runs = 0;

@@ -138,8 +138,120 @@ TEST_F(ScratchPaths, AFolderOpenToOthersIsClosed) {
   EXPECT_EQ(modeOf(cache + "/zelvo-avi-repair"), 0700U);
 }
 
-TEST_F(ScratchPaths, ACacheFolderThatCannotBeMadeHoldsNothing) {
-  EXPECT_FALSE(LinuxScratchPaths(shared, folder + "/no/such/cache").claim());
+TEST_F(ScratchPaths, ParentsOfTheCacheFolderAreMade) {
+  const std::string deep = folder + "/no/such/cache";
+
+  ASSERT_TRUE(LinuxScratchPaths(shared, deep).claim());
+
+  EXPECT_EQ(modeOf(folder + "/no"), 0700U);
+  EXPECT_EQ(modeOf(deep), 0700U);
+}
+
+TEST_F(ScratchPaths, ACacheFolderThatCannotBeMadeHoldsNothingAndIsNamedWithTheCause) {
+  put(folder + "/file");
+  LinuxScratchPaths paths(shared, folder + "/file/cache");
+
+  EXPECT_FALSE(paths.claim());
+
+  EXPECT_EQ(paths.obstacle().folder, folder + "/file/cache");
+  EXPECT_EQ(paths.obstacle().cause, std::errc::not_a_directory);
+}
+
+TEST_F(ScratchPaths, AVanishedCacheFolderIsMadeAgain) {
+  LinuxScratchPaths paths(shared, cache);
+  const auto pair = paths.claim();
+  ASSERT_TRUE(pair);
+  ASSERT_TRUE(paths.mayWrite(pair->first, std::nullopt));
+  fs::remove_all(cache);
+
+  EXPECT_FALSE(paths.mayWrite(pair->first, std::nullopt));
+  const auto again = paths.claimAnother();
+
+  ASSERT_TRUE(again);
+  EXPECT_TRUE(paths.mayWrite(again->first, std::nullopt));
+  EXPECT_EQ(modeOf(slot(1)), 0700U);
+}
+
+TEST_F(ScratchPaths, AFolderThatVanishedAndIsHeldByAnotherInstanceIsNotWritten) {
+  LinuxScratchPaths one(shared, cache);
+  const auto pair = one.claim();
+  ASSERT_TRUE(pair);
+  fs::remove_all(cache);
+  LinuxScratchPaths two(shared, cache);
+  ASSERT_EQ(two.claim()->first, pair->first);
+
+  EXPECT_FALSE(one.mayWrite(pair->first, std::nullopt));
+  EXPECT_TRUE(two.mayWrite(pair->first, std::nullopt));
+}
+
+TEST_F(ScratchPaths, AFolderThatMayNotBeWrittenHoldsNoFile) {
+  if (::geteuid() == 0) GTEST_SKIP() << "root may write every folder";
+  LinuxScratchPaths paths(shared, cache);
+  const auto pair = paths.claim();
+  ASSERT_TRUE(pair);
+  fs::permissions(slot(1), fs::perms::owner_read | fs::perms::owner_exec);
+  EXPECT_FALSE(paths.mayWrite(pair->first, std::nullopt));
+  fs::permissions(slot(1), fs::perms::owner_all);
+}
+
+TEST_F(ScratchPaths, AChosenFolderHoldsThePairAndIsRememberedForTheNextProgram) {
+  fs::create_directory(folder + "/disk");
+  const std::string slotOnDisk = folder + "/disk/zelvo-avi-repair/slot1";
+  {
+    LinuxScratchPaths paths(shared, cache, folder + "/config/zelvo/working-folder");
+    ASSERT_TRUE(paths.claim());
+    const auto pair = paths.moveTo(folder + "/disk");
+    ASSERT_TRUE(pair);
+    EXPECT_EQ(pair->first, slotOnDisk + "/testfile1.avi");
+    EXPECT_EQ(pair->folder, folder + "/disk");
+    EXPECT_FALSE(pair->isShared);
+    EXPECT_EQ(modeOf(slotOnDisk), 0700U);
+  }
+
+  LinuxScratchPaths next(shared, cache, folder + "/config/zelvo/working-folder");
+
+  EXPECT_EQ(next.claim()->second, slotOnDisk + "/testfile2.avi");
+}
+
+TEST_F(ScratchPaths, TheSharedFolderComesBeforeAChosenOne) {
+  fs::create_directory(folder + "/disk");
+  ASSERT_TRUE(LinuxScratchPaths(shared, cache, folder + "/choice").moveTo(folder + "/disk"));
+  fs::create_directory(shared);
+
+  const auto pair = LinuxScratchPaths(shared, cache, folder + "/choice").claim();
+
+  ASSERT_TRUE(pair);
+  EXPECT_EQ(pair->first, shared + "/testfile1.avi");
+  EXPECT_TRUE(pair->isShared);
+}
+
+TEST_F(ScratchPaths, AChosenFolderThatIsNotThereTodayGivesWayAndIsNotMade) {
+  fs::create_directory(folder + "/disk");
+  ASSERT_TRUE(LinuxScratchPaths(shared, cache, folder + "/choice").moveTo(folder + "/disk"));
+  fs::remove_all(folder + "/disk");
+
+  EXPECT_EQ(LinuxScratchPaths(shared, cache, folder + "/choice").claim()->first, slot(1) + "/testfile1.avi");
+  EXPECT_FALSE(fs::exists(folder + "/disk"));
+
+  fs::create_directory(folder + "/disk");
+  EXPECT_EQ(LinuxScratchPaths(shared, cache, folder + "/choice").claim()->folder, folder + "/disk");
+}
+
+TEST_F(ScratchPaths, AFolderThatCannotBeChosenChangesNothing) {
+  LinuxScratchPaths paths(shared, cache, folder + "/choice");
+
+  EXPECT_FALSE(paths.moveTo(folder + "/nowhere"));
+
+  EXPECT_EQ(paths.obstacle().folder, folder + "/nowhere");
+  EXPECT_EQ(paths.obstacle().cause, std::errc::no_such_file_or_directory);
+  EXPECT_FALSE(fs::exists(folder + "/nowhere"));
+  EXPECT_FALSE(fs::exists(folder + "/choice"));
+  EXPECT_EQ(paths.claim()->folder, cache);
+}
+
+TEST_F(ScratchPaths, ARememberedTextThatIsNoWholePathIsNone) {
+  std::ofstream(folder + "/choice") << ".\n";
+  EXPECT_EQ(LinuxScratchPaths(shared, cache, folder + "/choice").claim()->folder, cache);
 }
 
 TEST_F(ScratchPaths, AnotherUsersFolderIsRefused) {

@@ -10,6 +10,7 @@ namespace zelvo::tests {
 namespace {
 
 using platform::linux_::cacheFolder;
+using platform::linux_::configFolder;
 using platform::linux_::homeDirectory;
 
 /// A variable of the environment for the length of a test.
@@ -61,6 +62,16 @@ TEST(LinuxUser, CacheFolderIsTheGivenOneOrLiesInHome) {
   }
   const Variable given("XDG_CACHE_HOME", nullptr);
   EXPECT_EQ(cacheFolder(), "/home/anna/.cache");
+}
+
+TEST(LinuxUser, ConfigFolderIsTheGivenOneOrLiesInHome) {
+  const Variable home("HOME", "/home/anna");
+  {
+    const Variable given("XDG_CONFIG_HOME", "/etc/anna/");
+    EXPECT_EQ(configFolder(), "/etc/anna");
+  }
+  const Variable given("XDG_CONFIG_HOME", nullptr);
+  EXPECT_EQ(configFolder(), "/home/anna/.config");
 }
 
 }  // namespace

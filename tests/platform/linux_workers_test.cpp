@@ -4,10 +4,15 @@
 #include <pthread.h>
 #include <sched.h>
 #include <signal.h>
+#include <sys/resource.h>
 
 #include <atomic>
 #include <memory>
+#include <new>
+#include <system_error>
 #include <thread>
+
+#include "tests/platform/ordinary_user.h"
 
 namespace zelvo::tests {
 namespace {
@@ -143,6 +148,45 @@ TEST(LinuxWorkers, HelperRunsAtOnce) {
   std::atomic<bool> ran = false;
   workers.startHelper([&] { ran = true; })->join();
   EXPECT_TRUE(ran);
+}
+
+TEST(LinuxWorkers, BodyThatRunsOutOfMemoryIsCutShortAndTellsIt) {
+  LinuxWorkers workers;
+  auto held = std::make_shared<int>(5);
+  const std::weak_ptr<int> watched = held;
+  const auto worker = workers.start(mark(), [own = std::move(held)] { throw std::bad_alloc(); });
+  worker->join();
+  EXPECT_TRUE(worker->finished());
+  EXPECT_EQ(worker->failure(), std::errc::not_enough_memory);
+  EXPECT_TRUE(watched.expired());
+}
+
+TEST(LinuxWorkers, HelperThatIsRefusedAThreadOfItsOwnTellsTheCause) {
+  LinuxWorkers workers;
+  const auto worker = workers.startHelper(
+      [] { throw std::system_error(std::make_error_code(std::errc::resource_unavailable_try_again)); });
+  worker->join();
+  EXPECT_EQ(worker->failure(), std::errc::resource_unavailable_try_again);
+}
+
+TEST(LinuxWorkers, BodyThatCameToItsEndHasNoFailure) {
+  LinuxWorkers workers;
+  const auto worker = workers.start(mark(), [] {});
+  worker->join();
+  EXPECT_EQ(worker->failure(), std::error_code());
+}
+
+TEST(LinuxWorkers, NothingIsAnsweredWhereTheSystemGivesNoThread) {
+  EXPECT_TRUE(holdsForAnOrdinaryUser([] {
+    const rlimit none{0, 0};
+    if (::setrlimit(RLIMIT_NPROC, &none) != 0) return false;
+    LinuxWorkers workers;
+    auto held = std::make_shared<int>(5);
+    const std::weak_ptr<int> watched = held;
+    const bool refused = !workers.start(mark(), [own = std::move(held)] {}) && !workers.startHelper([] {});
+    workers.joinAll();
+    return refused && watched.expired();
+  }));
 }
 
 }  // namespace

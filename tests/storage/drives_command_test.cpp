@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "tests/storage/trees.h"
@@ -99,11 +100,51 @@ TEST(DrivesTable, SpaceThatCannotBeReadIsSaidWithTheReason) {
   EXPECT_THAT(answer.notes, ElementsAre("the free space at /x could not be read: Input/output error."));
 }
 
+PropertyDictionary dead(const char* mountPoint, const char* from) {
+  return both(mounted(mountPoint, from), {{"Mounted From Error", ETIMEDOUT}, {"Free Space Error", ETIMEDOUT}});
+}
+
+TEST(DrivesTable, VolumeThatDoesNotAnswerKeepsItsRowAndSaysSo) {
+  const DrivesAnswer answer =
+      drives(machine({node({{"BSD Name", "disk0"}}, "/dev/sda")}, {dead("/mnt/gone", "/dev/disk0")}));
+  EXPECT_THAT(answer.result, ::testing::ContainsRegex("\n/dev/sda .* not answering  gone    /mnt/gone\n"));
+  EXPECT_THAT(answer.notes, ElementsAre("what is mounted at /mnt/gone is not answering."));
+  EXPECT_EQ(answer.exit, cli::Exit::done);
+}
+
+TEST(DrivesTable, PoolThatDoesNotAnswerIsShownUnderItsSource) {
+  const DrivesAnswer answer = drives(machine({}, {dead("/tank", "tank/data")}));
+  EXPECT_THAT(answer.result, HasSubstr("\ntank/data "));
+  EXPECT_THAT(answer.result, HasSubstr("not answering  tank    /tank\n"));
+}
+
+TEST(DrivesTable, ReadOnlyMountBearsAMark) {
+  const auto tree = machine(
+      {node({{"BSD Name", "disk0"}}, "/dev/sda")},
+      {both(mountedWithSpace("/a", "/dev/disk0", 1), {{"Read Only", true}}), mountedWithSpace("/b", "/dev/disk0", 1)});
+  const DrivesAnswer answer = drives(tree);
+  EXPECT_THAT(answer.result, HasSubstr(" /a  (read-only)\n"));
+  EXPECT_THAT(answer.result, HasSubstr(" /b\n"));
+  EXPECT_THAT(drives(tree, {.tree = true}).result, HasSubstr("\"a\" at /a, read-only, 1 byte free\n"));
+}
+
 TEST(DrivesTable, ControlCharactersOfADeviceAreMadeVisible) {
   const DrivesAnswer answer =
       drives(machine({above(node({{"BSD Name", "disk0"}}, "/dev/sda"),
                             both(connectedBy("USB"), characteristics({{"Model", "a\x1b[2Jb"}})))}));
   EXPECT_THAT(answer.result, HasSubstr("a\\x1b[2Jb"));
+}
+
+TEST(DrivesTable, LabelsNeitherMoveTheCursorNorReorderALine) {
+  const std::string label = "a\xC2\x9B\x9B\xE2\x80\xAE.";
+  const auto tree = machine(
+      {above(node({{"BSD Name", "disk0"}}, "/dev/sda"), both(connectedBy("USB"), characteristics({{"Model", label}})))},
+      {mounted(("/m/" + label).c_str(), "/dev/disk0")});
+  for (const cli::DrivesOptions options : {cli::DrivesOptions{}, cli::DrivesOptions{.tree = true}}) {
+    EXPECT_THAT(drives(tree, options).result, HasSubstr("a\\u009b\\x9b\\u202e."));
+    EXPECT_THAT(drives(tree, options).result, Not(::testing::AnyOf(HasSubstr("\x9B"), HasSubstr("\xE2\x80\xAE"))));
+  }
+  EXPECT_THAT(drives(tree, {.json = true}).result, HasSubstr("/m/a\\u009b\xEF\xBF\xBD\\u202e.\""));
 }
 
 TEST(DrivesTable, WideNamesKeepTheColumnsInLine) {
@@ -141,18 +182,58 @@ TEST(DrivesTree, ShowsDisksOverPartitionsOverVolumes) {
 TEST(DrivesJson, HasBothArraysWithTheirKeysAndTheNativeNode) {
   const DrivesAnswer answer = drives(
       machine({above(node({{"BSD Name", "disk0"}, {"Size", std::uint64_t{1024}}}, "/dev/sdb"), connectedBy("USB"))},
-              {mounted("/m/STICK", "/dev/disk0")}),
+              {both(mountedWithSpace("/m/STICK", "/dev/disk0", 5), {{"Capacity", std::uint64_t{9}}})}),
       {.json = true});
-  EXPECT_EQ(answer.result,
-            R"({"version":1,"command":"drives","responseFindMedia":[)"
-            R"({"CFBundleIdentifier":"com.apple.iokit.IOStorageFamily","IOBundleResourceFile":"Removable.icns",)"
-            R"("WhetherUSB":1,"device path":"/dev/rdisk0","device size":1024,"native node":"/dev/sdb"},)"
-            R"({"CFBundleIdentifier":"com.apple.iokit.IOStorageFamily","IOBundleResourceFile":"Removable.icns",)"
-            R"("Mounted Path":"/m/STICK","Volume Name":"STICK","WhetherUSB":1,"WhetherVolume":1,)"
-            R"("device path":"/dev/rdisk0","device size":1024,"native node":"/dev/sdb"}],)"
-            R"("finalArrayForVolumes":[{"Mounted Path":"/m/STICK","Volume Name":"STICK","Volume Path":"/dev/disk0",)"
-            R"("native node":"/dev/sdb"}]})"
-            "\n");
+  EXPECT_EQ(
+      answer.result,
+      R"({"version":1,"command":"drives","responseFindMedia":[)"
+      R"({"CFBundleIdentifier":"com.apple.iokit.IOStorageFamily","IOBundleResourceFile":"Removable.icns",)"
+      R"("WhetherUSB":1,"device path":"/dev/rdisk0","device size":1024,"native node":"/dev/sdb","connection":"USB"},)"
+      R"({"CFBundleIdentifier":"com.apple.iokit.IOStorageFamily","IOBundleResourceFile":"Removable.icns",)"
+      R"("Mounted Path":"/m/STICK","Volume Name":"STICK","WhetherUSB":1,"WhetherVolume":1,)"
+      R"("device path":"/dev/rdisk0","device size":1024,"native node":"/dev/sdb","connection":"USB"}],)"
+      R"("finalArrayForVolumes":[{"Mounted Path":"/m/STICK","Volume Name":"STICK","Volume Path":"/dev/disk0",)"
+      R"("native node":"/dev/sdb","read only":false,"free space":5,"capacity":9}]})"
+      "\n");
+}
+
+TEST(DrivesJson, TellsReadOnlyMountsAndVolumesThatDoNotAnswer) {
+  const DrivesAnswer answer =
+      drives(machine({node({{"BSD Name", "disk0"}}, "/dev/sda")},
+                     {dead("/gone", "/dev/disk0"), both(mounted("/x", "tank"), {{"Read Only", true}}),
+                      both(mounted("/y", "tank"), {{"Free Space Error", EACCES}})}),
+             {.json = true});
+  EXPECT_THAT(answer.result, HasSubstr(R"({"Mounted Path":"/gone","native node":"/dev/sda","read only":false,)"
+                                       R"("free space":null,"capacity":null,"space error":"not answering"})"));
+  EXPECT_THAT(answer.result, HasSubstr(R"("read only":true,"free space":0)"));
+  EXPECT_THAT(answer.result, HasSubstr(R"("space error":"needs root")"));
+  EXPECT_THAT(answer.result, HasSubstr(R"("connection":null)"));
+}
+
+TEST(DrivesJson, TellsTheBytesOfAMountPointThatIsNotUtf8) {
+  const DrivesAnswer answer =
+      drives(machine({node({{"BSD Name", "disk0"}}, "/dev/sda")}, {mounted("/m/\xFF", "/dev/disk0")}), {.json = true});
+  EXPECT_THAT(answer.result, HasSubstr(R"("native node":"/dev/sda","path_hex":"2f6d2fff","read only":false)"));
+}
+
+TEST(DrivesTable, MountPointThatIsNotUtf8KeepsItsRow) {
+  const DrivesAnswer answer =
+      drives(machine({node({{"BSD Name", "disk0"}}, "/dev/sda")}, {mounted("/m/\xFF", "/dev/disk0")}));
+  EXPECT_THAT(answer.result, ::testing::ContainsRegex("\n/dev/sda .* 0 bytes .* /m/"));
+  EXPECT_EQ(std::ranges::count(answer.result, '\n'), 2);
+}
+
+TEST(DrivesCommand, VolumesThatCannotBeListedAreAnError) {
+  const DrivesAnswer answer = drives(PropertyDictionary{{"Volumes Error", ENOENT}});
+  EXPECT_EQ(answer.exit, cli::Exit::ioFailed);
+  EXPECT_THAT(answer.errors, ElementsAre("the mounted volumes could not be listed: No such file or directory."));
+}
+
+TEST(DrivesCommand, NothingInListsThatCanBeReadIsNoError) {
+  const DrivesAnswer answer = drives(machine({}));
+  EXPECT_EQ(answer.exit, cli::Exit::done);
+  EXPECT_EQ(answer.result, "No writable disks were found.\n");
+  EXPECT_THAT(answer.errors, IsEmpty());
 }
 
 TEST(DrivesCommand, DumpsAreTakenOnlyWhenVerbose) {

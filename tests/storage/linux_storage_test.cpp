@@ -318,6 +318,33 @@ TEST_F(LinuxStorage, FourLevelsStandAboveAPartition) {
                                    "IOBlockStorageDevice", "IOPCIDevice"));
 }
 
+TEST_F(LinuxStorage, DiskThatGoesAwayWhileItIsReadIsLeftOutWhole) {
+  plug("sata");
+  plug("going");
+  EXPECT_THAT(names(), ElementsAre("disk0=/dev/sda", "disk0s1=/dev/sda1", "disk0s2=/dev/sda2", "disk0s3=/dev/sda3",
+                                   "disk0s4=/dev/sda4"));
+}
+
+TEST_F(LinuxStorage, PartitionThatGoesAwayIsNoDiskAndIsLeftOut) {
+  plug("going_partitions");
+  EXPECT_THAT(names(), ElementsAre("disk0=/dev/sdx"));
+}
+
+TEST_F(LinuxStorage, DevicesThatCannotBeListedAreAnError) {
+  plug("sata");
+  places_.blockDevices = (folder_ / "none").string();
+  LinuxStorageSnapshot system = snapshot();
+  const auto all = system.serviceMatching("IOMedia");
+  std::unique_ptr<platform::RegistryIterator> media;
+  EXPECT_EQ(system.matchingServices(&*all, media), platform::kRegistryError);
+  EXPECT_EQ(media, nullptr);
+}
+
+TEST_F(LinuxStorage, NoDevicesInAListThatCanBeReadAreNoError) {
+  places_.blockDevices = folder_.string();
+  EXPECT_TRUE(names().empty());
+}
+
 TEST_F(LinuxStorage, WithoutADictionaryTheSearchIsABadArgument) {
   LinuxStorageSnapshot system = snapshot();
   std::unique_ptr<platform::RegistryIterator> media;

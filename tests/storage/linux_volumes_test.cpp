@@ -3,7 +3,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
+#include "storage/volume_list.h"
 #include "tests/storage/mock_machine.h"
+#include "tests/storage/trees.h"
 
 namespace zelvo::tests {
 namespace {
@@ -93,14 +97,112 @@ TEST_F(LinuxVolumes, MissingMountTableIsAnError) {
   EXPECT_TRUE(system.mountedLocalVolumePaths().empty());
 }
 
-TEST_F(LinuxVolumes, FreeSpaceOfAMountPointThatIsGoneIsAnError) {
-  EXPECT_EQ(snapshot().freeSpace((folder_ / "none").string()).error, std::errc::no_such_file_or_directory);
+TEST_F(LinuxVolumes, BindMountsOfFoldersAndFilesOfBtrfsAreNone) {
+  plug("sata");
+  mount({"0:40 /@ / rw - btrfs /dev/sda2 rw,subvolid=256,subvol=/@",
+         "0:40 /@home /home rw - btrfs /dev/sda2 rw,subvolid=257,subvol=/@home",
+         "0:40 /@home/u/Videos /srv/videos rw - btrfs /dev/sda2 rw,subvolid=257,subvol=/@home",
+         "0:40 /@/etc/hosts /srv/hosts rw - btrfs /dev/sda2 rw,subvolid=256,subvol=/@",
+         "0:40 / /mnt/all rw - btrfs /dev/sda2 rw,subvolid=5,subvol=/",
+         "0:40 /some /mnt/some rw - btrfs /dev/sda2 rw,subvolid=5,subvol=/"});
+  EXPECT_THAT(volumes(), ElementsAre("/ from /dev/disk0s2", "/home from /dev/disk0s2", "/mnt/all from /dev/disk0s2"));
 }
 
-TEST_F(LinuxVolumes, FreeSpaceIsThatOfTheFileSystem) {
-  const auto space = snapshot().freeSpace(folder_.string());
-  EXPECT_FALSE(space.error);
-  EXPECT_LE(space.bytes, std::filesystem::space(folder_).capacity);
+TEST_F(LinuxVolumes, SubVolumeMayHaveAnyName) {
+  plug("sata");
+  mount({"0:40 /a,b\\040c /mnt/x rw - btrfs /dev/sda2 rw,subvolid=300,subvol=/a,b\\040c",
+         "0:40 /x/a /mnt/y rw - btrfs /dev/sda2 rw,subvolid=300,subvol=/a"});
+  EXPECT_THAT(volumes(), ElementsAre("/mnt/x from /dev/disk0s2"));
+}
+
+TEST_F(LinuxVolumes, ReadOnlyMountIsToldFromAWritableOne) {
+  plug("sata");
+  mount({"8:1 / /a rw,relatime - ext4 /dev/sda1 rw", "8:2 / /b ro,relatime - ext4 /dev/sda2 rw",
+         "8:3 / /c rw,relatime - hfsplus /dev/sda3 ro,errors=remount-ro",
+         "8:4 / /d rw - ext4 /dev/sda4 rw,errors=remount-ro"});
+  LinuxStorageSnapshot system = snapshot();
+  EXPECT_FALSE(system.mountFacts("/a").readOnly);
+  EXPECT_TRUE(system.mountFacts("/b").readOnly);
+  EXPECT_TRUE(system.mountFacts("/c").readOnly);
+  EXPECT_FALSE(system.mountFacts("/d").readOnly);
+  EXPECT_EQ(system.mountFacts("/b").mountedFrom, "/dev/disk0s2");
+  EXPECT_EQ(system.mountFacts("/nowhere").mountedFrom, "");
+}
+
+TEST_F(LinuxVolumes, AllAreAskedForTheirSpaceAtOnceAndNobodyElseIs) {
+  plug("sata");
+  mount({"0:31 / /srv rw - nfs4 host:/export rw", "0:30 / /tmp rw - tmpfs tmpfs rw",
+         "0:36 / /cloud rw - fuse.rclone cloud: rw", "8:2 / / rw - ext4 /dev/sda2 rw",
+         "8:2 /x /srv/x rw - ext4 /dev/sda2 rw", "0:42 / /tank rw - zfs tank rw"});
+  static_cast<void>(snapshot());
+  EXPECT_EQ(probe_.asked, (std::vector<std::vector<std::string>>{{"/", "/tank", places_.volumesFolder}}));
+}
+
+TEST_F(LinuxVolumes, SourceOutsideTheFolderOfDevicesIsNotLookedAt) {
+  const std::string node = (folder_ / "node").string();
+  const std::string make = "mknod '" + node + "' b 8 2 2>/dev/null";
+  if (std::system(make.c_str()) != 0) GTEST_SKIP() << "only root makes device nodes";
+  mount({"0:36 / /archive rw - fuse.archive " + node + " rw"});
+  EXPECT_THAT(volumes(), ElementsAre());  // a look would have taken it for a volume on a disk
+}
+
+TEST_F(LinuxVolumes, SpaceIsWhatTheVolumeAnswered) {
+  plug("sata");
+  mount({"8:1 / /a rw - ext4 /dev/sda1 rw", "8:2 / /b rw - ext4 /dev/sda2 rw"});
+  probe_.known["/a"] = {.answered = true, .error = {}, .free = 7, .capacity = 9};
+  probe_.known["/b"] = {.answered = true, .error = std::make_error_code(std::errc::permission_denied)};
+  LinuxStorageSnapshot system = snapshot();
+  EXPECT_EQ(system.space("/a").free, 7U);
+  EXPECT_EQ(system.space("/a").capacity, 9U);
+  EXPECT_EQ(system.space("/b").error, std::errc::permission_denied);
+  EXPECT_FALSE(system.mountedFromName("/b").error);  // the mount table tells its device all the same
+  EXPECT_EQ(system.space("/nowhere").error, std::errc::no_such_file_or_directory);
+}
+
+TEST_F(LinuxVolumes, VolumeThatDoesNotAnswerCountsAsAFailedStatfs) {
+  plug("sata");
+  mount({"8:1 / /dead rw - ext4 /dev/sda1 rw", "8:2 / /b rw - ext4 /dev/sda2 rw"});
+  probe_.dead = {"/dead"};
+  LinuxStorageSnapshot system = snapshot();
+  KeptPrint printed;
+  storage::Entries entries;
+  storage::volumeList(system, entries, printed);
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[0], (storage::Entry{{"Mounted Path", "/dead"}}));
+  EXPECT_EQ(*entries[1].text("Volume Path"), "/dev/disk0s2");
+  EXPECT_EQ(printed.text, "statfs failed: Connection timed out\n");
+  EXPECT_EQ(system.space("/dead").error, std::errc::timed_out);
+  EXPECT_EQ(system.mountFacts("/dead").mountedFrom, "/dev/disk0s1");
+}
+
+TEST_F(LinuxVolumes, FolderOfVolumesThatDoesNotAnswerIsNotLookedInto) {
+  plug("sata");
+  mount({"8:2 / / rw - ext4 /dev/sda2 rw"});
+  std::filesystem::create_directory(places_.volumesFolder);
+  std::filesystem::create_symlink("/", places_.volumesFolder + "/Alias");
+  probe_.dead = {places_.volumesFolder};
+  LinuxStorageSnapshot system = snapshot();
+  ASSERT_EQ(system.volumesFolder().size(), 1U);
+  EXPECT_EQ(system.volumesFolder()[0].name, "Root Disk");
+}
+
+TEST_F(LinuxVolumes, MountPointInTheFolderOfVolumesIsTakenForNoLink) {
+  plug("sata");
+  std::filesystem::create_directory(places_.volumesFolder);
+  const std::string alias = places_.volumesFolder + "/Alias";
+  std::filesystem::create_symlink("/", alias);
+  mount({"0:31 / " + alias + " rw - nfs4 host:/export rw"});  // as if it hung; a look at it would find a link
+  LinuxStorageSnapshot system = snapshot();
+  ASSERT_EQ(system.volumesFolder().size(), 1U);
+  EXPECT_EQ(system.volumesFolder()[0].linkTarget, std::nullopt);
+}
+
+TEST_F(LinuxVolumes, DataSetNamedLikeADiskIsNoDisk) {
+  plug("sata");
+  mount({"0:42 / /a rw - zfs tank/disk0s2 rw", "0:43 / /b rw - zfs pool/disk0 rw", "0:44 / /c rw - zfs pool/disk1 rw"});
+  const Arrays arrays = inventory();
+  EXPECT_THAT(volumes(), ElementsAre("/a from zfs:tank/disk0s2", "/b from zfs:pool/disk0", "/c from pool/disk1"));
+  for (const storage::Entry& medium : arrays.media) EXPECT_FALSE(medium.contains("WhetherVolume"));
 }
 
 }  // namespace

@@ -259,6 +259,30 @@ def virtio():
     return it
 
 
+def going():
+    """Disks that have gone away but for what was read of them first: each lacks another attribute."""
+    it = Hardware("going")
+    controller = it.controller("20", "mpt3sas")
+    for place, missing in enumerate(("queue/logical_block_size", "ro", "removable", "size")):
+        unit = it.scsi(controller, 200 + place, "Array   ", "Volume          ", "2.0")
+        disk = it.disk(unit, f"sdy{place}", (65, 200 + place * 8), 143374744, {}, {"diskseq": 200 + place, missing: None})
+        it.partition(disk, f"sdy{place}p1", (65, 201 + place * 8), 1, 143372696, "gpt", LINUX)
+    return it
+
+
+def going_partitions():
+    """A disk whose partitions have gone away but for what was read of them first."""
+    it = Hardware("going_partitions")
+    unit = it.scsi(it.controller("21", "mpt3sas"), 300, "Array   ", "Volume          ", "2.0")
+    disk = it.disk(unit, "sdx", (66, 0), 143374744, {}, {"diskseq": 300})
+    for place, missing in enumerate(("partition", "ro", "size")):
+        values = {"dev": "66:%d" % (place + 1), "size": 4096, "ro": 0, "partition": place + 1}
+        del values[missing]
+        it.device(f"{disk}/sdx{place + 1}", "block", "partition", f"sdx{place + 1}", {"MAJOR": 66, "MINOR": place + 1},
+                  values)
+    return it
+
+
 def twenty():
     """Twenty more disks."""
     it = Hardware("twenty")
@@ -274,7 +298,8 @@ def main():
     folder = sys.argv[1]
     os.makedirs(folder, exist_ok=True)
     for make in (sata, stick, enclosure, reader, card_whole, card_partitioned, emmc, nvme, firewire, disc, dvd_ram,
-                 plain_scsi, undescribed_ata, pata, mapper, memory, loop, virtio, twenty):
+                 plain_scsi, undescribed_ata, pata, mapper, memory, loop, virtio, going,
+                 going_partitions, twenty):
         make().write(folder)
 
 

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/headless/path_probe.h"
 #include "platform/linux/linux_storage.h"
 #include "storage/drive_inventory.h"
 
@@ -52,7 +53,7 @@ class MockMachine : public ::testing::Test {
   }
 
   [[nodiscard]] platform::linux_::LinuxStorageSnapshot snapshot() const {
-    return platform::linux_::LinuxStorageSnapshot(places_);
+    return platform::linux_::LinuxStorageSnapshot(probe_, places_);
   }
 
   struct Arrays {
@@ -95,6 +96,7 @@ class MockMachine : public ::testing::Test {
   UMockdevTestbed* testbed_;
   std::filesystem::path folder_;
   platform::linux_::StoragePlaces places_;
+  mutable platform::headless::HeadlessPathProbe probe_;
 };
 
 }  // namespace zelvo::tests

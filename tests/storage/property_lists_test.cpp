@@ -56,6 +56,21 @@ TEST(PropertyLists, WhatXmlCannotHoldBecomesTheReplacementCharacter) {
                           "c\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"));
 }
 
+TEST(PropertyLists, WhatSteersATerminalIsWrittenAsReferencesAndComesBack) {
+  const std::string hostile = "<&>\t\n\x7f\xC2\x80\xC2\x9B\xC2\x9F\xD8\x9C\xE2\x80\x8F\xE2\x80\xAE\xE2\x81\xA6.";
+  const std::string references = "&lt;&amp;&gt;&#9;&#10;&#127;&#128;&#155;&#159;&#1564;&#8207;&#8238;&#8294;.";
+  const PropertyDictionary tree{{hostile, hostile}, {"data", platform::Bytes(200, std::byte{0x9B})}};
+  const std::string written = LinuxPropertyLists().format(tree);
+  EXPECT_NE(written.find("\t<key>" + references + "</key>\n\t<string>" + references + "</string>\n"), std::string::npos)
+      << written;
+  EXPECT_EQ(thereAndBack(tree), PropertyValue(tree));
+}
+
+TEST(PropertyLists, OtherCharactersAreWrittenAsTheyAre) {
+  const std::string text = "Grüße 日本 e\xCC\x81 😀 \xC2\xA0";
+  EXPECT_NE(LinuxPropertyLists().format(text).find("<string>" + text + "</string>"), std::string::npos);
+}
+
 TEST(PropertyLists, ByteOrderMarkIsPassedOver) {
   EXPECT_EQ(parsed("\xEF\xBB\xBF" + listOf("<string>a</string>")), PropertyValue("a"));
   EXPECT_EQ(parsed("\xEF\xBB\xBF"), std::nullopt);

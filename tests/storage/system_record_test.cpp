@@ -82,7 +82,7 @@ TEST(SystemRecord, FailuresAreRecorded) {
   EXPECT_EQ(printed.text,
             "statfs failed: Permission denied\nIOServiceMatching returned a NULL dictionary.\n"
             "IOServiceGetMatchingServices returned 0xe00002c2\n");
-  EXPECT_EQ(recorded.freeSpace("/x").error.value(), EIO);
+  EXPECT_EQ(recorded.space("/x").error.value(), EIO);
 }
 
 TEST(SystemRecord, NativeNodesAndFreeSpaceAreRecorded) {
@@ -92,7 +92,50 @@ TEST(SystemRecord, NativeNodesAndFreeSpaceAreRecorded) {
                       {"Mounted Path", "/x"}, {"Mounted From", "/dev/disk0"}, {"Free Space", std::uint64_t{77}}}}}});
   RecordedSystem recorded(throughAPropertyList(storage::recordedSystem(original, original)));
   EXPECT_EQ(recorded.nativeNode("disk0"), "/dev/sda");
-  EXPECT_EQ(recorded.freeSpace("/x").bytes, 77U);
+  EXPECT_EQ(recorded.space("/x").free, 77U);
+}
+
+TEST(SystemRecord, MountsAreRecordedWithCapacityAndMark) {
+  const auto mountedAt = [](const char* path, PropertyDictionary more) {
+    return both(mounted(path, "/dev/disk0"), std::move(more));
+  };
+  RecordedSystem original(PropertyDictionary{
+      {"Volumes", PropertyArray{mountedAt("/a", {{"Free Space", std::uint64_t{7}}, {"Capacity", std::uint64_t{9}}}),
+                                mountedAt("/b", {{"Read Only", true}})}}});
+  RecordedSystem recorded(throughAPropertyList(storage::recordedSystem(original, original)));
+  EXPECT_EQ(recorded.space("/a").capacity, 9U);
+  EXPECT_FALSE(recorded.mountFacts("/a").readOnly);
+  EXPECT_TRUE(recorded.mountFacts("/b").readOnly);
+}
+
+TEST(SystemRecord, VolumeThatDoesNotAnswerKeepsWhatTheMountTableHas) {
+  RecordedSystem original(PropertyDictionary{
+      {"Volumes", PropertyArray{both(mounted("/dead", "/dev/disk0"),
+                                     {{"Mounted From Error", ETIMEDOUT}, {"Free Space Error", ETIMEDOUT}})}}});
+  RecordedSystem recorded(throughAPropertyList(storage::recordedSystem(original, original)));
+  EXPECT_EQ(recorded.mountedFromName("/dead").error, std::errc::timed_out);
+  EXPECT_EQ(recorded.mountFacts("/dead").mountedFrom, "/dev/disk0");
+}
+
+TEST(SystemRecord, MountPointThatIsNotUtf8IsRecordedByteByByte) {
+  const std::string path = "/mnt/\xFF\xC3";
+  RecordedSystem original(machine({}, {mounted(path.c_str(), "/dev/disk0")}));
+  const auto record = storage::recordedSystem(original, original);
+  EXPECT_EQ(*record.array("Volumes")->front().dictionary()->text("path_hex"), "2f6d6e742fffc3");
+  RecordedSystem recorded(throughAPropertyList(record));
+  EXPECT_EQ(recorded.mountedLocalVolumePaths(), std::vector<std::string>{path});
+}
+
+TEST(SystemRecord, OtherMountPointsHaveNoBytesBeside) {
+  RecordedSystem original(machine({}, {mounted("/mnt/\xC3\xA4", "/dev/disk0")}));
+  const auto record = storage::recordedSystem(original, original);
+  EXPECT_FALSE(record.array("Volumes")->front().dictionary()->contains("path_hex"));
+}
+
+TEST(SystemRecord, VolumesThatCannotBeListedAreRecordedAsThat) {
+  RecordedSystem original(PropertyDictionary{{"Volumes Error", ENOENT}});
+  RecordedSystem recorded(throughAPropertyList(storage::recordedSystem(original, original)));
+  EXPECT_EQ(recorded.mountTableError(), std::errc::no_such_file_or_directory);
 }
 
 }  // namespace

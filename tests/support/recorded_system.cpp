@@ -32,6 +32,17 @@ class Iterator final : public platform::RegistryIterator {
   std::size_t at_ = 0;
 };
 
+/// The mount point of a recorded volume, byte by byte.
+std::string mountPointOf(const PropertyDictionary& volume) {
+  const std::string* hex = volume.text("path_hex");
+  if (!hex) return *volume.text("Mounted Path");
+  std::string bytes;
+  for (std::size_t at = 0; at + 1 < hex->size(); at += 2) {
+    bytes += static_cast<char>(std::stoi(hex->substr(at, 2), nullptr, 16));
+  }
+  return bytes;
+}
+
 std::error_code errorOf(std::uint64_t number) { return {static_cast<int>(number), std::generic_category()}; }
 
 }  // namespace
@@ -126,7 +137,7 @@ std::optional<std::string> RecordedSystem::nativeNode(std::string_view bsdName) 
 std::vector<std::string> RecordedSystem::mountedLocalVolumePaths() {
   std::vector<std::string> paths;
   if (const auto* volumes = system_.array("Volumes")) {
-    for (const PropertyValue& volume : *volumes) paths.push_back(*volume.dictionary()->text("Mounted Path"));
+    for (const PropertyValue& volume : *volumes) paths.push_back(mountPointOf(*volume.dictionary()));
   }
   return paths;
 }
@@ -146,7 +157,7 @@ const PropertyDictionary* RecordedSystem::volumeAt(const std::string& mountPoint
   const auto* volumes = system_.array("Volumes");
   if (!volumes) return nullptr;
   for (const PropertyValue& volume : *volumes) {
-    if (*volume.dictionary()->text("Mounted Path") == mountPoint) return volume.dictionary();
+    if (mountPointOf(*volume.dictionary()) == mountPoint) return volume.dictionary();
   }
   return nullptr;
 }
@@ -159,11 +170,23 @@ platform::MountedFrom RecordedSystem::mountedFromName(const std::string& mountPo
   return from ? platform::MountedFrom{*from, {}} : platform::MountedFrom{"", errorOf(ENOENT)};
 }
 
-platform::FreeSpace RecordedSystem::freeSpace(const std::string& mountPoint) {
+std::error_code RecordedSystem::mountTableError() {
+  const auto error = system_.number("Volumes Error");
+  return error ? errorOf(*error) : std::error_code{};
+}
+
+platform::VolumeSpace RecordedSystem::space(const std::string& mountPoint) {
   const PropertyDictionary* volume = volumeAt(mountPoint);
-  if (!volume) return {0, errorOf(ENOENT)};
-  if (const auto error = volume->number("Free Space Error")) return {0, errorOf(*error)};
-  return {volume->number("Free Space").value_or(0), {}};
+  if (!volume) return {0, 0, errorOf(ENOENT)};
+  if (const auto error = volume->number("Free Space Error")) return {0, 0, errorOf(*error)};
+  return {volume->number("Free Space").value_or(0), volume->number("Capacity").value_or(0), {}};
+}
+
+platform::MountFacts RecordedSystem::mountFacts(const std::string& mountPoint) {
+  const PropertyDictionary* volume = volumeAt(mountPoint);
+  if (!volume) return {};
+  const std::string* from = volume->text("Mounted From");
+  return {from ? *from : "", volume->isTrue("Read Only")};
 }
 
 PropertyValue recordedTree(const std::string& name) {

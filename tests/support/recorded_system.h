@@ -27,10 +27,11 @@ class RecordedSystem final : public platform::MediaRegistry, public platform::Vo
   std::optional<std::string> nativeNode(std::string_view bsdName) override;
 
   std::vector<std::string> mountedLocalVolumePaths() override;
-  std::error_code mountTableError() override { return {}; }
+  std::error_code mountTableError() override;
   std::vector<platform::VolumesFolderEntry> volumesFolder() override;
   platform::MountedFrom mountedFromName(const std::string& mountPoint) override;
-  platform::FreeSpace freeSpace(const std::string& mountPoint) override;
+  platform::VolumeSpace space(const std::string& mountPoint) override;
+  platform::MountFacts mountFacts(const std::string& mountPoint) override;
 
  private:
   struct Object;

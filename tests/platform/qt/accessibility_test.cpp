@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "platform/qt/panel_frame.h"
+#include "tests/platform/qt/bounded_wait.h"
 #include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
@@ -140,8 +141,42 @@ TEST_F(Accessibility, ButtonIsPressedByAScreenReader) {
   ASSERT_NE(actions, nullptr);
   actions->doAction(QAccessibleActionInterface::pressAction());
   // The button is shown pressed for a moment first.
-  EXPECT_TRUE(QTest::qWaitFor([&] { return presses > 0; }));
+  waitUntil([&] { return presses > 0; }, settle, [] { return std::string("no press"); });
   EXPECT_EQ(presses, 1);
+}
+
+TEST_F(Accessibility, WindowIsAFrameNamedAfterTheProduct) {
+  EXPECT_EQ(told(window).role(), QAccessible::Window);
+  EXPECT_EQ(nameOf(window), "Zelvo AVI Repair");
+}
+
+TEST_F(Accessibility, NoNameHoldsThePlacesAtWhichALineMayEnd) {
+  const std::string path = "/media/somebody/a very long name of a disk without an end/film_of_a_summer_by_the_sea.avi";
+  window.controllerOutlets().savecompletedtext.setStringValue("The repaired file was saved as " + path + ".");
+  auto& said = *new PanelFrame(window.panels(), {QString(), QString(), QString::fromStdString("Not found: " + path)});
+  for (PanelFrame* panel : {&window.fixedPanels().savecompletedwindow, &said}) {
+    window.panels().begin(*panel);
+    settle();
+    EXPECT_TRUE(panel->message().text().contains(QChar(0x200b))) << "a long path may be broken";
+    walk(told(*panel), [&](QAccessibleInterface& element) {
+      for (const auto kind : {QAccessible::Name, QAccessible::Description}) {
+        EXPECT_FALSE(element.text(kind).contains(QChar(0x200b))) << element.text(kind).toStdString();
+      }
+    });
+    EXPECT_NE(told(panel->message()).text(QAccessible::Name).toStdString().find(path), std::string::npos);
+    window.panels().orderOut(*panel);
+  }
+}
+
+TEST_F(Accessibility, UpdateButtonsSayWhatTheyCannotDo) {
+  window.setUpdateRemark(QStringLiteral("There is no updater."));
+  for (int page = 0; page < 3; ++page) {
+    QtButton& button = *pageAt(page).update;
+    EXPECT_EQ(told(button).text(QAccessible::Description).toStdString(), "There is no updater.");
+    EXPECT_EQ(button.toolTip().toStdString(), "Look for an update\nThere is no updater.");
+    EXPECT_EQ(nameOf(button), "Look for an update");
+    EXPECT_TRUE(button.isEnabled()) << "a press does what it always does";
+  }
 }
 
 TEST_F(Accessibility, DisabledButtonSaysSo) {

@@ -11,6 +11,7 @@ a part of the desktop is missing.
 import argparse
 import hashlib
 import os
+import select
 import shutil
 import subprocess
 import sys
@@ -20,6 +21,7 @@ import warnings
 
 NEEDED = ("Xvfb", "openbox", "xdotool", "dbus-run-session", "ffmpeg")
 SKIPPED = 77
+PATIENCE = 60  # seconds, for anything
 
 
 def restart_in_session():
@@ -52,6 +54,9 @@ class Display:
                                        pass_fds=[write], stderr=subprocess.DEVNULL)
         os.close(write)
         with os.fdopen(read) as number:
+            if not select.select([read], [], [], PATIENCE)[0]:
+                self.server.kill()
+                sys.exit(f"click_through: no display after {PATIENCE} seconds")
             os.environ["DISPLAY"] = ":" + number.readline().strip()
         self.manager = subprocess.Popen(["openbox"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         return self
@@ -105,7 +110,7 @@ class Screen:
         return found
 
     def wait(self, what, role, name=None, starts=None, usable=False):
-        deadline = time.monotonic() + 60
+        deadline = time.monotonic() + PATIENCE
         while time.monotonic() < deadline:
             for node in self.find(role, name, starts):
                 try:
@@ -114,31 +119,34 @@ class Screen:
                 except self.error:
                     pass
             time.sleep(0.05)
-        sys.exit(f"click_through: waited in vain for {what}; on the screen are:\n" + "\n".join(
-            f"  {n.get_role_name()} {n.get_name()!r}" for n in self.find(None)))
+        sys.exit(f"click_through: waited in vain for {what}; on the screen are:\n" + self.listing())
+
+    def listing(self):
+        return "\n".join(f"  {n.get_role_name()} {n.get_name()!r}" for n in self.find(None))
 
     def wait_gone(self, what, role, name):
-        deadline = time.monotonic() + 60
+        deadline = time.monotonic() + PATIENCE
         while time.monotonic() < deadline:
             if not self.find(role, name):
                 return
             time.sleep(0.05)
-        sys.exit(f"click_through: {what} did not go away")
+        sys.exit(f"click_through: {what} did not go away; on the screen are:\n" + self.listing())
 
 
 BUTTON = ("push button", "button", "toggle button", "check box")
 DIALOG = ("dialog",)
+FRAME = ("frame",)
 TEXT = ("text", "entry")
 ITEM = ("table cell", "list item", "tree item")
 LABEL = ("label", "static")
 
 
 def keys(*names):
-    subprocess.run(["xdotool", "key", "--clearmodifiers", *names], check=True)
+    subprocess.run(["xdotool", "key", "--clearmodifiers", *names], check=True, timeout=PATIENCE)
 
 
 def type_text(text):
-    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True, timeout=PATIENCE)
 
 
 class Way:
@@ -177,7 +185,7 @@ class Mouse(Way):
         place = node.get_extents(self.screen.atspi.CoordType.SCREEN)
         x, y = place.x + place.width // 2, place.y + place.height // 2
         subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(times), "--delay", "80", "1"],
-                       check=True)
+                       check=True, timeout=PATIENCE)
 
     def press(self, name):
         self.click(self.button(name))
@@ -251,12 +259,13 @@ def run(options, home):
     try:
         screen = Screen("zelvo-avi-repair")
         way = {"keyboard": Keyboard, "mouse": Mouse, "reader": Reader}[options.way](screen)
+        screen.wait("the window", FRAME, "Zelvo AVI Repair")
         way.press("Choose a file\u2026")
         screen.wait("the chooser", DIALOG)
         way.choose(videos, "film.avi")
         screen.wait("the chosen path", LABEL, film)
         way.press("Repair")
-        screen.wait("the end of the repair", DIALOG, "Your film was repaired")
+        screen.wait("the end of the repair", DIALOG, starts="Your film was repaired")  # in part: a picture is lost
         way.press("See the result")
         way.press("Preview")
         screen.wait("the running preview", BUTTON, "Stop preview")
@@ -268,7 +277,7 @@ def run(options, home):
         way.press("OK")
         screen.wait_gone("the save's end", DIALOG, "Saving is done")
         way.quit()
-        status = program.wait(timeout=60)
+        status = program.wait(timeout=PATIENCE)
     finally:
         if program.poll() is None:
             program.kill()

@@ -91,7 +91,7 @@ class ControlPictures : public testing::TestWithParam<double> {
     const QPalette palette = button.palette();
     QImage picture = blankPicture(button.width(), button.height(), scale());
     setPixels(picture, 0, 0, picture.width(), picture.height(), platform::qt::surface(palette).rgba());
-    setFrame(picture, pixel(1), platform::qt::line(palette).rgba());
+    setFrame(picture, pixel(1), platform::qt::accent(palette).rgba());
     QPainter painter(&picture);
     painter.setFont(button.font());
     painter.setPen(palette.color(QPalette::ButtonText));
@@ -234,7 +234,7 @@ TEST_P(ControlPictures, StyledTitlesAreBoldUnderlinedAndBeginAtTheLeft) {
     control.initialize();
     QImage expected = blankPicture(100, 24, scale());
     setPixels(expected, 0, 0, expected.width(), expected.height(), platform::qt::surface(made->palette()).rgba());
-    setFrame(expected, pixel(1), platform::qt::line(made->palette()).rgba());
+    setFrame(expected, pixel(1), platform::qt::accent(made->palette()).rgba());
     QPainter painter(&expected);
     QFont font;
     font.setPixelSize(12);

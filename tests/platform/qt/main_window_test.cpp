@@ -3,7 +3,9 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
+
 #include <QPushButton>
+#include <QToolTip>
 #include <QUrl>
 #include <string>
 #include <vector>
@@ -148,6 +150,31 @@ TEST_F(MainWindow, FilesAreNotTakenWhileAPanelIsShown) {
   window.offerFile("/films/a.avi");
   EXPECT_TRUE(files.empty());
   window.panels().orderOut(window.fixedPanels().filenotselectedwindow);
+}
+
+TEST_F(MainWindow, RefusedDropSaysWhy) {
+  const auto why = [this](const QList<QUrl>& urls) {
+    QToolTip::hideText();
+    EXPECT_FALSE(drops(urls));
+    return QToolTip::text().toStdString();
+  };
+  const QList<QUrl> one = local({QStringLiteral("/films/a.avi")});
+  EXPECT_EQ(why(local({QStringLiteral("/films/a.avi"), QStringLiteral("/films/b.avi")})),
+            "One film at a time, please.");
+  EXPECT_EQ(why({QUrl(QStringLiteral("https://example.org/a.avi"))}),
+            "Only a file of this computer can be dropped here.");
+  EXPECT_EQ(why({}), "Only a file of this computer can be dropped here.");
+  window.panels().begin(window.fixedPanels().filenotselectedwindow);
+  EXPECT_EQ(why(one), "Please answer the message first.");
+  window.panels().orderOut(window.fixedPanels().filenotselectedwindow);
+  showPage(1);
+  EXPECT_EQ(why(one), "A film is being repaired. Another one can be dropped on the first page.");
+  showPage(2);
+  EXPECT_EQ(why(one), "Press Home first: a film is dropped on the first page.");
+  showPage(0);
+  QToolTip::hideText();
+  EXPECT_TRUE(drops(one));
+  EXPECT_EQ(QToolTip::text().toStdString(), "");
 }
 
 TEST_F(MainWindow, OfferedFileIsHandedOverAsIfItWereDropped) {
@@ -295,12 +322,14 @@ TEST_F(MainWindow, ButtonsOfAnotherKindInAPanelAreLeftInPeace) {
   window.panels().orderOut(panel);
 }
 
-TEST_F(MainWindow, NothingIsCutOffAtItsSmallestSize) {
+TEST_F(MainWindow, NothingIsOutOfReachAtItsSmallestSize) {
   window.resize(window.minimumSize());
   for (const int page : {0, 1, 2}) {
     showPage(page);
-    for (const QtButton* button : allBelow<QtButton>(window)) {
+    for (QtButton* button : allBelow<QtButton>(window)) {
       if (!button->isVisible()) continue;
+      button->setFocus(Qt::TabFocusReason);  // a page scrolls to what has the keyboard
+      settle();
       const QRect place(button->mapTo(&window, QPoint(0, 0)), button->size());
       EXPECT_TRUE(window.rect().contains(place)) << page << " " << button->title();
       EXPECT_GE(button->width(), button->sizeHint().width()) << page << " " << button->title();

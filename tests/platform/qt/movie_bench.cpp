@@ -4,12 +4,27 @@
 #include <QPainter>
 #include <cstdlib>
 #include <filesystem>
+#include <utility>
 
+#include "tests/platform/qt/bounded_wait.h"
 #include "tests/support/ffmpeg.h"
 
 namespace zelvo::tests {
 
 using platform::qt::MovieWidget;
+
+namespace {
+
+/// Runs what waits, `also`, and what comes within a moment.
+void serveAMoment(platform::linux_::LinuxMainQueue& queue, const std::function<void()>& also) {
+  bool served = false;
+  queue.runUntil([&] {
+    also();
+    return std::exchange(served, true);
+  });
+}
+
+}  // namespace
 
 MovieBench::MovieBench()
     : loader_(platform::qt::makeMovieLoader(
@@ -48,11 +63,26 @@ std::shared_ptr<platform::Movie> MovieBench::load(const std::string& path) {
   return loaded.movie;
 }
 
-void MovieBench::serveUntil(const std::function<bool()>& reached) {
-  queue_.runUntil([&reached] {
-    QCoreApplication::processEvents();
-    return reached();
-  });
+void MovieBench::serveUntil(const std::function<bool()>& reached, const std::function<std::string()>& saw,
+                            const std::source_location& where) {
+  waitUntil(
+      reached, [this] { serveAMoment(queue_, [] { QCoreApplication::processEvents(); }); },
+      [&] {
+        std::string all = std::to_string(ends_.size()) + " ends";
+        for (const std::string& line : logged()) all += "; " + line;
+        return saw ? all + "; " + saw() : all;
+      },
+      where);
+}
+
+void MovieBench::serveUntilShown(MovieWidget& widget, const QImage& picture, const std::source_location& where) {
+  serveUntil([&] { return difference(shown(widget), picture) < kAlike; },
+             [&] {
+               return "a widget \"" + widget.accessibleName().toStdString() + "\", \"" +
+                      widget.accessibleDescription().toStdString() + "\", " +
+                      std::to_string(difference(shown(widget), picture)) + " from the picture waited for";
+             },
+             where);
 }
 
 void MovieBench::serveForOneFilm() {
@@ -61,6 +91,19 @@ void MovieBench::serveForOneFilm() {
   clock->play();
   serveUntil([&] { return ends_.size() > before && ends_.back() == clock.get(); });
   ends_.pop_back();
+}
+
+void MovieBench::beBusyForOneFilm() {
+  platform::NotificationCentre centre;
+  platform::linux_::LinuxMainQueue queue;
+  const auto loader =
+      platform::qt::makeMovieLoader({.mainQueue = queue, .workers = workers_, .notifications = centre, .log = log_});
+  bool ended = false;
+  centre.addObserver(this, platform::kMovieDidEndNotification, [&](const platform::Notification&) { ended = true; });
+  auto clock = loader->movieWithFile(film("busy.avi")).movie;
+  clock->play();
+  waitUntil([&] { return ended; }, [&] { serveAMoment(queue, [] {}); },
+            [] { return std::string("a film that does not end"); });
 }
 
 QImage MovieBench::shown(MovieWidget& widget, qreal ratio) {

@@ -7,6 +7,7 @@
 #include <QImage>
 #include <functional>
 #include <memory>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -33,10 +34,17 @@ class MovieBench : public testing::Test {
   [[nodiscard]] std::vector<QImage> decoded(const std::string& film, const std::string& filters = "null") const;
 
   [[nodiscard]] std::shared_ptr<platform::Movie> load(const std::string& path);
-  /// Serves the main queue and Qt until `reached`; a test that waits in vain is ended from outside.
-  void serveUntil(const std::function<bool()>& reached);
+  /// Serves the main queue and Qt until `reached`. Waiting in vain fails and ends the test, with what `saw` tells.
+  void serveUntil(const std::function<bool()>& reached, const std::function<std::string()>& saw = {},
+                  const std::source_location& where = std::source_location::current());
+  /// Waits until the widget shows that picture.
+  void serveUntilShown(platform::qt::MovieWidget& widget, const QImage& picture,
+                       const std::source_location& where = std::source_location::current());
   /// Serves while another film plays from its beginning to its end.
   void serveForOneFilm();
+  /// Serves neither the main queue nor Qt while a film of another queue plays for more than a second: as a main thread
+  /// that is busy.
+  void beBusyForOneFilm();
   /// Movies whose end was told, in order.
   [[nodiscard]] const std::vector<platform::NotificationSender*>& ends() const { return ends_; }
   [[nodiscard]] std::vector<std::string> logged() const { return events_.lines(); }

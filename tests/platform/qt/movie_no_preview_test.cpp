@@ -19,7 +19,7 @@ TEST_F(NoPreviewTest, SaysSoInTheFilmsPlace) {
   widget.setMovie(none_.movieWithFile(folder_.path("film.avi")).movie);
   widget.show();
   EXPECT_EQ(widget.accessibleDescription(),
-            QStringLiteral("No preview in this build. You can save the film and open it in any player."));
+            QStringLiteral("No preview in this build. You can save the film and open it in a player."));
 }
 
 TEST_F(NoPreviewTest, PlayEndsAtOnce) {

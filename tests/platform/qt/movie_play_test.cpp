@@ -21,8 +21,16 @@ class QtMovieTest : public MovieBench {
     EXPECT_NE(movie, nullptr);
     return movie;
   }
-  void serveUntilShown(ShownMovie& movie, const QImage& picture) {
-    serveUntil([&] { return difference(movie.picture(picture.size()), picture) < kAlike; });
+  void serveUntilShown(ShownMovie& movie, const QImage& picture,
+                       const std::source_location& where = std::source_location::current()) {
+    serveUntil([&] { return difference(movie.picture(picture.size()), picture) < kAlike; },
+               [&] {
+                 return "a movie of " + std::to_string(movie.shape().width()) + " by " +
+                        std::to_string(movie.shape().height()) + ", \"" + movie.remark().toStdString() + "\", " +
+                        std::to_string(difference(movie.picture(picture.size()), picture)) +
+                        " from the picture waited for";
+               },
+               where);
   }
 };
 
@@ -42,6 +50,42 @@ TEST_F(QtMovieTest, LastPictureStaysAtTheEnd) {
   movie->play();
   serveUntil([&] { return !ends().empty(); });
   serveUntilShown(*movie, decoded(path).back());
+}
+
+TEST_F(QtMovieTest, AudienceIsToldOfAPictureThatCameWhileTheMainThreadWasBusy) {
+  const std::string path = film();
+  const QImage first = decoded(path).front();
+  const auto movie = loadShown(path);
+  bool isThere = false;
+  movie->beginShow([&] { isThere = difference(movie->picture({64, 48}), first) < kAlike; });
+  beBusyForOneFilm();
+  serveUntil([&] { return isThere; });
+}
+
+TEST_F(QtMovieTest, AudienceIsToldOfALastPictureThatCameWhileTheMainThreadWasBusy) {
+  const std::string path = film();
+  const std::vector<QImage> pictures = decoded(path);
+  const auto movie = loadShown(path);
+  QImage told;
+  movie->beginShow([&] { told = movie->picture({64, 48}).copy(); });
+  serveUntilShown(*movie, pictures.front());
+  movie->play();
+  beBusyForOneFilm();
+  beBusyForOneFilm();
+  serveUntil([&] { return difference(told, pictures.back()) < kAlike; });
+}
+
+TEST_F(QtMovieTest, FirstPictureComesBackThoughTheMainThreadIsBusy) {
+  const std::string path = film();
+  const std::vector<QImage> pictures = decoded(path);
+  const auto movie = loadShown(path);
+  movie->beginShow([] {});
+  movie->play();
+  serveUntil([&] { return !ends().empty(); });
+  serveUntilShown(*movie, pictures.back());
+  movie->gotoBeginning();
+  beBusyForOneFilm();
+  serveUntilShown(*movie, pictures.front());
 }
 
 TEST_F(QtMovieTest, SoundNeedsNoSoundCard) {
@@ -161,8 +205,9 @@ TEST_F(QtMovieTest, FileThatIsNoFilmEndsThePreview) {
   movie->play();
   serveUntil([&] { return !ends().empty(); });
   EXPECT_EQ(ends(), Ends{movie.get()});
-  EXPECT_EQ(movie->remark(),
-            QStringLiteral("This film cannot be shown here. You can save it and open it in any player."));
+  EXPECT_EQ(
+      movie->remark(),
+      QStringLiteral("The preview cannot open this film. You can save it, but another player may not open it either."));
   ASSERT_EQ(logged().size(), 1U);
   EXPECT_TRUE(logged().front().starts_with("log: " + folder_.path("film.avi") + ": "));
 }

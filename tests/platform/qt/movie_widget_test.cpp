@@ -14,13 +14,7 @@ namespace {
 
 using platform::qt::MovieWidget;
 
-class MovieWidgetTest : public MovieBench {
- protected:
-  /// Waits until the widget shows that picture.
-  void serveUntilShown(MovieWidget& widget, const QImage& picture) {
-    serveUntil([&] { return difference(shown(widget), picture) < kAlike; });
-  }
-};
+class MovieWidgetTest : public MovieBench {};
 
 TEST_F(MovieWidgetTest, FirstPictureIsTheOneThatFfmpegDecodes) {
   const std::string path = film();
@@ -93,6 +87,16 @@ TEST_P(MovieWidgetAtRatio, PictureHasThePixelsOfTheDevice) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Ratios, MovieWidgetAtRatio, testing::Values(1.0, 1.25, 1.5, 2.0));
+
+TEST_F(MovieWidgetTest, PictureThatCameWhileTheMainThreadWasBusyIsShown) {
+  const std::string path = film();
+  const QImage first = decoded(path).front();
+  FilmWidget widget(64, 48);
+  widget.setMovie(load(path));
+  widget.show();
+  beBusyForOneFilm();
+  serveUntilShown(widget, first);
+}
 
 TEST_F(MovieWidgetTest, ResizingDrawsTheStandingPictureAnew) {
   const std::string path = film();

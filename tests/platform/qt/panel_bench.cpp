@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <QApplication>
-#include <QDeadlineTimer>
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
@@ -11,6 +10,7 @@
 #include <utility>
 
 #include "platform/qt/text.h"
+#include "tests/platform/qt/bounded_wait.h"
 
 namespace zelvo::tests {
 
@@ -74,15 +74,18 @@ PanelBench::PanelBench()
 
 PanelBench::~PanelBench() { window.panels().setControls(nullptr); }
 
-bool PanelBench::serveUntil(const std::function<bool()>& done) {
-  constexpr int kLongestMilliseconds = 20000;
+void PanelBench::serveUntil(const std::function<bool()>& done, const std::source_location& where) {
   constexpr int kTurnMilliseconds = 20;
-  const QDeadlineTimer deadline(kLongestMilliseconds);
-  while (!done()) {
-    if (deadline.hasExpired()) return false;
-    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, kTurnMilliseconds);
-  }
-  return true;
+  waitUntil(
+      done,
+      [] { QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, kTurnMilliseconds); },
+      [this] {
+        if (top() == nullptr) return std::string("no panel");
+        std::string all = "a panel \"" + top()->title().toStdString() + "\"";
+        for (const std::string& text : shownTexts()) all += ", \"" + text + "\"";
+        return all;
+      },
+      where);
 }
 
 void PanelBench::serve() {
@@ -149,7 +152,7 @@ FileChooser& PanelBench::chooser() {
 }
 
 std::vector<std::string> PanelBench::listed() {
-  if (!serveUntil([this] { return chooser().browser().isRead(); })) return {"never read"};
+  serveUntil([this] { return chooser().browser().isRead(); });
   std::vector<std::string> names;
   const QAbstractItemModel& model = *chooser().browser().list().model();
   for (int row = 0; row < model.rowCount(); ++row) {

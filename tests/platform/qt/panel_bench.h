@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -74,8 +75,9 @@ class PanelBench {
   platform::qt::QtWaitPanels waits;
   platform::qt::QtPanels panels;
 
-  /// Serves events until `done`; false when it never is.
-  bool serveUntil(const std::function<bool()>& done);
+  /// Serves events until `done`. Waiting in vain fails and ends the test, and tells what the topmost panel shows.
+  void serveUntil(const std::function<bool()>& done,
+                  const std::source_location& where = std::source_location::current());
   /// Serves what waits.
   void serve();
   /// Runs `work` in the event loop, once the code that is running waits there.

@@ -5,6 +5,7 @@
 #include <QTest>
 #include <filesystem>
 
+#include "platform/headless/path_probe.h"
 #include "tests/platform/qt/panel_bench.h"
 
 namespace zelvo::tests {
@@ -32,7 +33,7 @@ class OpenPanelTest : public testing::Test {
 
   /// As the window asks for a film.
   void begin() {
-    panel = bench.panels.openPanel();
+    panel = panelMaker->openPanel();
     panel->setAllowedFileTypes({"avi", "divx", "xvid"});
     panel->setTreatsFilePackagesAsDirectories(false);
     panel->setExtensionHidden(false);
@@ -57,6 +58,7 @@ class OpenPanelTest : public testing::Test {
   bool isShown() { return !bench.window.panels().isEmpty(); }
 
   PanelBench bench;
+  platform::Panels* panelMaker = &bench.panels;
   std::string videos;
   std::shared_ptr<OpenPanel> panel;
   std::vector<int> answers;
@@ -302,6 +304,42 @@ TEST_F(OpenPanelTest, GoesWithItsMakerWhenTheProgramEnds) {
   EXPECT_TRUE(seen.expired());
   EXPECT_TRUE(answers.empty());
   EXPECT_FALSE(isShown());
+}
+
+TEST_F(OpenPanelTest, FilmThatDoesNotAnswerIsTakenWithoutALookAtIt) {
+  platform::headless::HeadlessPathProbe probe;
+  probe.dead = {"/gone"};
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  panelMaker = &panels;
+  begin();
+  enter("/gone/film.avi");
+  EXPECT_EQ(chosen, "/gone/film.avi");  // nothing is there, so that a look would have refused it
+  panel.reset();
+}
+
+TEST_F(OpenPanelTest, OtherFileThatDoesNotAnswerIsRefused) {
+  platform::headless::HeadlessPathProbe probe;
+  probe.dead = {"/gone"};
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  panelMaker = &panels;
+  begin();
+  enter("/gone/film.mov");
+  EXPECT_TRUE(
+      bench.says("The disk or server does not answer. Please try again when it is back, or choose another place."));
+  EXPECT_TRUE(answers.empty());
+  panel.reset();
+}
+
+TEST_F(OpenPanelTest, FolderThatDoesNotAnswerAnyMoreIsNotOpenedAgain) {
+  platform::headless::HeadlessPathProbe probe;
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  const std::string old = bench.home.make("Old");
+  panels.noteInput(old + "/film.avi");
+  probe.dead = {old};
+  panelMaker = &panels;
+  begin();
+  EXPECT_EQ(bench.chooser().browser().folder(), videos);
+  panel.reset();
 }
 
 TEST_F(OpenPanelTest, UnusedPanelsCostNothingAndShowNothing) {

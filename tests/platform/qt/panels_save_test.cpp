@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "platform/headless/path_probe.h"
 #include "tests/platform/qt/panel_bench.h"
 
 namespace zelvo::tests {
@@ -20,9 +21,10 @@ class SavePanelTest : public testing::Test {
 
   /// As the window asks where to save.
   void begin(const std::optional<std::string>& directory = std::nullopt) {
-    panel = bench.panels.savePanel();
+    panel = panelMaker->savePanel();
     panel->setPrompt("Save");
     panel->setCanCreateDirectories(true);
+    panel->setSavedFile(savedFile);
     panel->setNameJudge([this](const std::string& path) {
       judged.push_back(path);
       return verdict;
@@ -50,11 +52,13 @@ class SavePanelTest : public testing::Test {
   }
 
   PanelBench bench;
+  platform::Panels* panelMaker = &bench.panels;
   std::string videos;
   std::shared_ptr<SavePanel> panel;
   std::vector<int> answers;
   std::vector<std::string> judged;
   NameVerdict verdict;
+  std::string savedFile;
   std::optional<std::string> chosen;
 };
 
@@ -111,6 +115,12 @@ TEST_F(SavePanelTest, SaysWhereItSaves) {
   EXPECT_TRUE(bench.says("Saves to  " + videos + "/Holiday/Repaired"));
 }
 
+TEST_F(SavePanelTest, SaysTheFileThatComesToLieInTheFolder) {
+  savedFile = "/repaired.avi";
+  begin();
+  EXPECT_TRUE(bench.says("Saves to  " + videos + "/Repaired/repaired.avi"));
+}
+
 TEST_F(SavePanelTest, StartsInTheFolderOfTheInput) {
   const std::string card = bench.home.make("card");
   bench.panels.noteInput(card + "/MVI_0001.AVI");
@@ -150,6 +160,30 @@ TEST_F(SavePanelTest, EscCancels) {
   bench.press(Qt::Key_Escape);
   EXPECT_THAT(answers, ElementsAre(kPanelCancelled));
   EXPECT_EQ(chosen, std::nullopt);
+}
+
+TEST_F(SavePanelTest, PlaceThatDoesNotAnswerIsTakenWithoutALookAtIt) {
+  platform::headless::HeadlessPathProbe probe;
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  panelMaker = &panels;
+  begin();
+  probe.dead = {"/gone"};
+  enter("/gone/Repaired");
+  EXPECT_THAT(answers, ElementsAre(kPanelOk));  // there is no such folder, which a look would have told
+  EXPECT_EQ(chosen, "/gone/Repaired");
+  EXPECT_TRUE(judged.empty());
+  panel.reset();
+}
+
+TEST_F(SavePanelTest, FolderThatDoesNotAnswerIsNotStartedIn) {
+  platform::headless::HeadlessPathProbe probe;
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  panelMaker = &panels;
+  const std::string old = bench.home.make("Old");
+  probe.dead = {old};
+  begin(old);
+  EXPECT_EQ(bench.chooser().browser().folder(), videos);
+  panel.reset();
 }
 
 TEST_F(SavePanelTest, JudgeIsAskedForTheWholePath) {

@@ -7,12 +7,14 @@
 #include <QPointer>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <fstream>
 
 #include "app/globals.h"
 #include "engine/globals.h"
 #include "platform/headless/screen.h"
 #include "platform/qt/panel_frame.h"
+#include "tests/platform/qt/bounded_wait.h"
 #include "tests/support/ffmpeg.h"
 
 namespace zelvo::tests {
@@ -51,6 +53,7 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
                        .workspace = workspace,
                        .bundle = bundle,
                        .paths = paths,
+                       .pathProbe = pathProbe,
                        .updateCheck = updates,
                        .lookAtStorage = [] { return platform::StorageView{}; },
                        .printed = printed,
@@ -60,6 +63,7 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
   windowControls.dress(window->hostedViews());
   app::wire(*controller, window->jobOutlets(), actions, *application);
   window->setFileReceiver([this](const std::string& file) { controller->offerFile(file); });
+  window->setHelpPage(QUrl::fromLocalFile(QStringLiteral(ZELVO_HELP_PAGE)));
   controller->init();
   controller->awakeFromNib();
   application->showMainWindow();
@@ -83,12 +87,32 @@ WindowBench::~WindowBench() {
   QCoreApplication::exec();
 }
 
-void WindowBench::until(const std::function<bool()>& condition) {
+void WindowBench::until(const std::function<bool()>& condition, const std::source_location& where) {
   constexpr int kLookAgainMilliseconds = 20;
-  while (!condition()) {
-    QTimer::singleShot(kLookAgainMilliseconds, window.get(), [] {});
-    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  waitUntil(
+      condition,
+      [this] {
+        QTimer::singleShot(kLookAgainMilliseconds, window.get(), [] {});
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+      },
+      [this] { return looks(); }, where);
+}
+
+std::string WindowBench::looks() const {
+  std::string all = "page " + std::to_string(window->page() + 1);
+  if (const qt::PanelFrame* const panel = window->panels().top()) {
+    all += ", panel \"" + panel->title().toStdString() + "\" \"" + panel->message().text().toStdString() + "\"";
   }
+  if (const QWidget* const focused = window->focusWidget()) {
+    all += ", keyboard with " + std::string(focused->metaObject()->className()) + " \"" +
+           focused->accessibleName().toStdString() + "\"";
+  }
+  const std::vector<std::string> lines = events.lines();
+  constexpr std::size_t kLastLines = 5;
+  for (std::size_t at = lines.size() - std::min(lines.size(), kLastLines); at < lines.size(); ++at) {
+    all += "; " + lines[at];
+  }
+  return all;
 }
 
 void WindowBench::settle() {

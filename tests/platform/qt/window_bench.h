@@ -5,6 +5,7 @@
 #include <QString>
 #include <functional>
 #include <memory>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,7 @@
 #include "app/window_controls.h"
 #include "app/wire.h"
 #include "platform/headless/bundle.h"
+#include "platform/headless/path_probe.h"
 #include "platform/headless/workspace.h"
 #include "platform/linux/linux_clock.h"
 #include "platform/linux/linux_file_manager.h"
@@ -73,8 +75,11 @@ class WindowBench {
   WindowBench(const WindowBench&) = delete;
   WindowBench& operator=(const WindowBench&) = delete;
 
-  /// Serves events until `condition` holds; a test that waits in vain is ended by its time limit.
-  void until(const std::function<bool()>& condition);
+  /// Serves events until `condition` holds. Waiting in vain fails and ends the test, and tells what the window shows.
+  void until(const std::function<bool()>& condition,
+             const std::source_location& where = std::source_location::current());
+  /// The page, the panels, the keyboard's place and the last events, in words.
+  [[nodiscard]] std::string looks() const;
   /// Serves the events that wait.
   void settle();
   /// Does `deed` as soon as a panel is up that was not when this was called. For what opens a modal panel.
@@ -103,6 +108,7 @@ class WindowBench {
   platform::headless::HeadlessBundle bundle;
   platform::headless::HeadlessWorkspace workspace{&events};
   platform::PathMapper paths;
+  platform::headless::HeadlessPathProbe pathProbe;
   NoUpdates updates{events};
   platform::NotificationCentre notifications;
   platform::qt::Pictures pictures{ZELVO_PICTURES};

@@ -46,6 +46,7 @@ class Photographer {
     takeAlert("cannot-be-chosen", [&] { bench_.window->offerFile(bench_.temp.put("letter.txt", "x")); });
     takeAlert("quit", [&] { bench_.window->close(); });
     bench_.window->offerFile(film);
+    bench_.until([this] { return bench_.window->choosePage().dropArea->facts().contains(QChar(0xb7)); });
     take("chosen");
     takeRepairing();
     bench_.repair(film);
@@ -59,11 +60,26 @@ class Photographer {
     outlets.pathlabel.setStringValue("/media/camera/DCIM/2019-06-22 wedding of Anna and Paul/MVI_0042.AVI");
     bench_.window->jobOutlets().textfield.setStringValue("Retrieving audio/ video data forks..");
     outlets.progressbar.setDoubleValue(38.4);
+    outlets.own.runprogress.follow([] {
+      return platform::RunProgress{platform::RunStage::searching, 281900000, 734000000};
+    });
     take("repairing");
     takePanel("stop-repair", panels_.stoprepairwindow);
+    outlets.own.waitingtext.setStringValue(app::texts::kWaitsForOtherRun);
+    take("waiting");
+    outlets.own.waitingtext.setStringValue("");
     takePanel("invalid", panels_.invalidfilewindow);
+    outlets.own.invalidfilehead.setTitle(app::texts::kGoneTitle);
+    outlets.own.invalidfiletext.setStringValue(app::texts::kNoSuchFilmMessage);
+    takePanel("film-gone", panels_.invalidfilewindow);
+    outlets.own.rejectionreason.show(platform::Rejection::noSound);
     takePanel("not-supported", panels_.filenotsupportedwindow);
     takePanel("completed", panels_.repaircompletedwindow);
+    outlets.own.filmreport.show(report(platform::FilmVerdict::partly));
+    takePanel("completed-partly", panels_.repaircompletedwindow);
+    outlets.own.filmreport.show(report(platform::FilmVerdict::nothing));
+    takePanel("completed-nothing", panels_.repaircompletedwindow);
+    outlets.own.filmreport.clear();
     takeAlert("write-failed", [&] {
       bench_.alerts->runAlertPanel(
           {.title = app::texts::kWriteFailedTitle,
@@ -75,6 +91,17 @@ class Photographer {
            .alternateButton = std::nullopt,
            .otherButton = std::nullopt});
     });
+    takeAlert("no-working-folder", [&] {
+      bench_.alerts->runAlertPanel(
+          {.title = app::texts::kNoWorkingFolderTitle,
+           .message = std::string(app::texts::kNoWorkingFolderMessage) +
+                      "/home/anna/.cache. The system says: Permission denied. To repair this film, 12.3 MB are free, "
+                      "about 734.0 MB are needed." +
+                      std::string(app::texts::kNothingStarted),
+           .defaultButton = app::texts::kChooseAnotherFolder,
+           .alternateButton = app::texts::kFinishingCancel,
+           .otherButton = std::nullopt});
+    });
     takeAlert("finishing", [&] {
       static_cast<void>(bench_.waits->runWaitPanel({.title = app::texts::kFinishingTitle,
                                                     .message = app::texts::kFinishingMessage,
@@ -83,6 +110,41 @@ class Photographer {
                                                     .finished = [] { return false; }}));
     });
     outlets.tabview.selectFirstTabViewItem();
+  }
+
+  static platform::FilmReport report(platform::FilmVerdict verdict) {
+    platform::FilmReport made;
+    made.verdict = verdict;
+    made.videoCodec = "MPEG-4 (Xvid)";
+    made.audioCodec = "MP3";
+    if (verdict == platform::FilmVerdict::nothing) return made;
+    made.pictures = 2412;
+    made.soundChunks = 2000;
+    made.pictureSeconds = 96.48;
+    made.soundSeconds = 95.1;
+    made.share = 0.87;
+    return made;
+  }
+
+  /// The result page by each verdict, at the usual size and at the smallest.
+  void takeVerdicts() {
+    const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
+    platform::FilmReport partly = report(platform::FilmVerdict::partly);
+    outlets.own.filmreport.show(partly);
+    take("result-partly");
+    partly.failedReads = 4;
+    partly.unreadableBytes = 12288;
+    partly.firstUnreadable = 104857600;
+    partly.blankPictures = 61;
+    outlets.own.filmreport.show(partly);
+    take("result-failed-reads");
+    const QSize usual = bench_.window->size();
+    bench_.window->setMinimumSize(640, 420);
+    bench_.window->resize(640, 420);
+    take("result-small");
+    bench_.window->resize(usual);
+    outlets.own.filmreport.show(report(platform::FilmVerdict::nothing));
+    take("result-nothing");
   }
 
   void takeResult() {
@@ -99,14 +161,26 @@ class Photographer {
     bench_.key(Qt::Key_Escape);
     const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
     outlets.saveprogressbar.setDoubleValue(62.0);
+    outlets.own.savedbytestext.setStringValue("455.1 MB of 734.0 MB copied");
     bench_.window->panels().begin(panels_.saveprogresspanel);
+    bench_.application->closeInput();
     take("saving");
+    bench_.application->openInput();
     takePanel("stop-saving", panels_.stopsavingwindow);
     bench_.window->panels().orderOut(panels_.saveprogresspanel);
     outlets.savecompletedtext.setStringValue("The repaired file was saved as /home/anna/Videos/Repaired/repaired.avi.");
     outlets.durationfield.setIntegerValue(217);
     takePanel("saved", panels_.savecompletedwindow);
+    outlets.own.savecompletedhead.setTitle(app::texts::kSaveIncompleteTitle);
+    outlets.own.savecompletedhead.setSign(platform::SheetSign::warning);
+    outlets.own.savedsizelabel.setStringValue(app::texts::kLastNotSaved);
+    outlets.savecompletedtext.setStringValue(
+        "The copy is incomplete: 28.3 MB of the repaired file could not be read: Input/output error." +
+        std::string(app::texts::kRepairAgain));
+    takePanel("saved-in-part", panels_.savecompletedwindow);
+    outlets.own.savedsizelabel.setStringValue(app::texts::kLastSaved);
     takePanel("preview-error", panels_.PreviewErrorWindow);
+    takeVerdicts();
     takeAlert("no-space", [&] {
       bench_.alerts->runAlertPanel({.title = app::texts::kNoSpaceTitle,
                                     .message = app::texts::kNoSpaceMessage,

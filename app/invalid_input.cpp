@@ -1,0 +1,44 @@
+// Why the input is invalid, as far as it is not its content: it is gone, it cannot be read, or the name is a link, whose
+// own size counts. What the invalid-file sheet says follows from it. Thread: the repair worker.
+#include "app/controller.h"
+#include "app/texts.h"
+#include "engine/input_file.h"
+
+namespace zelvo::app {
+
+namespace {
+
+struct Explanation {
+  std::string_view title = texts::kInvalidTitle;
+  std::string text{texts::kInvalidMessage};
+};
+
+/// A link shorter than this is never looked into.
+constexpr std::uint64_t kSmallestInput = 1024;
+
+}  // namespace
+
+void Orlin_Repair_AVIAppDelegate::explainInvalidInput(const engine::Run& run) {
+  const std::string input = run.path.value_or("");
+  const std::string unchanged(texts::kNothingChanged);
+  Explanation why;
+  const auto attributes = services_.fileManager.attributes(input);
+  const std::error_code opening = services_.files.openForReading(input).error;
+  const auto& opened = repair1->inputfilehandle;
+  const engine::ReadFailures failed = opened ? opened->failures() : engine::ReadFailures{};
+  const bool isLink = attributes && attributes->kind == platform::FileAttributes::Kind::symbolicLink;
+  if (isLink && (run.inputfilesize < kSmallestInput || opening)) {
+    const auto target = services_.fileManager.linkTarget(input);
+    why = {texts::kLinkTitle,
+           std::string(texts::kLinkMessage) + (target ? " It leads to " + *target + "." : "") + unchanged};
+  } else if (!attributes || opening == std::errc::no_such_file_or_directory) {
+    why = {texts::kGoneTitle, std::string(texts::kNoSuchFilmMessage)};
+  } else if (opening || failed.count > 0) {
+    why = {texts::kUnreadableTitle, std::string(texts::kUnreadableMessage) +
+                                        (opening ? opening : failed.firstCause).message() + "." + unchanged};
+  }
+  outlets.own.invalidfilehead.setTitle(why.title);
+  outlets.own.invalidfiletext.setStringValue(why.text);
+}
+
+}  // namespace zelvo::app
