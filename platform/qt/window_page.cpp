@@ -17,17 +17,23 @@ namespace {
 constexpr int kStripHeight = 72;
 constexpr int kStripMargin = 28;
 constexpr int kIconSize = 32;
+constexpr int kWidthForName = 720;
 
 class Strip final : public QWidget {
  public:
-  Strip() { setFixedHeight(kStripHeight); }
+  /// `name` gives its room to the steps where the window is narrow; the title bar has it, too.
+  explicit Strip(QLabel* name) : name_(name) { setFixedHeight(kStripHeight); }
 
  protected:
+  void resizeEvent(QResizeEvent*) override { name_->setVisible(width() >= kWidthForName); }
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.fillRect(rect(), strip(palette()));
     painter.fillRect(QRect(0, height() - 1, width(), 1), line(palette()));
   }
+
+ private:
+  QLabel* name_;
 };
 
 /// A page that is higher or wider than its room scrolls, and what gets the keyboard comes into view.
@@ -64,11 +70,11 @@ WindowPage::WindowPage(const PageParts& parts, int step)
   all->setContentsMargins(0, 0, 0, 0);
   all->setSpacing(0);
 
-  auto* const top = new Strip;
-  auto* const row = new QHBoxLayout(top);
-  row->setContentsMargins(kStripMargin, 0, kStripMargin, 0);
   auto* const name = new QLabel(texts::productName());
   name->setFont(textFont(kTextPixels, QFont::DemiBold));
+  auto* const top = new Strip(name);
+  auto* const row = new QHBoxLayout(top);
+  row->setContentsMargins(kStripMargin, 0, kStripMargin, 0);
   auto* const left = new QWidget;
   auto* const leftRow = new QHBoxLayout(left);
   leftRow->setContentsMargins(0, 0, 0, 0);

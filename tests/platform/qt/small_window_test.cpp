@@ -13,6 +13,7 @@
 #include "app/texts.h"
 #include "platform/qt/file_chooser.h"
 #include "platform/qt/panel_frame.h"
+#include "platform/qt/step_marker.h"
 #include "platform/qt/text.h"
 #include "tests/platform/qt/window_bench.h"
 
@@ -82,6 +83,22 @@ TEST_F(SmallWindow, PagesScrollDownAndNotAcross) {
       EXPECT_LE(area->widget()->width(), area->viewport()->width()) << "page " << page + 1;
     }
   }
+}
+
+TEST_F(SmallWindow, TheStepsAreAllNamed) {
+  showPage(2);
+  for (const QLabel* const label : window.resultPage().findChildren<QLabel*>()) {
+    EXPECT_FALSE(label->isVisible() && label->text() == QStringLiteral("Zelvo AVI Repair"))
+        << "gives its room to the steps";
+  }
+  const QWidget* steps = nullptr;
+  for (const QLabel* const label : window.resultPage().findChildren<QLabel*>()) {
+    if (const auto* const marker = dynamic_cast<const qt::StepMarker*>(label)) steps = marker;
+  }
+  ASSERT_NE(steps, nullptr);
+  EXPECT_GE(steps->width(), steps->sizeHint().width());
+  const QPoint end = steps->mapTo(&window, QPoint(steps->width(), 0));
+  EXPECT_LE(end.x(), window.resultPage().home->mapTo(&window, QPoint()).x()) << "nothing lies over their names";
 }
 
 TEST_F(SmallWindow, TheHintOfTheResultPageGoesOnInALineBelow) {

@@ -115,7 +115,7 @@ class Photographer {
   static platform::FilmReport report(platform::FilmVerdict verdict) {
     platform::FilmReport made;
     made.verdict = verdict;
-    made.videoCodec = "MPEG-4 (Xvid)";
+    made.videoCodec = "Motion JPEG";
     made.audioCodec = "MP3";
     if (verdict == platform::FilmVerdict::nothing) return made;
     made.pictures = 2412;
