@@ -34,7 +34,9 @@ std::string makeFilm(const zelvo::tests::TempFolder& folder) {
 
 class Photographer {
  public:
-  Photographer(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {}
+  Photographer(QString folder, QString suffix) : folder_(std::move(folder)), suffix_(std::move(suffix)) {
+    bench_.window->resize(960, 620);  // whatever the screen's size
+  }
 
   void takeAll() {
     const std::string film = makeFilm(bench_.temp);
