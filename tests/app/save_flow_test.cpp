@@ -281,7 +281,8 @@ TEST_F(SaveOfLess, ARebuiltFileThatIsGoneIsNotCalledSaved) {
 
 TEST_F(SaveOfLess, NoRebuiltFileAtAllIsNotCalledSaved) {
   arrive(65536);
-  app.controller->setUnipath(std::nullopt);
+  const std::optional<std::string> none;
+  app.controller->setUnipath(none);
 
   saveAs(kFolder);
 
