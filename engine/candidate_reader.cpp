@@ -42,8 +42,11 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
     if (candidate.sizeIsRefused()) continue;
     candidate.lookAheadCount =
         static_cast<std::uint8_t>(window_.readLookAhead(position + 8 + candidate.size, candidate.lookAhead));
-    // Silence may be all zeros; a picture is not.
-    candidate.isBlank = candidate.code != k01wb && window_.isAllZero(position + std::uint64_t{8}, candidate.size);
+    // Silence may be all zeros; a picture is not, which its first byte tells nearly always.
+    const std::size_t payload = i + std::size_t{8};
+    const bool mayBeBlank = payload >= bytes.size() || bytes[payload] == std::byte{0};
+    candidate.isBlank =
+        mayBeBlank && candidate.code != k01wb && window_.isAllZero(position + std::uint64_t{8}, candidate.size);
   }
 }
 

@@ -5,7 +5,6 @@
 // 3. Record what is accepted.
 #include <algorithm>
 #include <array>
-#include <optional>
 
 #include "engine/candidate_reader.h"
 #include "engine/fourcc.h"
@@ -31,16 +30,19 @@ class LookAheadBuffer {
       std::copy_n(bytes.begin(), count, bytes_.begin());
     }
   }
-  /// The first code among the three positions.
-  [[nodiscard]] std::optional<FourCC> code() const {
+  [[nodiscard]] bool holdsCode() const {
     for (std::size_t at = 0; at <= 2; ++at) {
-      const FourCC code = FourCC::at(std::span(bytes_).subspan(at));
-      if (code == k00dc || code == k01wb || code == k00db || code == kJunk) return code;
+      const FourCC code = codeAt(at);
+      if (code == k00dc || code == k01wb || code == k00db || code == kJunk) return true;
     }
-    return std::nullopt;
+    return false;
   }
+  /// Only one code can stand among the three positions, since none holds the beginning of another.
+  [[nodiscard]] bool holdsPadding() const { return codeAt(0) == kJunk || codeAt(1) == kJunk || codeAt(2) == kJunk; }
 
  private:
+  [[nodiscard]] FourCC codeAt(std::size_t at) const { return FourCC::at(std::span(bytes_).subspan(at)); }
+
   std::array<std::byte, 6> bytes_{};
 };
 
@@ -55,9 +57,7 @@ class SampleScan {
     job_.videosamplesize = candidate.size;
     if (candidate.sizeIsRefused()) return;
     lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
-    const std::optional<FourCC> next = lookAhead_.code();
-    if (!next) return;
-    followedBy_ = *next;
+    if (!lookAhead_.holdsCode()) return;
     if (candidate.code == k01wb) {
       record(candidate, job_.audiosamplecount, job_.audiosamplesizearray, job_.audiosampleoffsetarray, audioFullTold_);
     } else {
@@ -84,12 +84,11 @@ class SampleScan {
                      .size = candidate.size,
                      .isSound = candidate.code == k01wb,
                      .isBlank = candidate.isBlank,
-                     .isPaddedBehind = followedBy_ == kJunk});
+                     .isPaddedBehind = lookAhead_.holdsPadding()});
   }
 
   RepairFile& job_;
   LookAheadBuffer lookAhead_;
-  FourCC followedBy_;  ///< what stands behind the candidate that is recorded
   bool videoFullTold_ = false;
   bool audioFullTold_ = false;
 };

@@ -207,7 +207,7 @@ TEST(CheckCommand, ChunksFoundTwiceBeyondFourGibibytesAreCounted) {
   // Pairs of 4416 bytes behind the headers; the last of the first 400,384 bytes' codes belongs to pair 91.
   const std::size_t begin = bytes.find("00dc");
   std::size_t again = 0;
-  for (std::size_t at = begin, i = 0; at + 4 <= 400000; at += i % 2 == 0 ? 4008 : 408, ++i) ++again;
+  for (std::size_t at = begin, i = 0; at + 4 <= 400000; at += i % 2 == 0 ? 4008U : 408U, ++i) ++again;
   EXPECT_THAT(ended.err, HasSubstr(": " + std::to_string(again) +
                                    " chunks were found before, and the repaired file holds them twice."));
   EXPECT_THAT(ended.out, HasSubstr("\"chunks\":" + std::to_string(150 + (again + 1) / 2)));
