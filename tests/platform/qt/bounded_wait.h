@@ -3,9 +3,10 @@
 
 #include <chrono>
 #include <functional>
-#include <source_location>
 #include <stdexcept>
 #include <string>
+
+#include "tests/platform/qt/code_place.h"
 
 namespace zelvo::tests {
 
@@ -16,12 +17,12 @@ inline constexpr std::chrono::seconds kLongestWait{60};
 /// tells by then.
 inline void waitUntil(const std::function<bool()>& reached, const std::function<void()>& turn,
                       const std::function<std::string()>& saw,
-                      const std::source_location& where = std::source_location::current(),
+                      const ::zelvo::tests::CodePlace& where = ::zelvo::tests::CodePlace::current(),
                       std::chrono::milliseconds longest = kLongestWait) {
   const auto end = std::chrono::steady_clock::now() + longest;
   while (!reached()) {
     if (std::chrono::steady_clock::now() >= end) {
-      throw std::runtime_error(std::string(where.file_name()) + ":" + std::to_string(where.line()) +
+      throw std::runtime_error(std::string(where.file) + ":" + std::to_string(where.line) +
                                ": waited in vain; saw: " + saw());
     }
     turn();

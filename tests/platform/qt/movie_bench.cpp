@@ -64,7 +64,7 @@ std::shared_ptr<platform::Movie> MovieBench::load(const std::string& path) {
 }
 
 void MovieBench::serveUntil(const std::function<bool()>& reached, const std::function<std::string()>& saw,
-                            const std::source_location& where) {
+                            const ::zelvo::tests::CodePlace& where) {
   waitUntil(
       reached, [this] { serveAMoment(queue_, [] { QCoreApplication::processEvents(); }); },
       [&] {
@@ -75,7 +75,7 @@ void MovieBench::serveUntil(const std::function<bool()>& reached, const std::fun
       where);
 }
 
-void MovieBench::serveUntilShown(MovieWidget& widget, const QImage& picture, const std::source_location& where) {
+void MovieBench::serveUntilShown(MovieWidget& widget, const QImage& picture, const ::zelvo::tests::CodePlace& where) {
   serveUntil([&] { return difference(shown(widget), picture) < kAlike; },
              [&] {
                return "a widget \"" + widget.accessibleName().toStdString() + "\", \"" +

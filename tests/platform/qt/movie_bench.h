@@ -7,7 +7,6 @@
 #include <QImage>
 #include <functional>
 #include <memory>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -18,6 +17,7 @@
 #include "platform/notification_centre.h"
 #include "platform/qt/movie_preview.h"
 #include "platform/qt/movie_widget.h"
+#include "tests/platform/qt/code_place.h"
 #include "tests/platform/temp_folder.h"
 
 namespace zelvo::tests {
@@ -36,10 +36,10 @@ class MovieBench : public testing::Test {
   [[nodiscard]] std::shared_ptr<platform::Movie> load(const std::string& path);
   /// Serves the main queue and Qt until `reached`. Waiting in vain fails and ends the test, with what `saw` tells.
   void serveUntil(const std::function<bool()>& reached, const std::function<std::string()>& saw = {},
-                  const std::source_location& where = std::source_location::current());
+                  const ::zelvo::tests::CodePlace& where = ::zelvo::tests::CodePlace::current());
   /// Waits until the widget shows that picture.
   void serveUntilShown(platform::qt::MovieWidget& widget, const QImage& picture,
-                       const std::source_location& where = std::source_location::current());
+                       const ::zelvo::tests::CodePlace& where = ::zelvo::tests::CodePlace::current());
   /// Serves while another film plays from its beginning to its end.
   void serveForOneFilm();
   /// Serves neither the main queue nor Qt while a film of another queue plays for more than a second: as a main thread

@@ -22,7 +22,7 @@ class QtMovieTest : public MovieBench {
     return movie;
   }
   void serveUntilShown(ShownMovie& movie, const QImage& picture,
-                       const std::source_location& where = std::source_location::current()) {
+                       const ::zelvo::tests::CodePlace& where = ::zelvo::tests::CodePlace::current()) {
     serveUntil([&] { return difference(movie.picture(picture.size()), picture) < kAlike; },
                [&] {
                  return "a movie of " + std::to_string(movie.shape().width()) + " by " +

@@ -74,7 +74,7 @@ PanelBench::PanelBench()
 
 PanelBench::~PanelBench() { window.panels().setControls(nullptr); }
 
-void PanelBench::serveUntil(const std::function<bool()>& done, const std::source_location& where) {
+void PanelBench::serveUntil(const std::function<bool()>& done, const ::zelvo::tests::CodePlace& where) {
   constexpr int kTurnMilliseconds = 20;
   waitUntil(
       done,

@@ -8,7 +8,6 @@
 #include <functional>
 #include <memory>
 #include <optional>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -21,6 +20,7 @@
 #include "platform/qt/qt_application.h"
 #include "platform/qt/qt_file_panels.h"
 #include "platform/qt/qt_wait_panels.h"
+#include "tests/platform/qt/code_place.h"
 #include "tests/platform/temp_folder.h"
 
 namespace zelvo::tests {
@@ -77,7 +77,7 @@ class PanelBench {
 
   /// Serves events until `done`. Waiting in vain fails and ends the test, and tells what the topmost panel shows.
   void serveUntil(const std::function<bool()>& done,
-                  const std::source_location& where = std::source_location::current());
+                  const ::zelvo::tests::CodePlace& where = ::zelvo::tests::CodePlace::current());
   /// Serves what waits.
   void serve();
   /// Runs `work` in the event loop, once the code that is running waits there.

@@ -87,7 +87,7 @@ WindowBench::~WindowBench() {
   QCoreApplication::exec();
 }
 
-void WindowBench::until(const std::function<bool()>& condition, const std::source_location& where) {
+void WindowBench::until(const std::function<bool()>& condition, const ::zelvo::tests::CodePlace& where) {
   constexpr int kLookAgainMilliseconds = 20;
   waitUntil(
       condition,

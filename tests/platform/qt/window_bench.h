@@ -5,7 +5,6 @@
 #include <QString>
 #include <functional>
 #include <memory>
-#include <source_location>
 #include <string>
 #include <vector>
 
@@ -32,6 +31,7 @@
 #include "platform/qt/qt_file_panels.h"
 #include "platform/qt/qt_movie_view.h"
 #include "platform/qt/qt_wait_panels.h"
+#include "tests/platform/qt/code_place.h"
 #include "tests/platform/temp_folder.h"
 
 namespace zelvo::tests {
@@ -77,7 +77,7 @@ class WindowBench {
 
   /// Serves events until `condition` holds. Waiting in vain fails and ends the test, and tells what the window shows.
   void until(const std::function<bool()>& condition,
-             const std::source_location& where = std::source_location::current());
+             const ::zelvo::tests::CodePlace& where = ::zelvo::tests::CodePlace::current());
   /// The page, the panels, the keyboard's place and the last events, in words.
   [[nodiscard]] std::string looks() const;
   /// Serves the events that wait.
