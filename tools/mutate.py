@@ -8,10 +8,14 @@ ROOM is a folder of sources (engine, cli, app, update, storage, controls, platfo
 build/mutate, so what is not committed is not seen, and nothing of this checkout is touched. It can be ended at any time.
 
 A change counts as noticed when a test fails twice, or when a test program does not end within ten times its usual time.
-Tests that fail without any change are left out, and listed. The survivors are printed with file, line and change.
+Only programs that the change altered are run, shared out over the processors; a change that leaves all of them as they
+were, byte for byte, is no change and is not counted. Tests that fail without any change are left out, and listed. The
+survivors are printed with file, line and change.
 Exit code: 0 whatever survives, 2 for wrong use, 3 when the tree does not build as it stands.
 """
 import argparse
+import concurrent.futures
+import hashlib
 import json
 import os
 import pathlib
@@ -27,7 +31,7 @@ import mutations
 ROOMS = ("engine", "cli", "app", "update", "storage", "controls", "platform")
 # Tests of a room that lie beside those of another: what is drawn and driven through real widgets, what is fuzzed.
 TESTS_ELSEWHERE = {"engine": ("fuzz",), "app": ("platform/qt",), "controls": ("platform/qt",), "cli": ("storage",),
-                   "platform": ("storage", "update", "app")}
+                   "platform": ("platform/qt", "storage", "update", "app")}
 SHORTEST_LIMIT = 60.0  # seconds; a program that usually takes less is not ended before
 
 
@@ -40,33 +44,49 @@ def run(command, **options):
 
 
 class Program:
-    """One test program of GoogleTest: where it lies, in which environment it runs, and which of its cases count."""
+    """One test program of GoogleTest: what it is made of, in which environment it runs, and which of its cases count."""
 
-    def __init__(self, path, environment):
+    def __init__(self, path, parts, environment, jobs):
         self.path = path
+        self.parts = parts  # itself and the programs that its cases start
         self.environment = environment
+        self.jobs = jobs
         self.left_out = []
         self.limit = SHORTEST_LIMIT
+        self.usual = {}
+        self.seconds = 0.0
 
-    def command(self, cases=None):
+    def content(self):
+        return {part: hashlib.sha256(part.read_bytes()).digest() for part in self.parts}
+
+    def is_altered(self):
+        return self.content() != self.usual
+
+    def command(self, cases):
         pattern = ":".join(cases) if cases else "*"
         if self.left_out:
             pattern += "-" + ":".join(self.left_out)
-        return [self.path, f"--gtest_filter={pattern}", "--gtest_color=no"]
+        return [str(self.path), f"--gtest_filter={pattern}", "--gtest_color=no"]
 
     def run(self, cases=None, fail_fast=True):
         """The names of the cases that failed, or None when all passed; a crash or the limit counts as "(ended)"."""
-        command = self.command(cases)
-        if fail_fast:
-            command.append("--gtest_fail_fast")
+        command = self.command(cases) + (["--gtest_fail_fast"] if fail_fast else [])
+        shards = 1 if cases else self.jobs
+        with concurrent.futures.ThreadPoolExecutor(shards) as pool:
+            outcomes = list(pool.map(lambda shard: self.run_shard(command, shard, shards), range(shards)))
+        failed = sorted({name for outcome in outcomes for name in outcome})
+        return failed or None
+
+    def run_shard(self, command, shard, shards):
         with tempfile.TemporaryDirectory() as folder:
             os.chmod(folder, 0o777)
-            environment = dict(os.environ, TMPDIR=folder, QT_QPA_PLATFORM="offscreen", **self.environment)
+            environment = dict(os.environ, TMPDIR=folder, QT_QPA_PLATFORM="offscreen", GTEST_TOTAL_SHARDS=str(shards),
+                               GTEST_SHARD_INDEX=str(shard), **self.environment)
             ended, output = limited(as_ordinary_user(command, folder), environment, self.limit)
-        failed = sorted({line.split("]")[1].split("(")[0].split(",")[0].strip() for line in output.splitlines()
-                         if line.startswith("[  FAILED  ]") and "." in line})
         if ended == 0:
-            return None
+            return []
+        failed = [line.split("]")[1].split("(")[0].split(",")[0].strip() for line in output.splitlines()
+                  if line.startswith("[  FAILED  ]") and "." in line]
         return failed or ["(ended)"]
 
 
@@ -145,9 +165,13 @@ class Tree:
             settings = {entry["name"]: entry["value"] for entry in test["properties"]}
             if test.get("command"):
                 environments[test["command"][0]] = dict(entry.split("=", 1) for entry in settings.get("ENVIRONMENT", []))
+        shipped = {path.name for path in (self.build / "bin").iterdir() if path.is_file()} - set(self.targets)
         for target in self.targets:
-            path = str(self.build / "bin" / target)
-            self.programs.append(Program(path, environments.get(path, {})))
+            path = self.build / "bin" / target
+            inputs = run(["ninja", "-C", str(self.build), "-t", "inputs", f"bin/{target}"]).stdout.split()
+            started = sorted({pathlib.Path(name).name for name in inputs} & shipped)
+            parts = [path, *(self.build / "bin" / name for name in started)]
+            self.programs.append(Program(path, parts, environments.get(str(path), {}), self.jobs))
 
     def take_base_line(self):
         """Runs every program without a change: leaves out what fails, and learns how long each takes."""
@@ -162,16 +186,24 @@ class Tree:
                     raise Broken(f"{program.path} does not end well without any change.")
                 say(f"left out, since they fail without any change: {', '.join(failed)}")
                 program.left_out += failed
+            program.usual = program.content()
+            program.seconds = time.monotonic() - start
+        self.programs.sort(key=lambda program: program.seconds)
 
-    def notices(self):
+    def altered(self):
+        """The programs that are other than without a change, the quickest first."""
+        return [program for program in self.programs if program.is_altered()]
+
+    @staticmethod
+    def notices(programs):
         """The first case that fails, twice, and its program; None when all pass."""
-        for program in self.programs:
+        for program in programs:
             failed = program.run()
             if failed is None:
                 continue
             again = program.run(None if failed == ["(ended)"] else failed)
             if again is not None:
-                return f"{pathlib.Path(program.path).name}: {failed[0]}"
+                return f"{program.path.name}: {failed[0]}"
         return None
 
 
@@ -209,8 +241,11 @@ def survey(tree, count, seed):
                 path.write_text(mutations.applied(text, change), encoding="utf-8")
                 if tree.compile(tree.targets):
                     continue
+                programs = tree.altered()
+                if not programs:
+                    continue
                 tried += 1
-                noticed = tree.notices()
+                noticed = tree.notices(programs)
             finally:
                 path.write_text(text, encoding="utf-8")
             if noticed:
