@@ -21,10 +21,10 @@
 #include "app/explained_sheets.h"
 #include "app/run_guard.h"
 #include "app/scratch_path.h"
+#include "avi/write_failure.h"
 #include "engine/padded_copy.h"
 #include "engine/progress_relay.h"
 #include "engine/repair_file.h"
-#include "engine/write_failure.h"
 #include "platform/attributed_text.h"
 #include "platform/guarded.h"
 #include "platform/outlets.h"
@@ -269,9 +269,9 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// Thread: the repair worker, or main.
   void removeLeftover(std::uint64_t number, const engine::Run& run);
   void workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run);
-  void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<engine::WriteFailure>& failure);
+  void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<avi::WriteFailure>& failure);
   void abandonShownRun();
-  void tellWriteFailure(const engine::Run& run, const engine::WriteFailure& failure);
+  void tellWriteFailure(const engine::Run& run, const avi::WriteFailure& failure);
   /// True at once when no rebuilt file is being written; otherwise shows the notice and answers whether the file is
   /// there now.
   [[nodiscard]] bool waitForRebuiltFile();
@@ -309,7 +309,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   std::shared_ptr<platform::CancelMark> saveCancel_;       ///< of the last save that was started
   platform::Guarded<std::set<std::string>> scratchFiles_;  ///< what runs have written
   std::vector<std::weak_ptr<engine::Run>> runs_;           ///< every run that may still be at work
-  std::optional<engine::WriteFailure> untoldFailure_;      ///< met while the notice was up
+  std::optional<avi::WriteFailure> untoldFailure_;         ///< met while the notice was up
   bool waiting_ = false;                                   ///< the notice is up
   bool terminated_ = false;
   bool inputAnswers_ = true;  ///< at the last save

@@ -3,7 +3,7 @@
 // 2. Its answer sets the input's path and size, shows the path and clears the stop flag. Nothing is read.
 #include "app/controller.h"
 #include "app/texts.h"
-#include "engine/film_length.h"
+#include "avi/film_length.h"
 #include "engine/globals.h"
 
 namespace zelvo::app {
@@ -95,7 +95,7 @@ void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsS
   outlets.own.chosenfilm.show(
       {.path = file, .size = engine::inputfilesize, .readLength = [files = &services_.files, file] {
          const auto opened = files->openForReading(file);
-         return opened.file ? engine::filmLength(*opened.file) : std::nullopt;
+         return opened.file ? avi::filmLength(*opened.file) : std::nullopt;
        }});
   runGuard_.choiceMade();
   showWorkingFolder();

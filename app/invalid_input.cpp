@@ -2,7 +2,7 @@
 // own size counts. What the invalid-file sheet says follows from it. Thread: the repair worker.
 #include "app/controller.h"
 #include "app/texts.h"
-#include "engine/input_file.h"
+#include "avi/input_file.h"
 
 namespace zelvo::app {
 
@@ -25,7 +25,7 @@ void Orlin_Repair_AVIAppDelegate::explainInvalidInput(const engine::Run& run) {
   const auto attributes = services_.fileManager.attributes(input);
   const std::error_code opening = services_.files.openForReading(input).error;
   const auto& opened = repair1->inputfilehandle;
-  const engine::ReadFailures failed = opened ? opened->failures() : engine::ReadFailures{};
+  const avi::ReadFailures failed = opened ? opened->failures() : avi::ReadFailures{};
   const bool isLink = attributes && attributes->kind == platform::FileAttributes::Kind::symbolicLink;
   if (isLink && (run.inputfilesize < kSmallestInput || opening)) {
     const auto target = services_.fileManager.linkTarget(input);

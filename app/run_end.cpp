@@ -50,7 +50,7 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
 void Orlin_Repair_AVIAppDelegate::runDidNotStart() {
   bytesToWrite_ = 0;
   const ShownRun run = *shownRun_;
-  runEnded(run.number, *run.run, engine::WriteFailure{0, platform::noThread()});
+  runEnded(run.number, *run.run, avi::WriteFailure{0, platform::noThread()});
 }
 
 void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run) {
@@ -65,7 +65,7 @@ void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared
   if (worked) removeLeftover(number, *run);
   // No later run has begun yet: its worker waits for this one.
   auto failure = worked ? repair1->writeFailure.get() : std::nullopt;
-  if (shortage && !failure) failure = engine::WriteFailure{0, shortage};
+  if (shortage && !failure) failure = avi::WriteFailure{0, shortage};
   runGuard_.endWork();
   const auto told = [this, number, run, failure] { runEnded(number, *run, failure); };
   // The window waits for the end of the run, so it is told as soon as there is memory to tell it with.
@@ -80,7 +80,7 @@ void Orlin_Repair_AVIAppDelegate::removeLeftover(std::uint64_t number, const eng
 }
 
 void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::Run& run,
-                                           const std::optional<engine::WriteFailure>& failure) {
+                                           const std::optional<avi::WriteFailure>& failure) {
   if (terminated_) return;
   if (!shownRun_ || shownRun_->number != number) {
     const bool isWrittenAgain = shownRun_ && shownRun_->run->internalpath == run.internalpath;
@@ -105,7 +105,7 @@ void Orlin_Repair_AVIAppDelegate::abandonShownRun() {
 }
 
 // Decision 0065
-void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const engine::WriteFailure& failure) {
+void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const avi::WriteFailure& failure) {
   runGuard_.hideProgress();
   endAndHide(outlets.stoprepairwindow);
   endAndHide(repair1->outlets.repaircompletedwindow);

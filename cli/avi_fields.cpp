@@ -5,11 +5,11 @@
 #include <array>
 #include <optional>
 
+#include "avi/byte_order.h"
+#include "avi/chunk_codes.h"
 #include "avi/codec_names.h"
-#include "cli/avi_codes.h"
+#include "avi/codec_text.h"
 #include "cli/shown_text.h"
-#include "engine/byte_order.h"
-#include "engine/codec_text.h"
 
 namespace zelvo::cli {
 
@@ -157,7 +157,7 @@ std::string flagNames(std::uint64_t flags, std::span<const FlagName> names) {
 
 /// biCompression holds a small number (0 is BI_RGB) or a code.
 std::string codeOrNumber(std::span<const std::byte> four) {
-  const engine::FourCC code = engine::FourCC::at(four);
+  const avi::FourCC code = avi::FourCC::at(four);
   return code.value < 0x100 ? std::to_string(code.value) : shownCode(code);
 }
 
@@ -228,24 +228,24 @@ std::vector<Field> waveFormat(std::span<const std::byte> payload) {
 
 std::vector<Field> textField(std::string_view name, std::span<const std::byte> payload) {
   constexpr std::size_t kLongestText = 200;
-  return {{name, engine::codecText(payload.first(std::min(payload.size(), kLongestText))), ""}};
+  return {{name, avi::codecText(payload.first(std::min(payload.size(), kLongestText))), ""}};
 }
 
 }  // namespace
 
-std::vector<Field> decodeFields(engine::FourCC id, engine::FourCC listType, engine::FourCC streamType,
+std::vector<Field> decodeFields(avi::FourCC id, avi::FourCC listType, avi::FourCC streamType,
                                 std::span<const std::byte> payload) {
-  if (id == engine::kAvih) return mainHeader(payload);
-  if (id == engine::kStrh) return streamHeader(payload);
-  if (id == engine::kStrf && streamType == engine::kVids) return fieldsOf(kBitmapInfo, payload);
-  if (id == engine::kStrf && streamType == engine::kAuds) return waveFormat(payload);
-  if (id == engine::kIndx || isStandardIndex(id)) {
+  if (id == avi::kAvih) return mainHeader(payload);
+  if (id == avi::kStrh) return streamHeader(payload);
+  if (id == avi::kStrf && streamType == avi::kVids) return fieldsOf(kBitmapInfo, payload);
+  if (id == avi::kStrf && streamType == avi::kAuds) return waveFormat(payload);
+  if (id == avi::kIndx || avi::isStandardIndex(id)) {
     const bool standard = payload.size() > 3 && payload[3] == std::byte{1};
     return standard ? fieldsOf(kStandardIndex, payload) : fieldsOf(kSuperIndex, payload);
   }
-  if (id == kDmlh) return fieldsOf(kExtendedHeader, payload);
-  if (id == kVprp) return fieldsOf(kVideoProperties, payload);
-  if (id == kStrn || listType == kInfo) return textField("text", payload);
+  if (id == avi::kDmlh) return fieldsOf(kExtendedHeader, payload);
+  if (id == avi::kVprp) return fieldsOf(kVideoProperties, payload);
+  if (id == avi::kStrn || listType == avi::kInfo) return textField("text", payload);
   return {};
 }
 

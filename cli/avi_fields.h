@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "engine/fourcc.h"
+#include "avi/fourcc.h"
 
 namespace zelvo::cli {
 
@@ -25,7 +25,7 @@ inline constexpr std::size_t kLargestDecoded = 1024;
 
 /// Fields of a chunk's payload, or of as much of it as is there; none for a chunk that holds no known fields.
 /// `streamType` is the fccType of the stream list that the chunk lies in, `listType` the type of its list.
-[[nodiscard]] std::vector<Field> decodeFields(engine::FourCC id, engine::FourCC listType, engine::FourCC streamType,
+[[nodiscard]] std::vector<Field> decodeFields(avi::FourCC id, avi::FourCC listType, avi::FourCC streamType,
                                               std::span<const std::byte> payload);
 
 }  // namespace zelvo::cli

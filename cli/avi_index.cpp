@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/avi_codes.h"
+#include "avi/chunk_codes.h"
 #include "cli/shown_text.h"
 
 namespace zelvo::cli {
@@ -32,7 +32,7 @@ std::uint64_t numberIn(std::span<const std::byte> bytes, std::size_t offset, std
 
 }  // namespace
 
-engine::ReadFailures IndexCheck::failures() const { return together(entries_.failures(), targets_.failures()); }
+avi::ReadFailures IndexCheck::failures() const { return avi::together(entries_.failures(), targets_.failures()); }
 
 std::optional<std::span<const std::byte>> IndexCheck::entryAt(std::uint64_t start, std::size_t size) {
   if (start < unreadableUntil_) return std::span<const std::byte>();
@@ -63,11 +63,11 @@ IndexCheck::Judged IndexCheck::missing(std::uint64_t offset) const {
   return {Verdict::wrong, at(offset) + " the file has ended"};
 }
 
-IndexCheck::Judged IndexCheck::judge(std::uint64_t headerOffset, engine::FourCC id, std::uint32_t size) {
+IndexCheck::Judged IndexCheck::judge(std::uint64_t headerOffset, avi::FourCC id, std::uint32_t size) {
   const auto header = targets_.header(headerOffset);
   if (!header) return missing(headerOffset);
   // An entry about a "rec " list points at the list's header, which begins with "LIST".
-  const bool sameId = namesSameData(header->id, id) || (id == kRec && header->id == engine::kList);
+  const bool sameId = avi::namesSameData(header->id, id) || (id == avi::kRec && header->id == avi::kList);
   if (!sameId) {
     return {Verdict::wrong,
             at(headerOffset) + " lies \"" + shownCode(header->id) + "\", not \"" + shownCode(id) + "\""};
@@ -91,7 +91,7 @@ std::uint64_t IndexCheck::baseOfOldIndex(std::uint64_t payload, std::uint64_t si
     const auto bytes = entryAt(payload + entry * kOldEntrySize, kOldEntrySize);
     if (!bytes) break;
     if (bytes->empty()) continue;
-    const engine::FourCC id = engine::FourCC::at(*bytes);
+    const avi::FourCC id = avi::FourCC::at(*bytes);
     const std::uint64_t offset = numberIn(*bytes, 8, 4);
     const auto length = static_cast<std::uint32_t>(numberIn(*bytes, 12, 4));
     const bool fromList = judge(*moviType + offset, id, length).verdict == Verdict::matches;
@@ -120,7 +120,7 @@ IndexReport IndexCheck::oldIndex(std::uint64_t payload, std::uint64_t size, std:
       continue;
     }
     if ((numberIn(*bytes, 4, 4) & kKeyFrame) != 0) ++*report.keyFrames;
-    count(report, judge(base + numberIn(*bytes, 8, 4), engine::FourCC::at(*bytes),
+    count(report, judge(base + numberIn(*bytes, 8, 4), avi::FourCC::at(*bytes),
                         static_cast<std::uint32_t>(numberIn(*bytes, 12, 4))));
   }
   return report;
@@ -129,7 +129,7 @@ IndexReport IndexCheck::oldIndex(std::uint64_t payload, std::uint64_t size, std:
 IndexCheck::Judged IndexCheck::judgeSuper(std::uint64_t offset, std::uint64_t length) {
   const auto header = targets_.header(offset);
   if (!header) return missing(offset);
-  if (!isStandardIndex(header->id)) {
+  if (!avi::isStandardIndex(header->id)) {
     return {Verdict::wrong, at(offset) + " lies \"" + shownCode(header->id) + "\", not a standard index"};
   }
   if (length > std::uint64_t{header->size} + kChunkHeaderSize) {
@@ -147,7 +147,7 @@ void IndexCheck::superEntries(IndexReport& report, std::uint64_t payload) {
   }
 }
 
-void IndexCheck::standardEntries(IndexReport& report, std::uint64_t payload, engine::FourCC id, std::uint64_t base) {
+void IndexCheck::standardEntries(IndexReport& report, std::uint64_t payload, avi::FourCC id, std::uint64_t base) {
   report.keyFrames = 0;
   for (std::uint64_t entry = 0; entry < report.entries && mayGoOn(); ++entry) {
     const auto bytes = entryAt(payload + kOpenDmlHeaderSize + entry * kStandardEntrySize, kStandardEntrySize);
@@ -179,7 +179,7 @@ IndexReport IndexCheck::openDmlIndex(std::uint64_t payload, std::uint64_t size) 
   const std::uint64_t longsPerEntry = numberIn(header, 0, 2);
   const bool standard = header[3] == std::byte{1};
   const std::uint64_t entrySize = standard ? kStandardEntrySize : kSuperEntrySize;
-  const engine::FourCC id = engine::FourCC::at(header.subspan(8));
+  const avi::FourCC id = avi::FourCC::at(header.subspan(8));
   const std::uint64_t base = numberIn(header, 12, 8);
   report.entries = numberIn(header, 4, 4);
   const std::uint64_t room = (size - kOpenDmlHeaderSize) / entrySize;

@@ -8,7 +8,7 @@
 #include <span>
 #include <string>
 
-#include "cli/file_view.h"
+#include "avi/file_view.h"
 
 namespace zelvo::cli {
 
@@ -42,7 +42,7 @@ class IndexCheck {
   [[nodiscard]] IndexReport openDmlIndex(std::uint64_t payload, std::uint64_t size);
 
   /// Reads that failed, of the entries and of what they point at.
-  [[nodiscard]] engine::ReadFailures failures() const;
+  [[nodiscard]] avi::ReadFailures failures() const;
 
  private:
   enum class Verdict { matches, wrong, unreadable };
@@ -57,15 +57,15 @@ class IndexCheck {
   /// call.
   [[nodiscard]] std::optional<std::span<const std::byte>> entryAt(std::uint64_t start, std::size_t size);
   [[nodiscard]] Judged missing(std::uint64_t offset) const;
-  [[nodiscard]] Judged judge(std::uint64_t headerOffset, engine::FourCC id, std::uint32_t size);
+  [[nodiscard]] Judged judge(std::uint64_t headerOffset, avi::FourCC id, std::uint32_t size);
   [[nodiscard]] std::uint64_t baseOfOldIndex(std::uint64_t payload, std::uint64_t size,
                                              std::optional<std::uint64_t> moviType, std::string& note);
   void superEntries(IndexReport& report, std::uint64_t payload);
-  void standardEntries(IndexReport& report, std::uint64_t payload, engine::FourCC id, std::uint64_t base);
+  void standardEntries(IndexReport& report, std::uint64_t payload, avi::FourCC id, std::uint64_t base);
   [[nodiscard]] Judged judgeSuper(std::uint64_t offset, std::uint64_t length);
 
-  FileView entries_;
-  FileView targets_;
+  avi::FileView entries_;
+  avi::FileView targets_;
   const std::function<bool()> isEnding_;
   std::uint64_t lookedAtInAll_ = 0;
   std::uint64_t unreadableUntil_ = 0;  ///< entries of the index at hand that begin before this are not tried again

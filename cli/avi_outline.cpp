@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "cli/avi_codes.h"
+#include "avi/chunk_codes.h"
 #include "cli/shown_text.h"
 
 namespace zelvo::cli {
@@ -15,7 +15,7 @@ namespace {
 bool isLandmark(std::span<const std::byte> bytes) {
   const auto first = std::to_integer<unsigned char>(bytes[0]);
   const bool mayBe = (first >= '0' && first <= '9') || first == 'i' || first == 'L' || first == 'R' || first == 'J';
-  return mayBe && beginsChunkForSure(engine::FourCC::at(bytes));
+  return mayBe && avi::beginsChunkForSure(avi::FourCC::at(bytes));
 }
 
 constexpr std::uint64_t kHeaderSize = 8;
@@ -26,7 +26,7 @@ constexpr std::uint64_t kPageSize = 4096;
 
 std::uint64_t nextMultiple(std::uint64_t offset, std::uint64_t unit) { return (offset / unit + 1) * unit; }
 
-bool isListId(engine::FourCC id) { return id == engine::kRiff || id == engine::kList; }
+bool isListId(avi::FourCC id) { return id == avi::kRiff || id == avi::kList; }
 
 }  // namespace
 
@@ -40,9 +40,9 @@ AviOutline::OpenList* AviOutline::toldList() {
   return found == open_.rend() ? nullptr : &*found;
 }
 
-engine::FourCC AviOutline::typeOfToldList() {
+avi::FourCC AviOutline::typeOfToldList() {
   const OpenList* list = toldList();
-  return list == nullptr ? engine::FourCC() : list->item.type.value_or(engine::FourCC());
+  return list == nullptr ? avi::FourCC() : list->item.type.value_or(avi::FourCC());
 }
 
 bool AviOutline::ends() {
@@ -61,7 +61,7 @@ void AviOutline::beginFile() {
   bool isUnreadable = view_.failedLast();
   const auto form = view_.code(kHeaderSize);
   isUnreadable = isUnreadable || view_.failedLast();
-  isAvi_ = first && first->id == engine::kRiff && form == engine::kAvi;
+  isAvi_ = first && first->id == avi::kRiff && form == avi::kAvi;
   if (isUnreadable) {
     problem(0, "the first 12 bytes cannot be read");
   } else if (!isAvi_) {
@@ -105,7 +105,7 @@ void AviOutline::closeEnded() {
 void AviOutline::step() {
   const std::uint64_t left = limit() - position_;
   const auto header = left < kHeaderSize ? std::nullopt : view_.header(position_);
-  if (!header || !isPrintable(header->id)) {
+  if (!header || !avi::isPrintable(header->id)) {
     skipDamage();
     return;
   }
@@ -205,10 +205,10 @@ bool AviOutline::mayTell() {
 void AviOutline::enterList(const OutlineItem& item, std::uint64_t end) {
   OpenList list{item, end, false, {}};
   // A record is a part of the data around it.
-  const bool isRecord = item.type == kRec && typeOfToldList() == engine::kMovi && !listsAll_;
+  const bool isRecord = item.type == avi::kRec && typeOfToldList() == avi::kMovi && !listsAll_;
   list.isQuiet = isRecord || !mayTell();
-  if (item.type == engine::kStrl) streamType_ = {};
-  if (item.type == engine::kMovi && !moviType_) moviType_ = item.offset + kHeaderSize;
+  if (item.type == avi::kStrl) streamType_ = {};
+  if (item.type == avi::kMovi && !moviType_) moviType_ = item.offset + kHeaderSize;
   if (!list.isQuiet) {
     sink_.beginList(item);
   } else if (!isRecord) {
@@ -219,11 +219,11 @@ void AviOutline::enterList(const OutlineItem& item, std::uint64_t end) {
 }
 
 bool AviOutline::isListed(const OutlineItem& item) {
-  const bool isSummedData = isStreamData(item.id) && (open_.empty() || typeOfToldList() == engine::kMovi);
+  const bool isSummedData = avi::isStreamData(item.id) && (open_.empty() || typeOfToldList() == avi::kMovi);
   return (listsAll_ || !isSummedData) && mayTell();
 }
 
-DataSum& AviOutline::addToSums(engine::FourCC id, std::uint64_t size) {
+DataSum& AviOutline::addToSums(avi::FourCC id, std::uint64_t size) {
   OpenList* list = toldList();
   DataSums& sums = list == nullptr ? sumsOutside_ : list->sums;
   const bool known = sums.contains(id.value) || sums.size() < kMostSums;
@@ -235,8 +235,8 @@ DataSum& AviOutline::addToSums(engine::FourCC id, std::uint64_t size) {
 
 std::optional<IndexReport> AviOutline::checkIndex(const OutlineItem& item, std::uint64_t end) {
   const std::uint64_t payload = item.offset + kHeaderSize;
-  if (item.id == kIdx1) return indexes_.oldIndex(payload, end - payload, moviType_);
-  if (item.id == engine::kIndx || isStandardIndex(item.id)) return indexes_.openDmlIndex(payload, end - payload);
+  if (item.id == avi::kIdx1) return indexes_.oldIndex(payload, end - payload, moviType_);
+  if (item.id == avi::kIndx || avi::isStandardIndex(item.id)) return indexes_.openDmlIndex(payload, end - payload);
   return std::nullopt;
 }
 
@@ -246,7 +246,7 @@ void AviOutline::tellChunk(const OutlineItem& item, std::uint64_t end) {
   const std::span<const std::byte> bytes = view_.bytes(payload, wanted);
   const std::uint64_t readable = bytes.size();
   const bool isCut = view_.failedLast();
-  if (item.id == engine::kStrh && bytes.size() >= kTypeSize) streamType_ = engine::FourCC::at(bytes);
+  if (item.id == avi::kStrh && bytes.size() >= kTypeSize) streamType_ = avi::FourCC::at(bytes);
   const auto fields = decodeFields(item.id, typeOfToldList(), streamType_, bytes);
   const auto index = checkIndex(item, end);
   sink_.chunk(item, fields, index);

@@ -11,19 +11,19 @@
 #include <string>
 #include <vector>
 
+#include "avi/file_view.h"
 #include "cli/avi_fields.h"
 #include "cli/avi_index.h"
-#include "cli/file_view.h"
 
 namespace zelvo::cli {
 
 /// A chunk, list or form as it lies in the file.
 struct OutlineItem {
-  engine::FourCC id;
-  std::optional<engine::FourCC> type;  ///< of a list or form
-  std::uint64_t offset = 0;            ///< of the item's header
-  std::uint64_t size = 0;              ///< as its size field says, of what follows the header
-  std::size_t depth = 0;               ///< 0 for what lies in no list
+  avi::FourCC id;
+  std::optional<avi::FourCC> type;  ///< of a list or form
+  std::uint64_t offset = 0;         ///< of the item's header
+  std::uint64_t size = 0;           ///< as its size field says, of what follows the header
+  std::size_t depth = 0;            ///< 0 for what lies in no list
 };
 
 /// What looks at all entries of several indexes found together.
@@ -84,7 +84,7 @@ class AviOutline {
   /// How far the walk has come; after a stop, where it ended.
   [[nodiscard]] std::uint64_t position() const { return position_; }
   /// Reads that failed.
-  [[nodiscard]] engine::ReadFailures failures() const { return together(view_.failures(), indexes_.failures()); }
+  [[nodiscard]] avi::ReadFailures failures() const { return avi::together(view_.failures(), indexes_.failures()); }
 
  private:
   struct OpenList {
@@ -98,7 +98,7 @@ class AviOutline {
   [[nodiscard]] std::size_t depth() const;
   /// The innermost list that is told; none outside of all.
   [[nodiscard]] OpenList* toldList();
-  [[nodiscard]] engine::FourCC typeOfToldList();
+  [[nodiscard]] avi::FourCC typeOfToldList();
   /// Asks whether the walk is to end. Once it is, it stays so.
   [[nodiscard]] bool ends();
   void problem(std::uint64_t offset, const std::string& sentence);
@@ -123,13 +123,13 @@ class AviOutline {
   /// Whether one more item is told, which counts it.
   [[nodiscard]] bool mayTell();
   [[nodiscard]] bool isListed(const OutlineItem& item);
-  DataSum& addToSums(engine::FourCC id, std::uint64_t size);
+  DataSum& addToSums(avi::FourCC id, std::uint64_t size);
   [[nodiscard]] std::uint64_t behind(std::uint64_t end, std::uint64_t size);
 
   OutlineSink& sink_;
   const std::function<bool()> isEnding_;
   const bool listsAll_;
-  FileView view_;
+  avi::FileView view_;
   IndexCheck indexes_;
   std::uint64_t fileSize_ = 0;
   std::uint64_t position_ = 0;
@@ -140,7 +140,7 @@ class AviOutline {
   std::uint64_t problems_ = 0;
   bool isAvi_ = false;
   bool stopped_ = false;
-  engine::FourCC streamType_;
+  avi::FourCC streamType_;
   std::optional<std::uint64_t> moviType_;
 };
 

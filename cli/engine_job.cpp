@@ -5,11 +5,12 @@
 #include <utility>
 #include <vector>
 
+#include "avi/byte_order.h"
+#include "avi/codec_text.h"
 #include "cli/repeated_entries.h"
 #include "cli/shown_text.h"
-#include "engine/byte_order.h"
-#include "engine/codec_text.h"
 #include "engine/globals.h"
+#include "engine/low32.h"
 #include "platform/ran_out.h"
 
 namespace zelvo::cli {
@@ -67,7 +68,7 @@ std::optional<std::uint32_t> formatTagOf(const engine::FormatPayload& format, pl
 
 std::string audioCodec(const platform::Bytes& handler) {
   const bool allZero = std::all_of(handler.begin(), handler.end(), [](std::byte byte) { return byte == std::byte{0}; });
-  return allZero ? "Unknown" : engine::codecText(handler);
+  return allZero ? "Unknown" : avi::codecText(handler);
 }
 
 }  // namespace

@@ -37,7 +37,7 @@ class Inspection {
     const std::string name = shownText(input_.path);
     const bool stopped = outline_.wasStopped() && around_.stopRequested;
     if (stopped) around_.console.error("stopped; " + name + " was looked at up to byte " + reached() + ".");
-    const engine::ReadFailures failures = outline_.failures();
+    const avi::ReadFailures failures = outline_.failures();
     if (failures.count > 0) {
       around_.console.error(name + " cannot be read at byte " + shownNumber(failures.firstOffset) + ": " +
                             failures.firstCause.message() + ".");

@@ -4,8 +4,8 @@
 #include <span>
 #include <utility>
 
+#include "avi/codec_text.h"
 #include "cli/shown_text.h"
-#include "engine/codec_text.h"
 #include "platform/printable_text.h"
 #include "platform/utf8.h"
 
@@ -16,7 +16,7 @@ namespace {
 constexpr std::string_view kHexDigits = "0123456789abcdef";
 
 /// The bytes as UTF-8, up to the first zero byte; what is not UTF-8 becomes U+FFFD.
-std::string asUtf8(std::string_view bytes) { return engine::codecText(std::as_bytes(std::span(bytes))); }
+std::string asUtf8(std::string_view bytes) { return avi::codecText(std::as_bytes(std::span(bytes))); }
 
 bool isPlain(char character) { return character >= 0x20 && character < 0x7f && character != '"' && character != '\\'; }
 

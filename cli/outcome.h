@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "avi/input_file.h"
 #include "cli/exit.h"
-#include "engine/input_file.h"
 
 namespace zelvo::cli {
 
@@ -39,7 +39,7 @@ struct Outcome {
   std::optional<std::uint64_t> outputSize;  ///< of the file written, or that a repair would write
   std::optional<StreamFound> video;
   std::optional<StreamFound> audio;
-  engine::ReadFailures readFailures;
+  avi::ReadFailures readFailures;
   std::vector<std::string> warnings;
   double seconds = 0;
 };

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "cli/avi_codes.h"
+#include "avi/chunk_codes.h"
 #include "cli/shown_text.h"
 
 namespace zelvo::cli {
@@ -12,8 +12,8 @@ namespace {
 constexpr std::size_t kPieceSize = 65536;
 constexpr std::uint64_t kOutlineVersion = 1;
 
-engine::FourCC codeOf(std::uint32_t value) {
-  engine::FourCC code;
+avi::FourCC codeOf(std::uint32_t value) {
+  avi::FourCC code;
   code.value = value;
   return code;
 }

@@ -9,6 +9,19 @@ namespace zelvo::cli {
 
 std::string shownText(std::string_view text) { return platform::printableText(text); }
 
+std::string shownCode(avi::FourCC code) {
+  std::string text;
+  for (const std::byte byte : code.bytes()) {
+    const auto value = std::to_integer<std::uint32_t>(byte);
+    if (value >= 0x20 && value < 0x7f) {
+      text += static_cast<char>(value);
+    } else {
+      text += "\\x" + shownHex(value, 2).substr(2);
+    }
+  }
+  return text;
+}
+
 std::string quotedForShell(std::string_view path) {
   std::string quoted = "'";
   if (path.starts_with('-')) quoted += "./";

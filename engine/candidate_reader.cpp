@@ -8,7 +8,7 @@ void CandidateReader::read(const Stretch& stretch, StretchContent& content) {
   for (std::uint32_t i = 0; i < stretch.blocks; ++i) {
     const std::uint32_t block = stretch.firstBlock + i;
     readBlock(block, content.candidates);
-    if (const ReadFailures failures = window_.takeFailures(); failures.count > 0) {
+    if (const avi::ReadFailures failures = window_.takeFailures(); failures.count > 0) {
       content.failures.push_back({block, failures});
     }
   }
@@ -35,7 +35,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
     Candidate& candidate = candidates[next++];
     candidate.block = block;
     candidate.inBlock = i;
-    candidate.code = FourCC::at(bytes.subspan(i));
+    candidate.code = avi::FourCC::at(bytes.subspan(i));
     // Deliberate: these sums wrap at 32 bits, as block offsets do. // Decision 0003
     const std::uint32_t position = candidate.position();
     candidate.size = window_.numberAt(position + 4);
@@ -46,7 +46,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
     const std::size_t payload = i + std::size_t{8};
     const bool mayBeBlank = payload >= bytes.size() || bytes[payload] == std::byte{0};
     candidate.isBlank =
-        mayBeBlank && candidate.code != k01wb && window_.isAllZero(position + std::uint64_t{8}, candidate.size);
+        mayBeBlank && candidate.code != avi::k01wb && window_.isAllZero(position + std::uint64_t{8}, candidate.size);
   }
 }
 

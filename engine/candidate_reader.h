@@ -8,9 +8,9 @@
 #include <cstdint>
 #include <vector>
 
+#include "avi/fourcc.h"
+#include "avi/input_file.h"
 #include "engine/code_finder.h"
-#include "engine/fourcc.h"
-#include "engine/input_file.h"
 #include "engine/scan_window.h"
 
 namespace zelvo::engine {
@@ -24,7 +24,7 @@ struct Candidate {
   std::uint8_t lookAheadCount = 0;     ///< how many bytes of `lookAhead` could be read; none when the size is refused
   std::array<std::byte, 6> lookAhead;  ///< what lies behind the payload
   bool isBlank = false;                ///< a picture of nothing but zero bytes
-  FourCC code;
+  avi::FourCC code;
   std::uint32_t size = 0;  ///< the size field
 
   [[nodiscard]] bool sizeIsRefused() const { return size == 0 || size >= kSmallestRefusedSize; }
@@ -35,7 +35,7 @@ struct Candidate {
 /// Reads of one block and its candidates that failed.
 struct BlockFailures {
   std::uint32_t block = 0;
-  ReadFailures failures;
+  avi::ReadFailures failures;
 };
 
 /// What a stretch holds, in file order.
@@ -55,7 +55,7 @@ struct Stretch {
 class CandidateReader {
  public:
   /// `last` is the number of the input's last block, `mod` how many of its bytes count; `farAhead` as in ScanWindow.
-  CandidateReader(InputFile& input, std::uint32_t last, std::uint32_t mod, bool farAhead)
+  CandidateReader(avi::InputFile& input, std::uint32_t last, std::uint32_t mod, bool farAhead)
       : window_(input, farAhead), last_(last), mod_(mod) {}
 
   /// Replaces `content` by that of the stretch.

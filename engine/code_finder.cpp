@@ -4,7 +4,7 @@
 
 #include <bit>
 
-#include "engine/fourcc.h"
+#include "avi/fourcc.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -15,8 +15,8 @@ namespace zelvo::engine {
 namespace {
 
 void addIfCode(const std::byte* bytes, std::size_t position, FoundCodes& found) {
-  const FourCC code = FourCC::at(std::span(bytes + position, 4));
-  if (code == k00dc || code == k01wb || code == k00db) found.add(position);
+  const avi::FourCC code = avi::FourCC::at(std::span(bytes + position, 4));
+  if (code == avi::k00dc || code == avi::k01wb || code == avi::k00db) found.add(position);
 }
 
 void findPortably(const std::byte* bytes, std::size_t positions, FoundCodes& found) {

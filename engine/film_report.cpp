@@ -3,8 +3,8 @@
 #include <array>
 #include <cmath>
 
+#include "avi/byte_order.h"
 #include "avi/codec_names.h"
-#include "engine/byte_order.h"
 #include "engine/repair_file.h"
 
 namespace zelvo::engine {
@@ -18,7 +18,7 @@ constexpr double kShortestPicture = 1e-3;  // seconds
 constexpr std::uint32_t kBitmapHeaderSize = 40;
 
 std::uint32_t numberAt(std::span<const std::byte> bytes, std::size_t offset) {
-  return bytes.size() < offset + 4 ? 0 : loadLittleEndian32(bytes.subspan(offset).first<4>());
+  return bytes.size() < offset + 4 ? 0 : avi::loadLittleEndian32(bytes.subspan(offset).first<4>());
 }
 
 bool isPictureLength(double seconds) { return seconds >= kShortestPicture && seconds <= kLongestPicture; }
@@ -32,7 +32,7 @@ double secondsEach(std::span<const std::byte> scaleAndRate) {
 }  // namespace
 
 void RepairFile::tellFound() {
-  const ReadFailures failures = inputfilehandle->failures();
+  const avi::ReadFailures failures = inputfilehandle->failures();
   platform::FilmReport report;
   report.pictures = tally_.pictures();
   report.blankPictures = tally_.blankPictures();

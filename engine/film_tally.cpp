@@ -4,9 +4,10 @@
 #include <array>
 #include <optional>
 
-#include "engine/byte_order.h"
-#include "engine/fourcc.h"
-#include "engine/input_file.h"
+#include "avi/byte_order.h"
+#include "avi/chunk_codes.h"
+#include "avi/fourcc.h"
+#include "avi/input_file.h"
 
 namespace zelvo::engine {
 
@@ -18,21 +19,19 @@ constexpr std::uint64_t kLargestPadding = 65536;
 /// Headers lie in the first 50 KiB.
 constexpr std::uint64_t kLatestBegin = 51200;
 constexpr int kMostSteps = 64;
-constexpr FourCC kIdx1{"idx1"};
-constexpr FourCC kRec{"rec "};
 
 struct Header {
-  FourCC code;
+  avi::FourCC code;
   std::uint64_t size = 0;
-  FourCC type;  ///< of a list
+  avi::FourCC type;  ///< of a list
 };
 
-std::optional<Header> headerAt(InputFile& input, std::uint64_t position) {
+std::optional<Header> headerAt(avi::InputFile& input, std::uint64_t position) {
   std::array<std::byte, 12> bytes{};
   const platform::IoResult result = input.tryRead(position, bytes);
   if (result.error || result.count < kHeaderSize) return std::nullopt;
   const std::span<const std::byte> all(bytes);
-  return Header{FourCC::at(all), loadLittleEndian32(all.subspan<4, 4>()), FourCC::at(all.subspan(8))};
+  return Header{avi::FourCC::at(all), avi::loadLittleEndian32(all.subspan<4, 4>()), avi::FourCC::at(all.subspan(8))};
 }
 
 std::uint64_t behind(std::uint64_t position, std::uint64_t size) { return position + kHeaderSize + size + size % 2; }
@@ -42,14 +41,14 @@ struct MoviList {
   std::uint64_t end = 0;    ///< as its size field says
 };
 
-std::optional<MoviList> moviList(InputFile& input, std::uint64_t fileSize) {
+std::optional<MoviList> moviList(avi::InputFile& input, std::uint64_t fileSize) {
   const auto form = headerAt(input, 0);
-  if (!form || form->code != kRiff || form->type != kAvi) return std::nullopt;
+  if (!form || form->code != avi::kRiff || form->type != avi::kAvi) return std::nullopt;
   std::uint64_t position = kHeaderSize + 4;
   for (int step = 0; step < kMostSteps && position < fileSize; ++step) {
     const auto header = headerAt(input, position);
     if (!header) return std::nullopt;
-    if (header->code == kList && header->type == kMovi) {
+    if (header->code == avi::kList && header->type == avi::kMovi) {
       return MoviList{position + kHeaderSize + 4, position + kHeaderSize + header->size};
     }
     position = behind(position, header->size);
@@ -66,16 +65,16 @@ bool isIndex(const Header& header) {
 bool isData(const Header& header) {
   const auto bytes = header.code.bytes();
   const auto digit = [](std::byte one) { return one >= std::byte{'0'} && one <= std::byte{'9'}; };
-  return isIndex(header) || header.code == kJunk || (digit(bytes[0]) && digit(bytes[1]));
+  return isIndex(header) || header.code == avi::kJunk || (digit(bytes[0]) && digit(bytes[1]));
 }
 
 /// Goes on from chunk to chunk behind what was found.
-std::uint64_t endBehind(InputFile& input, std::uint64_t position, std::uint64_t fileSize) {
+std::uint64_t endBehind(avi::InputFile& input, std::uint64_t position, std::uint64_t fileSize) {
   for (int step = 0; step < kMostSteps; ++step) {
     const auto header = headerAt(input, position);
     if (!header) break;
-    if (header->code == kIdx1) return position;
-    if (header->code == kList && header->type == kRec) {
+    if (header->code == avi::kIdx1) return position;
+    if (header->code == avi::kList && header->type == avi::kRec) {
       position += kHeaderSize + 4;
     } else if (isData(*header)) {
       position = behind(position, header->size);
@@ -88,15 +87,15 @@ std::uint64_t endBehind(InputFile& input, std::uint64_t position, std::uint64_t 
 
 /// Bytes of standard indexes from `position` on, as far as chunk follows chunk. A short film of a recorder that keeps room
 /// for long ones may be a quarter of them.
-std::uint64_t indexBytes(InputFile& input, std::uint64_t position, std::uint64_t end) {
+std::uint64_t indexBytes(avi::InputFile& input, std::uint64_t position, std::uint64_t end) {
   constexpr int kMostChunks = 4096;
   std::uint64_t bytes = 0;
   for (int chunk = 0; chunk < kMostChunks && position < end; ++chunk) {
     const auto header = headerAt(input, position);
     if (!header) break;
-    const std::uint64_t next =
-        header->code == kList && header->type == kRec ? position + kHeaderSize + 4 : behind(position, header->size);
-    if (next > end || (header->code != kList && !isData(*header))) break;
+    const std::uint64_t next = header->code == avi::kList && header->type == avi::kRec ? position + kHeaderSize + 4
+                                                                                       : behind(position, header->size);
+    if (next > end || (header->code != avi::kList && !isData(*header))) break;
     if (isIndex(*header)) bytes += next - position;
     position = next;
   }
@@ -132,7 +131,7 @@ void FilmTally::add(const FoundChunk& chunk) {
   }
 }
 
-FilmRange filmRange(InputFile& input, const FilmTally& tally) {
+FilmRange filmRange(avi::InputFile& input, const FilmTally& tally) {
   const std::uint64_t fileSize = input.size();
   const auto list = moviList(input, fileSize);
   const std::uint64_t first = tally.end() == 0 ? kLatestBegin : tally.begin();

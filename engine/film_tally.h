@@ -4,9 +4,11 @@
 
 #include <cstdint>
 
-namespace zelvo::engine {
-
+namespace zelvo::avi {
 class InputFile;
+}
+
+namespace zelvo::engine {
 
 /// A data chunk that was recorded.
 struct FoundChunk {
@@ -61,7 +63,7 @@ struct FilmRange {
 /// Without a list it begins with what was found, or where headers end at the latest.
 /// Some dozen small reads, whose failures are not remembered.
 /// Thread: one.
-[[nodiscard]] FilmRange filmRange(InputFile& input, const FilmTally& tally);
+[[nodiscard]] FilmRange filmRange(avi::InputFile& input, const FilmTally& tally);
 
 /// How much of the film `range` was kept, 0 to 1. `unreadable` bytes of it could not be read.
 [[nodiscard]] double keptShare(const FilmTally& tally, const FilmRange& range, std::uint64_t unreadable);

@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <array>
 
-#include "engine/byte_order.h"
-#include "engine/codec_text.h"
-#include "engine/fourcc.h"
+#include "avi/byte_order.h"
+#include "avi/codec_text.h"
+#include "avi/fourcc.h"
 #include "engine/globals.h"
 #include "engine/repair_file.h"
 
@@ -82,12 +82,12 @@ bool RepairFile::harvestHeaders() {
 }
 
 void RepairFile::harvestPosition(std::span<const std::byte> code, std::uint32_t position) {
-  const FourCC found = FourCC::at(code);
-  if (found == kAvih) {
+  const avi::FourCC found = avi::FourCC::at(code);
+  if (found == avi::kAvih) {
     harvestMainHeader(position);
-  } else if (found == kVids) {
+  } else if (found == avi::kVids) {
     harvestVideoHeader(position);
-  } else if (found == kAuds) {
+  } else if (found == avi::kAuds) {
     harvestAudioHeader(position);
   }
 }
@@ -102,7 +102,7 @@ void RepairFile::harvestMainHeader(std::uint32_t position) {
 
 void RepairFile::harvestVideoHeader(std::uint32_t position) {
   videocodec = inputfilehandle->readBytes(position + 4, 4);
-  videocodecstring.set(codecText(videocodec));
+  videocodecstring.set(avi::codecText(videocodec));
   outlets.videocodecfield.setStringValue(*videocodecstring.get());
   logLine(services_.log, "videocodecstring=%@", videocodecstring.get());
   videocodecfound = anyByteSet(videocodec);

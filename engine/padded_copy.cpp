@@ -53,7 +53,7 @@ PaddedCopyEnd paddedCopy(platform::ReadableFile* from, platform::WritableFile& t
     }
     const platform::IoResult written = to.writeAt(offset, bytes);
     if (written.error) {
-      result.writeFailure = WriteFailure{offset + written.count, written.error};
+      result.writeFailure = avi::WriteFailure{offset + written.count, written.error};
       return result;
     }
     block += together;
@@ -65,7 +65,7 @@ PaddedCopyEnd paddedCopy(platform::ReadableFile* from, platform::WritableFile& t
   const std::span<std::byte> tail = std::span(buffer).subspan(lastInBuffer, static_cast<std::size_t>(rest));
   if (from != nullptr) static_cast<void>(from->readAt(end, tail));
   const platform::IoResult written = to.writeAt(blocks * kBlock, tail);
-  if (written.error) result.writeFailure = WriteFailure{blocks * kBlock + written.count, written.error};
+  if (written.error) result.writeFailure = avi::WriteFailure{blocks * kBlock + written.count, written.error};
   return result;
 }
 

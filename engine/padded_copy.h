@@ -6,8 +6,8 @@
 #include <functional>
 #include <optional>
 
-#include "engine/input_file.h"
-#include "engine/write_failure.h"
+#include "avi/input_file.h"
+#include "avi/write_failure.h"
 #include "platform/files.h"
 
 namespace zelvo::engine {
@@ -22,8 +22,8 @@ inline constexpr std::uint64_t kPaddedBlockSize = 32768;
 
 /// How a copy ended.
 struct PaddedCopyEnd {
-  std::optional<WriteFailure> writeFailure;  ///< the first write that failed; the copy ended there
-  ReadFailures readFailures;
+  std::optional<avi::WriteFailure> writeFailure;  ///< the first write that failed; the copy ended there
+  avi::ReadFailures readFailures;
   /// Bytes of the input that were asked for and not read, whether a read failed or the input is shorter than told. They
   /// are zeros in the copy.
   std::uint64_t missing = 0;

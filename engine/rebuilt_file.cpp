@@ -6,11 +6,12 @@
 // 5. Close the file and hand it to the controller.
 #include <algorithm>
 
-#include "engine/chunk_copy.h"
-#include "engine/codec_text.h"
+#include "avi/chunk_copy.h"
+#include "avi/codec_text.h"
+#include "avi/staged_output.h"
 #include "engine/index_chunks.h"
+#include "engine/low32.h"
 #include "engine/repair_file.h"
-#include "engine/staged_output.h"
 #include "platform/ran_out.h"
 
 namespace zelvo::engine {
@@ -25,7 +26,7 @@ constexpr std::uint64_t kStreamHeaderSize = 56;
 constexpr std::uint64_t kSmallestFile = 436;
 
 std::uint64_t formatHeldBy(std::uint64_t fileSize, const FormatPayload& format) {
-  return format.held.size() + heldBy(fileSize, format.rangeOffset, format.rangeSize);
+  return format.held.size() + avi::heldBy(fileSize, format.rangeOffset, format.rangeSize);
 }
 
 }  // namespace
@@ -43,7 +44,7 @@ void RepairFile::constructRIFFList() {
     runEnd = RunEnd::abandoned;
     return;
   }
-  std::optional<WriteFailure> failure = writeFailure.get();  // a run that has failed before creates no file
+  std::optional<avi::WriteFailure> failure = writeFailure.get();  // a run that has failed before creates no file
   if (!failure && run.mayWrite && !run.mayWrite(bytesToWrite())) {
     run.cancel->cancel();
     runEnd = RunEnd::refused;
@@ -54,7 +55,7 @@ void RepairFile::constructRIFFList() {
     showAudioCodec();
   } else {
     const std::error_code shortage = platform::ranOut([&] { failure = writeRebuiltFile(); });
-    if (shortage) failure = WriteFailure{0, shortage};
+    if (shortage) failure = avi::WriteFailure{0, shortage};
   }
   outputfile.reset();
   if (failure) failRun(*failure);  // Decision 0013
@@ -67,8 +68,12 @@ void RepairFile::constructRIFFList() {
   logLine(services_.log, "Repair file completed");
 }
 
-ChunkRun RepairFile::videoChunks() const { return {videosampleoffsetarray, videosamplesizearray, videosamplecount}; }
-ChunkRun RepairFile::audioChunks() const { return {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount}; }
+avi::ChunkRun RepairFile::videoChunks() const {
+  return {videosampleoffsetarray, videosamplesizearray, videosamplecount};
+}
+avi::ChunkRun RepairFile::audioChunks() const {
+  return {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount};
+}
 
 std::uint64_t RepairFile::bytesToWrite() const {
   const std::uint64_t fileSize = inputfilehandle->size();
@@ -78,16 +83,17 @@ std::uint64_t RepairFile::bytesToWrite() const {
   return headers + videoChunks().heldBy(fileSize) + audioChunks().heldBy(fileSize);
 }
 
-std::optional<WriteFailure> RepairFile::openOutput() {
+std::optional<avi::WriteFailure> RepairFile::openOutput() {
   outputfilemanager = &services_.fileManager;
-  if (const std::error_code error = outputfilemanager->createFile(run_->internalpath)) return WriteFailure{0, error};
+  if (const std::error_code error = outputfilemanager->createFile(run_->internalpath))
+    return avi::WriteFailure{0, error};
   auto opened = services_.files.openForWriting(run_->internalpath);
   outputfile = std::move(opened.file);
-  if (!outputfile) return WriteFailure{0, opened.error};
+  if (!outputfile) return avi::WriteFailure{0, opened.error};
   return std::nullopt;
 }
 
-std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
+std::optional<avi::WriteFailure> RepairFile::writeRebuiltFile() {
   const Run& run = *run_;
   const std::uint64_t expected = bytesToWrite();
   // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same; one
@@ -97,34 +103,35 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
     static_cast<void>(outputfile->truncate(0));  // part of the room may be taken
     static_cast<void>(outputfile->close());
     showAudioCodec();
-    return WriteFailure{0, reserving};
+    return avi::WriteFailure{0, reserving};
   }
   const bool reserved = !reserving;
-  StagedOutput out(*outputfile);
+  avi::StagedOutput out(*outputfile);
   writeHeaderLists(out);
-  out.code(kList);
-  out.number(layout.movisize);
-  out.code(kMovi);
-  const ChunkRun video = videoChunks();
-  const ChunkRun audio = audioChunks();
+  out.code(avi::kList);
+  out.number32(low32(layout.movisize));
+  out.code(avi::kMovi);
+  const avi::ChunkRun video = videoChunks();
+  const avi::ChunkRun audio = audioChunks();
+  writeStandardIndex(out, {avi::kIx00, layout.ix00size, db ? avi::k00db : avi::k00dc, layout.baseoffsetforvideo,
+                           video.sizes, video.count});
   writeStandardIndex(out,
-                     {kIx00, layout.ix00size, db ? k00db : k00dc, layout.baseoffsetforvideo, video.sizes, video.count});
-  writeStandardIndex(out, {kIx01, layout.ix01size, k01wb, layout.baseoffsetforaudio, audio.sizes, audio.count});
-  CopyEnd end{.position = out.position(), .failure = out.finish()};
+                     {avi::kIx01, layout.ix01size, avi::k01wb, layout.baseoffsetforaudio, audio.sizes, audio.count});
+  avi::CopyEnd end{.position = out.position(), .failure = out.finish()};
 
   // Deliberate: a stop before the copy leaves out all chunks, one during the video copy the audio only, and a later one
   // nothing. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
   const auto stopped = [&run] { return stopRequested(run); };
   if (!end.failure && !stopped()) {
-    end = copyChunks({.input = *inputfilehandle,
-                      .out = *outputfile,
-                      .position = end.position,
-                      .video = video,
-                      .audio = audio,
-                      .outHasItsLength = reserved,
-                      .stopped = stopped,
-                      .workers = services_.workers,
-                      .cancel = *run.cancel});
+    end = avi::copyChunks({.input = *inputfilehandle,
+                           .out = *outputfile,
+                           .position = end.position,
+                           .video = video,
+                           .audio = audio,
+                           .outHasItsLength = reserved,
+                           .stopped = stopped,
+                           .workers = services_.workers,
+                           .cancel = *run.cancel});
   }
 
   if (end.failure) {
@@ -140,75 +147,76 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   return end.failure;
 }
 
-void RepairFile::writeHeaderLists(StagedOutput& out) {
-  out.code(kRiff);
-  out.number(layout.RIFFLISTsize);
-  out.code(kAvi);
-  out.code(kList);
-  out.number(layout.AVILISTsize);
-  out.code(kHdrl);
+void RepairFile::writeHeaderLists(avi::StagedOutput& out) {
+  out.code(avi::kRiff);
+  out.number32(low32(layout.RIFFLISTsize));
+  out.code(avi::kAvi);
+  out.code(avi::kList);
+  out.number32(low32(layout.AVILISTsize));
+  out.code(avi::kHdrl);
 
   // Main header (AVIMAINHEADER). Deliberate: its size field is the damaged file's own.
-  out.code(kAvih);
+  out.code(avi::kAvih);
   out.append(avihdata1);
-  out.number(videosamplecount);  // dwTotalFrames
+  out.number32(low32(videosamplecount));  // dwTotalFrames
   out.append(avihdata2);
 
   // Video stream header (AVISTREAMHEADER).
-  out.code(kList);
-  out.number(layout.videostrlListsize);
-  out.code(kStrl);
-  out.code(kStrh);
-  out.number(kStreamHeaderSize);
-  out.code(kVids);
+  out.code(avi::kList);
+  out.number32(low32(layout.videostrlListsize));
+  out.code(avi::kStrl);
+  out.code(avi::kStrh);
+  out.number32(kStreamHeaderSize);
+  out.code(avi::kVids);
   out.append(videocodec);
   out.zeros(12);  // dwFlags, wPriority, wLanguage, dwInitialFrames
   out.append(videoscaleratedata);
-  out.number(0);                 // dwStart
-  out.number(videosamplecount);  // dwLength
-  out.number(kSuggestedBufferSize);
-  out.number(0);               // dwQuality
+  out.number32(0);                        // dwStart
+  out.number32(low32(videosamplecount));  // dwLength
+  out.number32(kSuggestedBufferSize);
+  out.number32(0);             // dwQuality
   out.append(videoscaledata);  // Deliberate: dwSampleSize receives the damaged file's dwStart
   out.zeros(8);                // rcFrame
-  out.code(kStrf);
-  out.number(videostrfsize);
+  out.code(avi::kStrf);
+  out.number32(low32(videostrfsize));
   writeFormat(out, videostrfdata);
   // Deliberate: the super index says "00db" whatever the standard index says.
-  writeSuperIndex(out, {layout.videoindxsize, k00db, layout.ix00location - 8, layout.ix00size + 4, videosamplecount});
+  writeSuperIndex(out,
+                  {layout.videoindxsize, avi::k00db, layout.ix00location - 8, layout.ix00size + 4, videosamplecount});
 
   // Audio stream header.
-  out.code(kList);
-  out.number(layout.audiostrlListsize);
-  out.code(kStrl);
-  out.code(kStrh);
-  out.number(kStreamHeaderSize);
-  out.code(kAuds);
+  out.code(avi::kList);
+  out.number32(low32(layout.audiostrlListsize));
+  out.code(avi::kStrl);
+  out.code(avi::kStrh);
+  out.number32(kStreamHeaderSize);
+  out.code(avi::kAuds);
   out.append(audiocodec);
   showAudioCodec();
   out.zeros(12);
   out.append(audioscaleratedata);
-  out.number(0);
-  out.number(audiosamplecount);
-  out.number(kSuggestedBufferSize);
-  out.number(0);
+  out.number32(0);
+  out.number32(low32(audiosamplecount));
+  out.number32(kSuggestedBufferSize);
+  out.number32(0);
   out.append(audioscaledata);
   out.zeros(8);
-  out.code(kStrf);
-  out.number(audiostrfsize);
+  out.code(avi::kStrf);
+  out.number32(low32(audiostrfsize));
   writeFormat(out, audiostrfdata);
-  writeSuperIndex(out, {layout.audioindxsize, k01wb, layout.ix01location, layout.ix01size + 4, audiosamplecount});
+  writeSuperIndex(out, {layout.audioindxsize, avi::k01wb, layout.ix01location, layout.ix01size + 4, audiosamplecount});
 }
 
-void RepairFile::writeFormat(StagedOutput& out, const FormatPayload& format) {
+void RepairFile::writeFormat(avi::StagedOutput& out, const FormatPayload& format) {
   out.append(format.held);
-  copyRange(*inputfilehandle, out, format.rangeOffset, format.rangeSize);
+  avi::copyRange(*inputfilehandle, out, format.rangeOffset, format.rangeSize);
 }
 
 void RepairFile::showAudioCodec() {
   if (audiocodecfound) {
     const bool allZero =
         std::all_of(audiocodec.begin(), audiocodec.end(), [](std::byte byte) { return byte == std::byte{0}; });
-    const std::string text = allZero ? "Unknown" : codecText(audiocodec);
+    const std::string text = allZero ? "Unknown" : avi::codecText(audiocodec);
     audiocodecstring.set(text);
     outlets.audiocodecfield.setStringValue(text);
   }

@@ -8,8 +8,9 @@
 
 #include <utility>
 
-#include "engine/byte_order.h"
+#include "avi/byte_order.h"
 #include "engine/globals.h"
+#include "engine/low32.h"
 #include "platform/ran_out.h"
 
 namespace zelvo::engine {
@@ -43,11 +44,11 @@ RepairFile::RepairFile(const RepairServices& services, const platform::JobOutlet
 
 RepairFile::~RepairFile() = default;
 
-std::uint64_t RepairFile::fourByteRead(std::span<const std::byte, 4> bytes) { return loadLittleEndian32(bytes); }
+std::uint64_t RepairFile::fourByteRead(std::span<const std::byte, 4> bytes) { return avi::loadLittleEndian32(bytes); }
 
 platform::Bytes RepairFile::convertIntToData(std::uint64_t value) {
   platform::Bytes bytes(4);
-  storeLittleEndian32(std::span(bytes).first<4>(), low32(value));
+  avi::storeLittleEndian32(std::span(bytes).first<4>(), low32(value));
   return bytes;
 }
 
@@ -81,7 +82,7 @@ void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
   beginRun(std::move(run));
   if (const std::error_code shortage = platform::ranOut([this] { runStages(); })) failRun({0, shortage});
   if (inputfilehandle) {
-    const ReadFailures failures = inputfilehandle->failures();
+    const avi::ReadFailures failures = inputfilehandle->failures();
     readFailures.set(failures);
     if (failures.count > 0) {
       logLine(services_.log, "Reads failed=%llu, the first at %llu: %@", failures.count, failures.firstOffset,
@@ -91,7 +92,7 @@ void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
   }
 }
 
-void RepairFile::failRun(const WriteFailure& failure) {
+void RepairFile::failRun(const avi::WriteFailure& failure) {
   if (!writeFailure.get()) {
     writeFailure.set(failure);
     // A line that memory is lacking for is not worth another failure.

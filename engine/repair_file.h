@@ -14,15 +14,15 @@
 #include <span>
 #include <string>
 
-#include "engine/chunk_run.h"
+#include "avi/chunk_run.h"
+#include "avi/input_file.h"
+#include "avi/write_failure.h"
 #include "engine/film_tally.h"
 #include "engine/format_payload.h"
 #include "engine/globals.h"
-#include "engine/input_file.h"
 #include "engine/progress_relay.h"
 #include "engine/rebuilt_layout.h"
 #include "engine/sample_tables.h"
-#include "engine/write_failure.h"
 #include "platform/bytes.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
@@ -37,6 +37,10 @@
 #include "platform/sheets.h"
 #include "platform/workers.h"
 
+namespace zelvo::avi {
+class StagedOutput;
+}
+
 namespace zelvo::engine {
 
 /// What a repair uses of the platform, by reference.
@@ -49,8 +53,6 @@ struct RepairServices {
   platform::Sheets& sheets;
   platform::Log& log;
 };
-
-class StagedOutput;
 
 /// How far a run came.
 enum class RunEnd {
@@ -175,7 +177,7 @@ class RepairFile {
 
   // ---- Input and scan cursor ----
 
-  std::unique_ptr<InputFile> inputfilehandle;
+  std::unique_ptr<avi::InputFile> inputfilehandle;
   platform::Relaxed<std::uint32_t> sector;           ///< block examined now, from 1
   std::uint32_t mod = 0;                             ///< `inputfilesize` modulo 1024
   std::uint32_t buffersize = 0;                      ///< the block step, 1024
@@ -261,8 +263,8 @@ class RepairFile {
   // ---- What a run reports beyond its sheets ----
 
   platform::Relaxed<RunEnd> runEnd;
-  platform::Guarded<ReadFailures> readFailures;
-  platform::Guarded<std::optional<WriteFailure>> writeFailure;
+  platform::Guarded<avi::ReadFailures> readFailures;
+  platform::Guarded<std::optional<avi::WriteFailure>> writeFailure;
   platform::Guarded<platform::FilmReport> filmReport;  ///< what `Run::found` was told last
 
  private:
@@ -279,17 +281,17 @@ class RepairFile {
   [[nodiscard]] bool allHeadersFound() const;
   void runStages();
   /// Keeps the first failure of the run and cancels the run.
-  void failRun(const WriteFailure& failure);
+  void failRun(const avi::WriteFailure& failure);
   /// Judges what is kept, and tells it.
   void tellFound();
   /// Why the harvest's answer was no.
   [[nodiscard]] platform::Rejection rejection() const;
-  [[nodiscard]] ChunkRun videoChunks() const;
-  [[nodiscard]] ChunkRun audioChunks() const;
-  [[nodiscard]] std::optional<WriteFailure> openOutput();
-  [[nodiscard]] std::optional<WriteFailure> writeRebuiltFile();
-  void writeHeaderLists(StagedOutput& out);
-  void writeFormat(StagedOutput& out, const FormatPayload& format);
+  [[nodiscard]] avi::ChunkRun videoChunks() const;
+  [[nodiscard]] avi::ChunkRun audioChunks() const;
+  [[nodiscard]] std::optional<avi::WriteFailure> openOutput();
+  [[nodiscard]] std::optional<avi::WriteFailure> writeRebuiltFile();
+  void writeHeaderLists(avi::StagedOutput& out);
+  void writeFormat(avi::StagedOutput& out, const FormatPayload& format);
   void showAudioCodec();
   void endAndHide(platform::Window& sheet);
   void forgetPath();

@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <array>
 
+#include "avi/fourcc.h"
 #include "engine/candidate_reader.h"
-#include "engine/fourcc.h"
 #include "engine/repair_file.h"
 #include "engine/stretch_queue.h"
 
@@ -32,16 +32,18 @@ class LookAheadBuffer {
   }
   [[nodiscard]] bool holdsCode() const {
     for (std::size_t at = 0; at <= 2; ++at) {
-      const FourCC code = codeAt(at);
-      if (code == k00dc || code == k01wb || code == k00db || code == kJunk) return true;
+      const avi::FourCC code = codeAt(at);
+      if (code == avi::k00dc || code == avi::k01wb || code == avi::k00db || code == avi::kJunk) return true;
     }
     return false;
   }
   /// Only one code can stand among the three positions, since none holds the beginning of another.
-  [[nodiscard]] bool holdsPadding() const { return codeAt(0) == kJunk || codeAt(1) == kJunk || codeAt(2) == kJunk; }
+  [[nodiscard]] bool holdsPadding() const {
+    return codeAt(0) == avi::kJunk || codeAt(1) == avi::kJunk || codeAt(2) == avi::kJunk;
+  }
 
  private:
-  [[nodiscard]] FourCC codeAt(std::size_t at) const { return FourCC::at(std::span(bytes_).subspan(at)); }
+  [[nodiscard]] avi::FourCC codeAt(std::size_t at) const { return avi::FourCC::at(std::span(bytes_).subspan(at)); }
 
   std::array<std::byte, 6> bytes_{};
 };
@@ -58,7 +60,7 @@ class SampleScan {
     if (candidate.sizeIsRefused()) return;
     lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
     if (!lookAhead_.holdsCode()) return;
-    if (candidate.code == k01wb) {
+    if (candidate.code == avi::k01wb) {
       record(candidate, job_.audiosamplecount, job_.audiosamplesizearray, job_.audiosampleoffsetarray, audioFullTold_);
     } else {
       record(candidate, job_.videosamplecount, job_.videosamplesizearray, job_.videosampleoffsetarray, videoFullTold_);
@@ -71,7 +73,7 @@ class SampleScan {
     if (count == kLargestSampleCount) {  // Decision 0006
       if (!fullTold) {
         logLine(job_.services_.log, "Table full, no more %@ chunks are recorded",
-                candidate.code == k01wb ? "audio" : "video");
+                candidate.code == avi::k01wb ? "audio" : "video");
       }
       fullTold = true;
       ++job_.samplesleftout;
@@ -82,7 +84,7 @@ class SampleScan {
     offsets[count] = candidate.position();
     job_.tally_.add({.position = candidate.position(),
                      .size = candidate.size,
-                     .isSound = candidate.code == k01wb,
+                     .isSound = candidate.code == avi::k01wb,
                      .isBlank = candidate.isBlank,
                      .isPaddedBehind = lookAhead_.holdsPadding()});
   }

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "engine/byte_order.h"
+#include "avi/byte_order.h"
 #include "engine/code_finder.h"
 
 namespace zelvo::engine {
@@ -18,7 +18,7 @@ bool allZero(std::span<const std::byte> bytes) {
 
 }  // namespace
 
-ScanWindow::ScanWindow(InputFile& input, bool farAhead)
+ScanWindow::ScanWindow(avi::InputFile& input, bool farAhead)
     : input_(input), farAhead_(farAhead), bytes_(kWindowSize + CodeFinder::kMargin) {}
 
 std::span<const std::byte> ScanWindow::block(std::uint32_t number, std::uint32_t last, std::size_t ownRead) {
@@ -64,10 +64,10 @@ bool ScanWindow::inWindow(std::uint64_t offset, std::size_t size) const {
 }
 
 std::uint32_t ScanWindow::numberAt(std::uint32_t offset) {
-  if (inWindow(offset, 4)) return loadLittleEndian32(std::span(bytes_).subspan(offset - start_).first<4>());
+  if (inWindow(offset, 4)) return avi::loadLittleEndian32(std::span(bytes_).subspan(offset - start_).first<4>());
   std::array<std::byte, 4> number{};
   read(offset, number);
-  return loadLittleEndian32(number);
+  return avi::loadLittleEndian32(number);
 }
 
 std::size_t ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into) {
@@ -112,7 +112,7 @@ bool ScanWindow::isAllZero(std::uint64_t offset, std::uint64_t size) {
 void ScanWindow::expectLookAheadOf(std::uint32_t position) const {
   if (!inWindow(std::uint64_t{position} + 4, 4)) return;
   const auto size = std::span(bytes_).subspan(position + 4 - start_).first<4>();
-  const std::uint32_t lookAhead = position + 8 + loadLittleEndian32(size);
+  const std::uint32_t lookAhead = position + 8 + avi::loadLittleEndian32(size);
   if (inRing(lookAhead, 1)) __builtin_prefetch(ring_.data() + lookAhead % kRingSize);
 }
 

@@ -9,7 +9,7 @@
 #include <span>
 #include <utility>
 
-#include "engine/input_file.h"
+#include "avi/input_file.h"
 #include "platform/bytes.h"
 #include "platform/page_bytes.h"
 
@@ -26,7 +26,7 @@ class ScanWindow {
   static constexpr std::size_t kBlocks = 256;
 
   /// `farAhead` says whether it may keep what look-aheads can reach (10 MB) once the input proves dense.
-  explicit ScanWindow(InputFile& input, bool farAhead = true);
+  explicit ScanWindow(avi::InputFile& input, bool farAhead = true);
 
   /// The bytes from block `number` on: the block and at least `CodeFinder::kMargin` bytes more, zero where the input
   /// has ended. `last` is the number of the input's last block; the window never needs to reach beyond it. `ownRead` is
@@ -49,7 +49,7 @@ class ScanWindow {
   void expectLookAheadOf(std::uint32_t position) const;
 
   /// The reads that failed since the last call, those of whole windows not counted: each is tried again block by block.
-  [[nodiscard]] ReadFailures takeFailures() { return std::exchange(failures_, {}); }
+  [[nodiscard]] avi::ReadFailures takeFailures() { return std::exchange(failures_, {}); }
 
   /// Start of block `number`.
   /// Deliberate: computed in 32 bits, so the blocks beyond 4 GiB are the first ones again. // Decision 0003
@@ -72,7 +72,7 @@ class ScanWindow {
   void moveRing();
   [[nodiscard]] bool inRing(std::uint64_t offset, std::size_t size) const;
 
-  InputFile& input_;
+  avi::InputFile& input_;
   const bool farAhead_;
   bool dense_ = false;
   platform::PageBytes bytes_;       ///< the window and its margin
@@ -83,7 +83,7 @@ class ScanWindow {
   bool readsFail_ = false;          ///< reading the window failed, so each block is read alone
   std::uint32_t beyondWindow_ = 0;  ///< look-aheads beyond this window so far
   platform::Bytes ring_;            ///< empty until an input proves dense; byte `offset` lies at `offset` % kRingSize
-  ReadFailures failures_;
+  avi::ReadFailures failures_;
   std::uint64_t ringStart_ = 0;
   std::uint64_t ringEnd_ = 0;
 };

@@ -13,7 +13,7 @@ constexpr std::uint32_t kWorthHelping = 4;
 
 }  // namespace
 
-StretchQueue::StretchQueue(InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers)
+StretchQueue::StretchQueue(avi::InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers)
     : input_(input),
       last_(last),
       mod_(mod),

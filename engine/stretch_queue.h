@@ -19,7 +19,7 @@ class StretchQueue {
  public:
   /// Starts a helper where there is a processor for it and the input is long enough. Throws std::system_error when there
   /// is no thread for it.
-  StretchQueue(InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers);
+  StretchQueue(avi::InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers);
   /// Ends and joins the helper.
   ~StretchQueue();
   StretchQueue(const StretchQueue&) = delete;
@@ -42,7 +42,7 @@ class StretchQueue {
   void help();
   void readAlong();
 
-  InputFile& input_;
+  avi::InputFile& input_;
   const std::uint32_t last_;
   const std::uint32_t mod_;
   const std::uint32_t stretches_;

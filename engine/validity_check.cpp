@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <array>
 
-#include "engine/fourcc.h"
+#include "avi/fourcc.h"
 #include "engine/globals.h"
 #include "engine/repair_file.h"
 
@@ -19,14 +19,15 @@ constexpr std::uint32_t kBlocksSearched = 10;
 constexpr std::size_t kBlockSize = 1024;
 
 /// The codes, in the order in which they are tried.
-constexpr std::array kSignatures = {kRiff, kAvi, kList, kHdrl, kAvih, kStrl, kStrh, kIndx, k00db, k00dc, k00wb, kMovi};
+constexpr std::array kSignatures = {avi::kRiff, avi::kAvi,  avi::kList, avi::kHdrl, avi::kAvih, avi::kStrl,
+                                    avi::kStrh, avi::kIndx, avi::k00db, avi::k00dc, avi::k00wb, avi::kMovi};
 
 }  // namespace
 
 bool RepairFile::fileValidityCheck() {
   validitycheck1 = false;
   video1 = services_.movies.movieWithFile(run_->path.value_or("")).movie;
-  inputfilehandle = std::make_unique<InputFile>(services_.files.openForReading(run_->path.value_or("")).file);
+  inputfilehandle = std::make_unique<avi::InputFile>(services_.files.openForReading(run_->path.value_or("")).file);
   validitycheck = false;
   audiocodecfound = false;
   videocodecfound = false;
@@ -46,11 +47,11 @@ bool RepairFile::fileValidityCheck() {
     for (std::size_t i = 0; i < kBlockSize && !validitycheck; ++i) {
       if (services_.log.tracesPositions()) logLine(services_.log, "i=%i", i);
       if (flag) continue;
-      const FourCC code = FourCC::at(std::span(buffer).subspan(i));
+      const avi::FourCC code = avi::FourCC::at(std::span(buffer).subspan(i));
       if (std::find(kSignatures.begin(), kSignatures.end(), code) == kSignatures.end()) continue;
       validitycheck = true;
       logLine(services_.log, "Valid AVI file");
-      db = code == k00db;
+      db = code == avi::k00db;
     }
     if (validitycheck) {
       validitycheck1 = true;

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "tests/cli/small_avi.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::cli {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 using test::le16;
 using test::le32;
 
-std::vector<Field> decode(engine::FourCC id, engine::FourCC streamType, const std::string& payload) {
+std::vector<Field> decode(avi::FourCC id, avi::FourCC streamType, const std::string& payload) {
   return decodeFields(id, {}, streamType, std::as_bytes(std::span(payload)));
 }
 
@@ -25,7 +25,7 @@ const Field& named(const std::vector<Field>& fields, std::string_view name) {
 std::uint64_t number(const Field& field) { return std::get<std::uint64_t>(field.value); }
 
 TEST(AviFields, MainHeaderHasItsNamesUnitsAndFlags) {
-  const auto fields = decode(engine::kAvih, {}, le32(40000) + le32(1) + le32(2) + le32(0x910) + le32(250));
+  const auto fields = decode(avi::kAvih, {}, le32(40000) + le32(1) + le32(2) + le32(0x910) + le32(250));
 
   EXPECT_EQ(fields.size(), 5U) << "the payload ends here";
   EXPECT_EQ(number(named(fields, "dwMicroSecPerFrame")), 40000U);
@@ -36,18 +36,18 @@ TEST(AviFields, MainHeaderHasItsNamesUnitsAndFlags) {
 }
 
 TEST(AviFields, NoTimePerFrameIsNoRate) {
-  EXPECT_EQ(named(decode(engine::kAvih, {}, le32(0)), "dwMicroSecPerFrame").note, "");
+  EXPECT_EQ(named(decode(avi::kAvih, {}, le32(0)), "dwMicroSecPerFrame").note, "");
 }
 
 TEST(AviFields, StreamHeaderTellsTheRate) {
-  const auto fields = decode(engine::kStrh, {}, "vidsMJPG" + le32(0) + le32(0) + le32(0) + le32(1001) + le32(30000));
+  const auto fields = decode(avi::kStrh, {}, "vidsMJPG" + le32(0) + le32(0) + le32(0) + le32(1001) + le32(30000));
 
   EXPECT_EQ(std::get<std::string>(named(fields, "fccHandler").value), "MJPG");
   EXPECT_EQ(named(fields, "dwRate").note, "29.970 units per second");
 }
 
 TEST(AviFields, VideoFormatIsABitmapHeader) {
-  const auto fields = decode(engine::kStrf, engine::kVids,
+  const auto fields = decode(avi::kStrf, avi::kVids,
                              le32(40) + le32(320) + le32(0xffffff10) + le16(1) + le16(24) + std::string("XVID"));
 
   EXPECT_EQ(std::get<std::int64_t>(named(fields, "biHeight").value), -240) << "the picture stands on its head";
@@ -55,13 +55,13 @@ TEST(AviFields, VideoFormatIsABitmapHeader) {
 }
 
 TEST(AviFields, UncompressedVideoHasANumberForItsCode) {
-  const auto fields = decode(engine::kStrf, engine::kVids, le32(40) + le32(1) + le32(1) + le16(1) + le16(24) + le32(0));
+  const auto fields = decode(avi::kStrf, avi::kVids, le32(40) + le32(1) + le32(1) + le16(1) + le16(24) + le32(0));
 
   EXPECT_EQ(std::get<std::string>(named(fields, "biCompression").value), "0");
 }
 
 TEST(AviFields, AudioFormatIsAWaveFormat) {
-  const auto fields = decode(engine::kStrf, engine::kAuds, le16(0x55) + le16(2) + le32(44100));
+  const auto fields = decode(avi::kStrf, avi::kAuds, le16(0x55) + le16(2) + le32(44100));
 
   EXPECT_EQ(named(fields, "wFormatTag").note, "0x0055, MP3");
   EXPECT_EQ(number(named(fields, "nSamplesPerSec")), 44100U);
@@ -69,11 +69,11 @@ TEST(AviFields, AudioFormatIsAWaveFormat) {
 }
 
 TEST(AviFields, FormatOfAnUnknownStreamIsLeftAlone) {
-  EXPECT_TRUE(decode(engine::kStrf, engine::FourCC("txts"), le32(40)).empty());
+  EXPECT_TRUE(decode(avi::kStrf, avi::FourCC("txts"), le32(40)).empty());
 }
 
 TEST(AviFields, StandardIndexHasItsBaseOffset) {
-  const auto fields = decode(engine::FourCC("ix00"), {},
+  const auto fields = decode(avi::FourCC("ix00"), {},
                              le16(2) + std::string("\0\1", 2) + le32(7) + "00dc" + le32(0x10) + le32(1) + le32(0));
 
   EXPECT_EQ(number(named(fields, "qwBaseOffset")), 0x100000010U);
@@ -82,16 +82,16 @@ TEST(AviFields, StandardIndexHasItsBaseOffset) {
 
 TEST(AviFields, InformationIsText) {
   const std::string text("Encoder 1.0\0\0", 13);
-  const auto fields = decodeFields(engine::FourCC("ISFT"), engine::FourCC("INFO"), {}, std::as_bytes(std::span(text)));
+  const auto fields = decodeFields(avi::FourCC("ISFT"), avi::FourCC("INFO"), {}, std::as_bytes(std::span(text)));
 
   ASSERT_EQ(fields.size(), 1U);
   EXPECT_EQ(std::get<std::string>(fields[0].value), "Encoder 1.0");
 }
 
 TEST(AviFields, EveryHeaderMayEndAnywhere) {
-  for (const engine::FourCC id : {engine::kAvih, engine::kStrh, engine::kStrf, engine::kIndx, engine::kIx00,
-                                  engine::FourCC("dmlh"), engine::FourCC("vprp"), engine::FourCC("strn")}) {
-    for (const engine::FourCC type : {engine::kVids, engine::kAuds}) {
+  for (const avi::FourCC id : {avi::kAvih, avi::kStrh, avi::kStrf, avi::kIndx, avi::kIx00, avi::FourCC("dmlh"),
+                               avi::FourCC("vprp"), avi::FourCC("strn")}) {
+    for (const avi::FourCC type : {avi::kVids, avi::kAuds}) {
       for (std::size_t size = 0; size < 80; ++size) {
         for (const Field& field : decode(id, type, std::string(size, '\xff'))) EXPECT_FALSE(field.name.empty());
       }

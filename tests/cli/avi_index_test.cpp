@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/cli/memory_readable.h"
-#include "tests/cli/small_avi.h"
+#include "tests/support/memory_readable.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::cli {
 namespace {

@@ -4,9 +4,9 @@
 
 #include "cli/avi_outline.h"
 #include "cli/shown_text.h"
-#include "tests/cli/memory_readable.h"
 #include "tests/cli/outline_lines.h"
-#include "tests/cli/small_avi.h"
+#include "tests/support/memory_readable.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::cli {
 namespace {

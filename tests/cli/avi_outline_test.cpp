@@ -6,9 +6,9 @@
 #include <algorithm>
 #include <random>
 
-#include "tests/cli/memory_readable.h"
 #include "tests/cli/outline_lines.h"
-#include "tests/cli/small_avi.h"
+#include "tests/support/memory_readable.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::cli {
 namespace {

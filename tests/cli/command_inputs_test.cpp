@@ -8,8 +8,8 @@
 
 #include "platform/linux/linux_file_manager.h"
 #include "tests/cli/program.h"
-#include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::cli {
 namespace {

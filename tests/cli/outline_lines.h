@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/avi_codes.h"
+#include "avi/chunk_codes.h"
 #include "cli/avi_outline.h"
 
 namespace zelvo::test {
@@ -45,7 +45,7 @@ class Lines final : public cli::OutlineSink {
   }
   void addSums(const cli::DataSums& sums) {
     for (const auto& [value, sum] : sums) {
-      engine::FourCC code;
+      avi::FourCC code;
       code.value = value;
       lines.push_back(cli::shownCode(code) + " x " + std::to_string(sum.chunks) + ", " + std::to_string(sum.bytes));
       if (!sum.index) continue;

@@ -16,10 +16,10 @@
 #include "platform/linux/linux_new_files.h"
 #include "platform/linux/linux_property_lists.h"
 #include "platform/linux/linux_workers.h"
-#include "tests/cli/memory_readable.h"
-#include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/memory_readable.h"
 #include "tests/support/refusing_workers.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::cli {
 namespace {

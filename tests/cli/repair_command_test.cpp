@@ -6,8 +6,8 @@
 
 #include "tests/cli/engine_run.h"
 #include "tests/cli/program.h"
-#include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::test {
 namespace {

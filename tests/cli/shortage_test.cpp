@@ -5,8 +5,8 @@
 #include <filesystem>
 
 #include "tests/cli/program.h"
-#include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/small_avi.h"
 
 namespace zelvo::test {
 namespace {

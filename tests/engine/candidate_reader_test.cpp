@@ -18,9 +18,9 @@
 namespace zelvo::tests {
 namespace {
 
+using avi::InputFile;
 using engine::Candidate;
 using engine::CandidateReader;
-using engine::InputFile;
 using engine::Stretch;
 using engine::StretchContent;
 

@@ -5,7 +5,6 @@
 #include <optional>
 #include <vector>
 
-#include "engine/film_length.h"
 #include "tests/support/avi_builder.h"
 #include "tests/support/engine_bench.h"
 
@@ -220,27 +219,6 @@ TEST_F(FilmReportOf, ARejectionIsToldBeforeItsSheet) {
   });
   ASSERT_NE(sheet, lines.end());
   EXPECT_LT(std::find(lines.begin(), lines.end(), "rejected"), sheet);
-}
-
-TEST(FilmLength, IsWhatTheMainHeaderSays) {
-  MemoryFiles files;
-  files.put("/in.avi", film().build());
-  const auto opened = files.openForReading("/in.avi");
-  EXPECT_DOUBLE_EQ(engine::filmLength(*opened.file).value_or(0), 400 * 0.04);
-}
-
-TEST(FilmLength, IsNothingForWhatIsNoFilmOrSaysWhatCannotBe) {
-  MemoryFiles files;
-  files.put("/none.avi", platform::Bytes(5000));
-  EXPECT_EQ(engine::filmLength(*files.openForReading("/none.avi").file), std::nullopt);
-  AviBuilder wild = film();
-  wild.microSecPerFrame = 0xffffffff;
-  files.put("/wild.avi", wild.build());
-  EXPECT_EQ(engine::filmLength(*files.openForReading("/wild.avi").file), std::nullopt);
-  platform::Bytes cut = film().build();
-  cut.resize(40);
-  files.put("/cut.avi", cut);
-  EXPECT_EQ(engine::filmLength(*files.openForReading("/cut.avi").file), std::nullopt);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "engine/input_file.h"
+#include "avi/input_file.h"
 #include "tests/support/avi_builder.h"
 #include "tests/support/memory_files.h"
 
@@ -65,7 +65,7 @@ class FilmRangeOf : public testing::Test {
  protected:
   FilmRange range(platform::Bytes bytes, const FilmTally& tally) {
     files.put("/in.avi", std::move(bytes));
-    engine::InputFile input(files.openForReading("/in.avi").file);
+    avi::InputFile input(files.openForReading("/in.avi").file);
     const FilmRange found = engine::filmRange(input, tally);
     failures = input.failures().count;
     return found;

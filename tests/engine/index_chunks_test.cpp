@@ -11,7 +11,7 @@
 namespace zelvo::tests {
 namespace {
 
-using engine::StagedOutput;
+using avi::StagedOutput;
 using engine::StandardIndex;
 
 platform::Bytes written(const std::function<void(StagedOutput&)>& write) {
@@ -28,7 +28,7 @@ platform::Bytes written(const std::function<void(StagedOutput&)>& write) {
 platform::Bytes standardIndex(const std::vector<std::uint64_t>& sizes) {
   const std::uint64_t count = sizes.size() - 1;
   return written([&](StagedOutput& out) {
-    writeStandardIndex(out, {engine::kIx00, count * 8 + 24, engine::k00dc, 1000, sizes, count});
+    engine::writeStandardIndex(out, {avi::kIx00, count * 8 + 24, avi::k00dc, 1000, sizes, count});
   });
 }
 
@@ -95,7 +95,7 @@ TEST(StandardIndex, HeaderFieldsLieAtTheirOffsets) {
 
 TEST(StandardIndex, BaseOffsetIsCutTo32Bits) {
   const platform::Bytes index = written([](StagedOutput& out) {
-    writeStandardIndex(out, {engine::kIx01, 24, engine::k01wb, 5000000000U, {}, 0});
+    engine::writeStandardIndex(out, {avi::kIx01, 24, avi::k01wb, 5000000000U, {}, 0});
   });
   EXPECT_EQ(numberAt(index, 20), 705032704U);
   EXPECT_EQ(numberAt(index, 24), 0U);
@@ -103,7 +103,7 @@ TEST(StandardIndex, BaseOffsetIsCutTo32Bits) {
 
 TEST(SuperIndex, Is52BytesWithADurationOf8Bytes) {
   const platform::Bytes index = written([](StagedOutput& out) {
-    writeSuperIndex(out, {44, engine::k00db, 0x01020304, 0x11121314, 0x21222324});
+    engine::writeSuperIndex(out, {44, avi::k00db, 0x01020304, 0x11121314, 0x21222324});
   });
   EXPECT_EQ(hexOf(index),
             "69 6e 64 78 2c 00 00 00 04 00 00 00 01 00 00 00 30 30 64 62 00 00 00 00 00 00 00 00 00 00 00 00 "
@@ -112,7 +112,7 @@ TEST(SuperIndex, Is52BytesWithADurationOf8Bytes) {
 
 TEST(SuperIndex, OffsetAndDurationAreCutTo32Bits) {
   const platform::Bytes index = written([](StagedOutput& out) {
-    writeSuperIndex(out, {44, engine::k01wb, 5000000000U, 5000000000U, 5000000000U});
+    engine::writeSuperIndex(out, {44, avi::k01wb, 5000000000U, 5000000000U, 5000000000U});
   });
   EXPECT_EQ(hexAt(index, 32, 20), "00 f2 05 2a 00 00 00 00 00 f2 05 2a 00 f2 05 2a 00 00 00 00");
 }

@@ -202,7 +202,7 @@ TEST(RepairFile, ReadErrorsAreCountedWithTheFirstOffsetAndLoggedAtTheEnd) {
 
   bench.run();
 
-  const engine::ReadFailures failures = bench.job->readFailures.get();
+  const avi::ReadFailures failures = bench.job->readFailures.get();
   EXPECT_GT(failures.count, 0U);
   EXPECT_EQ(failures.firstOffset, 300000U);
   EXPECT_EQ(failures.firstCause, std::errc::io_error);

@@ -28,8 +28,8 @@ class ScanWindow : public testing::Test {
  protected:
   void open(platform::Bytes bytes) {
     content = &files.put("/in", std::move(bytes));
-    input = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
-    direct = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
+    input = std::make_unique<avi::InputFile>(files.openForReading("/in").file);
+    direct = std::make_unique<avi::InputFile>(files.openForReading("/in").file);
     window = std::make_unique<engine::ScanWindow>(*input);
     last = static_cast<std::uint32_t>((content->size + kBlock - 1) / kBlock);
   }
@@ -69,8 +69,8 @@ class ScanWindow : public testing::Test {
 
   MemoryFiles files;
   MemoryFile* content = nullptr;
-  std::unique_ptr<engine::InputFile> input;
-  std::unique_ptr<engine::InputFile> direct;
+  std::unique_ptr<avi::InputFile> input;
+  std::unique_ptr<avi::InputFile> direct;
   std::unique_ptr<engine::ScanWindow> window;
   std::uint32_t last = 0;
   std::size_t lookAheadCount = 0;
@@ -167,7 +167,7 @@ TEST_F(ScanWindow, BlocksAroundABadByteAreThoseOfSeparateReads) {
   open(randomBytes(700 * kBlock));
   withBadBytes(300 * kBlock + 500, 300 * kBlock + 501);
   for (std::uint32_t number = 1; number < last; ++number) ASSERT_EQ(blockText(number), directBlockText(number));
-  const engine::ReadFailures failures = window->takeFailures();
+  const avi::ReadFailures failures = window->takeFailures();
   EXPECT_EQ(failures.count, direct->failures().count);
   EXPECT_EQ(failures.firstOffset, direct->failures().firstOffset);
   EXPECT_EQ(window->takeFailures().count, 0U);
@@ -197,7 +197,7 @@ TEST_F(ScanWindow, LastBlockAloneIsReadOnlyAsFarAsItsOwnRead) {
 }
 
 TEST_F(ScanWindow, WithoutAFileEverythingIsZero) {
-  input = std::make_unique<engine::InputFile>(nullptr);
+  input = std::make_unique<avi::InputFile>(nullptr);
   window = std::make_unique<engine::ScanWindow>(*input);
   EXPECT_EQ(textAt(window->block(1, 5, kRead), 0, 8), std::string(8, '\0'));
   EXPECT_EQ(window->numberAt(0), 0U);
@@ -222,8 +222,8 @@ TEST_F(ScanWindow, WindowEndsWhereBlockOffsetsWrap) {
   content = &files.putSparse("/in", (std::uint64_t{1} << 32U) + 20 * kBlock);
   content->bytes = randomBytes(20 * kBlock);
   content->islands[(std::uint64_t{1} << 32U) - 2 * kBlock] = randomBytes(10 * kBlock);
-  input = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
-  direct = std::make_unique<engine::InputFile>(files.openForReading("/in").file);
+  input = std::make_unique<avi::InputFile>(files.openForReading("/in").file);
+  direct = std::make_unique<avi::InputFile>(files.openForReading("/in").file);
   window = std::make_unique<engine::ScanWindow>(*input);
   last = 4194304 + 20;
   for (const std::uint32_t number : {4194302U, 4194303U, 4194304U}) {

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "engine/codec_text.h"
+#include "avi/codec_text.h"
 #include "platform/printable_text.h"
 
 namespace {
@@ -26,7 +26,7 @@ void require(bool holds, const char* claim, std::string_view text) {
 
 bool isUtf8(std::string_view text) {
   return text.find('\0') == std::string_view::npos &&
-         zelvo::engine::codecText(std::as_bytes(std::span(text.data(), text.size()))) == text;
+         zelvo::avi::codecText(std::as_bytes(std::span(text.data(), text.size()))) == text;
 }
 
 /// Looks for the bytes of each such character, without a decoder.

@@ -188,7 +188,7 @@ void LiteralComparison::beginStages(const DamagedInput& input) {
   job->beginRun(run_);
   giveHeaders();
   onRead_ = std::make_shared<std::function<void()>>();
-  job->inputfilehandle = std::make_unique<engine::InputFile>(
+  job->inputfilehandle = std::make_unique<avi::InputFile>(
       std::make_unique<WatchedFile>(std::move(files.openForReading(kInput).file), onRead_));
   job->mod = static_cast<std::uint32_t>(input.claimedSize % 1024);
   const std::uint64_t blocks = input.claimedSize / 1024 + (job->mod != 0 ? 1 : 0);
@@ -224,7 +224,7 @@ std::string LiteralComparison::writeBoth(literal::Input& input, const TwinStops&
 
 std::string LiteralComparison::failuresDiffer(const literal::Input& input) const {
   std::ostringstream out;
-  const engine::ReadFailures failures = job->inputfilehandle->failures();
+  const avi::ReadFailures failures = job->inputfilehandle->failures();
   expectSame(out, "failed reads", failures.count, input.failures());
   expectSame(out, "first failed read", failures.firstOffset, input.firstFailure());
   return out.str();

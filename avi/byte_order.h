@@ -1,0 +1,28 @@
+/// Little-endian numbers, as every size, count and offset of an AVI file is stored. The one place that reads and writes
+/// them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace zelvo::avi {
+
+[[nodiscard]] constexpr std::uint32_t loadLittleEndian32(std::span<const std::byte, 4> bytes) {
+  return static_cast<std::uint32_t>(bytes[0]) | static_cast<std::uint32_t>(bytes[1]) << 8U |
+         static_cast<std::uint32_t>(bytes[2]) << 16U | static_cast<std::uint32_t>(bytes[3]) << 24U;
+}
+
+constexpr void storeLittleEndian32(std::span<std::byte, 4> bytes, std::uint32_t value) {
+  bytes[0] = static_cast<std::byte>(value & 0xffU);
+  bytes[1] = static_cast<std::byte>(value >> 8U & 0xffU);
+  bytes[2] = static_cast<std::byte>(value >> 16U & 0xffU);
+  bytes[3] = static_cast<std::byte>(value >> 24U);
+}
+
+constexpr void storeLittleEndian64(std::span<std::byte, 8> bytes, std::uint64_t value) {
+  storeLittleEndian32(bytes.first<4>(), static_cast<std::uint32_t>(value & 0xffffffffU));
+  storeLittleEndian32(bytes.last<4>(), static_cast<std::uint32_t>(value >> 32U));
+}
+
+}  // namespace zelvo::avi

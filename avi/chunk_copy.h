@@ -1,0 +1,49 @@
+/// Copies chunks from the input to the rebuilt file, whole and back to back. Sizes and offsets are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+
+#include "avi/chunk_run.h"
+#include "avi/input_file.h"
+#include "avi/staged_output.h"
+#include "avi/write_failure.h"
+#include "platform/files.h"
+#include "platform/workers.h"
+
+namespace zelvo::avi {
+
+/// Where a copy ended.
+struct CopyEnd {
+  std::uint64_t position = 0;  ///< in the output, behind the last byte copied
+  std::optional<WriteFailure> failure;
+};
+
+/// What is copied where, and by whose leave.
+struct ChunkCopy {
+  InputFile& input;
+  platform::WritableFile& out;
+  std::uint64_t position = 0;  ///< of the first video chunk in the output
+  ChunkRun video;
+  ChunkRun audio;  ///< goes behind the video
+  /// True when `out` has its full length already. Then both are copied in one pass over the input; where it has not,
+  /// writing far behind its end might have the file system fill what lies between.
+  bool outHasItsLength = false;
+  /// Asked until the video is copied. Once it says yes, the audio is left out; the video is copied all the same.
+  /// Thread: any.
+  std::function<bool()> stopped;
+  platform::Workers& workers;
+  const platform::CancelMark& cancel;
+};
+
+/// Copies each chunk, header and payload, without padding. Of a chunk that the input does not hold whole, what there is
+/// is copied, and what follows moves up. Ends early once a write has failed or `cancel` is abandoned. What lies in the
+/// output behind the end that is answered is of no use.
+/// Thread: one, besides a helper of its own.
+[[nodiscard]] CopyEnd copyChunks(const ChunkCopy& copy);
+
+/// Appends up to `size` bytes from `offset` on; fewer when the input ends or a read fails.
+void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::uint64_t size);
+
+}  // namespace zelvo::avi
