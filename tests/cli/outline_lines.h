@@ -9,6 +9,7 @@
 
 #include "avi/chunk_codes.h"
 #include "cli/avi_outline.h"
+#include "cli/shown_text.h"
 
 namespace zelvo::test {
 
