@@ -8,6 +8,10 @@
 
 namespace zelvo::avi {
 
+[[nodiscard]] constexpr std::uint16_t loadLittleEndian16(std::span<const std::byte, 2> bytes) {
+  return static_cast<std::uint16_t>(static_cast<std::uint32_t>(bytes[0]) | static_cast<std::uint32_t>(bytes[1]) << 8U);
+}
+
 [[nodiscard]] constexpr std::uint32_t loadLittleEndian32(std::span<const std::byte, 4> bytes) {
   return static_cast<std::uint32_t>(bytes[0]) | static_cast<std::uint32_t>(bytes[1]) << 8U |
          static_cast<std::uint32_t>(bytes[2]) << 16U | static_cast<std::uint32_t>(bytes[3]) << 24U;

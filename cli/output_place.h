@@ -3,13 +3,17 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 #include "cli/chosen_input.h"
 #include "platform/file_manager.h"
+#include "platform/files.h"
 #include "platform/new_files.h"
+#include "platform/relaxed.h"
 
 namespace zelvo::cli {
 
@@ -30,12 +34,14 @@ struct OutputChoice {
 /// `folder` with `name` behind it.
 [[nodiscard]] std::string pathIn(const std::string& folder, std::string_view name);
 
-/// A file under a hidden name that nobody can guess; removed when it is let go, unless it was renamed.
+/// A file under a hidden name that nobody can guess, open for writing; removed when it is let go, unless it was renamed.
 /// Thread: one at a time.
 class HiddenFile {
  public:
-  HiddenFile(platform::FileManager& fileManager, platform::NewFiles& newFiles)
-      : fileManager_(fileManager), newFiles_(newFiles) {}
+  /// `written` counts the bytes that are written to it; it outlives the file.
+  HiddenFile(platform::FileManager& fileManager, platform::NewFiles& newFiles,
+             platform::Relaxed<std::uint64_t>& written)
+      : fileManager_(fileManager), newFiles_(newFiles), written_(written) {}
   HiddenFile(const HiddenFile&) = delete;
   HiddenFile& operator=(const HiddenFile&) = delete;
   ~HiddenFile() { remove(); }
@@ -45,14 +51,21 @@ class HiddenFile {
   /// The same in the output's folder. Where it is to replace a file, nobody else may look into it meanwhile.
   [[nodiscard]] std::error_code create(const std::string& folder, const OutputChoice& output);
   [[nodiscard]] const std::string& path() const { return path_; }
-  /// Gives it its final name. A file that it replaces leaves it its permissions. Failure: it stays hidden, and std::errc::file_exists when something bears the name.
+  /// Open from its creation until `close`. // Decision 0022
+  [[nodiscard]] platform::WritableFile* file() const { return file_.get(); }
+  /// Waits until all of it lies on the medium, and closes it; answers the first failure.
+  [[nodiscard]] std::error_code flushAndClose();
+  /// Gives it its final name. A file that it replaces leaves it its permissions. Failure: it stays hidden, and
+  /// std::errc::file_exists when something bears the name.
   [[nodiscard]] std::error_code renameTo(const OutputChoice& output);
   void remove();
 
  private:
   platform::FileManager& fileManager_;
   platform::NewFiles& newFiles_;
-  std::string path_;                  ///< empty while there is none
+  platform::Relaxed<std::uint64_t>& written_;
+  std::string path_;  ///< empty while there is none
+  std::unique_ptr<platform::WritableFile> file_;
   std::optional<std::uint32_t> own_;  ///< permissions of a new file, once it has others
 };
 

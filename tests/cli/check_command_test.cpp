@@ -3,9 +3,7 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <vector>
 
-#include "cli/repeated_entries.h"
 #include "tests/cli/program.h"
 #include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
@@ -211,17 +209,6 @@ TEST(CheckCommand, ChunksFoundTwiceBeyondFourGibibytesAreCounted) {
   EXPECT_THAT(ended.err, HasSubstr(": " + std::to_string(again) +
                                    " chunks were found before, and the repaired file holds them twice."));
   EXPECT_THAT(ended.out, HasSubstr("\"chunks\":" + std::to_string(150 + (again + 1) / 2)));
-}
-
-TEST(RepeatedEntries, CountsThoseAnEarlierOneHolds) {
-  using cli::repeatedEntries;
-  const std::vector<std::uint64_t> offsets{0, 5, 7, 9, 5, 7, 5, 0};
-  EXPECT_EQ(repeatedEntries(offsets, 0), 0U);
-  EXPECT_EQ(repeatedEntries(offsets, 3), 0U);
-  EXPECT_EQ(repeatedEntries(offsets, 4), 1U);
-  EXPECT_EQ(repeatedEntries(offsets, 5), 2U);
-  EXPECT_EQ(repeatedEntries(offsets, 6), 3U);
-  EXPECT_EQ(repeatedEntries(offsets, 7), 3U) << "entry 0 is no chunk";
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ TEST(Outcome, SummaryCountsEachVerdict) {
 
 TEST(Outcome, UnknownAudioFormatIsShownByItsNumber) {
   Outcome outcome = outcomeWith(Verdict::repairable);
-  outcome.audio = StreamFound{"", 0x1234, 1, 2};
+  outcome.streams = {{engine::StreamKind::audio, "", 0x1234, 1, 2}};
 
   EXPECT_NE(inWords(outcome).find("Audio:     format 0x1234, 1 chunk, 2 bytes"), std::string::npos);
 }

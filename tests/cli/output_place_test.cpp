@@ -45,11 +45,12 @@ class Hidden : public testing::Test {
   const test::TempFolder folder_;
   platform::linux_::LinuxFileManager fileManager_;
   platform::linux_::LinuxNewFiles newFiles_;
+  platform::Relaxed<std::uint64_t> written_;
 };
 
 TEST_F(Hidden, FileIsRemovedWhenItIsLetGo) {
   {
-    HiddenFile file(fileManager_, newFiles_);
+    HiddenFile file(fileManager_, newFiles_, written_);
     ASSERT_FALSE(file.create(folder_.path()));
     EXPECT_EQ(folder_.names().size(), 1U);
     EXPECT_EQ(folder_.names()[0].substr(0, 11), ".zelvo-avi-");
@@ -58,8 +59,8 @@ TEST_F(Hidden, FileIsRemovedWhenItIsLetGo) {
 }
 
 TEST_F(Hidden, NamesDiffer) {
-  HiddenFile one(fileManager_, newFiles_);
-  HiddenFile other(fileManager_, newFiles_);
+  HiddenFile one(fileManager_, newFiles_, written_);
+  HiddenFile other(fileManager_, newFiles_, written_);
   ASSERT_FALSE(one.create(folder_.path()));
   ASSERT_FALSE(other.create(folder_.path()));
   EXPECT_NE(one.path(), other.path());
@@ -67,7 +68,7 @@ TEST_F(Hidden, NamesDiffer) {
 
 TEST_F(Hidden, RenamedFileStays) {
   {
-    HiddenFile file(fileManager_, newFiles_);
+    HiddenFile file(fileManager_, newFiles_, written_);
     ASSERT_FALSE(file.create(folder_.path()));
     EXPECT_FALSE(file.renameTo({folder_ / "out", false, false}));
   }
@@ -75,7 +76,7 @@ TEST_F(Hidden, RenamedFileStays) {
 }
 
 TEST_F(Hidden, FileThatAppearedMeanwhileIsNotReplaced) {
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path()));
   test::writeFile(folder_ / "out", "mine");
 
@@ -84,7 +85,7 @@ TEST_F(Hidden, FileThatAppearedMeanwhileIsNotReplaced) {
 }
 
 TEST_F(Hidden, ForceReplacesIt) {
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path()));
   test::writeFile(folder_ / "out", "mine");
 
@@ -93,7 +94,7 @@ TEST_F(Hidden, ForceReplacesIt) {
 }
 
 TEST_F(Hidden, MissingFolderIsAnError) {
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   EXPECT_EQ(file.create(folder_ / "nowhere"), std::errc::no_such_file_or_directory);
 }
 
@@ -102,7 +103,7 @@ TEST_F(Hidden, FileThatIsReplacedLeavesItsPermissions) {
     const OutputChoice output{folder_ / "out", true, false};
     test::writeFile(output.path, "mine");
     ASSERT_FALSE(newFiles_.setPermissions(output.path, permissions));
-    HiddenFile file(fileManager_, newFiles_);
+    HiddenFile file(fileManager_, newFiles_, written_);
     ASSERT_FALSE(file.create(folder_.path(), output));
     EXPECT_EQ(fileManager_.attributes(file.path())->permissions, 0600U) << "nobody else may look meanwhile";
 
@@ -118,7 +119,7 @@ TEST_F(Hidden, ReplacedLinkLeavesThePermissionsOfWhatItLedTo) {
   test::writeFile(folder_ / "target", "mine");
   ASSERT_FALSE(newFiles_.setPermissions(folder_ / "target", 0640));
   std::filesystem::create_symlink("target", output.path);
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path(), output));
 
   EXPECT_FALSE(file.renameTo(output));
@@ -130,7 +131,7 @@ TEST_F(Hidden, FileToBeReplacedThatIsGoneLeavesThoseOfANewOne) {
   const OutputChoice output{folder_ / "out", true, false};
   test::writeFile(output.path, "mine");
   const std::uint32_t usual = fileManager_.attributes(output.path)->permissions;
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path(), output));
   ASSERT_FALSE(fileManager_.remove(output.path));
 

@@ -1,9 +1,9 @@
-#include "cli/repeated_entries.h"
+#include "engine/repeated_entries.h"
 
 #include <algorithm>
 #include <vector>
 
-namespace zelvo::cli {
+namespace zelvo::engine {
 
 std::uint64_t repeatedEntries(std::span<const std::uint64_t> offsets, std::uint64_t count) {
   const auto entries = offsets.subspan(1, static_cast<std::size_t>(count));
@@ -12,4 +12,4 @@ std::uint64_t repeatedEntries(std::span<const std::uint64_t> offsets, std::uint6
   return static_cast<std::uint64_t>(sorted.end() - std::unique(sorted.begin(), sorted.end()));
 }
 
-}  // namespace zelvo::cli
+}  // namespace zelvo::engine
