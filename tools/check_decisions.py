@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Checks that each choice marked in the sources is written down in docs/decisions/, and that each one written down is marked.
+"""Checks that each choice marked in the sources is written down in docs/decisions/, and each one there is marked.
 
 Usage: check_decisions.py [--verbose] [ROOT]
 A mark is the end of a comment: the word "Decision", a colon, the theme, a comma, the title. The theme names a page of

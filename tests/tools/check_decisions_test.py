@@ -60,7 +60,8 @@ class CheckDecisions(unittest.TestCase):
     def test_title_with_commas_and_quotes_passes(self):
         title = 'Esc answers "No", not "Yes"'
         self.assert_whole(tree(
-            engine__scan_dot_cpp=f"// {WORD}: scan, {title}\n", docs__decisions__scan_dot_md=f"# The scan\n\n## {title}\n",
+            engine__scan_dot_cpp=f"// {WORD}: scan, {title}\n",
+            docs__decisions__scan_dot_md=f"# The scan\n\n## {title}\n",
             docs__decisions__README_dot_md=f"[The scan](scan.md)\n[{title}](scan.md#esc-answers-no-not-yes)\n"))
 
     def test_mark_of_no_page_is_found(self):
@@ -76,7 +77,8 @@ class CheckDecisions(unittest.TestCase):
                            'engine/scan.h:1: docs/decisions/scan.md has no title "Short reads end it, as ever"')
 
     def test_mark_of_another_form_is_found(self):
-        for form in (f"// {WORD} 0012", f"// {WORD}: 0012", f"/// {WORD}: scan", f"// {WORD}: Scan, Short reads end it"):
+        for form in (f"// {WORD} 0012", f"// {WORD}: 0012", f"/// {WORD}: scan",
+                     f"// {WORD}: Scan, Short reads end it"):
             self.assert_broken(
                 tree(engine__scan_dot_h=form + "\n"),
                 "engine/scan.h:1: a mark names a theme and a title, and nothing follows it on its line")
@@ -85,7 +87,8 @@ class CheckDecisions(unittest.TestCase):
         self.assert_whole(tree(engine__scan_dot_h=f"// The {WORD} is final.\nenum class {WORD} {{ yes }};\n"))
 
     def test_title_without_a_mark_is_found(self):
-        self.assert_broken(tree(engine__scan_dot_cpp=""), 'docs/decisions/scan.md:5: no mark names "Short reads end it"')
+        self.assert_broken(tree(engine__scan_dot_cpp=""),
+                           'docs/decisions/scan.md:5: no mark names "Short reads end it"')
 
     def test_title_that_says_that_it_has_no_mark_passes_and_is_listed(self):
         files = tree(engine__scan_dot_cpp="",
@@ -95,7 +98,8 @@ class CheckDecisions(unittest.TestCase):
 
     def test_title_that_says_so_and_has_a_mark_is_found(self):
         self.assert_broken(tree(docs__decisions__scan_dot_md=PAGE.replace("end it\n", "end it\n\n<!-- no mark -->\n")),
-                           'docs/decisions/scan.md:5: "Short reads end it" has a mark, and its page says that it has none')
+                           'docs/decisions/scan.md:5: "Short reads end it" has a mark, and its page says that it '
+                           'has none')
 
     def test_title_that_is_there_twice_is_found(self):
         self.assert_broken(tree(docs__decisions__scan_dot_md=PAGE + "\n## Short reads end it\n"),
@@ -127,7 +131,8 @@ class CheckDecisions(unittest.TestCase):
         self.assert_whole(tree(build__a_dot_cpp=f"// {WORD} 0012\n", _dot_cache__b_dot_cpp=f"// {WORD} 0012\n"))
 
     def test_every_break_is_listed(self):
-        code, lines = self.check(tree(engine__a_dot_cpp=f"// {WORD} 0012\n// {WORD}: scan, None\n", engine__scan_dot_cpp=""))
+        code, lines = self.check(tree(engine__a_dot_cpp=f"// {WORD} 0012\n// {WORD}: scan, None\n",
+                                      engine__scan_dot_cpp=""))
         self.assertEqual(code, 1)
         self.assertEqual(len(lines), 3)
 
