@@ -163,7 +163,7 @@ void EngineJob::reportFindings(Outcome& outcome, std::uint64_t bytes) {
       StreamFound{job.videocodecstring.get().value_or(""), std::nullopt, job.videosamplecount, layout.videodatasize};
   const auto tag = formatTagOf(job.audiostrfdata, files_.openForReading(outcome.inputPath).file.get());
   outcome.audio = StreamFound{audioCodec(job.audiocodec), tag, job.audiosamplecount, layout.audiodatasize};
-  outcome.outputSize = bytes;
+  outcome.outputSize = bytes;  // Decision: command-line, Check tells what a repair would write
 
   const std::string input = shownText(outcome.inputPath);
   const platform::FilmReport kept = job.filmReport.get();

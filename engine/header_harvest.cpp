@@ -27,7 +27,8 @@ bool anyByteSet(std::span<const std::byte> bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [](std::byte byte) { return byte != std::byte{0}; });
 }
 
-/// The number in up to four bytes; those that the file no longer had count as zero. // Decision 0001
+/// The number in up to four bytes; those that the file no longer had count as zero.
+/// Decision: scan, Missing size bytes count as zero
 std::uint64_t numberIn(const platform::Bytes& bytes) {
   std::array<std::byte, 4> padded{};
   std::copy(bytes.begin(), bytes.end(), padded.begin());
@@ -63,7 +64,8 @@ bool RepairFile::harvestHeaders() {
     std::array<std::byte, kBlockSize + kLookAhead> buffer{};
     currentoffset = (block - 1) * std::uint64_t{kBlockSize};
     // Deliberate: the last block of the harvest, not that of the file, is read only as far as the file's last block
-    // would be. The values behind a code found in it are read without that limit. // Decision 0004
+    // would be. The values behind a code found in it are read without that limit.
+    // Decision: scan, The last block is cut, values are not
     const std::size_t wanted = block == kBlocksHarvested ? mod : buffer.size();
     inputfilehandle->read(currentoffset, std::span(buffer).first(wanted));
     outlets.textfield.setStringValue("Analyzing the file..");

@@ -57,7 +57,7 @@ void RepairFile::constructRIFFList() {
     if (shortage) failure = WriteFailure{0, shortage};
   }
   outputfile.reset();
-  if (failure) failRun(*failure);  // Decision 0013
+  if (failure) failRun(*failure);  // Decision: writer, A write error cancels its own run
   if (run.cancel->abandoned()) {
     runEnd = RunEnd::abandoned;
     return;
@@ -91,7 +91,7 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
   const Run& run = *run_;
   const std::uint64_t expected = bytesToWrite();
   // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same; one
-  // that has no room for it would only fail later. // Decision 0019
+  // that has no room for it would only fail later. // Decision: writer, No room ahead is a write error
   const std::error_code reserving = outputfile->reserve(expected);
   if (platform::isNoRoom(reserving)) {
     static_cast<void>(outputfile->truncate(0));  // part of the room may be taken
@@ -134,7 +134,8 @@ std::optional<WriteFailure> RepairFile::writeRebuiltFile() {
     // Room that was not needed, or bytes that moved up after they were written.
     if (const std::error_code error = outputfile->truncate(end.position)) end.failure = {end.position, error};
   }
-  // Closed here, so that whoever is handed its path finds it complete. // Decision 0010
+  // Closed here, so that whoever is handed its path finds it complete.
+  // Decision: writer, The output is closed before hand-over
   const std::error_code closing = outputfile->close();
   if (closing && !end.failure) end.failure = {end.position, closing};
   return end.failure;

@@ -18,7 +18,8 @@ using platform::logLine;
 
 namespace {
 
-/// Fresh pages stay untouched; only entry 0, where the sums start, is set. // Decision 0016
+/// Fresh pages stay untouched; only entry 0, where the sums start, is set.
+/// Decision: scan, Untouched table memory costs nothing
 std::unique_ptr<SampleTables> untouchedTables() {
   auto tables = std::make_unique_for_overwrite<SampleTables>();
   tables->videosamplesizearray[0] = 0;
@@ -76,7 +77,7 @@ void RepairFile::beginRun(std::shared_ptr<Run> run) {
 }
 
 void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
-  const std::lock_guard turn(turn_);  // Decision 0012
+  const std::lock_guard turn(turn_);  // Decision: runs, A run waits for the one before
   if (run->cancel->cancelled()) return;
   beginRun(std::move(run));
   if (const std::error_code shortage = platform::ranOut([this] { runStages(); })) failRun({0, shortage});

@@ -13,6 +13,7 @@ were, byte for byte, is no change and is not counted. Tests that fail without an
 survivors are printed with file, line and change.
 Exit code: 0 whatever survives, 2 for wrong use, 3 when the tree does not build as it stands.
 """
+# Decision: tests, Mutations can be run again
 import argparse
 import concurrent.futures
 import hashlib
