@@ -182,9 +182,16 @@ TEST_F(CandidateReading, QueueOfAShortInputStartsNoHelper) {
     [[nodiscard]] unsigned processors() const override { return 2; }
     bool asked = false;
   } none;
-  engine::StretchQueue queue(*input, last, mod, none);
-  EXPECT_FALSE(queue.next().candidates.empty());
+  {
+    engine::StretchQueue queue(*input, last, mod, none);
+    EXPECT_FALSE(queue.next().candidates.empty());
+  }
+  open(denseBytes(3 * 262144, 9));  // three stretches
+  { const engine::StretchQueue queue(*input, last, mod, none); }
   EXPECT_FALSE(none.asked);
+  open(denseBytes(3 * 262144 + 1, 9));
+  EXPECT_THROW(engine::StretchQueue(*input, last, mod, none), std::system_error);
+  EXPECT_TRUE(none.asked);
 }
 
 // ---- The claimed end ----
