@@ -126,6 +126,30 @@ TEST(OutlineGolden, WhatCannotBeReadIsTold) {
   }
 }
 
+TEST(OutlineGolden, JsonHolds100ProblemsAndCountsThemAll) {
+  std::string out;
+  OutlineJson sink([&out](std::string_view piece) { out += piece; }, "", 0);
+  for (std::uint64_t i = 0; i < 101; ++i) sink.problem(i, 0, "odd");
+  sink.endFile({});
+  sink.finish(true, 0, false);
+  EXPECT_NE(out.find("\"offset\":99,"), std::string::npos);
+  EXPECT_EQ(out.find("\"offset\":100,"), std::string::npos);
+  EXPECT_NE(out.find("\"problem_count\":101"), std::string::npos);
+}
+
+TEST(OutlineGolden, TextShows1000ProblemsUnlessAllAreWanted) {
+  const auto endOf = [](std::uint64_t problems, bool all) {
+    std::string out;
+    OutlineText sink([&out](std::string_view piece) { out += piece; }, all);
+    for (std::uint64_t i = 0; i < problems; ++i) sink.problem(i, 0, "odd");
+    sink.finish(0, false);
+    return out.substr(out.rfind('!'));
+  };
+  EXPECT_EQ(endOf(1000, false), "! at 999: odd\n1,000 problems found.\n");
+  EXPECT_EQ(endOf(1001, false), "! at 999: odd\n1,001 problems found; the first 1,000 are shown.\n");
+  EXPECT_EQ(endOf(1001, true), "! at 1,000: odd\n1,001 problems found.\n");
+}
+
 TEST(OutlineGolden, StopIsTold) {
   for (const Form form : {Form::text, Form::json}) {
     test::MemoryReadable file(film());
