@@ -52,6 +52,34 @@ TEST(AviFields, EachFlagHasItsName) {
   EXPECT_EQ(noteOf(engine::kStrh, "vidsMJPG", 0xfffefffe), "");
 }
 
+TEST(AviFields, FieldIsToldOnceAllOfItIsThere) {
+  struct Header {
+    engine::FourCC id;
+    engine::FourCC stream;
+    char indexType;
+    std::vector<std::size_t> ends;  ///< of its fields
+  };
+  const std::vector<std::size_t> super{2, 3, 4, 8, 12};
+  const std::vector<Header> headers{
+      {engine::kAvih, {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36, 40}},
+      {engine::kStrh, {}, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40, 44, 48, 50, 52, 54, 56}},
+      {engine::kStrf, engine::kVids, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40}},
+      {engine::kStrf, engine::kAuds, 0, {2, 4, 8, 12, 14, 16, 18}},
+      {engine::kIndx, {}, 0, super},
+      {engine::kIx00, {}, 1, {2, 3, 4, 8, 12, 20}},
+      {engine::FourCC("dmlh"), {}, 0, {4}},
+      {engine::FourCC("vprp"), {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36}}};
+  for (const Header& header : headers) {
+    std::string payload(80, '\0');
+    payload[3] = header.indexType;
+    EXPECT_EQ(decode(header.id, header.stream, payload).size(), header.ends.size());
+    for (std::size_t i = 0; i < header.ends.size(); ++i) {
+      EXPECT_EQ(decode(header.id, header.stream, payload.substr(0, header.ends[i])).size(), i + 1);
+      EXPECT_EQ(decode(header.id, header.stream, payload.substr(0, header.ends[i] - 1)).size(), i);
+    }
+  }
+}
+
 TEST(AviFields, RateNeedsAScale) {
   const std::string before = "vidsMJPG" + std::string(12, '\0');
   EXPECT_EQ(named(decode(engine::kStrh, {}, before + le32(0) + le32(25)), "dwRate").note, "");

@@ -8,6 +8,7 @@
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_new_files.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/memory_files.h"
 
 namespace zelvo::cli {
 namespace {
@@ -59,6 +60,17 @@ TEST(OutputRefusal, SameNumberOnAnotherDeviceIsAnotherFile) {
 TEST(OutputRefusal, EmptyNameIsRefused) {
   platform::linux_::LinuxFileManager fileManager;
   EXPECT_EQ(refusal({"", true, false}, {}, fileManager), "the output's name is empty.");
+}
+
+TEST(SpaceMissing, SpaceThatJustSufficesIsEnough) {
+  tests::MemoryFiles files;
+  files.space = 999;
+  EXPECT_EQ(spaceMissing("out", 999, files), std::nullopt);
+  EXPECT_EQ(spaceMissing("out", 1000, files),
+            "there is not enough free space in out: 1.0 kB are needed, 999 bytes are free. Free some, or name another "
+            "place.");
+  files.space.reset();
+  EXPECT_EQ(spaceMissing("out", 1000, files), std::nullopt) << "nobody knows";
 }
 
 TEST(SpaceMissing, WhatIsKeptForRootIsNobodys) {

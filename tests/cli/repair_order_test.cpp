@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -17,6 +18,7 @@
 #include "platform/linux/linux_new_files.h"
 #include "platform/linux/linux_property_lists.h"
 #include "platform/linux/linux_workers.h"
+#include "tests/cli/memory_readable.h"
 #include "tests/cli/small_avi.h"
 #include "tests/cli/temp_folder.h"
 
@@ -54,8 +56,15 @@ class NotedFiles final : public platform::Files {
  public:
   explicit NotedFiles(Steps& steps) : steps_(steps) {}
   platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override {
+    if (!unreadable.empty() && path.find(unreadable) != std::string::npos) {
+      auto file = std::make_unique<test::MemoryReadable>(std::string(100000, 'x'));
+      file->makeUnreadable(99000, 100000);
+      return {std::move(file), {}};
+    }
     return files_.openForReading(path);
   }
+
+  std::string unreadable;  ///< what is in the paths whose last 1000 of 100000 bytes cannot be read
   platform::Opened<platform::WritableFile> openForWriting(const std::string& path) override {
     auto opened = files_.openForWriting(path);
     if (opened.file) opened.file = std::make_unique<NotedFile>(std::move(opened.file), steps_);
@@ -99,6 +108,7 @@ class RepairOrder : public testing::Test {
 
   Exit repair(const std::vector<std::string>& inputs, const std::string& into = {}) {
     NotedFiles files(steps_);
+    files.unreadable = unreadable_;
     platform::linux_::LinuxFileManager fileManager;
     platform::linux_::LinuxMainQueue queue;
     platform::linux_::LinuxWorkers workers;
@@ -142,6 +152,7 @@ class RepairOrder : public testing::Test {
   NotedNames names_{steps_};
   std::function<void()> whenRunHasEnded_;
   platform::Relaxed<bool> stop_;
+  std::string unreadable_;
   std::string out_;
   std::string err_;
   const test::TempFolder folder_;
@@ -161,6 +172,15 @@ TEST_F(RepairOrder, PaddedCopyIsFlushedBeforeItsNameIsGivenAndBothFoldersAfterwa
 
   EXPECT_THAT(steps_, ElementsAre("close", "close", "flush the content", "name " + (folder_ / "Repaired/repaired.avi"),
                                   "flush " + (folder_ / "Repaired"), "flush " + folder_.path()));
+}
+
+TEST_F(RepairOrder, RebuiltFileThatCannotBeReadBackIsAFailureThatLeavesNothing) {
+  unreadable_ = "/.zelvo-avi-";
+
+  EXPECT_EQ(repair({one_}, folder_ / "Repaired"), Exit::ioFailed);
+
+  EXPECT_THAT(err_, HasSubstr("the rebuilt file could not be read back: 1,000 bytes missing, Input/output error."));
+  EXPECT_TRUE(std::filesystem::is_empty(folder_ / "Repaired"));
 }
 
 TEST_F(RepairOrder, StopBetweenTwoInputsLeavesTheSecondNotBegun) {

@@ -226,6 +226,13 @@ TEST_F(RebuiltFile, IsClosedBeforeItIsHandedOver) {
   EXPECT_TRUE(closed);
 }
 
+TEST_F(RebuiltFile, EndIsKnownBeforeItIsHandedOver) {
+  engine::RunEnd known = engine::RunEnd::none;
+  bench.relay.onMovie = [&](const std::string&) { known = bench.job->runEnd; };
+  write();
+  EXPECT_EQ(known, engine::RunEnd::rebuilt);
+}
+
 TEST_F(RebuiltFile, FileManagerIsKeptOnTheJob) {
   write();
   EXPECT_EQ(bench.job->outputfilemanager, &bench.files);
