@@ -14,6 +14,10 @@ void HeadlessMainQueue::perform(std::function<void()> work) {
 }
 
 void HeadlessMainQueue::performAndWait(std::function<void()> work) {
+  {
+    const std::lock_guard lock(mutex_);
+    ++awaitedCount_;
+  }
   if (isMainThread()) {
     work();
     return;
@@ -53,6 +57,11 @@ void HeadlessMainQueue::pump() {
 std::size_t HeadlessMainQueue::waiting() const {
   const std::lock_guard lock(mutex_);
   return work_.size();
+}
+
+std::size_t HeadlessMainQueue::awaited() const {
+  const std::lock_guard lock(mutex_);
+  return awaitedCount_;
 }
 
 }  // namespace zelvo::platform::headless

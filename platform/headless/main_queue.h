@@ -28,6 +28,8 @@ class HeadlessMainQueue final : public MainQueue {
   void pump();
   /// How many pieces of work wait.
   [[nodiscard]] std::size_t waiting() const;
+  /// How many pieces of work somebody waited for, on the main thread too.
+  [[nodiscard]] std::size_t awaited() const;
 
  private:
   void take(CoalescedOperation& operation) override;
@@ -37,6 +39,7 @@ class HeadlessMainQueue final : public MainQueue {
   mutable std::mutex mutex_;
   std::deque<std::function<void()>> work_;
   bool holdsRequests_ = true;
+  std::size_t awaitedCount_ = 0;
 };
 
 }  // namespace zelvo::platform::headless

@@ -77,23 +77,32 @@ TEST_F(Progress, NexttabSleepsASecondAndShowsTheProgress) {
 
   EXPECT_EQ(app.events.lines(),
             (Lines{"sleep(1000 ms)", "progressbar.setDoubleValue(30)", "repairbutton.setState(off)"}));
+  EXPECT_EQ(queue.awaited(), 1U);
 }
 
-TEST_F(Progress, CopyfileAndTabsetDoNothing) {
+TEST_F(Progress, CopyfileWaitsForTheMainThreadAndNothingElseHappens) {
+  app.start();
+  app.choose(smallAvi());
+  app.watchVariables();
+  const std::size_t before = queue.awaited();
+
   app.controller->copyfile();
+  EXPECT_EQ(queue.awaited(), before + 1);
   app.controller->tabset();
 
-  EXPECT_TRUE(app.events.lines().empty());
+  EXPECT_EQ(queue.awaited(), before + 1);
+  EXPECT_EQ(app.takeAllEvents(), Lines{});
 }
 
 TEST_F(Progress, MethodForFileNotSupportedResetsInOrder) {
   app.start();
   app.choose(platform::Bytes(10));
+  app.watchVariables();
 
   app.controller->methodForFileNotSupported();
 
-  EXPECT_EQ(app.events.lines(),
-            (Lines{"progressbar.setDoubleValue(0)", "tabview.selectFirstTabViewItem()", "pathfield.setStringValue()"}));
+  EXPECT_EQ(app.takeAllEvents(), (Lines{"progressbar.setDoubleValue(0)", "tabview.selectFirstTabViewItem()",
+                                        "stopflag = 1", "path = ", "pathfield.setStringValue()", "path = nothing"}));
   EXPECT_TRUE(engine::stopflag);
   EXPECT_EQ(engine::path.get(), std::nullopt);
 }

@@ -65,6 +65,16 @@ TEST_F(Waiting, APreviewThatIsNotWaitedForGetsItsStateBack) {
   EXPECT_EQ(app.screen.previewbutton.state(), State::on);
 }
 
+TEST_F(Waiting, APreviewThatWasOnIsOnAgain) {
+  repairWith([this] {
+    app.screen.previewbutton.setState(State::on);
+    app.events.clear();
+    app.press(app.screen.previewbutton);
+    EXPECT_EQ(app.takeEvents(),
+              (Lines{"wait(Finishing the repaired file)", "wait cancelled", "previewbutton.setState(on)"}));
+  });
+}
+
 TEST_F(Waiting, ASecondRequestWhileTheNoticeIsUpIsDropped) {
   repairWith([this] {
     app.waits.onWait = [this](const platform::WaitPanel&) {

@@ -80,6 +80,19 @@ TEST_F(SaveOfLess, AReadThatFailsIsToldAndTheRestIsCopied) {
   expectNotWhole("28304 bytes of the repaired file could not be read: Input/output error. ");
 }
 
+TEST_F(SaveOfLess, TheRebuiltFileIsNotWrittenOverWithItself) {
+  arrive(65536);
+  const Bytes rebuilt = app.files.content(kScratch1);
+  app.fileManager.links[kSaved] = kScratch1;
+  app.events.clear();
+
+  saveAs(kFolder);
+
+  EXPECT_EQ(app.takeEvents({"createFile"}), Lines{});
+  EXPECT_EQ(app.files.content(kScratch1), rebuilt);
+  expectNotWhole("That would overwrite the damaged file itself. ");
+}
+
 TEST_F(SaveOfLess, TheNextWholeCopyIsSaidToBeDoneAgain) {
   arrive(65536);
   app.recordingFiles.flushError = std::make_error_code(std::errc::io_error);

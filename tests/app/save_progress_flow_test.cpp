@@ -143,6 +143,18 @@ TEST_F(OtherSave, TheOtherSaveWritesTheWholeFileUnderTheOtherName) {
   EXPECT_EQ(app.files.content("/home/user/Repaired/repaired.mov"), app.files.content(kScratch1));
 }
 
+TEST_F(OtherSave, TheOtherSaveDoesNotWriteTheDamagedFile) {
+  arrive(100000);
+  app::savepath = kFolder;
+  app.fileManager.links["/home/user/Repaired/repaired.mov"] = kInput;
+  app.files.put(kInput, platform::Bytes(5));
+
+  app.controller->savemethod2();
+
+  EXPECT_EQ(app.takeEvents(), Lines{"createFolder(/home/user/Repaired)"});
+  EXPECT_EQ(app.files.content(kInput), platform::Bytes(5));
+}
+
 TEST_F(OtherSave, TheOtherEntryAsksAndShowsAChooserOfFolders) {
   arrive();
   app.alerts.script({platform::kAlertDefault});
