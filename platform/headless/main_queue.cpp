@@ -1,10 +1,15 @@
 #include "platform/headless/main_queue.h"
 
+#include <new>
 #include <utility>
 
 namespace zelvo::platform::headless {
 
 void HeadlessMainQueue::perform(std::function<void()> work) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(refusesNext_, false)) throw std::bad_alloc();
+  }
   if (isMainThread()) {
     work();
     return;
@@ -23,6 +28,11 @@ void HeadlessMainQueue::performAndWait(std::function<void()> work) {
     return;
   }
   awaited_.performAndWait([this](std::function<void()> posted) { perform(std::move(posted)); }, work);
+}
+
+void HeadlessMainQueue::refuseNext() {
+  const std::lock_guard lock(mutex_);
+  refusesNext_ = true;
 }
 
 void HeadlessMainQueue::holdRequests(bool held) {

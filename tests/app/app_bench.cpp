@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <thread>
 
 #include "tests/support/avi_builder.h"
 
@@ -169,6 +170,10 @@ void FlowTest::runWorkers() {
   while (workers.runNext()) {
   }
   queue.pump();
+}
+
+void FlowTest::runNextOnAThread() {
+  std::thread([this] { EXPECT_TRUE(workers.runNext()); }).join();
 }
 
 void FlowTest::repairWhole() {

@@ -148,6 +148,8 @@ class FlowTest : public testing::Test {
  protected:
   /// Lets every worker that waits run, with what it asks of the main thread.
   void runWorkers();
+  /// The worker that waits longest runs to its end on a thread of its own, while the main thread serves nothing.
+  void runNextOnAThread();
   /// Presses Repair and lets the run come to its end.
   void repairWhole();
   /// The same, up to the OK of the completion sheet: page 3.

@@ -37,6 +37,56 @@ class OldRun : public FlowTest {
   }
 };
 
+TEST_F(OldRun, HasEndedBeforeTheNextOneReads) {
+  app.start();
+  workers.runNext();
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+  const auto before = app.controller->mythread;
+  app.press(app.screen.stoprepairokbutton);
+  platform::Relaxed<int> early;
+  platform::Relaxed<int> reads;
+  app.choose(smallAvi(), "/films/second.avi").onRead = [&](std::uint64_t, std::size_t) {
+    reads.add(1);
+    if (!before->finished()) early.add(1);
+  };
+  app.press(app.screen.repairbutton);
+
+  app.controller->mythread->join();
+
+  EXPECT_GT(reads, 0);
+  EXPECT_EQ(early, 0);
+}
+
+TEST_F(OldRun, WhatItWroteIsRemovedThoughItWasStoppedAfterItsEnd) {
+  app.start();
+  workers.runNext();
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+  runNextOnAThread();
+  ASSERT_TRUE(app.files.has(kScratch1));
+
+  app.press(app.screen.stoprepairokbutton);
+  queue.pump();
+
+  EXPECT_FALSE(app.files.has(kScratch1));
+}
+
+TEST_F(OldRun, AnEndThatIsToldLateLeavesTheFileThatTheNextOneWroteAtThatPath) {
+  app.start();
+  workers.runNext();
+  app.choose(smallAvi());
+  for (int i = 0; i < 2; ++i) {
+    app.press(app.screen.repairbutton);
+    runNextOnAThread();
+  }
+
+  queue.pump();
+
+  EXPECT_TRUE(app.files.has(kScratch1));
+  EXPECT_TRUE(app.isShown(app.screen.repaircompletedwindow));
+}
+
 using WaitingRun = OldRun;
 
 TEST_F(OldRun, NeitherItsFileNorItsSheetReachesTheNewOne) {

@@ -40,19 +40,22 @@ TEST_F(Save, TheCopyIsMadeInTheGivenOrder) {
   arrive();
   app.press(app.screen.savebutton);
   app.events.clear();
+  app::oSize = 4711;
+  app.watchVariables();
 
   app.panels.lastSavePanel()->choose(kFolder);
 
-  EXPECT_EQ(
-      app.takeEvents(),
-      (Lines{"savePanel.endSheet()", "savePanel.orderOut()", "createFolder(/home/user/Repaired)", "log: SIZE=5000000",
-             "log: Save path=/home/user/Repaired", "log: SIZE=5000000", "log: Save path=/home/user/Repaired",
-             "beginSheet(saveprogresspanel, mainWindow)", "log: Repaired file size=100000",
-             "createFile(/home/user/Repaired/repaired.avi)", "flush(/home/user/Repaired/repaired.avi)",
-             "savecompletedtext.setStringValue(The repaired file was saved as "
-             "/home/user/Repaired/repaired.avi.)",
-             "durationfield.setIntegerValue(0)", "main3.setEnabled(yes)", "help3.setEnabled(yes)",
-             "previewbutton.setEnabled(yes)"}));
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"savePanel.endSheet()", "savePanel.orderOut()", "savepath = /home/user/Repaired",
+                   "createFolder(/home/user/Repaired)", "log: SIZE=5000000", "log: Save path=/home/user/Repaired",
+                   "oSize = 0", "log: SIZE=5000000", "log: Save path=/home/user/Repaired",
+                   "beginSheet(saveprogresspanel, mainWindow)", "savingNameFromUser = /home/user/Repaired/repaired.avi",
+                   "log: Repaired file size=100000", "createFile(/home/user/Repaired/repaired.avi)",
+                   "flush(/home/user/Repaired/repaired.avi)",
+                   "savecompletedtext.setStringValue(The repaired file was saved as "
+                   "/home/user/Repaired/repaired.avi.)",
+                   "durationfield.setIntegerValue(0)", "main3.setEnabled(yes)", "help3.setEnabled(yes)",
+                   "previewbutton.setEnabled(yes)"}));
   EXPECT_EQ(app::savepath, kFolder);
   EXPECT_EQ(app.controller->savingNameFromUser, kSaved);
   EXPECT_EQ(app.controller->outputFileManager, &app.fileManager);

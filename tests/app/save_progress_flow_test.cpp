@@ -102,6 +102,16 @@ TEST_F(SaveProgress, AStoppedSaveDoesNotWakeWhenTheNextBegins) {
             (Lines{"log: Breaking", "beginSheet(savecompletedwindow, mainWindow)"}));
 }
 
+TEST_F(SaveProgress, AQuitEndsItWithoutCompletion) {
+  arrive();
+  saveAs(kFolder);
+  app.events.clear();
+
+  app.controller->applicationWillTerminate();
+
+  EXPECT_EQ(app.takeEvents({"log: ", "beginSheet"}), Lines{"log: Breaking"});
+}
+
 TEST_F(SaveProgress, ContinuedItGoesOn) {
   arrive();
   saveAs(kFolder);
