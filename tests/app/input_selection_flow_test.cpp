@@ -70,6 +70,15 @@ TEST_F(InputSelection, PanelsThatCanNeverBeMadeEndTheAttempts) {
   EXPECT_EQ(app.panels.shownOpenPanels().size(), 1U);
 }
 
+TEST_F(InputSelection, AChooserThatCannotBeMadeIsNotShown) {
+  app.start();
+  app.panels.scriptOpenPanels({true, true, false});
+
+  app.press(app.screen.browsebutton);
+
+  EXPECT_EQ(app.takeEvents(), (Lines{"openPanel()", "openPanel()", "openPanel() failed"}));
+}
+
 TEST_F(InputSelection, FilmThatDoesNotAnswerHasSizeZeroAndIsNotLookedAt) {
   app.start();
   app.files.put(kInput, platform::Bytes(1234));
@@ -220,6 +229,11 @@ TEST_F(InputSelection, NothingCanBeDroppedWhileARunIsAtWork) {
   EXPECT_FALSE(app.controller->chooseFile("/films/other.avi"));
 
   EXPECT_EQ(engine::path.get(), kInput);
+}
+
+TEST_F(InputSelection, AFileCanBeDroppedOnceTheRunHasEnded) {
+  reachResultPage();
+  EXPECT_TRUE(app.controller->chooseFile("/films/other.avi"));
 }
 
 const Lines kNoFilm = {

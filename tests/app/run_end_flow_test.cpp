@@ -279,10 +279,12 @@ TEST_F(WriteError, AfterTheCompletionSheetItEndsThatSheetToo) {
     if (what != "openForWriting(/Applications/testfile1.avi)") return;
     workers.runNext();  // the animation
     EXPECT_TRUE(app.isShown(app.screen.repaircompletedwindow));
+    EXPECT_EQ(app.controller->progressbarValue, 100.0);
   };
 
   repairWhole();
 
+  EXPECT_EQ(app.controller->progressbarValue, 0.0);
   EXPECT_FALSE(app.isShown(app.screen.repaircompletedwindow));
   EXPECT_EQ(app.screen.tabview.page(), 1);
 }

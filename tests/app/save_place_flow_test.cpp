@@ -58,6 +58,17 @@ TEST_F(SavePlace, ThePlaceIsAskedBeforeItsNameIsJudged) {
   EXPECT_EQ(app.controller->judgeSaveName("/mnt/gone/Repaired").kind, platform::NameVerdict::Kind::taken);
 }
 
+TEST_F(SavePlace, IsAskedTogetherWithTheFileInItAndTheInput) {
+  arrive();
+  app.pathProbe.asked.clear();
+
+  static_cast<void>(app.controller->judgeSaveName(kFolder));
+  engine::path.set(std::nullopt);
+  static_cast<void>(app.controller->judgeSaveName(kFolder));
+
+  EXPECT_EQ(app.pathProbe.asked, (std::vector<Lines>{{kFolder, kSaved, kInput}, {kFolder, kSaved, "/"}}));
+}
+
 TEST_F(SavePlace, AFolderOfTheChosenNameHoldsTheFile) {
   arrive();
 
@@ -112,8 +123,11 @@ TEST_F(SavePlace, TheNameOfTheDamagedFileIsRefused) {
   app.controller->chooseFile("/films/repaired.avi");
   app.press(app.screen.savebutton);
 
+  app.events.clear();
   EXPECT_FALSE(app.panels.lastSavePanel()->choose("/films"));
 
+  EXPECT_EQ(app.takeEvents(), Lines{"savePanel.refused: That would overwrite the damaged file itself. Please choose "
+                                    "another name or folder."});
   EXPECT_EQ(app.files.content("/films/repaired.avi"), Bytes(600));
 }
 
@@ -136,7 +150,9 @@ TEST_F(SavePlace, AnEarlierSaveIsAskedAbout) {
   app.files.put(kSaved, Bytes(5));
   app.press(app.screen.savebutton);
 
+  app.events.clear();
   EXPECT_FALSE(app.panels.lastSavePanel()->choose(kFolder, false));
+  EXPECT_EQ(app.takeEvents(), Lines{"savePanel.asked: That folder already holds a file repaired.avi. Replace it?"});
   EXPECT_EQ(app.files.content(kSaved), Bytes(5));
   EXPECT_TRUE(app.panels.lastSavePanel()->choose(kFolder, true));
 }
@@ -145,8 +161,12 @@ TEST_F(SavePlace, TheNameOfAnExistingFileIsRefused) {
   arrive();
   app.files.put(kFolder, Bytes(5));
   app.press(app.screen.savebutton);
+  app.events.clear();
 
   EXPECT_FALSE(app.panels.lastSavePanel()->choose(kFolder));
+
+  EXPECT_EQ(app.takeEvents(),
+            Lines{"savePanel.refused: A file of that name is there already. Please choose another name."});
 }
 
 }  // namespace

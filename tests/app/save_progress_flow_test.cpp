@@ -112,6 +112,53 @@ TEST_F(SaveProgress, AQuitEndsItWithoutCompletion) {
   EXPECT_EQ(app.takeEvents({"log: ", "beginSheet"}), Lines{"log: Breaking"});
 }
 
+TEST_F(SaveProgress, ASaveThatIsStoppedBeforeItsSheetOpensIsNotCompleted) {
+  arrive();
+  saveAs(kFolder);
+  runNextOnAThread();
+  app.events.clear();
+
+  app.press(app.screen.stopsavingOKbutton);
+  queue.pump();
+
+  EXPECT_EQ(app.takeEvents({"beginSheet"}), Lines{"beginSheet(savecompletedwindow) dropped"});
+}
+
+TEST_F(SaveProgress, TheMainThreadMovesTheBarForTheWorker) {
+  arrive();
+  saveAs(kFolder);
+  runNextOnAThread();
+  EXPECT_EQ(app.screen.saveprogressbar.doubleValue(), 0.0);
+
+  queue.pump();
+
+  EXPECT_EQ(app.screen.saveprogressbar.doubleValue(), 100.0);
+}
+
+TEST_F(SaveProgress, ANewSaveEndsTheOneBefore) {
+  arrive();
+  saveAs(kFolder);
+  app.screen.savebutton.setEnabled(true);  // as a preview leaves it
+  ASSERT_TRUE(saveAs("/home/user/Again"));
+  app.events.clear();
+
+  runWorkers();
+
+  EXPECT_EQ(app.takeEvents({"log: Breaking", "beginSheet"}),
+            (Lines{"log: Breaking", "beginSheet(savecompletedwindow, mainWindow)"}));
+}
+
+TEST_F(SaveProgress, ANewSaveIsNotStopped) {
+  arrive();
+  app.controller->stopvalue = 1;
+  saveAs(kFolder);
+
+  runWorkers();
+
+  EXPECT_EQ(app.controller->stopvalue, 0);
+  EXPECT_TRUE(app.isShown(app.screen.savecompletedwindow));
+}
+
 TEST_F(SaveProgress, ContinuedItGoesOn) {
   arrive();
   saveAs(kFolder);
@@ -163,6 +210,39 @@ TEST_F(OtherSave, TheOtherSaveDoesNotWriteTheDamagedFile) {
 
   EXPECT_EQ(app.takeEvents(), Lines{"createFolder(/home/user/Repaired)"});
   EXPECT_EQ(app.files.content(kInput), platform::Bytes(5));
+}
+
+TEST_F(OtherSave, TheOtherSaveOfNothingMakesAnEmptyFile) {
+  arrive();
+  app::savepath = kFolder;
+  app.controller->setUnipath("/gone.avi");
+
+  app.controller->savemethod2();
+
+  ASSERT_TRUE(app.files.has("/home/user/Repaired/repaired.mov"));
+  EXPECT_TRUE(app.files.content("/home/user/Repaired/repaired.mov").empty());
+}
+
+TEST_F(OtherSave, TheOtherSaveWritesNothingWhereNoFileCanBeMade) {
+  arrive();
+  app::savepath = kFolder;
+  app.files.refuse("/home/user/Repaired/repaired.mov", std::make_error_code(std::errc::permission_denied));
+  bool opened = false;
+  app.files.onTouch = [&](const std::string& what) { opened = opened || what.starts_with("openForWriting"); };
+
+  app.controller->savemethod2();
+
+  EXPECT_FALSE(opened);
+}
+
+TEST_F(OtherSave, TheOtherEntryEndsWhereNoChooserCanBeMade) {
+  arrive();
+  app.alerts.script({platform::kAlertDefault});
+  app.panels.makeOpenPanels(false);
+
+  app.controller->saveData(nullptr);
+
+  EXPECT_EQ(app.takeEvents({"openPanel"}), Lines{"openPanel() failed"});
 }
 
 TEST_F(OtherSave, TheOtherEntryAsksAndShowsAChooserOfFolders) {
