@@ -29,6 +29,7 @@ struct ChunkCopy {
   ChunkRun audio;  ///< goes behind the video
   /// True when `out` has its full length already. Then both are copied in one pass over the input; where it has not,
   /// writing far behind its end might have the file system fill what lies between.
+  /// Decision: writer, Both kinds are copied in one pass
   bool outHasItsLength = false;
   /// Asked until the video is copied. Once it says yes, the audio is left out; the video is copied all the same.
   /// Thread: any.

@@ -1,5 +1,5 @@
 /// The damaged file, open for reading. A read that fails counts as a short read and is remembered; nothing is ever
-/// written to it. Offsets and sizes are in bytes. // Decision 0010
+/// written to it. Offsets and sizes are in bytes. // Decision: writer, Failed reads and writes are remembered
 #pragma once
 
 #include <cstddef>

@@ -28,6 +28,7 @@ class Details final : public platform::PrintSink {
 };
 
 /// Sentences about what could not be read at all. The walk itself goes on without a word, with an empty list.
+/// Decision: inventory, No list is an error, an empty one is not
 void tellFailures(platform::MediaRegistry& registry, platform::VolumeSource& volumes, DrivesAnswer& answer) {
   const auto matching = registry.serviceMatching("IOMedia");
   std::unique_ptr<platform::RegistryIterator> media;

@@ -119,7 +119,7 @@ void EngineJob::warn(Outcome& outcome, const std::string& sentence) {
 
 void EngineJob::reportFindings(Outcome& outcome, const engine::RepairReport& report) {
   outcome.streams = report.streams;
-  outcome.outputSize = report.bytes;
+  outcome.outputSize = report.bytes;  // Decision: command-line, Check tells what a repair would write
 
   const std::string input = shownText(outcome.inputPath);
   const platform::FilmReport& kept = report.film;

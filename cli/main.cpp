@@ -22,6 +22,7 @@
 namespace {
 
 /// Raised by a signal handler, so it must be free of locks.
+/// Decision: command-line, A signal only raises a flag
 zelvo::platform::Relaxed<bool> stopRequested;
 static_assert(std::atomic<bool>::is_always_lock_free);
 

@@ -100,7 +100,8 @@ Exit exitOf(const Outcome& outcome) {
   switch (outcome.verdict) {
     case Verdict::repaired:
     case Verdict::repairable:
-      // What could not be read is missing from the result, so it is no plain success. // Decision 0021
+      // What could not be read is missing from the result, so it is no plain success.
+      // Decision: command-line, Unreadable bytes exit with 3
       return outcome.readFailures.count > 0 ? Exit::ioFailed : Exit::done;
     case Verdict::notSupported:
     case Verdict::invalid:

@@ -46,12 +46,14 @@ class HiddenFile {
   HiddenFile& operator=(const HiddenFile&) = delete;
   ~HiddenFile() { remove(); }
 
-  /// Creates it, empty, in `folder`. // Decision 0022
+  /// Creates it, empty, in `folder`. // Decision: command-line, Outputs are hidden until they are whole
   [[nodiscard]] std::error_code create(const std::string& folder);
   /// The same in the output's folder. Where it is to replace a file, nobody else may look into it meanwhile.
+  /// Decision: command-line, A replaced output keeps its permissions
   [[nodiscard]] std::error_code create(const std::string& folder, const OutputChoice& output);
   [[nodiscard]] const std::string& path() const { return path_; }
-  /// Open from its creation until `close`. // Decision 0022
+  /// Open from its creation until `close`.
+  /// Decision: command-line, Outputs are hidden until they are whole
   [[nodiscard]] platform::WritableFile* file() const { return file_.get(); }
   /// Waits until all of it lies on the medium, and closes it; answers the first failure.
   [[nodiscard]] std::error_code flushAndClose();
@@ -69,7 +71,8 @@ class HiddenFile {
   std::optional<std::uint32_t> own_;  ///< permissions of a new file, once it has others
 };
 
-/// Looks at an output before the long work; a sentence for the user when it cannot be. // Decision 0020
+/// Looks at an output before the long work; a sentence for the user when it cannot be.
+/// Decision: command-line, A refused output is a failure
 [[nodiscard]] std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,
                                                  platform::FileManager& fileManager);
 

@@ -12,6 +12,7 @@ namespace zelvo::engine {
 namespace {
 
 /// As good as all: the last chunk before an index is never found, and lists within the film are not counted.
+/// Decision: scan, Good is 99 per cent of the film's range
 constexpr double kGoodShare = 0.99;
 constexpr double kLongestPicture = 10;     // seconds
 constexpr double kShortestPicture = 1e-3;  // seconds

@@ -26,7 +26,8 @@ bool anyByteSet(std::span<const std::byte> bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [](std::byte byte) { return byte != std::byte{0}; });
 }
 
-/// The number in up to four bytes; those that the file no longer had count as zero. // Decision 0001
+/// The number in up to four bytes; those that the file no longer had count as zero.
+/// Decision: scan, Missing size bytes count as zero
 std::uint64_t numberIn(const platform::Bytes& bytes) {
   std::array<std::byte, 4> padded{};
   std::copy(bytes.begin(), bytes.end(), padded.begin());
@@ -126,7 +127,8 @@ bool harvestHeaders(RepairState& state, const RepairContext& run) {
     std::array<std::byte, kBlockSize + kLookAhead> buffer{};
     state.currentoffset = (block - 1) * std::uint64_t{kBlockSize};
     // Deliberate: the last block of the harvest, not that of the file, is read only as far as the file's last block
-    // would be. The values behind a code found in it are read without that limit. // Decision 0004
+    // would be. The values behind a code found in it are read without that limit.
+    // Decision: scan, The last block is cut, values are not
     const std::size_t wanted = block == kBlocksHarvested ? state.mod : buffer.size();
     run.input.read(state.currentoffset, std::span(buffer).first(wanted));
     run.observer.stage(RepairStage::readingHeaders);

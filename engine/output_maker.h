@@ -18,7 +18,8 @@ class OutputMaker {
     std::error_code error;                   ///< why there is none
     bool refused = false;                    ///< there is none, and none was created, since nobody wants it
   };
-  /// Asked once, before anything is written: an empty file for `size` bytes. // Decision 0019
+  /// Asked once, before anything is written: an empty file for `size` bytes.
+  /// Decision: writer, The need is told before the output exists
   [[nodiscard]] virtual Made make(std::uint64_t size) = 0;
 
   /// Everything is written, or given up. A failure counts as one of the last write.

@@ -60,7 +60,7 @@ class Writer {
 std::optional<avi::WriteFailure> Writer::write() {
   const std::uint64_t expected = bytesToWrite(state_, run_);
   // Knowing the length ahead spares the file system most of its work. One that cannot do it writes all the same; one
-  // that has no room for it would only fail later. // Decision 0019
+  // that has no room for it would only fail later. // Decision: writer, No room ahead is a write error
   const std::error_code reserving = file_.reserve(expected);
   if (platform::isNoRoom(reserving)) {
     static_cast<void>(file_.truncate(0));  // part of the room may be taken
@@ -79,7 +79,8 @@ std::optional<avi::WriteFailure> Writer::write() {
     // Room that was not needed, or bytes that moved up after they were written.
     if (const std::error_code error = file_.truncate(end.position)) end.failure = {end.position, error};
   }
-  // Closed here, so that whoever is handed its path finds it complete. // Decision 0010
+  // Closed here, so that whoever is handed its path finds it complete.
+  // Decision: writer, The output is closed before hand-over
   const std::error_code closing = maker_.close();
   if (closing && !end.failure) end.failure = {end.position, closing};
   return end.failure;
@@ -235,7 +236,9 @@ RunEnd constructRebuiltFile(RepairState& state, const RepairContext& run, Output
         platform::ranOut([&] { failure = Writer(state, run, *made.file, output).write(); });
     if (shortage) failure = avi::WriteFailure{0, shortage};
   }
-  if (failure) keepFailure(state, run.observer.log(), run.cancel, *failure);  // Decision 0013
+  if (failure)
+    keepFailure(state, run.observer.log(), run.cancel,
+                *failure);  // Decision: writer, A write error cancels its own run
   if (run.cancel.abandoned()) return RunEnd::abandoned;
   run.observer.written();
   logLine(run.observer.log(), "Repair file completed");

@@ -140,7 +140,7 @@ void RepairFile::constructRIFFList() {
 }
 
 void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
-  const std::lock_guard turn(turn_);  // Decision 0012
+  const std::lock_guard turn(turn_);  // Decision: runs, A run waits for the one before
   if (run->cancel->cancelled()) return;
   beginRun(std::move(run));
   if (const std::error_code shortage = platform::ranOut([this] { runStages(); })) failRun({0, shortage});

@@ -47,14 +47,15 @@ struct RepairServices {
   platform::Log& log;
 };
 
-/// One run of the job: what it works on, copied when it was started, and the mark that ends it. // Decision 0012
+/// One run of the job: what it works on, copied when it was started, and the mark that ends it.
+/// Decision: runs, Each run has its own mark and copies
 struct Run {
   std::optional<std::string> path;
   std::uint64_t inputfilesize = 0;
   std::string internalpath;
   std::shared_ptr<platform::CancelMark> cancel = std::make_shared<platform::CancelMark>();
   /// Asked, when set, before the output is created, with the bytes that will be written. On false the run ends.
-  /// Decision 0019.
+  /// Decision: writer, The need is told before the output exists
   /// Thread: the repair worker.
   std::function<bool(std::uint64_t)> mayWrite;
   /// Told, when set, what is kept of the film: once it has been searched, before the animation, and again once the rebuilt

@@ -24,7 +24,8 @@ namespace zelvo::engine {
 /// What every stage of one run works with.
 struct RepairContext {
   avi::InputFile& input;
-  std::uint64_t inputfilesize = 0;  ///< as found when the input was chosen // Decision 0008
+  std::uint64_t inputfilesize =
+      0;  ///< as found when the input was chosen // Decision: scan, The size is what the chooser says
   RepairObserver& observer;
   platform::CancelMark& cancel;
   platform::Workers& workers;

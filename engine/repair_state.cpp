@@ -4,7 +4,8 @@ namespace zelvo::engine {
 
 namespace {
 
-/// Fresh pages stay untouched; only entry 0, where the sums start, is set. // Decision 0016
+/// Fresh pages stay untouched; only entry 0, where the sums start, is set.
+/// Decision: scan, Untouched table memory costs nothing
 std::unique_ptr<SampleTables> untouchedTables() {
   auto tables = std::make_unique_for_overwrite<SampleTables>();
   tables->videosamplesizearray[0] = 0;

@@ -20,7 +20,7 @@ namespace {
 /// The six bytes behind a candidate's payload, of which the first three positions are searched: an odd payload is
 /// followed by a pad byte.
 /// Deliberate: the buffer is not cleared between candidates, so what the end of the file leaves unread is stale.
-/// It starts as six zero bytes in every run. // Decision 0002
+/// It starts as six zero bytes in every run. // Decision: scan, The look-ahead buffer stays stale
 class LookAheadBuffer {
  public:
   void overwriteFront(const std::array<std::byte, 6>& bytes, std::size_t count) {
@@ -70,7 +70,7 @@ class SampleScan {
  private:
   void record(const Candidate& candidate, std::uint64_t& count, SampleTable& sizes, SampleTable& offsets,
               bool& fullTold) {
-    if (count == kLargestSampleCount) {  // Decision 0006
+    if (count == kLargestSampleCount) {  // Decision: scan, A full table ends its kind only
       if (!fullTold) {
         logLine(log_, "Table full, no more %@ chunks are recorded", candidate.code == avi::k01wb ? "audio" : "video");
       }

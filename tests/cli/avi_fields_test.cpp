@@ -35,6 +35,74 @@ TEST(AviFields, MainHeaderHasItsNamesUnitsAndFlags) {
   EXPECT_EQ(number(named(fields, "dwTotalFrames")), 250U);
 }
 
+TEST(AviFields, EachFlagHasItsName) {
+  const auto noteOf = [](avi::FourCC id, const std::string& before, std::uint64_t flags) {
+    return named(decode(id, {}, before + le32(flags)), "dwFlags").note;
+  };
+  const std::string main(12, '\0');
+  EXPECT_EQ(noteOf(avi::kAvih, main, 0x10), "AVIF_HASINDEX");
+  EXPECT_EQ(noteOf(avi::kAvih, main, 0x20), "AVIF_MUSTUSEINDEX");
+  EXPECT_EQ(noteOf(avi::kAvih, main, 0x100), "AVIF_ISINTERLEAVED");
+  EXPECT_EQ(noteOf(avi::kAvih, main, 0x800), "AVIF_TRUSTCKTYPE");
+  EXPECT_EQ(noteOf(avi::kAvih, main, 0x10000), "AVIF_WASCAPTUREFILE");
+  EXPECT_EQ(noteOf(avi::kAvih, main, 0x20000), "AVIF_COPYRIGHTED");
+  EXPECT_EQ(noteOf(avi::kAvih, main, 0xfffcf6cf), "");
+  EXPECT_EQ(noteOf(avi::kStrh, "vidsMJPG", 1), "AVISF_DISABLED");
+  EXPECT_EQ(noteOf(avi::kStrh, "vidsMJPG", 0x10000), "AVISF_VIDEO_PALCHANGES");
+  EXPECT_EQ(noteOf(avi::kStrh, "vidsMJPG", 0xfffefffe), "");
+}
+
+TEST(AviFields, FieldIsToldOnceAllOfItIsThere) {
+  struct Header {
+    avi::FourCC id;
+    avi::FourCC stream;
+    char indexType;
+    std::vector<std::size_t> ends;  ///< of its fields
+  };
+  const std::vector<std::size_t> super{2, 3, 4, 8, 12};
+  const std::vector<Header> headers{
+      {avi::kAvih, {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36, 40}},
+      {avi::kStrh, {}, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40, 44, 48, 50, 52, 54, 56}},
+      {avi::kStrf, avi::kVids, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40}},
+      {avi::kStrf, avi::kAuds, 0, {2, 4, 8, 12, 14, 16, 18}},
+      {avi::kIndx, {}, 0, super},
+      {avi::kIx00, {}, 1, {2, 3, 4, 8, 12, 20}},
+      {avi::FourCC("dmlh"), {}, 0, {4}},
+      {avi::FourCC("vprp"), {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36}}};
+  for (const Header& header : headers) {
+    std::string payload(80, '\0');
+    payload[3] = header.indexType;
+    EXPECT_EQ(decode(header.id, header.stream, payload).size(), header.ends.size());
+    for (std::size_t i = 0; i < header.ends.size(); ++i) {
+      EXPECT_EQ(decode(header.id, header.stream, payload.substr(0, header.ends[i])).size(), i + 1);
+      EXPECT_EQ(decode(header.id, header.stream, payload.substr(0, header.ends[i] - 1)).size(), i);
+    }
+  }
+}
+
+TEST(AviFields, RateNeedsAScale) {
+  const std::string before = "vidsMJPG" + std::string(12, '\0');
+  EXPECT_EQ(named(decode(avi::kStrh, {}, before + le32(0) + le32(25)), "dwRate").note, "");
+  EXPECT_EQ(named(decode(avi::kStrh, {}, before + le32(1) + le32(25)), "dwRate").note, "25.000 units per second");
+}
+
+TEST(AviFields, CodeBelow256IsANumber) {
+  const auto compression = [](std::uint64_t code) {
+    const auto fields = decode(avi::kStrf, avi::kVids, std::string(16, '\0') + le32(code));
+    return std::get<std::string>(named(fields, "biCompression").value);
+  };
+  EXPECT_EQ(compression(255), "255");
+  EXPECT_EQ(compression(256), "\\x00\\x01\\x00\\x00");
+}
+
+TEST(AviFields, TextIsToldUpTo200Bytes) {
+  const auto lengthOf = [](std::size_t size) {
+    return std::get<std::string>(decode(avi::FourCC("strn"), {}, std::string(size, 'x')).at(0).value).size();
+  };
+  EXPECT_EQ(lengthOf(200), 200U);
+  EXPECT_EQ(lengthOf(201), 200U);
+}
+
 TEST(AviFields, NoTimePerFrameIsNoRate) {
   EXPECT_EQ(named(decode(avi::kAvih, {}, le32(0)), "dwMicroSecPerFrame").note, "");
 }

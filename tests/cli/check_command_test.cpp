@@ -166,6 +166,15 @@ TEST(CheckCommand, FileBeyondFourGibibytesIsWarnedOf) {
   EXPECT_THAT(ended.err, HasSubstr("the repaired file would be 4.50 GB, and players find nothing beyond"));
 }
 
+TEST(CheckCommand, FormatTagHasTwoBytes) {
+  const TempFolder folder;
+  std::string bytes = SmallAvi{}.bytes();
+  bytes.replace(bytes.rfind("strf") + 8, 2, "\x34\x12");
+  writeFile(folder / "in.avi", bytes);
+
+  EXPECT_THAT(runZelvoAvi({"check", "--json", folder / "in.avi"}).out, HasSubstr("\"format_tag\":4660,"));
+}
+
 // ---- Chunks that are left out, and chunks that come twice ----
 
 /// An AVI of so many video chunks of two bytes each.

@@ -44,6 +44,34 @@ TEST(ProgressLine, TellsStageShareAmountAndSpeed) {
             "clip.avi: searching, 25 %, 100.0 of 400.0 MB, 50 MB/s");
 }
 
+TEST(ProgressLine, EachStageHasItsName) {
+  const auto lineOf = [](Stage stage) { return ProgressLine("a").text({}, stage, 1000000, 2000000); };
+  EXPECT_EQ(lineOf(Stage::none), "a: opening, 50 %, 1.0 of 2.0 MB");
+  EXPECT_EQ(lineOf(Stage::analysing), "a: reading headers, 50 %, 1.0 of 2.0 MB");
+  EXPECT_EQ(lineOf(Stage::scanning), "a: searching, 50 %, 1.0 of 2.0 MB");
+  EXPECT_EQ(lineOf(Stage::writing), "a: writing, 50 %, 1.0 of 2.0 MB");
+  EXPECT_EQ(lineOf(Stage::copying), "a: copying, 50 %, 1.0 of 2.0 MB");
+  EXPECT_EQ(lineOf(Stage::flushing), "a: waiting for the disk");
+  EXPECT_EQ(lineOf(Stage::inspecting), "a: reading, 50 %, 1.0 of 2.0 MB");
+}
+
+TEST(ProgressLine, SpeedIsToldOnceItMeansSomething) {
+  ProgressLine line("a");
+  const ProgressLine::Clock::time_point start{seconds(100)};
+  static_cast<void>(line.text(start, Stage::writing, 0, 2000000));
+  EXPECT_EQ(line.text(start + milliseconds(200), Stage::writing, 1000000, 2000000), "a: writing, 50 %, 1.0 of 2.0 MB");
+  EXPECT_EQ(line.text(start + milliseconds(250), Stage::writing, 1000000, 2000000),
+            "a: writing, 50 %, 1.0 of 2.0 MB, 4 MB/s");
+}
+
+TEST(StageField, ShortTextsChangeNothing) {
+  StageField field;
+  for (const char* text : {"", "a", "at"}) field.setStringValue(text);
+  EXPECT_EQ(field.stage(), Stage::none);
+  field.setStringValue("--a");
+  EXPECT_EQ(field.stage(), Stage::analysing);
+}
+
 TEST(ProgressLine, SpeedStartsAnewWithEachStage) {
   ProgressLine line("clip.avi");
   const ProgressLine::Clock::time_point start{seconds(100)};

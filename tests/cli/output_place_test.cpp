@@ -1,5 +1,6 @@
 #include "cli/output_place.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -7,6 +8,7 @@
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_new_files.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/memory_files.h"
 
 namespace zelvo::cli {
 namespace {
@@ -38,6 +40,49 @@ TEST(FolderOf, PathWithoutAFolderLiesHere) {
   EXPECT_EQ(folderOf("/a//b"), "/a");
   EXPECT_EQ(folderOf("a/b/"), "a");
   EXPECT_EQ(folderOf("a/"), ".");
+}
+
+// ---- Looks before the work ----
+
+TEST(OutputRefusal, SameNumberOnAnotherDeviceIsAnotherFile) {
+  const test::TempFolder folder;
+  platform::linux_::LinuxFileManager fileManager;
+  test::writeFile(folder / "out", "mine");
+  const OutputChoice output{folder / "out", true, false};
+  ChosenInput input{folder / "in", *fileManager.attributes(output.path), nullptr};
+  EXPECT_THAT(refusal(output, input, fileManager).value_or(""), testing::HasSubstr("are the same file"));
+
+  ++input.attributes.device;
+
+  EXPECT_EQ(refusal(output, input, fileManager), std::nullopt);
+}
+
+TEST(OutputRefusal, EmptyNameIsRefused) {
+  platform::linux_::LinuxFileManager fileManager;
+  EXPECT_EQ(refusal({"", true, false}, {}, fileManager), "the output's name is empty.");
+}
+
+TEST(SpaceMissing, SpaceThatJustSufficesIsEnough) {
+  tests::MemoryFiles files;
+  files.space = 999;
+  EXPECT_EQ(spaceMissing("out", 999, files), std::nullopt);
+  EXPECT_EQ(spaceMissing("out", 1000, files),
+            "there is not enough free space in out: 1.0 kB are needed, 999 bytes are free. Free some, or name another "
+            "place.");
+  files.space.reset();
+  EXPECT_EQ(spaceMissing("out", 1000, files), std::nullopt) << "nobody knows";
+}
+
+TEST(SpaceMissing, WhatIsKeptForRootIsNobodys) {
+  const test::TempFolder folder;
+  platform::linux_::LinuxFileManager fileManager;
+  const std::filesystem::space_info space = std::filesystem::space(folder.path());
+  const std::uintmax_t kept = space.free - space.available;
+  if (kept < 100000000) GTEST_SKIP() << "skipped: nothing is kept for root in " << folder.path();
+
+  // Others write meanwhile, but not that much.
+  EXPECT_TRUE(spaceMissing(folder.path(), space.available + kept / 2, fileManager).has_value());
+  EXPECT_EQ(spaceMissing(folder.path(), space.available / 2, fileManager), std::nullopt);
 }
 
 class Hidden : public testing::Test {
