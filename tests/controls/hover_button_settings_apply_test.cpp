@@ -143,6 +143,17 @@ TEST_F(HoverButtonSettingsApply, DisablingSetsTheBaseButtonFirstAndAsksForARedra
   EXPECT_FALSE(base.element().isEnabled());
 }
 
+TEST_F(HoverButtonSettingsApply, TheBaseButtonIsToldBeforeTheButtonItself) {
+  std::vector<bool> before;
+  base.setEnabledObserver([&](bool) { before.push_back(button.disabled()); });
+  before.clear();  // told at once how it is
+
+  button.setDisabled(true);
+  button.setDisabled(false);
+
+  EXPECT_EQ(before, (std::vector<bool>{false, true}));
+}
+
 TEST_F(HoverButtonSettingsApply, EnablingAgainEnablesTheBaseButton) {
   button.setDisabled(true);
   events.clear();
