@@ -34,6 +34,7 @@ ROOMS = ("engine", "cli", "app", "update", "storage", "controls", "platform")
 TESTS_ELSEWHERE = {"engine": ("fuzz",), "app": ("platform/qt",), "controls": ("platform/qt",), "cli": ("storage",),
                    "platform": ("platform/qt", "storage", "update", "app")}
 SHORTEST_LIMIT = 60.0  # seconds; a program that usually takes less is not ended before
+FIRST_LIMIT = 1200.0  # seconds; before it is known how long a program takes
 
 
 class Broken(Exception):
@@ -53,7 +54,7 @@ class Program:
         self.environment = environment
         self.jobs = jobs
         self.left_out = []
-        self.limit = SHORTEST_LIMIT
+        self.limit = FIRST_LIMIT
         self.usual = {}
         self.seconds = 0.0
 
