@@ -64,14 +64,6 @@ TEST(ProgressLine, SpeedIsToldOnceItMeansSomething) {
             "a: writing, 50 %, 1.0 of 2.0 MB, 4 MB/s");
 }
 
-TEST(StageField, ShortTextsChangeNothing) {
-  StageField field;
-  for (const char* text : {"", "a", "at"}) field.setStringValue(text);
-  EXPECT_EQ(field.stage(), Stage::none);
-  field.setStringValue("--a");
-  EXPECT_EQ(field.stage(), Stage::analysing);
-}
-
 TEST(ProgressLine, SpeedStartsAnewWithEachStage) {
   ProgressLine line("clip.avi");
   const ProgressLine::Clock::time_point start{seconds(100)};

@@ -47,8 +47,8 @@ Outcome wholeOutcome() {
   outcome.verdict = Verdict::repaired;
   outcome.outputPath = "-out.avi";
   outcome.outputSize = 665300;
-  outcome.video = StreamFound{"MJPG", std::nullopt, 150, 600000};
-  outcome.audio = StreamFound{"Unknown", 1, 1, 400};
+  outcome.streams = {{engine::StreamKind::video, "MJPG", std::nullopt, 150, 600000},
+                     {engine::StreamKind::audio, "Unknown", 1, 1, 400}};
   outcome.readFailures.count = 3;
   outcome.warnings = {"one.", "two."};
   outcome.seconds = 1.5;
@@ -68,8 +68,8 @@ TEST(Outcome, RepairIsToldInWords) {
 TEST(Outcome, CheckIsToldInWords) {
   Outcome outcome = wholeOutcome();
   outcome.verdict = Verdict::repairable;
-  outcome.video->codec = "";
-  outcome.audio.reset();
+  outcome.streams.pop_back();
+  outcome.streams.front().codec = "";
   EXPECT_EQ(inWords(outcome),
             "in.avi: can be repaired.\n"
             "  Video:     codec not named, 150 chunks, 600.0 kB\n"
@@ -89,6 +89,8 @@ TEST(Outcome, RepairIsToldAsJson) {
             R"("reason":null,"output":{"path":"-out.avi","size":665300},)"
             R"("video":{"codec":"MJPG","chunks":150,"bytes":600000},)"
             R"("audio":{"codec":"Unknown","format_tag":1,"chunks":1,"bytes":400},)"
+            R"("streams":[{"kind":"video","codec":"MJPG","chunks":150,"bytes":600000},)"
+            R"({"kind":"audio","codec":"Unknown","format_tag":1,"chunks":1,"bytes":400}],)"
             R"("read_errors":3,"warnings":["one.","two."],"seconds":1.500})"
             "\n");
 }
@@ -97,14 +99,13 @@ TEST(Outcome, WhatIsNotKnownIsNullInJson) {
   Outcome outcome = wholeOutcome();
   outcome.verdict = Verdict::repairable;
   outcome.outputPath.reset();
-  outcome.video.reset();
-  outcome.audio.reset();
+  outcome.streams.clear();
   outcome.inputSize.reset();
   outcome.readFailures.count = 0;
   outcome.warnings.clear();
   EXPECT_EQ(inJson(outcome),
             R"({"version":1,"command":"repair","input":{"path":"in.avi","size":null},"outcome":"repairable",)"
-            R"("reason":null,"output":{"path":null,"size":665300},"video":null,"audio":null,)"
+            R"("reason":null,"output":{"path":null,"size":665300},"video":null,"audio":null,"streams":[],)"
             R"("read_errors":0,"warnings":[],"seconds":1.500})"
             "\n");
 
@@ -113,7 +114,7 @@ TEST(Outcome, WhatIsNotKnownIsNullInJson) {
   outcome.reason = "why.";
   EXPECT_EQ(inJson(outcome),
             R"({"version":1,"command":"repair","input":{"path":"in.avi","size":null},"outcome":"failed",)"
-            R"("reason":"why.","output":null,"video":null,"audio":null,)"
+            R"("reason":"why.","output":null,"video":null,"audio":null,"streams":[],)"
             R"("read_errors":0,"warnings":[],"seconds":1.500})"
             "\n");
 }

@@ -11,7 +11,6 @@
 
 #include "cli/repair_command.h"
 #include "cli/surroundings.h"
-#include "platform/headless/screen.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
@@ -52,9 +51,8 @@ class NotedFile final : public platform::WritableFile {
   Steps& steps_;
 };
 
-class NotedFiles final : public platform::Files {
+class PreparedFiles final : public platform::Files {
  public:
-  explicit NotedFiles(Steps& steps) : steps_(steps) {}
   platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override {
     if (!unreadable.empty() && path.find(unreadable) != std::string::npos) {
       auto file = std::make_unique<test::MemoryReadable>(std::string(100000, 'x'));
@@ -66,20 +64,21 @@ class NotedFiles final : public platform::Files {
 
   std::string unreadable;  ///< what is in the paths whose last 1000 of 100000 bytes cannot be read
   platform::Opened<platform::WritableFile> openForWriting(const std::string& path) override {
-    auto opened = files_.openForWriting(path);
-    if (opened.file) opened.file = std::make_unique<NotedFile>(std::move(opened.file), steps_);
-    return opened;
+    return files_.openForWriting(path);
   }
 
  private:
   platform::linux_::LinuxFiles files_;
-  Steps& steps_;
 };
 
 class NotedNames final : public platform::NewFiles {
  public:
   explicit NotedNames(Steps& steps) : steps_(steps) {}
-  std::error_code createNewFile(const std::string& path) override { return names_.createNewFile(path); }
+  platform::Opened<platform::WritableFile> createNewFile(const std::string& path) override {
+    auto created = names_.createNewFile(path);
+    if (created.file) created.file = std::make_unique<NotedFile>(std::move(created.file), steps_);
+    return created;
+  }
   std::error_code renameToNew(const std::string& from, const std::string& to) override {
     steps_.push_back("name " + to);
     return names_.renameToNew(from, to);
@@ -107,14 +106,11 @@ class RepairOrder : public testing::Test {
   }
 
   Exit repair(const std::vector<std::string>& inputs, const std::string& into = {}) {
-    NotedFiles files(steps_);
+    PreparedFiles files;
     files.unreadable = unreadable_;
     platform::linux_::LinuxFileManager fileManager;
     platform::linux_::LinuxMainQueue queue;
     platform::linux_::LinuxWorkers workers;
-    platform::headless::HeadlessMovieLoader movies;
-    platform::headless::HeadlessSheets sheets(queue, nullptr);
-    const platform::headless::Screen screen;
     Console console(false);
     platform::linux_::LinuxPropertyLists propertyLists;
     Surroundings around{.files = files,
@@ -127,9 +123,6 @@ class RepairOrder : public testing::Test {
                               queue.runUntil(done);
                               if (whenRunHasEnded_) whenRunHasEnded_();
                             },
-                        .movies = movies,
-                        .sheets = sheets,
-                        .outlets = screen.job,
                         .lookAtStorage = {},
                         .propertyLists = propertyLists,
                         .console = console,
@@ -163,14 +156,14 @@ class RepairOrder : public testing::Test {
 TEST_F(RepairOrder, ContentIsFlushedBeforeItsNameIsGivenAndTheFolderAfterwards) {
   EXPECT_EQ(repair({one_}), Exit::done) << err_;
 
-  EXPECT_THAT(steps_, ElementsAre("close", "flush the content", "name " + (folder_ / "one-repaired.avi"),
+  EXPECT_THAT(steps_, ElementsAre("flush the content", "close", "name " + (folder_ / "one-repaired.avi"),
                                   "flush " + folder_.path()));
 }
 
 TEST_F(RepairOrder, PaddedCopyIsFlushedBeforeItsNameIsGivenAndBothFoldersAfterwards) {
   EXPECT_EQ(repair({one_}, folder_ / "Repaired"), Exit::done) << err_;
 
-  EXPECT_THAT(steps_, ElementsAre("close", "close", "flush the content", "name " + (folder_ / "Repaired/repaired.avi"),
+  EXPECT_THAT(steps_, ElementsAre("flush the content", "close", "name " + (folder_ / "Repaired/repaired.avi"),
                                   "flush " + (folder_ / "Repaired"), "flush " + folder_.path()));
 }
 
