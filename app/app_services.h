@@ -30,6 +30,8 @@ namespace zelvo::app {
 struct AppServices {
   platform::Application& application;
   platform::Files& files;
+  /// Opens a file for reading as `files` does, on a thread that nobody waits for: what it uses lives as long as it does.
+  std::function<platform::Opened<platform::ReadableFile>(const std::string& path)> openUnattended;
   platform::FileManager& fileManager;
   platform::ScratchPaths& scratchPaths;
   platform::Workers& workers;

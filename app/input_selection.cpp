@@ -95,8 +95,8 @@ void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsS
   outlets.pathfield.setStringValue(file);
   engine::stopflag = false;
   outlets.own.chosenfilm.show(
-      {.path = file, .size = engine::inputfilesize, .readLength = [files = &services_.files, file] {
-         const auto opened = files->openForReading(file);
+      {.path = file, .size = engine::inputfilesize, .readLength = [open = services_.openUnattended, file] {
+         const auto opened = open(file);
          return opened.file ? avi::filmLength(*opened.file) : std::nullopt;
        }});
   runGuard_.choiceMade();

@@ -229,34 +229,36 @@ class Program {
                                    .bundle = bundle_,
                                    .paths = paths_}};
   app::Orlin_Repair_AVIAppDelegate controller_{
-      app::AppServices{.application = application_,
-                       .files = files_,
-                       .fileManager = fileManager_,
-                       .scratchPaths = scratchPaths_,
-                       .workers = workers_,
-                       .mainQueue = mainQueue_,
-                       .clock = clock_,
-                       .log = log_,
-                       .sheets = sheets_,
-                       .panels = panels_,
-                       .alertPanels = alertPanels_,
-                       .waitPanels = waitPanels_,
-                       .movies = *movies_,
-                       .notifications = notifications_,
-                       .tracking = tracking_,
-                       .cursor = cursor_,
-                       .workspace = workspace_,
-                       .bundle = bundle_,
-                       .paths = paths_,
-                       .pathProbe = pathProbe_,
-                       .updateCheck = updates_,
-                       .lookAtStorage =
-                           [this] {
-                             const auto snapshot = std::make_shared<system_::LinuxStorageSnapshot>(pathProbe_);
-                             return platform::StorageView{snapshot, snapshot};
-                           },
-                       .printed = printed_,
-                       .homeDirectory = home_},
+      app::AppServices{
+          .application = application_,
+          .files = files_,
+          .openUnattended = [](const std::string& path) { return system_::LinuxFiles().openForReading(path); },
+          .fileManager = fileManager_,
+          .scratchPaths = scratchPaths_,
+          .workers = workers_,
+          .mainQueue = mainQueue_,
+          .clock = clock_,
+          .log = log_,
+          .sheets = sheets_,
+          .panels = panels_,
+          .alertPanels = alertPanels_,
+          .waitPanels = waitPanels_,
+          .movies = *movies_,
+          .notifications = notifications_,
+          .tracking = tracking_,
+          .cursor = cursor_,
+          .workspace = workspace_,
+          .bundle = bundle_,
+          .paths = paths_,
+          .pathProbe = pathProbe_,
+          .updateCheck = updates_,
+          .lookAtStorage =
+              [this] {
+                const auto snapshot = std::make_shared<system_::LinuxStorageSnapshot>(pathProbe_);
+                return platform::StorageView{snapshot, snapshot};
+              },
+          .printed = printed_,
+          .homeDirectory = home_},
       window_.controllerOutlets(), window_.jobOutlets()};
 };
 

@@ -55,6 +55,11 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
   controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(
       app::AppServices{.application = application,
                        .files = recordingFiles,
+                       .openUnattended =
+                           [this](const std::string& path) {
+                             openedUnattended.push_back(path);
+                             return files.openForReading(path);
+                           },
                        .fileManager = fileManager,
                        .scratchPaths = scratchPaths,
                        .workers = workers,

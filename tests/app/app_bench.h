@@ -104,6 +104,7 @@ class AppBench {
   platform::headless::Events events;
   MemoryFiles files;
   RecordingFiles recordingFiles{files, events};
+  std::vector<std::string> openedUnattended;  ///< on a thread that may outlive the controller and its files
   RecordingFileManager fileManager{files, events};
   platform::headless::Screen screen;
   platform::headless::HeadlessLog log;

@@ -26,6 +26,16 @@ TEST_F(OwnElements, TheCardTellsTheFilmThatIsChosen) {
   EXPECT_DOUBLE_EQ(card->readLength().value_or(0), 90 * 0.04);
 }
 
+TEST_F(OwnElements, TheLengthIsReadWithoutWhatGoesWithTheProgram) {
+  app.start();
+  app.choose(smallAvi());
+  const auto readLength = app.screen.chosenfilm.film()->readLength;
+  app.controller.reset();
+
+  EXPECT_TRUE(readLength());
+  EXPECT_EQ(app.openedUnattended, std::vector<std::string>{kInput});
+}
+
 TEST_F(OwnElements, AFilmThatCannotBeReadHasNoLength) {
   app.start();
   app.choose(smallAvi());

@@ -190,7 +190,7 @@ TEST_F(RepairOrder, StopBetweenTheWorkAndTheNameLeavesNothing) {
 
   EXPECT_EQ(repair({one_}), Exit::stopped);
 
-  EXPECT_THAT(steps_, ElementsAre("close", "flush the content"));
+  EXPECT_THAT(steps_, ElementsAre("flush the content", "close"));
   EXPECT_THAT(err_, HasSubstr("nothing was written, and it is unchanged."));
   EXPECT_THAT(folder_.names(), ElementsAre("one.avi", "other.avi"));
 }
