@@ -21,14 +21,6 @@ std::size_t InputFile::read(std::uint64_t offset, std::span<std::byte> into) {
   return result.count;
 }
 
-void ReadFailures::add(const ReadFailures& later) {
-  if (count == 0) {
-    firstOffset = later.firstOffset;
-    firstCause = later.firstCause;
-  }
-  count += later.count;
-}
-
 void InputFile::remember(const ReadFailures& failures) {
   const std::lock_guard lock(mutex_);
   keep(failures);

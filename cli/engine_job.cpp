@@ -63,7 +63,7 @@ std::optional<std::uint32_t> formatTagOf(const engine::FormatPayload& format, pl
              input->readAt(format.rangeOffset, tag).count < tag.size()) {
     return std::nullopt;
   }
-  return std::to_integer<std::uint32_t>(tag[0]) | std::to_integer<std::uint32_t>(tag[1]) << 8U;
+  return avi::loadLittleEndian16(tag);
 }
 
 std::string audioCodec(const platform::Bytes& handler) {
