@@ -5,6 +5,8 @@
 // 4. The "movi" list: both standard indexes, then all video chunks, then all audio chunks.
 // 5. Close the file and hand it to the controller.
 #include <algorithm>
+#include <array>
+#include <span>
 
 #include "avi/chunk_copy.h"
 #include "avi/codec_text.h"
@@ -27,6 +29,11 @@ constexpr std::uint64_t kSmallestFile = 436;
 
 std::uint64_t formatHeldBy(std::uint64_t fileSize, const FormatPayload& format) {
   return format.held.size() + avi::heldBy(fileSize, format.rangeOffset, format.rangeSize);
+}
+
+/// Entries 1 to `count` of two tables.
+avi::ChunkRun filledPart(const SampleTable& offsets, const SampleTable& sizes, std::uint64_t count) {
+  return {std::span(offsets).subspan(1, count), std::span(sizes).subspan(1, count)};
 }
 
 }  // namespace
@@ -69,10 +76,10 @@ void RepairFile::constructRIFFList() {
 }
 
 avi::ChunkRun RepairFile::videoChunks() const {
-  return {videosampleoffsetarray, videosamplesizearray, videosamplecount};
+  return filledPart(videosampleoffsetarray, videosamplesizearray, videosamplecount);
 }
 avi::ChunkRun RepairFile::audioChunks() const {
-  return {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount};
+  return filledPart(audiosampleoffsetarray, audiosamplesizearray, audiosamplecount);
 }
 
 std::uint64_t RepairFile::bytesToWrite() const {
@@ -111,23 +118,21 @@ std::optional<avi::WriteFailure> RepairFile::writeRebuiltFile() {
   out.code(avi::kList);
   out.number32(low32(layout.movisize));
   out.code(avi::kMovi);
-  const avi::ChunkRun video = videoChunks();
-  const avi::ChunkRun audio = audioChunks();
   writeStandardIndex(out, {avi::kIx00, layout.ix00size, db ? avi::k00db : avi::k00dc, layout.baseoffsetforvideo,
-                           video.sizes, video.count});
-  writeStandardIndex(out,
-                     {avi::kIx01, layout.ix01size, avi::k01wb, layout.baseoffsetforaudio, audio.sizes, audio.count});
+                           videosamplesizearray, videosamplecount});
+  writeStandardIndex(out, {avi::kIx01, layout.ix01size, avi::k01wb, layout.baseoffsetforaudio, audiosamplesizearray,
+                           audiosamplecount});
   avi::CopyEnd end{.position = out.position(), .failure = out.finish()};
 
   // Deliberate: a stop before the copy leaves out all chunks, one during the video copy the audio only, and a later one
   // nothing. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
   const auto stopped = [&run] { return stopRequested(run); };
   if (!end.failure && !stopped()) {
+    const std::array runs{videoChunks(), audioChunks()};
     end = avi::copyChunks({.input = *inputfilehandle,
                            .out = *outputfile,
                            .position = end.position,
-                           .video = video,
-                           .audio = audio,
+                           .runs = runs,
                            .outHasItsLength = reserved,
                            .stopped = stopped,
                            .workers = services_.workers,
