@@ -4,6 +4,7 @@
 #include "app/controller.h"
 #include "app/texts.h"
 #include "avi/film_length.h"
+#include "avi/name_endings.h"
 #include "engine/globals.h"
 
 namespace zelvo::app {
@@ -15,7 +16,7 @@ namespace {
 /// Choosers within choosers, each asked for because the one before could not be made. // Decision 0063
 constexpr int kMostChoosers = 100;
 
-std::vector<std::string> allowedFileTypes() { return {"avi", "divx", "xvid"}; }
+std::vector<std::string> allowedFileTypes() { return {avi::kNameEndings.begin(), avi::kNameEndings.end()}; }
 
 }  // namespace
 

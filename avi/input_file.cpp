@@ -27,7 +27,6 @@ void InputFile::remember(const ReadFailures& failures) {
 }
 
 void InputFile::keep(const ReadFailures& failures) {
-  constexpr std::uint64_t kBlockSize = 1024;
   failures_.add(failures);
   if (failures.count == 0) return;
   const std::uint64_t blockEnd = (failures.firstOffset / kBlockSize + 1) * kBlockSize;

@@ -19,6 +19,9 @@ namespace zelvo::avi {
 /// Thread: any, several at once.
 class InputFile {
  public:
+  /// The search for chunks goes through the file in blocks of this size.
+  static constexpr std::size_t kBlockSize = 1024;
+
   /// Without a file every read answers nothing.
   explicit InputFile(std::unique_ptr<platform::ReadableFile> file) : file_(std::move(file)) {}
 

@@ -6,6 +6,7 @@
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
 #include "cli/surroundings.h"
+#include "platform/paths.h"
 #include "storage/drive_inventory.h"
 #include "storage/system_record.h"
 
@@ -116,7 +117,7 @@ class DrivesCommand final : public Command {
     const std::string text = around.propertyLists.format(storage::recordedSystem(*storage.media, *storage.volumes));
     if (*record_ == "-") return around.console.result(text) ? Exit::done : Exit::ioFailed;
     HiddenFile hidden(around.fileManager, around.newFiles);
-    std::error_code error = hidden.create(folderOf(*record_));
+    std::error_code error = hidden.create(platform::folderOf(*record_));
     if (!error) error = write(around.files, hidden.path(), text);
     if (error) {
       around.console.error(shownText(*record_) + " could not be written: " + error.message() + ".");

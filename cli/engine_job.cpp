@@ -17,8 +17,7 @@ namespace zelvo::cli {
 
 namespace {
 
-constexpr std::uint64_t kLargestUnsupported = 524288;
-constexpr std::uint64_t kSmallestAvi = 1024;
+constexpr std::uint64_t kSmallestAvi = avi::InputFile::kBlockSize;
 constexpr std::uint64_t kOffsetsWrap = std::uint64_t{1} << 32U;
 
 /// The window's elements, but for the two that are told something once per block or more.
@@ -211,7 +210,7 @@ std::string EngineJob::whyRejected(const ChosenInput& input, bool invalid) const
     text = "its first 50 KiB lack " + listed(missing);
     if (!engine_->audiocodecfound) text += " (a file without an audio stream cannot be repaired)";
   }
-  if (size <= kLargestUnsupported) {
+  if (size <= engine::RepairFile::kLargestUnsupported) {
     if (!text.empty()) text += ", and ";
     text += "it is " + shownSize(size) + " small, where only files larger than 512 KiB are repaired";
   }

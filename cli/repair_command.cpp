@@ -16,6 +16,7 @@
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
 #include "engine/padded_copy.h"
+#include "platform/paths.h"
 #include "platform/same_file.h"
 
 namespace zelvo::cli {
@@ -34,7 +35,7 @@ class OneRepair {
         job_(job),
         inputs_(inputs),
         output_(std::move(output)),
-        folder_(folderOf(output_.path)),
+        folder_(platform::folderOf(output_.path)),
         isPadded_(padded),
         rebuilt_(around.fileManager, around.newFiles),
         padded_(around.fileManager, around.newFiles) {}
@@ -138,7 +139,7 @@ void OneRepair::flush(const std::string& path) {
 
 void OneRepair::keepNames(Outcome& outcome) {
   std::error_code error = around_.newFiles.flushFolder(folder_);
-  if (!error && output_.makesFolder) error = around_.newFiles.flushFolder(folderOf(folder_));
+  if (!error && output_.makesFolder) error = around_.newFiles.flushFolder(platform::folderOf(folder_));
   if (!error) return;
   job_.warn(outcome, shownText(output_.path) +
                          " is written, but a power cut could still take its name from it: " + error.message() + ".");
@@ -256,7 +257,7 @@ class RepairCommand final : public Command {
  private:
   [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
     if (output_) return {*output_, force_, false};
-    if (into_) return {pathIn(*into_, "repaired.avi"), force_, true};
+    if (into_) return {platform::pathIn(*into_, "repaired.avi"), force_, true};
     return {repairedPath(input, outputFolder_), force_, false};
   }
 

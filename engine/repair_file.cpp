@@ -137,9 +137,10 @@ void RepairFile::judgeFilm() {
 }
 
 void RepairFile::countBlocks() {
-  mod = static_cast<std::uint32_t>(run_->inputfilesize % 1024);
-  std::uint64_t blocks = run_->inputfilesize / 1024;
-  if (run_->inputfilesize <= 1024) {
+  constexpr std::uint64_t kBlockSize = avi::InputFile::kBlockSize;
+  mod = static_cast<std::uint32_t>(run_->inputfilesize % kBlockSize);
+  std::uint64_t blocks = run_->inputfilesize / kBlockSize;
+  if (run_->inputfilesize <= kBlockSize) {
     blocks = 1;
   } else if (mod != 0) {
     ++blocks;

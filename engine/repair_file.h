@@ -118,6 +118,9 @@ class RepairFile {
 
   // ---- Stages ----
 
+  /// An input of this size or a smaller one is not repaired.
+  static constexpr std::uint64_t kLargestUnsupported = 524288;
+
   /// Judges whether the input looks like an AVI file: searches its first ten 1024-byte blocks for twelve codes. Bytes
   /// past a short read count as zero, and so do those past the end of a block.
   /// \post   the five harvest flags are false; `db` is true when the first code met is "00db"

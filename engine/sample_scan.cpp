@@ -8,6 +8,7 @@
 
 #include "avi/fourcc.h"
 #include "engine/candidate_reader.h"
+#include "engine/data_codes.h"
 #include "engine/repair_file.h"
 #include "engine/stretch_queue.h"
 
@@ -33,7 +34,7 @@ class LookAheadBuffer {
   [[nodiscard]] bool holdsCode() const {
     for (std::size_t at = 0; at <= 2; ++at) {
       const avi::FourCC code = codeAt(at);
-      if (code == avi::k00dc || code == avi::k01wb || code == avi::k00db || code == avi::kJunk) return true;
+      if (isDataCode(code) || code == avi::kJunk) return true;
     }
     return false;
   }
@@ -60,7 +61,7 @@ class SampleScan {
     if (candidate.sizeIsRefused()) return;
     lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
     if (!lookAhead_.holdsCode()) return;
-    if (candidate.code == avi::k01wb) {
+    if (isSoundCode(candidate.code)) {
       record(candidate, job_.audiosamplecount, job_.audiosamplesizearray, job_.audiosampleoffsetarray, audioFullTold_);
     } else {
       record(candidate, job_.videosamplecount, job_.videosamplesizearray, job_.videosampleoffsetarray, videoFullTold_);
@@ -73,7 +74,7 @@ class SampleScan {
     if (count == kLargestSampleCount) {  // Decision 0006
       if (!fullTold) {
         logLine(job_.services_.log, "Table full, no more %@ chunks are recorded",
-                candidate.code == avi::k01wb ? "audio" : "video");
+                isSoundCode(candidate.code) ? "audio" : "video");
       }
       fullTold = true;
       ++job_.samplesleftout;
@@ -84,7 +85,7 @@ class SampleScan {
     offsets[count] = candidate.position();
     job_.tally_.add({.position = candidate.position(),
                      .size = candidate.size,
-                     .isSound = candidate.code == avi::k01wb,
+                     .isSound = isSoundCode(candidate.code),
                      .isBlank = candidate.isBlank,
                      .isPaddedBehind = lookAhead_.holdsPadding()});
   }
