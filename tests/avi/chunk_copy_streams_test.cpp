@@ -327,6 +327,15 @@ TEST_F(ChunkCopy, StopBehindABadByteLeavesOutTheStreamsBehindThatOne) {
   }
 }
 
+TEST_F(ChunkCopy, StopThatWasHeardHoldsThoughItIsTakenBack) {
+  const auto streams = inTurn(3, 40, 10000);
+  withBadBytes(streams[0][20].offset + 100, streams[0][20].offset + 101);
+  const platform::Bytes expected = literalCopyOfAll(firstOf(streams, 1));
+  content.onRead = [this](std::uint64_t, std::size_t) { stopped = false; };
+  stopped = true;
+  EXPECT_TRUE(copyAll(streams, true) == expected);
+}
+
 TEST_F(ChunkCopy, StopBetweenPassesLeavesOutTheStreamsOfTheNext) {
   workers.setProcessors(1);
   std::vector<std::vector<Chunk>> streams;
