@@ -75,6 +75,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void openPanelDidEnd(platform::OpenPanel& openPanel, int returnCode, void* contextInfo);
   /// Chooses a file without the chooser (dropped on the window, named at the start): the same extensions, the same step.
   /// The window asks on page 1 without a sheet only. False when the file cannot be chosen, or a run is at work.
+  /// Decision: window, A dropped film takes the chooser's way
   bool chooseFile(const std::string& file);
   /// The same; says so when it is no film that can be chosen.
   void offerFile(const std::string& file);

@@ -13,7 +13,8 @@ using platform::logLine;
 
 namespace {
 
-/// Choosers within choosers, each asked for because the one before could not be made. // Decision 0063
+/// Choosers within choosers, each asked for because the one before could not be made. Calls under way are counted, and
+/// the call that would be one more returns at once: where no panel can ever be made, the stack would end otherwise.
 constexpr int kMostChoosers = 100;
 
 std::vector<std::string> allowedFileTypes() { return {avi::kNameEndings.begin(), avi::kNameEndings.end()}; }
@@ -85,7 +86,8 @@ void Orlin_Repair_AVIAppDelegate::tellNotAnswering(const char* title) {
 void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsSize) {
   engine::path.set(file);
   inputFileManager = &services_.fileManager;
-  // Deliberate: a link's own size is taken, and 0 where nothing can be looked at, or only for ever. // Decision 0044
+  // Deliberate: a link's own size is taken, and 0 where nothing can be looked at, or only for ever.
+  // Decision: inventory, A child asks paths that may hang
   const bool answers = services_.pathProbe.answers({file});
   const auto attributes = answers ? inputFileManager->attributes(file) : std::nullopt;
   engine::inputfilesize = attributes ? attributes->size : 0;

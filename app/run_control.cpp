@@ -115,7 +115,8 @@ void Orlin_Repair_AVIAppDelegate::setProgressBarValue(double percent) {
     outlets.repairbutton.setState(State::off);
     return;
   }
-  // A worker says this ten times per KiB of input, so the main thread is asked once for many. // Decision 0066
+  // A worker says this ten times per KiB of input, so the main thread is asked once for many.
+  // Decision: runs, A saving window still paints
   repairButtonOff_.request();
 }
 
@@ -131,7 +132,7 @@ void Orlin_Repair_AVIAppDelegate::updateSaveProgressBar2() { outlets.saveprogres
 void Orlin_Repair_AVIAppDelegate::updateProgressBarRetrieve(platform::Button*) {
   const std::uint64_t n = engine::inputfilesize / avi::InputFile::kBlockSize;
   for (std::uint64_t i = engine::globalsectorforsample; i <= n; ++i) {
-    // An input below one KiB has no step to divide by. // Decision 0070
+    // An input below one KiB has no step to divide by. // Decision: runs, Retrieval below one KiB stays at 0
     setProgressBarValue(n == 0 ? 0.0 : static_cast<double>(i) * 100.0 / static_cast<double>(n));
     outlets.progressbar.setDoubleValue(progressbarValue);
   }

@@ -75,6 +75,7 @@ void Orlin_Repair_AVIAppDelegate::workOn(std::uint64_t number, const std::shared
   }
 }
 
+// Decision: runs, A stop itself deletes nothing
 void Orlin_Repair_AVIAppDelegate::removeLeftover(std::uint64_t number, const engine::Run& run) {
   if (runGuard_.shows(number) || !run.cancel->cancelled()) return;
   if (scratchFiles_.get().contains(run.internalpath)) removeScratch(run.internalpath);
@@ -105,7 +106,7 @@ void Orlin_Repair_AVIAppDelegate::abandonShownRun() {
   shownRun_.reset();
 }
 
-// Decision 0065
+// Decision: runs, A failed repair is told
 void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const avi::WriteFailure& failure) {
   runGuard_.hideProgress();
   endAndHide(outlets.stoprepairwindow);
@@ -131,7 +132,7 @@ void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const
                                        .otherButton = std::nullopt});
 }
 
-// Decision 0064
+// Decision: runs, Preview and save wait for the whole file
 bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
   if (!shownRun_ || !shownRun_->atWork) return true;
   if (waiting_) return false;

@@ -1,6 +1,6 @@
 /// What stands between the engine and the window, so that an old run never meets a new one: progress of a run that the
 /// window no longer shows is dropped, and so are its sheets and its rebuilt file once a newer run was started; its sheets
-/// also once another film was chosen. Runs are numbered from 1. // Decision 0062
+/// also once another film was chosen. Runs are numbered from 1. // Decision: runs, Old runs never meet new ones
 #pragma once
 
 #include <atomic>

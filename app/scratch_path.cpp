@@ -10,7 +10,7 @@ std::string ScratchPath::choose(std::uint8_t negvalue, const std::optional<std::
   for (int tried = 0; pair_ && tried < kMostPairs; ++tried) {
     const std::string& path = negvalue == 1 ? pair_->first : pair_->second;
     if (paths_.mayWrite(path, input)) return path;
-    // Decision 0061
+    // Decision: runs, Scratch pairs are held by a lock
     pair_ = paths_.claimAnother();
   }
   return {};

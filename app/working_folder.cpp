@@ -2,6 +2,7 @@
 // 1. Where it is, how much room it has and about how much a run needs stand on the first page while a film is chosen.
 // 2. Without one that can be used nothing is started: an alert says so and offers to choose another.
 // 3. Another one is chosen in a chooser of folders, and remembered.
+// Decision: runs, The working folder can be chosen
 #include "app/controller.h"
 #include "app/shown_size.h"
 #include "app/texts.h"

@@ -1,5 +1,6 @@
 /// Sends what a copy writes to its medium while the copy goes on, on a thread of its own, so that the last flush is short
 /// and whoever copies can redraw meanwhile. Sizes and positions are in bytes.
+/// Decision: runs, Saved bytes go out as the copy goes
 #pragma once
 
 #include <chrono>

@@ -31,6 +31,7 @@ struct ChunkCopy {
   /// True when `out` has its full length already. Then the runs are copied in one pass over the input (of more than
   /// `ChunkPass::kMostRuns` so many in each pass); where it has not, writing far behind its end might have the file
   /// system fill what lies between.
+  /// Decision: writer, Both kinds are copied in one pass
   bool outHasItsLength = false;
   /// Asked until all runs but the last are copied. Once it says yes, the first run that is not copied yet is finished,
   /// and those behind it are left out.

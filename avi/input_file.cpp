@@ -5,11 +5,11 @@
 namespace zelvo::avi {
 
 platform::IoResult InputFile::tryRead(std::uint64_t offset, std::span<std::byte> into) {
-  return file_ ? file_->readAt(offset, into) : platform::IoResult{};
+  return file_ != nullptr ? file_->readAt(offset, into) : platform::IoResult{};
 }
 
 platform::IoResult InputFile::tryReadScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) {
-  return file_ ? file_->readScattered(offset, pieces) : platform::IoResult{};
+  return file_ != nullptr ? file_->readScattered(offset, pieces) : platform::IoResult{};
 }
 
 std::size_t InputFile::read(std::uint64_t offset, std::span<std::byte> into) {

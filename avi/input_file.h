@@ -1,5 +1,5 @@
 /// The damaged file, open for reading. A read that fails counts as a short read and is remembered; nothing is ever
-/// written to it. Offsets and sizes are in bytes. // Decision 0010
+/// written to it. Offsets and sizes are in bytes. // Decision: writer, Failed reads and writes are remembered
 #pragma once
 
 #include <cstddef>
@@ -23,7 +23,9 @@ class InputFile {
   static constexpr std::size_t kBlockSize = 1024;
 
   /// Without a file every read answers nothing.
-  explicit InputFile(std::unique_ptr<platform::ReadableFile> file) : file_(std::move(file)) {}
+  explicit InputFile(std::unique_ptr<platform::ReadableFile> file) : owned_(std::move(file)), file_(owned_.get()) {}
+  /// Of a file that somebody else keeps open.
+  explicit InputFile(platform::ReadableFile& file) : file_(&file) {}
 
   /// Fills the front of `into`; the rest is left as it is. Answers how many bytes were read.
   std::size_t read(std::uint64_t offset, std::span<std::byte> into);
@@ -39,7 +41,7 @@ class InputFile {
   [[nodiscard]] platform::Bytes readBytes(std::uint64_t offset, std::size_t size);
 
   /// Size of the file now; 0 without a file.
-  [[nodiscard]] std::uint64_t size() const { return file_ ? file_->size() : 0; }
+  [[nodiscard]] std::uint64_t size() const { return file_ != nullptr ? file_->size() : 0; }
 
   /// Adds failures that came after those remembered so far.
   void remember(const ReadFailures& failures);
@@ -49,7 +51,8 @@ class InputFile {
   /// With the lock held.
   void keep(const ReadFailures& failures);
 
-  std::unique_ptr<platform::ReadableFile> file_;
+  std::unique_ptr<platform::ReadableFile> owned_;
+  platform::ReadableFile* file_;
   mutable std::mutex mutex_;
   ReadFailures failures_;
   ByteRanges unreadable_;

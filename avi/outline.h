@@ -93,6 +93,7 @@ class Outline {
   /// After this many chunks the walk ends.
   static constexpr std::uint64_t kMostChunks = 16U << 20U;
   /// So many chunks, lists and forms of a file are told one by one unless all are wanted; the rest is summed up.
+  /// Decision: command-line, An outline is limited as a whole
   static constexpr std::uint64_t kMostListed = 1000;
   /// Sums are kept for this many codes of a list, the rest under the code of zero.
   static constexpr std::size_t kMostSums = 64;

@@ -12,25 +12,6 @@ namespace zelvo::cli {
 
 namespace {
 
-/// Answers how many bytes a repair would write; 0 for an input that cannot be repaired.
-/// Thread: the worker.
-std::uint64_t findOnly(engine::RepairFile& engine, const std::shared_ptr<engine::Run>& run) {
-  std::uint64_t bytes = 0;
-  engine.beginRun(run);
-  if (!engine.fileValidityCheck()) {
-    engine.runEnd = engine::RunEnd::invalid;
-  } else if (!engine.harvestHeaders()) {
-    engine.runEnd = engine::RunEnd::notSupported;
-  } else {
-    engine.scanSamples();
-    engine.judgeFilm();
-    bytes = engine.bytesToWrite();  // asks the input for its length
-  }
-  engine.readFailures.set(engine.inputfilehandle->failures());
-  engine.inputfilehandle.reset();
-  return bytes;
-}
-
 Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath) {
   const auto start = std::chrono::steady_clock::now();
   Outcome outcome = outcomeOf("check", inputPath);
@@ -41,14 +22,13 @@ Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath
   }
   const ChosenInput& input = std::get<ChosenInput>(chosen);
   outcome.inputSize = input.attributes.size;
-  const auto run = job.begin(input, outcome);
-  std::uint64_t bytes = 0;
-  const std::error_code shortage = job.perform(run, inputPath, [&] { bytes = findOnly(job.engine(), run); });
-  if (shortage && !around.stopRequested) {
-    outcome.reason = shortageSentence(inputPath, shortage);
-  } else if (!judgeInput(outcome, input, job, *run)) {
+  const auto cancel = std::make_shared<platform::CancelMark>();
+  const EngineJob::Done done = job.perform(input, outcome, cancel, engine::check);
+  if (done.shortage && !around.stopRequested) {
+    outcome.reason = shortageSentence(inputPath, done.shortage);
+  } else if (!judgeInput(outcome, input, done.report, *cancel)) {
     outcome.verdict = Verdict::repairable;
-    job.reportFindings(outcome, bytes);
+    job.reportFindings(outcome, done.report);
     if (outcome.readFailures.count > 0) {
       job.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + shownText(input.path) +
                             " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +

@@ -1,4 +1,5 @@
 /// All inputs of one command, so that no output of it takes the place of any of them.
+/// Decision: command-line, No output is any input
 #pragma once
 
 #include <optional>

@@ -1,4 +1,5 @@
-/// Reading the command line. The only place that knows the parsing library. // Decision 0023
+/// Reading the command line. The only place that knows the parsing library.
+/// Decision: command-line, One source knows the parsing library
 #pragma once
 
 #include <memory>

@@ -29,6 +29,7 @@ class Details final : public platform::PrintSink {
 };
 
 /// Sentences about what could not be read at all. The walk itself goes on without a word, with an empty list.
+/// Decision: inventory, No list is an error, an empty one is not
 void tellFailures(platform::MediaRegistry& registry, platform::VolumeSource& volumes, DrivesAnswer& answer) {
   const auto matching = registry.serviceMatching("IOMedia");
   std::unique_ptr<platform::RegistryIterator> media;
@@ -116,9 +117,11 @@ class DrivesCommand final : public Command {
   [[nodiscard]] Exit writeRecord(Surroundings& around, const StorageView& storage) const {
     const std::string text = around.propertyLists.format(storage::recordedSystem(*storage.media, *storage.volumes));
     if (*record_ == "-") return around.console.result(text) ? Exit::done : Exit::ioFailed;
-    HiddenFile hidden(around.fileManager, around.newFiles);
+    platform::Relaxed<std::uint64_t> written;
+    HiddenFile hidden(around.fileManager, around.newFiles, written);
     std::error_code error = hidden.create(platform::folderOf(*record_));
-    if (!error) error = write(around.files, hidden.path(), text);
+    if (!error) error = hidden.file()->writeAt(0, std::as_bytes(std::span(text))).error;
+    if (!error) error = hidden.flushAndClose();
     if (error) {
       around.console.error(shownText(*record_) + " could not be written: " + error.message() + ".");
       return Exit::ioFailed;
@@ -129,16 +132,6 @@ class DrivesCommand final : public Command {
                              ? shownText(*record_) + " exists already and was left as it is; name another file."
                              : shownText(*record_) + " cannot be given its name: " + error.message() + ".");
     return Exit::ioFailed;
-  }
-
-  [[nodiscard]] static std::error_code write(platform::Files& files, const std::string& path, const std::string& text) {
-    const auto opened = files.openForWriting(path);
-    if (!opened.file) return opened.error;
-    const auto written = opened.file->writeAt(0, std::as_bytes(std::span(text)));
-    if (written.error) return written.error;
-    const std::error_code flushed = opened.file->flush();
-    const std::error_code closed = opened.file->close();
-    return flushed ? flushed : closed;
   }
 
   DrivesOptions options_;

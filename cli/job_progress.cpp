@@ -35,22 +35,27 @@ std::string megabytes(std::uint64_t bytes) { return fixedPoint(static_cast<doubl
 
 }  // namespace
 
-void StageField::setStringValue(std::string_view text) {
-  // The engine's three texts ("Analyzing the file..", "Retrieving audio/ video data forks..", "Repairing the file..")
-  // differ in their third letter. Looking at that alone keeps this call, one per KiB of input, at a nanosecond.
-  switch (text.size() > 2 ? text[2] : '\0') {
-    case 'a':
+void RunProgress::stage(engine::RepairStage stage) {
+  switch (stage) {
+    case engine::RepairStage::recognising:
+      stage_ = Stage::none;
+      break;
+    case engine::RepairStage::readingHeaders:
       stage_ = Stage::analysing;
       break;
-    case 't':
+    case engine::RepairStage::searching:
       stage_ = Stage::scanning;
       break;
-    case 'p':
+    case engine::RepairStage::writing:
       stage_ = Stage::writing;
       break;
-    default:
-      break;
   }
+}
+
+double RunProgress::share() const {
+  const std::uint64_t all = all_;
+  if (all == 0) return 0;
+  return std::min(1.0, static_cast<double>(done_) / static_cast<double>(all));
 }
 
 std::string ProgressLine::text(Clock::time_point now, Stage stage, std::uint64_t done, std::uint64_t all) {

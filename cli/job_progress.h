@@ -1,53 +1,39 @@
-/// How far a run is, for the progress line. The engine tells it millions of times a second, so telling is a store.
+/// How far a run is, for the progress line. A run tells it many times a second, so telling is a store.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
 #include <string>
-#include <string_view>
 
-#include "engine/progress_relay.h"
-#include "platform/elements.h"
+#include "engine/repair_observer.h"
 #include "platform/relaxed.h"
 
 namespace zelvo::cli {
 
 enum class Stage { none, analysing, scanning, writing, copying, flushing, inspecting };
 
-/// The job's status line, of which only the stage is kept. Thread: any.
-class StageField final : public platform::TextField {
+/// Keeps what a repair tells last. Thread: any.
+class RunProgress final : public engine::RepairObserver {
  public:
-  void setStringValue(std::string_view text) override;
-  void setIntegerValue(std::int64_t) override {}
-  [[nodiscard]] Stage stage() const { return stage_; }
+  explicit RunProgress(platform::Log& log) : log_(log) {}
+
+  [[nodiscard]] platform::Log& log() override { return log_; }
+  void stage(engine::RepairStage stage) override;
+  void progress(std::uint64_t done, std::uint64_t all) override {
+    done_ = done;
+    all_ = all;
+  }
+
   void setStage(Stage stage) { stage_ = stage; }
+  [[nodiscard]] Stage stage() const { return stage_; }
+  /// How much of the stage is done, 0 to 1. The two figures may be of two moments, which no reader of a line notices.
+  [[nodiscard]] double share() const;
 
  private:
+  platform::Log& log_;
   platform::Relaxed<Stage> stage_;
-};
-
-/// A button that is not there: the stop button is told ten times per block of the animation's end that it is disabled.
-class NoButton final : public platform::Button {
- public:
-  void setEnabled(bool) override {}
-  void setHidden(bool) override {}
-  void setState(State) override {}
-  [[nodiscard]] State state() const override { return State::off; }
-  void setImage(std::string_view) override {}
-};
-
-/// Keeps the last percentage of the harvest and the scan; everything else is read where it is.
-class LastPercent final : public engine::ProgressRelay {
- public:
-  void setProgressBarValue(double percent) override { percent_ = percent; }
-  void updateProgressBar() override {}
-  void updateSaveProgressBar() override {}
-  void updateSaveProgressBar2() override {}
-  void setMovieView(const std::string&) override {}
-  [[nodiscard]] double percent() const { return percent_; }
-
- private:
-  platform::Relaxed<double> percent_;
+  platform::Relaxed<std::uint64_t> done_;
+  platform::Relaxed<std::uint64_t> all_;
 };
 
 /// The text of the progress line: name, stage, per cent, amount and speed. Sizes are in bytes.

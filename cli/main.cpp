@@ -1,4 +1,4 @@
-// zelvo-avi, the command line: joins the engine with the system and a window that nobody sees.
+// zelvo-avi, the command line: joins the engine with the system.
 #include <unistd.h>
 
 #include <csignal>
@@ -9,8 +9,6 @@
 
 #include "cli/command_line.h"
 #include "cli/surroundings.h"
-#include "platform/headless/elements.h"
-#include "platform/headless/screen.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
@@ -24,6 +22,7 @@
 namespace {
 
 /// Raised by a signal handler, so it must be free of locks.
+/// Decision: command-line, A signal only raises a flag
 zelvo::platform::Relaxed<bool> stopRequested;
 static_assert(std::atomic<bool>::is_always_lock_free);
 
@@ -50,27 +49,27 @@ void installSignals() {
 
 zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console) {
   namespace system = zelvo::platform::linux_;
-  namespace headless = zelvo::platform::headless;
   system::LinuxFiles files;
   system::LinuxFileManager fileManager;
   system::LinuxNewFiles newFiles;
   system::LinuxMainQueue mainQueue;
   system::LinuxWorkers workers;
-  headless::HeadlessMovieLoader movies;
-  headless::HeadlessSheets sheets(mainQueue, nullptr);
-  const headless::Screen screen;
   system::LinuxPropertyLists propertyLists;
   system::LinuxPathProbe pathProbe(system::LinuxPathProbe::thisProgram());
   const auto lookAtStorage = [&pathProbe] {
     const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>(pathProbe);
     return zelvo::cli::StorageView{snapshot, snapshot};
   };
-  zelvo::cli::Surroundings around{
-      files,         fileManager,   newFiles,
-      workers,       mainQueue,     [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
-      movies,        sheets,        screen.job,
-      lookAtStorage, propertyLists, console,
-      stopRequested};
+  zelvo::cli::Surroundings around{.files = files,
+                                  .fileManager = fileManager,
+                                  .newFiles = newFiles,
+                                  .workers = workers,
+                                  .mainQueue = mainQueue,
+                                  .runUntil = [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
+                                  .lookAtStorage = lookAtStorage,
+                                  .propertyLists = propertyLists,
+                                  .console = console,
+                                  .stopRequested = stopRequested};
   return command.run(around);
 }
 

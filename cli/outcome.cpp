@@ -13,7 +13,9 @@ namespace {
 
 constexpr std::uint64_t kResultVersion = 1;
 
-std::string codecInWords(const StreamFound& stream) {
+std::string_view nameOf(engine::StreamKind kind) { return kind == engine::StreamKind::video ? "video" : "audio"; }
+
+std::string codecInWords(const engine::StreamReport& stream) {
   if (!stream.formatTag) return stream.codec.empty() ? "codec not named" : shownText(stream.codec);
   const std::string_view name = avi::audioFormatName(*stream.formatTag);
   return name.empty() ? "format " + shownHex(*stream.formatTag, 4) : std::string(name);
@@ -25,23 +27,45 @@ std::string line(std::string_view label, const std::string& text) {
   return padded + text + "\n";
 }
 
-std::string streamInWords(std::string_view label, const std::optional<StreamFound>& stream) {
-  if (!stream) return {};
-  return line(label, codecInWords(*stream) + ", " + counted(stream->chunks, "chunk") + ", " + shownSize(stream->bytes));
+std::string streamsInWords(const std::vector<engine::StreamReport>& streams) {
+  std::string text;
+  for (const engine::StreamReport& stream : streams) {
+    text += line(stream.kind == engine::StreamKind::video ? "Video" : "Audio",
+                 codecInWords(stream) + ", " + counted(stream.chunks, "chunk") + ", " + shownSize(stream.bytes));
+  }
+  return text;
 }
 
-void writeStream(JsonWriter& json, std::string_view name, const std::optional<StreamFound>& stream) {
-  json.key(name);
-  if (!stream) {
+void writeMembers(JsonWriter& json, const engine::StreamReport& stream) {
+  json.member("codec", stream.codec);
+  if (stream.formatTag) json.member("format_tag", *stream.formatTag);
+  json.member("chunks", stream.chunks);
+  json.member("bytes", stream.bytes);
+}
+
+/// The first stream of a kind, under that kind's name.
+void writeFirst(JsonWriter& json, const std::vector<engine::StreamReport>& streams, engine::StreamKind kind) {
+  json.key(nameOf(kind));
+  const auto first = std::find_if(streams.begin(), streams.end(), [&](const auto& one) { return one.kind == kind; });
+  if (first == streams.end()) {
     json.null();
     return;
   }
   json.beginObject();
-  json.member("codec", stream->codec);
-  if (stream->formatTag) json.member("format_tag", *stream->formatTag);
-  json.member("chunks", stream->chunks);
-  json.member("bytes", stream->bytes);
+  writeMembers(json, *first);
   json.endObject();
+}
+
+void writeAll(JsonWriter& json, const std::vector<engine::StreamReport>& streams) {
+  json.key("streams");
+  json.beginArray();
+  for (const engine::StreamReport& stream : streams) {
+    json.beginObject();
+    json.member("kind", nameOf(stream.kind));
+    writeMembers(json, stream);
+    json.endObject();
+  }
+  json.endArray();
 }
 
 void writeOptional(JsonWriter& json, std::string_view name, const std::optional<std::uint64_t>& value) {
@@ -76,7 +100,8 @@ Exit exitOf(const Outcome& outcome) {
   switch (outcome.verdict) {
     case Verdict::repaired:
     case Verdict::repairable:
-      // What could not be read is missing from the result, so it is no plain success. // Decision 0021
+      // What could not be read is missing from the result, so it is no plain success.
+      // Decision: command-line, Unreadable bytes exit with 3
       return outcome.readFailures.count > 0 ? Exit::ioFailed : Exit::done;
     case Verdict::notSupported:
     case Verdict::invalid:
@@ -111,15 +136,14 @@ std::string inWords(const Outcome& outcome) {
   const std::string input = shownText(outcome.inputPath);
   std::string text;
   if (outcome.verdict == Verdict::repaired) {
-    text = input + ": repaired.\n" + streamInWords("Video", outcome.video) + streamInWords("Audio", outcome.audio);
+    text = input + ": repaired.\n" + streamsInWords(outcome.streams);
     const std::string output = outcome.outputPath.value_or("");
     text += line("Written", shownText(output) + " (" + shownSize(outcome.outputSize.value_or(0)) + ", in " +
                                 shownSeconds(outcome.seconds) + ")");
     text += line("To play", "open it with any video player, for instance: mpv " + shownText(quotedForShell(output)));
     text += line("Unchanged", input);
   } else if (outcome.verdict == Verdict::repairable) {
-    text =
-        input + ": can be repaired.\n" + streamInWords("Video", outcome.video) + streamInWords("Audio", outcome.audio);
+    text = input + ": can be repaired.\n" + streamsInWords(outcome.streams);
     text += line("Output", shownSize(outcome.outputSize.value_or(0)) + " would be written");
     text += line("To repair", "zelvo-avi repair " + shownText(quotedForShell(outcome.inputPath)));
   }
@@ -144,8 +168,9 @@ std::string inJson(const Outcome& outcome) {
     json.text(outcome.reason);
   }
   writeOutput(json, outcome);
-  writeStream(json, "video", outcome.video);
-  writeStream(json, "audio", outcome.audio);
+  writeFirst(json, outcome.streams, engine::StreamKind::video);
+  writeFirst(json, outcome.streams, engine::StreamKind::audio);
+  writeAll(json, outcome.streams);
   json.member("read_errors", outcome.readFailures.count);
   json.key("warnings");
   json.beginArray();

@@ -9,6 +9,7 @@
 
 #include "avi/input_file.h"
 #include "cli/exit.h"
+#include "engine/repair_report.h"
 
 namespace zelvo::cli {
 
@@ -21,14 +22,6 @@ enum class Verdict {
   failed,  ///< reading or writing failed or was refused
 };
 
-/// The chunks of one kind that were found.
-struct StreamFound {
-  std::string codec;                       ///< as the file's own header names it
-  std::optional<std::uint32_t> formatTag;  ///< audio: wFormatTag
-  std::uint64_t chunks = 0;
-  std::uint64_t bytes = 0;  ///< payloads
-};
-
 struct Outcome {
   std::string command;
   std::string inputPath;
@@ -37,8 +30,8 @@ struct Outcome {
   std::string reason;  ///< a sentence; empty when all went well
   std::optional<std::string> outputPath;
   std::optional<std::uint64_t> outputSize;  ///< of the file written, or that a repair would write
-  std::optional<StreamFound> video;
-  std::optional<StreamFound> audio;
+  /// Those whose chunks were found; none where the search for them was not reached.
+  std::vector<engine::StreamReport> streams;
   avi::ReadFailures readFailures;
   std::vector<std::string> warnings;
   double seconds = 0;

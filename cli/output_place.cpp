@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <random>
+#include <utility>
 
 #include "avi/name_endings.h"
 #include "cli/shown_text.h"
+#include "engine/counted_file.h"
 #include "platform/paths.h"
 #include "platform/ran_out.h"
 #include "platform/same_file.h"
@@ -75,11 +77,13 @@ std::error_code HiddenFile::create(const std::string& folder) {
   // A name that exists already is as good as impossible; should it happen, another one is tried.
   for (int attempt = 0; attempt < 8; ++attempt) {
     const std::string candidate = platform::pathIn(folder, hiddenName());
-    error = newFiles_.createNewFile(candidate);
-    if (!error) {
+    auto created = newFiles_.createNewFile(candidate);
+    if (created.file) {
       path_ = candidate;
+      file_ = std::make_unique<engine::CountedFile>(std::move(created.file), written_);
       return {};
     }
+    error = created.error;
     if (error != std::errc::file_exists) break;
   }
   return error;
@@ -110,7 +114,15 @@ std::error_code HiddenFile::renameTo(const OutputChoice& output) {
   return error;
 }
 
+std::error_code HiddenFile::flushAndClose() {
+  const std::error_code flushing = file_->flush();
+  const std::error_code closing = file_->close();
+  file_.reset();
+  return flushing ? flushing : closing;
+}
+
 void HiddenFile::remove() {
+  file_.reset();
   if (path_.empty()) return;
   // Nothing can be done about a file that will not go, and nothing may leave here while memory is short.
   static_cast<void>(platform::ranOut([this] { static_cast<void>(fileManager_.remove(path_)); }));

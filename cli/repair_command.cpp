@@ -16,6 +16,7 @@
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
 #include "engine/padded_copy.h"
+#include "engine/repair.h"
 #include "platform/paths.h"
 #include "platform/same_file.h"
 
@@ -28,7 +29,8 @@ std::string writeFailed(const OutputChoice& output, std::uint64_t offset, std::e
          ". Nothing of it was left behind.";
 }
 
-class OneRepair {
+/// One input's repair. Makes the engine's output: a hidden file beside the final name.
+class OneRepair final : public engine::OutputMaker {
  public:
   OneRepair(Surroundings& around, EngineJob& job, const CommandInputs& inputs, OutputChoice output, bool padded)
       : around_(around),
@@ -37,22 +39,30 @@ class OneRepair {
         output_(std::move(output)),
         folder_(platform::folderOf(output_.path)),
         isPadded_(padded),
-        rebuilt_(around.fileManager, around.newFiles),
-        padded_(around.fileManager, around.newFiles) {}
+        rebuilt_(around.fileManager, around.newFiles, job.written()),
+        padded_(around.fileManager, around.newFiles, job.written()) {}
 
   [[nodiscard]] Outcome run(const std::string& inputPath);
 
+  /// Looks at the free space before it creates anything.
+  [[nodiscard]] Made make(std::uint64_t size) override;
+  /// It stays open: the disk is still to be waited for.
+  [[nodiscard]] std::error_code close() override { return {}; }
+
  private:
   /// Thread: the worker, as all that it calls.
-  void work(const std::shared_ptr<engine::Run>& run);
-  [[nodiscard]] bool mayWrite(engine::Run& run, std::uint64_t bytes);
-  void copyPadded(const engine::Run& run);
-  void flush(const std::string& path);
+  [[nodiscard]] engine::RepairReport work(const engine::RepairRun& run);
+  void copyPadded(const platform::CancelMark& cancel);
   void failWriting(std::uint64_t offset, std::error_code cause) { obstacle_ = writeFailed(output_, offset, cause); }
+  [[nodiscard]] Made refused(std::string sentence) {
+    obstacle_ = std::move(sentence);
+    return {.file = nullptr, .error = {}, .refused = true};
+  }
 
   /// Has the new name, and that of a folder made for it, outlive a power cut.
   void keepNames(Outcome& outcome);
-  void judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run);
+  void judge(Outcome& outcome, const ChosenInput& input, const engine::RepairReport& report,
+             const platform::CancelMark& cancel);
 
   Surroundings& around_;
   EngineJob& job_;
@@ -62,79 +72,62 @@ class OneRepair {
   const bool isPadded_;
   HiddenFile rebuilt_;
   HiddenFile padded_;
-  std::uint64_t bytes_ = 0;  ///< that the engine writes
-  std::string obstacle_;     ///< why there will be no output; a sentence
+  std::string obstacle_;  ///< why there will be no output; a sentence
 };
 
-bool OneRepair::mayWrite(engine::Run& run, std::uint64_t bytes) {
-  bytes_ = bytes;
+engine::OutputMaker::Made OneRepair::make(std::uint64_t size) {
   if (output_.makesFolder) {
     if (const std::error_code error = around_.fileManager.createFolder(folder_)) {
-      obstacle_ = "the folder " + shownText(folder_) + " cannot be created: " + error.message() + ".";
-      return false;
+      return refused("the folder " + shownText(folder_) + " cannot be created: " + error.message() + ".");
     }
   }
   // Both the rebuilt file and its padded copy are there for a while.
-  const std::uint64_t needed = isPadded_ ? bytes + engine::paddedCopySize(bytes) : bytes;
-  if (auto sentence = spaceMissing(folder_, needed, around_.fileManager)) {
-    obstacle_ = std::move(*sentence);
-    return false;
-  }
+  const std::uint64_t needed = isPadded_ ? size + engine::paddedCopySize(size) : size;
+  if (auto sentence = spaceMissing(folder_, needed, around_.fileManager)) return refused(std::move(*sentence));
   if (const std::error_code error = rebuilt_.create(folder_, output_)) {
-    obstacle_ = "no file can be created in " + shownText(folder_) + ": " + error.message() + ".";
-    return false;
+    return refused("no file can be created in " + shownText(folder_) + ": " + error.message() + ".");
   }
-  run.internalpath = rebuilt_.path();
-  job_.beginWriting(Stage::writing, bytes);
-  return true;
+  job_.beginWriting(Stage::writing, size);
+  return {.file = rebuilt_.file(), .error = {}};
 }
 
-void OneRepair::work(const std::shared_ptr<engine::Run>& run) {
-  engine::RepairFile& engine = job_.engine();
-  run->mayWrite = [this, &run](std::uint64_t bytes) { return mayWrite(*run, bytes); };
-  engine.retrieveAudioVideoSamples(run);
-  if (run->cancel->abandoned() || engine.runEnd != engine::RunEnd::rebuilt) return;
-  if (const auto failure = engine.writeFailure.get()) {
-    failWriting(failure->offset, failure->cause);
-    return;
+engine::RepairReport OneRepair::work(const engine::RepairRun& run) {
+  engine::RepairReport report = engine::repair(run, *this);
+  if (run.cancel.abandoned() || report.end != engine::RunEnd::rebuilt) return report;
+  if (report.writeFailure) {
+    failWriting(report.writeFailure->offset, report.writeFailure->cause);
+    return report;
   }
-  if (isPadded_) copyPadded(*run);
-  if (!obstacle_.empty() || run->cancel->abandoned()) return;
+  if (isPadded_) copyPadded(run.cancel);
+  if (!obstacle_.empty() || run.cancel.abandoned()) return report;
   job_.beginWriting(Stage::flushing, 0);
-  flush(isPadded_ ? padded_.path() : rebuilt_.path());
+  if (const std::error_code error = (isPadded_ ? padded_ : rebuilt_).flushAndClose()) {
+    failWriting(isPadded_ ? engine::paddedCopySize(report.bytes) : report.bytes, error);
+  }
+  return report;
 }
 
-void OneRepair::copyPadded(const engine::Run& run) {
+void OneRepair::copyPadded(const platform::CancelMark& cancel) {
   if (const std::error_code error = padded_.create(folder_, output_)) {
     failWriting(0, error);
     return;
   }
   const auto from = around_.files.openForReading(rebuilt_.path());
-  const auto to = job_.files().openForWriting(padded_.path());
-  if (!from.file || !to.file) {
-    failWriting(0, from.file ? to.error : from.error);
+  if (!from.file) {
+    failWriting(0, from.error);
     return;
   }
   const std::uint64_t size = from.file->size();
   job_.beginWriting(Stage::copying, engine::paddedCopySize(size));
   const engine::PaddedCopyEnd end =
-      engine::paddedCopy(from.file.get(), *to.file, size, [&run](std::uint64_t) { return !run.cancel->abandoned(); });
+      engine::paddedCopy(from.file.get(), *padded_.file(), size, [&](std::uint64_t) { return !cancel.abandoned(); });
   if (end.writeFailure) {
     failWriting(end.writeFailure->offset, end.writeFailure->cause);
   } else if (end.missing > 0) {
     obstacle_ = "the rebuilt file could not be read back: " + counted(end.missing, "byte") + " missing" +
                 (end.readFailures.count > 0 ? ", " + end.readFailures.firstCause.message() : "") + ".";
-  } else if (const std::error_code error = to.file->close()) {
-    failWriting(engine::paddedCopySize(size), error);
   }
   rebuilt_.remove();
-}
-
-void OneRepair::flush(const std::string& path) {
-  const auto opened = around_.files.openForWriting(path);
-  std::error_code error = opened.error;
-  if (opened.file) error = opened.file->flush();
-  if (error) obstacle_ = writeFailed(output_, isPadded_ ? engine::paddedCopySize(bytes_) : bytes_, error);
 }
 
 void OneRepair::keepNames(Outcome& outcome) {
@@ -145,9 +138,10 @@ void OneRepair::keepNames(Outcome& outcome) {
                          " is written, but a power cut could still take its name from it: " + error.message() + ".");
 }
 
-void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::Run& run) {
-  if (judgeInput(outcome, input, job_, run)) return;
-  job_.reportFindings(outcome, bytes_);
+void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::RepairReport& report,
+                      const platform::CancelMark& cancel) {
+  if (judgeInput(outcome, input, report, cancel)) return;
+  job_.reportFindings(outcome, report);
   outcome.outputSize.reset();
   outcome.verdict = Verdict::failed;
   if (!obstacle_.empty()) {
@@ -191,14 +185,15 @@ Outcome OneRepair::run(const std::string& inputPath) {
     outcome.reason = std::move(*sentence);
     return outcome;
   }
-  const auto run = job_.begin(input, outcome);
-  const std::error_code shortage = job_.perform(run, inputPath, [this, &run] { work(run); });
+  const auto cancel = std::make_shared<platform::CancelMark>();
+  const EngineJob::Done done =
+      job_.perform(input, outcome, cancel, [this](const engine::RepairRun& run) { return work(run); });
   // A stop between the end of the work and here still counts: nothing bears the final name yet.
-  if (around_.stopRequested) run->cancel->abandon();
-  if (shortage && !around_.stopRequested) {
-    outcome.reason = shortageSentence(inputPath, shortage);
+  if (around_.stopRequested) cancel->abandon();
+  if (done.shortage && !around_.stopRequested) {
+    outcome.reason = shortageSentence(inputPath, done.shortage);
   } else {
-    judge(outcome, input, *run);
+    judge(outcome, input, done.report, *cancel);
   }
   outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return outcome;

@@ -7,12 +7,9 @@
 #include "platform/file_manager.h"
 #include "platform/files.h"
 #include "platform/main_queue.h"
-#include "platform/movies.h"
 #include "platform/new_files.h"
-#include "platform/outlets.h"
 #include "platform/property_lists.h"
 #include "platform/relaxed.h"
-#include "platform/sheets.h"
 #include "platform/storage_view.h"
 #include "platform/workers.h"
 
@@ -28,9 +25,6 @@ struct Surroundings {
   platform::MainQueue& mainQueue;
   /// Does the main queue's work until the question, asked many times a second, is answered with true.
   std::function<void(const std::function<bool()>&)> runUntil;
-  platform::MovieLoader& movies;
-  platform::Sheets& sheets;
-  const platform::JobOutlets& outlets;         ///< elements that nobody looks at
   std::function<StorageView()> lookAtStorage;  ///< for the commands that want it: reading it takes milliseconds
   platform::PropertyLists& propertyLists;
   Console& console;

@@ -6,8 +6,10 @@
 #   share/applications, share/metainfo, share/icons                         what desktops read
 #   bin/zelvo-avi                                                           the command line; component "cli"
 #
-# Every link is relative, so the tree may be staged anywhere and moved as a whole. // Decision 0120
+# Every link is relative, so the tree may be staged anywhere and moved as a whole.
+# Decision: install, The program finds its own bundle
 
+# Decision: install, Distributors give the addresses
 set(ZELVO_UPDATE_URL "" CACHE STRING
     "Address of the published property list that the update check reads; empty for no update check")
 set(ZELVO_PLAYER_URL "https://mpv.io/" CACHE STRING
@@ -26,6 +28,7 @@ endforeach()
 
 set(zelvo_applications "${ZELVO_BUNDLE_ROOT}/zelvo/avi-repair/Applications")
 # Four components above the bundle lies a folder that holds nothing but ours: leftovers of updates are removed there.
+# Decision: install, The bundle lies four folders deep
 set(zelvo_bundle "${zelvo_applications}/Zelvo AVI Repair/Zelvo AVI Repair.app")
 set(zelvo_help "Contents/MacOS/Manual/Zelvo AVI Repair")
 set(zelvo_generated ${PROJECT_BINARY_DIR}/generated/install)

@@ -26,7 +26,7 @@ set(CPACK_DEBIAN_WINDOW_DESCRIPTION "repairs damaged AVI films
 A camera lost power, a download broke off, a card has bad spots, and now no
 player opens the film. Zelvo AVI Repair walks through the whole file, collects
 every piece of picture and sound that is still there, and writes a new film
-with sound headers and a new index. The damaged file is only ever read.
+with valid headers and a new index. The damaged file is only ever read.
 
 This package holds the window: choose a film, wait, look at the result, save.")
 # Opening the help needs a way to a browser, and Wayland desktops a module of their own.
@@ -38,7 +38,7 @@ set(CPACK_DEBIAN_WINDOW_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/po
 set(CPACK_DEBIAN_CLI_PACKAGE_NAME zelvo-avi)
 set(CPACK_DEBIAN_CLI_DESCRIPTION "repairs damaged AVI films from the command line
 Walks through damaged AVI files, collects every piece of picture and sound that
-is still there, and writes new files with sound headers and new indexes. The
+is still there, and writes new files with valid headers and new indexes. The
 damaged files are only ever read.
 
 This package holds the command zelvo-avi, for many films at once, for scripts

@@ -26,7 +26,8 @@ void TrackedButton::updateTrackingAreas() {
     host().addTrackingArea(trackingArea_);
   }
   // The pointer may have come or gone without an event, because the button moved or something opened over it.
-  // Decision 0091: not knowing where it is counts as outside.
+  // Not knowing where it is counts as outside.
+  // Decision: controls, An unknown pointer is outside
   const auto pointer = host().mouseLocationOutsideOfEventStream();
   if (pointer && platform::pointInRect(*pointer, host().bounds())) {
     mouseEntered({});

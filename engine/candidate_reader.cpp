@@ -21,7 +21,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
   std::size_t ownRead = ScanWindow::kBlockSize + ScanWindow::kReadAhead;
   if (block == last_) {
     // Deliberate: of the last block only `mod` bytes count, which is none when the size is a multiple of 1024.
-    // Decision 0004
+    // Decision: scan, The last block is cut, values are not
     if (mod_ == 0) return;
     positions = mod_ < 4 ? 0 : mod_ - 3;
     ownRead = mod_;
@@ -38,7 +38,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
     candidate.block = block;
     candidate.inBlock = i;
     candidate.code = avi::FourCC::at(bytes.subspan(i));
-    // Deliberate: these sums wrap at 32 bits, as block offsets do. // Decision 0003
+    // Deliberate: these sums wrap at 32 bits, as block offsets do. // Decision: scan, Scan offsets wrap at 32 bits
     const std::uint32_t position = candidate.position();
     candidate.size = window_.numberAt(position + 4);
     if (candidate.sizeIsRefused()) continue;
@@ -46,6 +46,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
         static_cast<std::uint8_t>(window_.readLookAhead(position + 8 + candidate.size, candidate.lookAhead));
     // Silence may be all zeros; a picture is not, which its first byte tells nearly always.
     const std::size_t payload = i + std::size_t{8};
+    // Decision: scan, Blank pictures do not count
     const bool mayBeBlank = payload >= bytes.size() || bytes[payload] == std::byte{0};
     candidate.isBlank =
         mayBeBlank && isPictureCode(candidate.code) && window_.isAllZero(position + std::uint64_t{8}, candidate.size);

@@ -1,5 +1,6 @@
 /// The payload of a stream format chunk (strf), as harvested. A size field may claim gigabytes, so a large payload is
-/// held as a range of the input and copied when it is written. Sizes and offsets are in bytes. // Decision 0005
+/// held as a range of the input and copied when it is written. Sizes and offsets are in bytes.
+/// Decision: writer, Formats are written as they came
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,8 @@ namespace zelvo::engine {
 
 /// Full path of the input; nothing while no file is chosen. Written by the controller and the job's sheet handlers.
 extern platform::Guarded<std::optional<std::string>> path;
-/// Size of the input as its chooser found it. Written by the controller. // Decision 0008
+/// Size of the input as its chooser found it. Written by the controller.
+/// Decision: scan, The size is what the chooser says
 extern platform::Relaxed<std::uint64_t> inputfilesize;
 /// Scratch path of the rebuilt file. Written by the controller.
 extern platform::Guarded<std::string> internalpath;

@@ -9,8 +9,7 @@
 #include "avi/byte_order.h"
 #include "avi/codec_text.h"
 #include "avi/fourcc.h"
-#include "engine/globals.h"
-#include "engine/repair_file.h"
+#include "engine/repair_stages.h"
 
 namespace zelvo::engine {
 
@@ -26,110 +25,123 @@ bool anyByteSet(std::span<const std::byte> bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [](std::byte byte) { return byte != std::byte{0}; });
 }
 
-/// The number in up to four bytes; those that the file no longer had count as zero. // Decision 0001
+/// The number in up to four bytes; those that the file no longer had count as zero.
+/// Decision: scan, Missing size bytes count as zero
 std::uint64_t numberIn(const platform::Bytes& bytes) {
   std::array<std::byte, 4> padded{};
   std::copy(bytes.begin(), bytes.end(), padded.begin());
-  return RepairFile::fourByteRead(padded);
+  return avi::loadLittleEndian32(padded);
+}
+
+/// Copies what stands after each code into the state.
+class Harvest {
+ public:
+  Harvest(RepairState& state, const RepairContext& run) : state_(state), run_(run) {}
+
+  /// `code`: the four bytes at `position`.
+  void take(std::span<const std::byte> code, std::uint32_t position) {
+    const auto found = avi::FourCC::at(code);
+    if (found == avi::kAvih) {
+      takeMainHeader(position);
+    } else if (found == avi::kVids) {
+      takeVideoHeader(position);
+    } else if (found == avi::kAuds) {
+      takeAudioHeader(position);
+    }
+  }
+
+ private:
+  void takeMainHeader(std::uint32_t position);
+  void takeVideoHeader(std::uint32_t position);
+  void takeAudioHeader(std::uint32_t position);
+  [[nodiscard]] FormatPayload formatAt(std::uint32_t position, std::uint64_t size) {
+    if (size > FormatPayload::kLargestHeld) return {.held = {}, .rangeOffset = position, .rangeSize = size};
+    return {.held = run_.input.readBytes(position, static_cast<std::size_t>(size))};
+  }
+  [[nodiscard]] platform::Log& log() const { return run_.observer.log(); }
+
+  RepairState& state_;
+  const RepairContext& run_;
+};
+
+void Harvest::takeMainHeader(std::uint32_t position) {
+  state_.avihdata1 = run_.input.readBytes(position + 4, 20);
+  // Only the low 16 bits of the size field are looked at.
+  state_.avihscaleratedatafound =
+      anyByteSet(std::span(state_.avihdata1).first(std::min<std::size_t>(2, state_.avihdata1.size())));
+  if (!state_.avihscaleratedatafound) logLine(log(), "NOT FOUND");
+  state_.avihdata2 = run_.input.readBytes(position + 28, 36);
+}
+
+void Harvest::takeVideoHeader(std::uint32_t position) {
+  state_.videocodec = run_.input.readBytes(position + 4, 4);
+  const std::string text = avi::codecText(state_.videocodec);
+  state_.videocodecstring.set(text);
+  run_.observer.videoCodec(text);
+  logLine(log(), "videocodecstring=%@", state_.videocodecstring.get());
+  state_.videocodecfound = anyByteSet(state_.videocodec);
+  if (state_.videocodecfound) logLine(log(), "Video codec =S");
+  state_.videoscaleratedata = run_.input.readBytes(position + 20, 8);
+  state_.videoscaledata = run_.input.readBytes(position + 28, 4);
+  state_.videostrfsize = numberIn(run_.input.readBytes(position + 60, 4));
+  state_.videostrfdata = formatAt(position + 64, state_.videostrfsize);
+  state_.videostrfcodecdata = run_.input.readBytes(position + 80, 4);
+  state_.videostrfcodecfound = anyByteSet(state_.videostrfcodecdata);
+}
+
+void Harvest::takeAudioHeader(std::uint32_t position) {
+  state_.audiocodec = run_.input.readBytes(position + 4, 4);
+  // Deliberate: unlike the video handler, an audio handler of four zero bytes counts as found.
+  state_.audiocodecfound = true;
+  logLine(log(), "Audio codec =S");
+  state_.audioscaleratedata = run_.input.readBytes(position + 20, 8);
+  state_.audioscaledata = run_.input.readBytes(position + 28, 4);
+  state_.audiostrfsize = numberIn(run_.input.readBytes(position + 60, 4));
+  state_.audiostrfdata = formatAt(position + 64, state_.audiostrfsize);
+  state_.audiostrfcodecdata = run_.input.readBytes(position + 80, 4);
+  state_.audiostrfcodecfound = anyByteSet(state_.audiostrfcodecdata);
 }
 
 }  // namespace
 
-bool RepairFile::allHeadersFound() const {
-  return avihscaleratedatafound && audiocodecfound && videocodecfound && videostrfcodecfound && audiostrfcodecfound;
-}
+bool harvestHeaders(RepairState& state, const RepairContext& run) {
+  platform::Log& log = run.observer.log();
+  logLine(log, "Audio video samples called");
+  state.videosamplesize = 0;
+  state.videosamplecount = 0;
+  state.audiosamplecount = 0;
+  state.audiosamplesize = 0;
+  state.samplesleftout = 0;
+  state.videosampleoffset = 0;
+  state.audiosampleoffset = 0;
+  state.sector = 1;
+  countBlocks(state, run.inputfilesize);
+  state.currentoffset = 0;
 
-bool RepairFile::harvestHeaders() {
-  logLine(services_.log, "Audio video samples called");
-  videosamplesize = 0;
-  videosamplecount = 0;
-  audiosamplecount = 0;
-  audiosamplesize = 0;
-  samplesleftout = 0;
-  videosampleoffset = 0;
-  audiosampleoffset = 0;
-  sector = 1;
-  mod = 0;
-  buffersize = kBlockSize;
-  nextHeader = false;
-  countBlocks();
-  currentoffset = 0;
-
-  const std::uint32_t lastBlock = stopRequested(*run_) ? 0 : kBlocksHarvested;
+  Harvest harvest(state, run);
+  const std::uint32_t lastBlock = run.stopRequested() ? 0 : kBlocksHarvested;
   for (std::uint32_t block = 1; block <= lastBlock; ++block) {
-    sector = block;
-    if (stopRequested(*run_)) continue;
+    state.sector = block;
+    if (run.stopRequested()) continue;
     std::array<std::byte, kBlockSize + kLookAhead> buffer{};
-    currentoffset = (block - 1) * std::uint64_t{kBlockSize};
+    state.currentoffset = (block - 1) * std::uint64_t{kBlockSize};
     // Deliberate: the last block of the harvest, not that of the file, is read only as far as the file's last block
-    // would be. The values behind a code found in it are read without that limit. // Decision 0004
-    const std::size_t wanted = block == kBlocksHarvested ? mod : buffer.size();
-    inputfilehandle->read(currentoffset, std::span(buffer).first(wanted));
-    outlets.textfield.setStringValue("Analyzing the file..");
+    // would be. The values behind a code found in it are read without that limit.
+    // Decision: scan, The last block is cut, values are not
+    const std::size_t wanted = block == kBlocksHarvested ? state.mod : buffer.size();
+    run.input.read(state.currentoffset, std::span(buffer).first(wanted));
+    run.observer.stage(RepairStage::readingHeaders);
     for (std::uint32_t i = 0; i < kBlockSize; ++i) {
-      controll->setProgressBarValue(static_cast<double>(block) * 100.0 / kBlocksHarvested);
-      updateProgressBar_.request();
-      harvestPosition(std::span(buffer).subspan(i, 4), (block - 1) * std::uint32_t{kBlockSize} + i);
+      run.observer.progress(block, kBlocksHarvested);
+      harvest.take(std::span(buffer).subspan(i, 4), (block - 1) * std::uint32_t{kBlockSize} + i);
     }
-    if (allHeadersFound() && run_->inputfilesize > kLargestUnsupported) {
-      controll->setProgressBarValue(100.0);
-      logLine(services_.log, "Break");
+    if (state.allHeadersFound() && run.inputfilesize > kLargestUnsupported) {
+      run.observer.headersFound();
+      logLine(log, "Break");
       break;
     }
   }
-  return allHeadersFound() && run_->inputfilesize > kLargestUnsupported;
-}
-
-void RepairFile::harvestPosition(std::span<const std::byte> code, std::uint32_t position) {
-  const avi::FourCC found = avi::FourCC::at(code);
-  if (found == avi::kAvih) {
-    harvestMainHeader(position);
-  } else if (found == avi::kVids) {
-    harvestVideoHeader(position);
-  } else if (found == avi::kAuds) {
-    harvestAudioHeader(position);
-  }
-}
-
-void RepairFile::harvestMainHeader(std::uint32_t position) {
-  avihdata1 = inputfilehandle->readBytes(position + 4, 20);
-  // Only the low 16 bits of the size field are looked at.
-  avihscaleratedatafound = anyByteSet(std::span(avihdata1).first(std::min<std::size_t>(2, avihdata1.size())));
-  if (!avihscaleratedatafound) logLine(services_.log, "NOT FOUND");
-  avihdata2 = inputfilehandle->readBytes(position + 28, 36);
-}
-
-void RepairFile::harvestVideoHeader(std::uint32_t position) {
-  videocodec = inputfilehandle->readBytes(position + 4, 4);
-  videocodecstring.set(avi::codecText(videocodec));
-  outlets.videocodecfield.setStringValue(*videocodecstring.get());
-  logLine(services_.log, "videocodecstring=%@", videocodecstring.get());
-  videocodecfound = anyByteSet(videocodec);
-  if (videocodecfound) logLine(services_.log, "Video codec =S");
-  videoscaleratedata = inputfilehandle->readBytes(position + 20, 8);
-  videoscaledata = inputfilehandle->readBytes(position + 28, 4);
-  videostrfsize = numberIn(inputfilehandle->readBytes(position + 60, 4));
-  videostrfdata = readFormat(position + 64, videostrfsize);
-  videostrfcodecdata = inputfilehandle->readBytes(position + 80, 4);
-  videostrfcodecfound = anyByteSet(videostrfcodecdata);
-}
-
-void RepairFile::harvestAudioHeader(std::uint32_t position) {
-  audiocodec = inputfilehandle->readBytes(position + 4, 4);
-  // Deliberate: unlike the video handler, an audio handler of four zero bytes counts as found.
-  audiocodecfound = true;
-  logLine(services_.log, "Audio codec =S");
-  audioscaleratedata = inputfilehandle->readBytes(position + 20, 8);
-  audioscaledata = inputfilehandle->readBytes(position + 28, 4);
-  audiostrfsize = numberIn(inputfilehandle->readBytes(position + 60, 4));
-  audiostrfdata = readFormat(position + 64, audiostrfsize);
-  audiostrfcodecdata = inputfilehandle->readBytes(position + 80, 4);
-  audiostrfcodecfound = anyByteSet(audiostrfcodecdata);
-}
-
-FormatPayload RepairFile::readFormat(std::uint32_t position, std::uint64_t size) {
-  if (size > FormatPayload::kLargestHeld) return {.held = {}, .rangeOffset = position, .rangeSize = size};
-  return {.held = inputfilehandle->readBytes(position, static_cast<std::size_t>(size))};
+  return state.allHeadersFound() && run.inputfilesize > kLargestUnsupported;
 }
 
 }  // namespace zelvo::engine

@@ -1,5 +1,5 @@
 /// The copy of a save: whole 32 KiB blocks, the last one padded with zeros, then the last block's front once more.
-/// Sizes and positions are in bytes. // Decision 0017
+/// Sizes and positions are in bytes. // Decision: writer, The save's copy lives in the engine
 #pragma once
 
 #include <cstdint>

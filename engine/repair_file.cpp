@@ -17,28 +17,64 @@ namespace zelvo::engine {
 
 using platform::logLine;
 
-namespace {
+/// The window's elements, as the stages tell them what happens.
+class RepairFile::Elements final : public RepairObserver {
+ public:
+  explicit Elements(RepairFile& job) : job_(job) {}
 
-/// Fresh pages stay untouched; only entry 0, where the sums start, is set. // Decision 0016
-std::unique_ptr<SampleTables> untouchedTables() {
-  auto tables = std::make_unique_for_overwrite<SampleTables>();
-  tables->videosamplesizearray[0] = 0;
-  tables->videosampleoffsetarray[0] = 0;
-  tables->audiosampleoffsetarray[0] = 0;
-  tables->audiosamplesizearray[0] = 0;
-  return tables;
-}
+  [[nodiscard]] platform::Log& log() override { return job_.services_.log; }
+  void stage(RepairStage stage) override {
+    if (stage == RepairStage::readingHeaders) job_.outlets.textfield.setStringValue("Analyzing the file..");
+    if (stage == RepairStage::searching) {
+      job_.outlets.textfield.setStringValue("Retrieving audio/ video data forks..");
+    }
+  }
+  void progress(std::uint64_t done, std::uint64_t all) override {
+    job_.controll->setProgressBarValue(static_cast<double>(done) * 100.0 / static_cast<double>(all));
+    job_.updateProgressBar_.request();
+  }
+  void recognised() override {
+    validitycheck1 = true;
+    job_.controll->setProgressBarValue(100.0);
+  }
+  void videoCodec(const std::string& text) override { job_.outlets.videocodecfield.setStringValue(text); }
+  void headersFound() override { job_.controll->setProgressBarValue(100.0); }
+  void audioCodec(const std::string& text) override { job_.outlets.audiocodecfield.setStringValue(text); }
+  void written() override {
+    job_.outputfile.reset();
+    job_.runEnd = RunEnd::rebuilt;
+    job_.controll->setMovieView(job_.run_->internalpath);
+  }
+  [[nodiscard]] bool stopIsAsked() const override { return stopflag; }
 
-}  // namespace
+ private:
+  RepairFile& job_;
+};
+
+class RepairFile::Output final : public OutputMaker {
+ public:
+  explicit Output(RepairFile& job) : job_(job) {}
+
+  [[nodiscard]] Made make(std::uint64_t size) override {
+    const Run& run = *job_.run_;
+    if (run.mayWrite && !run.mayWrite(size)) return {.file = nullptr, .error = {}, .refused = true};
+    job_.outputfilemanager = &job_.services_.fileManager;
+    if (const std::error_code error = job_.outputfilemanager->createFile(run.internalpath))
+      return {.file = nullptr, .error = error};
+    auto opened = job_.services_.files.openForWriting(run.internalpath);
+    job_.outputfile = std::move(opened.file);
+    return {.file = job_.outputfile.get(), .error = opened.error};
+  }
+  [[nodiscard]] std::error_code close() override { return job_.outputfile->close(); }
+
+ private:
+  RepairFile& job_;
+};
 
 RepairFile::RepairFile(const RepairServices& services, const platform::JobOutlets& jobOutlets)
-    : tables_(untouchedTables()),
-      videosamplesizearray(tables_->videosamplesizearray),
-      videosampleoffsetarray(tables_->videosampleoffsetarray),
-      audiosampleoffsetarray(tables_->audiosampleoffsetarray),
-      audiosamplesizearray(tables_->audiosamplesizearray),
-      outlets(jobOutlets),
+    : outlets(jobOutlets),
       services_(services),
+      elements_(std::make_unique<Elements>(*this)),
       updateProgressBar_(services.mainQueue, [this] { controll->updateProgressBar(); }),
       updateSaveProgressBar_(services.mainQueue, [this] { controll->updateSaveProgressBar(); }) {}
 
@@ -72,34 +108,52 @@ void RepairFile::beginRun(std::shared_ptr<Run> run) {
   readFailures.set({});
   writeFailure.set(std::nullopt);
   filmReport.set({});
-  tally_ = {};
-  filmRange_ = {};
+  tally = {};
+  filmRange = {};
+}
+
+RepairContext RepairFile::context() {
+  return {*inputfilehandle, run_->inputfilesize, *elements_, *run_->cancel, services_.workers};
+}
+
+bool RepairFile::fileValidityCheck() {
+  validitycheck1 = false;
+  video1 = services_.movies.movieWithFile(run_->path.value_or("")).movie;
+  inputfilehandle = std::make_unique<avi::InputFile>(services_.files.openForReading(run_->path.value_or("")).file);
+  return checkValidity(*this, context(), !flag);
+}
+
+bool RepairFile::harvestHeaders() {
+  buffersize = avi::InputFile::kBlockSize;
+  nextHeader = false;
+  return engine::harvestHeaders(*this, context());
+}
+
+void RepairFile::scanSamples() { engine::scanSamples(*this, context()); }
+
+std::uint64_t RepairFile::bytesToWrite() { return engine::bytesToWrite(*this, context()); }
+
+void RepairFile::constructRIFFList() {
+  Output output(*this);
+  runEnd = constructRebuiltFile(*this, context(), output);
+  outputfile.reset();
 }
 
 void RepairFile::retrieveAudioVideoSamples(std::shared_ptr<Run> run) {
-  const std::lock_guard turn(turn_);  // Decision 0012
+  const std::lock_guard turn(turn_);  // Decision: runs, A run waits for the one before
   if (run->cancel->cancelled()) return;
   beginRun(std::move(run));
   if (const std::error_code shortage = platform::ranOut([this] { runStages(); })) failRun({0, shortage});
   if (inputfilehandle) {
     const avi::ReadFailures failures = inputfilehandle->failures();
     readFailures.set(failures);
-    if (failures.count > 0) {
-      logLine(services_.log, "Reads failed=%llu, the first at %llu: %@", failures.count, failures.firstOffset,
-              failures.firstCause.message());
-    }
+    logReadFailures(services_.log, failures);
     inputfilehandle.reset();
   }
 }
 
 void RepairFile::failRun(const avi::WriteFailure& failure) {
-  if (!writeFailure.get()) {
-    writeFailure.set(failure);
-    // A line that memory is lacking for is not worth another failure.
-    static_cast<void>(platform::ranOut(
-        [&] { logLine(services_.log, "Write failed at %llu: %@", failure.offset, failure.cause.message()); }));
-  }
-  run_->cancel->cancel();
+  keepFailure(*this, services_.log, *run_->cancel, failure);
 }
 
 void RepairFile::runStages() {
@@ -111,7 +165,7 @@ void RepairFile::runStages() {
   }
   if (!harvestHeaders()) {
     runEnd = RunEnd::notSupported;
-    if (run_->rejected) run_->rejected(rejection());
+    if (run_->rejected) run_->rejected(rejectionOf(*this, context()));
     services_.sheets.beginSheet(outlets.filenotsupportedwindow, outlets.window);
     return;
   }
@@ -132,20 +186,14 @@ void RepairFile::runStages() {
 
 void RepairFile::judgeFilm() {
   if (stopRequested(*run_)) return;
-  filmRange_ = filmRange(*inputfilehandle, tally_);
+  findFilmRange(*this, context());
   tellFound();
 }
 
-void RepairFile::countBlocks() {
-  constexpr std::uint64_t kBlockSize = avi::InputFile::kBlockSize;
-  mod = static_cast<std::uint32_t>(run_->inputfilesize % kBlockSize);
-  std::uint64_t blocks = run_->inputfilesize / kBlockSize;
-  if (run_->inputfilesize <= kBlockSize) {
-    blocks = 1;
-  } else if (mod != 0) {
-    ++blocks;
-  }
-  numberofsectors = low32(blocks);
+void RepairFile::tellFound() {
+  const platform::FilmReport report = filmReportOf(*this, context());
+  filmReport.set(report);
+  if (run_->found) run_->found(report);
 }
 
 }  // namespace zelvo::engine

@@ -55,7 +55,8 @@ void RepairFile::progressupdation(const Run& run) {
   }
   if (stopRequested(run)) return;
   endAndHide(outlets.stoprepairwindow);
-  // Asked again when the sheet opens: a run that was stopped in between is not completed. // Decision 0014
+  // Asked again when the sheet opens: a run that was stopped in between is not completed.
+  // Decision: runs, The completed sheet is dropped after a stop
   services_.sheets.beginSheet(outlets.repaircompletedwindow, outlets.window,
                               [mark = run.cancel] { return !stopflag && !mark->cancelled(); });
 }

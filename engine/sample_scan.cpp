@@ -9,7 +9,7 @@
 #include "avi/fourcc.h"
 #include "engine/candidate_reader.h"
 #include "engine/data_codes.h"
-#include "engine/repair_file.h"
+#include "engine/repair_stages.h"
 #include "engine/stretch_queue.h"
 
 namespace zelvo::engine {
@@ -21,7 +21,7 @@ namespace {
 /// The six bytes behind a candidate's payload, of which the first three positions are searched: an odd payload is
 /// followed by a pad byte.
 /// Deliberate: the buffer is not cleared between candidates, so what the end of the file leaves unread is stale.
-/// It starts as six zero bytes in every run. // Decision 0002
+/// It starts as six zero bytes in every run. // Decision: scan, The look-ahead buffer stays stale
 class LookAheadBuffer {
  public:
   void overwriteFront(const std::array<std::byte, 6>& bytes, std::size_t count) {
@@ -49,78 +49,79 @@ class LookAheadBuffer {
   std::array<std::byte, 6> bytes_{};
 };
 
-}  // namespace
-
 /// Judges candidates, which must come in file order, and records what it accepts.
 class SampleScan {
  public:
-  explicit SampleScan(RepairFile& job) : job_(job) {}
+  SampleScan(RepairState& state, platform::Log& log) : state_(state), log_(log) {}
 
   void judge(const Candidate& candidate) {
-    job_.videosamplesize = candidate.size;
+    state_.videosamplesize = candidate.size;
     if (candidate.sizeIsRefused()) return;
     lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
     if (!lookAhead_.holdsCode()) return;
     if (isSoundCode(candidate.code)) {
-      record(candidate, job_.audiosamplecount, job_.audiosamplesizearray, job_.audiosampleoffsetarray, audioFullTold_);
+      record(candidate, state_.audiosamplecount, state_.audiosamplesizearray, state_.audiosampleoffsetarray,
+             audioFullTold_);
     } else {
-      record(candidate, job_.videosamplecount, job_.videosamplesizearray, job_.videosampleoffsetarray, videoFullTold_);
+      record(candidate, state_.videosamplecount, state_.videosamplesizearray, state_.videosampleoffsetarray,
+             videoFullTold_);
     }
   }
 
  private:
   void record(const Candidate& candidate, std::uint64_t& count, SampleTable& sizes, SampleTable& offsets,
               bool& fullTold) {
-    if (count == kLargestSampleCount) {  // Decision 0006
+    if (count == kLargestSampleCount) {  // Decision: scan, A full table ends its kind only
       if (!fullTold) {
-        logLine(job_.services_.log, "Table full, no more %@ chunks are recorded",
-                isSoundCode(candidate.code) ? "audio" : "video");
+        logLine(log_, "Table full, no more %@ chunks are recorded", isSoundCode(candidate.code) ? "audio" : "video");
       }
       fullTold = true;
-      ++job_.samplesleftout;
+      ++state_.samplesleftout;
       return;
     }
     ++count;
     sizes[count] = candidate.size;
     offsets[count] = candidate.position();
-    job_.tally_.add({.position = candidate.position(),
-                     .size = candidate.size,
-                     .isSound = isSoundCode(candidate.code),
-                     .isBlank = candidate.isBlank,
-                     .isPaddedBehind = lookAhead_.holdsPadding()});
+    state_.tally.add({.position = candidate.position(),
+                      .size = candidate.size,
+                      .isSound = isSoundCode(candidate.code),
+                      .isBlank = candidate.isBlank,
+                      .isPaddedBehind = lookAhead_.holdsPadding()});
   }
 
-  RepairFile& job_;
+  RepairState& state_;
+  platform::Log& log_;
   LookAheadBuffer lookAhead_;
   bool videoFullTold_ = false;
   bool audioFullTold_ = false;
 };
 
-void RepairFile::scanSamples() {
-  if (stopRequested(*run_)) return;
-  SampleScan scan(*this);
-  const std::uint32_t last = numberofsectors;
-  StretchQueue stretches(*inputfilehandle, last, mod, services_.workers);
+}  // namespace
+
+void scanSamples(RepairState& state, const RepairContext& run) {
+  if (run.stopRequested()) return;
+  SampleScan scan(state, run.observer.log());
+  const std::uint32_t last = state.numberofsectors;
+  StretchQueue stretches(run.input, last, state.mod, run.workers);
   std::span<const Candidate> candidates;
   std::span<const BlockFailures> failures;
   for (std::uint32_t left = last, block = 1; left != 0; --left, ++block) {
-    sector = block;
-    if (run_->cancel->cancelled()) return;  // it stays stopped, so the other blocks would be skipped too
+    state.sector = block;
+    if (run.cancel.cancelled()) return;  // it stays stopped, so the other blocks would be skipped too
     if (block % Stretch::kBlocks == 1) {
       const StretchContent& content = stretches.next();
       candidates = content.candidates;
       failures = content.failures;
     }
-    const bool skipped = stopRequested(*run_);
+    const bool skipped = run.stopRequested();
     if (!skipped) {
-      currentoffset = ScanWindow::startOf(block);
-      controll->setProgressBarValue(block * 100.0 / last);
-      updateProgressBar_.request();
-      outlets.textfield.setStringValue("Retrieving audio/ video data forks..");
+      state.currentoffset = ScanWindow::startOf(block);
+      run.observer.progress(block, last);
+      run.observer.stage(RepairStage::searching);
     }
     // What belongs to a skipped block goes by: without the threads that read ahead it would not have been read.
     for (; !failures.empty() && failures.front().block == block; failures = failures.subspan(1)) {
-      if (!skipped) inputfilehandle->remember(failures.front().failures);
+      if (!skipped) run.input.remember(failures.front().failures);
     }
     std::size_t own = 0;
     for (; own < candidates.size() && candidates[own].block == block; ++own) {

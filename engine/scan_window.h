@@ -33,7 +33,8 @@ class ScanWindow {
   /// how many bytes a read for this block alone takes; it is done where reading the whole window fails.
   [[nodiscard]] std::span<const std::byte> block(std::uint32_t number, std::uint32_t last, std::size_t ownRead);
 
-  /// The four bytes at `offset`; those that cannot be read are zero. // Decision 0001
+  /// The four bytes at `offset`; those that cannot be read are zero.
+  /// Decision: scan, Missing size bytes count as zero
   [[nodiscard]] std::uint32_t numberAt(std::uint32_t offset);
 
   /// Overwrites the front of `into` with what can be read at `offset` and answers how many bytes that is.
@@ -52,7 +53,8 @@ class ScanWindow {
   [[nodiscard]] avi::ReadFailures takeFailures() { return std::exchange(failures_, {}); }
 
   /// Start of block `number`.
-  /// Deliberate: computed in 32 bits, so the blocks beyond 4 GiB are the first ones again. // Decision 0003
+  /// Deliberate: computed in 32 bits, so the blocks beyond 4 GiB are the first ones again.
+  /// Decision: scan, Scan offsets wrap at 32 bits
   [[nodiscard]] static std::uint32_t startOf(std::uint32_t number) {
     return (number - 1) * static_cast<std::uint32_t>(kBlockSize);
   }

@@ -1,4 +1,5 @@
 /// Hands the candidates of an input over in file order, while two threads read its stretches side by side.
+/// Decision: scan, Two threads read, one judges
 #pragma once
 
 #include <array>

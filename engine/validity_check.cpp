@@ -1,13 +1,12 @@
 // The validity check:
-// 1. Open the input, and its movie for later.
-// 2. Clear what an earlier run found.
-// 3. Search the first ten blocks, position by position, for one of the twelve codes; the first found decides.
+// 1. Clear what an earlier run found.
+// 2. Search the first ten blocks, position by position, for one of the twelve codes; the first found decides.
 #include <algorithm>
 #include <array>
 
 #include "avi/fourcc.h"
-#include "engine/globals.h"
-#include "engine/repair_file.h"
+#include "engine/low32.h"
+#include "engine/repair_stages.h"
 
 namespace zelvo::engine {
 
@@ -24,42 +23,51 @@ constexpr std::array kSignatures = {avi::kRiff, avi::kAvi,  avi::kList, avi::kHd
 
 }  // namespace
 
-bool RepairFile::fileValidityCheck() {
-  validitycheck1 = false;
-  video1 = services_.movies.movieWithFile(run_->path.value_or("")).movie;
-  inputfilehandle = std::make_unique<avi::InputFile>(services_.files.openForReading(run_->path.value_or("")).file);
-  validitycheck = false;
-  audiocodecfound = false;
-  videocodecfound = false;
-  audiostrfcodecfound = false;
-  videostrfcodecfound = false;
-  avihscaleratedatafound = false;
-  db = false;
-  if (run_->inputfilesize < kBlockSize) return false;
-  countBlocks();
+void countBlocks(RepairState& state, std::uint64_t inputfilesize) {
+  state.mod = static_cast<std::uint32_t>(inputfilesize % kBlockSize);
+  std::uint64_t blocks = inputfilesize / kBlockSize;
+  if (inputfilesize <= kBlockSize) {
+    blocks = 1;
+  } else if (state.mod != 0) {
+    ++blocks;
+  }
+  state.numberofsectors = low32(blocks);
+}
+
+bool checkValidity(RepairState& state, const RepairContext& run, bool testsCodes) {
+  platform::Log& log = run.observer.log();
+  run.observer.stage(RepairStage::recognising);
+  state.validitycheck = false;
+  state.audiocodecfound = false;
+  state.videocodecfound = false;
+  state.audiostrfcodecfound = false;
+  state.videostrfcodecfound = false;
+  state.avihscaleratedatafound = false;
+  state.db = false;
+  if (run.inputfilesize < kBlockSize) return false;
+  countBlocks(state, run.inputfilesize);
 
   for (std::uint32_t block = 1; block <= kBlocksSearched; ++block) {
-    sector = block;
-    logLine(services_.log, "Sector=%i", block);
+    state.sector = block;
+    logLine(log, "Sector=%i", block);
     // Deliberate: three zero bytes stand behind the block, so a code that runs into the next block is not found.
     std::array<std::byte, kBlockSize + 3> buffer{};
-    inputfilehandle->read((block - 1) * kBlockSize, std::span(buffer).first<kBlockSize>());
-    for (std::size_t i = 0; i < kBlockSize && !validitycheck; ++i) {
-      if (services_.log.tracesPositions()) logLine(services_.log, "i=%i", i);
-      if (flag) continue;
-      const avi::FourCC code = avi::FourCC::at(std::span(buffer).subspan(i));
+    run.input.read((block - 1) * kBlockSize, std::span(buffer).first<kBlockSize>());
+    for (std::size_t i = 0; i < kBlockSize && !state.validitycheck; ++i) {
+      if (log.tracesPositions()) logLine(log, "i=%i", i);
+      if (!testsCodes) continue;
+      const auto code = avi::FourCC::at(std::span(buffer).subspan(i));
       if (std::find(kSignatures.begin(), kSignatures.end(), code) == kSignatures.end()) continue;
-      validitycheck = true;
-      logLine(services_.log, "Valid AVI file");
-      db = code == avi::k00db;
+      state.validitycheck = true;
+      logLine(log, "Valid AVI file");
+      state.db = code == avi::k00db;
     }
-    if (validitycheck) {
-      validitycheck1 = true;
-      controll->setProgressBarValue(100.0);
+    if (state.validitycheck) {
+      run.observer.recognised();
       break;
     }
   }
-  return validitycheck;
+  return state.validitycheck;
 }
 
 }  // namespace zelvo::engine

@@ -40,6 +40,7 @@ class Application {
 
   /// Long work on the main thread begins: keys, clicks and whatever else a person does in the window meanwhile are for a
   /// window that could not answer, and what would stop that work looks off. Once it is closed, closing changes nothing.
+  /// Decision: runs, What is pressed during the copy is dropped
   virtual void closeInput() = 0;
   /// The long work is over: drops what the person did since `closeInput`, delivered by the display or still on its way,
   /// and answers again. Work of the main queue is not run within the call, so that no panel that comes up afterwards is

@@ -16,7 +16,8 @@ struct Colour {
   [[nodiscard]] bool operator==(const Colour&) const = default;
 };
 
-// Decision 0092: no named colour of a toolkit.
+// Fractions of device RGB and no named colours of a toolkit, whose grey may be another shade. Blends are made of them
+// component by component, and nothing is rounded to bytes before the canvas does it.
 inline constexpr Colour kBlue{0, 0, 1, 1};
 inline constexpr Colour kWhite{1, 1, 1, 1};
 inline constexpr Colour kGrey{0.5, 0.5, 0.5, 1};

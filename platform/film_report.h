@@ -1,4 +1,5 @@
 /// What a repair has kept of a film, for whoever tells the user. Sizes and offsets are in bytes.
+/// Decision: scan, One verdict for every roof
 #pragma once
 
 #include <cstdint>

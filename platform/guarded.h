@@ -1,5 +1,5 @@
 /// A value too large for an atomic (a string, say) that two threads see: every look takes a copy under a private mutex.
-/// Decision 0011.
+/// Decision: runs, Shared values are relaxed or guarded
 #pragma once
 
 #include <mutex>

@@ -22,7 +22,7 @@ class Log {
   virtual void line(std::string_view text) = 0;
   /// True when the lines that come once per byte position are wanted too. They are off by default: one run of the
   /// validity check alone would write 10,240 of them, more than a system log takes before it drops what follows.
-  /// Decision 0018.
+  /// Decision: scan, Position lines are a trace
   [[nodiscard]] virtual bool tracesPositions() const { return false; }
 };
 

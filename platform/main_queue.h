@@ -26,6 +26,7 @@ class MainQueue {
   /// For the end of the program, before the main thread waits for the workers: nobody waits for the main thread from now
   /// on. A worker whose work was not begun yet goes on, and that work never runs; work that runs already is waited for,
   /// so nothing that somebody waits for may call this and then wait for workers. What `perform` was given still runs.
+  /// Decision: runs, Quitting ends every wait
   virtual void endWaits() = 0;
 
  private:
@@ -40,7 +41,8 @@ class MainQueue {
 ///
 /// How no last value is lost: the queue clears the mark, then makes every thread of the process pass a memory barrier,
 /// then runs the operation. A request that still saw the mark set happened before that barrier, and so did the store
-/// before it. A queue without such a barrier never sets the mark and takes every request. // Decision 0009
+/// before it. A queue without such a barrier never sets the mark and takes every request.
+/// Decision: runs, Redraws coalesce, the last value stays
 ///
 /// Lifetime: the owner keeps it until the queue no longer runs it (workers joined, queue drained).
 class CoalescedOperation {

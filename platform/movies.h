@@ -1,5 +1,5 @@
 /// Movies and the view that plays them. A movie is opened when something first needs its content, so that loading one
-/// that nobody looks at costs nothing and cannot fail. // Decision 0015
+/// that nobody looks at costs nothing and cannot fail. // Decision: preview, A film is open only while it is looked at
 #pragma once
 
 #include <memory>

@@ -5,6 +5,8 @@
 #include <string>
 #include <system_error>
 
+#include "platform/files.h"
+
 namespace zelvo::platform {
 
 /// Thread: any.
@@ -12,8 +14,9 @@ class NewFiles {
  public:
   virtual ~NewFiles() = default;
 
-  /// Creates an empty file with the permissions that the user gives new files. Failure: std::errc::file_exists when the path names anything, a dangling link included.
-  [[nodiscard]] virtual std::error_code createNewFile(const std::string& path) = 0;
+  /// Creates an empty file with the permissions that the user gives new files, and leaves it open.
+  /// Failure: std::errc::file_exists when the path names anything, a dangling link included.
+  [[nodiscard]] virtual Opened<WritableFile> createNewFile(const std::string& path) = 0;
 
   /// Renames a file within its file system. Failure: std::errc::file_exists when `to` names anything; `from` stays.
   [[nodiscard]] virtual std::error_code renameToNew(const std::string& from, const std::string& to) = 0;

@@ -1,6 +1,7 @@
 /// The interface description as data: one borrowed reference per element, under its outlet's name. The window and the
 /// headless screen both fill it. Two groups, since the controller and the repair job each have a `textfield` and these
 /// are two elements; every other name that both bear is one element under both names.
+/// Decision: window, Two groups of outlets share elements
 #pragma once
 
 #include "platform/elements.h"

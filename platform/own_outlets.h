@@ -1,5 +1,6 @@
 /// Elements of the window beside the given outlets: what tells the user more than these do. No step of a flow depends on
 /// them.
+/// Decision: window, What we add stands beside
 #pragma once
 
 #include "platform/chosen_film.h"

@@ -89,7 +89,7 @@ inline constexpr int kAlertAlternate = 0;
 inline constexpr int kAlertOther = -1;
 
 /// What Esc and closing answer: the button that says "Cancel" or, without one, the alternate button, else the default.
-/// // Decision 0067
+/// Decision: window, Esc answers "Cancel"
 [[nodiscard]] int dismissalAnswer(const AlertPanel& alert);
 
 /// Thread: main.

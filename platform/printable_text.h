@@ -1,5 +1,6 @@
 /// Text from outside (names of files, labels of disks, what a file's headers say) on its way to a terminal. Such text
 /// must neither move the cursor nor change the order in which a line is read.
+/// Decision: command-line, Names cannot steer a terminal
 #pragma once
 
 #include <string>

@@ -1,4 +1,5 @@
 /// Work that may run out of memory or threads.
+/// Decision: writer, No memory or thread is a write error
 #pragma once
 
 #include <new>

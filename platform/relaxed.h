@@ -1,6 +1,6 @@
 /// A number or flag that two threads see and that orders nothing: an atomic whose plain reads and writes are relaxed.
 /// It stands where a field is written by one worker and looked at by others, and a late look does no harm.
-/// Decision 0011.
+/// Decision: runs, Shared values are relaxed or guarded
 #pragma once
 
 #include <atomic>

@@ -1,4 +1,5 @@
 /// Whether two names are one file, however they are written and whatever links lead to it.
+/// Decision: runs, A save never replaces the damaged file
 #pragma once
 
 #include <optional>

@@ -39,7 +39,8 @@ class PointerClient : public TrackingOwner {
   [[nodiscard]] virtual std::optional<std::uint32_t> draggingSourceOperationMaskForLocal(bool local) const = 0;
 };
 
-/// A self-drawn control. Decision 0090: what it does not decide it leaves to its element.
+/// A self-drawn control. What it does not decide it leaves to its element.
+/// Decision: controls, A button is a client, a host and a base
 class ViewClient : public PointerClient {
  public:
   /// The interface is complete. Told once, before the first drawing.
@@ -64,7 +65,7 @@ class TrackingHost {
   virtual void removeTrackingArea(const std::shared_ptr<const TrackingArea>& area) = 0;
   [[nodiscard]] virtual std::vector<std::shared_ptr<const TrackingArea>> trackingAreas() const = 0;
   /// Where the pointer is at this moment, whatever events are still under way. Nothing when the view is in no window or
-  /// the display does not tell. Decision 0091.
+  /// the display does not tell. // Decision: controls, An unknown pointer is outside
   [[nodiscard]] virtual std::optional<Point> mouseLocationOutsideOfEventStream() const = 0;
 };
 
@@ -75,6 +76,7 @@ class CursorHost {
  public:
   virtual ~CursorHost() = default;
   /// Asks for `ViewClient::resetCursorRects`, which comes at the end of the running drawing, or at once outside of one.
+  /// Decision: controls, Cursors follow drawings
   virtual void invalidateCursorRects() = 0;
   virtual void addCursorRect(const Rect& rect, CursorShape shape) = 0;
 };

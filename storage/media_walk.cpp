@@ -114,6 +114,7 @@ platform::RegistryStatus FindMedia(platform::MediaRegistry& registry,
     printed.print("IOServiceMatching returned a NULL dictionary.\n");
   }
   // Deliberate: without a dictionary the registry is asked all the same, and its bad status is printed too.
+  // Decision: inventory, The walk goes on as far as it can
   const platform::RegistryStatus status = registry.matchingServices(matching ? &*matching : nullptr, mediaIterator);
   if (status != platform::kRegistrySuccess) {
     std::array<char, 64> line{};

@@ -8,7 +8,8 @@
 namespace zelvo::storage {
 
 /// Fills in a device's icon, its connection and its model texts: from the medium itself, then from its parents in the
-/// plane "IOService", up to four levels. A key that a nearer level has given is never replaced. // Decision 0041
+/// plane "IOService", up to four levels. A key that a nearer level has given is never replaced.
+/// Decision: inventory, The nearest level wins
 /// Prints the properties of each parent after its level's header.
 void describeDevice(const platform::RegistryObject& medium, Entry& entry, platform::PrintSink& printed);
 

@@ -26,7 +26,8 @@ void volumeList(platform::VolumeSource& volumes, Entries& finalArrayForVolumes, 
 void FindVolumeNames(platform::VolumeSource& volumes, Entries& volumeArray, platform::PrintSink& printed) {
   for (Entry& volume : volumeArray) {
     const std::string* mountedPath = volume.text(volume_key::kMountedPath);
-    if (!mountedPath || !fitsCString(*mountedPath, kMountPointCapacity)) continue;  // Decision 0040
+    // Decision: inventory, Limits count the zero byte
+    if (!mountedPath || !fitsCString(*mountedPath, kMountPointCapacity)) continue;
     const platform::MountedFrom mountedFrom = volumes.mountedFromName(*mountedPath);
     if (mountedFrom.error) {
       printed.print("statfs failed: " + mountedFrom.error.message() + "\n");

@@ -13,6 +13,7 @@ were, byte for byte, is no change and is not counted. Tests that fail without an
 survivors are printed with file, line and change.
 Exit code: 0 whatever survives, 2 for wrong use, 3 when the tree does not build as it stands.
 """
+# Decision: tests, Mutations can be run again
 import argparse
 import concurrent.futures
 import hashlib
@@ -33,6 +34,7 @@ ROOMS = ("engine", "cli", "app", "update", "storage", "controls", "platform")
 TESTS_ELSEWHERE = {"engine": ("fuzz",), "app": ("platform/qt",), "controls": ("platform/qt",), "cli": ("storage",),
                    "platform": ("platform/qt", "storage", "update", "app")}
 SHORTEST_LIMIT = 60.0  # seconds; a program that usually takes less is not ended before
+FIRST_LIMIT = 1200.0  # seconds; before it is known how long a program takes
 
 
 class Broken(Exception):
@@ -52,7 +54,7 @@ class Program:
         self.environment = environment
         self.jobs = jobs
         self.left_out = []
-        self.limit = SHORTEST_LIMIT
+        self.limit = FIRST_LIMIT
         self.usual = {}
         self.seconds = 0.0
 

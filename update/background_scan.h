@@ -22,7 +22,7 @@ class BackgroundScan {
   /// Starts a thread that runs `autoUpdateScanningThread`, if the application is idle and nothing lies over the overlay.
   /// Thread: main.
   void autoUpdateScan(const ScanGates& gates);
-  /// Does what `checkForUpdate` does and shows nothing. // Decision 0085
+  /// Does what `checkForUpdate` does and shows nothing. // Decision: update, The background scan shows nothing
   /// Thread: one of its own.
   void autoUpdateScanningThread();
 

@@ -9,7 +9,7 @@ namespace zelvo::update {
 
 namespace {
 
-/// No end of size or time for a resource that keeps coming. // Decision 0083
+/// No end of size or time for a resource that keeps coming. // Decision: update, A hashed resource has no largest size
 constexpr platform::FetchLimits kWholeResource{
     .total = std::nullopt, .largest = std::nullopt, .leastBytesPerSecond = 1024, .leastOver = std::chrono::seconds(30)};
 

@@ -1,4 +1,5 @@
-/// Everything that the update check offers to the controller, under the controller's own names. // Decision 0088
+/// Everything that the update check offers to the controller, under the controller's own names.
+/// Decision: update, The check is one interface of its room
 #pragma once
 
 #include <cstddef>

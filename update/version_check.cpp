@@ -1,7 +1,8 @@
 // The check:
 // 1. Without a network nothing is read.
-// 2. The application's own list says where the published one is. // Decision 0080
+// 2. The application's own list says where the published one is.
 // 3. The published list is fetched, and both versions are compared.
+// Decision: update, The own list is read from its file
 #include "update/version_check.h"
 
 #include <string>

@@ -2,6 +2,7 @@
 /// Thread: any.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "platform/clock.h"
@@ -15,7 +16,12 @@ class HeadlessClock final : public Clock {
   void sleepFor(std::chrono::milliseconds duration) override {
     if (events_ != nullptr) events_->add("sleep(" + std::to_string(duration.count()) + " ms)");
   }
-  void endSleeps() override {}
+  void endSleeps() override {
+    if (events_ != nullptr) events_->add("endSleeps()");
+    if (onEndSleeps) onEndSleeps();
+  }
+
+  std::function<void()> onEndSleeps;
 
  private:
   Events* events_;

@@ -19,9 +19,12 @@ std::string percentText(double percent) {
 }  // namespace
 
 void HeadlessTextField::setStringValue(std::string_view text) {
-  const std::lock_guard lock(mutex_);
-  text_ = text;
-  note("setStringValue(" + text_ + ")");
+  {
+    const std::lock_guard lock(mutex_);
+    text_ = text;
+    note("setStringValue(" + text_ + ")");
+  }
+  if (onText) onText(text);
 }
 void HeadlessTextField::setIntegerValue(std::int64_t number) {
   const std::lock_guard lock(mutex_);

@@ -3,6 +3,7 @@
 /// Thread: any.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -37,6 +38,8 @@ class HeadlessTextField final : public TextField, public Named {
   void setStringValue(std::string_view text) override;
   void setIntegerValue(std::int64_t number) override;
   [[nodiscard]] std::string stringValue() const;
+  /// Told every text, on the thread that sets it. Set before there are other threads.
+  std::function<void(std::string_view)> onText;
 
  private:
   std::string text_;

@@ -1,10 +1,15 @@
 #include "platform/headless/main_queue.h"
 
+#include <new>
 #include <utility>
 
 namespace zelvo::platform::headless {
 
 void HeadlessMainQueue::perform(std::function<void()> work) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (std::exchange(refusesNext_, false)) throw std::bad_alloc();
+  }
   if (isMainThread()) {
     work();
     return;
@@ -14,11 +19,20 @@ void HeadlessMainQueue::perform(std::function<void()> work) {
 }
 
 void HeadlessMainQueue::performAndWait(std::function<void()> work) {
+  {
+    const std::lock_guard lock(mutex_);
+    ++awaitedCount_;
+  }
   if (isMainThread()) {
     work();
     return;
   }
   awaited_.performAndWait([this](std::function<void()> posted) { perform(std::move(posted)); }, work);
+}
+
+void HeadlessMainQueue::refuseNext() {
+  const std::lock_guard lock(mutex_);
+  refusesNext_ = true;
 }
 
 void HeadlessMainQueue::holdRequests(bool held) {
@@ -53,6 +67,11 @@ void HeadlessMainQueue::pump() {
 std::size_t HeadlessMainQueue::waiting() const {
   const std::lock_guard lock(mutex_);
   return work_.size();
+}
+
+std::size_t HeadlessMainQueue::awaited() const {
+  const std::lock_guard lock(mutex_);
+  return awaitedCount_;
 }
 
 }  // namespace zelvo::platform::headless

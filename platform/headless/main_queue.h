@@ -24,10 +24,15 @@ class HeadlessMainQueue final : public MainQueue {
   /// With false, requests run at once, on the thread that asks: for tests that watch values and need no main thread.
   void holdRequests(bool held);
 
+  /// The next `perform` finds no memory.
+  void refuseNext();
+
   /// Runs everything that waits, and what that posts. Thread: main.
   void pump();
   /// How many pieces of work wait.
   [[nodiscard]] std::size_t waiting() const;
+  /// How many pieces of work somebody waited for, on the main thread too.
+  [[nodiscard]] std::size_t awaited() const;
 
  private:
   void take(CoalescedOperation& operation) override;
@@ -37,6 +42,8 @@ class HeadlessMainQueue final : public MainQueue {
   mutable std::mutex mutex_;
   std::deque<std::function<void()>> work_;
   bool holdsRequests_ = true;
+  bool refusesNext_ = false;
+  std::size_t awaitedCount_ = 0;
 };
 
 }  // namespace zelvo::platform::headless

@@ -1,5 +1,6 @@
 /// The application's own folder on Linux: PREFIX/zelvo/avi-repair/Applications/Zelvo AVI Repair/Zelvo AVI Repair.app,
-/// found from where the running program lies, so that the whole PREFIX may be put anywhere. // Decision 0120
+/// found from where the running program lies, so that the whole PREFIX may be put anywhere.
+/// Decision: install, The program finds its own bundle
 #pragma once
 
 #include <optional>

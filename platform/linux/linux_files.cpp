@@ -205,9 +205,13 @@ Opened<ReadableFile> LinuxFiles::openForReading(const std::string& path) {
 }
 
 Opened<WritableFile> LinuxFiles::openForWriting(const std::string& path) {
-  Descriptor descriptor(openRetrying(path, O_WRONLY));
-  if (descriptor.number() < 0) return {nullptr, lastError()};
-  return {std::make_unique<LinuxWritableFile>(std::move(descriptor)), {}};
+  const int number = openRetrying(path, O_WRONLY);
+  if (number < 0) return {nullptr, lastError()};
+  return {adoptForWriting(number), {}};
+}
+
+std::unique_ptr<WritableFile> adoptForWriting(int descriptor) {
+  return std::make_unique<LinuxWritableFile>(Descriptor(descriptor));
 }
 
 }  // namespace zelvo::platform::linux_

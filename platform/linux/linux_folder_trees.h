@@ -1,4 +1,5 @@
-/// Files and folders copied and removed with all they hold, on Linux. // Decision 0087
+/// Files and folders copied and removed with all they hold, on Linux.
+/// Decision: update, Trees stay within their mount
 #pragma once
 
 #include "platform/folder_trees.h"

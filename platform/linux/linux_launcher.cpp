@@ -95,7 +95,7 @@ void waitFor(pid_t process) {
 }
 
 /// Takes note of the process's end, so that nothing of it stays in the system's table. The thread is nobody's: it ends
-/// with the process, which may outlive this one. // Decision 0084
+/// with the process, which may outlive this one. // Decision: update, Launched applications stand alone
 void waitInTheBackground(pid_t process) {
   sigset_t all;
   sigset_t before;

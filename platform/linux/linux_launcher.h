@@ -1,4 +1,4 @@
-/// Starts applications on Linux, detached from this one. // Decision 0084
+/// Starts applications on Linux, detached from this one. // Decision: update, Launched applications stand alone
 #pragma once
 
 #include <optional>

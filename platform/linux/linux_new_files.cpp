@@ -7,6 +7,8 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "platform/linux/linux_files.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace {
@@ -23,14 +25,13 @@ std::error_code renameAfterLooking(const std::string& from, const std::string& t
 
 }  // namespace
 
-std::error_code LinuxNewFiles::createNewFile(const std::string& path) {
+Opened<WritableFile> LinuxNewFiles::createNewFile(const std::string& path) {
   int number = -1;
   do {
     number = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0666);
   } while (number < 0 && errno == EINTR);
-  if (number < 0) return lastError();
-  ::close(number);
-  return {};
+  if (number < 0) return {nullptr, lastError()};
+  return {adoptForWriting(number), {}};
 }
 
 std::error_code LinuxNewFiles::renameToNew(const std::string& from, const std::string& to) {

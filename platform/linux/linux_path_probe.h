@@ -1,5 +1,5 @@
 /// A path probe that sends a child process. The child may hang in the system, where not even a kill ends it; this
-/// process never waits for it. // Decision 0044
+/// process never waits for it. // Decision: inventory, A child asks paths that may hang
 #pragma once
 
 #include <sys/types.h>

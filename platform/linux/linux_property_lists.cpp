@@ -236,7 +236,8 @@ std::optional<PropertyValue> LinuxPropertyLists::parse(std::span<const std::byte
     bytes = bytes.subspan(kByteOrderMark.size());
   }
   if (bytes.empty()) return std::nullopt;
-  // Decision 0082: what a small binary list would grow to is found out first.
+  // What a small binary list would grow to is found out first.
+  // Decision: update, Binary lists are weighed first
   if (isBinaryList(bytes) && !isReadable(bytes, kDeepest, std::uint64_t{kLargestGrowth} * largest)) return std::nullopt;
   return readOnLargeStack(bytes);
 }

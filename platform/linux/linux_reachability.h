@@ -1,4 +1,5 @@
-/// Reachability by a look-up in the kernel's routes. No packet is sent; it takes a few milliseconds. // Decision 0081
+/// Reachability by a look-up in the kernel's routes. No packet is sent; it takes a few milliseconds.
+/// Decision: update, Reachability is a route look-up
 #pragma once
 
 #include "platform/reachability.h"

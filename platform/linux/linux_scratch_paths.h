@@ -1,7 +1,7 @@
 /// Scratch pairs on Linux. The first choice is the shared folder, when it exists and this user may write it; otherwise,
 /// and for every further pair, a numbered folder of mode 0700 below the folder that the user has chosen, or else below the
 /// user's cache folder. A pair is held by a lock on its folder, which the kernel frees however the process ends. The
-/// chosen folder's path is the content of a small file. // Decision 0061
+/// chosen folder's path is the content of a small file. // Decision: runs, Scratch pairs are held by a lock
 #pragma once
 
 #include <memory>

@@ -38,9 +38,11 @@ class LinuxStorageSnapshot final : public MediaRegistry, public VolumeSource {
   [[nodiscard]] std::vector<std::string> mountedLocalVolumePaths() override;
   [[nodiscard]] std::error_code mountTableError() override { return mountError_; }
   /// Where "/Volumes" is no folder, one alias that leads to "/": the label of the root file system, or "Root".
+  /// Decision: inventory, A missing folder of volumes gets one link
   [[nodiscard]] std::vector<VolumesFolderEntry> volumesFolder() override { return volumesFolder_; }
   /// "/dev/disk0s2", or the source as the mount table has it where no listed device is behind the mount. A source that
-  /// would pass for one of our disks has its file system's type before it: "zfs:tank/disk0". // Decision 0042
+  /// would pass for one of our disks has its file system's type before it: "zfs:tank/disk0".
+  /// Decision: inventory, Volumes come from the mount table alone
   [[nodiscard]] MountedFrom mountedFromName(const std::string& mountPoint) override;
   [[nodiscard]] VolumeSpace space(const std::string& mountPoint) override;
   [[nodiscard]] MountFacts mountFacts(const std::string& mountPoint) override;

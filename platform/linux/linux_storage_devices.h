@@ -56,7 +56,7 @@ struct BlockDevice {
 
 /// Numbers the whole disks "disk0", "disk1", ... in the order in which they came (by device number where the kernel does
 /// not count them), and names partition 2 of disk 1 "disk1s2". A partition whose disk is not among them is dropped.
-void giveBsdNames(std::vector<BlockDevice>& devices);  // Decision 0043
+void giveBsdNames(std::vector<BlockDevice>& devices);  // Decision: inventory, Disks are named disk0, disk0s1
 
 /// Text with each \xNN as the byte that it stands for.
 [[nodiscard]] std::string decodedUdevText(const std::string& encoded);

@@ -29,11 +29,12 @@ struct Mount {
 [[nodiscard]] std::vector<Mount> readMountTable(const std::string& path, std::error_code& error);
 
 /// False for what is no volume of this machine whatever is behind it: memory, views of something else, network, swap, and
-/// parts of a file system that is mounted once more elsewhere. Nothing is asked of the file system. // Decision 0042
+/// parts of a file system that is mounted once more elsewhere. Nothing is asked of the file system.
+/// Decision: inventory, Volumes come from the mount table alone
 [[nodiscard]] bool mayBeLocalVolume(const Mount& mount);
 
 /// True when the mount stands for a volume of this machine: it may be one, and there is a block device behind it, or it
-/// is of a type that spans devices. // Decision 0042
+/// is of a type that spans devices. // Decision: inventory, Volumes come from the mount table alone
 /// \param onBlockDevice whether the mount's device, or else its source, is a block device
 [[nodiscard]] bool isLocalVolume(const Mount& mount, bool onBlockDevice);
 

@@ -5,6 +5,7 @@
 ///
 /// The real tree of devices is deeper and differs from bus to bus, so the levels are made. What a device tells about
 /// itself stands in the device level only.
+/// Decision: inventory, Levels above a disk are made up
 #pragma once
 
 #include <memory>

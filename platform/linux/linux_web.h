@@ -1,4 +1,4 @@
-/// Web resources by libcurl. // Decision 0086
+/// Web resources by libcurl. // Decision: update, A fetch has limits
 #pragma once
 
 #include <optional>

@@ -1,4 +1,5 @@
-/// Paths that nobody but root and this user can lead elsewhere. // Decision 0089
+/// Paths that nobody but root and this user can lead elsewhere.
+/// Decision: update, Only trusted applications are launched
 #pragma once
 
 #include <optional>

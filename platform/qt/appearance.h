@@ -1,5 +1,6 @@
 /// The colours and the font of the whole window, as a palette: every widget takes them from there, and none by itself.
 /// Which role stands for what is said at each function. Sizes are logical pixels.
+/// Decision: controls, Given colours hold in both schemes
 /// Thread: main.
 #pragma once
 

@@ -11,7 +11,8 @@
 namespace zelvo::platform::qt {
 
 /// Each question is asked on a thread of its own that nobody waits for: a disk that fails may take minutes over the first
-/// bytes of a film, and neither the window nor its end hangs on it. // Decision 0116
+/// bytes of a film, and neither the window nor its end hangs on it.
+/// Decision: window, Nobody waits for folder readers
 class FilmLengthReader final {
  public:
   using Seconds = std::optional<double>;

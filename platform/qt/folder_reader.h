@@ -12,7 +12,7 @@
 namespace zelvo::platform::qt {
 
 /// Each folder is read on a thread of its own that nobody waits for: the folder of a network drive that is gone may never
-/// answer, and neither the window nor its end hangs on it. // Decision 0116
+/// answer, and neither the window nor its end hangs on it. // Decision: window, Nobody waits for folder readers
 class FolderReader final {
  public:
   explicit FolderReader(MainQueue& queue) : queue_(queue) {}

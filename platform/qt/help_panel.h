@@ -1,4 +1,5 @@
 /// The help inside the window: a page of the installed help, at one of its places, in a panel above whatever is shown.
+/// Decision: window, F1 works over a message
 /// Thread: main.
 #pragma once
 

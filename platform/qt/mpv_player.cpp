@@ -6,7 +6,8 @@
 // How a picture is known: the core hands each one to the renderer and announces it. It waits 0.2 s for it to be drawn;
 // then it keeps it as the current picture, and the renderer no longer says that there is one to draw. The film that
 // stands still gets no other. So a main thread that comes late goes by the announcement, and of the first picture by the
-// film having begun, which the core tells after the picture was handed over. // Decision 0114
+// film having begun, which the core tells after the picture was handed over.
+// Decision: preview, An announced picture counts
 #include "platform/qt/mpv_player.h"
 
 #include <mpv/client.h>
@@ -28,7 +29,7 @@ struct Option {
   const char* value;
 };
 
-/// Without these the player would not be the one meant here. Decision 0110
+/// Without these the player would not be the one meant here. // Decision: preview, The preview is drawn into memory
 constexpr std::array kOptions = {
     Option{"vo", "libmpv"},                   // drawn by us, into memory
     Option{"audio-fallback-to-null", "yes"},  // a machine without sound plays silently, and to the end

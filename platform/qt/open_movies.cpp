@@ -27,7 +27,8 @@ void OpenMovies::postEnd(QtMovie& movie) { services_.notifications.post({kMovieD
 void OpenMovies::release(std::unique_ptr<MpvPlayer> player) {
   if (!player) return;
   player->silence();
-  // Decision 0111: a player waits for its file and its sound device, which may take long.
+  // A player waits for its file and its sound device, which may take long.
+  // Decision: preview, Players are let go on a worker
   services_.workers.start(std::make_shared<CancelMark>(),
                           [released = std::shared_ptr<MpvPlayer>(std::move(player))]() mutable { released.reset(); });
 }

@@ -1,5 +1,6 @@
 /// The panels that lie over the window's content. Each lies on an overlay that swallows the mouse, over a backdrop that
 /// dims what is below. Only the topmost takes input; they may end in any order.
+/// Decision: window, Sheets are panels inside the window
 /// Thread: main, unless a function says otherwise.
 #pragma once
 

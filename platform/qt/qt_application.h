@@ -1,5 +1,5 @@
 /// The program's event loop on Qt's. Work of the main queue is served from it: whoever posts wakes the loop through a
-/// descriptor of ours and touches nothing of Qt. // Decision 0100
+/// descriptor of ours and touches nothing of Qt. // Decision: window, A descriptor of ours wakes the loop
 /// Thread: main, but for `terminationRequested`.
 #pragma once
 

@@ -15,6 +15,7 @@ namespace zelvo::platform::qt {
 [[nodiscard]] QColor shown(const Colour& colour);
 [[nodiscard]] Colour plain(const QColor& colour);
 /// The font of some text; the program's own without one. A point is one logical pixel.
+/// Decision: controls, A point is one logical pixel
 [[nodiscard]] QFont fontOf(const TextAttributes& attributes);
 
 class QtCanvas final : public Canvas {

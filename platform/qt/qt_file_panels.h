@@ -1,4 +1,4 @@
-/// Choosers of files and names as panels of the window. // Decision 0115
+/// Choosers of files and names as panels of the window. // Decision: window, Choosers are our own
 /// Thread: main.
 #pragma once
 

@@ -140,6 +140,7 @@ void QtMovie::serve() {
   if (ends) openMovies_.postEnd(*this);
 }
 
+// Decision: preview, The preview always ends
 void QtMovie::takeNews(const MpvPlayer::News& news) {
   if (news.failure) {
     fail(*news.failure);

@@ -15,7 +15,7 @@ class QtMovieLoader final : public MovieLoader {
   /// Thread: main, after the application object is made and before any worker is.
   explicit QtMovieLoader(const MovieServices& services);
   /// Opens nothing. An error only where no file is named; what is wrong with a file shows when it is first looked at or
-  /// played, in the picture's place and in the log. // Decision 0015
+  /// played, in the picture's place and in the log. // Decision: preview, A film is open only while it is looked at
   /// Thread: any.
   [[nodiscard]] LoadedMovie movieWithFile(const std::string& path) override;
 

@@ -27,7 +27,7 @@ struct FilePanelMemory {
   std::optional<std::string> inputFolder = std::nullopt;  ///< of the file that was chosen last
   std::set<std::shared_ptr<void>> shownPanels = {};       ///< they live as long as they are shown
 
-  /// False when to look at the path may take for ever. // Decision 0044
+  /// False when to look at the path may take for ever. // Decision: inventory, A child asks paths that may hang
   [[nodiscard]] bool answers(const std::string& path) const {
     return probe == nullptr || path.empty() || probe->answers({path});
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <thread>
 
 #include "tests/support/avi_builder.h"
 
@@ -84,6 +85,7 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
 }
 
 AppBench::~AppBench() {
+  events.changedBefore = nullptr;
   controller.reset();
   engine::resetGlobals();
   app::resetGlobals();
@@ -109,9 +111,47 @@ bool AppBench::isShown(const platform::headless::HeadlessWindow& sheet) const {
   return std::find(shown.begin(), shown.end(), sheet.name()) != shown.end();
 }
 
-Lines AppBench::takeEvents() {
+void AppBench::watchVariables() {
+  const auto number = [](auto value) { return std::to_string(static_cast<std::uint64_t>(value)); };
+  const auto text = [](const std::optional<std::string>& value) { return value.value_or("nothing"); };
+  watched_ = {{"stopflag", [=] { return number(bool{engine::stopflag}); }, {}},
+              {"path", [=] { return text(engine::path.get()); }, {}},
+              {"inputfilesize", [=] { return number(std::uint64_t{engine::inputfilesize}); }, {}},
+              {"internalpath", [] { return engine::internalpath.get(); }, {}},
+              {"negvalue", [=] { return number(app::negvalue); }, {}},
+              {"savepath", [] { return app::savepath; }, {}},
+              {"oSize", [=] { return number(app::oSize); }, {}},
+              {"unipath", [=, this] { return text(controller->unipath()); }, {}},
+              {"stopvalue", [=, this] { return number(std::int32_t{controller->stopvalue}); }, {}},
+              {"sendermain", [=, this] { return number(controller->sendermain != nullptr); }, {}},
+              {"mythread", [=, this] { return number(controller->mythread != nullptr); }, {}},
+              {"video", [=, this] { return number(controller->video.get() != nullptr); }, {}},
+              {"savingNameFromUser", [=, this] { return controller->savingNameFromUser; }, {}}};
+  for (Watched& one : watched_) one.last = one.look();
+  events.changedBefore = [this] { return changedVariables(); };
+}
+
+Lines AppBench::changedVariables() {
+  const std::lock_guard lock(watching_);
+  Lines changed;
+  for (Watched& one : watched_) {
+    std::string now = one.look();
+    if (now == one.last) continue;
+    changed.push_back(one.name + " = " + now);
+    one.last = std::move(now);
+  }
+  return changed;
+}
+
+Lines AppBench::takeAllEvents() {
   Lines lines = events.lines();
+  for (std::string& line : changedVariables()) lines.push_back(std::move(line));
   events.clear();
+  return lines;
+}
+
+Lines AppBench::takeEvents() {
+  Lines lines = takeAllEvents();
   std::erase_if(lines, isStep);
   return lines;
 }
@@ -130,6 +170,10 @@ void FlowTest::runWorkers() {
   while (workers.runNext()) {
   }
   queue.pump();
+}
+
+void FlowTest::runNextOnAThread() {
+  std::thread([this] { EXPECT_TRUE(workers.runNext()); }).join();
 }
 
 void FlowTest::repairWhole() {

@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -89,7 +90,13 @@ class AppBench {
   bool press(platform::headless::HeadlessButton& button) { return actions.press(button); }
   [[nodiscard]] bool isShown(const platform::headless::HeadlessWindow& sheet) const;
 
-  /// What happened since the last look, without the steps of the progress.
+  /// From now on the list of events tells, before the next event, which process-wide variables and which fields of the
+  /// controller have changed: "path = /films/broken.avi".
+  void watchVariables();
+
+  /// What happened since the last look.
+  [[nodiscard]] Lines takeAllEvents();
+  /// The same, without the steps of the progress.
   [[nodiscard]] Lines takeEvents();
   /// The same, of those that begin with one of the given texts.
   [[nodiscard]] Lines takeEvents(const Lines& beginnings);
@@ -121,6 +128,19 @@ class AppBench {
   std::shared_ptr<RecordedSystem> storage = std::make_shared<RecordedSystem>(platform::PropertyDictionary{});
   EventPrint printed{events};
   std::unique_ptr<app::Orlin_Repair_AVIAppDelegate> controller;
+
+ private:
+  /// A variable, and what it was at the last look.
+  struct Watched {
+    std::string name;
+    std::function<std::string()> look;
+    std::string last;
+  };
+  /// Thread: any; the test's own sees to it that no other writes meanwhile.
+  [[nodiscard]] Lines changedVariables();
+
+  std::mutex watching_;
+  std::vector<Watched> watched_;
 };
 
 /// One test of a flow: workers run when the test says, the main queue is pumped by hand.
@@ -128,6 +148,8 @@ class FlowTest : public testing::Test {
  protected:
   /// Lets every worker that waits run, with what it asks of the main thread.
   void runWorkers();
+  /// The worker that waits longest runs to its end on a thread of its own, while the main thread serves nothing.
+  void runNextOnAThread();
   /// Presses Repair and lets the run come to its end.
   void repairWhole();
   /// The same, up to the OK of the completion sheet: page 3.

@@ -92,8 +92,38 @@ TEST_F(OwnElements, TheProgressIsThatOfTheRunAtWork) {
   EXPECT_EQ(looks.front().all, input.bytes.size());
   EXPECT_EQ(looks.back().stage, RunStage::writing);
   EXPECT_GT(looks.back().all, 500000U);
-  for (const auto& look : looks) EXPECT_LE(look.done, look.all);
+  bool isBetween = false;
+  for (const auto& look : looks) {
+    EXPECT_LE(look.done, look.all);
+    if (look.stage != RunStage::searching) continue;
+    if (look.done == look.all) continue;
+    EXPECT_EQ(look.done % 1024, 0U);
+    isBetween = isBetween || look.done > 0;
+  }
+  EXPECT_TRUE(isBetween);
   EXPECT_EQ(app.screen.runprogress.look().stage, RunStage::none) << "it has ended";
+}
+
+TEST_F(OwnElements, TheProgressOfTheNextRunBeginsAnew) {
+  reachResultPage();
+  app.press(app.screen.main3);
+  MemoryFile& input = app.choose(smallAvi());
+  std::optional<platform::RunProgress> first;
+  input.onRead = [&](std::uint64_t, std::size_t) {
+    if (!first) first = app.screen.runprogress.look();
+  };
+  std::optional<platform::RunProgress> beforeTheFile;
+  app.files.onTouch = [&](const std::string& what) {
+    if (what == "createFile(/Applications/testfile2.avi)") beforeTheFile = app.screen.runprogress.look();
+  };
+
+  repairWhole();
+
+  ASSERT_TRUE(first);
+  EXPECT_EQ(first->stage, RunStage::searching);
+  ASSERT_TRUE(beforeTheFile);
+  EXPECT_EQ(beforeTheFile->stage, RunStage::writing);
+  EXPECT_EQ(beforeTheFile->done, 0U);
 }
 
 TEST_F(OwnElements, TheProgressOfAStoppedRunIsNotToldWhileItWorksOn) {

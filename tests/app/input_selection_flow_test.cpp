@@ -64,9 +64,19 @@ TEST_F(InputSelection, PanelsThatCanNeverBeMadeEndTheAttempts) {
   app.press(app.screen.browsebutton);
 
   EXPECT_TRUE(app.panels.shownOpenPanels().empty());
+  EXPECT_EQ(app.takeEvents(), Lines(std::size_t{100} * 3, "openPanel() failed"));  // each call asks three times
   app.panels.makeOpenPanels(true);
   app.press(app.screen.browsebutton);
   EXPECT_EQ(app.panels.shownOpenPanels().size(), 1U);
+}
+
+TEST_F(InputSelection, AChooserThatCannotBeMadeIsNotShown) {
+  app.start();
+  app.panels.scriptOpenPanels({true, true, false});
+
+  app.press(app.screen.browsebutton);
+
+  EXPECT_EQ(app.takeEvents(), (Lines{"openPanel()", "openPanel()", "openPanel() failed"}));
 }
 
 TEST_F(InputSelection, FilmThatDoesNotAnswerHasSizeZeroAndIsNotLookedAt) {
@@ -105,14 +115,13 @@ TEST_F(InputSelection, AnswerSetsPathAndSizeShowsThePathTwiceAndClearsTheStop) {
   engine::stopflag = true;
   app.press(app.screen.browsebutton);
   app.events.clear();
+  app.watchVariables();
 
   app.panels.lastOpenPanel()->choose(kInput);
 
-  EXPECT_EQ(engine::path.get(), kInput);
-  EXPECT_EQ(engine::inputfilesize, 1234U);
-  EXPECT_FALSE(engine::stopflag);
-  EXPECT_EQ(app.takeEvents(), (Lines{"controller.textfield.setStringValue(/films/broken.avi)",
-                                     "pathfield.setStringValue(/films/broken.avi)"}));
+  EXPECT_EQ(app.takeEvents(), (Lines{"path = /films/broken.avi", "inputfilesize = 1234",
+                                     "controller.textfield.setStringValue(/films/broken.avi)",
+                                     "pathfield.setStringValue(/films/broken.avi)", "stopflag = 0"}));
   EXPECT_EQ(app.controller->inputFileManager, &app.fileManager);
   EXPECT_EQ(app.screen.tabview.page(), 1);
 }
@@ -220,6 +229,11 @@ TEST_F(InputSelection, NothingCanBeDroppedWhileARunIsAtWork) {
   EXPECT_FALSE(app.controller->chooseFile("/films/other.avi"));
 
   EXPECT_EQ(engine::path.get(), kInput);
+}
+
+TEST_F(InputSelection, AFileCanBeDroppedOnceTheRunHasEnded) {
+  reachResultPage();
+  EXPECT_TRUE(app.controller->chooseFile("/films/other.avi"));
 }
 
 const Lines kNoFilm = {

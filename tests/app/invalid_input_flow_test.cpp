@@ -58,6 +58,19 @@ TEST_F(InvalidInput, ThatIsALinkIsSaidToBeOne) {
             "Please choose the film itself. It leads to /films/real.avi. Nothing was changed in your file.");
 }
 
+TEST_F(InvalidInput, ThatIsALongLinkIsJudgedByWhatItHolds) {
+  app.start();
+  app.files.put(kInput, platform::Bytes(2000));
+  for (const std::size_t length : {1023U, 1024U}) {
+    app.fileManager.links[kInput] = std::string(length, 'x');
+    ASSERT_TRUE(app.controller->chooseFile(kInput));
+    repairWhole();
+    EXPECT_EQ(app.screen.invalidfilehead.title(),
+              length < 1024 ? "This is only a link to a film" : "This is not an AVI film");
+    app.press(app.screen.invalidfileokbutton);
+  }
+}
+
 TEST_F(InvalidInput, TheNextOneIsJudgedAnew) {
   app.start();
   app.choose(smallAvi());

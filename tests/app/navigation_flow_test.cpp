@@ -21,11 +21,13 @@ const Lines kNormalPictures = {"repairbutton.setImage(repair_button_normal)",
 
 TEST_F(Home, DeletesTheScratchFileAndGoesBackInOrder) {
   reachResultPage();
+  app.watchVariables();
 
   app.press(app.screen.main3);
 
-  EXPECT_EQ(app.takeEvents(), (Lines{"remove(/Applications/testfile1.avi)", "tabview.selectFirstTabViewItem()",
-                                     "pathfield.setStringValue()"}));
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"negvalue = 0", "remove(/Applications/testfile1.avi)", "tabview.selectFirstTabViewItem()",
+                   "path = ", "pathfield.setStringValue()", "path = nothing"}));
   EXPECT_EQ(app::negvalue, 0);
   EXPECT_EQ(engine::path.get(), std::nullopt);
   EXPECT_FALSE(app.files.has(kScratch1));
@@ -46,6 +48,16 @@ TEST_F(Home, TheNextRunUsesTheOtherScratchPath) {
 TEST_F(Home, AFolderThatCameToStandAtTheScratchPathStays) {
   reachResultPage();
   ASSERT_FALSE(app.fileManager.createFolder(kScratch1));
+  app.events.clear();
+
+  app.press(app.screen.main3);
+
+  EXPECT_TRUE(app.takeEvents({"remove"}).empty());
+}
+
+TEST_F(Home, ALinkThatCameToStandAtTheScratchPathStays) {
+  reachResultPage();
+  app.fileManager.links[kScratch1] = kInput;
   app.events.clear();
 
   app.press(app.screen.main3);
@@ -180,6 +192,14 @@ TEST_F(Hover, TheFlagIsNotConsulted) {
   const platform::TrackingDictionary dictionary = {{"whichTracker", 6}};
   app.controller->handleEnteredExited(false, &dictionary);
   EXPECT_EQ(app.takeEvents(), Lines{"help1.setImage(help-2)"});
+}
+
+TEST_F(Hover, ADictionaryWithoutItsKeyStandsForTheRepairButton) {
+  for (const platform::TrackingDictionary& dictionary :
+       {platform::TrackingDictionary{}, platform::TrackingDictionary{{"anotherKey", 6}}}) {
+    app.controller->handleEnteredExited(true, &dictionary);
+    EXPECT_EQ(app.takeEvents(), Lines{"repairbutton.setImage(repair_button_hover)"});
+  }
 }
 
 TEST_F(Hover, AMissingDictionaryDoesNothing) {

@@ -94,6 +94,18 @@ TEST_F(NoThread, MemoryThatLacksInARunHasWordsOfItsOwn) {
       "chosen: you can press Repair again.");
 }
 
+TEST_F(NoThread, TheEndOfARunIsToldAgainUntilThereIsMemoryForIt) {
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+  app.press(app.screen.stoprepairokbutton);  // so that its end is all that it tells
+  queue.refuseNext();
+  app.events.clear();
+
+  runWorkers();
+
+  EXPECT_EQ(app.takeEvents(), Lines{"sleep(100 ms)"});
+}
+
 TEST_F(NoThread, ASaveWithoutItsProgressIsNotBegun) {
   reachResultPage();
   app.files.space = 5000000;

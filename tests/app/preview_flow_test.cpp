@@ -24,11 +24,12 @@ void postEnd(AppBench& app, platform::Movie& movie) {
 
 TEST_F(Preview, TheRebuiltFileIsLoadedFromTheChosenScratchPath) {
   engine::internalpath.set("/chosen.avi");
+  app.watchVariables();
 
   app.controller->setMovieView("/argument.avi");
 
-  EXPECT_EQ(app.controller->unipath(), "/argument.avi");
-  EXPECT_EQ(app.takeEvents(), (Lines{"movieWithFile(/chosen.avi)", "movieview.setMovie(movie)"}));
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"unipath = /argument.avi", "movieWithFile(/chosen.avi)", "video = 1", "movieview.setMovie(movie)"}));
   EXPECT_EQ(app.screen.movieview.movie(), app.controller->video.get());
 }
 
@@ -127,6 +128,41 @@ TEST_F(Preview, TheEndOfAnyMovieCountsAndThatMovieBecomesTheVideo) {
   postEnd(app, *other);
 
   EXPECT_EQ(app.controller->video.get(), other);
+}
+
+TEST_F(Preview, WithoutAMovieItIsStartedAndEndedLikeAnyOther) {
+  app.start();
+  app.choose(smallAvi());
+  app.movies.fail(kScratch1, "no such movie");
+  repairWhole();
+  app.press(app.screen.repaircompletedokbutton);
+  ASSERT_EQ(app.controller->video.get(), nullptr);
+  app.events.clear();
+
+  app.press(app.screen.previewbutton);
+  EXPECT_EQ(app.takeEvents({"main3", "savebutton", "movie"}),
+            (Lines{"main3.setEnabled(no)", "savebutton.setEnabled(no)"}));
+  app.press(app.screen.previewbutton);
+
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"main3.setEnabled(yes)", "savebutton.setEnabled(yes)", "previewbutton.setEnabled(yes)"}));
+}
+
+/// Posts notifications, and is no movie.
+class SomebodyElse final : public platform::NotificationSender {};
+
+TEST_F(Preview, AnEndThatNoMovieTellsLeavesNoVideoAndEnablesThePage) {
+  SomebodyElse other;
+  for (platform::NotificationSender* sender :
+       {static_cast<platform::NotificationSender*>(nullptr), static_cast<platform::NotificationSender*>(&other)}) {
+    app.controller->video.set(std::make_shared<HeadlessMovie>("movie", nullptr));
+
+    app.controller->movieDidEnd({platform::kMovieDidEndNotification, sender});
+
+    EXPECT_EQ(app.controller->video.get(), nullptr);
+    EXPECT_EQ(app.takeEvents(), (Lines{"main3.setEnabled(yes)", "help3.setEnabled(yes)", "savebutton.setEnabled(yes)",
+                                       "previewbutton.setEnabled(yes)", "previewbutton.setState(off)"}));
+  }
 }
 
 TEST_F(Preview, EveryPressAddsOneRegistration) {

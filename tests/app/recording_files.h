@@ -72,6 +72,8 @@ class RecordingFileManager final : public platform::FileManager {
   std::map<std::string, std::string> links;
   /// Folders that cannot be made.
   std::set<std::string> refusedFolders;
+  /// Told of every path whose free space is asked for, before the answer.
+  std::function<void(const std::string&)> onFreeSpace;
   [[nodiscard]] bool hasFolder(const std::string& path) const {
     const std::lock_guard lock(mutex_);
     return folders_.contains(path);
@@ -89,6 +91,7 @@ class RecordingFileManager final : public platform::FileManager {
     return attributes(link == links.end() ? path : link->second);
   }
   std::optional<std::uint64_t> freeSpace(const std::string& path) override {
+    if (onFreeSpace) onFreeSpace(path);
     if (refusedFolders.contains(path)) return std::nullopt;
     return files_.freeSpace(path);
   }

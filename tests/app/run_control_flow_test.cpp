@@ -1,6 +1,4 @@
-#include <cmath>
-#include <functional>
-#include <utility>
+#include <algorithm>
 
 #include "tests/app/app_bench.h"
 
@@ -9,8 +7,6 @@ namespace {
 
 using Repair = FlowTest;
 using Stop = FlowTest;
-using Progress = FlowTest;
-using State = platform::Button::State;
 
 const Lines kPaths1 = {"log: MHD=/home/user/Downloads/MPlayerX.app", "log: Homedirectory=/home/user",
                        "log: internalpath=/Applications/testfile1.avi"};
@@ -53,10 +49,19 @@ Lines joined(std::initializer_list<Lines> parts) {
 TEST_F(Repair, StartsInTheGivenOrder) {
   app.start();
   app.choose(smallAvi());
+  app.watchVariables();
 
   app.press(app.screen.repairbutton);
 
-  EXPECT_EQ(app.events.lines(), joined({kPaths1, kPlayerAbsent, kStarted}));
+  Lines expected = joined({kPaths1, kPlayerAbsent, kStarted});
+  const auto before = [&](const char* event, const char* change) {
+    expected.insert(std::find(expected.begin(), expected.end(), event), change);
+  };
+  before("log: internalpath=/Applications/testfile1.avi", "internalpath = /Applications/testfile1.avi");
+  before("progressbar.setDoubleValue(0)", "sendermain = 1");
+  // The thread comes between the page and the picture.
+  expected.insert(std::find(expected.begin(), expected.end(), "tabview.selectNextTabViewItem()") + 1, "mythread = 1");
+  EXPECT_EQ(app.takeAllEvents(), expected);
   EXPECT_EQ(app.screen.tabview.page(), 2);
   EXPECT_EQ(app.controller->sendermain, &app.screen.repairbutton);
   EXPECT_NE(app.controller->mythread, nullptr);
@@ -244,14 +249,16 @@ TEST_F(Stop, ConfirmedGoesBackInTheGivenOrder) {
   app.press(app.screen.repairbutton);
   app.press(app.screen.stopbutton);
   app.events.clear();
+  app.watchVariables();
 
   app.press(app.screen.stoprepairokbutton);
 
-  EXPECT_EQ(app.events.lines(),
-            (Lines{"repairbutton.setState(off)", "controller.textfield.setStringValue()", "repairbutton.setState(on)",
-                   "endSheet(stoprepairwindow)", "stoprepairwindow.orderOut()", "progressbar.setDoubleValue(0)",
-                   "tabview.selectFirstTabViewItem()", "pathfield.setStringValue()", "repairbutton.setState(on)",
-                   "log: Repair aborted"}));
+  EXPECT_EQ(app.takeAllEvents(),
+            (Lines{"negvalue = 0", "repairbutton.setState(off)", "controller.textfield.setStringValue()",
+                   "repairbutton.setState(on)", "endSheet(stoprepairwindow)", "stoprepairwindow.orderOut()",
+                   "progressbar.setDoubleValue(0)", "tabview.selectFirstTabViewItem()", "stopflag = 1",
+                   "path = ", "pathfield.setStringValue()", "path = nothing", "repairbutton.setState(on)",
+                   "mythread = 0", "log: Repair aborted"}));
   EXPECT_EQ(app::negvalue, 0);
   EXPECT_TRUE(engine::stopflag);
   EXPECT_EQ(engine::path.get(), std::nullopt);
@@ -321,270 +328,6 @@ TEST_F(Stop, AStoppedRunNeverWakesWhenAnotherFileIsChosen) {
             (Lines{"createFile(/Applications/testfile2.avi)", "beginSheet(repaircompletedwindow, mainWindow)"}));
   EXPECT_FALSE(app.files.has(kScratch1));
   EXPECT_EQ(app.controller->unipath(), kScratch2);
-}
-
-/// A run that is stopped, and another one started, from inside the first one's own work.
-class OldRun : public FlowTest {
- protected:
-  /// Stops a run whose input is no film at its first read, and then does what `afterwards` says.
-  void stopWhenNoFilmIsRead(const std::function<void()>& afterwards) {
-    app.start();
-    bool stopped = false;
-    app.choose(platform::Bytes(2000)).onRead = [&](std::uint64_t, std::size_t) {
-      if (std::exchange(stopped, true)) return;
-      app.press(app.screen.stoprepairokbutton);
-      afterwards();
-    };
-    app.press(app.screen.repairbutton);
-    runWorkers();
-    EXPECT_TRUE(stopped);
-  }
-  void stopAndStartAnotherWhenTheFirstIsRead(bool startAnother) {
-    app.start();
-    app.choose(smallAvi());
-    app.press(app.screen.repairbutton);
-    app.files.onTouch = [this, startAnother](const std::string& what) {
-      if (what != "openForWriting(/Applications/testfile1.avi)") return;
-      app.press(app.screen.stoprepairokbutton);
-      if (!startAnother) return;
-      app.choose(smallAvi(), "/films/second.avi");
-      app.press(app.screen.repairbutton);
-      app.events.clear();
-    };
-  }
-};
-
-TEST_F(OldRun, NeitherItsFileNorItsSheetReachesTheNewOne) {
-  stopAndStartAnotherWhenTheFirstIsRead(true);
-
-  ASSERT_TRUE(workers.runNext());  // the empty thread
-  ASSERT_TRUE(workers.runNext());  // the first run
-
-  EXPECT_EQ(app.controller->unipath(), std::nullopt);
-  EXPECT_TRUE(app.takeEvents({"beginSheet", "movieview", "stopbutton.setEnabled(no)"}).empty());
-  runWorkers();
-  EXPECT_EQ(app.controller->unipath(), kScratch2);
-  EXPECT_TRUE(app.isShown(app.screen.repaircompletedwindow));
-}
-
-TEST_F(OldRun, ProgressOfAStoppedRunIsNotShown) {
-  stopAndStartAnotherWhenTheFirstIsRead(false);
-
-  runWorkers();
-
-  EXPECT_EQ(app.controller->progressbarValue, 0.0);
-  EXPECT_EQ(app.screen.progressbar.doubleValue(), 0.0);
-  EXPECT_EQ(app.controller->unipath(), kScratch1);  // stopped, but no newer run: handed over as ever
-  EXPECT_FALSE(app.isShown(app.screen.repaircompletedwindow));
-}
-
-TEST_F(OldRun, ItsRejectionIsNotShownOnceAnotherFilmWasChosen) {
-  stopWhenNoFilmIsRead([this] { app.choose(smallAvi(), "/films/second.avi"); });
-  EXPECT_FALSE(app.isShown(app.screen.invalidfilewindow));
-  EXPECT_EQ(engine::path.get(), "/films/second.avi");
-}
-
-TEST_F(OldRun, ItsRejectionComesWithoutANewChoice) {
-  stopWhenNoFilmIsRead([] {});
-  EXPECT_TRUE(app.isShown(app.screen.invalidfilewindow));
-}
-
-TEST_F(OldRun, WhatItWroteIsRemovedBeforeTheNextOneWrites) {
-  stopAndStartAnotherWhenTheFirstIsRead(true);
-  bool wasThere = true;
-  app.files.onTouch = [&, before = app.files.onTouch](const std::string& what) {
-    before(what);
-    if (what == "createFile(/Applications/testfile2.avi)") wasThere = app.files.has(kScratch1);
-  };
-
-  runWorkers();
-
-  EXPECT_FALSE(wasThere);
-  EXPECT_FALSE(app.files.has(kScratch1));
-  EXPECT_TRUE(app.files.has(kScratch2));
-}
-
-TEST_F(OldRun, WhatItWroteIsRemovedOnlyWhenItHasEnded) {
-  app.start();
-  app.choose(smallAvi());
-  app.press(app.screen.repairbutton);
-  app.files.onTouch = [this](const std::string& what) {
-    if (what != "openForWriting(/Applications/testfile1.avi)") return;
-    app.events.clear();
-    app.press(app.screen.stoprepairokbutton);
-    EXPECT_TRUE(app.takeEvents({"remove"}).empty());
-    EXPECT_TRUE(app.files.has(kScratch1));
-  };
-
-  runWorkers();
-
-  EXPECT_EQ(app.takeEvents({"remove", "movieview.setMovie"}),
-            (Lines{"movieview.setMovie(movie)", "remove(/Applications/testfile1.avi)"}));
-  EXPECT_FALSE(app.files.has(kScratch1));
-}
-
-TEST_F(OldRun, AFileOfTheSamePathThatIsWrittenAgainStays) {
-  app.start();
-  app.choose(smallAvi());
-  for (int i = 0; i < 2; ++i) {
-    app.press(app.screen.repairbutton);
-    workers.runNext();
-    app.press(app.screen.stoprepairokbutton);
-    app.choose(smallAvi());
-  }
-
-  repairWhole();
-
-  EXPECT_TRUE(app.files.has(kScratch1));
-  EXPECT_TRUE(app.isShown(app.screen.repaircompletedwindow));
-}
-
-using WaitingRun = OldRun;
-
-TEST_F(WaitingRun, SaysThatItWaitsUntilItsTurnComes) {
-  Lines shown;
-  app.start();
-  workers.runNext();
-  app.choose(smallAvi());
-  app.press(app.screen.repairbutton);
-  EXPECT_EQ(app.screen.waitingtext.stringValue(), "");
-  app.files.onTouch = [&](const std::string& what) {
-    if (what == "openForWriting(/Applications/testfile1.avi)") {
-      app.press(app.screen.stoprepairokbutton);
-      app.choose(smallAvi(), "/films/second.avi");
-      app.press(app.screen.repairbutton);
-      shown.push_back(app.screen.waitingtext.stringValue());
-    }
-    if (what == "createFile(/Applications/testfile2.avi)") shown.push_back(app.screen.waitingtext.stringValue());
-  };
-
-  runWorkers();
-
-  EXPECT_EQ(shown,
-            (Lines{"Waiting until the repair before this one has ended. Its last step cannot be cut short.", ""}));
-}
-
-TEST_F(WaitingRun, ItIsNotSaidForTheNextOneWhenOneThatWasStoppedInItsTurnComesToIt) {
-  app.start();
-  workers.runNext();
-  app.choose(smallAvi());
-  app.press(app.screen.repairbutton);
-  bool stopped = false;
-  app.files.onTouch = [&](const std::string& what) {
-    if (what != "openForWriting(/Applications/testfile1.avi)" || std::exchange(stopped, true)) return;
-    for (int i = 0; i < 2; ++i) {
-      app.press(app.screen.stoprepairokbutton);
-      app.choose(smallAvi(), "/films/second.avi");
-      app.press(app.screen.repairbutton);
-    }
-  };
-  workers.runNext();  // the first
-  workers.runNext();  // the second, which has nothing to do any more
-  EXPECT_TRUE(app.screen.waitingtext.stringValue().starts_with("Waiting"));
-
-  runWorkers();
-
-  EXPECT_EQ(app.screen.waitingtext.stringValue(), "");
-}
-
-TEST_F(OldRun, AStopBeforeTheHarvestStillBringsTheNotSupportedSheet) {
-  app.start();
-  app.choose(smallAvi());
-  app.press(app.screen.repairbutton);
-  engine::stopflag = true;
-
-  runWorkers();
-
-  EXPECT_TRUE(app.isShown(app.screen.filenotsupportedwindow));
-}
-
-TEST_F(Progress, StoringAValueSetsTheRepairButtonOff) {
-  app.screen.repairbutton.setState(State::on);
-
-  app.controller->setProgressBarValue(12.5);
-
-  EXPECT_EQ(app.controller->progressbarValue, 12.5);
-  EXPECT_EQ(app.screen.repairbutton.state(), State::off);
-}
-
-TEST_F(Progress, EachUpdateShowsTheValueInItsBar) {
-  app.controller->setProgressBarValue(12.5);
-  app.events.clear();
-
-  app.controller->updateProgressBar();
-  app.controller->updateSaveProgressBar();
-  app.controller->updateSaveProgressBar2();
-
-  EXPECT_EQ(app.events.lines(), (Lines{"progressbar.setDoubleValue(12.5)", "repairbutton.setState(off)",
-                                       "progressbar.setDoubleValue(12.5)", "saveprogressbar.setDoubleValue(12.5)"}));
-}
-
-TEST_F(Progress, TheJobsSaveProgressDrivesTheRepairBar) {
-  app.controller->repair1->saveprogress();
-  queue.pump();
-
-  EXPECT_EQ(app.screen.progressbar.doubleValue(), 99.90234375);
-  EXPECT_EQ(app.screen.saveprogressbar.doubleValue(), 0.0);
-}
-
-TEST_F(Progress, RetrievalFillsTheBarStepByStep) {
-  engine::inputfilesize = 4 * 1024 + 5;
-
-  app.controller->updateProgressBarRetrieve(nullptr);
-
-  EXPECT_EQ(app.takeEvents({"progressbar."}),
-            (Lines{"progressbar.setDoubleValue(0)", "progressbar.setDoubleValue(25)", "progressbar.setDoubleValue(50)",
-                   "progressbar.setDoubleValue(75)", "progressbar.setDoubleValue(100)"}));
-  EXPECT_EQ(app.controller->progressbarValue, 100.0);
-}
-
-TEST_F(Progress, RetrievalStepsAreCountedFromTheGlobal) {
-  engine::inputfilesize = 4 * 1024;
-  engine::globalsectorforsample = 2;
-
-  app.controller->updateProgressBarRetrieve(nullptr);
-
-  EXPECT_EQ(app.events.lines(),
-            (Lines{"repairbutton.setState(off)", "progressbar.setDoubleValue(50)", "repairbutton.setState(off)",
-                   "progressbar.setDoubleValue(75)", "repairbutton.setState(off)", "progressbar.setDoubleValue(100)"}));
-}
-
-TEST_F(Progress, RetrievalOfLessThanOneKiBDoesNotDivideByZero) {
-  engine::inputfilesize = 1023;
-
-  app.controller->updateProgressBarRetrieve(nullptr);
-
-  EXPECT_EQ(app.events.lines(), (Lines{"repairbutton.setState(off)", "progressbar.setDoubleValue(0)"}));
-  EXPECT_FALSE(std::isnan(app.controller->progressbarValue));
-}
-
-TEST_F(Progress, NexttabSleepsASecondAndShowsTheProgress) {
-  app.controller->setProgressBarValue(30.0);
-  app.events.clear();
-
-  app.controller->nexttab();
-
-  EXPECT_EQ(app.events.lines(),
-            (Lines{"sleep(1000 ms)", "progressbar.setDoubleValue(30)", "repairbutton.setState(off)"}));
-}
-
-TEST_F(Progress, CopyfileAndTabsetDoNothing) {
-  app.controller->copyfile();
-  app.controller->tabset();
-
-  EXPECT_TRUE(app.events.lines().empty());
-}
-
-TEST_F(Progress, MethodForFileNotSupportedResetsInOrder) {
-  app.start();
-  app.choose(platform::Bytes(10));
-
-  app.controller->methodForFileNotSupported();
-
-  EXPECT_EQ(app.events.lines(),
-            (Lines{"progressbar.setDoubleValue(0)", "tabview.selectFirstTabViewItem()", "pathfield.setStringValue()"}));
-  EXPECT_TRUE(engine::stopflag);
-  EXPECT_EQ(engine::path.get(), std::nullopt);
 }
 
 }  // namespace

@@ -65,6 +65,16 @@ TEST_F(Waiting, APreviewThatIsNotWaitedForGetsItsStateBack) {
   EXPECT_EQ(app.screen.previewbutton.state(), State::on);
 }
 
+TEST_F(Waiting, APreviewThatWasOnIsOnAgain) {
+  repairWith([this] {
+    app.screen.previewbutton.setState(State::on);
+    app.events.clear();
+    app.press(app.screen.previewbutton);
+    EXPECT_EQ(app.takeEvents(),
+              (Lines{"wait(Finishing the repaired file)", "wait cancelled", "previewbutton.setState(on)"}));
+  });
+}
+
 TEST_F(Waiting, ASecondRequestWhileTheNoticeIsUpIsDropped) {
   repairWith([this] {
     app.waits.onWait = [this](const platform::WaitPanel&) {
@@ -134,6 +144,14 @@ TEST_F(Waiting, HomeWhileTheWriterWorksAbandonsTheRunAndThenDoesItsSteps) {
   EXPECT_EQ(app.screen.tabview.page(), 1);
 }
 
+TEST_F(Waiting, AfterHomeAFilmCanBeChosenThoughTheWriterStillWorks) {
+  repairWith([this] {
+    app.press(app.screen.main3);
+    EXPECT_TRUE(app.controller->chooseFile("/films/second.avi"));
+  });
+  EXPECT_EQ(engine::path.get(), "/films/second.avi");
+}
+
 TEST_F(Waiting, WhatAnAbandonedRunStillWroteIsRemovedWhenItEnds) {
   app.start();
   workers.runNext();
@@ -171,15 +189,15 @@ TEST_F(WriteError, TakesTheWindowBackAndIsTold) {
 
   runWorkers();
 
-  Lines events = app.takeEvents();
-  const auto end = std::find(events.begin(), events.end(), "endSheet(stoprepairwindow)");
+  const Lines events = app.takeAllEvents();
+  const auto begin = std::find(events.begin(), events.end(), "endSheet(stoprepairwindow)");
+  const auto end = std::find_if(begin, events.end(), [](const auto& line) { return line.starts_with("alert("); });
   ASSERT_NE(end, events.end());
-  const Lines after(end, events.end());
-  ASSERT_EQ(after.size(), 7U);
-  EXPECT_EQ(Lines(after.begin(), after.end() - 1),
+  EXPECT_EQ(Lines(begin, end),
             (Lines{"endSheet(stoprepairwindow)", "stoprepairwindow.orderOut()", "endSheet(repaircompletedwindow)",
-                   "repaircompletedwindow.orderOut()", "tabview.selectFirstTabViewItem()",
-                   "remove(/Applications/testfile1.avi)"}));
+                   "repaircompletedwindow.orderOut()", "progressbar.setDoubleValue(0)",
+                   "tabview.selectFirstTabViewItem()", "remove(/Applications/testfile1.avi)"}));
+  EXPECT_EQ(app.controller->progressbarValue, 0.0);
   const platform::AlertPanel alert = app.alerts.shown().at(0);
   EXPECT_EQ(alert.title, "The repaired file could not be written");
   EXPECT_EQ(alert.defaultButton, "OK");
@@ -189,6 +207,52 @@ TEST_F(WriteError, TakesTheWindowBackAndIsTold) {
       << *alert.message;
   EXPECT_EQ(app.screen.progressbar.doubleValue(), 0.0);
   EXPECT_FALSE(app.files.has(kScratch1));
+}
+
+TEST_F(WriteError, TheFreeSpaceIsThatOfTheFolderWithoutTheScratchFile) {
+  failWrites();
+  app.start();
+  app.choose(smallAvi());
+  app.press(app.screen.repairbutton);
+  Lines asked;
+  app.fileManager.onFreeSpace = [&](const std::string& path) {
+    asked.push_back(path + (app.files.has(kScratch1) ? " with the file" : ""));
+  };
+
+  runWorkers();
+
+  EXPECT_EQ(asked, Lines{"/Applications"});
+}
+
+TEST_F(WriteError, IsNotToldAgainForTheNextRunThatIsRejected) {
+  failWrites();
+  app.start();
+  app.choose(smallAvi());
+  repairWhole();
+  app.choose(platform::Bytes(600000), "/films/second.avi");
+
+  repairWhole();
+
+  EXPECT_TRUE(app.isShown(app.screen.invalidfilewindow));
+  EXPECT_EQ(app.alerts.shown().size(), 1U);
+}
+
+TEST_F(WriteError, MetWhileTheNoticeIsUpIsToldOnce) {
+  failWrites();
+  app.start();
+  app.waits.onWait = [&](const platform::WaitPanel& notice) {
+    runWorkers();
+    return notice.finished();
+  };
+  for (int i = 0; i < 2; ++i) {
+    app.choose(smallAvi());
+    app.press(app.screen.repairbutton);
+    app.press(app.screen.savebutton);
+  }
+
+  EXPECT_EQ(app.alerts.shown().size(), 1U);
+  EXPECT_EQ(app.takeEvents({"wait", "log: Save"}),
+            (Lines{"wait(Finishing the repaired file)", "wait finished", "log: Save"}));
 }
 
 TEST_F(WriteError, ThePathStaysChosenAndRepairWorksAgain) {
@@ -215,10 +279,12 @@ TEST_F(WriteError, AfterTheCompletionSheetItEndsThatSheetToo) {
     if (what != "openForWriting(/Applications/testfile1.avi)") return;
     workers.runNext();  // the animation
     EXPECT_TRUE(app.isShown(app.screen.repaircompletedwindow));
+    EXPECT_EQ(app.controller->progressbarValue, 100.0);
   };
 
   repairWhole();
 
+  EXPECT_EQ(app.controller->progressbarValue, 0.0);
   EXPECT_FALSE(app.isShown(app.screen.repaircompletedwindow));
   EXPECT_EQ(app.screen.tabview.page(), 1);
 }

@@ -1,5 +1,9 @@
 #include "app/run_guard.h"
 
+#include <atomic>
+#include <future>
+#include <thread>
+
 #include "tests/app/app_bench.h"
 
 namespace zelvo::tests {
@@ -8,11 +12,15 @@ namespace {
 /// Keeps the values that come through.
 class KeptProgress final : public engine::ProgressRelay {
  public:
-  void setProgressBarValue(double percent) override { values.push_back(percent); }
+  void setProgressBarValue(double percent) override {
+    if (onValue) onValue();
+    values.push_back(percent);
+  }
   void updateProgressBar() override {}
   void updateSaveProgressBar() override {}
   void updateSaveProgressBar2() override {}
   void setMovieView(const std::string& path) override { movies.push_back(path); }
+  std::function<void()> onValue;
   std::vector<double> values;
   Lines movies;
 };
@@ -54,6 +62,37 @@ TEST_F(RunGuard, ProgressOfAnOlderRunIsDropped) {
   guard.start();
   guard.setProgressBarValue(5);
   EXPECT_TRUE(progress.values.empty());
+}
+
+TEST_F(RunGuard, HidingWaitsForAValueThatIsBeingHandedOn) {
+  guard.beginWork(guard.start());
+  std::promise<void> handing;
+  std::atomic<bool> hidden = false;
+  bool wasHidden = false;
+  progress.onValue = [&] {
+    handing.set_value();
+    for (int turn = 0; turn < 20000 && !wasHidden; ++turn) {
+      std::this_thread::yield();
+      wasHidden = hidden;
+    }
+  };
+  std::thread worker([&] { guard.setProgressBarValue(5); });
+  handing.get_future().wait();
+
+  guard.hideProgress();
+  hidden = true;
+  worker.join();
+
+  EXPECT_FALSE(wasHidden);
+  EXPECT_EQ(progress.values, std::vector<double>{5});
+}
+
+TEST_F(RunGuard, AStopFromInsideAValueWaitsForNothing) {
+  guard.beginWork(guard.start());
+  progress.onValue = [this] { guard.hideProgress(); };
+  guard.setProgressBarValue(5);
+  guard.setProgressBarValue(6);
+  EXPECT_EQ(progress.values, std::vector<double>{5});
 }
 
 TEST_F(RunGuard, OutsideOfARunEverythingPasses) {

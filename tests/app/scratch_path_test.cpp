@@ -75,13 +75,25 @@ TEST(ScratchPath, AFolderThatCannotBeUsedChangesNothing) {
   EXPECT_EQ(scratch.choose(1, std::nullopt), "/Applications/testfile1.avi");
 }
 
-TEST(ScratchPath, ManyPairsThatCannotBeWrittenEndTheSearch) {
+/// So many pairs whose first path cannot be written, and then one whose paths can.
+platform::headless::HeadlessScratchPaths pairsAfterRefused(std::size_t refused) {
   platform::headless::HeadlessScratchPaths paths;
-  paths.pairs.assign(100, {"/no/1", "/no/2"});
+  paths.pairs.assign(refused, {"/no/1", "/no/2"});
+  paths.pairs.push_back({"/yes/1", "/yes/2"});
   paths.refused = {"/no/1"};
+  return paths;
+}
+
+TEST(ScratchPath, TheFourthPairIsStillTried) {
+  auto paths = pairsAfterRefused(3);
+  app::ScratchPath scratch(paths);
+  EXPECT_EQ(scratch.choose(1, std::nullopt), "/yes/1");
+}
+
+TEST(ScratchPath, FourPairsThatCannotBeWrittenEndTheSearch) {
+  auto paths = pairsAfterRefused(4);
   app::ScratchPath scratch(paths);
   EXPECT_EQ(scratch.choose(1, std::nullopt), "");
-  EXPECT_FALSE(paths.pairs.empty());
 }
 
 TEST(CountedFiles, CountsWhatIsWrittenToTheFileOpenedLast) {

@@ -1,3 +1,6 @@
+#include <new>
+#include <utility>
+
 #include "tests/app/app_bench.h"
 
 namespace zelvo::tests {
@@ -191,8 +194,11 @@ TEST_F(Quit, LeavesNoScratchFileAndNoWorkerBehind) {
   app.controller->applicationWillTerminate();
 
   EXPECT_FALSE(app.files.has(kScratch1));
-  EXPECT_EQ(workers.waiting(), 0U);
   EXPECT_TRUE(app.files.has(kInput));
+  EXPECT_EQ(app.takeEvents(),
+            (Lines{"mainWindow.setDelegate(nothing)", "endSleeps()", "remove(/Applications/testfile1.avi)"}));
+  app.controller->applicationWillTerminate();
+  EXPECT_EQ(app.takeEvents(), Lines{}) << "once is enough";
 }
 
 TEST_F(Quit, ARunThatHasNotBegunWritesNothing) {
@@ -200,10 +206,63 @@ TEST_F(Quit, ARunThatHasNotBegunWritesNothing) {
   app.choose(smallAvi());
   app.press(app.screen.repairbutton);
 
+  app.events.clear();
+
   app.controller->applicationWillTerminate();
 
+  EXPECT_EQ(workers.waiting(), 0U);
+  EXPECT_EQ(app.takeEvents({"createFile", "remove"}), Lines{});
+  EXPECT_TRUE(app.sheets.shown().empty());
+}
+
+TEST_F(Quit, ARunAtWorkIsAbandonedAndItsProgressNoLongerLookedAt) {
+  app.start();
+  workers.runNext();  // the empty thread
+  app.choose(smallAvi());
+  bool ended = false;
+  app.files.onTouch = [&](const std::string& what) {
+    if (what != "openForWriting(/Applications/testfile1.avi)" || std::exchange(ended, true)) return;
+    EXPECT_EQ(app.screen.runprogress.look().stage, platform::RunStage::writing);
+    app.controller->applicationWillTerminate();
+    EXPECT_EQ(app.screen.runprogress.look().stage, platform::RunStage::none);
+  };
+
+  repairWhole();
+
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(app.controller->repair1->runEnd, engine::RunEnd::abandoned);
   EXPECT_FALSE(app.files.has(kScratch1));
   EXPECT_TRUE(app.sheets.shown().empty());
+}
+
+TEST_F(Quit, WhatARunTellsAfterwardsIsNotShown) {
+  app.start();
+  workers.runNext();
+  bool ended = false;
+  app.choose(smallAvi()).onRead = [&](std::uint64_t, std::size_t) {
+    if (std::exchange(ended, true)) return;
+    app.controller->applicationWillTerminate();
+    throw std::bad_alloc();
+  };
+
+  repairWhole();
+
+  EXPECT_TRUE(ended);
+  EXPECT_TRUE(app.alerts.shown().empty());
+}
+
+TEST_F(Quit, ASheetThatWasAskedForBeforeOpensNoMore) {
+  app.start();
+  workers.runNext();
+  app.choose(platform::Bytes(600000));
+  app.press(app.screen.repairbutton);
+  runNextOnAThread();
+  ASSERT_FALSE(app.isShown(app.screen.invalidfilewindow));
+
+  app.controller->applicationWillTerminate();
+  queue.pump();
+
+  EXPECT_FALSE(app.isShown(app.screen.invalidfilewindow));
 }
 
 TEST_F(Quit, AFileAtTheScratchPathThatNoRunWroteStays) {

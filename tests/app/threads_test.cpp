@@ -241,33 +241,47 @@ TEST_F(Threads, AQuitEndsAWorkerThatWaitsForTheMainThread) {
   quit();  // waits for both
 }
 
-/// A quit in the middle of each stage: the status line or the files say how far the run is.
+/// A quit in the middle of each stage: the run stands still there until the quit has abandoned it.
 class ThreadsQuit : public testing::TestWithParam<std::string> {};
 
 TEST_P(ThreadsQuit, EndsEveryThreadAndLeavesNoScratchFile) {
-  for (int i = 0; i < 5; ++i) {
-    platform::linux_::LinuxMainQueue queue{std::chrono::milliseconds(1)};
-    platform::linux_::LinuxWorkers workers;
-    AppBench app{queue, workers, false};
-    app.start();
-    app.choose(smallAvi());
-    std::atomic<bool> writing = false;
-    app.files.onTouch = [&](const std::string&) { writing = true; };
-    app.press(app.screen.repairbutton);
-    const std::string stage = GetParam();
-    queue.runUntil([&] {
-      if (app.controller->mythread->finished()) return true;  // it was faster
-      if (stage == "begun") return true;
-      if (stage == "writing") return writing.load();
-      return app.screen.status.stringValue() == stage;
-    });
+  constexpr std::chrono::seconds kLongest(60);
+  const std::string stage = GetParam();
+  platform::linux_::LinuxMainQueue queue{std::chrono::milliseconds(1)};
+  platform::linux_::LinuxWorkers workers;
+  AppBench app{queue, workers, false};
+  app.start();
+  std::atomic<bool> stood = false;
+  std::promise<void> reached;
+  std::promise<void> quitting;
+  const auto stand = [&, abandoned = quitting.get_future().share()](const std::string& at) {
+    if (at != stage || stood.exchange(true)) return;
+    reached.set_value();
+    EXPECT_EQ(abandoned.wait_for(kLongest), std::future_status::ready) << "nobody abandoned the run";
+  };
+  app.clock.onEndSleeps = [&] { quitting.set_value(); };
+  app.choose(smallAvi()).onRead = [&](std::uint64_t, std::size_t) { stand("begun"); };
+  app.screen.status.onText = [&](std::string_view text) { stand(std::string(text)); };
+  std::atomic<bool> created = false;
+  app.files.onTouch = [&](const std::string& what) {
+    if (what.starts_with("createFile")) created = true;
+    if (what.starts_with("openForWriting")) stand("writing");
+  };
+  app.press(app.screen.repairbutton);
+  ASSERT_EQ(reached.get_future().wait_for(kLongest), std::future_status::ready)
+      << "never reached; the status is " << app.screen.status.stringValue();
 
-    app.controller->applicationWillTerminate();
-    queue.runUntil([] { return true; });
+  app.controller->applicationWillTerminate();
+  queue.runUntil([] { return true; });
 
-    EXPECT_TRUE(app.controller->mythread->finished());
-    EXPECT_FALSE(app.files.has(kScratch1));
-    EXPECT_EQ(app.files.content(kInput), smallAvi());
+  EXPECT_TRUE(app.controller->mythread->finished());
+  EXPECT_FALSE(app.files.has(kScratch1));
+  EXPECT_EQ(app.files.content(kInput), smallAvi());
+  EXPECT_TRUE(app.sheets.shown().empty());
+  if (stage == "writing") {
+    EXPECT_EQ(app.controller->repair1->runEnd, engine::RunEnd::abandoned);
+  } else if (stage != "Repairing the file..") {  // the animation begins beside the writer
+    EXPECT_FALSE(created);
   }
 }
 

@@ -103,6 +103,13 @@ TEST_F(WorkingFolder, OneThatCannotBeUsedIsRefusedWithItsCauseAndTheEarlierStays
   EXPECT_EQ(app.screen.workingfoldertext.stringValue(), before);
 }
 
+TEST_F(WorkingFolder, WithoutAChooserItStays) {
+  choose();
+  app.panels.makeOpenPanels(false);
+  app.controller->chooseWorkingFolder(nullptr);
+  EXPECT_EQ(app.takeEvents(), Lines{"openPanel() failed"});
+}
+
 TEST_F(WorkingFolder, ACancelledChooserChangesNothing) {
   app.scratchPaths.refused = {kScratch1};
   choose();

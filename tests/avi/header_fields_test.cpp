@@ -97,5 +97,66 @@ TEST(HeaderFields, EveryHeaderMayEndAnywhere) {
   }
 }
 
+TEST(HeaderFields, EachFlagHasItsName) {
+  const auto flagsOf = [](FourCC id, const std::string& before, std::uint64_t flags) {
+    return std::get<SetFlags>(named(decode(id, {}, before + le32(flags)), "dwFlags").meaning);
+  };
+  const std::string main(12, '\0');
+  EXPECT_EQ(flagsOf(kAvih, main, 0x10), SetFlags{"AVIF_HASINDEX"});
+  EXPECT_EQ(flagsOf(kAvih, main, 0x20), SetFlags{"AVIF_MUSTUSEINDEX"});
+  EXPECT_EQ(flagsOf(kAvih, main, 0x100), SetFlags{"AVIF_ISINTERLEAVED"});
+  EXPECT_EQ(flagsOf(kAvih, main, 0x800), SetFlags{"AVIF_TRUSTCKTYPE"});
+  EXPECT_EQ(flagsOf(kAvih, main, 0x10000), SetFlags{"AVIF_WASCAPTUREFILE"});
+  EXPECT_EQ(flagsOf(kAvih, main, 0x20000), SetFlags{"AVIF_COPYRIGHTED"});
+  EXPECT_EQ(flagsOf(kAvih, main, 0xfffcf6cf), SetFlags{});
+  EXPECT_EQ(flagsOf(kStrh, "vidsMJPG", 1), SetFlags{"AVISF_DISABLED"});
+  EXPECT_EQ(flagsOf(kStrh, "vidsMJPG", 0x10000), SetFlags{"AVISF_VIDEO_PALCHANGES"});
+  EXPECT_EQ(flagsOf(kStrh, "vidsMJPG", 0xfffefffe), SetFlags{});
+}
+
+TEST(HeaderFields, FieldIsToldOnceAllOfItIsThere) {
+  struct Header {
+    FourCC id;
+    FourCC stream;
+    char indexType;
+    std::vector<std::size_t> ends;  ///< of its fields
+  };
+  const std::vector<std::size_t> super{2, 3, 4, 8, 12};
+  const std::vector<Header> headers{
+      {kAvih, {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36, 40}},
+      {kStrh, {}, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40, 44, 48, 50, 52, 54, 56}},
+      {kStrf, kVids, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40}},
+      {kStrf, kAuds, 0, {2, 4, 8, 12, 14, 16, 18}},
+      {kIndx, {}, 0, super},
+      {kIx00, {}, 1, {2, 3, 4, 8, 12, 20}},
+      {FourCC("dmlh"), {}, 0, {4}},
+      {FourCC("vprp"), {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36}}};
+  for (const Header& header : headers) {
+    std::string payload(80, '\0');
+    payload[3] = header.indexType;
+    EXPECT_EQ(decode(header.id, header.stream, payload).size(), header.ends.size());
+    for (std::size_t i = 0; i < header.ends.size(); ++i) {
+      EXPECT_EQ(decode(header.id, header.stream, payload.substr(0, header.ends[i])).size(), i + 1);
+      EXPECT_EQ(decode(header.id, header.stream, payload.substr(0, header.ends[i] - 1)).size(), i);
+    }
+  }
+}
+
+TEST(HeaderFields, RateNeedsAScale) {
+  const std::string before = "vidsMJPG" + std::string(12, '\0');
+  EXPECT_TRUE(std::holds_alternative<std::monostate>(
+      named(decode(kStrh, {}, before + le32(0) + le32(25)), "dwRate").meaning));
+  EXPECT_DOUBLE_EQ(
+      std::get<UnitsPerSecond>(named(decode(kStrh, {}, before + le32(1) + le32(25)), "dwRate").meaning).rate, 25);
+}
+
+TEST(HeaderFields, TextIsToldUpTo200Bytes) {
+  const auto lengthOf = [](std::size_t size) {
+    return std::get<std::string>(decode(FourCC("strn"), {}, std::string(size, 'x')).at(0).value).size();
+  };
+  EXPECT_EQ(lengthOf(200), 200U);
+  EXPECT_EQ(lengthOf(201), 200U);
+}
+
 }  // namespace
 }  // namespace zelvo::avi

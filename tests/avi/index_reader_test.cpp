@@ -309,5 +309,18 @@ TEST(IndexEntries, ThatCannotBeReadAreCountedAmongTheRest) {
   EXPECT_EQ(lines[32], "33 00dc 104+4 matches key");
 }
 
+TEST(StandardIndex, NoMoreThan4194304EntriesOfAllIndexesAreLookedAt) {
+  constexpr std::uint32_t kMost = 4194304;
+  const std::string entry = le32(8) + le32(4);
+  std::string entries(8 * kMost, '\0');
+  for (std::size_t at = 0; at < entries.size(); at += 8) entries.replace(at, 8, entry);
+  const std::string index = standardIndex(kMost, "00dc", 104, entries);
+  test::MemoryReadable file(data() + index);
+  IndexCheck check(file, kNeverEnding);
+
+  EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).matching, kMost);
+  EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).checked, 0U);
+}
+
 }  // namespace
 }  // namespace zelvo::avi

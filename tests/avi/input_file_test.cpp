@@ -111,5 +111,30 @@ TEST_F(InputFile, SizeIsThatOfTheFileNow) {
   EXPECT_EQ(input.size(), 25U);
 }
 
+// ---- Bytes that could not be read ----
+
+TEST_F(InputFile, UnreadableAreTheBytesUpToTheEndOfTheBlock) {
+  files.put("/in", platform::Bytes(5000));
+  avi::InputFile input = open();
+  const auto bytesAfter = [&](std::uint64_t offset) {
+    input.remember({1, offset, std::make_error_code(std::errc::io_error)});
+    return input.failures().bytes;
+  };
+  EXPECT_EQ(bytesAfter(1500), 548U);
+  EXPECT_EQ(bytesAfter(1600), 548U) << "counted already";
+  EXPECT_EQ(bytesAfter(1499), 549U);
+  EXPECT_EQ(bytesAfter(3071), 550U);
+  EXPECT_EQ(bytesAfter(3072), 1574U);
+  EXPECT_EQ(bytesAfter(4990), 1584U) << "the file ends before its block";
+  EXPECT_EQ(input.failures().count, 6U);
+}
+
+TEST_F(InputFile, NoFailureAddsNothing) {
+  avi::InputFile input = open();
+  input.remember({});
+  EXPECT_EQ(input.failures().bytes, 0U);
+  EXPECT_EQ(input.failures().count, 0U);
+}
+
 }  // namespace
 }  // namespace zelvo::tests

@@ -17,9 +17,11 @@
 #include <string>
 #include <utility>
 
-#include "engine/globals.h"
+#include "avi/input_file.h"
 #include "engine/progress_relay.h"
+#include "engine/repair.h"
 #include "engine/repair_file.h"
+#include "engine/repair_stages.h"
 #include "platform/headless/screen.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
@@ -31,6 +33,103 @@
 namespace {
 
 using namespace zelvo;
+
+class NoLog final : public platform::Log {
+ public:
+  void line(std::string_view) override {}
+};
+
+/// Keeps what it is told last, as the progress line of the command line does.
+class LastProgress final : public engine::RepairObserver {
+ public:
+  [[nodiscard]] platform::Log& log() override { return log_; }
+  void stage(engine::RepairStage stage) override { stage_ = stage; }
+  void progress(std::uint64_t done, std::uint64_t all) override {
+    done_ = done;
+    all_ = all;
+  }
+
+ private:
+  NoLog log_;
+  platform::Relaxed<engine::RepairStage> stage_;
+  platform::Relaxed<std::uint64_t> done_;
+  platform::Relaxed<std::uint64_t> all_;
+};
+
+/// A file that is created or emptied.
+class NamedOutput final : public engine::OutputMaker {
+ public:
+  NamedOutput(platform::Files& files, platform::FileManager& fileManager, std::string path)
+      : files_(files), fileManager_(fileManager), path_(std::move(path)) {}
+  [[nodiscard]] Made make(std::uint64_t) override {
+    if (const std::error_code error = fileManager_.createFile(path_)) return {.file = nullptr, .error = error};
+    auto opened = files_.openForWriting(path_);
+    file_ = std::move(opened.file);
+    return {.file = file_.get(), .error = opened.error};
+  }
+  [[nodiscard]] std::error_code close() override { return file_->close(); }
+
+ private:
+  platform::Files& files_;
+  platform::FileManager& fileManager_;
+  const std::string path_;
+  std::unique_ptr<platform::WritableFile> file_;
+};
+
+/// A run as the command line does it.
+struct Bench {
+  explicit Bench(const std::string& in) : input(files.openForReading(in).file) {}
+  [[nodiscard]] engine::RepairRun run() { return {*input, input->size(), observer, cancel, workers}; }
+
+  platform::linux_::LinuxFiles files;
+  platform::linux_::LinuxFileManager fileManager;
+  platform::linux_::LinuxWorkers workers;
+  LastProgress observer;
+  platform::CancelMark cancel;
+  std::unique_ptr<platform::ReadableFile> input;
+};
+
+int tell(std::uint64_t video, std::uint64_t audio) {
+  std::printf("video %llu audio %llu\n", static_cast<unsigned long long>(video),
+              static_cast<unsigned long long>(audio));
+  return 0;
+}
+
+int scan(const std::string& in) {
+  Bench bench(in);
+  if (!bench.input) return 1;
+  avi::InputFile input(*bench.input);
+  const engine::RepairContext run{input, bench.input->size(), bench.observer, bench.cancel, bench.workers};
+  engine::RepairState state;
+  if (!engine::checkValidity(state, run) || !engine::harvestHeaders(state, run)) return 1;
+  engine::scanSamples(state, run);
+  return tell(state.videosamplecount, state.audiosamplecount);
+}
+
+int scanLiterally(const std::string& in) {
+  Bench bench(in);
+  if (!bench.input) return 1;
+  tests::literal::Input input(bench.input.get());
+  engine::RepairObserver& observer = bench.observer;
+  tests::literal::ScanOptions options;
+  options.inputfilesize = bench.input->size();
+  const std::uint64_t blocks = (bench.input->size() + 1023) / 1024;
+  options.stopped = [&bench](std::uint64_t) { return bench.cancel.cancelled(); };
+  options.progress = [&](double percent) {
+    observer.progress(static_cast<std::uint64_t>(percent), blocks);
+    observer.stage(engine::RepairStage::searching);
+  };
+  const tests::literal::Tables tables = tests::literal::scanSamples(input, options);
+  return tell(tables.video.count, tables.audio.count);
+}
+
+int repair(const std::string& in, const std::string& out) {
+  Bench bench(in);
+  if (!bench.input) return 1;
+  NamedOutput output(bench.files, bench.fileManager, out);
+  const engine::RepairReport report = engine::repair(bench.run(), output);
+  return report.end == engine::RunEnd::rebuilt && !report.writeFailure ? 0 : 1;
+}
 
 /// Elements that nobody watches.
 class NoTextField final : public platform::TextField {
@@ -57,14 +156,9 @@ class NoRelay final : public engine::ProgressRelay {
  private:
   platform::Relaxed<double> value_;
 };
-class NoLog final : public platform::Log {
- public:
-  void line(std::string_view) override {}
-};
-
-/// A job as the command line runs it.
-struct Bench {
-  Bench() : outlets(screen.job) { job.controll = &relay; }
+/// The window's job, of which only the animation is timed.
+struct Animation {
+  Animation() { job.controll = &relay; }
 
   platform::linux_::LinuxFiles files;
   platform::linux_::LinuxFileManager fileManager;
@@ -77,7 +171,6 @@ struct Bench {
   NoRelay relay;
   NoTextField text;
   NoButton button;
-  platform::JobOutlets outlets;
   engine::RepairFile job{{files, fileManager, movies, workers, queue, sheets, log},
                          {.textfield = text,
                           .videocodecfield = text,
@@ -100,70 +193,18 @@ struct Bench {
                           .hourstextfield = text}};
 };
 
-void choose(Bench& bench, const std::string& in, const std::string& out) {
-  engine::path.set(in);
-  engine::inputfilesize = bench.fileManager.attributesFollowingLinks(in).value_or(platform::FileAttributes{}).size;
-  engine::internalpath.set(out);
-}
-
-/// Does `body` on a worker whose end wakes the main thread, as the command line does.
-void serveUntilEnd(Bench& bench, const std::shared_ptr<platform::CancelMark>& mark, std::function<void()> body) {
-  bool ended = false;
-  const auto worker = bench.workers.start(mark, [&, work = std::move(body)] {
-    work();
-    bench.queue.perform([&] { ended = true; });
-  });
-  bench.queue.runUntil([&] { return ended; });
-  worker->join();
-}
-
-int scan(const std::string& in) {
-  auto bench = std::make_unique<Bench>();
-  choose(*bench, in, "");
-  bench->job.beginRun(engine::RepairFile::newRun());
-  if (!bench->job.fileValidityCheck() || !bench->job.harvestHeaders()) return 1;
-  bench->job.scanSamples();
-  std::printf("video %llu audio %llu\n", static_cast<unsigned long long>(bench->job.videosamplecount),
-              static_cast<unsigned long long>(bench->job.audiosamplecount));
-  return 0;
-}
-
-int scanLiterally(const std::string& in) {
-  auto bench = std::make_unique<Bench>();
-  const auto opened = bench->files.openForReading(in);
-  if (!opened.file) return 1;
-  tests::literal::Input input(opened.file.get());
-  engine::ProgressRelay& relay = bench->relay;
-  platform::TextField& status = bench->text;
-  platform::CoalescedOperation redraw(bench->queue, [&] { relay.updateProgressBar(); });
-  tests::literal::ScanOptions options;
-  options.inputfilesize = opened.file->size();
-  options.stopped = [](std::uint64_t) { return static_cast<bool>(engine::stopflag); };
-  options.progress = [&](double percent) {
-    relay.setProgressBarValue(percent);
-    redraw.request();
-    status.setStringValue("Retrieving audio/ video data forks..");
-  };
-  const tests::literal::Tables tables = tests::literal::scanSamples(input, options);
-  std::printf("video %llu audio %llu\n", static_cast<unsigned long long>(tables.video.count),
-              static_cast<unsigned long long>(tables.audio.count));
-  return 0;
-}
-
-int repair(const std::string& in, const std::string& out) {
-  auto bench = std::make_unique<Bench>();
-  choose(*bench, in, out);
-  const auto run = engine::RepairFile::newRun();
-  serveUntilEnd(*bench, run->cancel, [&] { bench->job.retrieveAudioVideoSamples(run); });
-  return bench->job.runEnd == engine::RunEnd::rebuilt && !bench->job.writeFailure.get() ? 0 : 1;
-}
-
 int progress(std::uint32_t blocks) {
-  auto bench = std::make_unique<Bench>();
+  auto bench = std::make_unique<Animation>();
   bench->job.numberofsectors = blocks;
-  const auto run = engine::RepairFile::newRun();
+  const auto run = std::make_shared<engine::Run>();
+  bool ended = false;
   const auto start = std::chrono::steady_clock::now();
-  serveUntilEnd(*bench, run->cancel, [&] { bench->job.progressupdation(*run); });
+  const auto worker = bench->workers.start(run->cancel, [&] {
+    bench->job.progressupdation(*run);
+    bench->queue.perform([&] { ended = true; });
+  });
+  bench->queue.runUntil([&] { return ended; });
+  worker->join();
   const std::chrono::duration<double, std::nano> spent = std::chrono::steady_clock::now() - start;
   std::printf("%.3f\n", spent.count() / (10.0 * blocks));
   return 0;

@@ -3,9 +3,7 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <vector>
 
-#include "cli/repeated_entries.h"
 #include "tests/cli/program.h"
 #include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
@@ -168,6 +166,15 @@ TEST(CheckCommand, FileBeyondFourGibibytesIsWarnedOf) {
   EXPECT_THAT(ended.err, HasSubstr("the repaired file would be 4.50 GB, and players find nothing beyond"));
 }
 
+TEST(CheckCommand, FormatTagHasTwoBytes) {
+  const TempFolder folder;
+  std::string bytes = SmallAvi{}.bytes();
+  bytes.replace(bytes.rfind("strf") + 8, 2, "\x34\x12");
+  writeFile(folder / "in.avi", bytes);
+
+  EXPECT_THAT(runZelvoAvi({"check", "--json", folder / "in.avi"}).out, HasSubstr("\"format_tag\":4660,"));
+}
+
 // ---- Chunks that are left out, and chunks that come twice ----
 
 /// An AVI of so many video chunks of two bytes each.
@@ -211,17 +218,6 @@ TEST(CheckCommand, ChunksFoundTwiceBeyondFourGibibytesAreCounted) {
   EXPECT_THAT(ended.err, HasSubstr(": " + std::to_string(again) +
                                    " chunks were found before, and the repaired file holds them twice."));
   EXPECT_THAT(ended.out, HasSubstr("\"chunks\":" + std::to_string(150 + (again + 1) / 2)));
-}
-
-TEST(RepeatedEntries, CountsThoseAnEarlierOneHolds) {
-  using cli::repeatedEntries;
-  const std::vector<std::uint64_t> offsets{0, 5, 7, 9, 5, 7, 5, 0};
-  EXPECT_EQ(repeatedEntries(offsets, 0), 0U);
-  EXPECT_EQ(repeatedEntries(offsets, 3), 0U);
-  EXPECT_EQ(repeatedEntries(offsets, 4), 1U);
-  EXPECT_EQ(repeatedEntries(offsets, 5), 2U);
-  EXPECT_EQ(repeatedEntries(offsets, 6), 3U);
-  EXPECT_EQ(repeatedEntries(offsets, 7), 3U) << "entry 0 is no chunk";
 }
 
 }  // namespace

@@ -1,10 +1,8 @@
 #include "tests/cli/engine_run.h"
 
-#include "cli/console.h"
-#include "cli/job_progress.h"
-#include "engine/globals.h"
-#include "engine/repair_file.h"
-#include "platform/headless/main_queue.h"
+#include <memory>
+
+#include "engine/repair.h"
 #include "platform/headless/screen.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
@@ -12,26 +10,45 @@
 
 namespace zelvo::test {
 
+namespace {
+
+class Silent final : public engine::RepairObserver {
+ public:
+  [[nodiscard]] platform::Log& log() override { return log_; }
+
+ private:
+  platform::headless::HeadlessLog log_{nullptr};
+};
+
+class PlainOutput final : public engine::OutputMaker {
+ public:
+  explicit PlainOutput(std::string path) : path_(std::move(path)) {}
+  [[nodiscard]] Made make(std::uint64_t) override {
+    platform::linux_::LinuxFileManager fileManager;
+    if (const std::error_code error = fileManager.createFile(path_)) return {.file = nullptr, .error = error};
+    auto opened = platform::linux_::LinuxFiles().openForWriting(path_);
+    file_ = std::move(opened.file);
+    return {.file = file_.get(), .error = opened.error};
+  }
+  [[nodiscard]] std::error_code close() override { return file_->close(); }
+
+ private:
+  const std::string path_;
+  std::unique_ptr<platform::WritableFile> file_;
+};
+
+}  // namespace
+
 bool repairWithEngine(const std::string& input, const std::string& output) {
-  platform::linux_::LinuxFiles files;
-  platform::linux_::LinuxFileManager fileManager;
+  const auto opened = platform::linux_::LinuxFiles().openForReading(input);
+  if (!opened.file) return false;
   platform::linux_::LinuxWorkers workers;
-  platform::headless::HeadlessMainQueue queue;
-  queue.holdRequests(false);
-  platform::headless::HeadlessMovieLoader movies;
-  platform::headless::HeadlessSheets sheets(queue, nullptr);
-  platform::headless::HeadlessLog log(nullptr);
-  platform::headless::Screen screen;
-  cli::LastPercent relay;
-  engine::RepairFile job({files, fileManager, movies, workers, queue, sheets, log}, screen.job);
-  job.controll = &relay;
-  engine::resetGlobals();
-  engine::path.set(input);
-  engine::inputfilesize = fileManager.attributesFollowingLinks(input)->size;
-  engine::internalpath.set(output);
-  job.retrieveAudioVideoSamples(engine::RepairFile::newRun());
-  queue.pump();
-  return job.runEnd == engine::RunEnd::rebuilt;
+  platform::CancelMark cancel;
+  Silent observer;
+  PlainOutput maker(output);
+  const engine::RepairReport report =
+      engine::repair({*opened.file, opened.file->size(), observer, cancel, workers}, maker);
+  return report.end == engine::RunEnd::rebuilt && !report.writeFailure;
 }
 
 }  // namespace zelvo::test

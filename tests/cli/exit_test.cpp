@@ -6,7 +6,10 @@ namespace zelvo::cli {
 namespace {
 
 TEST(Exit, WorstIsThreeThen130ThenOneThenZero) {
+  EXPECT_EQ(worse(Exit::wrongUse, Exit::ioFailed), Exit::wrongUse);
+  EXPECT_EQ(worse(Exit::ioFailed, Exit::wrongUse), Exit::wrongUse);
   EXPECT_EQ(worse(Exit::ioFailed, Exit::stopped), Exit::ioFailed);
+  EXPECT_EQ(worse(Exit::stopped, Exit::unrepairable), Exit::stopped);
   EXPECT_EQ(worse(Exit::unrepairable, Exit::stopped), Exit::stopped);
   EXPECT_EQ(worse(Exit::unrepairable, Exit::done), Exit::unrepairable);
   EXPECT_EQ(worse(Exit::done, Exit::ioFailed), Exit::ioFailed);

@@ -19,19 +19,19 @@ class NewFilesOnLinux : public testing::Test {
 };
 
 TEST_F(NewFilesOnLinux, FileIsCreatedEmpty) {
-  EXPECT_FALSE(newFiles_.createNewFile(folder_ / "a"));
+  EXPECT_TRUE(newFiles_.createNewFile(folder_ / "a").file);
   EXPECT_EQ(fs::file_size(folder_ / "a"), 0U);
 }
 
 TEST_F(NewFilesOnLinux, ExistingFileIsNotTouched) {
   test::writeFile(folder_ / "a", "mine");
-  EXPECT_EQ(newFiles_.createNewFile(folder_ / "a"), std::errc::file_exists);
+  EXPECT_EQ(newFiles_.createNewFile(folder_ / "a").error, std::errc::file_exists);
   EXPECT_EQ(test::readFile(folder_ / "a"), "mine");
 }
 
 TEST_F(NewFilesOnLinux, DanglingLinkIsNotFollowed) {
   fs::create_symlink("nowhere", folder_ / "a");
-  EXPECT_EQ(newFiles_.createNewFile(folder_ / "a"), std::errc::file_exists);
+  EXPECT_EQ(newFiles_.createNewFile(folder_ / "a").error, std::errc::file_exists);
   EXPECT_FALSE(fs::exists(folder_ / "nowhere"));
 }
 

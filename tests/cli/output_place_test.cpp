@@ -1,5 +1,6 @@
 #include "cli/output_place.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -7,6 +8,7 @@
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_new_files.h"
 #include "tests/cli/temp_folder.h"
+#include "tests/support/memory_files.h"
 
 namespace zelvo::cli {
 namespace {
@@ -29,16 +31,60 @@ TEST(RepairedPath, FolderIsPutBeforeTheName) {
   EXPECT_EQ(repairedPath("clip.avi", "out/"), "out/clip-repaired.avi");
 }
 
+// ---- Looks before the work ----
+
+TEST(OutputRefusal, SameNumberOnAnotherDeviceIsAnotherFile) {
+  const test::TempFolder folder;
+  platform::linux_::LinuxFileManager fileManager;
+  test::writeFile(folder / "out", "mine");
+  const OutputChoice output{folder / "out", true, false};
+  ChosenInput input{folder / "in", *fileManager.attributes(output.path), nullptr};
+  EXPECT_THAT(refusal(output, input, fileManager).value_or(""), testing::HasSubstr("are the same file"));
+
+  ++input.attributes.device;
+
+  EXPECT_EQ(refusal(output, input, fileManager), std::nullopt);
+}
+
+TEST(OutputRefusal, EmptyNameIsRefused) {
+  platform::linux_::LinuxFileManager fileManager;
+  EXPECT_EQ(refusal({"", true, false}, {}, fileManager), "the output's name is empty.");
+}
+
+TEST(SpaceMissing, SpaceThatJustSufficesIsEnough) {
+  tests::MemoryFiles files;
+  files.space = 999;
+  EXPECT_EQ(spaceMissing("out", 999, files), std::nullopt);
+  EXPECT_EQ(spaceMissing("out", 1000, files),
+            "there is not enough free space in out: 1.0 kB are needed, 999 bytes are free. Free some, or name another "
+            "place.");
+  files.space.reset();
+  EXPECT_EQ(spaceMissing("out", 1000, files), std::nullopt) << "nobody knows";
+}
+
+TEST(SpaceMissing, WhatIsKeptForRootIsNobodys) {
+  const test::TempFolder folder;
+  platform::linux_::LinuxFileManager fileManager;
+  const std::filesystem::space_info space = std::filesystem::space(folder.path());
+  const std::uintmax_t kept = space.free - space.available;
+  if (kept < 100000000) GTEST_SKIP() << "skipped: nothing is kept for root in " << folder.path();
+
+  // Others write meanwhile, but not that much.
+  EXPECT_TRUE(spaceMissing(folder.path(), space.available + kept / 2, fileManager).has_value());
+  EXPECT_EQ(spaceMissing(folder.path(), space.available / 2, fileManager), std::nullopt);
+}
+
 class Hidden : public testing::Test {
  protected:
   const test::TempFolder folder_;
   platform::linux_::LinuxFileManager fileManager_;
   platform::linux_::LinuxNewFiles newFiles_;
+  platform::Relaxed<std::uint64_t> written_;
 };
 
 TEST_F(Hidden, FileIsRemovedWhenItIsLetGo) {
   {
-    HiddenFile file(fileManager_, newFiles_);
+    HiddenFile file(fileManager_, newFiles_, written_);
     ASSERT_FALSE(file.create(folder_.path()));
     EXPECT_EQ(folder_.names().size(), 1U);
     EXPECT_EQ(folder_.names()[0].substr(0, 11), ".zelvo-avi-");
@@ -47,8 +93,8 @@ TEST_F(Hidden, FileIsRemovedWhenItIsLetGo) {
 }
 
 TEST_F(Hidden, NamesDiffer) {
-  HiddenFile one(fileManager_, newFiles_);
-  HiddenFile other(fileManager_, newFiles_);
+  HiddenFile one(fileManager_, newFiles_, written_);
+  HiddenFile other(fileManager_, newFiles_, written_);
   ASSERT_FALSE(one.create(folder_.path()));
   ASSERT_FALSE(other.create(folder_.path()));
   EXPECT_NE(one.path(), other.path());
@@ -56,7 +102,7 @@ TEST_F(Hidden, NamesDiffer) {
 
 TEST_F(Hidden, RenamedFileStays) {
   {
-    HiddenFile file(fileManager_, newFiles_);
+    HiddenFile file(fileManager_, newFiles_, written_);
     ASSERT_FALSE(file.create(folder_.path()));
     EXPECT_FALSE(file.renameTo({folder_ / "out", false, false}));
   }
@@ -64,7 +110,7 @@ TEST_F(Hidden, RenamedFileStays) {
 }
 
 TEST_F(Hidden, FileThatAppearedMeanwhileIsNotReplaced) {
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path()));
   test::writeFile(folder_ / "out", "mine");
 
@@ -73,7 +119,7 @@ TEST_F(Hidden, FileThatAppearedMeanwhileIsNotReplaced) {
 }
 
 TEST_F(Hidden, ForceReplacesIt) {
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path()));
   test::writeFile(folder_ / "out", "mine");
 
@@ -82,7 +128,7 @@ TEST_F(Hidden, ForceReplacesIt) {
 }
 
 TEST_F(Hidden, MissingFolderIsAnError) {
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   EXPECT_EQ(file.create(folder_ / "nowhere"), std::errc::no_such_file_or_directory);
 }
 
@@ -91,7 +137,7 @@ TEST_F(Hidden, FileThatIsReplacedLeavesItsPermissions) {
     const OutputChoice output{folder_ / "out", true, false};
     test::writeFile(output.path, "mine");
     ASSERT_FALSE(newFiles_.setPermissions(output.path, permissions));
-    HiddenFile file(fileManager_, newFiles_);
+    HiddenFile file(fileManager_, newFiles_, written_);
     ASSERT_FALSE(file.create(folder_.path(), output));
     EXPECT_EQ(fileManager_.attributes(file.path())->permissions, 0600U) << "nobody else may look meanwhile";
 
@@ -107,7 +153,7 @@ TEST_F(Hidden, ReplacedLinkLeavesThePermissionsOfWhatItLedTo) {
   test::writeFile(folder_ / "target", "mine");
   ASSERT_FALSE(newFiles_.setPermissions(folder_ / "target", 0640));
   std::filesystem::create_symlink("target", output.path);
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path(), output));
 
   EXPECT_FALSE(file.renameTo(output));
@@ -119,7 +165,7 @@ TEST_F(Hidden, FileToBeReplacedThatIsGoneLeavesThoseOfANewOne) {
   const OutputChoice output{folder_ / "out", true, false};
   test::writeFile(output.path, "mine");
   const std::uint32_t usual = fileManager_.attributes(output.path)->permissions;
-  HiddenFile file(fileManager_, newFiles_);
+  HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path(), output));
   ASSERT_FALSE(fileManager_.remove(output.path));
 

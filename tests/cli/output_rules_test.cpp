@@ -162,7 +162,31 @@ TEST_F(OutputRules, DeviceAsOutputIsRefusedEvenWithForce) {
 }
 
 TEST_F(OutputRules, TooLongNamesAreRefused) {
-  EXPECT_EQ(runZelvoAvi({"repair", input_, "-o", folder_ / std::string(256, 'x')}).exit, 3);
+  const std::string output = folder_ / std::string(256, 'x');
+  const Ended ended = runZelvoAvi({"repair", input_, "-o", output});
+
+  EXPECT_EQ(ended.exit, 3);
+  // Before the work: afterwards it would be the new name that cannot be given.
+  EXPECT_EQ(ended.err,
+            "zelvo-avi: the name of the output would be too long: " + output + "; name a shorter one with -o.\n");
+}
+
+TEST_F(OutputRules, NameThatBecomesTooLongIsRefused) {
+  fs::copy_file(input_, folder_ / (std::string(242, 'x') + ".avi"));
+  fs::copy_file(input_, folder_ / (std::string(243, 'x') + ".avi"));
+
+  EXPECT_EQ(runZelvoAvi({"repair", folder_ / (std::string(242, 'x') + ".avi")}).exit, 0);
+  const Ended ended = runZelvoAvi({"repair", folder_ / (std::string(243, 'x') + ".avi")});
+
+  EXPECT_EQ(ended.exit, 3);
+  EXPECT_THAT(ended.err, HasSubstr("the name of the output would be too long"));
+}
+
+TEST_F(OutputRules, EmptyNameIsWrongUse) {
+  const Ended ended = runZelvoAvi({"repair", input_, "-o", ""});
+
+  EXPECT_EQ(ended.exit, 2);
+  EXPECT_THAT(ended.err, HasSubstr("the name behind --output is empty."));
 }
 
 TEST_F(OutputRules, LongestNameIsPossible) {

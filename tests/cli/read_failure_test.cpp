@@ -9,7 +9,6 @@
 #include "cli/inspect_command.h"
 #include "cli/repair_command.h"
 #include "cli/surroundings.h"
-#include "platform/headless/screen.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
@@ -79,7 +78,9 @@ class NotifyingFile final : public platform::ReadableFile {
 /// The system's new files, which notes what comes after the content and fails where a test wants it to.
 class NotedNewFiles final : public platform::NewFiles {
  public:
-  std::error_code createNewFile(const std::string& path) override { return files_.createNewFile(path); }
+  platform::Opened<platform::WritableFile> createNewFile(const std::string& path) override {
+    return files_.createNewFile(path);
+  }
   std::error_code renameToNew(const std::string& from, const std::string& to) override {
     steps.push_back("rename to " + to);
     return files_.renameToNew(from, to);
@@ -115,9 +116,6 @@ class ReadFailure : public testing::Test {
     platform::linux_::LinuxMainQueue queue;
     platform::linux_::LinuxWorkers threads;
     tests::RefusingWorkers workers(threads, refused_);
-    platform::headless::HeadlessMovieLoader movies;
-    platform::headless::HeadlessSheets sheets(queue, nullptr);
-    const platform::headless::Screen screen;
     Console console(false);
     const platform::Relaxed<bool> stop;
     platform::linux_::LinuxPropertyLists propertyLists;
@@ -127,9 +125,6 @@ class ReadFailure : public testing::Test {
                         .workers = workers,
                         .mainQueue = queue,
                         .runUntil = [&](const auto& done) { queue.runUntil(done); },
-                        .movies = movies,
-                        .sheets = sheets,
-                        .outlets = screen.job,
                         .lookAtStorage = {},
                         .propertyLists = propertyLists,
                         .console = console,
@@ -263,8 +258,8 @@ TEST_F(ReadFailure, FolderThatCannotBeFlushedIsWarnedOf) {
 // ---- No thread, no memory ----
 
 TEST_F(ReadFailure, AnyThreadThatIsRefusedIsAFailureWithoutOutput) {
-  // The run, its animation, and the helper of each copy; a small input is scanned without a helper.
-  for (refused_ = 1; refused_ <= 3; ++refused_) {
+  // The run and the helper of the copy; a small input is scanned without a helper.
+  for (refused_ = 1; refused_ <= 2; ++refused_) {
     SCOPED_TRACE(refused_);
     const Said said = run(makeRepairCommand(), unreadable(0, 0));
 

@@ -184,7 +184,17 @@ TEST(RepairCommand, FewBytesAreNoAvi) {
   const Ended ended = runZelvoAvi({"repair", folder / "in.avi"});
 
   EXPECT_EQ(ended.exit, 1);
-  EXPECT_THAT(ended.err, HasSubstr("is only 4 bytes long"));
+  EXPECT_EQ(ended.err,
+            "zelvo-avi: " + (folder / "in.avi") + " is only 4 bytes long; that is no AVI file. It is unchanged.\n");
+}
+
+TEST(RepairCommand, From1024BytesOnTheContentDecides) {
+  const TempFolder folder;
+  writeFile(folder / "short.avi", std::string(1023, 'x'));
+  writeFile(folder / "long.avi", std::string(1024, 'x'));
+
+  EXPECT_THAT(runZelvoAvi({"repair", folder / "short.avi"}).err, HasSubstr("is only 1,023 bytes long"));
+  EXPECT_THAT(runZelvoAvi({"repair", folder / "long.avi"}).err, HasSubstr("hold none of the marks of one"));
 }
 
 TEST(RepairCommand, OtherContentIsNoAvi) {

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
+#include <string_view>
+
 namespace zelvo::cli {
 namespace {
 
@@ -58,13 +61,30 @@ TEST(Counted, OneIsSingular) {
 
 TEST(ShownSeconds, MinutesComeWithSixtySeconds) {
   EXPECT_EQ(shownSeconds(0.421), "0.42 s");
+  EXPECT_EQ(shownSeconds(59.99), "59.99 s");
+  EXPECT_EQ(shownSeconds(60), "1 min 0 s");
   EXPECT_EQ(shownSeconds(185), "3 min 5 s");
 }
 
+TEST(ShownHex, HasSoManyDigitsAtLeast) {
+  EXPECT_EQ(shownHex(0x1f, 2), "0x1f");
+  EXPECT_EQ(shownHex(0x1f, 4), "0x001f");
+  EXPECT_EQ(shownHex(0x12345, 4), "0x12345");
+}
+
 TEST(Shortened, NoCharacterIsCutInTwo) {
+  EXPECT_EQ(shortened("longer", 4), "l...");
+  EXPECT_EQ(shortened("longer", 3), "...");
+  EXPECT_EQ(shortened("longer", 0), "...");
   EXPECT_EQ(shortened("short", 5), "short");
   EXPECT_EQ(shortened("longer text", 8), "longe...");
   EXPECT_EQ(shortened("aaaä-long", 7), "aaa...");
+}
+
+TEST(ShownCode, BytesThatAreNotPrintableAreShownByTheirNumbers) {
+  const auto code = [](std::string_view text) { return avi::FourCC::at(std::as_bytes(std::span(text))); };
+  EXPECT_EQ(shownCode(code(" ~\x1f\x7f")), " ~\\x1f\\x7f");
+  EXPECT_EQ(shownCode(code("\x80\xff\x01z")), "\\x80\\xff\\x01z");
 }
 
 }  // namespace

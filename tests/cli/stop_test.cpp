@@ -113,6 +113,29 @@ TEST_F(StoppedRepair, StopIsOneJsonObjectToo) {
   EXPECT_THAT(ended.out, HasSubstr("\"outcome\":\"stopped\""));
 }
 
+/// Runs a walk whose result nobody takes at first, so that it waits, and sends the signals meanwhile.
+Ended walkWithSignals(const std::string& begin, const std::vector<int>& signals) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", SmallAvi{.frames = 5000, .frameSize = 100}.bytes());
+  Program program({"sh", "-c", begin + "exec " ZELVO_AVI " inspect --chunks \"$1\" >&2", "sh", folder / "in.avi"});
+  EXPECT_TRUE(program.waitForError("00dc at ")) << "the walk has not begun";
+  for (const int signal : signals) program.send(signal);
+  return program.wait();
+}
+
+TEST(IgnoredSignal, StaysIgnored) {
+  // As nohup and a shell's background job leave them.
+  const Ended ended = walkWithSignals("trap '' INT HUP TERM; ", {SIGINT, SIGHUP, SIGTERM});
+
+  EXPECT_EQ(ended.exit, 0) << ended.err.substr(ended.err.size() - std::min<std::size_t>(ended.err.size(), 500));
+  EXPECT_THAT(ended.err, testing::Not(HasSubstr("stopped")));
+}
+
+TEST(IgnoredSignal, LeavesTheOthersAsTheyAre) {
+  for (const int signal : {SIGINT, SIGHUP}) EXPECT_EQ(walkWithSignals("trap '' TERM; ", {signal}).exit, 130) << signal;
+  EXPECT_EQ(walkWithSignals("trap '' INT HUP; ", {SIGTERM}).exit, 130);
+}
+
 TEST(StoppedScan, CtrlCEndsItAtOnce) {
   const TempFolder folder;
   writeFile(folder / "in.avi", SmallAvi{}.bytes());

@@ -55,11 +55,13 @@ TEST_F(ButtonPopupFixNow, InitializeStylesItsOwnTitleWhite) {
 }
 
 TEST_F(ButtonPopupFixNow, InitializeStylesAnyOtherTitleDark) {
-  base.setTitle("Fix now");
+  for (const char* title : {"Fix now", "FIX NOW", "Fix Now ", " Fix Now", "Fix Now!", "Fix", "FixNow", ""}) {
+    base.setTitle(title);
 
-  button.initialize();
+    button.initialize();
 
-  EXPECT_EQ(base.attributedTitle(), styled("Fix now", {0.25, 0.25, 0.25, 1}));
+    EXPECT_EQ(base.attributedTitle(), styled(title, {0.25, 0.25, 0.25, 1}));
+  }
 }
 
 TEST_F(ButtonPopupFixNow, MakingAndShowingItLeavesTheTitleUnstyled) {

@@ -45,6 +45,20 @@ TEST_F(HoverButtonSettingsApply, OnTheTopmostOverlayThePointerBringsFrameAndHand
   EXPECT_EQ(host.cursorAt(kInside), CursorShape::pointingHand);
 }
 
+TEST_F(HoverButtonSettingsApply, TheCaptionLiesAboveTheFrame) {
+  button.setTitle("Apply");
+  attachOverlay();
+  show();
+
+  host.movePointer(kInside);
+
+  EXPECT_EQ(painted(), (Lines{"button.drawBase(0, 0, 100, 24)", kBlueFill, "fillRect(0, 0, 100, 24)", "saveState()",
+                              "setStrokeColour(0.2314, 0.7412, 0.9333, 1)", kHoverFrame, "restoreState()",
+                              "sizeWithAttributes(\"Apply\"; " + kCaptionLooks,
+                              "drawInRect(\"Apply\"; 2, 4, 96, 16.25; " + kCaptionLooks,
+                              "button.invalidateCursorRects()", "button.addCursorRect(0, 0, 100, 24; pointing hand)"}));
+}
+
 TEST_F(HoverButtonSettingsApply, LeavingTakesTheFrameAwayAndKeepsTheHandRectangle) {
   attachOverlay();
   show();
@@ -141,6 +155,17 @@ TEST_F(HoverButtonSettingsApply, DisablingSetsTheBaseButtonFirstAndAsksForARedra
   EXPECT_EQ(takeEvents(), (Lines{"base.setEnabled(no)", "button.setNeedsDisplay()"}));
   EXPECT_TRUE(button.disabled());
   EXPECT_FALSE(base.element().isEnabled());
+}
+
+TEST_F(HoverButtonSettingsApply, TheBaseButtonIsToldBeforeTheButtonItself) {
+  std::vector<bool> before;
+  base.setEnabledObserver([&](bool) { before.push_back(button.disabled()); });
+  before.clear();  // told at once how it is
+
+  button.setDisabled(true);
+  button.setDisabled(false);
+
+  EXPECT_EQ(before, (std::vector<bool>{false, true}));
 }
 
 TEST_F(HoverButtonSettingsApply, EnablingAgainEnablesTheBaseButton) {

@@ -182,9 +182,55 @@ TEST_F(CandidateReading, QueueOfAShortInputStartsNoHelper) {
     [[nodiscard]] unsigned processors() const override { return 2; }
     bool asked = false;
   } none;
-  engine::StretchQueue queue(*input, last, mod, none);
-  EXPECT_FALSE(queue.next().candidates.empty());
+  {
+    engine::StretchQueue queue(*input, last, mod, none);
+    EXPECT_FALSE(queue.next().candidates.empty());
+  }
+  open(denseBytes(3 * 262144, 9));  // three stretches
+  { const engine::StretchQueue queue(*input, last, mod, none); }
   EXPECT_FALSE(none.asked);
+  open(denseBytes(3 * 262144 + 1, 9));
+  EXPECT_THROW(engine::StretchQueue(*input, last, mod, none), std::system_error);
+  EXPECT_TRUE(none.asked);
+}
+
+// ---- The claimed end ----
+
+TEST_F(CandidateReading, CodeThatRunsOverTheClaimedEndIsNoCandidate) {
+  struct End {
+    std::size_t claimed;
+    std::size_t code;
+    bool found;
+  };
+  for (const End& end : {End{1124, 1120, true}, End{1124, 1121, false}, End{1124, 1122, false}, End{1124, 1123, false},
+                         End{1124, 1124, false}, End{1027, 1023, true}, End{1027, 1024, false}, End{1028, 1024, true},
+                         End{1028, 1025, false}}) {
+    platform::Bytes bytes(3000, std::byte{0x20});
+    overwrite(bytes, end.code, {"00dc\x10\0\0\0", 8});
+    open(std::move(bytes));  // more than is claimed, and all of it can be read
+    mod = static_cast<std::uint32_t>(end.claimed % 1024);
+    last = 2;
+    CandidateReader reader(*input, last, mod, true);
+    EXPECT_EQ(readBy(reader).size(), end.found ? 1U : 0U) << end.claimed << ", code at " << end.code;
+  }
+}
+
+TEST_F(CandidateReading, SizeAndLookAheadOfTheLastBytesBelowFourGiBLieAtTheStart) {
+  constexpr std::uint64_t kFourGiB = std::uint64_t{1} << 32U;
+  content = &files.putSparse("/in", kFourGiB + 2000);
+  content->bytes = bytesOf("0123456789abcdefghijklmnopqrstuvwxyz");
+  overwrite(content->bytes, 0, {"\x10\0\0\0", 4});
+  content->islands[kFourGiB - 4] = bytesOf(std::string("00dc\x04\0\0\0", 8));
+  input = std::make_unique<InputFile>(files.openForReading("/in").file);
+  constexpr std::uint32_t kLastBlockBelow = 4194304;
+  CandidateReader reader(*input, kLastBlockBelow + 2, 976, true);
+  StretchContent stretch;
+
+  reader.read({kLastBlockBelow, 1}, stretch);
+
+  ASSERT_EQ(stretch.candidates.size(), 1U);
+  EXPECT_EQ(textOf(stretch.candidates.front()),
+            "4294967292 in block 4194304 00dc 16 [" + hexAt(bytesOf("klmnop"), 0, 6) + "]");
 }
 
 }  // namespace

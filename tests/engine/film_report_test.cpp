@@ -221,5 +221,83 @@ TEST_F(FilmReportOf, ARejectionIsToldBeforeItsSheet) {
   EXPECT_LT(std::find(lines.begin(), lines.end(), "rejected"), sheet);
 }
 
+TEST_F(FilmReportOf, PictureIsShownFromAThousandthToTenSeconds) {
+  AviBuilder wild = film();
+  wild.videoRate = 0;  // so that the main header counts
+  for (const auto& [microseconds, counts] :
+       {std::pair{999U, false}, std::pair{1000U, true}, std::pair{10000000U, true}, std::pair{10000001U, false}}) {
+    wild.microSecPerFrame = microseconds;
+    EXPECT_EQ(reportOf(wild.build()).pictureSeconds.has_value(), counts) << microseconds;
+  }
+  wild.microSecPerFrame = 40000;
+  wild.videoRate = 1;
+  wild.videoScale = 10;
+  EXPECT_DOUBLE_EQ(reportOf(wild.build()).pictureSeconds.value_or(0), 2000.0);
+  wild.videoScale = 11;
+  EXPECT_DOUBLE_EQ(reportOf(wild.build()).pictureSeconds.value_or(0), 200 * 0.04);
+}
+
+TEST_F(FilmReportOf, CodecOfTheFormatIsNamedWhereTheHandlerIsNotKnown) {
+  AviBuilder other = film();
+  other.videoHandler = "zzzz";
+  other.videoCompression = "MJPG";
+  const std::string ofTheFormat = reportOf(other.build()).videoCodec;
+  other.videoHandler = "MJPG";
+  other.videoCompression = "zzzz";
+  EXPECT_EQ(ofTheFormat, reportOf(other.build()).videoCodec);
+  EXPECT_FALSE(ofTheFormat.empty());
+  other.videoHandler = "zzzz";
+  EXPECT_EQ(reportOf(other.build()).videoCodec, "");
+}
+
+TEST_F(FilmReportOf, SoundWithoutASpeedHasNoLength) {
+  AviBuilder mute = film();
+  mute.audioRate = 0;
+  EXPECT_EQ(reportOf(mute.build()).soundSeconds, std::nullopt);
+}
+
+TEST_F(FilmReportOf, AStopDuringTheScanTellsNothing) {
+  bench.choose(film().build());
+  bench.relay.onValue = [this](double) {
+    if (bench.job->videosamplecount == 30) engine::stopflag = true;
+  };
+  runIt();
+  EXPECT_TRUE(told.empty());
+}
+
+TEST_F(FilmReportOf, AStopBeforeTheBeginningIsReadIsARejectionOfItsOwn) {
+  bench.choose(film().build());
+  engine::stopflag = true;
+  runIt();
+  EXPECT_EQ(rejected, Rejection::stopped);
+}
+
+TEST_F(FilmReportOf, ARejectionLooksForTheMainHeaderFirst) {
+  AviBuilder headless = film();
+  headless.avihSize = 65536;
+  headless.withAudioStream = false;
+  EXPECT_EQ(rejectionOf(headless.build()), Rejection::headerLost);
+  AviBuilder nameless = film();
+  nameless.videoHandler = {"\0\0\0\0", 4};
+  nameless.withAudioStream = false;
+  EXPECT_EQ(rejectionOf(nameless.build()), Rejection::headerLost);
+}
+
+TEST_F(FilmReportOf, PicturesAreUncompressedOnlyWhereBothDescriptionsAreWhole) {
+  AviBuilder raw = film();
+  raw.videoCompression = {"\0\0\0\0", 4};
+  const platform::Bytes whole = raw.build();
+  constexpr std::size_t kVideoFormat = 168;  // its size field; biSize stands behind it
+  for (const std::size_t field : {kVideoFormat, kVideoFormat + 4}) {
+    platform::Bytes shorter = whole;
+    ASSERT_EQ(shorter[field], std::byte{40});
+    shorter[field] = std::byte{39};
+    EXPECT_EQ(rejectionOf(std::move(shorter)), Rejection::headerLost);
+  }
+  EXPECT_EQ(rejectionOf(whole), Rejection::uncompressed);
+  raw.withAudioStream = false;
+  EXPECT_EQ(rejectionOf(raw.build()), Rejection::headerLost);
+}
+
 }  // namespace
 }  // namespace zelvo::tests

@@ -3,80 +3,12 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
-#include "engine/repair_file.h"
-#include "tests/support/avi_builder.h"
-#include "tests/support/byte_text.h"
-#include "tests/support/engine_bench.h"
+#include "tests/engine/header_harvest_bench.h"
 
 namespace zelvo::tests {
 namespace {
-
-constexpr std::size_t kBlock = 1024;
-constexpr std::size_t kBlock50 = 49 * kBlock;
-
-// Where the builder puts its sections.
-constexpr std::size_t kAvih = 24;
-constexpr std::size_t kVids = 108;
-constexpr std::size_t kAuds = 232;
-
-/// `size` bytes without any code but an "AVI " at the start.
-platform::Bytes blank(std::size_t size) {
-  platform::Bytes bytes(size, std::byte{0x20});
-  overwrite(bytes, 0, "AVI ");
-  return bytes;
-}
-
-/// The builder's three header sections, whose codes are at the offsets above, moved to `offset`.
-void putSections(platform::Bytes& bytes, std::size_t offset) {
-  const platform::Bytes headers = AviBuilder().headers();
-  std::copy(headers.begin() + kAvih, headers.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset));
-}
-
-/// One stream section alone: "vids" or "auds", its header's values and a format.
-void putSection(platform::Bytes& bytes, std::size_t offset, bool video) {
-  const platform::Bytes headers = AviBuilder().headers();
-  const std::size_t start = video ? kVids : kAuds;
-  const std::size_t size = video ? kAuds - 24 - kVids : headers.size() - kAuds;
-  std::copy_n(headers.begin() + static_cast<std::ptrdiff_t>(start), std::min(size, bytes.size() - offset),
-              bytes.begin() + static_cast<std::ptrdiff_t>(offset));
-}
-
-class HeaderHarvest : public testing::Test {
- protected:
-  bool harvest(platform::Bytes bytes) {
-    bench.choose(std::move(bytes));
-    return harvestChosen();
-  }
-  bool harvestChosen() {
-    bench.begin();
-    static_cast<void>(bench.job->fileValidityCheck());
-    bench.events.clear();
-    bench.relay.values.clear();
-    bench.relay.shown.clear();
-    return bench.job->harvestHeaders();
-  }
-  std::size_t eventCount(const std::string& event) {
-    const auto lines = bench.events.lines();
-    return static_cast<std::size_t>(std::count(lines.begin(), lines.end(), event));
-  }
-  /// How many blocks were gone through, told by the progress stores (the last of "Break" apart).
-  std::size_t blocksHarvested() const { return bench.relay.values.size() / kBlock; }
-
-  EngineBench bench;
-};
-
-TEST_F(HeaderHarvest, LeavesWithBreakAtTheFirstBlockWhereAllFiveFlagsAreTrue) {
-  platform::Bytes bytes = blank(600000);
-  putSections(bytes, 3 * kBlock + 100);  // all of it in block 4
-
-  EXPECT_TRUE(harvest(std::move(bytes)));
-
-  EXPECT_EQ(bench.job->sector, 4U);
-  EXPECT_EQ(blocksHarvested(), 4U);
-  EXPECT_EQ(bench.events.lines().back(), "log: Break");
-  EXPECT_EQ(bench.relay.values.back(), 100.0);
-}
 
 TEST_F(HeaderHarvest, FindsHeadersInBlock49) {
   platform::Bytes bytes = blank(600000);
@@ -91,25 +23,6 @@ TEST_F(HeaderHarvest, VideoOnlyFileIsNotSupported) {
   EXPECT_FALSE(harvest(avi.atLeast(600000).build()));
   EXPECT_FALSE(bench.job->audiocodecfound);
   EXPECT_TRUE(bench.job->videocodecfound);
-}
-
-TEST_F(HeaderHarvest, FileOf524288BytesIsNotSupportedAndRunsThroughAll50Blocks) {
-  platform::Bytes bytes = blank(524288);
-  putSections(bytes, 100);
-
-  EXPECT_FALSE(harvest(std::move(bytes)));
-
-  EXPECT_EQ(blocksHarvested(), 50U);
-  EXPECT_EQ(bench.job->sector, 50U);
-  EXPECT_EQ(eventCount("log: Break"), 0U);
-  EXPECT_TRUE(bench.job->avihscaleratedatafound && bench.job->videocodecfound && bench.job->audiocodecfound &&
-              bench.job->videostrfcodecfound && bench.job->audiostrfcodecfound);
-}
-
-TEST_F(HeaderHarvest, FileOf524289BytesIsSupported) {
-  platform::Bytes bytes = blank(524289);
-  putSections(bytes, 100);
-  EXPECT_TRUE(harvest(std::move(bytes)));
 }
 
 TEST_F(HeaderHarvest, AvihWhoseSizeHasZeroLow16BitsLogsNotFoundAndIsNotSupported) {
@@ -177,94 +90,6 @@ TEST_F(HeaderHarvest, ValuesBehindACodeInBlock50AreReadWithoutThatLimit) {
 
   EXPECT_EQ(numberAt(bench.job->videoscaleratedata, 0), 77U);
   EXPECT_EQ(textAt(bench.job->videostrfcodecdata, 0, 4), "XVID");
-}
-
-TEST_F(HeaderHarvest, StopflagSetAtItsStartReadsNoBlock) {
-  platform::Bytes bytes = blank(600000);
-  putSections(bytes, 100);
-  bench.choose(std::move(bytes));
-  bench.begin();
-  static_cast<void>(bench.job->fileValidityCheck());
-  const std::uint64_t readsBefore = bench.files.at("/in.avi").reads;
-  bench.relay.values.clear();
-  engine::stopflag = true;
-
-  EXPECT_FALSE(bench.job->harvestHeaders());
-
-  EXPECT_EQ(bench.files.at("/in.avi").reads, readsBefore);
-  EXPECT_TRUE(bench.relay.values.empty());
-  EXPECT_FALSE(bench.job->avihscaleratedatafound || bench.job->videocodecfound || bench.job->audiocodecfound ||
-               bench.job->videostrfcodecfound || bench.job->audiostrfcodecfound);
-}
-
-TEST_F(HeaderHarvest, StopflagSetAtItsStartShowsTheNotSupportedSheet) {
-  bench.choose(AviBuilder().atLeast(600000).build());
-  engine::stopflag = true;
-  bench.run();
-  EXPECT_EQ(bench.sheets.shown(), std::vector<std::string>{"filenotsupportedwindow"});
-}
-
-TEST_F(HeaderHarvest, StopInItsMiddleDecidesOnWhatWasFoundBefore) {
-  platform::Bytes complete = blank(600000);
-  putSections(complete, 2 * kBlock);
-  std::size_t stores = 0;
-  // The stop comes at the first position of block 3, whose 1024 positions are gone through all the same.
-  bench.relay.onValue = [&](double) {
-    if (++stores == 1 + 2 * kBlock + 1) engine::stopflag = true;  // the first store is the validity check's
-  };
-  EXPECT_TRUE(harvest(std::move(complete)));
-}
-
-TEST_F(HeaderHarvest, StopInItsMiddleSkipsTheBlocksThatRemain) {
-  platform::Bytes bytes = blank(600000);
-  putSections(bytes, 3 * kBlock);
-  bench.relay.onValue = [](double value) {
-    if (value == 4.0) engine::stopflag = true;  // block 2
-  };
-
-  EXPECT_FALSE(harvest(std::move(bytes)));
-
-  EXPECT_EQ(blocksHarvested(), 2U);
-  EXPECT_EQ(bench.job->sector, 50U);  // the loop runs out without work
-}
-
-TEST_F(HeaderHarvest, RunsOwnCancelMarkStopsItTheSameWay) {
-  platform::Bytes bytes = blank(600000);
-  putSections(bytes, 3 * kBlock);
-  bench.relay.onValue = [this](double value) {
-    if (value == 4.0) bench.current->cancel->cancel();
-  };
-  EXPECT_FALSE(harvest(std::move(bytes)));
-  EXPECT_EQ(blocksHarvested(), 2U);
-}
-
-TEST_F(HeaderHarvest, StoresAndRequestsProgressAtEachOf1024PositionsOfABlock) {
-  platform::Bytes bytes = blank(600000);
-  putSections(bytes, kBlock + 100);
-
-  harvest(std::move(bytes));
-
-  std::vector<double> expected(kBlock, 2.0);
-  expected.insert(expected.end(), kBlock, 4.0);
-  EXPECT_EQ(bench.relay.shown, expected);
-  expected.push_back(100.0);  // stored, not shown
-  EXPECT_EQ(bench.relay.values, expected);
-}
-
-TEST_F(HeaderHarvest, BreakIsLoggedAfter100IsStored) {
-  bench.relay.onValue = [this](double value) { bench.events.add(value == 100.0 ? "stored 100" : "stored"); };
-  harvest(AviBuilder().atLeast(600000).build());
-  const std::vector<std::string> lines = bench.events.lines();
-  ASSERT_GE(lines.size(), 2U);
-  EXPECT_EQ(lines[lines.size() - 2], "stored 100");
-  EXPECT_EQ(lines.back(), "log: Break");
-}
-
-TEST_F(HeaderHarvest, SetsTheStatusTextOnceABlock) {
-  platform::Bytes bytes = blank(600000);
-  putSections(bytes, 2 * kBlock);
-  harvest(std::move(bytes));
-  EXPECT_EQ(eventCount("textfield.setStringValue(Analyzing the file..)"), 3U);
 }
 
 TEST_F(HeaderHarvest, KeepsTheByteRangesOfEverySection) {
@@ -442,38 +267,6 @@ TEST_F(HeaderHarvest, HeaderAtTheEndOfTheFileKeepsWhatThereIs) {
   EXPECT_TRUE(bench.job->videoscaleratedata.empty());
   EXPECT_EQ(bench.job->videostrfsize, 0U);
   EXPECT_FALSE(bench.job->videostrfcodecfound);
-}
-
-TEST_F(HeaderHarvest, ResetsTheCountersAndTheCursor) {
-  bench.job->videosamplecount = bench.job->audiosamplecount = bench.job->videosamplesize = 7;
-  bench.job->audiosamplesize = bench.job->videosampleoffset = bench.job->audiosampleoffset = 7;
-  bench.job->nextHeader = true;
-  bench.choose(blank(600001));
-  bench.begin();
-  static_cast<void>(bench.job->fileValidityCheck());
-  engine::stopflag = true;
-
-  bench.job->harvestHeaders();
-
-  const engine::RepairFile& job = *bench.job;
-  EXPECT_EQ(job.videosamplecount + job.audiosamplecount + job.videosamplesize + job.audiosamplesize +
-                job.videosampleoffset + job.audiosampleoffset,
-            0U);
-  EXPECT_FALSE(job.nextHeader);
-  EXPECT_EQ(job.sector, 1U);
-  EXPECT_EQ(job.buffersize, 1024U);
-  EXPECT_EQ(job.mod, 600001U % 1024);
-  EXPECT_EQ(job.numberofsectors, 586U);
-  EXPECT_EQ(job.currentoffset, 0U);
-}
-
-TEST_F(HeaderHarvest, FileThatVanishesAfterTheCheckIsNotSupported) {
-  MemoryFile& input = bench.choose(AviBuilder().atLeast(600000).build());
-  bench.begin();
-  static_cast<void>(bench.job->fileValidityCheck());
-  input.bytes.clear();
-  input.size = 0;
-  EXPECT_FALSE(bench.job->harvestHeaders());
 }
 
 }  // namespace

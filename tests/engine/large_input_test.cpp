@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "tests/support/avi_builder.h"
+#include "tests/support/byte_text.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/literal_comparison.h"
 
@@ -49,7 +50,9 @@ TEST(LargeInput, BeyondFourGiBTheStartIsScannedAgainAndPositionsWrap) {
   const auto at = std::search(file.bytes.begin() + 400, file.bytes.end(), wanted.begin(), wanted.end());
   const auto target = static_cast<std::uint64_t>(at - file.bytes.begin());
   file.islands[kFourGiB - 100] = header("00dc", static_cast<std::uint32_t>(100 - 8 + target));
-  // Its size field lies at the file's start, and is "RIFF".
+  // Its size field lies at the file's start; what follows its payload, too. The four bytes behind it say otherwise.
+  const auto size = static_cast<std::uint32_t>(target - 4);
+  overwrite(file.bytes, 0, textAt(header("size", size), 4, 4));
   file.islands[kFourGiB - 4] = header("01wb", 10);
   // Never looked at: blocks behind 4 GiB are those of the start.
   file.islands[kFourGiB + 200000] = header("00dc", 8);
@@ -61,6 +64,10 @@ TEST(LargeInput, BeyondFourGiBTheStartIsScannedAgainAndPositionsWrap) {
   EXPECT_EQ(comparison.tables.video.count, 60U + 1U + 60U);
   EXPECT_EQ(comparison.tables.video.offsets[61], kFourGiB - 100);
   EXPECT_EQ(comparison.tables.video.offsets[62], comparison.tables.video.offsets[1]);
+  const auto& offsets = comparison.tables.audio.offsets;
+  const auto wrapped = std::ranges::find(offsets, kFourGiB - 4);
+  ASSERT_NE(wrapped, offsets.end());
+  EXPECT_EQ(comparison.tables.audio.sizes[static_cast<std::size_t>(wrapped - offsets.begin())], size);
   EXPECT_EQ(comparison.outputsCompared, 1U);
 }
 

@@ -100,6 +100,22 @@ TEST_F(RebuiltFile, RefusedRunCreatesNoFileAndIsTold) {
   EXPECT_FALSE(happened("setMovieView(/out.avi)"));
 }
 
+TEST_F(RebuiltFile, BytesAskedForAfterAStopAreThoseOfHeadersAndIndexesAlone) {
+  addChunk("00dc", 1000);
+  addChunk("01wb", 300);
+  std::uint64_t asked = 0;
+  bench.current->mayWrite = [&](std::uint64_t bytes) {
+    asked = bytes;
+    return true;
+  };
+  engine::stopflag = true;
+
+  const Bytes file = write();
+
+  EXPECT_EQ(asked, 40U + 18 + 436 + 8 + 8);
+  EXPECT_EQ(file.size(), asked);
+}
+
 TEST_F(RebuiltFile, BytesAskedForCountWhatTheInputHoldsOfEachChunkOverlapsToo) {
   addChunk("00dc", 1000);
   engine::RepairFile& job = *bench.job;
@@ -208,6 +224,13 @@ TEST_F(RebuiltFile, IsClosedBeforeItIsHandedOver) {
   bench.relay.onMovie = [&](const std::string&) { closed = bench.job->outputfile == nullptr; };
   write();
   EXPECT_TRUE(closed);
+}
+
+TEST_F(RebuiltFile, EndIsKnownBeforeItIsHandedOver) {
+  engine::RunEnd known = engine::RunEnd::none;
+  bench.relay.onMovie = [&](const std::string&) { known = bench.job->runEnd; };
+  write();
+  EXPECT_EQ(known, engine::RunEnd::rebuilt);
 }
 
 TEST_F(RebuiltFile, FileManagerIsKeptOnTheJob) {

@@ -211,6 +211,18 @@ TEST(RepairFile, ReadErrorsAreCountedWithTheFirstOffsetAndLoggedAtTheEnd) {
                                              ", the first at 300000: " + input.readError.message());
 }
 
+TEST(RepairFile, OneReadErrorIsLoggedToo) {
+  EngineBench bench;
+  MemoryFile& input = bench.choose(platform::Bytes(9000, std::byte{0x20}));  // no AVI file: each block is read once
+  input.badReadStart = 3000;
+  input.badReadEnd = 3001;
+  input.readError = std::make_error_code(std::errc::io_error);
+
+  bench.run();
+
+  EXPECT_EQ(bench.events.lines().back(), "log: Reads failed=1, the first at 3000: " + input.readError.message());
+}
+
 TEST(RepairFile, UnreadableByteCostsOnlyTheCodesBehindItInItsBlock) {
   EngineBench bench;
   MemoryFile& input = bench.choose(repairable());

@@ -120,6 +120,16 @@ TEST_F(RepairProgress, StopAtStep5OfThirtyLeavesTheBarAtStep4AndShowsNoSheet) {
   EXPECT_TRUE(eventsOf("endSheet").empty());
 }
 
+TEST_F(RepairProgress, StopAboveEightyLeavesTheStopButtonAlone) {
+  bench.job->numberofsectors = 3;
+  bench.relay.onValue = [&](double value) {
+    if (value > 85.0) engine::stopflag = true;  // step 26, the second above 80
+  };
+  animate();
+  EXPECT_EQ(eventsOf("stopbutton.").size(), 2U);
+  EXPECT_EQ(bench.relay.shown.size(), 26U);
+}
+
 TEST_F(RepairProgress, RunsOwnCancelMarkSilencesItTheSameWay) {
   bench.job->numberofsectors = 3;
   std::size_t step = 0;

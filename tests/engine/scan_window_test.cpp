@@ -234,5 +234,69 @@ TEST_F(ScanWindow, WindowEndsWhereBlockOffsetsWrap) {
   }
 }
 
+// ---- Zeros ----
+
+TEST_F(ScanWindow, ZerosAreSeenWithinTheWindowAcrossItsEndAndBeyond) {
+  constexpr std::size_t kWindow = 256 * kBlock + 2048;  // blocks and what is read behind them
+  for (const std::size_t start : {std::size_t{100}, kWindow - 1, kWindow, kWindow + 5000}) {
+    for (const std::size_t size : {1UL, 2UL, 4096UL, 4097UL, 20000UL}) {
+      platform::Bytes bytes(700 * kBlock, std::byte{1});
+      std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(start), size, std::byte{0});
+      open(std::move(bytes));
+      static_cast<void>(blockText(1));
+      EXPECT_TRUE(window->isAllZero(start, size)) << start << "+" << size;
+      EXPECT_FALSE(window->isAllZero(start, size + 1)) << start << "+" << size;
+      EXPECT_FALSE(window->isAllZero(start - 1, size)) << start << "+" << size;
+      EXPECT_TRUE(window->isAllZero(start - 1, 0));
+    }
+  }
+}
+
+TEST_F(ScanWindow, ZerosUpToTheEndOfTheFileAreAllThereIs) {
+  for (const std::size_t blocks : {10UL, 700UL}) {
+    open(platform::Bytes(blocks * kBlock));
+    static_cast<void>(blockText(1));
+    EXPECT_TRUE(window->isAllZero(5000, 9000000));
+    content->bytes.back() = std::byte{1};
+    open(std::move(content->bytes));
+    static_cast<void>(blockText(1));
+    EXPECT_FALSE(window->isAllZero(5000, 9000000));
+  }
+}
+
+TEST_F(ScanWindow, NoZerosAreClaimedWhereReadsFail) {
+  open(platform::Bytes(700 * kBlock));
+  withBadBytes(500 * kBlock, 500 * kBlock + 1);
+  static_cast<void>(blockText(1));
+  EXPECT_TRUE(window->isAllZero(100, 499 * kBlock));
+  EXPECT_FALSE(window->isAllZero(100, 501 * kBlock));
+  EXPECT_EQ(window->takeFailures().count, 0U) << "a look at zeros is no read of the scan";
+
+  open(platform::Bytes(700 * kBlock));
+  withBadBytes(5 * kBlock, 5 * kBlock + 1);
+  static_cast<void>(blockText(1));
+  EXPECT_FALSE(window->isAllZero(100, 1));
+}
+
+TEST_F(ScanWindow, InputIsDenseAfter65LookAheadsBeyondAWindow) {
+  for (const std::uint32_t lookAheads : {64U, 65U}) {
+    open(randomBytes(700 * kBlock));
+    static_cast<void>(blockText(1));
+    for (std::uint32_t i = 0; i < lookAheads; ++i) static_cast<void>(lookAhead(600 * kBlock));
+    EXPECT_FALSE(window->isDense());
+    static_cast<void>(blockText(257));
+    EXPECT_EQ(window->isDense(), lookAheads == 65);
+  }
+}
+
+TEST_F(ScanWindow, LookAheadsOfEachWindowAreCountedAnew) {
+  open(randomBytes(1200 * kBlock));
+  for (const std::uint32_t number : {1U, 257U, 513U}) {
+    static_cast<void>(blockText(number));
+    for (int i = 0; i < 40; ++i) static_cast<void>(lookAhead(1100 * kBlock));
+  }
+  EXPECT_FALSE(window->isDense());
+}
+
 }  // namespace
 }  // namespace zelvo::tests

@@ -169,6 +169,19 @@ TEST_F(ValidityCheck, PositionsAreLoggedOneByOneWhenTheyAreTraced) {
   EXPECT_EQ(bench.events.lines().back(), "log: Valid AVI file");
 }
 
+TEST_F(ValidityCheck, PositionsAreLoggedWhereNoCodeIsTestedToo) {
+  platform::headless::HeadlessLog tracing(&bench.events, true);
+  bench.job = std::make_unique<engine::RepairFile>(
+      engine::RepairServices{bench.files, bench.files, bench.movies, bench.workers, bench.queue, bench.sheets, tracing},
+      bench.screen.job);
+  bench.job->controll = &bench.relay;
+  engine::flag = true;
+
+  check(withTextAt(20000, 1026, "RIFF"));
+
+  EXPECT_EQ(eventCount("log: i=1023"), 10U);
+}
+
 TEST_F(ValidityCheck, PositionsAreNotLoggedOtherwise) {
   check(withTextAt(20000, 0, "none"));
   EXPECT_EQ(eventCount("log: i=0"), 0U);

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/platform/kept_blocks.h"
 #include "tests/platform/ordinary_user.h"
 #include "tests/platform/temp_folder.h"
 
@@ -82,6 +83,12 @@ TEST_F(LinuxFileManager, FreeSpaceIsWhatThisUserMayStillWrite) {
   // Others write to the disk meanwhile; a wrong unit would be far off all the same.
   EXPECT_NEAR(static_cast<double>(*space), static_cast<double>(info.available),
               0.5 * static_cast<double>(info.available) + 1e9);
+}
+
+TEST_F(LinuxFileManager, BlocksThatAreKeptBackForRootAreNotFree) {
+  const auto place = placeThatKeepsBlocksBack();
+  if (!place) GTEST_SKIP() << "no file system here keeps blocks back";
+  EXPECT_NEAR(static_cast<double>(*manager.freeSpace(place->path)), place->available, place->kept / 2);
 }
 
 TEST_F(LinuxFileManager, FreeSpaceOfNoPathIsNotKnown) {

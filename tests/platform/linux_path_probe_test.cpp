@@ -15,6 +15,7 @@
 #include <fstream>
 #include <thread>
 
+#include "tests/platform/kept_blocks.h"
 #include "tests/platform/temp_folder.h"
 
 namespace zelvo::tests {
@@ -72,6 +73,14 @@ TEST_F(LinuxPathProbeTest, FileSystemOfEachPathTellsItsSpace) {
   }
   EXPECT_TRUE(answers[2].answered);
   EXPECT_EQ(answers[2].capacity, 0U);
+}
+
+TEST_F(LinuxPathProbeTest, BlocksThatAreKeptBackForRootAreNotFree) {
+  const auto place = placeThatKeepsBlocksBack();
+  if (!place) GTEST_SKIP() << "no file system here keeps blocks back";
+  LinuxPathProbe probe(ZELVO_PROBE, kLong);
+  const auto answers = probe.ask({place->path});
+  EXPECT_NEAR(static_cast<double>(answers[0].free), place->available, place->kept / 2);
 }
 
 TEST_F(LinuxPathProbeTest, PathThatIsNotThereAnswersThatItIsNot) {

@@ -249,6 +249,17 @@ TEST_F(ScratchPaths, AFolderThatCannotBeChosenChangesNothing) {
   EXPECT_EQ(paths.claim()->folder, cache);
 }
 
+TEST_F(ScratchPaths, AChoiceThatCannotBeWrittenDownLeavesTheFormerOne) {
+  fs::create_directory(folder + "/disk");
+  std::ofstream(folder + "/choice") << "/former\n";
+  fs::create_symlink("/dev/full", folder + "/choice.new");  // takes nothing in
+
+  ASSERT_TRUE(LinuxScratchPaths(shared, cache, folder + "/choice").moveTo(folder + "/disk"));
+
+  EXPECT_FALSE(fs::is_symlink(folder + "/choice"));
+  EXPECT_EQ(temporary.content("choice"), "/former\n");
+}
+
 TEST_F(ScratchPaths, ARememberedTextThatIsNoWholePathIsNone) {
   std::ofstream(folder + "/choice") << ".\n";
   EXPECT_EQ(LinuxScratchPaths(shared, cache, folder + "/choice").claim()->folder, cache);

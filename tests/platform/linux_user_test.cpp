@@ -1,6 +1,8 @@
 #include "platform/linux/linux_user.h"
 
 #include <gtest/gtest.h>
+#include <pwd.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <optional>
@@ -48,6 +50,22 @@ TEST(LinuxUser, AHomeThatIsNoWholePathIsLookedUp) {
   const Variable home("HOME", "somewhere");
   EXPECT_TRUE(homeDirectory().starts_with('/'));
   EXPECT_FALSE(homeDirectory().ends_with("somewhere"));
+}
+
+TEST(LinuxUser, HomeWithoutAVariableIsTheListedOne) {
+  const Variable home("HOME", nullptr);
+  const passwd* const listed = ::getpwuid(::getuid());
+  ASSERT_NE(listed, nullptr);
+  EXPECT_EQ(homeDirectory(), listed->pw_dir);
+}
+
+TEST(LinuxUser, HomeMayBeTheRootOfAll) {
+  const Variable cache("XDG_CACHE_HOME", nullptr);
+  for (const char* root : {"/", "//"}) {
+    const Variable home("HOME", root);
+    EXPECT_EQ(homeDirectory(), "/");
+    EXPECT_EQ(cacheFolder(), "/.cache");
+  }
 }
 
 TEST(LinuxUser, CacheFolderIsTheGivenOneOrLiesInHome) {

@@ -175,6 +175,17 @@ TEST(TruncateDriveModelNumber, WhiteSpaceIsTrimmedOffBothEndsOnly) {
   EXPECT_EQ(*entry.text("device serial"), "");
 }
 
+TEST(TruncateDriveModelNumber, EveryKindOfWhiteSpaceIsTrimmed) {
+  for (const char* blank : {" ", "\t", "\n", "\v", "\f", "\r"}) {
+    const std::string text = std::string(blank) + "a" + blank + "b" + blank;
+    EXPECT_EQ(*tidied({{"device revision", text}}).text("device revision"), std::string("a") + blank + "b");
+  }
+}
+
+TEST(TruncateDriveModelNumber, WhatIsNoWhiteSpaceStays) {
+  EXPECT_EQ(*tidied({{"device serial", "\x01\xC2\xA0s\x7F"}}).text("device serial"), "\x01\xC2\xA0s\x7F");
+}
+
 TEST(TruncateDriveModelNumber, NothingIsShortened) {
   const std::string model(300, 'M');
   EXPECT_EQ(*tidied({{"device model", model}}).text("device model"), model);

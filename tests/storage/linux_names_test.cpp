@@ -52,6 +52,23 @@ TEST(BsdNames, PartitionHasTheBlockSizeOfItsDisk) {
   EXPECT_EQ(devices[1].blockSize, 4096U);
 }
 
+TEST(BsdNames, PartitionIsRemovableWithItsDisk) {
+  std::vector<BlockDevice> devices{device("sda1", 0, 2, 1, "sda"), device("sda", 1, 1), device("sdb", 2, 3)};
+  devices[1].removable = true;
+  giveBsdNames(devices);
+  EXPECT_TRUE(devices[1].removable);
+  EXPECT_FALSE(devices[2].removable);
+}
+
+TEST(BsdNames, DiskAndPartitionKeepTheirOwnSizes) {
+  std::vector<BlockDevice> devices{device("sda1", 0, 2, 1, "sda"), device("sda", 1, 1)};
+  devices[0].size = 5;
+  devices[1].size = 9;
+  giveBsdNames(devices);
+  EXPECT_EQ(devices[0].size, 9U);
+  EXPECT_EQ(devices[1].size, 5U);
+}
+
 TEST(UdevText, EscapesAreDecodedAndWhatIsNoneStays) {
   EXPECT_EQ(decodedUdevText("A\\x20B\\x20"), "A B ");
   EXPECT_EQ(decodedUdevText("\\x2"), "\\x2");
@@ -65,19 +82,33 @@ TEST(LinuxPartitionContent, GuidIsInUpperCaseAndOtherTypesAreNot) {
   EXPECT_EQ(partitionContent("", ""), "");
 }
 
-TEST(LinuxPartitionContent, DosTypesHaveTheirNames) {
-  EXPECT_EQ(partitionContent("dos", "0xb"), "DOS_FAT_32");
+TEST(LinuxPartitionContent, OnlySmallLettersOfAGuidAreRaised) {
+  EXPECT_EQ(partitionContent("gpt", "@AZ[`az{-09"), "@AZ[`AZ{-09");
+}
+
+TEST(LinuxPartitionContent, EveryDosTypeHasItsName) {
+  const std::vector<std::pair<const char*, const char*>> types{
+      {"0x1", "DOS_FAT_12"},           {"0x4", "DOS_FAT_16_S"}, {"0x5", "DOS_Extended"},   {"0x6", "DOS_FAT_16"},
+      {"0x7", "Windows_NTFS"},         {"0xb", "DOS_FAT_32"},   {"0xc", "Windows_FAT_32"}, {"0xe", "Windows_FAT_16"},
+      {"0xf", "Windows_FAT_Extended"}, {"0x82", "Linux_Swap"},  {"0x83", "Linux"},         {"0xaf", "Apple_HFS"}};
+  for (const auto& [type, name] : types) EXPECT_EQ(partitionContent("dos", type), name) << type;
+}
+
+TEST(LinuxPartitionContent, DosTypeMayHaveALeadingZeroAndNoPrefix) {
   EXPECT_EQ(partitionContent("dos", "0x0c"), "Windows_FAT_32");
-  EXPECT_EQ(partitionContent("dos", "0x6"), "DOS_FAT_16");
-  EXPECT_EQ(partitionContent("dos", "0xe"), "Windows_FAT_16");
-  EXPECT_EQ(partitionContent("dos", "0xaf"), "Apple_HFS");
+  EXPECT_EQ(partitionContent("dos", "0C"), "Windows_FAT_32");
+}
+
+TEST(LinuxPartitionContent, OtherDosTypesAreShownInTwoDigits) {
   EXPECT_EQ(partitionContent("dos", "0xa5"), "0xA5");
+  EXPECT_EQ(partitionContent("dos", "0x2"), "0x02");
 }
 
 TEST(LinuxPartitionContent, DosTypeThatIsNoNumberIsNotKnown) {
   EXPECT_EQ(partitionContent("dos", ""), "");
   EXPECT_EQ(partitionContent("dos", "0x"), "");
   EXPECT_EQ(partitionContent("dos", "fat"), "");
+  EXPECT_EQ(partitionContent("dos", "0xcx"), "");
 }
 
 }  // namespace

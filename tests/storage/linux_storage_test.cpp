@@ -114,6 +114,23 @@ TEST_F(LinuxStorage, VolumesFolderThatExistsIsRead) {
   EXPECT_EQ(*inventory().at("disk0s2", true).text("Volume Name"), "Start");
 }
 
+TEST_F(LinuxStorage, FileInThePlaceOfTheVolumesFolderIsNoFolder) {
+  plug("sata");
+  mount({"8:2 / / rw - ext4 /dev/sda2 rw"});
+  std::ofstream(places_.volumesFolder) << "file";
+  const auto entries = snapshot().volumesFolder();
+  ASSERT_EQ(entries.size(), 1U);
+  EXPECT_EQ(entries[0].name, "Root Disk");
+  EXPECT_EQ(entries[0].linkTarget, "/");
+}
+
+TEST_F(LinuxStorage, LabelOfAnotherVolumeIsNotTheStartUpVolumes) {
+  plug("sata");
+  plug("virtio");
+  mount({"8:2 / /mnt rw - ext4 /dev/sda2 rw", "252:1 / / rw - ext4 /dev/vda1 rw"});
+  EXPECT_EQ(snapshot().volumesFolder()[0].name, "Root");
+}
+
 TEST_F(LinuxStorage, UsbStickKeepsItsTextsAndItsDosType) {
   plug("stick");
   mount({"8:17 / /media/user/STICK rw - vfat /dev/sdb1 rw"});
@@ -343,6 +360,24 @@ TEST_F(LinuxStorage, DevicesThatCannotBeListedAreAnError) {
 TEST_F(LinuxStorage, NoDevicesInAListThatCanBeReadAreNoError) {
   places_.blockDevices = folder_.string();
   EXPECT_TRUE(names().empty());
+}
+
+TEST_F(LinuxStorage, OnlyObjectsOfTheClassWithThePropertiesMatch) {
+  plug("disc");
+  plug("stick");
+  LinuxStorageSnapshot system = snapshot();
+  const auto matches = [&system](const platform::MatchingDictionary& wanted) {
+    std::unique_ptr<platform::RegistryIterator> found;
+    EXPECT_EQ(system.matchingServices(&wanted, found), 0U);
+    std::string names;
+    while (const auto object = found->next()) names += *object->properties().text("BSD Name") + " ";
+    return names;
+  };
+  EXPECT_EQ(matches({"IOMedia", {}}), "disk0 disk1 disk1s1 ");
+  EXPECT_EQ(matches({"IOMedia", {{"Writable", false}}}), "disk0 ");
+  EXPECT_EQ(matches({"IOMedia", {{"Writable", true}, {"Whole", true}}}), "disk1 ");
+  EXPECT_EQ(matches({"IOMedia", {{"No Such Key", true}}}), "");
+  EXPECT_EQ(matches({"IOBlockStorageDevice", {}}), "");
 }
 
 TEST_F(LinuxStorage, WithoutADictionaryTheSearchIsABadArgument) {

@@ -20,7 +20,7 @@ class Hardware:
         self.parts = []
         self.paths = set()
 
-    def device(self, path, subsystem, kind=None, node=None, properties=None, attributes=None):
+    def device(self, path, subsystem, kind=None, node=None, properties=None, attributes=None, driver=None):
         assert path not in self.paths, path
         self.paths.add(path)
         lines = [f"P: {path}"]
@@ -32,6 +32,8 @@ class Hardware:
             lines.append(f"E: DEVTYPE={kind}")
         lines += [f"E: {key}={value}" for key, value in (properties or {}).items()]
         lines += [f"A: {name}={value}\\n" for name, value in (attributes or {}).items()]
+        if driver:
+            lines.append(f"L: driver=../../../bus/{subsystem}/drivers/{driver}")
         self.parts.append("\n".join(lines) + "\n")
         return path
 
@@ -53,12 +55,12 @@ class Hardware:
 
     def controller(self, slot, driver):
         bus = self.device(f"/devices/pci0000:{slot}", "pci_bus")
-        return self.device(f"{bus}/0000:{slot}:00.0", "pci", properties={"DRIVER": driver})
+        return self.device(f"{bus}/0000:{slot}:00.0", "pci", properties={"DRIVER": driver}, driver=driver)
 
-    def scsi(self, parent, place, vendor, model, revision, kind=0):
+    def scsi(self, parent, place, vendor, model, revision, kind=0, **more):
         host = self.device(f"{parent}/host{place}", "scsi", "scsi_host")
         target = self.device(f"{host}/target{place}:0:0", "scsi", "scsi_target")
-        attributes = {"vendor": vendor, "model": model, "rev": revision, "type": kind}
+        attributes = {"vendor": vendor, "model": model, "rev": revision, "type": kind, **more}
         return self.device(f"{target}/{place}:0:0:0", "scsi", "scsi_device", attributes=attributes)
 
     def usb(self, controller, place):
@@ -259,6 +261,34 @@ def virtio():
     return it
 
 
+def nvme_shared():
+    """An NVMe disk that is reached over several controllers: it stands below none of them."""
+    it = Hardware("nvme_shared")
+    unit = it.device("/devices/virtual/nvme-subsystem/nvme-subsys5", "nvme-subsystem", attributes={
+        "model": "Shared SSD 2TB", "serial": "SH2-1", "firmware_rev": "9Z"})
+    it.device(f"{unit}/nvme5n1", "block", "disk", "nvme5n1", {"MAJOR": 259, "MINOR": 50}, {
+        "dev": "259:50", "size": 4000797360, "ro": 0, "removable": 0, "hidden": 0, "diskseq": 22,
+        "queue/logical_block_size": 512})
+    return it
+
+
+def firewire_by_number():
+    """A FireWire disk that is known by the number that the bus gave its unit."""
+    it = Hardware("firewire_by_number")
+    unit = it.scsi(it.controller("22", "firewire_ohci"), 10, "Wire    ", "Fire Disk 2     ", "0200",
+                   ieee1394_id="0011223344556677:000001:0000")
+    it.disk(unit, "sdi", (8, 128), 312581808, {}, {"diskseq": 23})
+    return it
+
+
+def virtio_scsi():
+    """The disk of a virtual machine behind a SCSI layer."""
+    it = Hardware("virtio_scsi")
+    bus = it.device(it.controller("23", "virtio-pci") + "/virtio2", "virtio")
+    it.disk(it.scsi(bus, 11, "QEMU    ", "QEMU HARDDISK   ", "2.5+"), "sdj", (8, 144), 41943040, {}, {"diskseq": 24})
+    return it
+
+
 def going():
     """Disks that have gone away but for what was read of them first: each lacks another attribute."""
     it = Hardware("going")
@@ -298,8 +328,8 @@ def main():
     folder = sys.argv[1]
     os.makedirs(folder, exist_ok=True)
     for make in (sata, stick, enclosure, reader, card_whole, card_partitioned, emmc, nvme, firewire, disc, dvd_ram,
-                 plain_scsi, undescribed_ata, pata, mapper, memory, loop, virtio, going,
-                 going_partitions, twenty):
+                 plain_scsi, undescribed_ata, pata, mapper, memory, loop, virtio, nvme_shared,
+                 firewire_by_number, virtio_scsi, going, going_partitions, twenty):
         make().write(folder)
 
 

@@ -164,12 +164,12 @@ TEST(MediaWalk, MediumWithoutANameHasNoPathButIsListed) {
 }
 
 TEST(MediaWalk, NameThatFillsTheBufferKeepsItsPath) {
-  const std::string name(storage::kBSDPathCapacity - std::string_view("/dev/r").size() - 1, 'd');
+  const std::string name(1017, 'd');  // with "/dev/r" and the zero byte 1024
   EXPECT_EQ(*onlyEntry(machine({medium({{"BSD Name", name}})})).text("device path"), "/dev/r" + name);
 }
 
 TEST(MediaWalk, NameOneByteTooLongHasNoPathButIsListed) {
-  const std::string name(storage::kBSDPathCapacity - std::string_view("/dev/r").size(), 'd');
+  const std::string name(1018, 'd');
   EXPECT_FALSE(onlyEntry(machine({medium({{"BSD Name", name}})})).contains("device path"));
 }
 

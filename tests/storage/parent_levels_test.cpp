@@ -70,6 +70,23 @@ TEST(ParentLevels, CardCharacteristicsSupplyTheProductRevisionLevelOfACardReader
   EXPECT_EQ(*entry.text("Product Identification"), "P");
 }
 
+TEST(ParentLevels, CardCharacteristicsGoBeforeDeviceCharacteristics) {
+  const PropertyDictionary card{
+      {"IOClass", "AppleSDXCBlockStorageDevice"},
+      {"Card Characteristics", PropertyDictionary{{"Product Revision Level", "card"}}},
+      {"Device Characteristics", PropertyDictionary{{"Product Revision Level", "device"}, {"Revision", "r"}}}};
+  const Entry entry = described(atLevel(2, card));
+  EXPECT_EQ(*entry.text("Product Revision Level"), "card");
+  EXPECT_EQ(*entry.text("device revision"), "r");
+}
+
+TEST(ParentLevels, NearerLevelGoesBeforeCardCharacteristicsToo) {
+  const PropertyDictionary card{{"IOClass", "AppleSDXCBlockStorageDevice"},
+                                {"Card Characteristics", PropertyDictionary{{"Product Revision Level", "far"}}}};
+  const auto near = above(kDisk, characteristics({{"Product Revision Level", "near"}}));
+  EXPECT_EQ(*described(above(near, card)).text("Product Revision Level"), "near");
+}
+
 TEST(ParentLevels, CardCharacteristicsOfAnotherDeviceAreNotRead) {
   const PropertyDictionary other{{"IOClass", "IOBlockStorageDevice"},
                                  {"Card Characteristics", PropertyDictionary{{"Product Revision Level", "8.0"}}}};
@@ -115,6 +132,32 @@ TEST(ParentLevels, AllParentsOfALevelAreRead) {
   EXPECT_TRUE(media[0].contains("WhetherUSB"));
 }
 
+TEST(ParentLevels, ParentsAreReadDepthFirst) {
+  auto shared = kDisk;
+  shared.set("IORegistryEntryID", std::uint64_t{7});
+  const auto first = above(above(shared, {{"place", "a"}}), both(characteristics({{"Model", "a"}}), {{"place", "A"}}));
+  const auto second = above(shared, both(characteristics({{"Model", "b"}}), {{"place", "b"}}));
+  RecordedSystem system(machine({first, second}));
+  storage::Entries media;
+  KeptPrint printed;
+  storage::FindMediaMain(system, media, {}, printed);
+  ASSERT_EQ(media.size(), 1U);
+  EXPECT_EQ(*media[0].text("device model"), "a");  // a grandparent's, though the second parent is nearer
+  std::string places;
+  constexpr std::string_view kPlace = "\"place\" = \"";
+  for (std::size_t at = printed.text.find(kPlace); at != std::string::npos; at = printed.text.find(kPlace, at + 1)) {
+    places += printed.text[at + kPlace.size()];
+  }
+  EXPECT_EQ(places, "aAb");
+}
+
+TEST(ParentLevels, FlagsAreNumbersOf32Bits) {
+  const Entry entry = described(above(atLevel(1, connectedBy("SATA")), connectedBy("USB")));
+  for (const char* key : {"WhetherSATA", "WhetherUSB"}) {
+    EXPECT_TRUE(std::holds_alternative<std::int32_t>(entry.find(key)->value)) << key;
+  }
+}
+
 TEST(MediaIcon, DefaultIsTheRemovableOne) {
   const Entry entry = described(atLevel(4, {}));
   EXPECT_EQ(*entry.text("CFBundleIdentifier"), "com.apple.iokit.IOStorageFamily");
@@ -139,6 +182,13 @@ TEST(MediaIcon, KeysOfTwoLevelsAreNotMixed) {
   const Entry entry = described(above(atLevel(1, half), icon("far", "Far.icns")));
   EXPECT_EQ(*entry.text("CFBundleIdentifier"), "near");
   EXPECT_FALSE(entry.contains("IOBundleResourceFile"));
+}
+
+TEST(MediaIcon, FileWithoutABundleKeepsAFartherIconOutToo) {
+  const PropertyDictionary half{{"IOMediaIcon", PropertyDictionary{{"IOBundleResourceFile", "Near.icns"}}}};
+  const Entry entry = described(above(atLevel(1, half), icon("far", "Far.icns")));
+  EXPECT_EQ(*entry.text("IOBundleResourceFile"), "Near.icns");
+  EXPECT_FALSE(entry.contains("CFBundleIdentifier"));
 }
 
 TEST(MediaIcon, CardReadersIconIsTaken) {

@@ -69,12 +69,12 @@ TEST(VolumeList, FailedStatfsKeepsTheKeysAndGoesOnWithTheNextVolume) {
 }
 
 TEST(VolumeList, MountPointThatJustFitsIsNamed) {
-  const std::string path = "/" + std::string(storage::kMountPointCapacity - 2, 'm');
+  const std::string path = "/" + std::string(510, 'm');
   EXPECT_TRUE(listed({mounted(path.c_str(), "/dev/disk1s1")})[0].contains("Volume Name"));
 }
 
 TEST(VolumeList, MountPointOneByteTooLongIsSkippedSilently) {
-  const std::string path = "/" + std::string(storage::kMountPointCapacity - 1, 'm');
+  const std::string path = "/" + std::string(511, 'm');
   KeptPrint printed;
   const Entries entries = listed({mounted(path.c_str(), "/dev/disk1s1"), mounted("/b", "/dev/disk1s2")}, {}, &printed);
   EXPECT_EQ(entries[0], (Entry{{"Mounted Path", path}}));
@@ -84,7 +84,7 @@ TEST(VolumeList, MountPointOneByteTooLongIsSkippedSilently) {
 
 TEST(VolumeList, LimitCountsBytesOfUtf8) {
   std::string path = "/";
-  while (path.size() < storage::kMountPointCapacity) path += "\xC3\xA4";
+  while (path.size() < 512) path += "\xC3\xA4";
   EXPECT_FALSE(listed({mounted(path.c_str(), "/dev/disk1s1")})[0].contains("Volume Name"));
 }
 

@@ -1,4 +1,5 @@
 /// FFmpeg as maker of sample files and as yardstick: what it reads out of a file, packet by packet.
+/// Decision: tests, FFmpeg has to read the packets
 #pragma once
 
 #include <cstdint>

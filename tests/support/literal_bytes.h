@@ -1,6 +1,7 @@
 /// The ground of the literal transcription: reading and writing one piece at a time, and numbers by plain loops. The
 /// transcription does every step of a repair in the plainest way there is; the engine has to agree with it byte for
 /// byte. It shares no code with the engine. Offsets and sizes are in bytes.
+/// Decision: tests, A literal transcription judges the engine
 #pragma once
 
 #include <array>

@@ -74,7 +74,9 @@ TEST_F(Hashes, WholeResourceIsTakenHoweverLongItIs) {
   EXPECT_EQ(updates.hashString("https://example/"), "7707d6ae4e027c70eea2a935c2296f21");
   EXPECT_FALSE(web.lastLimits.total.has_value());
   EXPECT_FALSE(web.lastLimits.largest.has_value());
-  EXPECT_GT(web.lastLimits.leastBytesPerSecond, 0U);
+  EXPECT_EQ(web.lastLimits.leastBytesPerSecond, 1024U);
+  EXPECT_EQ(web.lastLimits.leastOver, std::chrono::seconds(30));
+  EXPECT_EQ(web.lastLimits.connect, std::chrono::seconds(5));
 }
 
 TEST_F(Hashes, FileThatBeginsLikeAnAddressCountsAsOne) {

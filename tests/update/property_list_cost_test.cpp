@@ -50,6 +50,16 @@ TEST(PropertyListCost, ObjectInManyPlacesCountsInEach) {
   EXPECT_FALSE(isReadable(both, 256, 64 + 2 * 1064 - 1));
 }
 
+TEST(PropertyListCost, ListMayGrowThirtyTwoTimesTheSizeUpToWhichItIsRead) {
+  BinaryListBuilder list;
+  const std::size_t text = list.text(std::string(1000, 'a'));
+  const std::string many = list.build(list.array(std::vector<std::size_t>(40, text)));
+  // 40 texts and their array: 42624 bytes, 1332 * 32.
+  ASSERT_LT(many.size(), 1332U);
+  EXPECT_TRUE(LinuxPropertyLists().parse(bytes(many), 1332).has_value());
+  EXPECT_FALSE(LinuxPropertyLists().parse(bytes(many), 1331).has_value());
+}
+
 TEST(PropertyListCost, ListThatDoublesAtEachLevelIsRefused) {
   EXPECT_TRUE(parsed(doubled(10)).has_value());
   for (const int levels : {20, 30, 60, 200}) EXPECT_FALSE(parsed(doubled(levels)).has_value()) << levels;
@@ -77,8 +87,8 @@ std::string nested(std::size_t levels) {
 }
 
 TEST(PropertyListCost, DeepestNestingIsReadAndOneLevelMoreIsNot) {
-  EXPECT_TRUE(parsed(nested(PropertyLists::kDeepest)).has_value());
-  EXPECT_FALSE(parsed(nested(PropertyLists::kDeepest + 1)).has_value());
+  EXPECT_TRUE(parsed(nested(256)).has_value());
+  EXPECT_FALSE(parsed(nested(257)).has_value());
   EXPECT_FALSE(parsed(nested(7000)).has_value());
 }
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/linux/linux_file_manager.h"
+#include "platform/linux/linux_folder_trees.h"
 #include "tests/update/fakes.h"
+#include "tests/update/temp_folder.h"
 
 namespace zelvo::tests {
 namespace {
@@ -101,6 +104,21 @@ TEST_F(UpdaterFiles, OnlyLeftoversThatAreThereAreRemoved) {
   files.put("/a/location.dat", {});
   updates.updateCleanupThread();
   EXPECT_EQ(happened(), (Lines{"sleep(10000 ms)", "remove(/a/location.dat)"}));
+}
+
+TEST_F(UpdaterFiles, LinksThatLeadNowhereAreLeftoversToo) {
+  namespace fs = std::filesystem;
+  const TempFolder temp;
+  bundle.path = temp / "b/c/d/e.app";
+  for (const char* name : {"Orlin Salvage Auto Updater.app", "URLs.dat"}) fs::create_symlink("nowhere", temp / name);
+  fs::create_symlink("nowhere", temp / "other.dat");
+  platform::linux_::LinuxFileManager manager;
+  platform::linux_::LinuxFolderTrees folders;
+  update::UpdaterFiles real(manager, folders, clock, bundle, paths);
+  real.updateCleanupThread();
+  EXPECT_FALSE(fs::is_symlink(temp / "Orlin Salvage Auto Updater.app"));
+  EXPECT_FALSE(fs::is_symlink(temp / "URLs.dat"));
+  EXPECT_TRUE(fs::is_symlink(temp / "other.dat"));
 }
 
 TEST_F(UpdaterFiles, AFailedRemovalKeepsNoneOfTheOthers) {

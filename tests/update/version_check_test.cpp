@@ -121,6 +121,38 @@ TEST_F(VersionCheck, HugeOwnListIsNotRead) {
   EXPECT_FALSE(updates.checkForUpdate());
 }
 
+TEST_F(VersionCheck, OwnListOfTheLargestSizeIsReadAndOneByteMoreIsNot) {
+  publish("1.9");
+  std::string list = listOf({{"cloudPlistUrl", kListAddress}, {"CFBundleShortVersionString", "2.0"}});
+  list.append(1048576 - list.size(), ' ');
+  putOwnList(list);
+  EXPECT_TRUE(updates.checkForUpdate());
+  putOwnList(list + " ");
+  EXPECT_FALSE(updates.checkForUpdate());
+  EXPECT_EQ(files.at(bundle.path + "/Contents/Info.plist").reads, 0U);
+}
+
+TEST_F(VersionCheck, TheNetworkIsAskedAboutBeforeTheOwnListIsRead) {
+  reachability.flags = 0;
+  EXPECT_FALSE(updates.checkForUpdate());
+  EXPECT_EQ(reachability.asked, 1);
+  EXPECT_EQ(files.at(bundle.path + "/Contents/Info.plist").reads, 0U);
+}
+
+TEST_F(VersionCheck, PublishedListOfTheLargestSizeIsReadAndWhatGoesBeyondIsDropped) {
+  const auto publishListOf = [this](std::size_t size) {
+    const auto padded = [](std::size_t pad) {
+      return listOf({{"CFBundleShortVersionString", "1.9"}, {"pad", std::string(pad, 'x')}});
+    };
+    web.bodies[kListAddress] = padded(size - padded(0).size());
+    ASSERT_EQ(web.bodies[kListAddress].size(), size);
+  };
+  publishListOf(65536);
+  EXPECT_TRUE(updates.checkForUpdate());
+  publishListOf(65536 + 9);  // the end of the dictionary and of the list
+  EXPECT_FALSE(updates.checkForUpdate());
+}
+
 TEST_F(VersionCheck, PublishedListThatCannotBeFetchedIsNoUpdate) {
   web.bodies.clear();
   EXPECT_FALSE(updates.checkForUpdate());

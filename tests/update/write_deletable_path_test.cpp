@@ -67,6 +67,43 @@ TEST_F(WriteDeletablePath, FolderIsAskedAboutLikeAFile) {
   EXPECT_EQ(answer(temp / "outer/inner/folder"), "yes\n");
 }
 
+/// A file and its folder, each of which may be written and deleted unless it is listed here.
+class Permissions final : public platform::FileManager {
+ public:
+  std::optional<platform::FileAttributes> attributes(const std::string&) override { return std::nullopt; }
+  std::optional<platform::FileAttributes> attributesFollowingLinks(const std::string&) override { return std::nullopt; }
+  std::optional<std::uint64_t> freeSpace(const std::string&) override { return std::nullopt; }
+  bool exists(const std::string&) override { return true; }
+  std::error_code createFile(const std::string&) override { return {}; }
+  std::error_code createFolder(const std::string&) override { return {}; }
+  std::error_code rename(const std::string&, const std::string&) override { return {}; }
+  std::error_code remove(const std::string&) override { return {}; }
+  std::vector<std::string> list(const std::string&) override { return {}; }
+  std::optional<std::string> linkTarget(const std::string&) override { return std::nullopt; }
+  bool isWritable(const std::string& path) override { return refused != "write " + path; }
+  bool isDeletable(const std::string& path) override { return refused != "delete " + path; }
+
+  std::string refused;
+};
+
+TEST(WriteDeletablePathConditions, FileAndFolderMustEachBeWritableAndDeletable) {
+  Permissions permissions;
+  EXPECT_TRUE(update::isWriteDeletablePath(permissions, "/outer/inner/file"));
+  for (const char* refused :
+       {"write /outer/inner/file", "delete /outer/inner/file", "write /outer/inner", "delete /outer/inner"}) {
+    permissions.refused = refused;
+    EXPECT_FALSE(update::isWriteDeletablePath(permissions, "/outer/inner/file")) << refused;
+  }
+}
+
+TEST(WriteDeletablePathConditions, WhatLiesAboveTheFolderIsNotAskedAbout) {
+  Permissions permissions;
+  for (const char* refused : {"write /outer", "delete /outer"}) {
+    permissions.refused = refused;
+    EXPECT_TRUE(update::isWriteDeletablePath(permissions, "/outer/inner/file")) << refused;
+  }
+}
+
 TEST_F(WriteDeletablePath, RootOfAllIsNot) { EXPECT_EQ(answer("/"), "no\n"); }
 
 }  // namespace

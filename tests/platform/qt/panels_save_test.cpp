@@ -301,6 +301,7 @@ TEST_F(SavePanelTest, NameTooLongForADiskIsRefused) {
 TEST_F(SavePanelTest, FolderThatCannotBeWrittenIsSaid) {
   bench.home.make("Videos/Mine");
   std::filesystem::permissions(bench.home.path(), std::filesystem::perms(0755));
+  std::filesystem::permissions(videos + "/Mine", std::filesystem::perms(0555));  // whoever owns it
   std::filesystem::permissions(videos, std::filesystem::perms(0555));
   begin();
   const AsOrdinaryUser ordinary;
