@@ -4,6 +4,7 @@
 #include "app/controller.h"
 #include "app/texts.h"
 #include "avi/film_length.h"
+#include "avi/name_endings.h"
 #include "engine/globals.h"
 
 namespace zelvo::app {
@@ -16,7 +17,7 @@ namespace {
 /// the call that would be one more returns at once: where no panel can ever be made, the stack would end otherwise.
 constexpr int kMostChoosers = 100;
 
-std::vector<std::string> allowedFileTypes() { return {"avi", "divx", "xvid"}; }
+std::vector<std::string> allowedFileTypes() { return {avi::kNameEndings.begin(), avi::kNameEndings.end()}; }
 
 }  // namespace
 

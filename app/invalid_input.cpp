@@ -14,7 +14,7 @@ struct Explanation {
 };
 
 /// A link shorter than this is never looked into.
-constexpr std::uint64_t kSmallestInput = 1024;
+constexpr std::uint64_t kSmallestInput = avi::InputFile::kBlockSize;
 
 }  // namespace
 

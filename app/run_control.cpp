@@ -130,7 +130,7 @@ void Orlin_Repair_AVIAppDelegate::updateSaveProgressBar() { outlets.progressbar.
 void Orlin_Repair_AVIAppDelegate::updateSaveProgressBar2() { outlets.saveprogressbar.setDoubleValue(progressbarValue); }
 
 void Orlin_Repair_AVIAppDelegate::updateProgressBarRetrieve(platform::Button*) {
-  const std::uint64_t n = engine::inputfilesize / 1024;
+  const std::uint64_t n = engine::inputfilesize / avi::InputFile::kBlockSize;
   for (std::uint64_t i = engine::globalsectorforsample; i <= n; ++i) {
     // An input below one KiB has no step to divide by. // Decision: runs, Retrieval below one KiB stays at 0
     setProgressBarValue(n == 0 ? 0.0 : static_cast<double>(i) * 100.0 / static_cast<double>(n));

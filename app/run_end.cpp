@@ -11,6 +11,7 @@
 #include "app/shown_size.h"
 #include "app/texts.h"
 #include "engine/globals.h"
+#include "platform/paths.h"
 #include "platform/ran_out.h"
 
 namespace zelvo::app {
@@ -118,8 +119,8 @@ void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const
   std::string message = failure.cause.message() + ".";
   if (platform::isShortage(failure.cause)) {
     message = failure.cause == std::errc::not_enough_memory ? texts::kNoMemory : texts::kNoThread;
-  } else if (const auto space = services_.fileManager.freeSpace(folderOf(run.internalpath))) {
-    message += " " + shownSize(*space) + " are free in " + folderOf(run.internalpath);
+  } else if (const auto space = services_.fileManager.freeSpace(platform::folderOf(run.internalpath))) {
+    message += " " + shownSize(*space) + " are free in " + platform::folderOf(run.internalpath);
     if (bytesToWrite_ != 0) message += ", and the repaired file takes " + shownSize(bytesToWrite_);
     message += ".";
   }
@@ -155,7 +156,7 @@ platform::RunProgress Orlin_Repair_AVIAppDelegate::runProgress(std::uint64_t num
   using platform::RunStage;
   if (!runGuard_.isWorking(number) || !shownRun_ || shownRun_->number != number) return {};
   if (const std::uint64_t all = bytesToWrite_; all != 0) return {RunStage::writing, countedFiles_.written(), all};
-  constexpr std::uint64_t kBlockSize = 1024;
+  constexpr std::uint64_t kBlockSize = avi::InputFile::kBlockSize;
   return {RunStage::searching, std::min(repair1->sector * kBlockSize, shownRun_->run->inputfilesize),
           shownRun_->run->inputfilesize};
 }

@@ -1,6 +1,5 @@
 #include "app/shown_size.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -15,11 +14,6 @@ std::string shownSize(std::uint64_t bytes) {
   const int length = std::snprintf(text.data(), text.size(), isLarge ? "%.1f GB" : "%.1f MB",
                                    static_cast<double>(bytes) / (isLarge ? 1e9 : 1e6));
   return {text.data(), static_cast<std::size_t>(length)};
-}
-
-std::string folderOf(const std::string& file) {
-  const std::size_t slash = file.rfind('/');
-  return slash == std::string::npos ? std::string(".") : file.substr(0, std::max<std::size_t>(slash, 1));
 }
 
 }  // namespace zelvo::app

@@ -1,4 +1,4 @@
-/// Sizes and places of files as the application's own texts say them.
+/// Sizes of files as the application's own texts say them.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +8,5 @@ namespace zelvo::app {
 
 /// "12.3 MB", of 1,000,000 bytes each; "12 bytes" of what would be no tenth of one, and from 10,000 MB on "12.3 GB".
 [[nodiscard]] std::string shownSize(std::uint64_t bytes);
-
-/// Folder that a file lies in, without a slash at its end; "." for a name without one.
-[[nodiscard]] std::string folderOf(const std::string& file);
 
 }  // namespace zelvo::app

@@ -17,6 +17,17 @@ namespace zelvo::avi {
          static_cast<std::uint32_t>(bytes[2]) << 16U | static_cast<std::uint32_t>(bytes[3]) << 24U;
 }
 
+[[nodiscard]] constexpr std::uint64_t loadLittleEndian64(std::span<const std::byte, 8> bytes) {
+  return loadLittleEndian32(bytes.first<4>()) | std::uint64_t{loadLittleEndian32(bytes.last<4>())} << 32U;
+}
+
+/// Of one to eight bytes.
+[[nodiscard]] constexpr std::uint64_t loadLittleEndian(std::span<const std::byte> bytes) {
+  std::uint64_t value = 0;
+  for (std::size_t i = bytes.size(); i > 0; --i) value = value << 8U | static_cast<std::uint64_t>(bytes[i - 1]);
+  return value;
+}
+
 constexpr void storeLittleEndian32(std::span<std::byte, 4> bytes, std::uint32_t value) {
   bytes[0] = static_cast<std::byte>(value & 0xffU);
   bytes[1] = static_cast<std::byte>(value >> 8U & 0xffU);

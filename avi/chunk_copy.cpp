@@ -1,12 +1,11 @@
 // 1. The input's length says how much of each chunk there is to copy, and so where each lies in the output.
 // 2. Two threads read the input front to back, each chunk straight to its place in a segment of the output, and write
 //    the segments that are complete.
-// 3. A read that comes short all the same moves up everything behind it. Then the rest of that kind is copied one chunk
+// 3. A read that comes short all the same moves up everything behind it. Then the rest of that run is copied one chunk
 //    after the other, so that the bytes are those of one read per chunk in every case.
 #include "avi/chunk_copy.h"
 
 #include <algorithm>
-#include <array>
 #include <span>
 
 #include "avi/chunk_pass.h"
@@ -40,30 +39,35 @@ void serveOrBreakOff(ChunkPass& pass, const ChunkCopy& copy) {
 /// Copies the rest of `chunks` from the start of that one on where `from` lies.
 CopyEnd copyOneByOne(const ChunkCopy& copy, const ChunkRun& chunks, const ChunkCursor& from) {
   StagedOutput out(copy.out, from.position - from.inChunk);
-  for (std::uint64_t chunk = from.chunk; chunk <= chunks.count; ++chunk) {
+  for (std::size_t chunk = from.chunk; chunk < chunks.count(); ++chunk) {
     if (out.failed() || copy.cancel.abandoned()) break;
-    copyRange(copy.input, out, chunks.offsets[chunk], chunks.sizes[chunk] + ChunkRun::kHeaderSize);
+    copyRange(copy.input, out, chunks.offsets[chunk], chunks.wholeSize(chunk));
   }
   const std::optional<WriteFailure> failure = out.finish();
   return {out.position(), failure};
 }
 
-/// Copies `runs`, one or two, to `position` and on.
-CopyEnd copyRuns(const ChunkCopy& copy, std::uint64_t position, std::span<const ChunkRun> runs, Segments& segments) {
+/// Where a copy of some runs has come.
+struct Reached {
+  std::size_t runs = 0;  ///< copied, as far as the input holds them
+  CopyEnd end;
+  bool leavesOut = false;  ///< what is not copied is left out
+};
+
+/// Brings `runs`, no more than share a pass, to `position` and on, up to and including the one that a short read breaks.
+Reached copyInOnePass(const ChunkCopy& copy, std::uint64_t position, std::span<const ChunkRun> runs,
+                      Segments& segments) {
   ChunkPass pass(copy.input.size(), position, runs, segments, copy.stopped);
   const bool helped = copy.workers.processors() > 1 && pass.end() - position > Segment::kSize;
   const auto helper = helped ? copy.workers.startHelper([&] { serveOrBreakOff(pass, copy); }) : nullptr;
-  if (helped && !helper) return {position, WriteFailure{position, platform::noThread()}};
+  if (helped && !helper) return {.end = {position, WriteFailure{position, platform::noThread()}}};
   serveOrBreakOff(pass, copy);
   if (helper) helper->join();
 
   const std::optional<ChunkPass::Missing> missing = pass.missing();
-  if (!missing) return {pass.end(), std::nullopt};
-  if (pass.failure() || copy.cancel.abandoned()) return {missing->from.position, pass.failure()};
-  const CopyEnd end = copyOneByOne(copy, runs[missing->run], missing->from);
-  const auto behind = runs.subspan(missing->run + 1);
-  if (behind.empty() || end.failure || pass.leftOut() || copy.stopped()) return end;
-  return copyRuns(copy, end.position, behind, segments);
+  if (!missing) return {runs.size(), {pass.end(), std::nullopt}, pass.leftOut()};
+  if (pass.failure() || copy.cancel.abandoned()) return {runs.size(), {missing->from.position, pass.failure()}, true};
+  return {missing->run + 1, copyOneByOne(copy, runs[missing->run], missing->from), pass.leftOut()};
 }
 
 }  // namespace
@@ -82,11 +86,14 @@ void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::u
 
 CopyEnd copyChunks(const ChunkCopy& copy) {
   Segments segments;
-  const std::array runs{copy.video, copy.audio};
-  if (copy.outHasItsLength) return copyRuns(copy, copy.position, runs, segments);
-  const CopyEnd end = copyRuns(copy, copy.position, std::span(runs).first(1), segments);
-  if (end.failure || copy.stopped()) return end;
-  return copyRuns(copy, end.position, std::span(runs).last(1), segments);
+  const std::size_t together = copy.outHasItsLength ? ChunkPass::kMostRuns : 1;
+  Reached reached{.end = {copy.position, std::nullopt}};
+  for (std::span<const ChunkRun> left = copy.runs; !left.empty();) {
+    reached = copyInOnePass(copy, reached.end.position, left.first(std::min(together, left.size())), segments);
+    left = left.subspan(reached.runs);
+    if (left.empty() || reached.end.failure || reached.leavesOut || copy.stopped()) break;
+  }
+  return reached.end;
 }
 
 }  // namespace zelvo::avi

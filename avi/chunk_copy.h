@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 
 #include "avi/chunk_run.h"
 #include "avi/input_file.h"
@@ -24,14 +25,16 @@ struct CopyEnd {
 struct ChunkCopy {
   InputFile& input;
   platform::WritableFile& out;
-  std::uint64_t position = 0;  ///< of the first video chunk in the output
-  ChunkRun video;
-  ChunkRun audio;  ///< goes behind the video
-  /// True when `out` has its full length already. Then both are copied in one pass over the input; where it has not,
-  /// writing far behind its end might have the file system fill what lies between.
+  std::uint64_t position = 0;  ///< of the first chunk in the output
+  /// One for each stream; each goes behind the one before it. Any number.
+  std::span<const ChunkRun> runs;
+  /// True when `out` has its full length already. Then the runs are copied in one pass over the input (of more than
+  /// `ChunkPass::kMostRuns` so many in each pass); where it has not, writing far behind its end might have the file
+  /// system fill what lies between.
   /// Decision: writer, Both kinds are copied in one pass
   bool outHasItsLength = false;
-  /// Asked until the video is copied. Once it says yes, the audio is left out; the video is copied all the same.
+  /// Asked until all runs but the last are copied. Once it says yes, the first run that is not copied yet is finished,
+  /// and those behind it are left out.
   /// Thread: any.
   std::function<bool()> stopped;
   platform::Workers& workers;

@@ -55,11 +55,21 @@ void Batch::settle() const {
   for (const Move& move : moves_) std::memcpy(move.to.data(), move.from, move.to.size());
 }
 
+std::span<Segment> Segments::of(std::size_t runs) {
+  const std::size_t count = std::max(kFewest, runs + kThreads);
+  while (segments_.size() < count) segments_.emplace_back();
+  for (Segment& segment : segments_) segment.inUse = false;
+  return std::span(segments_).first(count);
+}
+
 ChunkPass::ChunkPass(std::uint64_t fileSize, std::uint64_t position, std::span<const ChunkRun> runs, Segments& segments,
                      std::function<bool()> stopped)
-    : fileSize_(fileSize), count_(runs.size()), stopped_(std::move(stopped)), segments_(segments) {
-  for (Segment& segment : segments_) segment.inUse = false;
-  for (std::size_t i = 0; i < count_; ++i) {
+    : fileSize_(fileSize),
+      stopped_(std::move(stopped)),
+      segments_(segments.of(runs.size())),
+      runs_(runs.size()),
+      kept_(runs.size()) {
+  for (std::size_t i = 0; i < runs.size(); ++i) {
     Run& run = runs_[i];
     run.chunks = runs[i];
     run.next.position = position;
@@ -108,7 +118,7 @@ void ChunkPass::fill(Batch& batch) {
 
 ChunkPass::Run* ChunkPass::nextRun() {
   Run* first = nullptr;
-  for (Run& run : std::span(runs_).first(runsLeft())) {
+  for (Run& run : std::span(runs_).first(kept_)) {
     if (!run.handedOut() && (first == nullptr || run.offset < first->offset)) first = &run;
   }
   return first;
@@ -150,7 +160,8 @@ void ChunkPass::goToChunk(Run& run) const {
 }
 
 void ChunkPass::askWhetherStopped() {
-  if (count_ == 2 && !leavesOut_ && runs_[0].unwritten > 0) leavesOut_ = stopped_();
+  while (unwritten_ < runs_.size() && runs_[unwritten_].unwritten == 0) ++unwritten_;
+  if (!leftOut() && unwritten_ + 1 < runs_.size() && stopped_()) kept_ = unwritten_ + 1;
 }
 
 void ChunkPass::arrived(const Batch& batch) {
@@ -191,7 +202,7 @@ void ChunkPass::written(Segment& segment, const platform::IoResult& result) {
     const std::lock_guard lock(mutex_);
     writing_ = false;
     askWhetherStopped();
-    const bool matters = segment.run < runsLeft();
+    const bool matters = segment.run < kept_;
     if (result.error && matters) {
       const WriteFailure failure{segment.start.position + result.count, result.error};
       if (!failure_ || failure.offset < failure_->offset) failure_ = failure;
@@ -204,7 +215,7 @@ void ChunkPass::written(Segment& segment, const platform::IoResult& result) {
 }
 
 std::optional<ChunkPass::Missing> ChunkPass::missing() const {
-  for (std::size_t i = 0; i < runsLeft(); ++i) {
+  for (std::size_t i = 0; i < kept_; ++i) {
     std::optional<ChunkCursor> first;
     if (!runs_[i].handedOut()) first = runs_[i].next;
     for (const Segment& segment : segments_) {

@@ -1,4 +1,4 @@
-/// One pass over the input that brings chunks of one kind or of two to their places in the rebuilt file. The output is
+/// One pass over the input that brings the chunks of some streams to their places in the rebuilt file. The output is
 /// cut into aligned segments; what lies together in the input is read in one go, each part of it straight into the
 /// segment where it belongs, and a segment that is complete is written. Sizes and offsets are in bytes.
 #pragma once
@@ -23,7 +23,7 @@ namespace zelvo::avi {
 
 /// A place in a run of chunks, and where in the output that is.
 struct ChunkCursor {
-  std::uint64_t chunk = 1;
+  std::size_t chunk = 0;      ///< counted from 0
   std::uint64_t inChunk = 0;  ///< bytes of the chunk that lie before the cursor
   std::uint64_t position = 0;
 };
@@ -44,8 +44,19 @@ struct Segment {
   }
 };
 
-/// Segments for one pass after the other. Two may be in the middle of being handed out, and two threads work on others.
-using Segments = std::array<Segment, 4>;
+/// Segments for one pass after the other, which makes as many as it takes: at most one of each run is in the middle of
+/// being handed out, and two threads work on others.
+class Segments {
+ public:
+  /// Sees to it that there are as many as a pass of `runs` runs takes, and none in use.
+  [[nodiscard]] std::span<Segment> of(std::size_t runs);
+
+ private:
+  static constexpr std::size_t kFewest = 4;
+  static constexpr std::size_t kThreads = 2;
+
+  std::vector<Segment> segments_;
+};
 
 /// What one read brings. A large part goes straight to its segment; small ones, and what lies between chunks, come
 /// together first, since the system takes longer over many small places than over one and a move within the cache.
@@ -100,8 +111,12 @@ class Batch {
 /// Thread: any, but for what is said to come after the pass.
 class ChunkPass {
  public:
-  /// Brings `runs`, one or two, one behind the other, to `position` and on. With two, `stopped` is asked now and then as
-  /// long as the first is not written whole; once it says yes, the second is left out.
+  /// So many runs share a pass at the most, which bounds its memory: with a segment for each and two more, 8 MiB.
+  static constexpr std::size_t kMostRuns = 14;
+
+  /// Brings `runs`, at least one and at most `kMostRuns`, one behind the other, to `position` and on. `stopped` is asked
+  /// now and then as long as there is a run behind the first that is not written whole; once it says yes, all runs
+  /// behind that one are left out.
   ChunkPass(std::uint64_t fileSize, std::uint64_t position, std::span<const ChunkRun> runs, Segments& segments,
             std::function<bool()> stopped);
 
@@ -121,10 +136,10 @@ class ChunkPass {
 
   // After the pass.
   [[nodiscard]] const std::optional<WriteFailure>& failure() const { return failure_; }
-  /// True when the second run was left out.
-  [[nodiscard]] bool leftOut() const { return leavesOut_; }
+  /// True when runs were left out.
+  [[nodiscard]] bool leftOut() const { return kept_ < runs_.size(); }
   /// Behind the last byte of what the pass had to bring.
-  [[nodiscard]] std::uint64_t end() const { return runs_[leavesOut_ ? 0 : count_ - 1].end; }
+  [[nodiscard]] std::uint64_t end() const { return runs_[kept_ - 1].end; }
   struct Missing {
     std::size_t run = 0;
     ChunkCursor from;
@@ -142,10 +157,9 @@ class ChunkPass {
     std::uint64_t end = 0;        ///< in the output
     std::uint64_t unwritten = 0;  ///< bytes
     Segment* open = nullptr;      ///< where `next` belongs, once there is one
-    [[nodiscard]] bool handedOut() const { return next.chunk > chunks.count; }
+    [[nodiscard]] bool handedOut() const { return next.chunk == chunks.count(); }
   };
 
-  [[nodiscard]] std::size_t runsLeft() const { return leavesOut_ ? 1 : count_; }
   /// The run whose next chunk lies first in the input.
   [[nodiscard]] Run* nextRun();
   [[nodiscard]] bool hasSegment(Run& run);
@@ -156,15 +170,15 @@ class ChunkPass {
   void askWhetherStopped();
 
   const std::uint64_t fileSize_;
-  const std::size_t count_;  ///< of the runs
   const std::function<bool()> stopped_;
-  Segments& segments_;
+  const std::span<Segment> segments_;
   std::mutex mutex_;
   std::condition_variable freed_;
-  std::array<Run, 2> runs_;
+  std::vector<Run> runs_;
+  std::size_t kept_;                ///< runs from the first on that are not left out
+  std::size_t unwritten_ = 0;       ///< the first run that is not written whole
   std::vector<Segment*> complete_;  ///< to be written
   bool writing_ = false;
-  bool leavesOut_ = false;
   bool short_ = false;
   std::optional<WriteFailure> failure_;
 };

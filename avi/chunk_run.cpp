@@ -4,7 +4,7 @@ namespace zelvo::avi {
 
 std::uint64_t ChunkRun::heldBy(std::uint64_t fileSize) const {
   std::uint64_t sum = 0;
-  for (std::uint64_t chunk = 1; chunk <= count; ++chunk) sum += heldBy(fileSize, chunk);
+  for (std::size_t chunk = 0; chunk < count(); ++chunk) sum += heldBy(fileSize, chunk);
   return sum;
 }
 

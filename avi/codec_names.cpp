@@ -4,6 +4,8 @@
 #include <array>
 #include <string>
 
+#include "avi/byte_order.h"
+
 namespace zelvo::avi {
 
 namespace {
@@ -112,7 +114,7 @@ constexpr std::array kVideoCodecs = {
 };
 
 std::uint32_t tagAt(std::span<const std::byte> format, std::size_t offset) {
-  return std::to_integer<std::uint32_t>(format[offset]) | std::to_integer<std::uint32_t>(format[offset + 1]) << 8U;
+  return loadLittleEndian16(format.subspan(offset).first<2>());
 }
 
 char capital(std::byte byte) {

@@ -13,13 +13,7 @@ std::span<const std::byte> FileView::bytes(std::uint64_t offset, std::size_t siz
     start_ = offset;
     held_ = result.count;
     isCut_ = static_cast<bool>(result.error);
-    if (result.error) {
-      if (failures_.count == 0) {
-        failures_.firstOffset = offset + result.count;
-        failures_.firstCause = result.error;
-      }
-      ++failures_.count;
-    }
+    if (result.error) failures_.add({1, offset + result.count, result.error});
   }
   const auto at = static_cast<std::size_t>(offset - start_);
   failedLast_ = isCut_ && held_ - at < size;
@@ -36,12 +30,6 @@ std::optional<FourCC> FileView::code(std::uint64_t offset) {
   const std::span<const std::byte> found = bytes(offset, 4);
   if (found.size() < 4) return std::nullopt;
   return FourCC::at(found);
-}
-
-ReadFailures together(ReadFailures one, const ReadFailures& other) {
-  if (one.count == 0) return other;
-  one.count += other.count;
-  return one;
 }
 
 }  // namespace zelvo::avi

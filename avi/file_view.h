@@ -9,7 +9,7 @@
 #include <span>
 
 #include "avi/fourcc.h"
-#include "avi/input_file.h"
+#include "avi/read_failures.h"
 #include "platform/bytes.h"
 #include "platform/files.h"
 
@@ -50,8 +50,5 @@ class FileView {
   bool failedLast_ = false;
   ReadFailures failures_;
 };
-
-/// The failures of both; the first is that of `one` when it has any.
-[[nodiscard]] ReadFailures together(ReadFailures one, const ReadFailures& other);
 
 }  // namespace zelvo::avi

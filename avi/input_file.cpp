@@ -21,21 +21,12 @@ std::size_t InputFile::read(std::uint64_t offset, std::span<std::byte> into) {
   return result.count;
 }
 
-void ReadFailures::add(const ReadFailures& later) {
-  if (count == 0) {
-    firstOffset = later.firstOffset;
-    firstCause = later.firstCause;
-  }
-  count += later.count;
-}
-
 void InputFile::remember(const ReadFailures& failures) {
   const std::lock_guard lock(mutex_);
   keep(failures);
 }
 
 void InputFile::keep(const ReadFailures& failures) {
-  constexpr std::uint64_t kBlockSize = 1024;
   failures_.add(failures);
   if (failures.count == 0) return;
   const std::uint64_t blockEnd = (failures.firstOffset / kBlockSize + 1) * kBlockSize;

@@ -10,27 +10,18 @@
 #include <system_error>
 
 #include "avi/byte_ranges.h"
+#include "avi/read_failures.h"
 #include "platform/bytes.h"
 #include "platform/files.h"
 
 namespace zelvo::avi {
 
-/// Reads that failed, the end of the file not counted among them.
-struct ReadFailures {
-  std::uint64_t count = 0;
-  std::uint64_t firstOffset = 0;  ///< first byte that could not be read
-  std::error_code firstCause;
-  /// Distinct bytes that could not be read: from where a read failed to the end of that 1024-byte block, as far as the
-  /// scan reads on behind it.
-  std::uint64_t bytes = 0;
-
-  /// Counts failures that came after these.
-  void add(const ReadFailures& later);
-};
-
 /// Thread: any, several at once.
 class InputFile {
  public:
+  /// The search for chunks goes through the file in blocks of this size.
+  static constexpr std::size_t kBlockSize = 1024;
+
   /// Without a file every read answers nothing.
   explicit InputFile(std::unique_ptr<platform::ReadableFile> file) : owned_(std::move(file)), file_(owned_.get()) {}
   /// Of a file that somebody else keeps open.

@@ -4,6 +4,7 @@
 
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
+#include "platform/paths.h"
 #include "platform/same_file.h"
 
 namespace zelvo::cli {
@@ -17,7 +18,7 @@ CommandInputs::CommandInputs(const std::vector<std::string>& paths, platform::Fi
 }
 
 CommandInputs::Place CommandInputs::placeOf(const std::string& path) const {
-  return {fileManager_.attributesFollowingLinks(folderOf(path)), path.substr(path.rfind('/') + 1)};
+  return {fileManager_.attributesFollowingLinks(platform::folderOf(path)), path.substr(path.rfind('/') + 1)};
 }
 
 std::optional<std::string> CommandInputs::at(const std::string& output) const {

@@ -6,6 +6,7 @@
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
 #include "cli/surroundings.h"
+#include "platform/paths.h"
 #include "storage/drive_inventory.h"
 #include "storage/system_record.h"
 
@@ -118,7 +119,7 @@ class DrivesCommand final : public Command {
     if (*record_ == "-") return around.console.result(text) ? Exit::done : Exit::ioFailed;
     platform::Relaxed<std::uint64_t> written;
     HiddenFile hidden(around.fileManager, around.newFiles, written);
-    std::error_code error = hidden.create(folderOf(*record_));
+    std::error_code error = hidden.create(platform::folderOf(*record_));
     if (!error) error = hidden.file()->writeAt(0, std::as_bytes(std::span(text))).error;
     if (!error) error = hidden.flushAndClose();
     if (error) {

@@ -3,6 +3,7 @@
 #include <utility>
 #include <vector>
 
+#include "avi/input_file.h"
 #include "cli/shown_text.h"
 #include "engine/low32.h"
 #include "engine/sample_tables.h"
@@ -12,8 +13,7 @@ namespace zelvo::cli {
 
 namespace {
 
-constexpr std::uint64_t kLargestUnsupported = 524288;
-constexpr std::uint64_t kSmallestAvi = 1024;
+constexpr std::uint64_t kSmallestAvi = avi::InputFile::kBlockSize;
 constexpr std::uint64_t kOffsetsWrap = std::uint64_t{1} << 32U;
 
 std::string listed(const std::vector<std::string>& parts) {
@@ -46,7 +46,7 @@ std::string whyRejected(const ChosenInput& input, const engine::RepairReport& re
     text = "its first 50 KiB lack " + listed(missing);
     if (!found.audioHeader) text += " (a file without an audio stream cannot be repaired)";
   }
-  if (size <= kLargestUnsupported) {
+  if (size <= engine::kLargestUnsupported) {
     if (!text.empty()) text += ", and ";
     text += "it is " + shownSize(size) + " small, where only files larger than 512 KiB are repaired";
   }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "cli/avi_outline.h"
+#include "avi/outline.h"
 #include "cli/chosen_input.h"
 #include "cli/job_progress.h"
 #include "cli/outline_writers.h"
@@ -17,7 +17,7 @@ namespace {
 class Inspection {
  public:
   /// `takenBack`: nobody takes the result any more.
-  Inspection(Surroundings& around, const ChosenInput& input, OutlineSink& sink,
+  Inspection(Surroundings& around, const ChosenInput& input, avi::OutlineSink& sink,
              const platform::Relaxed<bool>& takenBack, bool listsAll)
       : around_(around),
         input_(input),
@@ -30,7 +30,7 @@ class Inspection {
     outline_.walk();
     around_.console.progress("");
   }
-  [[nodiscard]] const AviOutline& outline() const { return outline_; }
+  [[nodiscard]] const avi::Outline& outline() const { return outline_; }
 
   /// Tells what kept the walk from seeing all, or that this is no AVI file.
   [[nodiscard]] Exit exit() const {
@@ -69,7 +69,7 @@ class Inspection {
   const ChosenInput& input_;
   const platform::Relaxed<bool>& takenBack_;
   ProgressLine progress_;
-  AviOutline outline_;
+  avi::Outline outline_;
 };
 
 class InspectCommand final : public Command {
@@ -102,7 +102,7 @@ class InspectCommand final : public Command {
       OutlineJson sink(take, input.path, input.attributes.size);
       Inspection inspection(around, input, sink, takenBack, chunks_);
       inspection.walk();
-      const AviOutline& outline = inspection.outline();
+      const avi::Outline& outline = inspection.outline();
       sink.finish(outline.isAvi(), outline.failures().count, outline.wasStopped());
       return inspection.exit();
     }

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "avi/chunk_codes.h"
+#include "cli/outline_words.h"
 #include "cli/shown_text.h"
 
 namespace zelvo::cli {
@@ -18,16 +19,17 @@ avi::FourCC codeOf(std::uint32_t value) {
   return code;
 }
 
-std::string valueInWords(const Field& field) {
+std::string valueInWords(const avi::Field& field) {
   if (const auto* text = std::get_if<std::string>(&field.value)) return "\"" + shownText(*text) + "\"";
+  if (const auto* code = std::get_if<avi::FourCC>(&field.value)) return "\"" + shownText(codeOrNumber(*code)) + "\"";
   if (const auto* number = std::get_if<std::int64_t>(&field.value)) return std::to_string(*number);
   return std::to_string(std::get<std::uint64_t>(field.value));
 }
 
-std::string fieldInWords(const Field& field) {
+std::string fieldInWords(const avi::Field& field) {
   std::string text = std::string(field.name) + " = " + valueInWords(field);
-  if (!field.unit.empty()) text += " " + std::string(field.unit);
-  if (!field.note.empty()) text += " (" + field.note + ")";
+  if (field.unit != avi::Unit::none) text += " " + std::string(inWords(field.unit));
+  if (const std::string note = noteOn(field); !note.empty()) text += " (" + note + ")";
   return text;
 }
 
@@ -40,26 +42,28 @@ std::string countsInWords(const Counts& index) {
   return text;
 }
 
-std::string indexInWords(const IndexReport& index) {
+std::string indexInWords(const avi::IndexReport& index) {
   std::string text = countsInWords(index);
   if (index.keyFrames) text += ", " + shownNumber(*index.keyFrames) + " key frames";
-  if (!index.note.empty()) text += "; " + index.note;
+  if (const std::string remark = remarkInWords(index); !remark.empty()) text += "; " + remark;
   return text;
 }
 
-void writeField(JsonWriter& json, const Field& field) {
+void writeField(JsonWriter& json, const avi::Field& field) {
   json.beginObject();
   json.member("name", field.name);
   json.key("value");
   if (const auto* text = std::get_if<std::string>(&field.value)) {
     json.text(*text);
+  } else if (const auto* code = std::get_if<avi::FourCC>(&field.value)) {
+    json.text(codeOrNumber(*code));
   } else if (const auto* number = std::get_if<std::int64_t>(&field.value)) {
     json.integer(*number);
   } else {
     json.number(std::get<std::uint64_t>(field.value));
   }
-  if (!field.unit.empty()) json.member("unit", field.unit);
-  if (!field.note.empty()) json.member("note", field.note);
+  if (field.unit != avi::Unit::none) json.member("unit", inWords(field.unit));
+  if (const std::string note = noteOn(field); !note.empty()) json.member("note", note);
   json.endObject();
 }
 
@@ -74,15 +78,15 @@ void beginIndex(JsonWriter& json, const Counts& index) {
   if (index.unreadable > 0) json.member("unreadable", index.unreadable);
 }
 
-void writeIndex(JsonWriter& json, const IndexReport& index) {
+void writeIndex(JsonWriter& json, const avi::IndexReport& index) {
   beginIndex(json, index);
   if (index.keyFrames) json.member("key_frames", *index.keyFrames);
-  if (!index.note.empty()) json.member("note", index.note);
+  if (const std::string remark = remarkInWords(index); !remark.empty()) json.member("note", remark);
   if (index.firstWrong) {
     json.key("first_wrong");
     json.beginObject();
-    json.member("entry", *index.firstWrong);
-    json.member("text", index.whatIsWrong);
+    json.member("entry", index.firstWrong->number);
+    json.member("text", inWords(*index.firstWrong));
     json.endObject();
   }
   json.endObject();
@@ -111,12 +115,12 @@ void OutlineText::finish(std::uint64_t failedReads, bool stopped) {
   passOn();
 }
 
-void OutlineText::beginList(const OutlineItem& list) {
+void OutlineText::beginList(const avi::OutlineItem& list) {
   const std::string type = list.type ? " \"" + shownCode(*list.type) + "\"" : "";
   line(list.depth, shownCode(list.id) + type + " at " + shownNumber(list.offset) + ", " + counted(list.size, "byte"));
 }
 
-void OutlineText::writeSums(std::size_t depth, const DataSums& sums) {
+void OutlineText::writeSums(std::size_t depth, const avi::DataSums& sums) {
   for (const auto& [code, sum] : sums) {
     const std::string name = code == 0 ? "others" : shownCode(codeOf(code));
     const std::string index = sum.index ? "; " + countsInWords(*sum.index) : "";
@@ -124,21 +128,21 @@ void OutlineText::writeSums(std::size_t depth, const DataSums& sums) {
   }
 }
 
-void OutlineText::endList(const OutlineItem& list, const DataSums& sums) { writeSums(list.depth + 1, sums); }
+void OutlineText::endList(const avi::OutlineItem& list, const avi::DataSums& sums) { writeSums(list.depth + 1, sums); }
 
-void OutlineText::endFile(const DataSums& sums) { writeSums(0, sums); }
+void OutlineText::endFile(const avi::DataSums& sums) { writeSums(0, sums); }
 
-void OutlineText::chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
-                        const std::optional<IndexReport>& index) {
+void OutlineText::chunk(const avi::OutlineItem& chunk, const std::vector<avi::Field>& fields,
+                        const std::optional<avi::IndexReport>& index) {
   line(chunk.depth, shownCode(chunk.id) + " at " + shownNumber(chunk.offset) + ", " + counted(chunk.size, "byte"));
-  for (const Field& field : fields) line(chunk.depth + 1, fieldInWords(field));
+  for (const avi::Field& field : fields) line(chunk.depth + 1, fieldInWords(field));
   if (index) line(chunk.depth + 1, indexInWords(*index));
 }
 
-void OutlineText::problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) {
+void OutlineText::problem(const avi::Problem& problem, std::size_t depth) {
   ++problemCount_;
   if (!showsAll_ && problemCount_ > kMostProblems) return;
-  line(depth, "! at " + shownNumber(offset) + ": " + sentence);
+  line(depth, "! at " + shownNumber(problem.offset) + ": " + inWords(problem));
 }
 
 OutlineJson::OutlineJson(TakePiece take, std::string_view path, std::uint64_t size) : take_(std::move(take)) {
@@ -158,14 +162,14 @@ void OutlineJson::passOn(bool all) {
   if (all || json_.written().size() >= kPieceSize) take_(json_.take());
 }
 
-void OutlineJson::beginItem(const OutlineItem& item) {
+void OutlineJson::beginItem(const avi::OutlineItem& item) {
   json_.beginObject();
   json_.member("id", shownCode(item.id));
   json_.member("offset", item.offset);
   json_.member("size", item.size);
 }
 
-void OutlineJson::beginList(const OutlineItem& list) {
+void OutlineJson::beginList(const avi::OutlineItem& list) {
   beginItem(list);
   if (list.type) json_.member("type", shownCode(*list.type));
   json_.key("chunks");
@@ -173,7 +177,7 @@ void OutlineJson::beginList(const OutlineItem& list) {
   passOn(false);
 }
 
-void OutlineJson::writeSums(const DataSums& sums) {
+void OutlineJson::writeSums(const avi::DataSums& sums) {
   if (sums.empty()) return;
   json_.key("not_listed");
   json_.beginArray();
@@ -196,25 +200,25 @@ void OutlineJson::writeSums(const DataSums& sums) {
   json_.endArray();
 }
 
-void OutlineJson::endFile(const DataSums& sums) {
+void OutlineJson::endFile(const avi::DataSums& sums) {
   json_.endArray();
   writeSums(sums);
 }
 
-void OutlineJson::endList(const OutlineItem&, const DataSums& sums) {
+void OutlineJson::endList(const avi::OutlineItem&, const avi::DataSums& sums) {
   json_.endArray();
   writeSums(sums);
   json_.endObject();
   passOn(false);
 }
 
-void OutlineJson::chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
-                        const std::optional<IndexReport>& index) {
+void OutlineJson::chunk(const avi::OutlineItem& chunk, const std::vector<avi::Field>& fields,
+                        const std::optional<avi::IndexReport>& index) {
   beginItem(chunk);
   if (!fields.empty()) {
     json_.key("fields");
     json_.beginArray();
-    for (const Field& field : fields) writeField(json_, field);
+    for (const avi::Field& field : fields) writeField(json_, field);
     json_.endArray();
   }
   if (index) writeIndex(json_, *index);
@@ -222,9 +226,9 @@ void OutlineJson::chunk(const OutlineItem& chunk, const std::vector<Field>& fiel
   passOn(false);
 }
 
-void OutlineJson::problem(std::uint64_t offset, std::size_t, const std::string& sentence) {
+void OutlineJson::problem(const avi::Problem& problem, std::size_t) {
   ++problemCount_;
-  if (problems_.size() < kMostProblems) problems_.push_back({offset, sentence});
+  if (problems_.size() < kMostProblems) problems_.push_back(problem);
 }
 
 void OutlineJson::finish(bool isAvi, std::uint64_t readErrors, bool stopped) {
@@ -232,10 +236,10 @@ void OutlineJson::finish(bool isAvi, std::uint64_t readErrors, bool stopped) {
   json_.boolean(isAvi);
   json_.key("problems");
   json_.beginArray();
-  for (const Problem& problem : problems_) {
+  for (const avi::Problem& problem : problems_) {
     json_.beginObject();
     json_.member("offset", problem.offset);
-    json_.member("text", problem.sentence);
+    json_.member("text", inWords(problem));
     json_.endObject();
   }
   json_.endArray();

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/avi_outline.h"
+#include "avi/outline.h"
 #include "cli/json_writer.h"
 
 namespace zelvo::cli {
@@ -15,18 +15,18 @@ namespace zelvo::cli {
 /// Takes a piece of the text.
 using TakePiece = std::function<void(std::string_view)>;
 
-class OutlineText final : public OutlineSink {
+class OutlineText final : public avi::OutlineSink {
  public:
   /// Of the problems only this many are shown unless all are wanted.
   static constexpr std::uint64_t kMostProblems = 1000;
 
   explicit OutlineText(TakePiece take, bool showsAll = false) : take_(std::move(take)), showsAll_(showsAll) {}
-  void beginList(const OutlineItem& list) override;
-  void endList(const OutlineItem& list, const DataSums& sums) override;
-  void endFile(const DataSums& sums) override;
-  void chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
-             const std::optional<IndexReport>& index) override;
-  void problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) override;
+  void beginList(const avi::OutlineItem& list) override;
+  void endList(const avi::OutlineItem& list, const avi::DataSums& sums) override;
+  void endFile(const avi::DataSums& sums) override;
+  void chunk(const avi::OutlineItem& chunk, const std::vector<avi::Field>& fields,
+             const std::optional<avi::IndexReport>& index) override;
+  void problem(const avi::Problem& problem, std::size_t depth) override;
   /// Writes the last line and passes on what is left. `failedReads`: how many there were; `stopped`: before all was
   /// looked at.
   void finish(std::uint64_t failedReads, bool stopped);
@@ -34,7 +34,7 @@ class OutlineText final : public OutlineSink {
  private:
   void passOn();
   void line(std::size_t depth, const std::string& text);
-  void writeSums(std::size_t depth, const DataSums& sums);
+  void writeSums(std::size_t depth, const avi::DataSums& sums);
 
   TakePiece take_;
   const bool showsAll_;
@@ -42,33 +42,29 @@ class OutlineText final : public OutlineSink {
   std::string piece_;
 };
 
-class OutlineJson final : public OutlineSink {
+class OutlineJson final : public avi::OutlineSink {
  public:
   /// Of the problems only this many are written; they are counted all.
   static constexpr std::size_t kMostProblems = 100;
 
   OutlineJson(TakePiece take, std::string_view path, std::uint64_t size);
-  void beginList(const OutlineItem& list) override;
-  void endList(const OutlineItem& list, const DataSums& sums) override;
-  void endFile(const DataSums& sums) override;
-  void chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
-             const std::optional<IndexReport>& index) override;
-  void problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) override;
+  void beginList(const avi::OutlineItem& list) override;
+  void endList(const avi::OutlineItem& list, const avi::DataSums& sums) override;
+  void endFile(const avi::DataSums& sums) override;
+  void chunk(const avi::OutlineItem& chunk, const std::vector<avi::Field>& fields,
+             const std::optional<avi::IndexReport>& index) override;
+  void problem(const avi::Problem& problem, std::size_t depth) override;
   /// Writes the end and passes on what is left. `readErrors`: reads that failed; `stopped`: before all was looked at.
   void finish(bool isAvi, std::uint64_t readErrors, bool stopped);
 
  private:
-  struct Problem {
-    std::uint64_t offset;
-    std::string sentence;
-  };
-  void beginItem(const OutlineItem& item);
-  void writeSums(const DataSums& sums);
+  void beginItem(const avi::OutlineItem& item);
+  void writeSums(const avi::DataSums& sums);
   void passOn(bool all);
 
   TakePiece take_;
   JsonWriter json_;
-  std::vector<Problem> problems_;
+  std::vector<avi::Problem> problems_;
   std::uint64_t problemCount_ = 0;
 };
 

@@ -1,12 +1,13 @@
 #include "cli/output_place.h"
 
 #include <algorithm>
-#include <array>
 #include <random>
 #include <utility>
 
+#include "avi/name_endings.h"
 #include "cli/shown_text.h"
 #include "engine/counted_file.h"
+#include "platform/paths.h"
 #include "platform/ran_out.h"
 #include "platform/same_file.h"
 
@@ -33,13 +34,12 @@ bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
 }
 
 std::string_view withoutVideoEnding(std::string_view name) {
-  constexpr std::array<std::string_view, 3> kEndings = {".avi", ".divx", ".xvid"};
-  for (const std::string_view ending : kEndings) {
-    if (name.size() > ending.size() && equalsIgnoringCase(name.substr(name.size() - ending.size()), ending)) {
-      return name.substr(0, name.size() - ending.size());
-    }
-  }
-  return name;
+  const std::size_t dot = name.rfind('.');
+  if (dot == 0 || dot == std::string_view::npos) return name;
+  const bool isVideo =
+      std::any_of(avi::kNameEndings.begin(), avi::kNameEndings.end(),
+                  [ending = name.substr(dot + 1)](std::string_view one) { return equalsIgnoringCase(ending, one); });
+  return isVideo ? name.substr(0, dot) : name;
 }
 
 std::string hiddenName() {
@@ -50,10 +50,10 @@ std::string hiddenName() {
 }
 
 std::optional<std::string> folderRefusal(const OutputChoice& output, platform::FileManager& fileManager) {
-  std::string folder = folderOf(output.path);
+  std::string folder = platform::folderOf(output.path);
   auto there = fileManager.attributesFollowingLinks(folder);
   if (!there && output.makesFolder) {
-    folder = folderOf(folder);
+    folder = platform::folderOf(folder);
     there = fileManager.attributesFollowingLinks(folder);
   }
   if (!there) return "there is no folder " + shownText(folder) + "; create it or name another one.";
@@ -66,23 +66,9 @@ std::optional<std::string> folderRefusal(const OutputChoice& output, platform::F
 
 }  // namespace
 
-std::string folderOf(const std::string& path) {
-  std::size_t end = path.size();
-  while (end > 1 && path[end - 1] == '/') --end;
-  const std::size_t slash = path.rfind('/', end - 1);
-  if (path.empty() || slash == std::string::npos) return ".";
-  std::size_t last = slash;
-  while (last > 0 && path[last - 1] == '/') --last;
-  return last == 0 ? "/" : path.substr(0, last);
-}
-
-std::string pathIn(const std::string& folder, std::string_view name) {
-  return folder.ends_with('/') ? folder + std::string(name) : folder + "/" + std::string(name);
-}
-
 std::string repairedPath(const std::string& input, const std::optional<std::string>& directory) {
   const std::string name = std::string(withoutVideoEnding(nameOf(input))) + "-repaired.avi";
-  if (directory) return pathIn(*directory, name);
+  if (directory) return platform::pathIn(*directory, name);
   return input.substr(0, input.size() - nameOf(input).size()) + name;
 }
 
@@ -90,7 +76,7 @@ std::error_code HiddenFile::create(const std::string& folder) {
   std::error_code error;
   // A name that exists already is as good as impossible; should it happen, another one is tried.
   for (int attempt = 0; attempt < 8; ++attempt) {
-    const std::string candidate = pathIn(folder, hiddenName());
+    const std::string candidate = platform::pathIn(folder, hiddenName());
     auto created = newFiles_.createNewFile(candidate);
     if (created.file) {
       path_ = candidate;

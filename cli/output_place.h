@@ -28,12 +28,6 @@ struct OutputChoice {
 /// endings of video files that this program is for are taken off the name.
 [[nodiscard]] std::string repairedPath(const std::string& input, const std::optional<std::string>& directory);
 
-/// The folder part of a path; "." when there is none.
-[[nodiscard]] std::string folderOf(const std::string& path);
-
-/// `folder` with `name` behind it.
-[[nodiscard]] std::string pathIn(const std::string& folder, std::string_view name);
-
 /// A file under a hidden name that nobody can guess, open for writing; removed when it is let go, unless it was renamed.
 /// Thread: one at a time.
 class HiddenFile {

@@ -17,6 +17,7 @@
 #include "cli/shown_text.h"
 #include "engine/padded_copy.h"
 #include "engine/repair.h"
+#include "platform/paths.h"
 #include "platform/same_file.h"
 
 namespace zelvo::cli {
@@ -36,7 +37,7 @@ class OneRepair final : public engine::OutputMaker {
         job_(job),
         inputs_(inputs),
         output_(std::move(output)),
-        folder_(folderOf(output_.path)),
+        folder_(platform::folderOf(output_.path)),
         isPadded_(padded),
         rebuilt_(around.fileManager, around.newFiles, job.written()),
         padded_(around.fileManager, around.newFiles, job.written()) {}
@@ -131,7 +132,7 @@ void OneRepair::copyPadded(const platform::CancelMark& cancel) {
 
 void OneRepair::keepNames(Outcome& outcome) {
   std::error_code error = around_.newFiles.flushFolder(folder_);
-  if (!error && output_.makesFolder) error = around_.newFiles.flushFolder(folderOf(folder_));
+  if (!error && output_.makesFolder) error = around_.newFiles.flushFolder(platform::folderOf(folder_));
   if (!error) return;
   job_.warn(outcome, shownText(output_.path) +
                          " is written, but a power cut could still take its name from it: " + error.message() + ".");
@@ -251,7 +252,7 @@ class RepairCommand final : public Command {
  private:
   [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
     if (output_) return {*output_, force_, false};
-    if (into_) return {pathIn(*into_, "repaired.avi"), force_, true};
+    if (into_) return {platform::pathIn(*into_, "repaired.avi"), force_, true};
     return {repairedPath(input, outputFolder_), force_, false};
   }
 

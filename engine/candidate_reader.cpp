@@ -1,5 +1,7 @@
 #include "engine/candidate_reader.h"
 
+#include "engine/data_codes.h"
+
 namespace zelvo::engine {
 
 void CandidateReader::read(const Stretch& stretch, StretchContent& content) {
@@ -47,7 +49,7 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
     // Decision: scan, Blank pictures do not count
     const bool mayBeBlank = payload >= bytes.size() || bytes[payload] == std::byte{0};
     candidate.isBlank =
-        mayBeBlank && candidate.code != avi::k01wb && window_.isAllZero(position + std::uint64_t{8}, candidate.size);
+        mayBeBlank && isPictureCode(candidate.code) && window_.isAllZero(position + std::uint64_t{8}, candidate.size);
   }
 }
 

@@ -4,7 +4,7 @@
 
 #include <bit>
 
-#include "avi/fourcc.h"
+#include "engine/data_codes.h"
 
 #if defined(__x86_64__)
 #include <immintrin.h>
@@ -15,8 +15,7 @@ namespace zelvo::engine {
 namespace {
 
 void addIfCode(const std::byte* bytes, std::size_t position, FoundCodes& found) {
-  const avi::FourCC code = avi::FourCC::at(std::span(bytes + position, 4));
-  if (code == avi::k00dc || code == avi::k01wb || code == avi::k00db) found.add(position);
+  if (isDataCode(avi::FourCC::at(std::span(bytes + position, 4)))) found.add(position);
 }
 
 void findPortably(const std::byte* bytes, std::size_t positions, FoundCodes& found) {

@@ -18,9 +18,8 @@ using platform::logLine;
 namespace {
 
 constexpr std::uint32_t kBlocksHarvested = 50;
-constexpr std::size_t kBlockSize = 1024;
+constexpr std::size_t kBlockSize = avi::InputFile::kBlockSize;
 constexpr std::size_t kLookAhead = 2048;
-constexpr std::uint64_t kLargestUnsupported = 524288;
 
 bool anyByteSet(std::span<const std::byte> bytes) {
   return std::any_of(bytes.begin(), bytes.end(), [](std::byte byte) { return byte != std::byte{0}; });

@@ -5,6 +5,7 @@
 // 4. The "movi" list: both standard indexes, then all video chunks, then all audio chunks.
 // 5. Have the file closed.
 #include <algorithm>
+#include <array>
 
 #include "avi/chunk_copy.h"
 #include "avi/codec_text.h"
@@ -91,23 +92,22 @@ avi::CopyEnd Writer::writeMovi(avi::StagedOutput& out, bool hasItsLength) {
   out.code(avi::kList);
   out.number32(low32(layout.movisize));
   out.code(avi::kMovi);
-  const avi::ChunkRun video = state_.videoChunks();
-  const avi::ChunkRun audio = state_.audioChunks();
   writeStandardIndex(out, {avi::kIx00, layout.ix00size, state_.db ? avi::k00db : avi::k00dc, layout.baseoffsetforvideo,
-                           video.sizes, video.count});
+                           state_.videosamplesizearray, state_.videosamplecount});
   writeStandardIndex(out,
-                     {avi::kIx01, layout.ix01size, avi::k01wb, layout.baseoffsetforaudio, audio.sizes, audio.count});
+                     {avi::kIx01, layout.ix01size, avi::k01wb, layout.baseoffsetforaudio,
+                           state_.audiosamplesizearray, state_.audiosamplecount});
   const avi::CopyEnd headers{.position = out.position(), .failure = out.finish()};
 
   // Deliberate: a stop before the copy leaves out all chunks, one during the video copy the audio only, and a later one
   // nothing. No pad byte follows an odd chunk; the indexes count on chunks lying back to back.
   const auto stopped = [this] { return run_.stopRequested(); };
   if (headers.failure || stopped()) return headers;
+  const std::array runs{state_.videoChunks(), state_.audioChunks()};
   return avi::copyChunks({.input = run_.input,
                           .out = file_,
                           .position = headers.position,
-                          .video = video,
-                          .audio = audio,
+                          .runs = runs,
                           .outHasItsLength = hasItsLength,
                           .stopped = stopped,
                           .workers = run_.workers,

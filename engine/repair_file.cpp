@@ -124,7 +124,7 @@ bool RepairFile::fileValidityCheck() {
 }
 
 bool RepairFile::harvestHeaders() {
-  buffersize = 1024;
+  buffersize = avi::InputFile::kBlockSize;
   nextHeader = false;
   return engine::harvestHeaders(*this, context());
 }

@@ -13,6 +13,9 @@
 
 namespace zelvo::engine {
 
+/// An input of this size or a smaller one is not repaired.
+inline constexpr std::uint64_t kLargestUnsupported = 524288;
+
 /// How far a run came.
 enum class RunEnd {
   none,          ///< it has not ended, was cancelled before its first step, or ran out of memory or threads

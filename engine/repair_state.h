@@ -83,10 +83,10 @@ struct RepairState {
   SampleTable& audiosampleoffsetarray;
   SampleTable& audiosamplesizearray;
   [[nodiscard]] avi::ChunkRun videoChunks() const {
-    return {videosampleoffsetarray, videosamplesizearray, videosamplecount};
+    return filledPart(videosampleoffsetarray, videosamplesizearray, videosamplecount);
   }
   [[nodiscard]] avi::ChunkRun audioChunks() const {
-    return {audiosampleoffsetarray, audiosamplesizearray, audiosamplecount};
+    return filledPart(audiosampleoffsetarray, audiosamplesizearray, audiosamplecount);
   }
 
   // ---- What was kept, and the output ----

@@ -8,6 +8,7 @@
 
 #include "avi/fourcc.h"
 #include "engine/candidate_reader.h"
+#include "engine/data_codes.h"
 #include "engine/repair_stages.h"
 #include "engine/stretch_queue.h"
 
@@ -33,7 +34,7 @@ class LookAheadBuffer {
   [[nodiscard]] bool holdsCode() const {
     for (std::size_t at = 0; at <= 2; ++at) {
       const avi::FourCC code = codeAt(at);
-      if (code == avi::k00dc || code == avi::k01wb || code == avi::k00db || code == avi::kJunk) return true;
+      if (isDataCode(code) || code == avi::kJunk) return true;
     }
     return false;
   }
@@ -58,7 +59,7 @@ class SampleScan {
     if (candidate.sizeIsRefused()) return;
     lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
     if (!lookAhead_.holdsCode()) return;
-    if (candidate.code == avi::k01wb) {
+    if (isSoundCode(candidate.code)) {
       record(candidate, state_.audiosamplecount, state_.audiosamplesizearray, state_.audiosampleoffsetarray,
              audioFullTold_);
     } else {
@@ -72,7 +73,7 @@ class SampleScan {
               bool& fullTold) {
     if (count == kLargestSampleCount) {  // Decision: scan, A full table ends its kind only
       if (!fullTold) {
-        logLine(log_, "Table full, no more %@ chunks are recorded", candidate.code == avi::k01wb ? "audio" : "video");
+        logLine(log_, "Table full, no more %@ chunks are recorded", isSoundCode(candidate.code) ? "audio" : "video");
       }
       fullTold = true;
       ++state_.samplesleftout;
@@ -83,7 +84,7 @@ class SampleScan {
     offsets[count] = candidate.position();
     state_.tally.add({.position = candidate.position(),
                       .size = candidate.size,
-                      .isSound = candidate.code == avi::k01wb,
+                      .isSound = isSoundCode(candidate.code),
                       .isBlank = candidate.isBlank,
                       .isPaddedBehind = lookAhead_.holdsPadding()});
   }

@@ -5,6 +5,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
+
+#include "avi/chunk_run.h"
 
 namespace zelvo::engine {
 
@@ -13,6 +16,12 @@ inline constexpr std::size_t kSampleTableEntries = 1048576;
 inline constexpr std::uint64_t kLargestSampleCount = kSampleTableEntries - 1;
 
 using SampleTable = std::array<std::uint64_t, kSampleTableEntries>;
+
+/// Entries 1 to `count` of two tables.
+[[nodiscard]] inline avi::ChunkRun filledPart(const SampleTable& offsets, const SampleTable& sizes,
+                                              std::uint64_t count) {
+  return {std::span(offsets).subspan(1, count), std::span(sizes).subspan(1, count)};
+}
 
 /// 32 MiB: heap only. Fresh pages stay untouched until a chunk is recorded in them.
 struct SampleTables {

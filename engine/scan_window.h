@@ -18,7 +18,7 @@ namespace zelvo::engine {
 /// Thread: one.
 class ScanWindow {
  public:
-  static constexpr std::size_t kBlockSize = 1024;
+  static constexpr std::size_t kBlockSize = avi::InputFile::kBlockSize;
   /// One read for a block takes the block and this many bytes behind it.
   static constexpr std::size_t kReadAhead = 2048;
   /// Blocks in a window. 256 KiB stays in the processor's nearer caches between the kernel's copy and the search, and

@@ -15,7 +15,7 @@ using platform::logLine;
 namespace {
 
 constexpr std::uint32_t kBlocksSearched = 10;
-constexpr std::size_t kBlockSize = 1024;
+constexpr std::size_t kBlockSize = avi::InputFile::kBlockSize;
 
 /// The codes, in the order in which they are tried.
 constexpr std::array kSignatures = {avi::kRiff, avi::kAvi,  avi::kList, avi::kHdrl, avi::kAvih, avi::kStrl,

@@ -1,5 +1,7 @@
 #include "storage/device_name.h"
 
+#include "platform/utf8.h"
+
 namespace zelvo::storage {
 
 namespace {
@@ -9,22 +11,6 @@ unsigned byteAt(std::string_view text, std::size_t at) {
 }
 
 bool isContinuation(unsigned byte) { return (byte & 0xC0U) == 0x80U; }
-
-/// Bytes of the UTF-8 character that `text` starts with; 0 when it starts with none.
-std::size_t characterLength(std::string_view text) {
-  const unsigned first = byteAt(text, 0);
-  const unsigned second = byteAt(text, 1);
-  if (first < 0x80) return 1;
-  if (first < 0xC2 || first > 0xF4) return 0;
-  const bool overlong = (first == 0xE0 && second < 0xA0) || (first == 0xF0 && second < 0x90);
-  const bool beyond = (first == 0xED && second >= 0xA0) || (first == 0xF4 && second >= 0x90);
-  if (overlong || beyond) return 0;
-  const std::size_t length = first < 0xE0 ? 2 : first < 0xF0 ? 3 : 4;
-  for (std::size_t at = 1; at < length; ++at) {
-    if (!isContinuation(byteAt(text, at))) return 0;
-  }
-  return length;
-}
 
 }  // namespace
 
@@ -39,7 +25,7 @@ std::size_t positionOfCharacter(std::string_view text, std::size_t characters) {
 
 bool isUtf8(std::string_view text) {
   while (!text.empty()) {
-    const std::size_t length = characterLength(text);
+    const std::size_t length = platform::utf8CharacterAt(text).length;
     if (length == 0) return false;
     text.remove_prefix(length);
   }

@@ -11,6 +11,8 @@
 #include <fstream>
 #include <utility>
 
+#include "platform/paths.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace {
@@ -21,11 +23,6 @@ constexpr int kMostSlots = 256;
 
 ScratchPair pairIn(const std::string& holder, const std::string& known, bool isShared) {
   return {holder + "/" + kNames[0], holder + "/" + kNames[1], known, isShared};
-}
-
-std::string folderOf(const std::string& file) {
-  const std::size_t slash = file.rfind('/');
-  return slash == std::string::npos ? "." : slash == 0 ? "/" : file.substr(0, slash);
 }
 
 /// Makes a folder of this user's, and those above it that are missing. False, with errno, when it is not there afterwards.

@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <span>
 
 namespace zelvo::tests {
 namespace {
 
+using avi::loadLittleEndian;
+using avi::loadLittleEndian16;
 using avi::loadLittleEndian32;
+using avi::loadLittleEndian64;
 using avi::storeLittleEndian32;
 using avi::storeLittleEndian64;
 
@@ -22,6 +26,17 @@ TEST(ByteOrder, EveryByteIsUnsigned) {
   EXPECT_EQ(loadLittleEndian32(four(0, 0xff, 0, 0)), 0xff00U);
   EXPECT_EQ(loadLittleEndian32(four(0, 0, 0xff, 0)), 0xff0000U);
   EXPECT_EQ(loadLittleEndian32(four(0, 0, 0, 0xff)), 0xff000000U);
+}
+
+TEST(ByteOrder, NumbersOfOtherWidthsBeginWithTheirLowestByteToo) {
+  std::array<std::byte, 8> bytes{};
+  for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = static_cast<std::byte>(0xf8 - i);
+  const std::span<const std::byte> all = bytes;
+  EXPECT_EQ(loadLittleEndian16(all.first<2>()), 0xf7f8U);
+  EXPECT_EQ(loadLittleEndian64(all.first<8>()), 0xf1f2f3f4f5f6f7f8U);
+  EXPECT_EQ(loadLittleEndian(all.first(1)), 0xf8U);
+  EXPECT_EQ(loadLittleEndian(all.first(3)), 0xf6f7f8U);
+  EXPECT_EQ(loadLittleEndian(all), 0xf1f2f3f4f5f6f7f8U);
 }
 
 TEST(ByteOrder, StoringAndLoadingGiveTheNumberBack) {

@@ -26,9 +26,9 @@ struct Chunks {
       sizes.push_back(size);
     }
   }
-  [[nodiscard]] avi::ChunkRun run() const { return {offsets, sizes, sizes.size() - 1}; }
-  std::vector<std::uint64_t> offsets{0};
-  std::vector<std::uint64_t> sizes{0};
+  [[nodiscard]] avi::ChunkRun run() const { return {offsets, sizes}; }
+  std::vector<std::uint64_t> offsets;
+  std::vector<std::uint64_t> sizes;
 };
 
 class ChunkPass : public testing::Test {
@@ -77,7 +77,7 @@ TEST_F(ChunkPass, ABatchEndsAtItsSizeAtALargeGapAndWhereChunksOverlap) {
   ASSERT_TRUE(pass({apart.run()})->take(batch));
   EXPECT_EQ(batch.size(), 1008U);
   Chunks overlapping(2, 1000, 0);
-  overlapping.offsets[2] = 500;
+  overlapping.offsets[1] = 500;
   ASSERT_TRUE(pass({overlapping.run()})->take(batch));
   EXPECT_EQ(batch.size(), 1008U);
 }
@@ -143,7 +143,7 @@ TEST_F(ChunkPass, WhatIsMissingStartsAtTheFirstSegmentThatIsNotWritten) {
   ASSERT_TRUE(all->missing());
   EXPECT_EQ(all->missing()->run, 0U);
   EXPECT_EQ(all->missing()->from.position, Segment::kSize);
-  EXPECT_EQ(all->missing()->from.chunk, 1 + Segment::kSize / 30008);
+  EXPECT_EQ(all->missing()->from.chunk, Segment::kSize / 30008);
   EXPECT_EQ(all->missing()->from.inChunk, Segment::kSize % 30008);
 }
 
@@ -172,6 +172,50 @@ TEST_F(ChunkPass, OfOneRunNothingIsLeftOut) {
   stopped = true;
   ASSERT_TRUE(all->take(batch));
   EXPECT_FALSE(all->leftOut());
+}
+
+TEST_F(ChunkPass, AStopFinishesTheFirstRunThatIsNotWritten) {
+  const Chunks first(10, 1000, 0);
+  const Chunks second(10, 1000, 0, 1000000);
+  const Chunks third(10, 1000, 0, 5000000);
+  const Chunks none(0, 0, 0);
+  const auto all = pass({none.run(), first.run(), second.run(), third.run()});
+  ASSERT_TRUE(all->take(batch));
+  all->arrived(batch);
+  Segment* segment = all->startWriting();
+  ASSERT_NE(segment, nullptr);
+  all->written(*segment, {segment->content().size(), {}});
+  stopped = true;
+  ASSERT_TRUE(all->take(batch));
+  EXPECT_EQ(batch.offset(), 1000000U);
+  EXPECT_TRUE(all->leftOut());
+  EXPECT_EQ(all->end(), 20 * 1008U);
+  EXPECT_FALSE(all->take(batch));
+  EXPECT_EQ(all->missing()->run, 2U);
+}
+
+TEST_F(ChunkPass, AStopIsAskedForOnceOnly) {
+  const Chunks video(10, 1000, 0);
+  const Chunks audio(10, 1000, 0, 5000000);
+  const Chunks more(10, 1000, 0, 6000000);
+  const auto all = pass({video.run(), audio.run(), more.run()});
+  stopped = true;
+  ASSERT_TRUE(all->take(batch));
+  stopped = false;
+  EXPECT_FALSE(all->take(batch));
+  EXPECT_EQ(all->end(), 10 * 1008U);
+}
+
+TEST(Segments, AreOneForEachRunAndOneForEachThread) {
+  avi::Segments segments;
+  EXPECT_EQ(segments.of(1).size(), 4U);
+  EXPECT_EQ(segments.of(2).size(), 4U);
+  EXPECT_EQ(segments.of(3).size(), 5U);
+  const auto most = segments.of(avi::ChunkPass::kMostRuns);
+  EXPECT_EQ(most.size() * Segment::kSize, 8U << 20U);
+  most[5].inUse = true;
+  EXPECT_FALSE(segments.of(avi::ChunkPass::kMostRuns)[5].inUse);
+  EXPECT_EQ(segments.of(2).size(), 4U);
 }
 
 TEST(PageBytes, StartOnAPageAndAreARange) {

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "cli/avi_outline.h"
+#include "avi/outline.h"
 #include "cli/outline_writers.h"
 #include "tests/cli/outline_lines.h"
 #include "tests/support/golden.h"
@@ -77,13 +77,13 @@ std::string told(test::MemoryReadable& file, Form form, bool all,
   const TakePiece take = [&out](std::string_view piece) { out += piece; };
   if (form == Form::text) {
     OutlineText sink(take, all);
-    AviOutline outline(file, sink, isEnding, all);
+    avi::Outline outline(file, sink, isEnding, all);
     outline.walk();
     sink.finish(outline.failures().count, outline.wasStopped());
     return out;
   }
   OutlineJson sink(take, "clip\n.avi", file.size());
-  AviOutline outline(file, sink, isEnding, all);
+  avi::Outline outline(file, sink, isEnding, all);
   outline.walk();
   sink.finish(outline.isAvi(), outline.failures().count, outline.wasStopped());
   // One member or element a line, so that a difference shows where it is.
@@ -129,7 +129,7 @@ TEST(OutlineGolden, WhatCannotBeReadIsTold) {
 TEST(OutlineGolden, JsonHolds100ProblemsAndCountsThemAll) {
   std::string out;
   OutlineJson sink([&out](std::string_view piece) { out += piece; }, "", 0);
-  for (std::uint64_t i = 0; i < 101; ++i) sink.problem(i, 0, "odd");
+  for (std::uint64_t i = 0; i < 101; ++i) sink.problem({.kind = avi::ProblemKind::listTooDeep, .offset = i}, 0);
   sink.endFile({});
   sink.finish(true, 0, false);
   EXPECT_NE(out.find("\"offset\":99,"), std::string::npos);
@@ -141,7 +141,7 @@ TEST(OutlineGolden, TextShows1000ProblemsUnlessAllAreWanted) {
   const auto endOf = [](std::uint64_t problems, bool all) {
     std::string out;
     OutlineText sink([&out](std::string_view piece) { out += piece; }, all);
-    for (std::uint64_t i = 0; i < problems; ++i) sink.problem(i, 0, "odd");
+    for (std::uint64_t i = 0; i < problems; ++i) sink.problem({.kind = avi::ProblemKind::listTooDeep, .offset = i}, 0);
     sink.finish(0, false);
     return out.substr(out.rfind('!'));
   };

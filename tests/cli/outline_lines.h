@@ -7,32 +7,32 @@
 #include <string>
 #include <vector>
 
-#include "avi/chunk_codes.h"
-#include "cli/avi_outline.h"
+#include "avi/outline.h"
+#include "cli/outline_words.h"
 #include "cli/shown_text.h"
 
 namespace zelvo::test {
 
 /// What is told, one line each, as "id type offset+size", "end id", "! sentence", "id x chunks".
-class Lines final : public cli::OutlineSink {
+class Lines final : public avi::OutlineSink {
  public:
-  void beginList(const cli::OutlineItem& list) override {
+  void beginList(const avi::OutlineItem& list) override {
     ++open_;
     deepest_ = std::max(deepest_, open_);
     add(cli::shownCode(list.id) + " " + (list.type ? cli::shownCode(*list.type) : "?"), list);
   }
-  void endList(const cli::OutlineItem& list, const cli::DataSums& sums) override {
+  void endList(const avi::OutlineItem& list, const avi::DataSums& sums) override {
     --open_;
     addSums(sums);
     lines.push_back("end " + cli::shownCode(list.id));
   }
-  void endFile(const cli::DataSums& sums) override { addSums(sums); }
-  void chunk(const cli::OutlineItem& chunk, const std::vector<cli::Field>&,
-             const std::optional<cli::IndexReport>&) override {
+  void endFile(const avi::DataSums& sums) override { addSums(sums); }
+  void chunk(const avi::OutlineItem& chunk, const std::vector<avi::Field>&,
+             const std::optional<avi::IndexReport>&) override {
     add(cli::shownCode(chunk.id), chunk);
   }
-  void problem(std::uint64_t offset, std::size_t, const std::string& sentence) override {
-    lines.push_back("! " + std::to_string(offset) + " " + sentence);
+  void problem(const avi::Problem& problem, std::size_t) override {
+    lines.push_back("! " + std::to_string(problem.offset) + " " + cli::inWords(problem));
   }
   [[nodiscard]] int open() const { return open_; }
   [[nodiscard]] int deepest() const { return deepest_; }
@@ -40,11 +40,11 @@ class Lines final : public cli::OutlineSink {
   std::vector<std::string> lines;
 
  private:
-  void add(const std::string& name, const cli::OutlineItem& item) {
+  void add(const std::string& name, const avi::OutlineItem& item) {
     EXPECT_LE(lines.size(), 10000000U);
     lines.push_back(name + " " + std::to_string(item.offset) + "+" + std::to_string(item.size));
   }
-  void addSums(const cli::DataSums& sums) {
+  void addSums(const avi::DataSums& sums) {
     for (const auto& [value, sum] : sums) {
       avi::FourCC code;
       code.value = value;

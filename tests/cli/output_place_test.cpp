@@ -31,17 +31,6 @@ TEST(RepairedPath, FolderIsPutBeforeTheName) {
   EXPECT_EQ(repairedPath("clip.avi", "out/"), "out/clip-repaired.avi");
 }
 
-TEST(FolderOf, PathWithoutAFolderLiesHere) {
-  EXPECT_EQ(folderOf("a"), ".");
-  EXPECT_EQ(folderOf(""), ".");
-  EXPECT_EQ(folderOf("/a"), "/");
-  EXPECT_EQ(folderOf("//a"), "/");
-  EXPECT_EQ(folderOf("a/b"), "a");
-  EXPECT_EQ(folderOf("/a//b"), "/a");
-  EXPECT_EQ(folderOf("a/b/"), "a");
-  EXPECT_EQ(folderOf("a/"), ".");
-}
-
 // ---- Looks before the work ----
 
 TEST(OutputRefusal, SameNumberOnAnotherDeviceIsAnotherFile) {

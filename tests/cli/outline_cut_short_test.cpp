@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cli/avi_outline.h"
+#include "avi/outline.h"
 #include "cli/shown_text.h"
 #include "tests/cli/outline_lines.h"
 #include "tests/support/memory_readable.h"
@@ -19,12 +19,12 @@ using test::list;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-TEST(AviOutlineCutShort, StopEndsTheWalkWithEveryListClosed) {
+TEST(OutlineCutShort, StopEndsTheWalkWithEveryListClosed) {
   std::string content;
   for (int i = 0; i < 100; ++i) content += chunk("JUNK", "");
   test::MemoryReadable file(list("RIFF", "AVI ", content));
   Lines lines;
-  AviOutline(
+  avi::Outline(
       file, lines, [&] { return lines.lines.size() > 10; }, true)
       .walk();
 
@@ -32,11 +32,11 @@ TEST(AviOutlineCutShort, StopEndsTheWalkWithEveryListClosed) {
   EXPECT_LT(lines.lines.size(), 15U);
 }
 
-TEST(AviOutlineCutShort, UnreadablePartIsRememberedAndWalkedPast) {
+TEST(OutlineCutShort, UnreadablePartIsRememberedAndWalkedPast) {
   test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", std::string(200000, '\0')) + chunk("JUNK", "a")));
   file.makeUnreadable(30000, 30512);
   Lines lines;
-  AviOutline outline(file, lines, kNeverEnding, true);
+  avi::Outline outline(file, lines, kNeverEnding, true);
   outline.walk();
 
   EXPECT_THAT(lines.lines, testing::Contains("JUNK 200020+1"));
@@ -54,21 +54,21 @@ std::vector<std::string> outlineWithUnreadable(const std::string& bytes, std::ui
   test::MemoryReadable file(bytes);
   file.makeUnreadable(start, end);
   Lines lines;
-  AviOutline outline(file, lines, kNeverEnding, true);
+  avi::Outline outline(file, lines, kNeverEnding, true);
   outline.walk();
   EXPECT_EQ(lines.open(), 0);
   EXPECT_FALSE(outline.wasStopped());
   return lines.lines;
 }
 
-TEST(AviOutlineCutShort, SearchGoesOnBehindWhatCannotBeRead) {
+TEST(OutlineCutShort, SearchGoesOnBehindWhatCannotBeRead) {
   EXPECT_THAT(outlineWithUnreadable(damaged(20000, '\0'), 8192, 12288),
               ElementsAre("RIFF AVI  0+20038", "LIST movi 12+20026", "00dc 24+4",
                           "! 36 20,000 bytes, of which 4,096 cannot be read, are no chunks", "01wb 20036+2", "end LIST",
                           "end RIFF"));
 }
 
-TEST(AviOutlineCutShort, ChunkRightBehindAnUnreadableSectorIsFound) {
+TEST(OutlineCutShort, ChunkRightBehindAnUnreadableSectorIsFound) {
   for (const std::uint64_t sectors : {1U, 2U, 7U, 8U, 9U, 24U, 100U}) {
     const std::uint64_t chunkAt = 512 * (sectors + 1);
     EXPECT_THAT(outlineWithUnreadable(damaged(chunkAt - 36, '\0'), 36, chunkAt),
@@ -78,34 +78,34 @@ TEST(AviOutlineCutShort, ChunkRightBehindAnUnreadableSectorIsFound) {
   }
 }
 
-TEST(AviOutlineCutShort, UnreadableChunkHeaderIsNotSaidToBeZero) {
+TEST(OutlineCutShort, UnreadableChunkHeaderIsNotSaidToBeZero) {
   const auto lines = outlineWithUnreadable(damaged(4060, '\0'), 24, 512);
 
   EXPECT_THAT(lines,
               testing::IsSupersetOf({"! 24 4,072 bytes, of which 488 cannot be read, are no chunks", "01wb 4096+2"}));
 }
 
-TEST(AviOutlineCutShort, UnreadableEndOfTheFileIsTold) {
+TEST(OutlineCutShort, UnreadableEndOfTheFileIsTold) {
   EXPECT_THAT(
       outlineWithUnreadable(list("RIFF", "AVI ", "") + std::string(100000, '\0'), 50000, 100012),
       ElementsAre("RIFF AVI  0+4", "end RIFF", "! 12 100,000 bytes, of which 50,012 cannot be read, are no chunks"));
 }
 
-TEST(AviOutlineCutShort, UnreadableHeaderPayloadIsTold) {
+TEST(OutlineCutShort, UnreadableHeaderPayloadIsTold) {
   EXPECT_THAT(outlineWithUnreadable(list("RIFF", "AVI ", chunk("avih", std::string(56, '\1'))), 30, 40),
               testing::IsSupersetOf({"avih 12+56", "! 12 what it holds cannot be read from byte 30 on"}));
 }
 
-TEST(AviOutlineCutShort, UnreadableBeginningIsNotSaidToBeWrong) {
+TEST(OutlineCutShort, UnreadableBeginningIsNotSaidToBeWrong) {
   EXPECT_THAT(outlineWithUnreadable(list("RIFF", "AVI ", chunk("JUNK", "")), 6, 10).front(),
               "! 0 the first 12 bytes cannot be read");
 }
 
-TEST(AviOutlineCutShort, StopInDamageSaysWhatWasNotLookedAt) {
+TEST(OutlineCutShort, StopInDamageSaysWhatWasNotLookedAt) {
   test::MemoryReadable file(damaged(1000000, '\0'));
   Lines lines;
   int asked = 0;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines, [&asked] { return ++asked > 30; }, true);
   outline.walk();
 
@@ -121,10 +121,10 @@ TEST(AviOutlineCutShort, StopInDamageSaysWhatWasNotLookedAt) {
                                        "end LIST", "end RIFF"));
 }
 
-TEST(AviOutlineCutShort, StopAtTheFirstQuestionClaimsNothing) {
+TEST(OutlineCutShort, StopAtTheFirstQuestionClaimsNothing) {
   test::MemoryReadable file(damaged(1000, '\0'));
   Lines lines;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines, [] { return true; }, true);
   outline.walk();
 
@@ -132,36 +132,36 @@ TEST(AviOutlineCutShort, StopAtTheFirstQuestionClaimsNothing) {
   EXPECT_THAT(lines.lines, ElementsAre("! 0 stopped here; 1,046 bytes were not looked at"));
 }
 
-TEST(AviOutlineCutShort, StopInAListOfOddSizeEndsWhereItSays) {
+TEST(OutlineCutShort, StopInAListOfOddSizeEndsWhereItSays) {
   test::MemoryReadable file(list("RIFF", "AVI ", std::string(100001, '\0')) + std::string(100, '\0'));
   Lines lines;
   int asked = 0;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines, [&asked] { return ++asked > 9; }, true);
   outline.walk();
 
   EXPECT_THAT(lines.lines, testing::Contains(HasSubstr(std::to_string(outline.position()) + " stopped here; ")));
 }
 
-TEST(AviOutlineCutShort, StopBeforeDamageWasLookedAtDoesNotTellOfIt) {
+TEST(OutlineCutShort, StopBeforeDamageWasLookedAtDoesNotTellOfIt) {
   const std::string bytes = list("RIFF", "AVI ", std::string(5000, '\0'));
   for (int questions = 0; questions < 6; ++questions) {
     test::MemoryReadable file(bytes);
     Lines lines;
     int asked = 0;
-    AviOutline outline(
+    avi::Outline outline(
         file, lines, [&] { return asked++ == questions; }, true);
     outline.walk();
     EXPECT_THAT(lines.lines, testing::Not(testing::Contains(HasSubstr(" 0 bytes")))) << questions;
   }
 }
 
-TEST(AviOutlineCutShort, StopAmongUnreadablePagesEndsTheSearch) {
+TEST(OutlineCutShort, StopAmongUnreadablePagesEndsTheSearch) {
   test::MemoryReadable file(damaged(10000000, '\0'));
   file.makeUnreadable(4096, 9000000);
   Lines lines;
   int asked = 0;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines, [&asked] { return ++asked > 30; }, true);
   outline.walk();
 
@@ -171,13 +171,13 @@ TEST(AviOutlineCutShort, StopAmongUnreadablePagesEndsTheSearch) {
   EXPECT_THAT(lines.lines, testing::Contains(HasSubstr("were not looked at")));
 }
 
-TEST(AviOutlineCutShort, StopAmongTheEntriesOfTheLastIndexIsAStopToo) {
+TEST(OutlineCutShort, StopAmongTheEntriesOfTheLastIndexIsAStopToo) {
   const std::string entry = "00dc" + le32(0x10) + le32(4) + le32(4);
   test::MemoryReadable file(
       list("RIFF", "AVI ", list("LIST", "movi", chunk("00dc", "abcd")) + chunk("idx1", entry + entry + entry)));
   Lines lines;
   int asked = 0;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines, [&asked] { return ++asked > 5; }, true);
   outline.walk();
 
@@ -185,21 +185,21 @@ TEST(AviOutlineCutShort, StopAmongTheEntriesOfTheLastIndexIsAStopToo) {
   EXPECT_THAT(lines.lines, testing::Not(testing::Contains(HasSubstr("looked at"))));
 }
 
-TEST(AviOutlineCutShort, StopAfterTheEndIsNone) {
+TEST(OutlineCutShort, StopAfterTheEndIsNone) {
   test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "ab")));
   Lines lines;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines, [&lines] { return lines.lines.size() >= 3; }, true);
   outline.walk();
 
   EXPECT_FALSE(outline.wasStopped());
 }
 
-TEST(AviOutlineCutShort, FileThatShrinksIsNotSaidToBeZeroWhereItWas) {
+TEST(OutlineCutShort, FileThatShrinksIsNotSaidToBeZeroWhereItWas) {
   test::MemoryReadable file(damaged(1000000, '\0'));
   Lines lines;
   int asked = 0;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines,
       [&] {
         if (++asked == 20) file.cutTo(400000);
@@ -213,10 +213,10 @@ TEST(AviOutlineCutShort, FileThatShrinksIsNotSaidToBeZeroWhereItWas) {
                                                   "! 36 399,964 bytes, all zero, are no chunks"}));
 }
 
-TEST(AviOutlineCutShort, FileThatShrinksIsSurvived) {
+TEST(OutlineCutShort, FileThatShrinksIsSurvived) {
   test::MemoryReadable file(test::SmallAvi{.frames = 20}.bytes());
   Lines lines;
-  AviOutline outline(
+  avi::Outline outline(
       file, lines,
       [&] {
         if (lines.lines.size() == 5) file.cutTo(3000);

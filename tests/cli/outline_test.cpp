@@ -1,4 +1,4 @@
-#include "cli/avi_outline.h"
+#include "avi/outline.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,69 +25,69 @@ using testing::IsEmpty;
 std::vector<std::string> outlineOf(const std::string& bytes, bool listsAll = false) {
   test::MemoryReadable file(bytes);
   Lines lines;
-  AviOutline(file, lines, kNeverEnding, listsAll).walk();
+  avi::Outline(file, lines, kNeverEnding, listsAll).walk();
   EXPECT_EQ(lines.open(), 0) << "every list that begins must end";
   return lines.lines;
 }
 
-TEST(AviOutline, ListsAndChunksComeInFileOrder) {
+TEST(Outline, ListsAndChunksComeInFileOrder) {
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", list("LIST", "hdrl", chunk("avih", "12345678")) + chunk("JUNK", "ab"))),
               ElementsAre("RIFF AVI  0+42", "LIST hdrl 12+20", "avih 24+8", "end LIST", "JUNK 40+2", "end RIFF"));
 }
 
-TEST(AviOutline, StreamDataIsSummedUp) {
+TEST(Outline, StreamDataIsSummedUp) {
   const std::string movi = list("LIST", "movi", chunk("00dc", "abcd") + chunk("01wb", "ef") + chunk("00dc", "gh"));
 
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", movi)),
               ElementsAre("RIFF AVI  0+48", "LIST movi 12+36", "01wb x 1, 2", "00dc x 2, 6", "end LIST", "end RIFF"));
 }
 
-TEST(AviOutline, StreamDataIsListedWhenAllIsWanted) {
+TEST(Outline, StreamDataIsListedWhenAllIsWanted) {
   const std::string movi = list("LIST", "movi", chunk("00dc", "abcd"));
 
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", movi), true),
               ElementsAre("RIFF AVI  0+28", "LIST movi 12+16", "00dc 24+4", "end LIST", "end RIFF"));
 }
 
-TEST(AviOutline, RecordsInDataAreSummedUpWithTheRest) {
+TEST(Outline, RecordsInDataAreSummedUpWithTheRest) {
   const std::string movi = list("LIST", "movi", list("LIST", "rec ", chunk("00dc", "abcd")) + chunk("00dc", "ef"));
 
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", movi)),
               ElementsAre("RIFF AVI  0+50", "LIST movi 12+38", "00dc x 2, 6", "end LIST", "end RIFF"));
 }
 
-TEST(AviOutline, PadByteIsSteppedOver) {
+TEST(Outline, PadByteIsSteppedOver) {
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", chunk("JUNK", "abc") + chunk("JUNK", "d"))),
               ElementsAre("RIFF AVI  0+26", "JUNK 12+3", "JUNK 24+1", "end RIFF"));
 }
 
-TEST(AviOutline, MissingPadByteIsNoticed) {
+TEST(Outline, MissingPadByteIsNoticed) {
   const std::string data = "00dc" + le32(3) + "abc" + "00dc" + le32(2) + "de";
 
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", list("LIST", "movi", data)), true), testing::Contains("00dc 35+2"));
 }
 
-TEST(AviOutline, ChunkLongerThanItsListIsTold) {
+TEST(Outline, ChunkLongerThanItsListIsTold) {
   const auto lines = outlineOf(list("RIFF", "AVI ", "JUNK" + le32(100) + "ab"));
 
   EXPECT_THAT(lines, ElementsAre("RIFF AVI  0+14", "! 12 \"JUNK\" claims 100 bytes, but only 2 are left in its list",
                                  "JUNK 12+100", "end RIFF"));
 }
 
-TEST(AviOutline, ListLongerThanTheFileIsTold) {
+TEST(Outline, ListLongerThanTheFileIsTold) {
   EXPECT_THAT(
       outlineOf("RIFF" + le32(1000) + "AVI "),
       ElementsAre("! 0 \"RIFF\" claims 1,000 bytes, but only 4 are left in the file", "RIFF AVI  0+1000", "end RIFF"));
 }
 
-TEST(AviOutline, ZeroedStretchIsSkippedUpToTheNextChunk) {
+TEST(Outline, ZeroedStretchIsSkippedUpToTheNextChunk) {
   const std::string movi = list("LIST", "movi", chunk("00dc", "abcd") + std::string(10000, '\0') + chunk("01wb", "ef"));
 
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", movi), true),
               testing::IsSupersetOf({"! 36 10,000 bytes, all zero, are no chunks", "01wb 10036+2"}));
 }
 
-TEST(AviOutline, DamageIsSkippedWhereverTheNextChunkLies) {
+TEST(Outline, DamageIsSkippedWhereverTheNextChunkLies) {
   for (std::size_t length = 4080; length < 4110; ++length) {
     const std::string movi = list("LIST", "movi", std::string(length, '\1') + chunk("01wb", "ef"));
     EXPECT_THAT(outlineOf(list("RIFF", "AVI ", movi), true),
@@ -96,37 +96,37 @@ TEST(AviOutline, DamageIsSkippedWhereverTheNextChunkLies) {
   }
 }
 
-TEST(AviOutline, FewBytesAtTheEndAreTold) {
+TEST(Outline, FewBytesAtTheEndAreTold) {
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", "") + "abc"),
               ElementsAre("RIFF AVI  0+4", "end RIFF", "! 12 3 bytes are too few for a chunk"));
 }
 
-TEST(AviOutline, SecondFormIsShownToo) {
+TEST(Outline, SecondFormIsShownToo) {
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", "") + list("RIFF", "AVIX", "")),
               ElementsAre("RIFF AVI  0+4", "end RIFF", "RIFF AVIX 12+4", "end RIFF"));
 }
 
-TEST(AviOutline, EmptyFileHasOneProblem) {
+TEST(Outline, EmptyFileHasOneProblem) {
   EXPECT_THAT(outlineOf(""), ElementsAre(HasSubstr("does not begin as an AVI file does")));
 }
 
-TEST(AviOutline, ListWithoutATypeIsAProblem) {
+TEST(Outline, ListWithoutATypeIsAProblem) {
   EXPECT_THAT(outlineOf(list("RIFF", "AVI ", "LIST" + le32(2) + "ab")),
               testing::Contains("! 12 a list without a type"));
 }
 
-TEST(AviOutline, DeepNestingIsNotEntered) {
+TEST(Outline, DeepNestingIsNotEntered) {
   std::string bytes;
   for (int i = 0; i < 5000; ++i) bytes = list("LIST", "deep", bytes);
   test::MemoryReadable file(list("RIFF", "AVI ", bytes));
   Lines lines;
-  AviOutline(file, lines, kNeverEnding, false).walk();
+  avi::Outline(file, lines, kNeverEnding, false).walk();
 
   EXPECT_EQ(lines.deepest(), 16);
   EXPECT_THAT(lines.lines, testing::Contains(HasSubstr("nested too deep")));
 }
 
-TEST(AviOutline, EndlessSmallChunksAreListedOnlyAtFirst) {
+TEST(Outline, EndlessSmallChunksAreListedOnlyAtFirst) {
   std::string content;
   for (int i = 0; i < 5000; ++i) content += chunk("JUNK", "");
   const auto lines = outlineOf(list("RIFF", "AVI ", content));
@@ -135,7 +135,7 @@ TEST(AviOutline, EndlessSmallChunksAreListedOnlyAtFirst) {
   EXPECT_THAT(lines, testing::Contains("JUNK x 4001, 0"));
 }
 
-TEST(AviOutline, LimitHoldsForTheFileAndNotForEachList) {
+TEST(Outline, LimitHoldsForTheFileAndNotForEachList) {
   std::string content;
   for (int i = 0; i < 300; ++i)
     content += list("LIST", "abcd", chunk("JUNK", "") + chunk("JUNK", "") + chunk("JUNK", ""));
@@ -147,7 +147,7 @@ TEST(AviOutline, LimitHoldsForTheFileAndNotForEachList) {
   EXPECT_THAT(lines, testing::IsSupersetOf({"JUNK x 1, 0", "LIST x 50, 200", "JUNK x 150, 0"}));
 }
 
-TEST(AviOutline, LimitHoldsForNestedLists) {
+TEST(Outline, LimitHoldsForNestedLists) {
   std::string content;
   for (int i = 0; i < 5000; ++i) content += list("LIST", "abcd", list("LIST", "efgh", ""));
   const auto lines = outlineOf(list("RIFF", "AVI ", content));
@@ -157,7 +157,7 @@ TEST(AviOutline, LimitHoldsForNestedLists) {
   EXPECT_EQ(outlineOf(list("RIFF", "AVI ", content), true).size(), 20002U);
 }
 
-TEST(AviOutline, LimitHoldsForForms) {
+TEST(Outline, LimitHoldsForForms) {
   std::string bytes = list("RIFF", "AVI ", "");
   for (int i = 0; i < 5000; ++i) bytes += list("RIFF", "AVIX", chunk("JUNK", "ab"));
   const auto lines = outlineOf(bytes);
@@ -172,7 +172,7 @@ std::string indexOf(std::uint64_t target, std::uint64_t size) {
                            le32(8) + le32(size));
 }
 
-TEST(AviOutline, LimitHoldsForIndexesWhichAreCheckedAllTheSame) {
+TEST(Outline, LimitHoldsForIndexesWhichAreCheckedAllTheSame) {
   std::string content = chunk("00dc", "abcd");  // at byte 24
   for (int i = 0; i < 3000; ++i) content += indexOf(24, 4);
   const std::uint64_t wrong = 24 + content.size();
@@ -188,7 +188,7 @@ TEST(AviOutline, LimitHoldsForIndexesWhichAreCheckedAllTheSame) {
   EXPECT_THAT(outlineOf(bytes, true), testing::Contains("ix00 " + std::to_string(wrong) + "+32"));
 }
 
-TEST(AviOutline, OldIndexPastTheLimitIsCheckedToo) {
+TEST(Outline, OldIndexPastTheLimitIsCheckedToo) {
   std::string content = list("LIST", "movi", chunk("00dc", "abcd"));  // its type at byte 20
   for (int i = 0; i < 1000; ++i) content += chunk("JUNK", "");
   content += chunk("idx1", "00dc" + le32(0x10) + le32(4) + le32(4));
@@ -197,7 +197,7 @@ TEST(AviOutline, OldIndexPastTheLimitIsCheckedToo) {
               testing::Contains("idx1 x 1, 16; 1 entries, 1 checked, 1 match, 0 unreadable"));
 }
 
-TEST(AviOutline, ManyCodesAreSummedUpUnderFew) {
+TEST(Outline, ManyCodesAreSummedUpUnderFew) {
   std::string content;
   for (int i = 0; i < 3000; ++i) {
     const std::string digits = std::to_string(10000 + i);
@@ -223,11 +223,11 @@ class EmptyChunks final : public platform::ReadableFile {
   std::uint64_t size_;
 };
 
-TEST(AviOutline, WalkEndsAfter16777216Chunks) {
+TEST(Outline, WalkEndsAfter16777216Chunks) {
   constexpr std::uint64_t kMost = 16777216;
   EmptyChunks chunks(kMost + 1);
   Lines lines;
-  AviOutline outline(chunks, lines, kNeverEnding, false);
+  avi::Outline outline(chunks, lines, kNeverEnding, false);
   outline.walk();
 
   EXPECT_THAT(lines.lines,
@@ -237,15 +237,15 @@ TEST(AviOutline, WalkEndsAfter16777216Chunks) {
   EXPECT_EQ(outline.position(), 8 * kMost);
 }
 
-TEST(AviOutline, NoMoreThanAWindowIsReadAtATime) {
+TEST(Outline, NoMoreThanAWindowIsReadAtATime) {
   test::MemoryReadable file(list("RIFF", "AVI ", "JUNK" + le32(0xffffffff)));
   Lines lines;
-  AviOutline(file, lines, kNeverEnding, true).walk();
+  avi::Outline(file, lines, kNeverEnding, true).walk();
 
   EXPECT_LE(file.largestRead(), 65536U);
 }
 
-TEST(AviOutline, AnyBytesAreSurvived) {
+TEST(Outline, AnyBytesAreSurvived) {
   std::mt19937 random(3);
   const std::string good = test::SmallAvi{.frames = 5, .frameSize = 50, .soundSize = 10}.bytes();
   for (unsigned round = 0; round < 3000; ++round) {

@@ -1,13 +1,12 @@
 // The walk: one step looks at one header and goes into a list or past a chunk. What is no header, or cannot be read, is
 // skipped up to the next code that can only begin a chunk, or to the end of the list.
-#include "cli/avi_outline.h"
+#include "avi/outline.h"
 
 #include <algorithm>
 
 #include "avi/chunk_codes.h"
-#include "cli/shown_text.h"
 
-namespace zelvo::cli {
+namespace zelvo::avi {
 
 namespace {
 
@@ -15,7 +14,7 @@ namespace {
 bool isLandmark(std::span<const std::byte> bytes) {
   const auto first = std::to_integer<unsigned char>(bytes[0]);
   const bool mayBe = (first >= '0' && first <= '9') || first == 'i' || first == 'L' || first == 'R' || first == 'J';
-  return mayBe && avi::beginsChunkForSure(avi::FourCC::at(bytes));
+  return mayBe && beginsChunkForSure(FourCC::at(bytes));
 }
 
 constexpr std::uint64_t kHeaderSize = 8;
@@ -26,63 +25,69 @@ constexpr std::uint64_t kPageSize = 4096;
 
 std::uint64_t nextMultiple(std::uint64_t offset, std::uint64_t unit) { return (offset / unit + 1) * unit; }
 
-bool isListId(avi::FourCC id) { return id == avi::kRiff || id == avi::kList; }
+bool isListId(FourCC id) { return id == kRiff || id == kList; }
 
 }  // namespace
 
-std::size_t AviOutline::depth() const {
+std::size_t Outline::depth() const {
   return static_cast<std::size_t>(
       std::count_if(open_.begin(), open_.end(), [](const OpenList& list) { return !list.isQuiet; }));
 }
 
-AviOutline::OpenList* AviOutline::toldList() {
+Outline::OpenList* Outline::toldList() {
   const auto found = std::find_if(open_.rbegin(), open_.rend(), [](const OpenList& list) { return !list.isQuiet; });
   return found == open_.rend() ? nullptr : &*found;
 }
 
-avi::FourCC AviOutline::typeOfToldList() {
+FourCC Outline::typeOfToldList() {
   const OpenList* list = toldList();
-  return list == nullptr ? avi::FourCC() : list->item.type.value_or(avi::FourCC());
+  return list == nullptr ? FourCC() : list->item.type.value_or(FourCC());
 }
 
-bool AviOutline::ends() {
+bool Outline::ends() {
   stopped_ = stopped_ || isEnding_();
   return stopped_;
 }
 
-void AviOutline::problem(std::uint64_t offset, const std::string& sentence) {
+void Outline::report(const Problem& problem) {
   ++problems_;
-  sink_.problem(offset, depth(), sentence);
+  sink_.problem(problem, depth());
 }
 
-void AviOutline::beginFile() {
+ReadFailures Outline::failures() const {
+  ReadFailures both = view_.failures();
+  both.add(indexes_.failures());
+  return both;
+}
+
+void Outline::beginFile() {
   fileSize_ = view_.fileSize();
   const auto first = view_.header(0);
   bool isUnreadable = view_.failedLast();
   const auto form = view_.code(kHeaderSize);
   isUnreadable = isUnreadable || view_.failedLast();
-  isAvi_ = first && first->id == avi::kRiff && form == avi::kAvi;
+  isAvi_ = first && first->id == kRiff && form == kAvi;
   if (isUnreadable) {
-    problem(0, "the first 12 bytes cannot be read");
+    report({.kind = ProblemKind::beginningUnreadable});
   } else if (!isAvi_) {
-    problem(0, "the file does not begin as an AVI file does, with \"RIFF\", a size and \"AVI \"");
+    report({.kind = ProblemKind::noAviBeginning});
   }
 }
 
-void AviOutline::walk() {
+void Outline::walk() {
   beginFile();
   while (position_ < fileSize_ && !ends()) {
     closeEnded();
     if (position_ >= fileSize_) break;
     if (chunks_ == kMostChunks) {
-      problem(position_, "there are more than " + shownNumber(kMostChunks) + " chunks; the rest is not looked at");
+      report({.kind = ProblemKind::tooManyChunks, .offset = position_, .held = kMostChunks});
       break;
     }
     step();
   }
   closeEnded();
   if (stopped_ && position_ < fileSize_) {
-    problem(position_, "stopped here; " + counted(fileSize_ - position_, "byte") + " were not looked at");
+    report({.kind = ProblemKind::stopped, .offset = position_, .claimed = fileSize_, .held = position_});
   }
   const std::uint64_t reached = position_;
   while (!open_.empty()) {  // after a stop, or past the limit
@@ -93,7 +98,7 @@ void AviOutline::walk() {
   sink_.endFile(sumsOutside_);
 }
 
-void AviOutline::closeEnded() {
+void Outline::closeEnded() {
   while (!open_.empty() && position_ >= open_.back().end) {
     const OpenList closed = std::move(open_.back());
     open_.pop_back();
@@ -102,10 +107,10 @@ void AviOutline::closeEnded() {
   }
 }
 
-void AviOutline::step() {
+void Outline::step() {
   const std::uint64_t left = limit() - position_;
   const auto header = left < kHeaderSize ? std::nullopt : view_.header(position_);
-  if (!header || !avi::isPrintable(header->id)) {
+  if (!header || !isPrintable(header->id)) {
     skipDamage();
     return;
   }
@@ -113,9 +118,11 @@ void AviOutline::step() {
   OutlineItem item{header->id, std::nullopt, position_, header->size, depth()};
   std::uint64_t end = position_ + kHeaderSize + header->size;
   if (end > limit()) {
-    problem(position_, "\"" + shownCode(item.id) + "\" claims " + counted(item.size, "byte") + ", but only " +
-                           shownNumber(left - kHeaderSize) + " are left " +
-                           (open_.empty() ? "in the file" : "in its list"));
+    report({.kind = open_.empty() ? ProblemKind::chunkLongerThanFile : ProblemKind::chunkLongerThanList,
+            .offset = position_,
+            .claimed = item.size,
+            .held = left - kHeaderSize,
+            .id = item.id});
     end = limit();
   }
   const bool holdsType = end - position_ >= kHeaderSize + kTypeSize;
@@ -124,19 +131,21 @@ void AviOutline::step() {
     enterList(item, end);
     return;
   }
-  if (isListId(item.id)) problem(position_, holdsType ? "lists are nested too deep here" : "a list without a type");
+  if (isListId(item.id)) {
+    report({.kind = holdsType ? ProblemKind::listTooDeep : ProblemKind::listWithoutType, .offset = position_});
+  }
   meetChunk(item, end);
 }
 
-void AviOutline::endHere() {
-  problem(position_, "the file ends here by now; it was " + counted(fileSize_, "byte") + " long");
+void Outline::endHere() {
+  report({.kind = ProblemKind::fileShrank, .offset = position_, .claimed = fileSize_, .held = position_});
   fileSize_ = position_;
   for (OpenList& list : open_) list.end = std::min(list.end, fileSize_);
 }
 
 /// Coarse steps first: a disk fails by whole pages, and each read that fails may take it seconds. Then the sectors before
 /// the page that can be read are tried, since what fails there may be less than a page.
-std::uint64_t AviOutline::nextReadable(std::uint64_t unreadable, std::uint64_t end) {
+std::uint64_t Outline::nextReadable(std::uint64_t unreadable, std::uint64_t end) {
   while (!ends()) {
     const std::uint64_t page = std::min(end, nextMultiple(unreadable, kPageSize));
     if (page < end && view_.bytes(page, 1).empty() && view_.failedLast()) {
@@ -151,7 +160,7 @@ std::uint64_t AviOutline::nextReadable(std::uint64_t unreadable, std::uint64_t e
   return unreadable;
 }
 
-bool AviOutline::searchOn(std::uint64_t start, std::uint64_t end, Damage& damage) {
+bool Outline::searchOn(std::uint64_t start, std::uint64_t end, Damage& damage) {
   const std::span<const std::byte> bytes = view_.bytes(position_, kPieceSize);
   if (bytes.empty()) {
     if (!view_.failedLast()) {
@@ -177,38 +186,33 @@ bool AviOutline::searchOn(std::uint64_t start, std::uint64_t end, Damage& damage
   return false;
 }
 
-void AviOutline::skipDamage() {
+void Outline::skipDamage() {
   const std::uint64_t start = position_;
   Damage damage;
   while (position_ < limit() && !ends() && !searchOn(start, limit(), damage)) {
   }
   const std::uint64_t skipped = position_ - start;
   if (skipped == 0) return;
-  if (damage.unreadable == skipped) {
-    problem(start, counted(skipped, "byte") + " cannot be read");
-  } else if (damage.unreadable > 0) {
-    problem(start, counted(skipped, "byte") + ", of which " + shownNumber(damage.unreadable) +
-                       " cannot be read, are no chunks");
-  } else {
-    problem(start, counted(skipped, "byte") + (damage.isZero ? ", all zero," : "") +
-                       (skipped < kHeaderSize ? " are too few for a chunk" : " are no chunks"));
-  }
+  ProblemKind kind = damage.isZero ? ProblemKind::skippedZeros : ProblemKind::skippedBytes;
+  if (damage.unreadable > 0) kind = ProblemKind::skippedPartlyUnreadable;
+  if (damage.unreadable == skipped) kind = ProblemKind::skippedUnreadable;
+  report({.kind = kind, .offset = start, .claimed = skipped, .held = skipped - damage.unreadable});
 }
 
-bool AviOutline::mayTell() {
+bool Outline::mayTell() {
   if (listsAll_) return true;
   if (told_ == kMostListed) return false;
   ++told_;
   return true;
 }
 
-void AviOutline::enterList(const OutlineItem& item, std::uint64_t end) {
+void Outline::enterList(const OutlineItem& item, std::uint64_t end) {
   OpenList list{item, end, false, {}};
   // A record is a part of the data around it.
-  const bool isRecord = item.type == avi::kRec && typeOfToldList() == avi::kMovi && !listsAll_;
+  const bool isRecord = item.type == kRec && typeOfToldList() == kMovi && !listsAll_;
   list.isQuiet = isRecord || !mayTell();
-  if (item.type == avi::kStrl) streamType_ = {};
-  if (item.type == avi::kMovi && !moviType_) moviType_ = item.offset + kHeaderSize;
+  if (item.type == kStrl) streamType_ = {};
+  if (item.type == kMovi && !moviType_) moviType_ = item.offset + kHeaderSize;
   if (!list.isQuiet) {
     sink_.beginList(item);
   } else if (!isRecord) {
@@ -218,12 +222,12 @@ void AviOutline::enterList(const OutlineItem& item, std::uint64_t end) {
   position_ = item.offset + kHeaderSize + kTypeSize;
 }
 
-bool AviOutline::isListed(const OutlineItem& item) {
-  const bool isSummedData = avi::isStreamData(item.id) && (open_.empty() || typeOfToldList() == avi::kMovi);
+bool Outline::isListed(const OutlineItem& item) {
+  const bool isSummedData = isStreamData(item.id) && (open_.empty() || typeOfToldList() == kMovi);
   return (listsAll_ || !isSummedData) && mayTell();
 }
 
-DataSum& AviOutline::addToSums(avi::FourCC id, std::uint64_t size) {
+DataSum& Outline::addToSums(FourCC id, std::uint64_t size) {
   OpenList* list = toldList();
   DataSums& sums = list == nullptr ? sumsOutside_ : list->sums;
   const bool known = sums.contains(id.value) || sums.size() < kMostSums;
@@ -233,35 +237,39 @@ DataSum& AviOutline::addToSums(avi::FourCC id, std::uint64_t size) {
   return sum;
 }
 
-std::optional<IndexReport> AviOutline::checkIndex(const OutlineItem& item, std::uint64_t end) {
+std::optional<IndexReport> Outline::checkIndex(const OutlineItem& item, std::uint64_t end) {
   const std::uint64_t payload = item.offset + kHeaderSize;
-  if (item.id == avi::kIdx1) return indexes_.oldIndex(payload, end - payload, moviType_);
-  if (item.id == avi::kIndx || avi::isStandardIndex(item.id)) return indexes_.openDmlIndex(payload, end - payload);
+  if (item.id == kIdx1) return indexes_.oldIndex(payload, end - payload, moviType_);
+  if (item.id == kIndx || isStandardIndex(item.id)) return indexes_.openDmlIndex(payload, end - payload);
   return std::nullopt;
 }
 
-void AviOutline::tellChunk(const OutlineItem& item, std::uint64_t end) {
+void Outline::tellChunk(const OutlineItem& item, std::uint64_t end) {
   const std::uint64_t payload = item.offset + kHeaderSize;
   const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(end - payload, kLargestDecoded));
   const std::span<const std::byte> bytes = view_.bytes(payload, wanted);
   const std::uint64_t readable = bytes.size();
   const bool isCut = view_.failedLast();
-  if (item.id == avi::kStrh && bytes.size() >= kTypeSize) streamType_ = avi::FourCC::at(bytes);
+  if (item.id == kStrh && bytes.size() >= kTypeSize) streamType_ = FourCC::at(bytes);
   const auto fields = decodeFields(item.id, typeOfToldList(), streamType_, bytes);
   const auto index = checkIndex(item, end);
   sink_.chunk(item, fields, index);
-  if (isCut) problem(item.offset, "what it holds cannot be read from byte " + shownNumber(payload + readable) + " on");
+  if (isCut) {
+    report({.kind = ProblemKind::payloadUnreadable, .offset = item.offset, .claimed = end - payload, .held = readable});
+  }
   if (index) tellWrong(item, *index);
 }
 
-void AviOutline::tellWrong(const OutlineItem& item, const IndexReport& index) {
+void Outline::tellWrong(const OutlineItem& item, const IndexReport& index) {
   if (!index.firstWrong) return;
-  problem(item.offset, shownNumber(index.checked - index.matching) + " of the " + shownNumber(index.checked) +
-                           " index entries do not match; in the first, number " + shownNumber(*index.firstWrong) +
-                           ", " + index.whatIsWrong);
+  report({.kind = ProblemKind::wrongIndexEntries,
+          .offset = item.offset,
+          .claimed = index.checked,
+          .held = index.matching,
+          .entry = index.firstWrong});
 }
 
-void AviOutline::meetChunk(const OutlineItem& item, std::uint64_t end) {
+void Outline::meetChunk(const OutlineItem& item, std::uint64_t end) {
   if (isListed(item)) {
     tellChunk(item, end);
   } else {
@@ -279,10 +287,10 @@ void AviOutline::meetChunk(const OutlineItem& item, std::uint64_t end) {
 }
 
 /// Where the next chunk begins: a pad byte follows an odd payload, unless a chunk begins there already.
-std::uint64_t AviOutline::behind(std::uint64_t end, std::uint64_t size) {
+std::uint64_t Outline::behind(std::uint64_t end, std::uint64_t size) {
   if (size % 2 == 0 || end >= limit()) return end;
   const std::span<const std::byte> next = view_.bytes(end, 4);
   return next.size() == 4 && isLandmark(next) ? end : end + 1;
 }
 
-}  // namespace zelvo::cli
+}  // namespace zelvo::avi

@@ -8,22 +8,21 @@
 #include <map>
 #include <optional>
 #include <span>
-#include <string>
 #include <vector>
 
 #include "avi/file_view.h"
-#include "cli/avi_fields.h"
-#include "cli/avi_index.h"
+#include "avi/header_fields.h"
+#include "avi/index_reader.h"
 
-namespace zelvo::cli {
+namespace zelvo::avi {
 
 /// A chunk, list or form as it lies in the file.
 struct OutlineItem {
-  avi::FourCC id;
-  std::optional<avi::FourCC> type;  ///< of a list or form
-  std::uint64_t offset = 0;         ///< of the item's header
-  std::uint64_t size = 0;           ///< as its size field says, of what follows the header
-  std::size_t depth = 0;            ///< 0 for what lies in no list
+  FourCC id;
+  std::optional<FourCC> type;  ///< of a list or form
+  std::uint64_t offset = 0;    ///< of the item's header
+  std::uint64_t size = 0;      ///< as its size field says, of what follows the header
+  std::size_t depth = 0;       ///< 0 for what lies in no list
 };
 
 /// What looks at all entries of several indexes found together.
@@ -43,7 +42,35 @@ struct DataSum {
 };
 using DataSums = std::map<std::uint32_t, DataSum>;  ///< by FourCC::value
 
-/// Who is told.
+enum class ProblemKind {
+  beginningUnreadable,      ///< the first 12 bytes cannot be read
+  noAviBeginning,           ///< the file does not begin as an AVI file does
+  chunkLongerThanFile,      ///< `id` claims `claimed` bytes, the file has `held` for it
+  chunkLongerThanList,      ///< the same of the list it lies in
+  listTooDeep,              ///< it is not entered
+  listWithoutType,          ///< too short for one
+  skippedUnreadable,        ///< `claimed` bytes, none of which can be read
+  skippedPartlyUnreadable,  ///< `claimed` bytes that are no chunks, `held` of them readable
+  skippedZeros,             ///< `claimed` bytes that are no chunks: all zero
+  skippedBytes,             ///< the same: others
+  payloadUnreadable,        ///< of a header chunk with a payload of `claimed` bytes, `held` can be read from its front
+  wrongIndexEntries,  ///< of `claimed` entries that were checked, `held` match; `entry` is the first that does not
+  tooManyChunks,      ///< `held` of them were met; the rest is not looked at
+  fileShrank,         ///< from `claimed` bytes to `held`
+  stopped,            ///< the walk, with `held` of the file's `claimed` bytes behind it
+};
+
+/// What is wrong at a place of the file.
+struct Problem {
+  ProblemKind kind;
+  std::uint64_t offset = 0;  ///< where; of a chunk its header
+  std::uint64_t claimed = 0;
+  std::uint64_t held = 0;
+  FourCC id = {};
+  std::optional<IndexEntry> entry = {};
+};
+
+/// Receives the walk's events.
 class OutlineSink {
  public:
   virtual ~OutlineSink() = default;
@@ -54,11 +81,12 @@ class OutlineSink {
   virtual void endFile(const DataSums& sums) = 0;
   virtual void chunk(const OutlineItem& chunk, const std::vector<Field>& fields,
                      const std::optional<IndexReport>& index) = 0;
-  virtual void problem(std::uint64_t offset, std::size_t depth, const std::string& sentence) = 0;
+  /// `depth`: of what lies there.
+  virtual void problem(const Problem& problem, std::size_t depth) = 0;
 };
 
 /// Thread: one.
-class AviOutline {
+class Outline {
  public:
   /// Lists nested deeper than this are not entered.
   static constexpr std::size_t kDeepest = 16;
@@ -70,7 +98,7 @@ class AviOutline {
   /// Sums are kept for this many codes of a list, the rest under the code of zero.
   static constexpr std::size_t kMostSums = 64;
 
-  AviOutline(platform::ReadableFile& file, OutlineSink& sink, const std::function<bool()>& isEnding, bool listsAll)
+  Outline(platform::ReadableFile& file, OutlineSink& sink, const std::function<bool()>& isEnding, bool listsAll)
       : sink_(sink), isEnding_(isEnding), listsAll_(listsAll), view_(file, 65536), indexes_(file, [this] {
           return ends();
         }) {}
@@ -85,7 +113,7 @@ class AviOutline {
   /// How far the walk has come; after a stop, where it ended.
   [[nodiscard]] std::uint64_t position() const { return position_; }
   /// Reads that failed.
-  [[nodiscard]] avi::ReadFailures failures() const { return avi::together(view_.failures(), indexes_.failures()); }
+  [[nodiscard]] ReadFailures failures() const;
 
  private:
   struct OpenList {
@@ -99,10 +127,10 @@ class AviOutline {
   [[nodiscard]] std::size_t depth() const;
   /// The innermost list that is told; none outside of all.
   [[nodiscard]] OpenList* toldList();
-  [[nodiscard]] avi::FourCC typeOfToldList();
+  [[nodiscard]] FourCC typeOfToldList();
   /// Asks whether the walk is to end. Once it is, it stays so.
   [[nodiscard]] bool ends();
-  void problem(std::uint64_t offset, const std::string& sentence);
+  void report(const Problem& problem);
   void beginFile();
   void closeEnded();
   void step();
@@ -124,14 +152,14 @@ class AviOutline {
   /// Whether one more item is told, which counts it.
   [[nodiscard]] bool mayTell();
   [[nodiscard]] bool isListed(const OutlineItem& item);
-  DataSum& addToSums(avi::FourCC id, std::uint64_t size);
+  DataSum& addToSums(FourCC id, std::uint64_t size);
   [[nodiscard]] std::uint64_t behind(std::uint64_t end, std::uint64_t size);
 
   OutlineSink& sink_;
   const std::function<bool()> isEnding_;
   const bool listsAll_;
-  avi::FileView view_;
-  IndexCheck indexes_;
+  FileView view_;
+  IndexReader indexes_;
   std::uint64_t fileSize_ = 0;
   std::uint64_t position_ = 0;
   std::vector<OpenList> open_;
@@ -141,8 +169,8 @@ class AviOutline {
   std::uint64_t problems_ = 0;
   bool isAvi_ = false;
   bool stopped_ = false;
-  avi::FourCC streamType_;
+  FourCC streamType_;
   std::optional<std::uint64_t> moviType_;
 };
 
-}  // namespace zelvo::cli
+}  // namespace zelvo::avi

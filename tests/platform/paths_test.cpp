@@ -1,0 +1,31 @@
+#include "platform/paths.h"
+
+#include <gtest/gtest.h>
+
+namespace zelvo::platform {
+namespace {
+
+TEST(FolderOf, PathWithoutAFolderLiesHere) {
+  EXPECT_EQ(folderOf("a"), ".");
+  EXPECT_EQ(folderOf(""), ".");
+  EXPECT_EQ(folderOf("/a"), "/");
+  EXPECT_EQ(folderOf("//a"), "/");
+  EXPECT_EQ(folderOf("a/b"), "a");
+  EXPECT_EQ(folderOf("/a//b"), "/a");
+  EXPECT_EQ(folderOf("a/b/"), "a");
+  EXPECT_EQ(folderOf("a/"), ".");
+}
+
+TEST(FolderOf, RootIsItsOwn) {
+  EXPECT_EQ(folderOf("/"), "/");
+  EXPECT_EQ(folderOf("///"), "/");
+}
+
+TEST(PathIn, HasOneSlashBetween) {
+  EXPECT_EQ(pathIn("a", "b"), "a/b");
+  EXPECT_EQ(pathIn("a/", "b"), "a/b");
+  EXPECT_EQ(pathIn("/", "b"), "/b");
+}
+
+}  // namespace
+}  // namespace zelvo::platform
