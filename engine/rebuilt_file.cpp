@@ -94,8 +94,7 @@ avi::CopyEnd Writer::writeMovi(avi::StagedOutput& out, bool hasItsLength) {
   out.code(avi::kMovi);
   writeStandardIndex(out, {avi::kIx00, layout.ix00size, state_.db ? avi::k00db : avi::k00dc, layout.baseoffsetforvideo,
                            state_.videosamplesizearray, state_.videosamplecount});
-  writeStandardIndex(out,
-                     {avi::kIx01, layout.ix01size, avi::k01wb, layout.baseoffsetforaudio,
+  writeStandardIndex(out, {avi::kIx01, layout.ix01size, avi::k01wb, layout.baseoffsetforaudio,
                            state_.audiosamplesizearray, state_.audiosamplecount});
   const avi::CopyEnd headers{.position = out.position(), .failure = out.finish()};
 

@@ -20,11 +20,5 @@ TEST(ShownSize, IsInGigabytesFromTenOn) {
   EXPECT_EQ(app::shownSize(10'000'000'000), "10.0 GB");
 }
 
-TEST(FolderOf, IsWhatStandsBeforeTheLastSlash) {
-  EXPECT_EQ(app::folderOf("/a/b/c.avi"), "/a/b");
-  EXPECT_EQ(app::folderOf("/c.avi"), "/");
-  EXPECT_EQ(app::folderOf("c.avi"), ".");
-}
-
 }  // namespace
 }  // namespace zelvo::tests

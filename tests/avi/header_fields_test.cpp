@@ -122,15 +122,14 @@ TEST(HeaderFields, FieldIsToldOnceAllOfItIsThere) {
     std::vector<std::size_t> ends;  ///< of its fields
   };
   const std::vector<std::size_t> super{2, 3, 4, 8, 12};
-  const std::vector<Header> headers{
-      {kAvih, {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36, 40}},
-      {kStrh, {}, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40, 44, 48, 50, 52, 54, 56}},
-      {kStrf, kVids, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40}},
-      {kStrf, kAuds, 0, {2, 4, 8, 12, 14, 16, 18}},
-      {kIndx, {}, 0, super},
-      {kIx00, {}, 1, {2, 3, 4, 8, 12, 20}},
-      {FourCC("dmlh"), {}, 0, {4}},
-      {FourCC("vprp"), {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36}}};
+  const std::vector<Header> headers{{kAvih, {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36, 40}},
+                                    {kStrh, {}, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40, 44, 48, 50, 52, 54, 56}},
+                                    {kStrf, kVids, 0, {4, 8, 12, 14, 16, 20, 24, 28, 32, 36, 40}},
+                                    {kStrf, kAuds, 0, {2, 4, 8, 12, 14, 16, 18}},
+                                    {kIndx, {}, 0, super},
+                                    {kIx00, {}, 1, {2, 3, 4, 8, 12, 20}},
+                                    {FourCC("dmlh"), {}, 0, {4}},
+                                    {FourCC("vprp"), {}, 0, {4, 8, 12, 16, 20, 24, 28, 32, 36}}};
   for (const Header& header : headers) {
     std::string payload(80, '\0');
     payload[3] = header.indexType;
@@ -144,8 +143,8 @@ TEST(HeaderFields, FieldIsToldOnceAllOfItIsThere) {
 
 TEST(HeaderFields, RateNeedsAScale) {
   const std::string before = "vidsMJPG" + std::string(12, '\0');
-  EXPECT_TRUE(std::holds_alternative<std::monostate>(
-      named(decode(kStrh, {}, before + le32(0) + le32(25)), "dwRate").meaning));
+  EXPECT_TRUE(
+      std::holds_alternative<std::monostate>(named(decode(kStrh, {}, before + le32(0) + le32(25)), "dwRate").meaning));
   EXPECT_DOUBLE_EQ(
       std::get<UnitsPerSecond>(named(decode(kStrh, {}, before + le32(1) + le32(25)), "dwRate").meaning).rate, 25);
 }

@@ -316,7 +316,7 @@ TEST(StandardIndex, NoMoreThan4194304EntriesOfAllIndexesAreLookedAt) {
   for (std::size_t at = 0; at < entries.size(); at += 8) entries.replace(at, 8, entry);
   const std::string index = standardIndex(kMost, "00dc", 104, entries);
   test::MemoryReadable file(data() + index);
-  IndexCheck check(file, kNeverEnding);
+  IndexReader check(file, kNeverEnding);
 
   EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).matching, kMost);
   EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).checked, 0U);

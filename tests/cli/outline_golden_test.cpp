@@ -145,9 +145,10 @@ TEST(OutlineGolden, TextShows1000ProblemsUnlessAllAreWanted) {
     sink.finish(0, false);
     return out.substr(out.rfind('!'));
   };
-  EXPECT_EQ(endOf(1000, false), "! at 999: odd\n1,000 problems found.\n");
-  EXPECT_EQ(endOf(1001, false), "! at 999: odd\n1,001 problems found; the first 1,000 are shown.\n");
-  EXPECT_EQ(endOf(1001, true), "! at 1,000: odd\n1,001 problems found.\n");
+  EXPECT_EQ(endOf(1000, false), "! at 999: lists are nested too deep here\n1,000 problems found.\n");
+  EXPECT_EQ(endOf(1001, false),
+            "! at 999: lists are nested too deep here\n1,001 problems found; the first 1,000 are shown.\n");
+  EXPECT_EQ(endOf(1001, true), "! at 1,000: lists are nested too deep here\n1,001 problems found.\n");
 }
 
 TEST(OutlineGolden, StopIsTold) {
