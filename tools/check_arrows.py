@@ -8,21 +8,16 @@ import os
 import re
 import sys
 
-# Which rooms a room may include, besides itself. A file's room is the longest entry that its path starts with.
-ARROWS = {
-    "platform": set(),
-    "platform/linux": {"platform"},
-    "platform/headless": {"platform"},
-    "platform/qt": {"platform"},
-    "avi": {"platform"},
-    "engine": {"platform", "avi"},
-    "controls": {"platform"},
-    "storage": {"platform"},
-    "update": {"platform", "controls"},
-    "app": {"platform", "avi", "engine", "controls", "storage", "update"},
-    "app/main.cpp": {"platform", "platform/linux", "platform/qt", "app", "update"},
-    "cli": {"platform", "avi", "engine", "storage"},
-    "cli/main.cpp": {"platform", "platform/linux", "engine", "storage", "cli"},
+# The rooms of the product and what each may include stand in a table of docs/architecture.md, and nowhere else:
+# | `room/` | what it does | room, room; its `main.cpp` also room, room |
+TABLE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", "architecture.md")
+TABLE_ROW = re.compile(r"^\| `([a-z_/]+)/` \|[^|]*\| ([^|]*) \|$")
+MAIN_ALSO = re.compile(r"^its `main\.cpp` also (.*)$")
+NO_ROOM = "the standard library"
+
+# Which rooms the tests of a room may include, besides themselves. A file's room is the longest entry that its path
+# starts with.
+TEST_ARROWS = {
     "tests/support": {"platform", "platform/linux", "platform/headless", "avi", "engine"},
     "tests/platform": {"platform", "platform/linux", "platform/headless", "platform/qt", "tests/support"},
     "tests/platform/qt": {"platform", "platform/linux", "platform/headless", "platform/qt", "app", "engine", "controls",
@@ -68,6 +63,32 @@ THIRD_PARTY = {
     "benchmark/": {"tests"},
 }
 
+
+
+def product_arrows():
+    """The table: a set of rooms for each room, and for the `main.cpp` of those whose row speaks of one."""
+    arrows = {}
+    with open(TABLE, encoding="utf-8") as document:
+        for line in document:
+            row = TABLE_ROW.match(line.rstrip("\n"))
+            if not row or row.group(1) == "tests":
+                continue
+            room, (rooms, *more) = row.group(1), row.group(2).split("; ")
+            arrows[room] = set() if rooms == NO_ROOM else set(rooms.split(", "))
+            for part in more:
+                also = MAIN_ALSO.match(part)
+                if not also:
+                    raise SystemExit(f"{TABLE}: the row of {room} says what cannot be read: {part}")
+                joined = {name if name in arrows else f"platform/{name}" for name in also.group(1).split(", ")}
+                arrows[f"{room}/main.cpp"] = {room} | arrows[room] | joined
+    unknown = {name for rooms in arrows.values() for name in rooms} - set(arrows)
+    if not arrows or unknown:
+        raise SystemExit(f"{TABLE}: the table of rooms is missing, or names no rooms: {', '.join(sorted(unknown))}")
+    return arrows
+
+
+ARROWS = {**product_arrows(), **TEST_ARROWS}
+
 INCLUDE = re.compile(r'^\s*#\s*include\s*(?:"([^"]+)"|<([^>]+)>)')
 
 
@@ -88,7 +109,7 @@ def broken_includes(root, path):
                 continue
             ours, system = found.groups()
             if room is None:
-                yield f"{path}:{number}: this folder is in no room; name it in tools/check_arrows.py"
+                yield f"{path}:{number}: this folder is in no room; name it in docs/architecture.md"
                 return
             if ours is None and os.path.exists(os.path.join(root, system)):
                 ours = system  # angle brackets reach the rooms as well

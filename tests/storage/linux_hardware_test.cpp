@@ -43,6 +43,8 @@ class LinuxHardware : public MockMachine {
 struct Connected {
   const char* hardware;
   const char* connection;
+  /// The cases' names must not hold addresses.
+  friend void PrintTo(const Connected& one, std::ostream* out) { *out << one.hardware; }
 };
 
 class LinuxConnections : public LinuxHardware, public ::testing::WithParamInterface<Connected> {};

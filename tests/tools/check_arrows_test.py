@@ -98,7 +98,7 @@ class CheckArrows(unittest.TestCase):
 
     def test_folder_without_a_room_is_found(self):
         self.assert_broken({"helpers/a.h": "#include <vector>\n"},
-                           "helpers/a.h:1: this folder is in no room; name it in tools/check_arrows.py")
+                           "helpers/a.h:1: this folder is in no room; name it in docs/architecture.md")
 
     def test_every_break_is_listed(self):
         code, lines = self.check({"cli/table.h": "", "engine/a.cpp": '#include "cli/table.h"\n#include <unistd.h>\n',
