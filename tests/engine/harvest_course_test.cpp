@@ -199,6 +199,20 @@ TEST_F(HeaderHarvest, ReadsLogsAndShowsInTheOrderOfItsSections) {
                    }));
 }
 
+TEST_F(HeaderHarvest, EachBlockIsReadBeforeTheStageIsTold) {
+  MemoryFile& input = bench.choose(blank(600000));
+  input.onRead = [this](std::uint64_t offset, std::size_t) { bench.events.add("read " + std::to_string(offset)); };
+
+  harvestChosen();
+
+  const std::vector<std::string> lines = bench.events.lines();
+  ASSERT_GE(lines.size(), 5U);
+  EXPECT_EQ(lines[1], "read 0");
+  EXPECT_EQ(lines[2], "textfield.setStringValue(Analyzing the file..)");
+  EXPECT_EQ(lines[3], "read 1024");
+  EXPECT_EQ(lines[4], "textfield.setStringValue(Analyzing the file..)");
+}
+
 TEST_F(HeaderHarvest, OffsetOfTheBlockExaminedIsKept) {
   std::vector<std::uint64_t> offsets;
   bench.relay.onValue = [&](double) {
