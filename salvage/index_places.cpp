@@ -53,10 +53,11 @@ std::optional<StandardIndex> standardIndex(Bytes bytes, std::uint64_t offset) {
   index.offset = offset;
   index.stream = lowByte((lowByte(code >> 16U) - std::uint32_t{'0'}) * 10 + (code >> 24U) - '0');
   index.isOfFields = longs == 3;
+  index.size = number(bytes, 4);
   index.entries = number(bytes, 12);
   index.chunkId = avi::FourCC::at(bytes.subspan(16));
   index.baseOffset = number(bytes, 20) | std::uint64_t{number(bytes, 24)} << 32U;
-  if (kHeadInPayload + std::uint64_t{index.entries} * index.entrySize() > number(bytes, 4)) return std::nullopt;
+  if (kHeadInPayload + std::uint64_t{index.entries} * index.entrySize() > index.size) return std::nullopt;
   return index;
 }
 

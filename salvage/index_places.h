@@ -27,6 +27,7 @@ struct StandardIndex {
   std::uint64_t offset = 0;      ///< of its code, "ix00" and the like
   std::uint64_t baseOffset = 0;  ///< qwBaseOffset
   avi::FourCC chunkId;           ///< dwChunkId
+  std::uint32_t size = 0;        ///< ckSize
   std::uint32_t entries = 0;     ///< nEntriesInUse; they fit its size, but may reach beyond the end of the file
   std::uint8_t stream = 0;       ///< of its own code
   bool isOfFields = false;       ///< AVI_INDEX_SUB_2FIELD: three numbers an entry instead of two

@@ -131,6 +131,7 @@ TEST(StandardIndex, ItsHeaderIsRead) {
   EXPECT_EQ(index->offset, 1000U);
   EXPECT_EQ(index->stream, 47);
   EXPECT_EQ(index->entries, 10U);
+  EXPECT_EQ(index->size, 104U);
   EXPECT_EQ(index->chunkId, avi::k01wb);
   EXPECT_EQ(index->baseOffset, 0x1289abcdefU);
   EXPECT_FALSE(index->isOfFields);

@@ -11,6 +11,7 @@
 
 #include "avi/byte_order.h"
 #include "avi/chunk_codes.h"
+#include "salvage/index_template.h"
 #include "salvage/stream_facts.h"
 #include "tests/salvage/scanned_film.h"
 
@@ -76,6 +77,17 @@ TEST(RealFilms, EveryChunkThatAnIndexNamesIsATrustedCandidate) {
     const auto lost = std::ranges::count_if(
         named, [&](std::uint64_t offset) { return !std::ranges::binary_search(trusted, offset); });
     EXPECT_EQ(lost, 0) << "of " << named.size() << ", " << trusted.size() << " trusted of " << film.chunks().size();
+    const auto plan = salvage::indexTemplate(*film.input, film.headers, film.codes, film.scan);
+    EXPECT_EQ(plan.overlapping, 0U);
+    EXPECT_EQ(plan.leftOut, 0U);
+    for (const auto& entry : plan.entries) {
+      const std::size_t found = film.numberAt(entry.offset);
+      ASSERT_NE(found, salvage::ChunkChain::kNone) << entry.offset;
+      EXPECT_EQ(film.scan.candidates[found].size(), entry.size) << entry.offset;
+      EXPECT_EQ(film.scan.candidates[found].stream(), entry.stream) << entry.offset;
+    }
+    for (const auto& source : plan.tables) EXPECT_EQ(source.belonging, salvage::Belonging::belongs);
+    for (const auto& source : plan.standard) EXPECT_EQ(source.belonging, salvage::Belonging::belongs);
     for (const auto& facts : salvage::learnStreams(film.scan.candidates, film.chain)) {
       RecordProperty(path.filename().string(), std::to_string(facts.chunks) + " chunks, mean " +
                                                    std::to_string(facts.mean) + ", bits " +
