@@ -24,6 +24,7 @@ TEST_ARROWS = {
                           "update", "tests/platform", "tests/support"},
     "tests/avi": {"platform", "platform/headless", "avi", "tests/support"},
     "tests/engine": {"platform", "platform/linux", "platform/headless", "avi", "engine", "tests/support"},
+    "tests/salvage": {"platform", "platform/headless", "platform/linux", "avi", "salvage", "tests/support"},
     "tests/storage": {"platform", "platform/linux", "platform/headless", "storage", "cli", "tests/support"},
     "tests/controls": {"platform", "platform/headless", "platform/qt", "controls", "tests/support"},
     "tests/update": {"platform", "platform/linux", "platform/headless", "update", "controls", "tests/support"},

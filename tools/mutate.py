@@ -29,7 +29,7 @@ import time
 
 import mutations
 
-ROOMS = ("engine", "cli", "app", "update", "storage", "controls", "platform")
+ROOMS = ("engine", "salvage", "cli", "app", "update", "storage", "controls", "platform")
 # Tests of a room that lie beside those of another: what is drawn and driven through real widgets, what is fuzzed.
 TESTS_ELSEWHERE = {"engine": ("fuzz",), "app": ("platform/qt",), "controls": ("platform/qt",), "cli": ("storage",),
                    "platform": ("platform/qt", "storage", "update", "app")}

@@ -1,0 +1,288 @@
+// 1. A window of the file is read; it begins on a page and shares its last bytes with the next one.
+// 2. The places where a code may begin are found in all of it at once.
+// 3. Each is taken in order: a candidate is noted, a standard index is stepped over, a table is walked over entry by
+//    entry, through as many windows as it takes.
+// 4. The scan goes on behind what was taken, which may lie in front of the window's end: a table that ended in
+//    unreadable entries is left at its last readable one.
+#include "salvage/media_scan.h"
+
+#include <algorithm>
+#include <optional>
+#include <span>
+#include <utility>
+
+#include "avi/byte_order.h"
+#include "avi/chunk_codes.h"
+#include "platform/page_bytes.h"
+#include "salvage/chunk_chain.h"
+#include "salvage/code_search.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+using avi::FourCC;
+
+constexpr std::size_t kPage = 4096;
+/// A window of one page could end before it had moved on.
+constexpr std::size_t kFewestPages = 2;
+/// What is looked at behind a position: three entries of a table.
+constexpr std::size_t kLookAhead = 64;
+constexpr std::size_t kChunkHeader = 8;
+
+class Scan {
+ public:
+  Scan(avi::InputFile& input, std::uint64_t begin, const StreamCodes& codes, const ScanLimits& limits)
+      : input_(input),
+        codes_(codes),
+        limits_(limits),
+        windowSize_(std::max(limits.windowSize / kPage, kFewestPages) * kPage),
+        window_(windowSize_ + kSearchMargin),
+        at_(begin) {}
+
+  void readOn();
+  [[nodiscard]] bool hasMore() const { return at_ < limit_; }
+  void begin() { limit_ = std::min(input_.size(), Candidate::kOffsetLimit); }
+  MediaScan takeFound(bool isComplete) {
+    found_.isComplete = isComplete;
+    found_.end = std::min(at_, limit_);
+    return std::move(found_);
+  }
+
+ private:
+  [[nodiscard]] std::span<const std::byte> held(std::uint64_t from) const {
+    return std::span<const std::byte>(window_).subspan(static_cast<std::size_t>(from - start_),
+                                                       static_cast<std::size_t>(heldEnd_ - from));
+  }
+  void scanWindow();
+  bool walkTable();
+  void beginTable(std::uint64_t offset);
+  void endTable();
+  void visit(std::uint64_t offset);
+  void visitStreamCode(std::uint64_t offset, std::span<const std::byte> bytes);
+  void visitStandardIndex(std::uint64_t offset, std::span<const std::byte> bytes);
+  void visitIndexHeader(std::uint64_t offset, std::uint32_t size);
+  void add(const Candidate& candidate);
+  void skipUnreadable(std::uint64_t from, std::error_code cause);
+
+  avi::InputFile& input_;
+  const StreamCodes& codes_;
+  const ScanLimits& limits_;
+  const std::size_t windowSize_;
+  platform::PageBytes window_;
+  std::vector<std::uint32_t> beginnings_;
+  MediaScan found_;
+  std::uint64_t at_;           ///< everything before it has been taken
+  std::uint64_t limit_ = 0;    ///< the end of the file
+  std::uint64_t start_ = 0;    ///< of the window
+  std::uint64_t heldEnd_ = 0;  ///< of what the window holds
+  bool endsHere_ = false;      ///< no readable byte follows the window
+  std::optional<TableWalk> walk_;
+  IndexTable table_;                          ///< what `walk_` walks over, or walked over last
+  std::optional<std::uint64_t> indexHeader_;  ///< the last "idx1"
+  std::uint64_t indexHeaderEnd_ = 0;          ///< where it says that it ends
+  std::uint64_t thinnedAt_ = 0;               ///< thinned out no more until so many were left out
+};
+
+void Scan::skipUnreadable(std::uint64_t from, std::error_code cause) {
+  const std::uint64_t end = std::min(limit_, (from / kPage + 1) * kPage);
+  input_.remember({1, from, cause});
+  found_.unreadableBytes += end - from;
+  if (!found_.unreadable.empty() && found_.unreadable.back().end == from) {
+    found_.unreadable.back().end = end;
+  } else if (found_.unreadable.size() < limits_.unreadable) {
+    found_.unreadable.push_back({from, end});
+  }
+  at_ = end;
+}
+
+void Scan::readOn() {
+  start_ = at_ / kPage * kPage;
+  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(windowSize_, limit_ - start_));
+  const platform::IoResult result = input_.tryRead(start_, std::span(window_).first(wanted));
+  heldEnd_ = start_ + result.count;
+  endsHere_ = result.count < wanted || heldEnd_ == limit_;
+  if (heldEnd_ > at_) scanWindow();
+  if (!endsHere_ || at_ < heldEnd_) return;
+  if (walk_) endTable();
+  if (at_ < heldEnd_) return;
+  if (result.error) {
+    // An index may have led beyond what cannot be read.
+    if (at_ < (heldEnd_ / kPage + 1) * kPage) skipUnreadable(std::max(at_, heldEnd_), result.error);
+  } else if (result.count < wanted) {
+    limit_ = heldEnd_;  // The file has become shorter.
+  }
+}
+
+void Scan::scanWindow() {
+  const std::uint64_t last = endsHere_ ? heldEnd_ : heldEnd_ - kLookAhead;
+  if (walk_ && walkTable()) return;
+  if (at_ < start_) return;  // A table ended before this window.
+  if (at_ < last) {
+    const auto first = static_cast<std::size_t>(at_ - start_);
+    std::fill_n(window_.begin() + (heldEnd_ - start_), kSearchMargin, std::byte{0});
+    beginnings_.clear();
+    const auto positions = static_cast<std::size_t>(last - at_);
+    findCodeBeginnings(std::span(window_).subspan(first, positions + (heldEnd_ - last) + kSearchMargin), positions,
+                       beginnings_);
+    const std::uint64_t from = at_;
+    for (const std::uint32_t beginning : beginnings_) {
+      if (from + beginning < at_) continue;
+      visit(from + beginning);
+      if (walk_ && walkTable()) return;
+    }
+  }
+  at_ = std::max(at_, last);
+}
+
+/// True while the table goes on beyond the window.
+bool Scan::walkTable() {
+  while (true) {
+    const std::uint64_t next = walk_->next();
+    if (next + 2 * kTableEntry > heldEnd_) {
+      if (!endsHere_) {
+        at_ = next;
+        return true;
+      }
+      if (next + kTableEntry > heldEnd_) break;
+    }
+    if (!walk_->take(held(next), codes_)) break;
+  }
+  endTable();
+  return false;
+}
+
+void Scan::endTable() {
+  table_.end = walk_->end();
+  at_ = table_.end;
+  walk_.reset();
+  if (found_.tables.size() < limits_.indexes) {
+    found_.tables.push_back(table_);
+  } else {
+    ++found_.leftOut;
+  }
+}
+
+void Scan::visit(std::uint64_t offset) {
+  const auto bytes = held(offset);
+  if (bytes.size() < kChunkHeader) return;
+  const FourCC code = FourCC::at(bytes);
+  const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan<4, 4>());
+  const bool isList = code == avi::kList;
+  if (isList || code == avi::kRiff) {
+    if (bytes.size() < kChunkHeader + 4) return;
+    const FourCC type = FourCC::at(bytes.subspan(kChunkHeader));
+    const CandidateKind kind = !isList                                   ? CandidateKind::form
+                               : type == avi::kMovi || type == avi::kRec ? CandidateKind::list
+                                                                         : CandidateKind::skipped;
+    if (avi::isPrintable(type)) add({offset, kind, 0, 0, size, type.value});
+  } else if (code == avi::kJunk) {
+    add({offset, CandidateKind::skipped, 0, 0, size, 0});
+  } else if (code == avi::kIdx1) {
+    visitIndexHeader(offset, size);
+  } else if (avi::isStandardIndex(code)) {
+    visitStandardIndex(offset, bytes);
+  } else {
+    visitStreamCode(offset, bytes);
+  }
+}
+
+void Scan::visitIndexHeader(std::uint64_t offset, std::uint32_t size) {
+  add({offset, CandidateKind::skipped, 0, 0, size, 0});
+  indexHeader_ = offset;
+  indexHeaderEnd_ = offset + kChunkHeader + size;
+}
+
+void Scan::visitStandardIndex(std::uint64_t offset, std::span<const std::byte> bytes) {
+  const auto stream =
+      static_cast<std::uint8_t>((static_cast<unsigned>(bytes[2]) - '0') * 10 + (static_cast<unsigned>(bytes[3]) - '0'));
+  const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan<4, 4>());
+  add({offset, CandidateKind::index, stream, 0, size, 0});
+  const auto index = standardIndex(bytes, offset);
+  if (!index) return;
+  if (found_.standardIndexes.size() < limits_.indexes) {
+    found_.standardIndexes.push_back(*index);
+  } else {
+    ++found_.leftOut;
+  }
+  at_ = std::min(limit_, index->end());
+}
+
+void Scan::beginTable(std::uint64_t offset) {
+  const IndexTable before = std::exchange(table_, {offset, offset, std::nullopt});
+  const bool isWithin = indexHeader_ && offset < indexHeaderEnd_;
+  // Bytes missing from an entry, or added to it, end a table and begin the next.
+  const bool goesOn = before.end != 0 && offset - before.end < 2 * kTableEntry;
+  // Entries in front of this one that stand alone are no candidates, either.
+  if (goesOn) {
+    table_.header = before.header;
+    found_.candidates.dropFrom(before.end);
+  } else if (isWithin && (offset - *indexHeader_ - kChunkHeader) % kTableEntry == 0) {
+    table_.header = indexHeader_;
+    if (offset - *indexHeader_ <= kChunkHeader + TableWalk::kMostUnreadable * kTableEntry)
+      found_.candidates.dropFrom(*indexHeader_ + 1);
+  }
+  walk_.emplace(offset, isWithin && table_.header ? indexHeaderEnd_ : 0);
+}
+
+void Scan::visitStreamCode(std::uint64_t offset, std::span<const std::byte> bytes) {
+  const FourCC code = FourCC::at(bytes);
+  if (!codes_.findAnyStream(code)) return;
+  if (beginsTable(bytes, codes_)) {
+    beginTable(offset);
+    return;
+  }
+  const auto known = codes_.find(code);
+  if (!known) return;
+  const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan<4, 4>());
+  std::uint32_t head = 0;
+  for (std::size_t i = 0; i < std::min<std::size_t>(4, bytes.size() - kChunkHeader); ++i)
+    head |= static_cast<std::uint32_t>(bytes[kChunkHeader + i]) << 8U * i;
+  add({offset, CandidateKind::data, known->stream, known->suffix, size, head});
+}
+
+void Scan::add(const Candidate& candidate) {
+  CandidateList& candidates = found_.candidates;
+  if (candidates.size() >= limits_.candidates && found_.leftOut >= thinnedAt_) {
+    // What is expected from here on has not been seen yet, so only what ends before can be judged.
+    const ChunkChain chain = linkChunks(candidates, found_.chunkEnds(), limit_);
+    const std::size_t before = candidates.size();
+    candidates.thin([&](std::size_t i) {
+      const std::uint64_t next = candidates[i].next();
+      return chain.closes(i) || chain.is(i, ChainFact::isClosedOn) || (next >= candidate.offset() && next <= limit_);
+    });
+    found_.dropped += before - candidates.size();
+    // Doing it again and again for little would be slow.
+    thinnedAt_ =
+        found_.leftOut + (limits_.candidates - candidates.size() < limits_.candidates / 4 ? limits_.candidates / 4 : 0);
+  }
+  if (candidates.size() >= limits_.candidates) {
+    ++found_.leftOut;
+    return;
+  }
+  candidates.add(candidate);
+}
+
+}  // namespace
+
+std::vector<std::uint64_t> MediaScan::chunkEnds() const {
+  std::vector<std::uint64_t> ends;
+  ends.reserve(tables.size());
+  for (const IndexTable& table : tables) {
+    if (table.begin >= kChunkHeader) ends.push_back(table.begin - kChunkHeader);
+  }
+  return ends;
+}
+
+MediaScan scanMedia(avi::InputFile& input, std::uint64_t begin, const StreamCodes& codes,
+                    const std::function<bool()>& isEnding, const ScanLimits& limits) {
+  Scan scan(input, begin, codes, limits);
+  scan.begin();
+  while (scan.hasMore()) {
+    if (isEnding()) return scan.takeFound(false);
+    scan.readOn();
+  }
+  return scan.takeFound(true);
+}
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,58 @@
+/// One pass over a film's bytes that finds every place where a chunk may begin and every index. Codes inside an index
+/// are no candidates. Offsets and sizes are in bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "avi/input_file.h"
+#include "salvage/candidate.h"
+#include "salvage/index_places.h"
+#include "salvage/stream_codes.h"
+
+namespace zelvo::salvage {
+
+/// Bytes from `begin` up to, not including, `end`.
+struct ByteSpan {
+  std::uint64_t begin = 0;
+  std::uint64_t end = 0;
+
+  friend bool operator==(const ByteSpan&, const ByteSpan&) = default;
+};
+
+/// How much a scan reads at a time and remembers, so that no input takes more memory than these say.
+struct ScanLimits {
+  std::size_t windowSize = std::size_t{1} << 20U;  ///< in whole pages of 4096, at least two
+  /// Of 16 bytes each. When there are more, those that close on nothing and that nothing closes on are dropped; when
+  /// that makes too little room, later ones are left out.
+  std::size_t candidates = 4'000'000;
+  std::size_t indexes = 262'144;  ///< tables and standard indexes, each; later ones are masked but not remembered
+  std::size_t unreadable = 65'536;
+};
+
+struct MediaScan {
+  CandidateList candidates;
+  std::vector<IndexTable> tables;              ///< rising
+  std::vector<StandardIndex> standardIndexes;  ///< rising
+  std::vector<ByteSpan> unreadable;            ///< rising, apart from one another
+  std::uint64_t unreadableBytes = 0;           ///< also of stretches that are not remembered
+  std::uint64_t leftOut = 0;                   ///< candidates and indexes that found no room
+  std::uint64_t dropped = 0;                   ///< candidates that made room for others
+  std::uint64_t end = 0;                       ///< behind the last byte that was looked at
+  bool isComplete = false;                     ///< false when `isEnding` ended it
+
+  /// Where chunks may end though no candidate begins there: in front of each table.
+  [[nodiscard]] std::vector<std::uint64_t> chunkEnds() const;
+};
+
+/// Scans from `begin` to the end of the file. Each byte is read once, but for the little that windows and tables share.
+/// A code counts when `codes` has it; a table of another film's codes is recognised all the same.
+/// `isEnding` is asked before each read and ends the scan.
+/// Failure: what cannot be read is skipped in steps of 4096 bytes and remembered, by the input too.
+/// Thread: any.
+[[nodiscard]] MediaScan scanMedia(avi::InputFile& input, std::uint64_t begin, const StreamCodes& codes,
+                                  const std::function<bool()>& isEnding, const ScanLimits& limits = {});
+
+}  // namespace zelvo::salvage

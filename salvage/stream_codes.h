@@ -1,0 +1,49 @@
+/// The codes that a film's chunks bear: two digits that number the stream, and two letters, the suffix, that say what it
+/// holds.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "avi/fourcc.h"
+#include "salvage/surviving_headers.h"
+
+namespace zelvo::salvage {
+
+struct StreamCode {
+  std::uint8_t stream = 0;  ///< 0 to 99
+  std::uint8_t suffix = 0;  ///< number of the suffix in these StreamCodes
+
+  friend bool operator==(const StreamCode&, const StreamCode&) = default;
+};
+
+/// Thread: any, once made.
+class StreamCodes {
+ public:
+  /// More suffixes than this are not kept.
+  static constexpr std::size_t kMostSuffixes = 16;
+
+  /// Every stream number with every usual suffix: "db", "dc", "pc", "wb", "tx", "sb" and "__".
+  StreamCodes();
+  /// Where the headers are complete, the streams that they tell of, each with the suffixes of its type and with the one
+  /// that its super index names. Where headers are lost, every stream with every suffix.
+  explicit StreamCodes(const SurvivingHeaders& headers);
+
+  /// What the code says when a stream here may have such chunks.
+  [[nodiscard]] std::optional<StreamCode> find(avi::FourCC code) const;
+  /// The same of any stream number with any suffix known here.
+  [[nodiscard]] std::optional<StreamCode> findAnyStream(avi::FourCC code) const;
+  /// The code of such chunks.
+  [[nodiscard]] avi::FourCC codeOf(StreamCode code) const;
+
+ private:
+  /// The number of the suffix, noted if it is new; nothing once there are `kMostSuffixes`.
+  std::optional<std::uint8_t> noteSuffix(avi::FourCC code);
+
+  std::vector<std::uint16_t> suffixes_;                ///< third and fourth byte of the code, the third one low
+  std::array<std::uint16_t, kMostStreams> allowed_{};  ///< by stream: a bit for each suffix
+};
+
+}  // namespace zelvo::salvage
