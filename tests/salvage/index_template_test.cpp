@@ -216,6 +216,8 @@ TEST(IndexTemplate, PicturesOfTheHeaderOrExtentOfTheMediaMakeItBelong) {
   EXPECT_EQ(belonging(500, 600, extent), Belonging::belongs);
   EXPECT_EQ(belonging(0, 0, extent + 60), Belonging::belongs);
   EXPECT_EQ(belonging(0, 0, extent + 70), Belonging::foreign);
+  EXPECT_EQ(belonging(0, 0, extent - 60), Belonging::belongs);
+  EXPECT_EQ(belonging(0, 0, extent - 70), Belonging::foreign);
   EXPECT_EQ(belonging(0, 0, 0), Belonging::unknown);
 }
 

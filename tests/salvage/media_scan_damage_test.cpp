@@ -93,6 +93,18 @@ TEST(DamagedFilm, ByteMissingFromTheIndexMakesTwoTables) {
   EXPECT_EQ(scanned.scan.tables[1].end, table + 80 * 16 - 1);
 }
 
+TEST(DamagedFilm, BytesAddedToTheIndexMakeTwoTables) {
+  Bytes bytes = film().build();
+  const std::size_t table = indexOf(film()) + 8;
+  bytes.insert(bytes.begin() + at(table + 40 * 16 + 5), 5, std::byte{0xaa});
+  ScannedFilm scanned(std::move(bytes));
+  scanned.run();
+  EXPECT_EQ(scanned.chunks(), chunkOffsets(film()));
+  ASSERT_EQ(scanned.scan.tables.size(), 2U);
+  EXPECT_EQ(scanned.scan.tables[1].begin, table + 41 * 16 + 5);
+  EXPECT_EQ(scanned.scan.tables[1].header, table - 8);
+}
+
 TEST(DamagedFilm, WildSizeOfTheIndexHidesNothing) {
   Bytes bytes = film().build();
   overwriteNumber(bytes, indexOf(film()) + 4, 0xffffffff);

@@ -55,6 +55,13 @@ TEST(StreamFacts, SizesOfOneToAThousandAreSummedUp) {
   EXPECT_FALSE(streams[2].fixedSize.has_value());
 }
 
+TEST(StreamFacts, QuantileOfFewSizesIsOneOfThem) {
+  const auto facts = Chunks().add(0, 10).add(0, 20).add(0, 30).learn().at(0);
+  EXPECT_EQ(facts.smallest, 10U);
+  EXPECT_EQ(facts.median, 20U);
+  EXPECT_EQ(facts.largest, 30U);
+}
+
 TEST(StreamFacts, ChunksThatCloseOnNothingTeachNothing) {
   Chunks chunks;
   for (int i = 0; i < 10; ++i) chunks.add(0, 100, 0x11111111);
