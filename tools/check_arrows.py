@@ -10,9 +10,10 @@ import sys
 
 # The rooms of the product and what each may include stand in a table of docs/architecture.md, and nowhere else:
 # | `room/` | what it does | room, room; its `main.cpp` also room, room |
+# With "only", the file that joins the parts may name those and, besides the room's own, the seam, but none of the others.
 TABLE = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "docs", "architecture.md")
 TABLE_ROW = re.compile(r"^\| `([a-z_/]+)/` \|[^|]*\| ([^|]*) \|$")
-MAIN_ALSO = re.compile(r"^its `main\.cpp` also (.*)$")
+MAIN = re.compile(r"^its `main\.cpp` (also|only) (.*)$")
 NO_ROOM = "the standard library"
 
 # Which rooms the tests of a room may include, besides themselves. A file's room is the longest entry that its path
@@ -77,11 +78,11 @@ def product_arrows():
             room, (rooms, *more) = row.group(1), row.group(2).split("; ")
             arrows[room] = set() if rooms == NO_ROOM else set(rooms.split(", "))
             for part in more:
-                also = MAIN_ALSO.match(part)
-                if not also:
+                of_main = MAIN.match(part)
+                if not of_main:
                     raise SystemExit(f"{TABLE}: the row of {room} says what cannot be read: {part}")
-                joined = {name if name in arrows else f"platform/{name}" for name in also.group(1).split(", ")}
-                arrows[f"{room}/main.cpp"] = {room} | arrows[room] | joined
+                joined = {name if name in arrows else f"platform/{name}" for name in of_main.group(2).split(", ")}
+                arrows[f"{room}/main.cpp"] = {room} | joined | (arrows[room] if of_main.group(1) == "also" else {"platform"})
     unknown = {name for rooms in arrows.values() for name in rooms} - set(arrows)
     if not arrows or unknown:
         raise SystemExit(f"{TABLE}: the table of rooms is missing, or names no rooms: {', '.join(sorted(unknown))}")

@@ -64,6 +64,12 @@ class CheckArrows(unittest.TestCase):
         self.assert_broken({"platform/linux/a.h": "", "cli/options.cpp": '#include "platform/linux/a.h"\n'},
                            'cli/options.cpp:1: cli must not include platform/linux ("platform/linux/a.h")')
 
+    def test_main_of_the_window_joins_and_knows_no_engine(self):
+        self.assert_whole({"platform/qt/a.h": "", "update/b.h": "",
+                           "app/main.cpp": '#include "platform/qt/a.h"\n#include "update/b.h"\n'})
+        self.assert_broken({"engine/a.h": "", "app/main.cpp": '#include "engine/a.h"\n'},
+                           'app/main.cpp:1: app/main.cpp must not include engine ("engine/a.h")')
+
     def test_product_must_not_include_tests(self):
         self.assert_broken({"tests/support/a.h": "", "engine/scan.cpp": '#include "tests/support/a.h"\n'},
                            'engine/scan.cpp:1: engine must not include tests/support ("tests/support/a.h")')
