@@ -15,14 +15,14 @@ namespace {
 
 /// Choosers within choosers, each asked for because the one before could not be made. Calls under way are counted, and
 /// the call that would be one more returns at once: where no panel can ever be made, the stack would end otherwise.
-constexpr int kMostChoosers = 100;
+constexpr int kMaxChoosers = 100;
 
 std::vector<std::string> allowedFileTypes() { return {avi::kNameEndings.begin(), avi::kNameEndings.end()}; }
 
 }  // namespace
 
 void Orlin_Repair_AVIAppDelegate::openFinderWindow(platform::Button*) {
-  if (choosersAsked_ == kMostChoosers) return;
+  if (choosersAsked_ == kMaxChoosers) return;
   ++choosersAsked_;
   std::vector<std::string> extensions = allowedFileTypes();
   // Deliberate: "nil" is logged when there is a name.

@@ -5,9 +5,9 @@
 namespace zelvo::app {
 
 std::string ScratchPath::choose(std::uint8_t negvalue, const std::optional<std::string>& input) {
-  constexpr int kMostPairs = 4;
+  constexpr int kMaxPairs = 4;
   if (!pair_) pair_ = paths_.claim();
-  for (int tried = 0; pair_ && tried < kMostPairs; ++tried) {
+  for (int tried = 0; pair_ && tried < kMaxPairs; ++tried) {
     const std::string& path = negvalue == 1 ? pair_->first : pair_->second;
     if (paths_.mayWrite(path, input)) return path;
     // Decision: runs, Scratch pairs are held by a lock

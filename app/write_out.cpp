@@ -59,7 +59,7 @@ void WriteOut::wroteUpTo(std::uint64_t end) {
 }
 
 bool WriteOut::mayGoOn() {
-  return helper_ == nullptr || waitFor([this] { return written_ - sent_ < kMostAhead; });
+  return helper_ == nullptr || waitFor([this] { return written_ - sent_ < kMaxAhead; });
 }
 
 void WriteOut::finish() {

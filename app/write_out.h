@@ -21,7 +21,7 @@ class WriteOut {
   /// So much is sent together.
   static constexpr std::uint64_t kStep = 4U << 20U;
   /// A copy that is so far ahead of the medium had better wait.
-  static constexpr std::uint64_t kMostAhead = 4 * kStep;
+  static constexpr std::uint64_t kMaxAhead = 4 * kStep;
 
   /// `file` outlives it. Where no thread is to be had, everything is left to the last flush.
   WriteOut(platform::WritableFile& file, platform::Workers& workers);

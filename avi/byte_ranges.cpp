@@ -10,7 +10,7 @@ void ByteRanges::add(std::uint64_t begin, std::uint64_t end) {
   auto next = ranges_.upper_bound(begin);
   const bool touchesBefore = next != ranges_.begin() && std::prev(next)->second >= begin;
   const bool touchesNext = next != ranges_.end() && next->first <= end;
-  if (!touchesBefore && !touchesNext && ranges_.size() == kMost) return;
+  if (!touchesBefore && !touchesNext && ranges_.size() == kMax) return;
   if (touchesBefore) {
     --next;
     begin = next->first;

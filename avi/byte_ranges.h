@@ -11,9 +11,9 @@ namespace zelvo::avi {
 class ByteRanges {
  public:
   /// More ranges than this are not kept, so that a file that fails everywhere costs no more than some MiB of memory.
-  static constexpr std::size_t kMost = 65536;
+  static constexpr std::size_t kMax = 65536;
 
-  /// Adds the bytes from `begin` up to, not including, `end`. Once there are `kMost` ranges, one that touches none of
+  /// Adds the bytes from `begin` up to, not including, `end`. Once there are `kMax` ranges, one that touches none of
   /// them is left out.
   void add(std::uint64_t begin, std::uint64_t end);
   /// How many bytes are in the set.

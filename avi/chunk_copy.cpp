@@ -86,7 +86,7 @@ void copyRange(InputFile& input, StagedOutput& out, std::uint64_t offset, std::u
 
 CopyEnd copyChunks(const ChunkCopy& copy) {
   Segments segments;
-  const std::size_t together = copy.outHasItsLength ? ChunkPass::kMostRuns : 1;
+  const std::size_t together = copy.outHasItsLength ? ChunkPass::kMaxRuns : 1;
   Reached reached{.end = {copy.position, std::nullopt}};
   for (std::span<const ChunkRun> left = copy.runs; !left.empty();) {
     reached = copyInOnePass(copy, reached.end.position, left.first(std::min(together, left.size())), segments);

@@ -29,7 +29,7 @@ struct ChunkCopy {
   /// One for each stream; each goes behind the one before it. Any number.
   std::span<const ChunkRun> runs;
   /// True when `out` has its full length already. Then the runs are copied in one pass over the input (of more than
-  /// `ChunkPass::kMostRuns` so many in each pass); where it has not, writing far behind its end might have the file
+  /// `ChunkPass::kMaxRuns` so many in each pass); where it has not, writing far behind its end might have the file
   /// system fill what lies between.
   /// Decision: writer, Both kinds are copied in one pass
   bool outHasItsLength = false;

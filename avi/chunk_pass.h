@@ -71,7 +71,7 @@ class Batch {
   [[nodiscard]] std::uint64_t offset() const { return offset_; }  ///< in the input
   [[nodiscard]] std::size_t size() const { return size_; }
   [[nodiscard]] std::span<const std::span<std::byte>> places() const { return places_; }
-  [[nodiscard]] bool full() const { return size_ == kSize || places_.size() == kMostPlaces; }
+  [[nodiscard]] bool full() const { return size_ == kSize || places_.size() == kMaxPlaces; }
 
   void clear(std::uint64_t offset);
   /// Goes on with bytes that nobody needs.
@@ -89,7 +89,7 @@ class Batch {
 
  private:
   /// The system takes 1024 in one call.
-  static constexpr std::size_t kMostPlaces = 1023;
+  static constexpr std::size_t kMaxPlaces = 1023;
   struct Move {
     const std::byte* from = nullptr;
     std::span<std::byte> to;
@@ -112,9 +112,9 @@ class Batch {
 class ChunkPass {
  public:
   /// So many runs share a pass at the most, which bounds its memory: with a segment for each and two more, 8 MiB.
-  static constexpr std::size_t kMostRuns = 14;
+  static constexpr std::size_t kMaxRuns = 14;
 
-  /// Brings `runs`, at least one and at most `kMostRuns`, one behind the other, to `position` and on. `stopped` is asked
+  /// Brings `runs`, at least one and at most `kMaxRuns`, one behind the other, to `position` and on. `stopped` is asked
   /// now and then as long as there is a run behind the first that is not written whole; once it says yes, all runs
   /// behind that one are left out.
   ChunkPass(std::uint64_t fileSize, std::uint64_t position, std::span<const ChunkRun> runs, Segments& segments,

@@ -63,12 +63,12 @@ struct IndexReport {
   IndexRemark remark = IndexRemark::none;
 };
 
-/// Reads indexes one after the other. However large an index claims to be, no more than `kMostEntries` entries of all
+/// Reads indexes one after the other. However large an index claims to be, no more than `kMaxEntries` entries of all
 /// indexes together are looked at.
 /// Thread: one.
 class IndexReader {
  public:
-  static constexpr std::uint64_t kMostEntries = 4U << 20U;
+  static constexpr std::uint64_t kMaxEntries = 4U << 20U;
   using TakeEntry = std::function<void(const IndexEntry&)>;
 
   /// `takeEntry`, when given, is handed every entry in turn. Of one that could not be read only `number` is known.
@@ -86,7 +86,7 @@ class IndexReader {
   [[nodiscard]] ReadFailures failures() const;
 
  private:
-  [[nodiscard]] bool mayGoOn() const { return lookedAtInAll_ < kMostEntries && !isEnding_(); }
+  [[nodiscard]] bool mayGoOn() const { return lookedAtInAll_ < kMaxEntries && !isEnding_(); }
   void count(IndexReport& report, IndexEntry entry);
   void countUnreadable(IndexReport& report);
   /// The entry's bytes; none when they could not be read, nothing when the file ends before them. Valid until the next

@@ -79,8 +79,8 @@ void Outline::walk() {
   while (position_ < fileSize_ && !ends()) {
     closeEnded();
     if (position_ >= fileSize_) break;
-    if (chunks_ == kMostChunks) {
-      report({.kind = ProblemKind::tooManyChunks, .offset = position_, .held = kMostChunks});
+    if (chunks_ == kMaxChunks) {
+      report({.kind = ProblemKind::tooManyChunks, .offset = position_, .held = kMaxChunks});
       break;
     }
     step();
@@ -201,7 +201,7 @@ void Outline::skipDamage() {
 
 bool Outline::mayTell() {
   if (listsAll_) return true;
-  if (told_ == kMostListed) return false;
+  if (told_ == kMaxListed) return false;
   ++told_;
   return true;
 }
@@ -230,7 +230,7 @@ bool Outline::isListed(const OutlineItem& item) {
 DataSum& Outline::addToSums(FourCC id, std::uint64_t size) {
   OpenList* list = toldList();
   DataSums& sums = list == nullptr ? sumsOutside_ : list->sums;
-  const bool known = sums.contains(id.value) || sums.size() < kMostSums;
+  const bool known = sums.contains(id.value) || sums.size() < kMaxSums;
   DataSum& sum = sums[known ? id.value : 0];
   ++sum.chunks;
   sum.bytes += size;

@@ -91,12 +91,12 @@ class Outline {
   /// Lists nested deeper than this are not entered.
   static constexpr std::size_t kDeepest = 16;
   /// After this many chunks the walk ends.
-  static constexpr std::uint64_t kMostChunks = 16U << 20U;
+  static constexpr std::uint64_t kMaxChunks = 16U << 20U;
   /// So many chunks, lists and forms of a file are told one by one unless all are wanted; the rest is summed up.
   /// Decision: command-line, An outline is limited as a whole
-  static constexpr std::uint64_t kMostListed = 1000;
+  static constexpr std::uint64_t kMaxListed = 1000;
   /// Sums are kept for this many codes of a list, the rest under the code of zero.
-  static constexpr std::size_t kMostSums = 64;
+  static constexpr std::size_t kMaxSums = 64;
 
   Outline(platform::ReadableFile& file, OutlineSink& sink, const std::function<bool()>& isEnding, bool listsAll)
       : sink_(sink), isEnding_(isEnding), listsAll_(listsAll), view_(file, 65536), indexes_(file, [this] {

@@ -5,14 +5,14 @@ namespace zelvo::cli {
 void Batch::tell(const Outcome& outcome) {
   verdicts_.push_back(outcome.verdict);
   worst_ = worse(worst_, exitOf(outcome));
-  if (!outcome.reason.empty()) around_.console.error(outcome.reason);
+  if (!outcome.reason.empty()) environment_.console.error(outcome.reason);
   if (json_) {
-    around_.console.result(inJson(outcome));
-  } else if (!around_.console.isQuiet()) {
-    around_.console.result(inWords(outcome));
+    environment_.console.result(inJson(outcome));
+  } else if (!environment_.console.isQuiet()) {
+    environment_.console.result(inWords(outcome));
   }
   // Each result is there for whoever reads along before the next input is begun.
-  around_.console.flushResult();
+  environment_.console.flushResult();
 }
 
 Exit Batch::finish() {
@@ -21,9 +21,9 @@ Exit Batch::finish() {
   if (inputs_ < 2) return worst_;
   const std::string text = summary(verdicts_, notStarted);
   if (json_) {
-    around_.console.note(text.substr(0, text.size() - 1));
-  } else if (!around_.console.isQuiet()) {
-    around_.console.result(text);
+    environment_.console.note(text.substr(0, text.size() - 1));
+  } else if (!environment_.console.isQuiet()) {
+    environment_.console.result(text);
   }
   return worst_;
 }

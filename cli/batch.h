@@ -4,24 +4,25 @@
 #include <cstddef>
 #include <vector>
 
+#include "cli/environment.h"
 #include "cli/outcome.h"
-#include "cli/surroundings.h"
 
 namespace zelvo::cli {
 
 /// Thread: main.
 class Batch {
  public:
-  Batch(Surroundings& around, std::size_t inputs, bool json) : around_(around), inputs_(inputs), json_(json) {}
+  Batch(Environment& environment, std::size_t inputs, bool json)
+      : environment_(environment), inputs_(inputs), json_(json) {}
 
   /// False once the user asked for a stop.
-  [[nodiscard]] bool goesOn() const { return !around_.stopRequested; }
+  [[nodiscard]] bool shouldContinue() const { return !environment_.stopRequested; }
   void tell(const Outcome& outcome);
   /// Tells the summary and answers the worst exit.
   [[nodiscard]] Exit finish();
 
  private:
-  Surroundings& around_;
+  Environment& environment_;
   const std::size_t inputs_;
   const bool json_;
   Exit worst_ = Exit::done;

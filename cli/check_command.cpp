@@ -12,10 +12,10 @@ namespace zelvo::cli {
 
 namespace {
 
-Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath) {
+Outcome check(Environment& environment, EngineJob& job, const std::string& inputPath) {
   const auto start = std::chrono::steady_clock::now();
   Outcome outcome = outcomeOf("check", inputPath);
-  auto chosen = chooseInput(inputPath, around.files, around.fileManager);
+  auto chosen = chooseInput(inputPath, environment.files, environment.fileManager);
   if (auto* sentence = std::get_if<std::string>(&chosen)) {
     outcome.reason = std::move(*sentence);
     return outcome;
@@ -24,13 +24,13 @@ Outcome check(Surroundings& around, EngineJob& job, const std::string& inputPath
   outcome.inputSize = input.attributes.size;
   const auto cancel = std::make_shared<platform::CancelMark>();
   const EngineJob::Done done = job.perform(input, outcome, cancel, engine::check);
-  if (done.shortage && !around.stopRequested) {
+  if (done.shortage && !environment.stopRequested) {
     outcome.reason = shortageSentence(inputPath, done.shortage);
   } else if (!judgeInput(outcome, input, done.report, *cancel)) {
     outcome.verdict = Verdict::repairable;
     job.reportFindings(outcome, done.report);
     if (outcome.readFailures.count > 0) {
-      job.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + shownText(input.path) +
+      job.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + printable(input.path) +
                             " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +
                             outcome.readFailures.firstCause.message() + ".");
     }
@@ -50,13 +50,13 @@ class CheckCommand final : public Command {
     };
   }
 
-  Exit run(Surroundings& around) override {
-    around.console.setQuiet(quiet_);
-    EngineJob job(around, verbose_);
-    Batch batch(around, inputs_.size(), json_);
+  Exit run(Environment& environment) override {
+    environment.console.setQuiet(quiet_);
+    EngineJob job(environment, verbose_);
+    Batch batch(environment, inputs_.size(), json_);
     for (const std::string& input : inputs_) {
-      if (!batch.goesOn()) break;
-      batch.tell(check(around, job, input));
+      if (!batch.shouldContinue()) break;
+      batch.tell(check(environment, job, input));
     }
     return batch.finish();
   }

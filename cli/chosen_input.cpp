@@ -10,8 +10,8 @@ namespace zelvo::cli {
 namespace {
 
 std::string unreadable(const std::string& path, std::error_code error) {
-  if (error == std::errc::no_such_file_or_directory) return "there is no file named " + shownText(path) + ".";
-  return shownText(path) + " cannot be read: " + error.message() + ".";
+  if (error == std::errc::no_such_file_or_directory) return "there is no file named " + printable(path) + ".";
+  return printable(path) + " cannot be read: " + error.message() + ".";
 }
 
 }  // namespace
@@ -23,15 +23,15 @@ std::variant<ChosenInput, std::string> chooseInput(const std::string& path, plat
   const auto attributes = fileManager.attributesFollowingLinks(path);
   // Looked at before it is opened: opening a device can already do something to it.
   if (attributes && attributes->kind == Kind::folder) {
-    return shownText(path) + " is a folder; name the AVI file itself.";
+    return printable(path) + " is a folder; name the AVI file itself.";
   }
   if (attributes && attributes->kind != Kind::regularFile) {
-    return shownText(path) +
+    return printable(path) +
            " is not a regular file but a pipe, a device or the like; copy what it holds to a file first.";
   }
   auto opened = files.openForReading(path);
   if (!opened.file) return unreadable(path, opened.error);
-  if (!attributes) return shownText(path) + " cannot be looked at.";
+  if (!attributes) return printable(path) + " cannot be looked at.";
   std::array<std::byte, 1> first{};
   const platform::IoResult probe = opened.file->readAt(0, first);
   if (probe.error) return unreadable(path, probe.error);

@@ -14,7 +14,7 @@
 
 namespace zelvo::cli {
 
-struct Surroundings;
+struct Environment;
 
 /// One option, or the list of what stands without a dash. The parser stores what the user gave in `target`.
 struct Option {
@@ -36,7 +36,7 @@ class Command {
   /// Looks at what was given together; a sentence when it makes no sense.
   [[nodiscard]] virtual std::optional<std::string> misuse() const { return std::nullopt; }
   /// Thread: main.
-  [[nodiscard]] virtual Exit run(Surroundings& around) = 0;
+  [[nodiscard]] virtual Exit run(Environment& environment) = 0;
 };
 
 /// One row of the command table.

@@ -35,8 +35,8 @@ std::optional<std::string> CommandInputs::at(const std::string& output) const {
 std::optional<std::string> CommandInputs::refusal(const std::string& input, const std::string& output) const {
   const auto replaced = at(output);
   if (!replaced || *replaced == input || platform::areOneFile(fileManager_, *replaced, input)) return std::nullopt;
-  const std::string name = *replaced == output ? "" : ", under the name " + shownText(*replaced);
-  return shownText(input) + " is not repaired: its output would be " + shownText(output) +
+  const std::string name = *replaced == output ? "" : ", under the name " + printable(*replaced);
+  return printable(input) + " is not repaired: its output would be " + printable(output) +
          ", which is an input of the same command" + name +
          "; an input is never written to. Repair it on its own with -o, or use --output-dir.";
 }

@@ -146,7 +146,7 @@ std::optional<std::string> emptyName(Command& command) {
 }
 
 CommandLine misused(Console& console, const std::string& sentence, std::string_view command) {
-  console.error(shownText(sentence));
+  console.error(printable(sentence));
   const std::string name = "zelvo-avi" + (command.empty() ? std::string() : " " + std::string(command));
   console.error("see " + name + " --help for what can be given.");
   return {nullptr, Exit::wrongUse};

@@ -3,9 +3,9 @@
 #include <span>
 
 #include "cli/drives_text.h"
+#include "cli/environment.h"
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
-#include "cli/surroundings.h"
 #include "platform/paths.h"
 #include "storage/drive_inventory.h"
 #include "storage/system_record.h"
@@ -48,10 +48,10 @@ void noteFreeSpace(const VolumeView& volume, DrivesAnswer& answer) {
   const std::error_code error = volume.space.error;
   if (!error) return;
   if (error == std::errc::timed_out) {
-    answer.notes.push_back("what is mounted at " + shownText(volume.mountPoint) + " is not answering.");
+    answer.notes.push_back("what is mounted at " + printable(volume.mountPoint) + " is not answering.");
     return;
   }
-  const std::string where = "the free space at " + shownText(volume.mountPoint);
+  const std::string where = "the free space at " + printable(volume.mountPoint);
   answer.notes.push_back(error == std::errc::permission_denied
                              ? where + " can be told to root only."
                              : where + " could not be read: " + error.message() + ".");
@@ -83,13 +83,13 @@ class DrivesCommand final : public Command {
     return std::nullopt;
   }
 
-  Exit run(Surroundings& around) override {
-    const StorageView storage = around.lookAtStorage();
-    if (record_) return record(around, storage);
+  Exit run(Environment& environment) override {
+    const StorageView storage = environment.lookAtStorage();
+    if (record_) return record(environment, storage);
     const DrivesAnswer answer = listDrives(options_, *storage.media, *storage.volumes);
-    tell(around.console, answer);
-    around.console.result(answer.result);
-    for (const std::string& sentence : answer.notes) around.console.note("Note: " + sentence);
+    tell(environment.console, answer);
+    environment.console.result(answer.result);
+    for (const std::string& sentence : answer.notes) environment.console.note("Note: " + sentence);
     return answer.exit;
   }
 
@@ -108,29 +108,30 @@ class DrivesCommand final : public Command {
   }
 
   /// What could not be listed is an error here, too; the record says the same.
-  [[nodiscard]] Exit record(Surroundings& around, const StorageView& storage) const {
+  [[nodiscard]] Exit record(Environment& environment, const StorageView& storage) const {
     const DrivesAnswer answer = listDrives(options_, *storage.media, *storage.volumes);
-    tell(around.console, answer);
-    return worse(answer.exit, writeRecord(around, storage));
+    tell(environment.console, answer);
+    return worse(answer.exit, writeRecord(environment, storage));
   }
 
-  [[nodiscard]] Exit writeRecord(Surroundings& around, const StorageView& storage) const {
-    const std::string text = around.propertyLists.format(storage::recordedSystem(*storage.media, *storage.volumes));
-    if (*record_ == "-") return around.console.result(text) ? Exit::done : Exit::ioFailed;
+  [[nodiscard]] Exit writeRecord(Environment& environment, const StorageView& storage) const {
+    const std::string text =
+        environment.propertyLists.format(storage::recordedSystem(*storage.media, *storage.volumes));
+    if (*record_ == "-") return environment.console.result(text) ? Exit::done : Exit::ioFailed;
     platform::Relaxed<std::uint64_t> written;
-    HiddenFile hidden(around.fileManager, around.newFiles, written);
+    HiddenFile hidden(environment.fileManager, environment.newFiles, written);
     std::error_code error = hidden.create(platform::folderOf(*record_));
     if (!error) error = hidden.file()->writeAt(0, std::as_bytes(std::span(text))).error;
     if (!error) error = hidden.flushAndClose();
     if (error) {
-      around.console.error(shownText(*record_) + " could not be written: " + error.message() + ".");
+      environment.console.error(printable(*record_) + " could not be written: " + error.message() + ".");
       return Exit::ioFailed;
     }
     error = hidden.renameTo(OutputChoice{*record_});
     if (!error) return Exit::done;
-    around.console.error(error == std::errc::file_exists
-                             ? shownText(*record_) + " exists already and was left as it is; name another file."
-                             : shownText(*record_) + " cannot be given its name: " + error.message() + ".");
+    environment.console.error(error == std::errc::file_exists
+                                  ? printable(*record_) + " exists already and was left as it is; name another file."
+                                  : printable(*record_) + " cannot be given its name: " + error.message() + ".");
     return Exit::ioFailed;
   }
 

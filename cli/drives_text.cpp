@@ -23,7 +23,7 @@ std::size_t characters(std::string_view text) {
       std::ranges::count_if(text, [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }));
 }
 
-std::string orDash(const std::string& text) { return text.empty() ? "-" : shownText(text); }
+std::string orDash(const std::string& text) { return text.empty() ? "-" : printable(text); }
 
 /// As `shownSize`, and "1.00 TB" where that would count thousands of GB.
 std::string shownDiskSize(std::uint64_t bytes) {
@@ -39,7 +39,7 @@ std::string shownFree(const platform::VolumeSpace& space) {
 void fillVolume(Row& row, const VolumeView& view) {
   row[free] = shownFree(view.space);
   row[volume] = orDash(view.name);
-  row[mountedAt] = shownText(view.mountPoint) + (view.readOnly ? "  (read-only)" : "");
+  row[mountedAt] = printable(view.mountPoint) + (view.readOnly ? "  (read-only)" : "");
 }
 
 void addDrive(std::vector<Row>& rows, const DriveView& drive, bool belowItsDisk) {
@@ -82,8 +82,8 @@ std::string laidOut(const std::vector<Row>& rows) {
 
 std::string treeVolume(const VolumeView& view) {
   const std::string space = view.space.error ? shownFree(view.space) : shownFree(view.space) + " free";
-  const std::string name = view.name.empty() ? "" : "\"" + shownText(view.name) + "\" ";
-  return name + "at " + shownText(view.mountPoint) + (view.readOnly ? ", read-only, " : ", ") + space;
+  const std::string name = view.name.empty() ? "" : "\"" + printable(view.name) + "\" ";
+  return name + "at " + printable(view.mountPoint) + (view.readOnly ? ", read-only, " : ", ") + space;
 }
 
 std::string treeDrive(const DriveView& drive, bool disk) {
@@ -91,9 +91,9 @@ std::string treeDrive(const DriveView& drive, bool disk) {
   if (drive.size) line += "  " + shownDiskSize(*drive.size);
   if (!disk) return line;
   for (const std::string& text : {drive.kind, drive.model}) {
-    if (!text.empty() && text != "-") line += "  " + shownText(text);
+    if (!text.empty() && text != "-") line += "  " + printable(text);
   }
-  if (!drive.serial.empty() && drive.serial != "-") line += "  (serial " + shownText(drive.serial) + ")";
+  if (!drive.serial.empty() && drive.serial != "-") line += "  (serial " + printable(drive.serial) + ")";
   return line;
 }
 

@@ -28,7 +28,7 @@ std::string listed(const std::vector<std::string>& parts) {
 /// The sentence about an input that was found to be no AVI file, or not to be repairable.
 std::string whyRejected(const ChosenInput& input, const engine::RepairReport& report) {
   const bool invalid = report.end == engine::RunEnd::invalid;
-  const std::string name = shownText(input.path);
+  const std::string name = printable(input.path);
   const std::uint64_t size = input.attributes.size;
   if (size == 0) return name + " is empty.";
   if (invalid && size < kSmallestAvi) return name + " is only " + counted(size, "byte") + " long; that is no AVI file.";
@@ -58,32 +58,32 @@ std::string whyRejected(const ChosenInput& input, const engine::RepairReport& re
 EngineJob::Done EngineJob::perform(const ChosenInput& input, Outcome& outcome,
                                    const std::shared_ptr<platform::CancelMark>& cancel, const Body& body) {
   if (input.attributes.size >= kOffsetsWrap) {
-    warn(outcome, shownText(input.path) + " is " + shownSize(input.attributes.size) +
+    warn(outcome, printable(input.path) + " is " + shownSize(input.attributes.size) +
                       " long; positions beyond 4 GiB wrap, so what lies there is not found.");
   }
   beginWriting(Stage::none, 0);
-  const engine::RepairRun run{*input.file, input.attributes.size, progress_, *cancel, around_.workers};
+  const engine::RepairRun run{*input.file, input.attributes.size, progress_, *cancel, environment_.workers};
   struct Shared {
     bool ended = false;           // the main thread's
     engine::RepairReport report;  // the worker's until it is joined
   };
   const auto shared = std::make_shared<Shared>();
-  const auto worker = around_.workers.start(cancel, [this, shared, &run, &body] {
+  const auto worker = environment_.workers.start(cancel, [this, shared, &run, &body] {
     shared->report = body(run);
-    around_.mainQueue.perform([shared] { shared->ended = true; });  // wakes the main thread
+    environment_.mainQueue.perform([shared] { shared->ended = true; });  // wakes the main thread
   });
   if (!worker) return {.report = {}, .shortage = platform::noThread()};
   const std::error_code followed = platform::ranOut([&] {
     ProgressLine line(input.path);
-    around_.runUntil([&] {
-      if (around_.stopRequested) cancel->abandon();
-      if (around_.console.showsProgress()) showProgress(line, input.attributes.size);
+    environment_.runUntil([&] {
+      if (environment_.stopRequested) cancel->abandon();
+      if (environment_.console.showsProgress()) showProgress(line, input.attributes.size);
       return shared->ended || worker->finished();  // a body that was cut short wakes nobody
     });
   });
   if (followed) cancel->abandon();
   worker->join();  // whatever happens here: it works on what the caller holds
-  around_.console.progress("");
+  environment_.console.progress("");
   Done done{.report = std::move(shared->report), .shortage = followed};
   if (!done.shortage) done.shortage = worker->failure();
   const auto& failure = done.report.writeFailure;
@@ -103,7 +103,7 @@ void EngineJob::showProgress(ProgressLine& line, std::uint64_t inputSize) {
     all = inputSize;
     done = static_cast<std::uint64_t>(static_cast<double>(inputSize) * progress_.share());
   }
-  around_.console.progress(line.text(now, stage, done, all));
+  environment_.console.progress(line.text(now, stage, done, all));
 }
 
 void EngineJob::beginWriting(Stage stage, std::uint64_t all) {
@@ -113,7 +113,7 @@ void EngineJob::beginWriting(Stage stage, std::uint64_t all) {
 }
 
 void EngineJob::warn(Outcome& outcome, const std::string& sentence) {
-  around_.console.warning(sentence);
+  environment_.console.warning(sentence);
   outcome.warnings.push_back(sentence);
 }
 
@@ -121,7 +121,7 @@ void EngineJob::reportFindings(Outcome& outcome, const engine::RepairReport& rep
   outcome.streams = report.streams;
   outcome.outputSize = report.bytes;  // Decision: command-line, Check tells what a repair would write
 
-  const std::string input = shownText(outcome.inputPath);
+  const std::string input = printable(outcome.inputPath);
   const platform::FilmReport& kept = report.film;
   if (kept.pictures == 0 || kept.soundChunks == 0) {
     const bool neither = kept.pictures == kept.soundChunks;
@@ -146,7 +146,7 @@ void EngineJob::reportFindings(Outcome& outcome, const engine::RepairReport& rep
 
 bool judgeInput(Outcome& outcome, const ChosenInput& input, const engine::RepairReport& report,
                 const platform::CancelMark& cancel) {
-  const std::string name = shownText(input.path);
+  const std::string name = printable(input.path);
   outcome.readFailures = report.readFailures;
   if (cancel.abandoned()) {
     outcome.verdict = Verdict::stopped;
@@ -176,7 +176,7 @@ std::string shortageSentence(const std::string& inputPath, std::error_code short
   const std::string lacking = shortage == std::errc::not_enough_memory
                                   ? "there is not enough memory for "
                                   : "the system gives no thread (" + shortage.message() + ") for ";
-  return lacking + shownText(inputPath) + "; nothing was written, and it is unchanged.";
+  return lacking + printable(inputPath) + "; nothing was written, and it is unchanged.";
 }
 
 Outcome outcomeOf(std::string command, const std::string& path) {

@@ -9,9 +9,9 @@
 #include <system_error>
 
 #include "cli/chosen_input.h"
+#include "cli/environment.h"
 #include "cli/job_progress.h"
 #include "cli/outcome.h"
-#include "cli/surroundings.h"
 #include "engine/repair.h"
 #include "platform/relaxed.h"
 
@@ -21,7 +21,8 @@ namespace zelvo::cli {
 class EngineJob {
  public:
   /// `verbosity` as in ConsoleLog.
-  EngineJob(Surroundings& around, int verbosity) : around_(around), log_(around.console, verbosity), progress_(log_) {}
+  EngineJob(Environment& environment, int verbosity)
+      : environment_(environment), log_(environment.console, verbosity), progress_(log_) {}
 
   /// What comes of one input.
   struct Done {
@@ -51,7 +52,7 @@ class EngineJob {
  private:
   void showProgress(ProgressLine& line, std::uint64_t inputSize);
 
-  Surroundings& around_;
+  Environment& environment_;
   ConsoleLog log_;
   RunProgress progress_;
   platform::Relaxed<std::uint64_t> written_;

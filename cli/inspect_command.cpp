@@ -4,10 +4,10 @@
 
 #include "avi/outline.h"
 #include "cli/chosen_input.h"
+#include "cli/environment.h"
 #include "cli/job_progress.h"
 #include "cli/outline_writers.h"
 #include "cli/shown_text.h"
-#include "cli/surroundings.h"
 
 namespace zelvo::cli {
 
@@ -17,9 +17,9 @@ namespace {
 class Inspection {
  public:
   /// `takenBack`: nobody takes the result any more.
-  Inspection(Surroundings& around, const ChosenInput& input, avi::OutlineSink& sink,
+  Inspection(Environment& environment, const ChosenInput& input, avi::OutlineSink& sink,
              const platform::Relaxed<bool>& takenBack, bool listsAll)
-      : around_(around),
+      : environment_(environment),
         input_(input),
         takenBack_(takenBack),
         progress_(input.path),
@@ -28,24 +28,24 @@ class Inspection {
 
   void walk() {
     outline_.walk();
-    around_.console.progress("");
+    environment_.console.progress("");
   }
   [[nodiscard]] const avi::Outline& outline() const { return outline_; }
 
   /// Tells what kept the walk from seeing all, or that this is no AVI file.
   [[nodiscard]] Exit exit() const {
-    const std::string name = shownText(input_.path);
-    const bool stopped = outline_.wasStopped() && around_.stopRequested;
-    if (stopped) around_.console.error("stopped; " + name + " was looked at up to byte " + reached() + ".");
+    const std::string name = printable(input_.path);
+    const bool stopped = outline_.wasStopped() && environment_.stopRequested;
+    if (stopped) environment_.console.error("stopped; " + name + " was looked at up to byte " + reached() + ".");
     const avi::ReadFailures failures = outline_.failures();
     if (failures.count > 0) {
-      around_.console.error(name + " cannot be read at byte " + shownNumber(failures.firstOffset) + ": " +
-                            failures.firstCause.message() + ".");
+      environment_.console.error(name + " cannot be read at byte " + shownNumber(failures.firstOffset) + ": " +
+                                 failures.firstCause.message() + ".");
       return Exit::ioFailed;
     }
     if (stopped) return Exit::stopped;
     if (outline_.isAvi()) return Exit::done;
-    around_.console.error(name + " is not an AVI file, or its beginning is damaged.");
+    environment_.console.error(name + " is not an AVI file, or its beginning is damaged.");
     return Exit::unrepairable;
   }
 
@@ -56,16 +56,17 @@ class Inspection {
   }
 
   [[nodiscard]] bool ends() {
-    if (around_.console.showsProgress()) {
+    if (environment_.console.showsProgress()) {
       const auto now = ProgressLine::Clock::now();
       if (progress_.isDue(now)) {
-        around_.console.progress(progress_.text(now, Stage::inspecting, outline_.position(), input_.attributes.size));
+        environment_.console.progress(
+            progress_.text(now, Stage::inspecting, outline_.position(), input_.attributes.size));
       }
     }
-    return takenBack_ || around_.stopRequested;
+    return takenBack_ || environment_.stopRequested;
   }
 
-  Surroundings& around_;
+  Environment& environment_;
   const ChosenInput& input_;
   const platform::Relaxed<bool>& takenBack_;
   ProgressLine progress_;
@@ -82,33 +83,33 @@ class InspectCommand final : public Command {
     };
   }
 
-  Exit run(Surroundings& around) override {
-    auto chosen = chooseInput(path_, around.files, around.fileManager);
+  Exit run(Environment& environment) override {
+    auto chosen = chooseInput(path_, environment.files, environment.fileManager);
     if (const auto* sentence = std::get_if<std::string>(&chosen)) {
-      around.console.error(*sentence);
+      environment.console.error(*sentence);
       return Exit::ioFailed;
     }
-    return inspect(around, std::get<ChosenInput>(chosen));
+    return inspect(environment, std::get<ChosenInput>(chosen));
   }
 
  private:
-  [[nodiscard]] Exit inspect(Surroundings& around, const ChosenInput& input) const {
+  [[nodiscard]] Exit inspect(Environment& environment, const ChosenInput& input) const {
     // Once nobody takes the result any more, the walk ends as after a stop.
     platform::Relaxed<bool> takenBack;
     const TakePiece take = [&](std::string_view piece) {
-      if (!around.console.result(piece)) takenBack = true;
+      if (!environment.console.result(piece)) takenBack = true;
     };
     if (json_) {
       OutlineJson sink(take, input.path, input.attributes.size);
-      Inspection inspection(around, input, sink, takenBack, chunks_);
+      Inspection inspection(environment, input, sink, takenBack, chunks_);
       inspection.walk();
       const avi::Outline& outline = inspection.outline();
       sink.finish(outline.isAvi(), outline.failures().count, outline.wasStopped());
       return inspection.exit();
     }
-    take(shownText(input.path) + ", " + counted(input.attributes.size, "byte") + "\n");
+    take(printable(input.path) + ", " + counted(input.attributes.size, "byte") + "\n");
     OutlineText sink(take, chunks_);
-    Inspection inspection(around, input, sink, takenBack, chunks_);
+    Inspection inspection(environment, input, sink, takenBack, chunks_);
     inspection.walk();
     sink.finish(inspection.outline().failures().count, inspection.outline().wasStopped());
     return inspection.exit();

@@ -64,7 +64,7 @@ std::string ProgressLine::text(Clock::time_point now, Stage stage, std::uint64_t
     stage_ = stage;
     stageBegan_ = now;
   }
-  std::string line = shortened(shownText(name_), kLongestName) + ": " + std::string(nameOf(stage));
+  std::string line = shortened(printable(name_), kLongestName) + ": " + std::string(nameOf(stage));
   if (all == 0 || stage == Stage::flushing) return line;
   done = std::min(done, all);
   const double seconds = std::chrono::duration<double>(now - stageBegan_).count();

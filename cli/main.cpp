@@ -8,7 +8,7 @@
 #include <system_error>
 
 #include "cli/command_line.h"
-#include "cli/surroundings.h"
+#include "cli/environment.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
@@ -60,17 +60,17 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
     const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>(pathProbe);
     return zelvo::cli::StorageView{snapshot, snapshot};
   };
-  zelvo::cli::Surroundings around{.files = files,
-                                  .fileManager = fileManager,
-                                  .newFiles = newFiles,
-                                  .workers = workers,
-                                  .mainQueue = mainQueue,
-                                  .runUntil = [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
-                                  .lookAtStorage = lookAtStorage,
-                                  .propertyLists = propertyLists,
-                                  .console = console,
-                                  .stopRequested = stopRequested};
-  return command.run(around);
+  zelvo::cli::Environment environment{.files = files,
+                                      .fileManager = fileManager,
+                                      .newFiles = newFiles,
+                                      .workers = workers,
+                                      .mainQueue = mainQueue,
+                                      .runUntil = [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
+                                      .lookAtStorage = lookAtStorage,
+                                      .propertyLists = propertyLists,
+                                      .console = console,
+                                      .stopRequested = stopRequested};
+  return command.run(environment);
 }
 
 /// What was printed but could not be written counts as a failure too.

@@ -16,7 +16,7 @@ constexpr std::uint64_t kResultVersion = 1;
 std::string_view nameOf(engine::StreamKind kind) { return kind == engine::StreamKind::video ? "video" : "audio"; }
 
 std::string codecInWords(const engine::StreamReport& stream) {
-  if (!stream.formatTag) return stream.codec.empty() ? "codec not named" : shownText(stream.codec);
+  if (!stream.formatTag) return stream.codec.empty() ? "codec not named" : printable(stream.codec);
   const std::string_view name = avi::audioFormatName(*stream.formatTag);
   return name.empty() ? "format " + shownHex(*stream.formatTag, 4) : std::string(name);
 }
@@ -133,19 +133,19 @@ std::string_view nameOf(Verdict verdict) {
 }
 
 std::string inWords(const Outcome& outcome) {
-  const std::string input = shownText(outcome.inputPath);
+  const std::string input = printable(outcome.inputPath);
   std::string text;
   if (outcome.verdict == Verdict::repaired) {
     text = input + ": repaired.\n" + streamsInWords(outcome.streams);
     const std::string output = outcome.outputPath.value_or("");
-    text += line("Written", shownText(output) + " (" + shownSize(outcome.outputSize.value_or(0)) + ", in " +
+    text += line("Written", printable(output) + " (" + shownSize(outcome.outputSize.value_or(0)) + ", in " +
                                 shownSeconds(outcome.seconds) + ")");
-    text += line("To play", "open it with any video player, for instance: mpv " + shownText(quotedForShell(output)));
+    text += line("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
     text += line("Unchanged", input);
   } else if (outcome.verdict == Verdict::repairable) {
     text = input + ": can be repaired.\n" + streamsInWords(outcome.streams);
     text += line("Output", shownSize(outcome.outputSize.value_or(0)) + " would be written");
-    text += line("To repair", "zelvo-avi repair " + shownText(quotedForShell(outcome.inputPath)));
+    text += line("To repair", "zelvo-avi repair " + printable(quotedForShell(outcome.inputPath)));
   }
   return text;
 }

@@ -20,8 +20,8 @@ avi::FourCC codeOf(std::uint32_t value) {
 }
 
 std::string valueInWords(const avi::Field& field) {
-  if (const auto* text = std::get_if<std::string>(&field.value)) return "\"" + shownText(*text) + "\"";
-  if (const auto* code = std::get_if<avi::FourCC>(&field.value)) return "\"" + shownText(codeOrNumber(*code)) + "\"";
+  if (const auto* text = std::get_if<std::string>(&field.value)) return "\"" + printable(*text) + "\"";
+  if (const auto* code = std::get_if<avi::FourCC>(&field.value)) return "\"" + printable(codeOrNumber(*code)) + "\"";
   if (const auto* number = std::get_if<std::int64_t>(&field.value)) return std::to_string(*number);
   return std::to_string(std::get<std::uint64_t>(field.value));
 }
@@ -110,7 +110,7 @@ void OutlineText::finish(std::uint64_t failedReads, bool stopped) {
   } else if (failedReads > 0) {
     text += " in what could be read";
   }
-  if (!showsAll_ && problemCount_ > kMostProblems) text += "; the first " + shownNumber(kMostProblems) + " are shown";
+  if (!showsAll_ && problemCount_ > kMaxProblems) text += "; the first " + shownNumber(kMaxProblems) + " are shown";
   line(0, text + ".");
   passOn();
 }
@@ -141,7 +141,7 @@ void OutlineText::chunk(const avi::OutlineItem& chunk, const std::vector<avi::Fi
 
 void OutlineText::problem(const avi::Problem& problem, std::size_t depth) {
   ++problemCount_;
-  if (!showsAll_ && problemCount_ > kMostProblems) return;
+  if (!showsAll_ && problemCount_ > kMaxProblems) return;
   line(depth, "! at " + shownNumber(problem.offset) + ": " + inWords(problem));
 }
 
@@ -228,7 +228,7 @@ void OutlineJson::chunk(const avi::OutlineItem& chunk, const std::vector<avi::Fi
 
 void OutlineJson::problem(const avi::Problem& problem, std::size_t) {
   ++problemCount_;
-  if (problems_.size() < kMostProblems) problems_.push_back(problem);
+  if (problems_.size() < kMaxProblems) problems_.push_back(problem);
 }
 
 void OutlineJson::finish(bool isAvi, std::uint64_t readErrors, bool stopped) {

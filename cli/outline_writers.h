@@ -18,7 +18,7 @@ using TakePiece = std::function<void(std::string_view)>;
 class OutlineText final : public avi::OutlineSink {
  public:
   /// Of the problems only this many are shown unless all are wanted.
-  static constexpr std::uint64_t kMostProblems = 1000;
+  static constexpr std::uint64_t kMaxProblems = 1000;
 
   explicit OutlineText(TakePiece take, bool showsAll = false) : take_(std::move(take)), showsAll_(showsAll) {}
   void beginList(const avi::OutlineItem& list) override;
@@ -45,7 +45,7 @@ class OutlineText final : public avi::OutlineSink {
 class OutlineJson final : public avi::OutlineSink {
  public:
   /// Of the problems only this many are written; they are counted all.
-  static constexpr std::size_t kMostProblems = 100;
+  static constexpr std::size_t kMaxProblems = 100;
 
   OutlineJson(TakePiece take, std::string_view path, std::uint64_t size);
   void beginList(const avi::OutlineItem& list) override;

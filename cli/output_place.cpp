@@ -56,10 +56,10 @@ std::optional<std::string> folderRefusal(const OutputChoice& output, platform::F
     folder = platform::folderOf(folder);
     there = fileManager.attributesFollowingLinks(folder);
   }
-  if (!there) return "there is no folder " + shownText(folder) + "; create it or name another one.";
-  if (there->kind != Kind::folder) return shownText(folder) + " is not a folder.";
+  if (!there) return "there is no folder " + printable(folder) + "; create it or name another one.";
+  if (there->kind != Kind::folder) return printable(folder) + " is not a folder.";
   if (!fileManager.isWritable(folder)) {
-    return "the folder " + shownText(folder) + " may not be written to; name another one with -o or --output-dir.";
+    return "the folder " + printable(folder) + " may not be written to; name another one with -o or --output-dir.";
   }
   return std::nullopt;
 }
@@ -131,7 +131,7 @@ void HiddenFile::remove() {
 
 std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,
                                    platform::FileManager& fileManager) {
-  const std::string shown = shownText(output.path);
+  const std::string shown = printable(output.path);
   if (output.path.empty()) return "the output's name is empty.";
   if (output.path.ends_with('/')) {
     return "the output must be named as a file, not as a folder: " + shown;
@@ -153,16 +153,16 @@ std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput
 
 std::string renameRefused(const OutputChoice& output, std::error_code error) {
   if (error == std::errc::file_exists) {
-    return shownText(output.path) + " has appeared meanwhile and was left as it is; use --force to replace it.";
+    return printable(output.path) + " has appeared meanwhile and was left as it is; use --force to replace it.";
   }
-  return shownText(output.path) + " cannot be given its name: " + error.message() + ".";
+  return printable(output.path) + " cannot be given its name: " + error.message() + ".";
 }
 
 std::optional<std::string> spaceMissing(const std::string& folder, std::uint64_t needed,
                                         platform::FileManager& fileManager) {
   const auto free = fileManager.freeSpace(folder);
   if (!free || *free >= needed) return std::nullopt;
-  return "there is not enough free space in " + shownText(folder) + ": " + shownSize(needed) + " are needed, " +
+  return "there is not enough free space in " + printable(folder) + ": " + shownSize(needed) + " are needed, " +
          shownSize(*free) + " are free. Free some, or name another place.";
 }
 

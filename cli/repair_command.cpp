@@ -25,22 +25,22 @@ namespace zelvo::cli {
 namespace {
 
 std::string writeFailed(const OutputChoice& output, std::uint64_t offset, std::error_code cause) {
-  return "writing " + shownText(output.path) + " failed after " + shownSize(offset) + ": " + cause.message() +
+  return "writing " + printable(output.path) + " failed after " + shownSize(offset) + ": " + cause.message() +
          ". Nothing of it was left behind.";
 }
 
 /// One input's repair. Makes the engine's output: a hidden file beside the final name.
 class OneRepair final : public engine::OutputMaker {
  public:
-  OneRepair(Surroundings& around, EngineJob& job, const CommandInputs& inputs, OutputChoice output, bool padded)
-      : around_(around),
+  OneRepair(Environment& environment, EngineJob& job, const CommandInputs& inputs, OutputChoice output, bool padded)
+      : environment_(environment),
         job_(job),
         inputs_(inputs),
         output_(std::move(output)),
         folder_(platform::folderOf(output_.path)),
         isPadded_(padded),
-        rebuilt_(around.fileManager, around.newFiles, job.written()),
-        padded_(around.fileManager, around.newFiles, job.written()) {}
+        rebuilt_(environment.fileManager, environment.newFiles, job.written()),
+        padded_(environment.fileManager, environment.newFiles, job.written()) {}
 
   [[nodiscard]] Outcome run(const std::string& inputPath);
 
@@ -64,7 +64,7 @@ class OneRepair final : public engine::OutputMaker {
   void judge(Outcome& outcome, const ChosenInput& input, const engine::RepairReport& report,
              const platform::CancelMark& cancel);
 
-  Surroundings& around_;
+  Environment& environment_;
   EngineJob& job_;
   const CommandInputs& inputs_;
   const OutputChoice output_;
@@ -77,15 +77,15 @@ class OneRepair final : public engine::OutputMaker {
 
 engine::OutputMaker::Made OneRepair::make(std::uint64_t size) {
   if (output_.makesFolder) {
-    if (const std::error_code error = around_.fileManager.createFolder(folder_)) {
-      return refused("the folder " + shownText(folder_) + " cannot be created: " + error.message() + ".");
+    if (const std::error_code error = environment_.fileManager.createFolder(folder_)) {
+      return refused("the folder " + printable(folder_) + " cannot be created: " + error.message() + ".");
     }
   }
   // Both the rebuilt file and its padded copy are there for a while.
   const std::uint64_t needed = isPadded_ ? size + engine::paddedCopySize(size) : size;
-  if (auto sentence = spaceMissing(folder_, needed, around_.fileManager)) return refused(std::move(*sentence));
+  if (auto sentence = spaceMissing(folder_, needed, environment_.fileManager)) return refused(std::move(*sentence));
   if (const std::error_code error = rebuilt_.create(folder_, output_)) {
-    return refused("no file can be created in " + shownText(folder_) + ": " + error.message() + ".");
+    return refused("no file can be created in " + printable(folder_) + ": " + error.message() + ".");
   }
   job_.beginWriting(Stage::writing, size);
   return {.file = rebuilt_.file(), .error = {}};
@@ -112,7 +112,7 @@ void OneRepair::copyPadded(const platform::CancelMark& cancel) {
     failWriting(0, error);
     return;
   }
-  const auto from = around_.files.openForReading(rebuilt_.path());
+  const auto from = environment_.files.openForReading(rebuilt_.path());
   if (!from.file) {
     failWriting(0, from.error);
     return;
@@ -131,10 +131,10 @@ void OneRepair::copyPadded(const platform::CancelMark& cancel) {
 }
 
 void OneRepair::keepNames(Outcome& outcome) {
-  std::error_code error = around_.newFiles.flushFolder(folder_);
-  if (!error && output_.makesFolder) error = around_.newFiles.flushFolder(platform::folderOf(folder_));
+  std::error_code error = environment_.newFiles.flushFolder(folder_);
+  if (!error && output_.makesFolder) error = environment_.newFiles.flushFolder(platform::folderOf(folder_));
   if (!error) return;
-  job_.warn(outcome, shownText(output_.path) +
+  job_.warn(outcome, printable(output_.path) +
                          " is written, but a power cut could still take its name from it: " + error.message() + ".");
 }
 
@@ -151,11 +151,11 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
   HiddenFile& written = isPadded_ ? padded_ : rebuilt_;
   // A link can have come to lead to an input since the look before the work.
   if (const auto replaced = inputs_.at(output_.path)) {
-    outcome.reason = shownText(output_.path) + " leads to " + shownText(*replaced) +
+    outcome.reason = printable(output_.path) + " leads to " + printable(*replaced) +
                      " by now, which is an input of this command; an input is never written to. Name another output.";
     return;
   }
-  const auto attributes = around_.fileManager.attributes(written.path());
+  const auto attributes = environment_.fileManager.attributes(written.path());
   if (const std::error_code error = written.renameTo(output_)) {
     outcome.reason = renameRefused(output_, error);
     return;
@@ -165,7 +165,7 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
   outcome.outputPath = output_.path;
   outcome.outputSize = attributes ? attributes->size : 0;
   if (outcome.readFailures.count > 0) {
-    job_.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + shownText(input.path) +
+    job_.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + printable(input.path) +
                            " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +
                            outcome.readFailures.firstCause.message() + ". What lies there is missing from the output.");
   }
@@ -174,14 +174,14 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
 Outcome OneRepair::run(const std::string& inputPath) {
   const auto start = std::chrono::steady_clock::now();
   Outcome outcome = outcomeOf("repair", inputPath);
-  auto chosen = chooseInput(inputPath, around_.files, around_.fileManager);
+  auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager);
   if (auto* sentence = std::get_if<std::string>(&chosen)) {
     outcome.reason = std::move(*sentence);
     return outcome;
   }
   const ChosenInput& input = std::get<ChosenInput>(chosen);
   outcome.inputSize = input.attributes.size;
-  if (auto sentence = refusal(output_, input, around_.fileManager)) {
+  if (auto sentence = refusal(output_, input, environment_.fileManager)) {
     outcome.reason = std::move(*sentence);
     return outcome;
   }
@@ -189,8 +189,8 @@ Outcome OneRepair::run(const std::string& inputPath) {
   const EngineJob::Done done =
       job_.perform(input, outcome, cancel, [this](const engine::RepairRun& run) { return work(run); });
   // A stop between the end of the work and here still counts: nothing bears the final name yet.
-  if (around_.stopRequested) cancel->abandon();
-  if (done.shortage && !around_.stopRequested) {
+  if (environment_.stopRequested) cancel->abandon();
+  if (done.shortage && !environment_.stopRequested) {
     outcome.reason = shortageSentence(inputPath, done.shortage);
   } else {
     judge(outcome, input, done.report, *cancel);
@@ -223,26 +223,26 @@ class RepairCommand final : public Command {
     return std::nullopt;
   }
 
-  Exit run(Surroundings& around) override {
-    around.console.setQuiet(quiet_);
-    EngineJob job(around, verbose_);
-    Batch batch(around, inputs_.size(), json_);
+  Exit run(Environment& environment) override {
+    environment.console.setQuiet(quiet_);
+    EngineJob job(environment, verbose_);
+    Batch batch(environment, inputs_.size(), json_);
     // Every output is judged against every input while all of them still are what the user named.
-    const CommandInputs all(inputs_, around.fileManager);
+    const CommandInputs all(inputs_, environment.fileManager);
     std::vector<std::optional<std::string>> refusals;
     for (const std::string& input : inputs_) refusals.push_back(all.refusal(input, placeFor(input).path));
-    for (std::size_t i = 0; i < inputs_.size() && batch.goesOn(); ++i) {
+    for (std::size_t i = 0; i < inputs_.size() && batch.shouldContinue(); ++i) {
       const OutputChoice place = placeFor(inputs_[i]);
-      if (!refusals[i]) refusals[i] = alreadyWritten(inputs_[i], place, around.fileManager);
+      if (!refusals[i]) refusals[i] = alreadyWritten(inputs_[i], place, environment.fileManager);
       if (refusals[i]) {
         Outcome outcome = outcomeOf("repair", inputs_[i]);
         outcome.reason = *refusals[i];
         batch.tell(outcome);
         continue;
       }
-      const Outcome outcome = OneRepair(around, job, all, place, into_.has_value()).run(inputs_[i]);
+      const Outcome outcome = OneRepair(environment, job, all, place, into_.has_value()).run(inputs_[i]);
       if (outcome.outputPath) {
-        written_.push_back({inputs_[i], around.fileManager.attributes(*outcome.outputPath)});
+        written_.push_back({inputs_[i], environment.fileManager.attributes(*outcome.outputPath)});
       }
       batch.tell(outcome);
     }
@@ -264,8 +264,8 @@ class RepairCommand final : public Command {
     const auto writer = std::find_if(written_.begin(), written_.end(),
                                      [&](const Written& one) { return platform::areOneFile(one.file, there); });
     if (writer == written_.end()) return std::nullopt;
-    return shownText(input) + " is not repaired: " + shownText(place.path) +
-           " has just been written for another input of the same name, " + shownText(writer->input) + ".";
+    return printable(input) + " is not repaired: " + printable(place.path) +
+           " has just been written for another input of the same name, " + printable(writer->input) + ".";
   }
 
   struct Written {

@@ -7,7 +7,7 @@
 
 namespace zelvo::cli {
 
-std::string shownText(std::string_view text) { return platform::printableText(text); }
+std::string printable(std::string_view text) { return platform::printableText(text); }
 
 std::string shownCode(avi::FourCC code) {
   std::string text;

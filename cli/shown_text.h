@@ -11,7 +11,7 @@ namespace zelvo::cli {
 
 /// Text from outside (a path, a code of the file) as `platform::printableText` makes it, so that it stays on its line and
 /// cannot steer the terminal.
-[[nodiscard]] std::string shownText(std::string_view text);
+[[nodiscard]] std::string printable(std::string_view text);
 
 /// The four characters; a byte that is not printable ASCII is shown as \xNN.
 [[nodiscard]] std::string shownCode(avi::FourCC code);

@@ -32,12 +32,12 @@ class CodeFinder {
  public:
   /// Bytes that must lie in `bytes` behind the last position tested.
   static constexpr std::size_t kMargin = 64;
-  static constexpr std::size_t kMostPositions = avi::InputFile::kBlockSize;
+  static constexpr std::size_t kMaxPositions = avi::InputFile::kBlockSize;
 
   /// A kind that this processor lacks falls back to `portable`.
   explicit CodeFinder(CodeFinderKind kind = CodeFinderKind::best);
 
-  /// Fills `found` with the positions below `positions` (at most `kMostPositions`) at which a code starts. Whatever lies in the
+  /// Fills `found` with the positions below `positions` (at most `kMaxPositions`) at which a code starts. Whatever lies in the
   /// margin is read but only matters as the tail of a code.
   /// \pre `bytes` holds at least `positions` + `kMargin` bytes
   void find(std::span<const std::byte> bytes, std::size_t positions, FoundCodes& found) const {

@@ -18,7 +18,7 @@ constexpr std::uint64_t kHeaderSize = 8;
 constexpr std::uint64_t kLargestPadding = 65536;
 /// Headers lie in the first 50 KiB.
 constexpr std::uint64_t kLatestBegin = 51200;
-constexpr int kMostSteps = 64;
+constexpr int kMaxSteps = 64;
 
 struct Header {
   avi::FourCC code;
@@ -45,7 +45,7 @@ std::optional<MoviList> moviList(avi::InputFile& input, std::uint64_t fileSize) 
   const auto form = headerAt(input, 0);
   if (!form || form->code != avi::kRiff || form->type != avi::kAvi) return std::nullopt;
   std::uint64_t position = kHeaderSize + 4;
-  for (int step = 0; step < kMostSteps && position < fileSize; ++step) {
+  for (int step = 0; step < kMaxSteps && position < fileSize; ++step) {
     const auto header = headerAt(input, position);
     if (!header) return std::nullopt;
     if (header->code == avi::kList && header->type == avi::kMovi) {
@@ -70,7 +70,7 @@ bool isData(const Header& header) {
 
 /// Goes on from chunk to chunk behind what was found.
 std::uint64_t endBehind(avi::InputFile& input, std::uint64_t position, std::uint64_t fileSize) {
-  for (int step = 0; step < kMostSteps; ++step) {
+  for (int step = 0; step < kMaxSteps; ++step) {
     const auto header = headerAt(input, position);
     if (!header) break;
     if (header->code == avi::kIdx1) return position;
@@ -88,9 +88,9 @@ std::uint64_t endBehind(avi::InputFile& input, std::uint64_t position, std::uint
 /// Bytes of standard indexes from `position` on, as far as chunk follows chunk. A short film of a recorder that keeps room
 /// for long ones may be a quarter of them.
 std::uint64_t indexBytes(avi::InputFile& input, std::uint64_t position, std::uint64_t end) {
-  constexpr int kMostChunks = 4096;
+  constexpr int kMaxChunks = 4096;
   std::uint64_t bytes = 0;
-  for (int chunk = 0; chunk < kMostChunks && position < end; ++chunk) {
+  for (int chunk = 0; chunk < kMaxChunks && position < end; ++chunk) {
     const auto header = headerAt(input, position);
     if (!header) break;
     const std::uint64_t next = header->code == avi::kList && header->type == avi::kRec ? position + kHeaderSize + 4

@@ -64,13 +64,13 @@ std::optional<StandardIndex> standardIndex(Bytes bytes, std::uint64_t offset) {
 bool TableWalk::take(Bytes bytes, const StreamCodes& codes) {
   const bool isReadable = tableEntry(bytes, codes).has_value();
   // Behind unreadable entries one that is readable may be a chunk; two in a row are not.
-  const bool goesOn =
+  const bool continuesTable =
       isReadable &&
       (unreadable_ == 0 || (bytes.size() >= kTableEntry && tableEntry(bytes.subspan(kTableEntry), codes).has_value()));
-  if (!goesOn) {
+  if (!continuesTable) {
     ++unreadable_;
     const bool isBeyond = declaredEnd_ != 0 && next_ >= declaredEnd_;
-    if (isBeyond || unreadable_ > std::min<std::uint64_t>(kMostUnreadable, 16 + 4 * std::uint64_t{readable_}))
+    if (isBeyond || unreadable_ > std::min<std::uint64_t>(kMaxUnreadable, 16 + 4 * std::uint64_t{readable_}))
       return false;
   } else {
     unreadable_ = 0;

@@ -60,7 +60,7 @@ struct TableEntry {
 class TableWalk {
  public:
   /// More unreadable entries in a row than this end every table.
-  static constexpr std::uint32_t kMostUnreadable = 512;
+  static constexpr std::uint32_t kMaxUnreadable = 512;
 
   /// Of a table at `begin` which its header says ends at `declaredEnd`; 0 without a header.
   TableWalk(std::uint64_t begin, std::uint64_t declaredEnd) : next_(begin), end_(begin), declaredEnd_(declaredEnd) {}

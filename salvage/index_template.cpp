@@ -131,7 +131,7 @@ void Reading::readTable(const IndexTable& table) {
 /// The base that most entries vote for whose stream and size are rare among the candidates.
 std::optional<std::int64_t> Reading::votedBase() const {
   constexpr std::size_t kVoters = 4096;
-  constexpr std::size_t kMostPlaces = 8;
+  constexpr std::size_t kMaxPlaces = 8;
   constexpr std::uint64_t kWhole = 840;  // divides by every number of places
   const auto keyOf = [](std::uint8_t stream, std::uint32_t size) { return std::uint64_t{stream} << 32U | size; };
   std::unordered_map<std::uint64_t, std::vector<std::uint64_t>> places;
@@ -145,12 +145,12 @@ std::optional<std::int64_t> Reading::votedBase() const {
     const Candidate& candidate = scan_.candidates[i];
     if (candidate.kind() != CandidateKind::data) continue;
     const auto found = places.find(keyOf(candidate.stream(), candidate.size()));
-    if (found != places.end() && found->second.size() <= kMostPlaces) found->second.push_back(candidate.offset());
+    if (found != places.end() && found->second.size() <= kMaxPlaces) found->second.push_back(candidate.offset());
   }
   std::unordered_map<std::int64_t, std::uint64_t> votes;
   for (const TemplateEntry& voter : voters) {
     const auto& found = places[keyOf(voter.stream, voter.size)];
-    if (found.size() > kMostPlaces) continue;
+    if (found.size() > kMaxPlaces) continue;
     for (const std::uint64_t place : found)
       votes[static_cast<std::int64_t>(place) - static_cast<std::int64_t>(voter.offset)] += kWhole / found.size();
   }

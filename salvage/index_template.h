@@ -52,7 +52,7 @@ struct IndexTemplate {
 };
 
 /// Entries beyond this number are left out: 64 MiB.
-inline constexpr std::size_t kMostTemplateEntries = 4'000'000;
+inline constexpr std::size_t kMaxTemplateEntries = 4'000'000;
 
 /// Reads the indexes that the scan found and merges them by original offset. Where entries overlap, one whose header
 /// stands just there stays, else the one that ends first, so that a wild size costs that entry alone.
@@ -61,6 +61,6 @@ inline constexpr std::size_t kMostTemplateEntries = 4'000'000;
 /// Thread: any.
 [[nodiscard]] IndexTemplate indexTemplate(avi::InputFile& input, const SurvivingHeaders& headers,
                                           const StreamCodes& codes, const MediaScan& scan,
-                                          std::size_t mostEntries = kMostTemplateEntries);
+                                          std::size_t mostEntries = kMaxTemplateEntries);
 
 }  // namespace zelvo::salvage

@@ -212,14 +212,14 @@ void Scan::beginTable(std::uint64_t offset) {
   const IndexTable before = std::exchange(table_, {offset, offset, std::nullopt});
   const bool isWithin = indexHeader_ && offset < indexHeaderEnd_;
   // Bytes missing from an entry, or added to it, end a table and begin the next.
-  const bool goesOn = before.end != 0 && offset - before.end < 2 * kTableEntry;
+  const bool continuesTable = before.end != 0 && offset - before.end < 2 * kTableEntry;
   // Entries in front of this one that stand alone are no candidates, either.
-  if (goesOn) {
+  if (continuesTable) {
     table_.header = before.header;
     found_.candidates.dropFrom(before.end);
   } else if (isWithin && (offset - *indexHeader_ - kChunkHeader) % kTableEntry == 0) {
     table_.header = indexHeader_;
-    if (offset - *indexHeader_ <= kChunkHeader + TableWalk::kMostUnreadable * kTableEntry)
+    if (offset - *indexHeader_ <= kChunkHeader + TableWalk::kMaxUnreadable * kTableEntry)
       found_.candidates.dropFrom(*indexHeader_ + 1);
   }
   walk_.emplace(offset, isWithin && table_.header ? indexHeaderEnd_ : 0);

@@ -60,7 +60,7 @@ std::optional<std::uint8_t> StreamCodes::noteSuffix(FourCC code) {
   const auto number = static_cast<std::uint8_t>(known - suffixes_.begin());
   if (known != suffixes_.end()) return number;
   const auto isPlain = [](std::uint32_t byte) { return byte > 0x20 && byte < 0x7f; };
-  if (suffixes_.size() == kMostSuffixes || !isPlain(code.value >> 16U & 0xffU) || !isPlain(code.value >> 24U))
+  if (suffixes_.size() == kMaxSuffixes || !isPlain(code.value >> 16U & 0xffU) || !isPlain(code.value >> 24U))
     return std::nullopt;
   suffixes_.push_back(suffixOf(code));
   return number;

@@ -23,7 +23,7 @@ struct StreamCode {
 class StreamCodes {
  public:
   /// More suffixes than this are not kept.
-  static constexpr std::size_t kMostSuffixes = 16;
+  static constexpr std::size_t kMaxSuffixes = 16;
 
   /// Every stream number with every usual suffix: "db", "dc", "pc", "wb", "tx", "sb" and "__".
   StreamCodes();
@@ -39,11 +39,11 @@ class StreamCodes {
   [[nodiscard]] avi::FourCC codeOf(StreamCode code) const;
 
  private:
-  /// The number of the suffix, noted if it is new; nothing once there are `kMostSuffixes`.
+  /// The number of the suffix, noted if it is new; nothing once there are `kMaxSuffixes`.
   std::optional<std::uint8_t> noteSuffix(avi::FourCC code);
 
-  std::vector<std::uint16_t> suffixes_;                ///< third and fourth byte of the code, the third one low
-  std::array<std::uint16_t, kMostStreams> allowed_{};  ///< by stream: a bit for each suffix
+  std::vector<std::uint16_t> suffixes_;               ///< third and fourth byte of the code, the third one low
+  std::array<std::uint16_t, kMaxStreams> allowed_{};  ///< by stream: a bit for each suffix
 };
 
 }  // namespace zelvo::salvage

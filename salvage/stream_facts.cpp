@@ -15,7 +15,7 @@ constexpr std::uint64_t kConstantPercent = 96;
 constexpr std::uint64_t kFixedPercent = 85;
 
 bool isTrusted(const CandidateList& candidates, const ChunkChain& chain, std::size_t number) {
-  return candidates[number].kind() == CandidateKind::data && candidates[number].stream() < kMostStreams &&
+  return candidates[number].kind() == CandidateKind::data && candidates[number].stream() < kMaxStreams &&
          chain.closes(number);
 }
 
@@ -93,7 +93,7 @@ int StreamFacts::oversizePenalty(std::uint32_t size) const {
 
 std::vector<StreamFacts> learnStreams(const CandidateList& candidates, const ChunkChain& chain) {
   std::vector<StreamFacts> streams;
-  std::array<BitCounts, kMostStreams> bits{};
+  std::array<BitCounts, kMaxStreams> bits{};
   for (std::size_t i = 0; i < candidates.size(); ++i) {
     if (!isTrusted(candidates, chain, i)) continue;
     const Candidate& candidate = candidates[i];

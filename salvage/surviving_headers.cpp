@@ -24,7 +24,7 @@ constexpr FourCC kStrd{"strd"};
 constexpr std::size_t kChunkHeader = 8;
 constexpr std::size_t kListHeader = 12;
 /// A stream's list holds fewer chunks than this.
-constexpr int kMostChunks = 32;
+constexpr int kMaxChunks = 32;
 
 /// Parts of the front that could not be read, from begin to end.
 using Unread = std::vector<std::pair<std::size_t, std::size_t>>;
@@ -133,7 +133,7 @@ std::optional<SurvivingStream> streamAt(Front front, std::size_t at, std::size_t
   Front properties;
   Front index;
   std::size_t next = endOf(at, *header);
-  for (int i = 0; i < kMostChunks; ++i) {
+  for (int i = 0; i < kMaxChunks; ++i) {
     const auto code = codeAt(front, next);
     const auto payload = payloadAt(front, next);
     if (!code || !payload) break;
@@ -216,7 +216,7 @@ std::size_t noteHeader(Front front, const Unread& unread, FourCC code, std::size
   const auto payload = isHeaderCode(code) ? payloadAt(front, at) : std::nullopt;
   if (!payload || !isRead(unread, at, at + kChunkHeader + payload->size())) return at;
   std::size_t end = at;
-  if (code == avi::kStrh && headers.streams.size() < kMostStreams) {
+  if (code == avi::kStrh && headers.streams.size() < kMaxStreams) {
     auto stream = streamAt(front, at, end);
     if (!stream) return at;
     if (!isRead(unread, at, at + 2 * kChunkHeader + stream->header.size() + stream->format.size())) return end;

@@ -16,7 +16,7 @@ namespace zelvo::salvage {
 /// Headers are looked for in this much of the front of the file, and no more of it is read.
 inline constexpr std::size_t kHeaderReach = std::size_t{1} << 20U;
 /// A chunk code numbers its stream with two digits.
-inline constexpr std::size_t kMostStreams = 100;
+inline constexpr std::size_t kMaxStreams = 100;
 
 /// An entry of the super index: where a standard index lies, as the film's writer saw it.
 struct SuperIndexEntry {

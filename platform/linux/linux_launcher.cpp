@@ -44,9 +44,9 @@ std::vector<char*> environmentFor(std::uint32_t options) {
 }
 
 /// What becomes of the descriptors, signals and the session in the new process.
-class Surroundings {
+class SpawnSettings {
  public:
-  Surroundings() {
+  SpawnSettings() {
     sigset_t none;
     sigset_t all;
     ::sigemptyset(&none);
@@ -64,9 +64,9 @@ class Surroundings {
     }
     works_ = works_ && ::posix_spawn_file_actions_addclosefrom_np(&actions_, 3) == 0;
   }
-  Surroundings(const Surroundings&) = delete;
-  Surroundings& operator=(const Surroundings&) = delete;
-  ~Surroundings() {
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+  ~SpawnSettings() {
     ::posix_spawn_file_actions_destroy(&actions_);
     ::posix_spawnattr_destroy(&attributes_);
   }
@@ -163,7 +163,7 @@ bool LinuxLauncher::openFile(const std::string& file, const std::string& applica
 bool LinuxLauncher::start(const std::string& path, std::uint32_t options, const std::optional<std::string>& file) {
   const auto executable = program(path);
   if (!executable || !isExecutableFile(*executable)) return false;
-  const auto process = Surroundings().spawn(*executable, options, file);
+  const auto process = SpawnSettings().spawn(*executable, options, file);
   if (!process) return false;
   waitInTheBackground(*process);
   return true;

@@ -27,9 +27,9 @@ using Clock = std::chrono::steady_clock;
 std::error_code errorOf(int number) { return {number, std::generic_category()}; }
 
 /// What the child begins with: no descriptor but its pipe, no signal blocked or ignored, no folder of the user's.
-class Surroundings {
+class SpawnSettings {
  public:
-  explicit Surroundings(int output) {
+  explicit SpawnSettings(int output) {
     sigset_t none;
     sigset_t all;
     ::sigemptyset(&none);
@@ -45,9 +45,9 @@ class Surroundings {
              ::posix_spawn_file_actions_addchdir_np(&actions_, "/") == 0 &&
              ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1) == 0;
   }
-  Surroundings(const Surroundings&) = delete;
-  Surroundings& operator=(const Surroundings&) = delete;
-  ~Surroundings() {
+  SpawnSettings(const SpawnSettings&) = delete;
+  SpawnSettings& operator=(const SpawnSettings&) = delete;
+  ~SpawnSettings() {
     ::posix_spawn_file_actions_destroy(&actions_);
     ::posix_spawnattr_destroy(&attributes_);
   }
@@ -75,7 +75,7 @@ std::optional<int> start(const std::string& program, const std::vector<std::stri
   std::vector<char*> arguments{name.data(), option.data()};
   for (std::string& text : texts) arguments.push_back(text.data());
   arguments.push_back(nullptr);
-  error = Surroundings(ends[1]).spawn(child, program, arguments);
+  error = SpawnSettings(ends[1]).spawn(child, program, arguments);
   ::close(ends[1]);
   if (error == 0) return ends[0];
   ::close(ends[0]);

@@ -19,7 +19,7 @@ namespace {
 
 constexpr std::array kNames = {"testfile1.avi", "testfile2.avi"};
 constexpr const char* kPrivateFolder = "zelvo-avi-repair";
-constexpr int kMostSlots = 256;
+constexpr int kMaxSlots = 256;
 
 ScratchPair pairIn(const std::string& holder, const std::string& known, bool isShared) {
   return {holder + "/" + kNames[0], holder + "/" + kNames[1], known, isShared};
@@ -145,7 +145,7 @@ std::optional<ScratchPair> LinuxScratchPaths::holdSlotBelow(const std::string& b
   if (!above->isOpen()) return refused(base);
   const auto folder = openPrivateFolder(above->number(), kPrivateFolder, isChosen);
   if (!folder) return refused(base);
-  for (int number = 1; number <= kMostSlots; ++number) {
+  for (int number = 1; number <= kMaxSlots; ++number) {
     const std::string name = "slot" + std::to_string(number);
     auto slot = openPrivateFolder(folder->number(), name.c_str(), isChosen);
     if (!slot || !slot->lock()) continue;

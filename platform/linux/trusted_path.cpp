@@ -14,7 +14,7 @@ namespace zelvo::platform::linux_ {
 
 namespace {
 
-constexpr int kMostLinks = 40;
+constexpr int kMaxLinks = 40;
 
 bool onlyRootAndUserMayChange(const struct stat& status) {
   return (status.st_uid == 0 || status.st_uid == ::geteuid()) && (status.st_mode & (S_IWGRP | S_IWOTH)) == 0;
@@ -78,7 +78,7 @@ std::optional<std::string> trustedPath(const std::string& path, const std::strin
     }
     std::error_code error;
     const std::string target = std::filesystem::read_symlink(next, error).string();
-    if (error || ++links > kMostLinks) return std::nullopt;
+    if (error || ++links > kMaxLinks) return std::nullopt;
     if (target.starts_with('/')) at.clear();
     putBefore(names, target);
   }

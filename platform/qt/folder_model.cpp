@@ -11,7 +11,7 @@ namespace zelvo::platform::qt {
 
 namespace {
 
-QString shownText(const FolderEntry& entry, int column) {
+QString printable(const FolderEntry& entry, int column) {
   if (column == FolderModel::name) return FolderModel::nameOf(entry);
   if (column == FolderModel::changed) return FolderModel::shownDate(QDateTime::fromSecsSinceEpoch(entry.changed));
   if (entry.isFolder) return {};
@@ -63,11 +63,11 @@ QVariant FolderModel::data(const QModelIndex& index, int role) const {
   if (one == nullptr) return {};
   switch (role) {
     case Qt::DisplayRole:
-      return shownText(*one, index.column());
+      return printable(*one, index.column());
     case Qt::ToolTipRole:
       return index.column() == name ? nameOf(*one).toHtmlEscaped() : QVariant();
     case Qt::AccessibleTextRole:
-      return index.column() == name && one->isFolder ? texts::asFolder(nameOf(*one)) : shownText(*one, index.column());
+      return index.column() == name && one->isFolder ? texts::asFolder(nameOf(*one)) : printable(*one, index.column());
     case Qt::DecorationRole:
       if (index.column() != name) return {};
       return one->isFolder ? folderIcon_ : fileIcon_;

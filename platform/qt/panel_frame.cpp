@@ -92,7 +92,7 @@ PanelFrame::PanelFrame(PanelStack& stack, const PanelText& text)
 
 PanelFrame::~PanelFrame() {
   for (QtButton* button : buttons_) stack_.buttonGoes(button->hosted());
-  stack_.panelGoes(*this);
+  stack_.panelDestroyed(*this);
   for (QtButton* button : buttons_) button->host().carry(nullptr);  // before the overlay that they look at
 }
 

@@ -88,7 +88,7 @@ void PanelStack::buttonGoes(const HostedButton& button) {
   if (controls_ != nullptr) controls_->buttonGoes(button);
 }
 
-void PanelStack::panelGoes(PanelFrame& panel) { end(panel); }
+void PanelStack::panelDestroyed(PanelFrame& panel) { end(panel); }
 
 bool PanelStack::isShown(const PanelFrame& panel) const {
   return std::any_of(entries_.begin(), entries_.end(), [&](const Entry& one) { return one.panel == &panel; });

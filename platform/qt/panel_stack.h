@@ -55,7 +55,7 @@ class PanelStack final : public QObject {
   // ---- For panels ----
   void buttonMade(const HostedButton& button);
   void buttonGoes(const HostedButton& button);
-  void panelGoes(PanelFrame& panel);
+  void panelDestroyed(PanelFrame& panel);
   [[nodiscard]] QWidget& content() const { return content_; }
   [[nodiscard]] MainQueue& queue() const { return queue_; }
   [[nodiscard]] Pictures& pictures() const { return pictures_; }

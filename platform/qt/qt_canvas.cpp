@@ -88,10 +88,10 @@ void QtCanvas::drawInRect(std::string_view text, const Rect& rect, const TextAtt
   const QFont font = fontOf(attributes);
   int flags = Qt::AlignTop;
   flags |= paragraph.alignment == TextAlignment::centre ? Qt::AlignHCenter : Qt::AlignLeft;
-  QString shownText = shown(text);
+  QString printable = shown(text);
   if (paragraph.lineBreakMode == LineBreakMode::truncatingTail) {
     flags |= Qt::TextSingleLine;
-    shownText = QFontMetricsF(font, painter_.device()).elidedText(shownText, Qt::ElideRight, rect.width);
+    printable = QFontMetricsF(font, painter_.device()).elidedText(printable, Qt::ElideRight, rect.width);
   } else {
     flags |= Qt::TextWordWrap;
   }
@@ -99,7 +99,7 @@ void QtCanvas::drawInRect(std::string_view text, const Rect& rect, const TextAtt
   painter_.setClipRect(place, Qt::IntersectClip);
   painter_.setFont(font);
   painter_.setPen(shown(attributes.foreground.value_or(kBlack)));
-  painter_.drawText(place, flags, shownText);
+  painter_.drawText(place, flags, printable);
   painter_.restore();
 }
 

@@ -41,10 +41,10 @@ TEST(ByteRanges, AnEmptyRangeAddsNothing) {
 
 TEST(ByteRanges, KeepsNoMoreThanItsLimitButGoesOnJoining) {
   ByteRanges ranges;
-  for (std::uint64_t i = 0; i < ByteRanges::kMost + 5; ++i) ranges.add(i * 10, i * 10 + 1);
-  EXPECT_EQ(ranges.bytes(), ByteRanges::kMost);
+  for (std::uint64_t i = 0; i < ByteRanges::kMax + 5; ++i) ranges.add(i * 10, i * 10 + 1);
+  EXPECT_EQ(ranges.bytes(), ByteRanges::kMax);
   ranges.add(1, 10);  // between the first and the second
-  EXPECT_EQ(ranges.bytes(), ByteRanges::kMost + 9);
+  EXPECT_EQ(ranges.bytes(), ByteRanges::kMax + 9);
 }
 
 }  // namespace

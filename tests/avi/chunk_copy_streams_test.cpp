@@ -226,7 +226,7 @@ TEST_F(ChunkCopy, NoStreamsAndEmptyOnesCopyNothing) {
 }
 
 TEST_F(ChunkCopy, StreamsThatShareAPassAreReadOnce) {
-  const auto streams = inTurn(avi::ChunkPass::kMostRuns, 100, 200);
+  const auto streams = inTurn(avi::ChunkPass::kMaxRuns, 100, 200);
   std::atomic<std::uint64_t> read = 0;
   content.onRead = [&](std::uint64_t, std::size_t size) { read += size; };
   copyAll(streams, true);
@@ -273,7 +273,7 @@ TEST_F(ChunkCopy, RandomChunksOfManyStreamsEqualOneReadPerChunk) {
 }
 
 TEST_F(ChunkCopy, StreamsBeyondThoseThatShareAPassTakeAnother) {
-  const auto streams = inTurn(avi::ChunkPass::kMostRuns + 1, 100, 50);
+  const auto streams = inTurn(avi::ChunkPass::kMaxRuns + 1, 100, 50);
   std::atomic<std::uint64_t> read = 0;
   content.onRead = [&](std::uint64_t, std::size_t size) { read += size; };
   copyAll(streams, true);
@@ -356,9 +356,9 @@ TEST_F(ChunkCopy, StopBetweenPassesLeavesOutTheStreamsOfTheNext) {
   std::vector<std::vector<Chunk>> streams;
   for (std::uint64_t stream = 0; stream < 20; ++stream) streams.push_back(row(3, 20000, 0, stream * 100000));
   output.onWrite = [&](std::uint64_t offset, std::size_t size) {
-    if (offset + size == startOf(streams, avi::ChunkPass::kMostRuns)) stopped = true;
+    if (offset + size == startOf(streams, avi::ChunkPass::kMaxRuns)) stopped = true;
   };
-  EXPECT_TRUE(copyAll(streams, true) == literalCopyOfAll(firstOf(streams, avi::ChunkPass::kMostRuns)));
+  EXPECT_TRUE(copyAll(streams, true) == literalCopyOfAll(firstOf(streams, avi::ChunkPass::kMaxRuns)));
   EXPECT_TRUE(stopped);
 }
 

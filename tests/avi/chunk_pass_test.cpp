@@ -211,10 +211,10 @@ TEST(Segments, AreOneForEachRunAndOneForEachThread) {
   EXPECT_EQ(segments.of(1).size(), 4U);
   EXPECT_EQ(segments.of(2).size(), 4U);
   EXPECT_EQ(segments.of(3).size(), 5U);
-  const auto most = segments.of(avi::ChunkPass::kMostRuns);
+  const auto most = segments.of(avi::ChunkPass::kMaxRuns);
   EXPECT_EQ(most.size() * Segment::kSize, 8U << 20U);
   most[5].inUse = true;
-  EXPECT_FALSE(segments.of(avi::ChunkPass::kMostRuns)[5].inUse);
+  EXPECT_FALSE(segments.of(avi::ChunkPass::kMaxRuns)[5].inUse);
   EXPECT_EQ(segments.of(2).size(), 4U);
 }
 

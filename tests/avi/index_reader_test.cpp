@@ -310,15 +310,15 @@ TEST(IndexEntries, ThatCannotBeReadAreCountedAmongTheRest) {
 }
 
 TEST(StandardIndex, NoMoreThan4194304EntriesOfAllIndexesAreLookedAt) {
-  constexpr std::uint32_t kMost = 4194304;
+  constexpr std::uint32_t kMax = 4194304;
   const std::string entry = le32(8) + le32(4);
-  std::string entries(8 * kMost, '\0');
+  std::string entries(8 * kMax, '\0');
   for (std::size_t at = 0; at < entries.size(); at += 8) entries.replace(at, 8, entry);
-  const std::string index = standardIndex(kMost, "00dc", 104, entries);
+  const std::string index = standardIndex(kMax, "00dc", 104, entries);
   test::MemoryReadable file(data() + index);
   IndexReader check(file, kNeverEnding);
 
-  EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).matching, kMost);
+  EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).matching, kMax);
   EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).checked, 0U);
 }
 

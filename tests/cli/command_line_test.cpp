@@ -85,7 +85,7 @@ TEST(CommandLine, InputMayStandBetweenBrackets) {
 
 TEST(CommandLine, NameBetweenBracketsIsToldAsTyped) {
   for (const std::string name : {"[]", "[a,b]", "[[x]]", "[", "\x01[]", "\x01", "{}"}) {
-    const std::string shown = cli::shownText(name);
+    const std::string shown = cli::printable(name);
     for (const char* command : {"repair", "check", "inspect"}) {
       EXPECT_EQ(runZelvoAvi({command, name}).err, "zelvo-avi: there is no file named " + shown + ".\n");
     }

@@ -224,8 +224,8 @@ class EmptyChunks final : public platform::ReadableFile {
 };
 
 TEST(Outline, WalkEndsAfter16777216Chunks) {
-  constexpr std::uint64_t kMost = 16777216;
-  EmptyChunks chunks(kMost + 1);
+  constexpr std::uint64_t kMax = 16777216;
+  EmptyChunks chunks(kMax + 1);
   Lines lines;
   avi::Outline outline(chunks, lines, kNeverEnding, false);
   outline.walk();
@@ -234,7 +234,7 @@ TEST(Outline, WalkEndsAfter16777216Chunks) {
               testing::Contains("! 134217728 there are more than 16,777,216 chunks; the rest is not looked "
                                 "at"));
   EXPECT_THAT(lines.lines, testing::Contains("JUNK x 16776216, 0"));
-  EXPECT_EQ(outline.position(), 8 * kMost);
+  EXPECT_EQ(outline.position(), 8 * kMax);
 }
 
 TEST(Outline, NoMoreThanAWindowIsReadAtATime) {

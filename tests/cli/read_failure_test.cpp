@@ -6,9 +6,9 @@
 #include <mutex>
 
 #include "cli/check_command.h"
+#include "cli/environment.h"
 #include "cli/inspect_command.h"
 #include "cli/repair_command.h"
-#include "cli/surroundings.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
@@ -119,16 +119,16 @@ class ReadFailure : public testing::Test {
     Console console(false);
     const platform::Relaxed<bool> stop;
     platform::linux_::LinuxPropertyLists propertyLists;
-    Surroundings around{.files = files,
-                        .fileManager = fileManager,
-                        .newFiles = newFiles_,
-                        .workers = workers,
-                        .mainQueue = queue,
-                        .runUntil = [&](const auto& done) { queue.runUntil(done); },
-                        .lookAtStorage = {},
-                        .propertyLists = propertyLists,
-                        .console = console,
-                        .stopRequested = stop};
+    Environment environment{.files = files,
+                            .fileManager = fileManager,
+                            .newFiles = newFiles_,
+                            .workers = workers,
+                            .mainQueue = queue,
+                            .runUntil = [&](const auto& done) { queue.runUntil(done); },
+                            .lookAtStorage = {},
+                            .propertyLists = propertyLists,
+                            .console = console,
+                            .stopRequested = stop};
     for (const Option& option : command->options()) {
       if (option.names == "INPUT") std::get<std::vector<std::string>*>(option.target)->push_back(input_);
       if (option.names == "-f,--force") *std::get<bool*>(option.target) = force_;
@@ -137,7 +137,7 @@ class ReadFailure : public testing::Test {
     }
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    Said said{command->run(around), {}, {}};
+    Said said{command->run(environment), {}, {}};
     console.flushResult();
     said.out = testing::internal::GetCapturedStdout();
     said.err = testing::internal::GetCapturedStderr();

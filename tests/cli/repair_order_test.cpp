@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "cli/environment.h"
 #include "cli/repair_command.h"
-#include "cli/surroundings.h"
 #include "platform/linux/linux_file_manager.h"
 #include "platform/linux/linux_files.h"
 #include "platform/linux/linux_main_queue.h"
@@ -113,20 +113,20 @@ class RepairOrder : public testing::Test {
     platform::linux_::LinuxWorkers workers;
     Console console(false);
     platform::linux_::LinuxPropertyLists propertyLists;
-    Surroundings around{.files = files,
-                        .fileManager = fileManager,
-                        .newFiles = names_,
-                        .workers = workers,
-                        .mainQueue = queue,
-                        .runUntil =
-                            [&](const auto& done) {
-                              queue.runUntil(done);
-                              if (whenRunHasEnded_) whenRunHasEnded_();
-                            },
-                        .lookAtStorage = {},
-                        .propertyLists = propertyLists,
-                        .console = console,
-                        .stopRequested = stop_};
+    Environment environment{.files = files,
+                            .fileManager = fileManager,
+                            .newFiles = names_,
+                            .workers = workers,
+                            .mainQueue = queue,
+                            .runUntil =
+                                [&](const auto& done) {
+                                  queue.runUntil(done);
+                                  if (whenRunHasEnded_) whenRunHasEnded_();
+                                },
+                            .lookAtStorage = {},
+                            .propertyLists = propertyLists,
+                            .console = console,
+                            .stopRequested = stop_};
     const auto command = makeRepairCommand();
     for (const Option& option : command->options()) {
       if (option.names == "INPUT") *std::get<std::vector<std::string>*>(option.target) = inputs;
@@ -134,7 +134,7 @@ class RepairOrder : public testing::Test {
     }
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    const Exit exit = command->run(around);
+    const Exit exit = command->run(environment);
     console.flushResult();
     out_ = testing::internal::GetCapturedStdout();
     err_ = testing::internal::GetCapturedStderr();

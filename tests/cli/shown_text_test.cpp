@@ -9,20 +9,20 @@ namespace zelvo::cli {
 namespace {
 
 TEST(ShownText, ControlCharactersAreSpelledOut) {
-  EXPECT_EQ(shownText("a\033[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
-  EXPECT_EQ(shownText("\xc2\x9b"
+  EXPECT_EQ(printable("a\033[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
+  EXPECT_EQ(printable("\xc2\x9b"
                       "1m"),
             "\\u009b1m")
       << "U+009B begins a terminal's command";
-  EXPECT_EQ(shownText("\x9b"
+  EXPECT_EQ(printable("\x9b"
                       "1m"),
             "\\x9b1m")
       << "so does its byte alone";
 }
 
-TEST(ShownText, DirectionsAreSpelledOut) { EXPECT_EQ(shownText("a\xe2\x80\xaeiva.exe"), "a\\u202eiva.exe"); }
+TEST(ShownText, DirectionsAreSpelledOut) { EXPECT_EQ(printable("a\xe2\x80\xaeiva.exe"), "a\\u202eiva.exe"); }
 
-TEST(ShownText, OtherCharactersStay) { EXPECT_EQ(shownText("Grüße \xc2\xa0 日本"), "Grüße \xc2\xa0 日本"); }
+TEST(ShownText, OtherCharactersStay) { EXPECT_EQ(printable("Grüße \xc2\xa0 日本"), "Grüße \xc2\xa0 日本"); }
 
 TEST(QuotedForShell, QuotesAndDashesAreSafe) {
   EXPECT_EQ(quotedForShell("a b"), "'a b'");

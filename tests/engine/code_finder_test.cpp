@@ -36,7 +36,7 @@ class CodeFinderOf : public testing::TestWithParam<CodeFinderKind> {
   const CodeFinder finder{GetParam()};
 };
 
-constexpr std::size_t kAll = CodeFinder::kMostPositions;
+constexpr std::size_t kAll = CodeFinder::kMaxPositions;
 
 platform::Bytes blank() { return platform::Bytes(kAll + CodeFinder::kMargin, std::byte{0x20}); }
 

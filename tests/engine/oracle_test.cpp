@@ -335,10 +335,10 @@ TEST(Oracle, EveryKindOfCodeFinderFindsWhatAPlainLoopFinds) {
   std::mt19937_64 random(7);
   constexpr std::string_view kAlphabet = "0011bcdw";
   for (int round = 0; round < 3000; ++round) {
-    Bytes bytes(engine::CodeFinder::kMostPositions + engine::CodeFinder::kMargin);
+    Bytes bytes(engine::CodeFinder::kMaxPositions + engine::CodeFinder::kMargin);
     for (std::byte& byte : bytes) byte = static_cast<std::byte>(kAlphabet[random() % kAlphabet.size()]);
     for (int k = 0; k < 8; ++k) overwrite(bytes, random() % (bytes.size() - 4), k % 2 != 0 ? "00dc" : "01wb");
-    const std::size_t positions = round % 3 == 0 ? random() % 1025 : engine::CodeFinder::kMostPositions;
+    const std::size_t positions = round % 3 == 0 ? random() % 1025 : engine::CodeFinder::kMaxPositions;
     std::vector<std::uint16_t> expected;
     for (std::size_t i = 0; i < positions; ++i) {
       const auto is = [&](const char* code) { return literal::isCode(bytes, i, code); };

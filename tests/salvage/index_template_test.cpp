@@ -28,7 +28,7 @@ std::size_t tableOf(const AviBuilder& film) {
   return static_cast<std::size_t>(chunkOffsets(film).back()) + 8 + 102 + 8;
 }
 
-IndexTemplate planOf(ScannedFilm& scanned, std::size_t most = salvage::kMostTemplateEntries) {
+IndexTemplate planOf(ScannedFilm& scanned, std::size_t most = salvage::kMaxTemplateEntries) {
   scanned.run();
   return salvage::indexTemplate(*scanned.input, scanned.headers, scanned.codes, scanned.scan, most);
 }

@@ -312,7 +312,7 @@ TEST(SurvivingHeaders, HostileFrontFullOfHeadersGivesAHundredStreams) {
   const Bytes one = streamOf("vids", 48, 14);
   while (bytes.size() < (std::size_t{2} << 20U)) insert(bytes, bytes.size(), one);
   const SurvivingHeaders headers = headersOf(bytes);
-  EXPECT_EQ(headers.streams.size(), salvage::kMostStreams);
+  EXPECT_EQ(headers.streams.size(), salvage::kMaxStreams);
   EXPECT_LE(headers.end, salvage::kHeaderReach);
 }
 

@@ -180,7 +180,7 @@ class HostileBody : public Web {
     std::istringstream(ended.output) >> outcome.end >> outcome.taken >> outcome.grownKib >> outcome.milliseconds;
     return outcome;
   }
-  static constexpr long kMostKib = 16L * 1024;
+  static constexpr long kMaxKib = 16L * 1024;
 };
 
 TEST_F(HostileBody, IsRefusedBeyondTheLargestSizeInLittleMemory) {
@@ -189,7 +189,7 @@ TEST_F(HostileBody, IsRefusedBeyondTheLargestSizeInLittleMemory) {
       const Outcome outcome = probe(name, path, "65536");
       EXPECT_EQ(outcome.end, "failed") << path;
       EXPECT_LE(outcome.taken, kLargest) << path;
-      EXPECT_LT(outcome.grownKib, kMostKib) << name << ' ' << path;
+      EXPECT_LT(outcome.grownKib, kMaxKib) << name << ' ' << path;
     }
   }
 }
@@ -198,26 +198,26 @@ TEST_F(HostileBody, OfOneGibIsTakenWholeInLittleMemoryWhenThereIsNoLargestSize) 
   const Outcome outcome = probe("http", "huge", "-", 240000);
   EXPECT_EQ(outcome.end, "whole");
   EXPECT_EQ(outcome.taken, std::size_t{1} << 30U);
-  EXPECT_LT(outcome.grownKib, kMostKib);
+  EXPECT_LT(outcome.grownKib, kMaxKib);
 }
 
 TEST_F(HostileBody, OfSixtyFourMibInSixtyFourKibIsOpenedInLittleMemory) {
   const Outcome outcome = probe("https", "bomb", "-");
   EXPECT_EQ(outcome.end, "whole");
   EXPECT_EQ(outcome.taken, std::size_t{64} << 20U);
-  EXPECT_LT(outcome.grownKib, kMostKib);
+  EXPECT_LT(outcome.grownKib, kMaxKib);
 }
 
 TEST_F(HostileBody, HeadersWithoutEndAreGivenUpInLittleMemory) {
   for (const char* path : {"headers", "long-header"}) {
     const Outcome outcome = probe("http", path, "65536", 20000);
     EXPECT_EQ(outcome.end, "failed") << path;
-    EXPECT_LT(outcome.grownKib, kMostKib) << path;
+    EXPECT_LT(outcome.grownKib, kMaxKib) << path;
   }
 }
 
 TEST_F(HostileBody, OfARedirectIsPassedOverInLittleMemory) {
-  EXPECT_LT(probe("http", "huge-redirect", "65536", 20000).grownKib, kMostKib);
+  EXPECT_LT(probe("http", "huge-redirect", "65536", 20000).grownKib, kMaxKib);
 }
 
 TEST_F(Web, DeadNameServerIsNotWaitedForBeyondTheLimit) {

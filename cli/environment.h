@@ -17,7 +17,7 @@ namespace zelvo::cli {
 
 using platform::StorageView;
 
-struct Surroundings {
+struct Environment {
   platform::Files& files;
   platform::FileManager& fileManager;
   platform::NewFiles& newFiles;

@@ -1,0 +1,87 @@
+/// What a repaired film will hold, slot by slot, before a byte of it is copied. Payloads are named by where they lie in
+/// the damaged file. Offsets and sizes are in bytes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <vector>
+
+#include "avi/fourcc.h"
+
+namespace zelvo::salvage {
+
+/// What came of one chunk of the original.
+enum class SlotState : std::uint8_t {
+  whole,       ///< as it was, as far as anything tells
+  sizeMended,  ///< whole; its size field was wrong
+  codeMended,  ///< whole; its code was overwritten
+  damaged,     ///< its length is right, some of its bytes are overwritten in place
+  torn,        ///< bytes are missing inside, or foreign ones were cut out
+  cut,         ///< the data end inside
+  lost,        ///< nothing of it is left: an empty chunk or silence keeps its time
+  refilled,    ///< the same, where only clocks tell that something was there
+};
+
+/// Bytes of the input that are a part of a payload.
+struct Piece {
+  std::uint64_t offset = 0;
+  std::uint32_t size = 0;
+
+  friend bool operator==(const Piece&, const Piece&) = default;
+};
+
+/// A chunk of the repaired film: 24 bytes.
+struct Slot {
+  static constexpr std::uint32_t kOnePiece = std::numeric_limits<std::uint32_t>::max();
+
+  std::uint64_t source = 0;          ///< where its payload lies in the input; of lost and refilled ones nothing
+  std::uint32_t size = 0;            ///< of its payload in the repaired film
+  std::uint32_t pieces = kOnePiece;  ///< else the number of its first piece in `FilmPlan::pieces`, and there are
+                                     ///< as many as add up to `size`
+  std::uint8_t stream = 0;           ///< index in the repaired film's list of streams
+  SlotState state = SlotState::whole;
+  bool hasKeyFlag = false;  ///< an index of the film names it as a key chunk
+  bool isIndexed = false;   ///< an index of the film names it, so `hasKeyFlag` counts
+
+  /// Whether it holds bytes of the input.
+  [[nodiscard]] bool hasSource() const { return state != SlotState::lost && state != SlotState::refilled && size > 0; }
+};
+static_assert(sizeof(Slot) == 24);
+
+/// Why part of a film is not as it was.
+enum class LossCause : std::uint8_t {
+  overwritten,  ///< other bytes stand in its place
+  zeroed,       ///< zeros stand in its place
+  missing,      ///< the bytes are gone; what follows moved up
+  inserted,     ///< bytes that were never in the film
+  doubled,      ///< a copy of bytes that are there already
+  foreign,      ///< chunks of another film
+  sizeField,    ///< a size field was wrong
+  code,         ///< a chunk's code was wrong
+  cut,          ///< the file ends early
+  unreadable,   ///< the disk did not give it
+};
+
+/// One stretch of damage.
+struct PlanSpan {
+  std::uint64_t begin = 0;  ///< in the damaged file
+  std::uint64_t end = 0;
+  /// The same in the original where an index tells it.
+  std::optional<std::uint64_t> originalBegin;
+  std::optional<std::uint64_t> originalEnd;
+  std::uint32_t firstSlot = 0;  ///< slots that it touches
+  std::uint32_t slots = 0;      ///< how many of them; 0 where none is touched
+  LossCause cause = LossCause::overwritten;
+};
+
+/// The film in the order in which it is written.
+struct FilmPlan {
+  std::vector<Slot> slots;
+  std::vector<Piece> pieces;        ///< of slots of several pieces
+  std::vector<PlanSpan> spans;      ///< rising by `begin`
+  std::uint64_t indexedChunks = 0;  ///< entries of a believed index that the plan was made from
+};
+
+}  // namespace zelvo::salvage
