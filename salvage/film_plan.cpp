@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "salvage/best_chain.h"
+#include "salvage/chain_film.h"
 #include "salvage/displacements.h"
 #include "salvage/entry_places.h"
 #include "salvage/evidence.h"
@@ -53,23 +54,14 @@ void Planner::layIndex() {
 }
 
 void Planner::layChain(std::uint64_t from) {
-  const CandidateList& candidates = evidence_.scan.candidates;
-  for (const std::uint32_t number : bestChain(candidates, evidence_.chain, evidence_.facts)) {
-    const Candidate& candidate = candidates[number];
-    if (candidate.kind() != CandidateKind::data || candidate.offset() < from) continue;
-    const std::uint8_t stream = streams_.indexOf(candidate.stream());
-    if (stream == FilmStreams::kNone || candidate.payloadEnd() > evidence_.scan.end) continue;
-    Slot slot;
-    slot.source = candidate.offset() + kChunkHeader;
-    slot.size = candidate.size();
-    slot.stream = stream;
-    plan_.slots.push_back(slot);
-  }
+  const std::vector<std::uint32_t> chain = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
+  const ChainFilm film = chainFilm(evidence_, streams_, chain, {from, evidence_.scan.end});
+  plan_.slots.insert(plan_.slots.end(), film.slots.begin(), film.slots.end());
 }
 
 FilmPlan Planner::run() {
   layIndex();
-  std::uint64_t end = 0;
+  std::uint64_t end = evidence_.headers.mediaBegin();
   for (const Slot& slot : plan_.slots) end = std::max(end, slot.source + slot.size);
   layChain(end);
   return std::move(plan_);
