@@ -1,11 +1,17 @@
+// 1. The entries of the film's own indexes are laid over the file.
+// 2. Where no index reaches, the best chain of chunks goes on.
 #include "salvage/film_plan.h"
 
-#include <array>
-#include <limits>
+#include <algorithm>
+#include <utility>
 
-#include "avi/chunk_codes.h"
 #include "salvage/best_chain.h"
+#include "salvage/chain_film.h"
+#include "salvage/displacements.h"
+#include "salvage/entry_places.h"
 #include "salvage/evidence.h"
+#include "salvage/film_streams.h"
+#include "salvage/laid_film.h"
 
 namespace zelvo::salvage {
 
@@ -15,66 +21,49 @@ constexpr std::uint64_t kChunkHeader = 8;
 
 class Planner {
  public:
-  explicit Planner(const Evidence& evidence) : evidence_(evidence) {
-    places_.fill(kNowhere);
-    for (std::size_t i = 0; i < evidence.header.streams.size() && i < kMaxStreams; ++i)
-      places_[evidence.header.streams[i].number] = static_cast<std::uint8_t>(i);
-  }
+  explicit Planner(const Evidence& evidence) : evidence_(evidence), streams_(evidence.header) {}
 
   FilmPlan run();
 
  private:
-  static constexpr std::uint8_t kNowhere = 0xff;
-
   void layIndex();
   void layChain(std::uint64_t from);
+  [[nodiscard]] std::uint64_t indexBegin() const {
+    const auto& tables = evidence_.scan.tables;
+    return tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - kChunkHeader) + kChunkHeader;
+  }
 
   const Evidence& evidence_;
-  std::array<std::uint8_t, kMaxStreams> places_{};  ///< of a stream number in the film's header
+  const FilmStreams streams_;
+  std::vector<TemplateEntry> entries_;  ///< of the film's own indexes
   FilmPlan plan_;
 };
 
 void Planner::layIndex() {
-  const CandidateList& candidates = evidence_.scan.candidates;
-  std::uint64_t looks = 0;
-  std::size_t at = 0;
   for (const TemplateEntry& entry : evidence_.index.entries) {
-    const std::uint8_t stream = places_[entry.stream];
-    if (stream == kNowhere || entry.isForeign) continue;
-    ++plan_.indexedChunks;
-    at = candidates.firstAtOrAfter(entry.offset, at, looks);
-    Slot slot;
-    slot.stream = stream;
-    slot.isIndexed = true;
-    slot.hasKeyFlag = entry.isKey;
-    const bool isThere = at < candidates.size() && candidates[at].offset() == entry.offset &&
-                         candidates[at].kind() == CandidateKind::data && candidates[at].stream() == entry.stream &&
-                         candidates[at].size() == entry.size;
-    slot.state = isThere ? SlotState::whole : SlotState::lost;
-    slot.source = isThere ? entry.offset + kChunkHeader : 0;
-    const bool isPicture = evidence_.header.streams[stream].header.type == avi::kVids;
-    slot.size = isThere || !isPicture ? entry.size : 0;
-    plan_.slots.push_back(slot);
+    if (streams_.indexOf(entry.stream) != FilmStreams::kNone && !entry.isForeign) entries_.push_back(entry);
   }
+  const CandidateList& candidates = evidence_.scan.candidates;
+  const DisplacementCover cover = coverEntries(entries_, candidates, indexBegin(), evidence_.scan.end);
+  const EntryPlaces places = placeEntries(evidence_.input, entries_, candidates, evidence_.facts, cover);
+  if (places.places.empty()) return;
+  LaidFilm laid = layEntries(evidence_, streams_, entries_, places);
+  plan_.slots = std::move(laid.slots);
+  plan_.pieces = std::move(laid.pieces);
+  plan_.indexedChunks = plan_.slots.size();
 }
 
 void Planner::layChain(std::uint64_t from) {
-  const CandidateList& candidates = evidence_.scan.candidates;
-  for (const std::uint32_t number : bestChain(candidates, evidence_.chain, evidence_.facts)) {
-    const Candidate& candidate = candidates[number];
-    if (candidate.kind() != CandidateKind::data || candidate.offset() < from) continue;
-    if (places_[candidate.stream()] == kNowhere || candidate.payloadEnd() > evidence_.scan.end) continue;
-    Slot slot;
-    slot.source = candidate.offset() + kChunkHeader;
-    slot.size = candidate.size();
-    slot.stream = places_[candidate.stream()];
-    plan_.slots.push_back(slot);
-  }
+  const std::vector<std::uint32_t> chain = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
+  const ChainFilm film = chainFilm(evidence_, streams_, chain, {from, evidence_.scan.end});
+  plan_.slots.insert(plan_.slots.end(), film.slots.begin(), film.slots.end());
 }
 
 FilmPlan Planner::run() {
   layIndex();
-  layChain(plan_.indexedChunks == 0 ? 0 : evidence_.index.entries.back().end());
+  std::uint64_t end = evidence_.headers.mediaBegin();
+  for (const Slot& slot : plan_.slots) end = std::max(end, slot.source + slot.size);
+  layChain(end);
   return std::move(plan_);
 }
 

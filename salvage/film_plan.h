@@ -26,7 +26,9 @@ enum class SlotState : std::uint8_t {
 
 /// Bytes of the input that are a part of a payload.
 struct Piece {
-  std::uint64_t offset = 0;
+  static constexpr std::uint64_t kSilence = std::numeric_limits<std::uint64_t>::max();
+
+  std::uint64_t offset = 0;  ///< `kSilence`: of silence instead, or of zeros in a picture
   std::uint32_t size = 0;
 
   friend bool operator==(const Piece&, const Piece&) = default;

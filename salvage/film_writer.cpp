@@ -129,7 +129,7 @@ class Writer {
       const auto head = window_.at(first.offset, std::min<std::size_t>(first.size, kKeyHead));
       isKey_[number] = isKey(stream, slot, head);
       if (slot.state == SlotState::whole) stream.silence.learn(head);
-      copyPayload(slot, size);
+      copyPayload(slot, size, stream.silence);
     }
     if (isKey_[number] && stream.isVideo) ++written_.keyPictures;
     if (size % 2 != 0) out_.zeros(1);
@@ -150,7 +150,7 @@ class Writer {
   }
 
   /// `size` bytes, whatever the pieces come to: what they lack is zero.
-  void copyPayload(const Slot& slot, std::uint32_t size) {
+  void copyPayload(const Slot& slot, std::uint32_t size, const Silence& silence) {
     if (slot.pieces == Slot::kOnePiece) {
       copy(slot.source, size);
       return;
@@ -159,7 +159,11 @@ class Writer {
     for (std::size_t i = slot.pieces; left > 0 && i < writing_.plan.pieces.size(); ++i) {
       const Piece& piece = writing_.plan.pieces[i];
       const std::uint32_t part = std::min(left, piece.size);
-      copy(piece.offset, part);
+      if (piece.offset == Piece::kSilence) {
+        writeSilence(silence, part);
+      } else {
+        copy(piece.offset, part);
+      }
       left -= part;
     }
     zeros(left);
