@@ -137,17 +137,4 @@ Fit PayloadShape::isComplete(Head head, Head tail, std::uint32_t size) const {
   }
 }
 
-std::uint32_t PayloadShape::sizeWithin(Head head, Head tail, std::uint32_t distance) const {
-  if (const auto fixed = fixedSize(); fixed && *fixed <= distance) return *fixed;
-  if (codec_ == Codec::jpeg) {
-    const auto behind = behindEndOfImage(tail);
-    if (behind && *behind < distance) return distance - static_cast<std::uint32_t>(*behind);
-  }
-  const std::uint32_t frames = framesEnd(codec_, head, distance);
-  if (frames > 0 && frames < head.size()) return frames;
-  if (block_ > 1) return distance - distance % block_;
-  const bool mayBePad = distance > 0 && distance % 2 == 0 && !tail.empty() && tail.back() == std::byte{0};
-  return mayBePad ? distance - 1 : distance;
-}
-
 }  // namespace zelvo::salvage

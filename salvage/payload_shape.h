@@ -25,11 +25,6 @@ class PayloadShape {
   [[nodiscard]] Fit isComplete(std::span<const std::byte> head, std::span<const std::byte> tail,
                                std::uint32_t size) const;
 
-  /// How long the payload is that begins with `head` when the next chunk begins `distance` bytes on: what the codec says
-  /// of its length, else the distance less a pad byte where the last byte, the end of `tail`, can be one.
-  [[nodiscard]] std::uint32_t sizeWithin(std::span<const std::byte> head, std::span<const std::byte> tail,
-                                         std::uint32_t distance) const;
-
   /// The one size that the format gives every payload: of raw pictures without compression; nothing of others.
   [[nodiscard]] std::optional<std::uint32_t> fixedSize() const;
   /// Payloads are a multiple of it: nBlockAlign of sound in samples or blocks, else 1.
