@@ -63,6 +63,7 @@ class Work {
     const SurvivingHeaders headers = survivingHeaders(input_);
     report_.hasMainHeader = headers.main.has_value();
     report_.headersClaimed = headers.main ? headers.main->streams : 0;
+    if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);
     run_.observer.stage(SalvageStage::searching);
     const MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, [this] { return isEnding(); });
@@ -81,7 +82,10 @@ class Work {
     plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index});
     describePlan(report_, plan_, header_);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
-    if (run_.choices.closesGaps) closeGaps(plan_);
+    if (run_.choices.closesGaps) {
+      closeGaps(plan_);
+      report_.syncAfter = report_.syncBefore;
+    }
     const bool hasMedia = std::ranges::any_of(plan_.slots, [](const Slot& slot) { return slot.hasSource(); });
     if (hasMedia) return SalvageEnd::planned;
     report_.verdict = SalvageVerdict::hopeless;

@@ -137,8 +137,11 @@ void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader&
     if (slot.stream == clock) now += seconds;
     if (!isGone(slot.state)) continue;
     gone[slot.stream] += seconds;
-    const bool isTimed = slot.stream == clock || header.streams[slot.stream].header.type == avi::kAuds;
-    if (isTimed) report.syncBefore = std::max(report.syncBefore, std::abs(gone[slot.stream] - gone[clock]));
+    for (std::size_t other = 0; other < gone.size(); ++other) {
+      const bool isConcerned = other == slot.stream || slot.stream == clock;
+      if (isConcerned && header.streams[other].header.type == avi::kAuds)
+        report.syncBefore = std::max(report.syncBefore, std::abs(gone[other] - gone[clock]));
+    }
   }
   for (; mark != marks.end(); ++mark) times[mark->place] = now;
   report.indexedChunks = plan.indexedChunks;
