@@ -5,6 +5,7 @@
 // 3. On the main thread: judge the run, and give the file its final name.
 #include "cli/salvage_command.h"
 
+#include <charconv>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -58,6 +59,7 @@ class SalvageProgress final : public salvage::SalvageObserver {
 /// What was chosen for all inputs.
 struct Choices {
   salvage::SalvageChoices repair;
+  std::shared_ptr<platform::ReadableFile> donor;  ///< null without one
   bool isDry = false;
 };
 
@@ -115,6 +117,7 @@ class OneSalvage {
   salvage::SalvageReport repair(const ChosenInput& input, const platform::CancelMark& cancel) {
     salvage::SalvageRun run{.input = *input.file,
                             .inputSize = input.attributes.size,
+                            .donor = choices_.donor.get(),
                             .observer = progress_,
                             .cancel = cancel,
                             .choices = choices_.repair,
@@ -219,6 +222,15 @@ class OneSalvage {
   std::string obstacle_;  ///< why there will be no output; a sentence
 };
 
+/// The text as a number from `least` to `most`; nothing when it is none.
+std::optional<double> numberIn(const std::string& text, double least, double most) {
+  double number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number, std::chars_format::fixed);
+  if (error != std::errc() || end != text.data() + text.size() || !(number >= least && number <= most))
+    return std::nullopt;
+  return number;
+}
+
 class SalvageCommand final : public Command {
  public:
   std::vector<Option> options() override {
@@ -226,6 +238,10 @@ class SalvageCommand final : public Command {
         {"INPUT", "damaged AVI files; they are only read, never changed", &inputs_},
         {"-o,--output", "where to write the film (for one input)", &output_, "OUTPUT"},
         {"--output-dir", "folder for the films, each named NAME-salvaged.avi", &outputFolder_, "DIR"},
+        {"--donor", "an undamaged film of the same camera, whose headers stand in for lost ones (for one input)",
+         &donor_, "FILE"},
+        {"--fps", "pictures a second, when you know better than the film's header or what is left of it", &fps_, "N"},
+        {"--rate", "samples of sound a second, in the same case (for one sound track)", &rate_, "N"},
         {"--damaged", "pictures that are damaged: keep them (default), or put empty ones there, which seeks better",
          &damaged_, "keep|empty"},
         {"--gaps", "time that is lost: fill it (default), or close it up", &gaps_, "fill|close"},
@@ -241,6 +257,9 @@ class SalvageCommand final : public Command {
   std::optional<std::string> misuse() const override {
     if (output_ && outputFolder_) return "only one of --output and --output-dir can be given.";
     if (inputs_.size() > 1 && output_) return "--output takes one input; use --output-dir for several.";
+    if (inputs_.size() > 1 && donor_) return "--donor takes one input.";
+    if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
+    if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
     if (gaps_ && *gaps_ != "fill" && *gaps_ != "close") return "--gaps is either fill or close.";
     return std::nullopt;
@@ -250,6 +269,16 @@ class SalvageCommand final : public Command {
     environment.console.setQuiet(quiet_);
     choices_.repair.emptiesDamaged = damaged_ == "empty";
     choices_.repair.closesGaps = gaps_ == "close";
+    if (fps_) choices_.repair.rates.pictures = numberIn(*fps_, 0.01, 1000);
+    if (rate_) choices_.repair.rates.samples = static_cast<std::uint32_t>(*numberIn(*rate_, 100, 1e6));
+    if (donor_) {
+      auto chosen = chooseInput(*donor_, environment.files, environment.fileManager);
+      if (const auto* sentence = std::get_if<std::string>(&chosen)) {
+        environment.console.error(*sentence);
+        return Exit::ioFailed;
+      }
+      choices_.donor = std::get<ChosenInput>(chosen).file;
+    }
     Batch batch(environment, inputs_.size(), json_);
     workOnEach(
         environment, batch, inputs_, [this](const std::string& input) { return placeFor(input); },
@@ -275,6 +304,9 @@ class SalvageCommand final : public Command {
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;
+  std::optional<std::string> donor_;
+  std::optional<std::string> fps_;
+  std::optional<std::string> rate_;
   std::optional<std::string> damaged_;
   std::optional<std::string> gaps_;
   Choices choices_;

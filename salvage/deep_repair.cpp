@@ -12,6 +12,7 @@
 #include "avi/input_file.h"
 #include "salvage/evidence.h"
 #include "salvage/film_writer.h"
+#include "salvage/header_donor.h"
 #include "salvage/plan_choices.h"
 
 namespace zelvo::salvage {
@@ -72,10 +73,12 @@ class Work {
     run_.observer.stage(SalvageStage::weighing);
     const ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
+    const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
+    findLostHeaders(scan, chain, seen, index);
+    applyKnownRates(header_, run_.choices.rates);
     if (header_.streams.empty()) return seen.empty() ? SalvageEnd::noMedia : SalvageEnd::noHeader;
     const std::vector<StreamFacts> facts = learnStreams(scan.candidates, chain);
-    const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     report_.indexes = index.tables;
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
@@ -90,6 +93,23 @@ class Work {
     if (hasMedia) return SalvageEnd::planned;
     report_.verdict = SalvageVerdict::hopeless;
     return SalvageEnd::noMedia;
+  }
+
+  /// Gives streams a header that have none: a donor's, else one that is put together.
+  void findLostHeaders(const MediaScan& scan, const ChunkChain& chain, const std::vector<SeenStream>& seen,
+                       const IndexTemplate& index) {
+    const auto sample = [&] {
+      return sampleStreams(input_, scan.candidates, chain, streamsWithoutHeader(header_, seen));
+    };
+    std::vector<StreamSample> lost = sample();
+    if (!lost.empty() && run_.donor != nullptr) {
+      avi::InputFile donor(*run_.donor);
+      report_.isDonorUseless = takeFromDonor(header_, survivingHeaders(donor), lost) == 0;
+      lost = sample();
+    }
+    if (!lost.empty())
+      report_.fields = synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates});
+    report_.streamsWithoutHeader = streamsWithoutHeader(header_, seen).size();
   }
 
   SalvageEnd makeFilm() {

@@ -7,6 +7,7 @@
 
 #include "platform/files.h"
 #include "platform/workers.h"
+#include "salvage/header_synthesis.h"
 #include "salvage/salvage_report.h"
 
 namespace zelvo::salvage {
@@ -32,12 +33,14 @@ struct SalvageChoices {
   bool emptiesDamaged = false;  ///< empty chunks stand for pictures that are damaged; otherwise they are kept
   bool closesGaps = false;      ///< lost time is closed up; otherwise it is filled
   bool allowsGrowth = false;    ///< the output may be larger than the input plus 5 % and 16 MiB
+  KnownRates rates;
 };
 
 /// One run. Several may run at once, each with values of its own.
 struct SalvageRun {
   platform::ReadableFile& input;
-  std::uint64_t inputSize = 0;  ///< as found when the input was chosen
+  std::uint64_t inputSize = 0;              ///< as found when the input was chosen
+  platform::ReadableFile* donor = nullptr;  ///< a film whose headers stand in for lost ones; null without one
   SalvageObserver& observer;
   const platform::CancelMark& cancel;
   SalvageChoices choices;

@@ -11,6 +11,7 @@
 #include "salvage/film_header.h"
 #include "salvage/film_layout.h"
 #include "salvage/film_plan.h"
+#include "salvage/header_synthesis.h"
 #include "salvage/index_template.h"
 
 namespace zelvo::salvage {
@@ -74,10 +75,13 @@ struct SalvageReport {
   bool hasMainHeader = false;        ///< the damaged film's own "avih" survives
   std::uint32_t headersClaimed = 0;  ///< dwStreams of that; 0 without one
   std::vector<SalvagedStream> streams;
-  std::vector<TemplateSource> indexes;  ///< that were found, tables first
-  std::uint64_t indexedChunks = 0;      ///< that the plan has from an index
-  std::vector<SalvagedSpan> spans;      ///< rising by where they lie in the damaged file
-  std::uint64_t spansLeftOut = 0;       ///< for which there was no room
+  std::vector<FoundField> fields;        ///< of headers that were put together
+  std::size_t streamsWithoutHeader = 0;  ///< left out: nothing tells what they hold
+  bool isDonorUseless = false;           ///< a donor was given, headers are lost, and none of its could stand in
+  std::vector<TemplateSource> indexes;   ///< that were found, tables first
+  std::uint64_t indexedChunks = 0;       ///< that the plan has from an index
+  std::vector<SalvagedSpan> spans;       ///< rising by where they lie in the damaged file
+  std::uint64_t spansLeftOut = 0;        ///< for which there was no room
   /// How far sound and pictures would be apart at worst if what is lost were just left out, and how far they are.
   double syncBefore = 0;
   double syncAfter = 0;
