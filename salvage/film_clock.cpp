@@ -53,11 +53,16 @@ class Share {
 
   void meet(std::uint8_t stream, std::uint32_t size) {
     if (stream == picturesNumber_) {
+      // Only now: sound that no picture follows may go on for any time.
+      for (const Point& point : waiting_) {
+        bytesSlope_.add(pictures_, point.bytes);
+        chunksSlope_.add(pictures_, point.chunks);
+      }
+      waiting_.clear();
       ++pictures_;
     } else if (stream == soundNumber_) {
       // The chunk's own place counts for what came before it, so that the first one's lead does not.
-      bytesSlope_.add(pictures_, bytes_);
-      chunksSlope_.add(pictures_, chunks_);
+      if (pictures_ > 0 && waiting_.size() < kMaxWaiting) waiting_.push_back({bytes_, chunks_});
       bytes_ += size;
       ++chunks_;
     }
@@ -70,11 +75,18 @@ class Share {
   }
 
  private:
+  struct Point {
+    double bytes = 0;
+    double chunks = 0;
+  };
+  static constexpr std::size_t kMaxWaiting = 4096;
+
   std::uint8_t picturesNumber_;
   std::uint8_t soundNumber_;
   double pictures_ = 0;
   double bytes_ = 0;
   double chunks_ = 0;
+  std::vector<Point> waiting_;  ///< since the last picture
   Slope bytesSlope_;
   Slope chunksSlope_;
 };

@@ -41,6 +41,12 @@ std::string_view shown(Codec codec) {
       return "AC-3";
     case Codec::aac:
       return "AAC";
+    case Codec::wma:
+      return "Windows Media Audio";
+    case Codec::aLaw:
+      return "A-law";
+    case Codec::muLaw:
+      return "mu-law";
     case Codec::imaAdpcm:
       return "IMA ADPCM";
     case Codec::msAdpcm:

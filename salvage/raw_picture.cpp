@@ -17,6 +17,7 @@ constexpr std::uint32_t kLargestSide = 8192;
 constexpr std::size_t kCompared = 32768;
 /// Luma and chroma of packed YUV differ by so much more than bytes of RGB.
 constexpr double kPackedRatio = 1.35;
+constexpr double kLumaRatio = 1.1;
 
 /// The mean difference between bytes that lie `step` apart, of those whose place is `phase` of `every`.
 double difference(const Pictures& pictures, std::size_t step, std::size_t every = 1, std::size_t phase = 0) {
@@ -41,9 +42,10 @@ PixelLayout layoutOf(const Pictures& pictures) {
     return difference(pictures, 2, 2, phase) / std::max(0.01, difference(pictures, 4, 2, phase));
   };
   // The chroma phase holds two kinds in turns, so bytes two apart are less alike there than bytes four apart.
+  // Luma is the other way about, which four bytes of RGB are not.
   const double even = ratio(0);
   const double odd = ratio(1);
-  if (std::max(even, odd) < kPackedRatio) return PixelLayout::rgb;
+  if (std::max(even, odd) < kPackedRatio || std::min(even, odd) > kLumaRatio) return PixelLayout::rgb;
   return even > odd ? PixelLayout::uyvy : PixelLayout::yuy2;
 }
 
@@ -64,8 +66,10 @@ double oddity(PictureSize size) {
 std::vector<RawShape> rawShapes(std::uint32_t size, const Pictures& pictures, std::optional<PictureSize> known) {
   const PixelLayout packed = layoutOf(pictures);
   std::vector<Scored> found;
+  constexpr std::uint16_t kPackedBits = 16;
   for (const std::uint16_t bits : {std::uint16_t{24}, std::uint16_t{32}, std::uint16_t{16}, std::uint16_t{8}}) {
-    const double across = difference(pictures, bits / 8);
+    if (packed != PixelLayout::rgb && bits != kPackedBits) continue;
+    const double across = difference(pictures, packed != PixelLayout::rgb ? 4 : bits / 8);
     for (std::uint32_t width = kSmallestSide; width <= kLargestSide; ++width) {
       const std::uint32_t row = (width * bits + 31) / 32 * 4;
       if (size % row != 0) continue;
@@ -74,8 +78,7 @@ std::vector<RawShape> rawShapes(std::uint32_t size, const Pictures& pictures, st
       if (known && (sides.width != known->width || sides.height != known->height)) continue;
       if (sides.width > 4 * sides.height || sides.height > 3 * sides.width) continue;
       const double down = difference(pictures, row);
-      const PixelLayout layout = bits == 16 ? packed : PixelLayout::rgb;
-      found.push_back({{sides, bits, layout}, (across + down + 0.5) * (1 + oddity(sides))});
+      found.push_back({{sides, bits, packed}, (across + down + 0.5) * (1 + oddity(sides))});
     }
   }
   std::ranges::stable_sort(found, {}, &Scored::score);

@@ -182,6 +182,31 @@ std::optional<SoundShape> aac(const StreamSample& sample) {
   return std::nullopt;
 }
 
+/// Windows Media Audio: all chunks are so many blocks of one length, which follows from bit rate and sample rate.
+std::optional<SoundShape> wma(const StreamSample& sample) {
+  constexpr std::array<std::uint32_t, 6> kSampleRates{44100, 48000, 32000, 22050, 16000, 11025};
+  constexpr std::array<std::uint32_t, 12> kBitRates{128000, 64000, 96000, 160000, 192000, 48000,
+                                                    32000,  80000, 20000, 40000,  16000,  8000};
+  const std::uint32_t size = sample.commonSize();
+  if (size % 2 == 0 || sample.sizes.size() < 8) return std::nullopt;
+  for (const std::uint32_t bitRate : kBitRates) {
+    for (const std::uint32_t rate : kSampleRates) {
+      const std::uint32_t length = rate > 22050 ? 2048 : rate > 16000 ? 1024 : 512;
+      const std::uint32_t block = bitRate / 8 * length / rate;
+      if (block == 0 || size % block != 0 || size / block > 8) continue;
+      SoundShape shape;
+      shape.codec = Codec::wma;
+      shape.channels = bitRate >= 48000 || rate > 22050 ? 2 : 1;
+      shape.bits = 16;
+      shape.block = block;
+      shape.rate = rate;
+      shape.samples = length;
+      return shape;
+    }
+  }
+  return std::nullopt;
+}
+
 double entropyOf(Payload bytes, std::size_t phase) {
   std::array<std::uint32_t, 256> counts{};
   std::uint32_t all = 0;
@@ -225,6 +250,48 @@ bool isStereo(const Differences& sums) {
   return sums.two < 0.9 * neighbours;
 }
 
+/// The level that a code of G.711 stands for.
+int aLawLevel(unsigned code) {
+  code ^= 0x55U;
+  const unsigned segment = code >> 4U & 7U;
+  int level = static_cast<int>((code & 15U) << 4U) + 8;
+  if (segment > 0) level = (level + 0x100) << (segment - 1);
+  return (code & 0x80U) != 0 ? level : -level;
+}
+
+int muLawLevel(unsigned code) {
+  code = ~code & 0xffU;
+  const int level = ((static_cast<int>(code & 15U) << 3) + 0x84) << (code >> 4U & 7U);
+  return (code & 0x80U) != 0 ? 0x84 - level : level - 0x84;
+}
+
+/// How much the numbers of neighbouring codes differ when the codes are ordered by their levels: true levels are spread
+/// smoothly.
+template <class Level>
+double roughness(const std::array<std::uint32_t, 256>& counts, const Level& level) {
+  std::array<unsigned, 256> order{};
+  std::iota(order.begin(), order.end(), 0U);
+  std::ranges::stable_sort(order, {}, level);
+  double before = 0;
+  double sum = 0;
+  for (const unsigned code : order) {
+    sum += std::abs(counts[code] - before);
+    before = counts[code];
+  }
+  return sum + before;
+}
+
+/// Bytes are samples of eight bits, or codes of one of two laws.
+Codec codecOfBytes(std::span<const std::byte> bytes) {
+  std::array<std::uint32_t, 256> counts{};
+  for (const std::byte byte : bytes) ++counts[static_cast<std::size_t>(byte)];
+  const double linear = roughness(counts, [](unsigned code) { return static_cast<int>(code); });
+  const double aLaw = roughness(counts, aLawLevel);
+  const double muLaw = roughness(counts, muLawLevel);
+  if (linear <= std::min(aLaw, muLaw)) return Codec::pcm;
+  return aLaw <= muLaw ? Codec::aLaw : Codec::muLaw;
+}
+
 SoundShape samples(const StreamSample& sample) {
   platform::Bytes bytes;
   for (const SampledPayload& payload : sample.whole) {
@@ -237,6 +304,7 @@ SoundShape samples(const StreamSample& sample) {
   const bool isOfBytes = isOdd || std::abs(entropyOf(bytes, 0) - entropyOf(bytes, 1)) <= kAlike;
   SoundShape shape;
   shape.bits = isOfBytes ? 8 : 16;
+  if (isOfBytes) shape.codec = codecOfBytes(bytes);
   const auto byteAt = [&](std::size_t i) { return static_cast<double>(bytes[i]); };
   const auto wordAt = [&](std::size_t i) {
     const auto word =
@@ -266,6 +334,7 @@ SoundShape soundShape(const StreamSample& sample) {
   if (auto shape = compressed(sample)) return *shape;
   if (auto shape = adpcm(sample)) return *shape;
   if (auto shape = aac(sample)) return *shape;
+  if (auto shape = wma(sample)) return *shape;
   return samples(sample);
 }
 

@@ -52,6 +52,8 @@ std::uint16_t tagOf(Codec codec) {
       return 0x55;
     case Codec::aac:
       return 0xff;
+    case Codec::wma:
+      return 0x161;
     case Codec::ac3:
       return 0x2000;
     default:
@@ -78,6 +80,11 @@ Bytes aacConfiguration(const SoundShape& shape) {
 Bytes extraOf(const SoundShape& shape, std::uint32_t frame) {
   Bytes extra;
   if (shape.codec == Codec::aac) return aacConfiguration(shape);
+  if (shape.codec == Codec::wma) {
+    put(extra, 0, 4);  // dwSamplesPerBlock
+    put(extra, 1, 2);  // wEncodeOptions
+    put(extra, 0, 4);  // dwSuperBlockAlign
+  }
   if (shape.codec == Codec::imaAdpcm) put(extra, shape.samples, 2);
   if (shape.codec == Codec::msAdpcm) {
     constexpr std::array<int, 14> kPairs{256, 0, 512, -256, 0, 0, 192, 64, 240, 0, 460, -208, 392, -232};
