@@ -12,6 +12,7 @@
 #include "salvage/evidence.h"
 #include "salvage/film_streams.h"
 #include "salvage/laid_film.h"
+#include "salvage/timeline.h"
 
 namespace zelvo::salvage {
 
@@ -56,7 +57,11 @@ void Planner::layIndex() {
 void Planner::layChain(std::uint64_t from) {
   const std::vector<std::uint32_t> chain = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   const ChainFilm film = chainFilm(evidence_, streams_, chain, {from, evidence_.scan.end});
+  std::vector<FilmGap> gaps;
+  for (const ChainGap& gap : film.gaps)
+    gaps.push_back({plan_.slots.size() + gap.before, gap.end - gap.begin, gap.isTorn});
   plan_.slots.insert(plan_.slots.end(), film.slots.begin(), film.slots.end());
+  fillGaps(evidence_, streams_, gaps, plan_);
 }
 
 FilmPlan Planner::run() {
