@@ -7,8 +7,6 @@
 #include <array>
 #include <optional>
 
-#include "salvage/chunk_ends.h"
-#include "salvage/codec.h"
 #include "salvage/payload_length.h"
 
 namespace zelvo::salvage {
@@ -36,12 +34,13 @@ struct Link {
 
 class Filling {
  public:
-  Filling(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain, ByteSpan within)
-      : evidence_(evidence), streams_(streams), chain_(chain), within_(within), ends_(evidence, streams) {
-    for (const FilmStream& stream : evidence.header.streams) codecs_.push_back(codecOf(stream.header));
-  }
+  Filling(const Evidence& evidence, const FilmStreams& streams, ChunkEnds& ends, const std::vector<Codec>& codecs,
+          ByteSpan within)
+      : evidence_(evidence), streams_(streams), within_(within), ends_(ends), codecs_(codecs) {}
 
-  ChainFilm run();
+  /// Takes the next header of the chain.
+  void take(const Candidate& candidate, bool isForeign);
+  ChainFilm end();
 
  private:
   [[nodiscard]] Link linkOf(const Candidate& candidate) const;
@@ -58,10 +57,9 @@ class Filling {
 
   const Evidence& evidence_;
   const FilmStreams& streams_;
-  std::span<const std::uint32_t> chain_;
   const ByteSpan within_;
-  ChunkEnds ends_;
-  std::vector<Codec> codecs_;
+  ChunkEnds& ends_;
+  const std::vector<Codec>& codecs_;
   std::optional<Link> held_;
   ChainFilm film_;
 };
@@ -217,21 +215,33 @@ void Filling::goOnTo(const Link& link) {
   held_ = link;
 }
 
-ChainFilm Filling::run() {
-  const CandidateList& candidates = evidence_.scan.candidates;
-  for (const std::uint32_t number : chain_) {
-    const Candidate& candidate = candidates[number];
-    if (candidate.offset() >= within_.begin && candidate.offset() < within_.end) goOnTo(linkOf(candidate));
-  }
+void Filling::take(const Candidate& candidate, bool isForeign) {
+  Link link = linkOf(candidate);
+  if (isForeign) link.stream = FilmStreams::kNone;
+  goOnTo(link);
+}
+
+ChainFilm Filling::end() {
   settleAtEnd();
   return std::move(film_);
 }
 
 }  // namespace
 
-ChainFilm chainFilm(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain,
-                    ByteSpan within) {
-  return Filling(evidence, streams, chain, within).run();
+ChainFilms::ChainFilms(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain,
+                       std::span<const std::uint8_t> isForeign)
+    : evidence_(evidence), streams_(streams), chain_(chain), isForeign_(isForeign), ends_(evidence, streams) {
+  for (const FilmStream& stream : evidence.header.streams) codecs_.push_back(codecOf(stream.header));
+}
+
+ChainFilm ChainFilms::part(ByteSpan within) {
+  const CandidateList& candidates = evidence_.scan.candidates;
+  Filling filling(evidence_, streams_, ends_, codecs_, within);
+  const auto first = std::ranges::lower_bound(chain_, within.begin, {},
+                                              [&](std::uint32_t number) { return candidates[number].offset(); });
+  for (auto at = first; at != chain_.end() && candidates[*at].offset() < within.end; ++at)
+    filling.take(candidates[*at], !isForeign_.empty() && isForeign_[*at] != 0);
+  return filling.end();
 }
 
 }  // namespace zelvo::salvage
