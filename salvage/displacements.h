@@ -34,6 +34,13 @@ struct DisplacementCover {
   [[nodiscard]] static bool areAligned(std::int64_t one, std::int64_t other) { return (one - other) % 512 == 0; }
 };
 
+/// Takes back what may be chance: stretches of entries with one displacement that are short or full of holes, as streams
+/// of constant sizes match at many a false one. Nothing is taken back from an index that mostly lies in firm stretches,
+/// unless `isStrict`.
+/// Thread: any.
+void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries, const CandidateList& candidates,
+                bool isStrict);
+
 /// Explains as many entries as possible by headers of their stream and size, greedily: the displacement that explains
 /// most comes first, and a header that one entry explains supports no other. `indexBegin`: where the table of the index
 /// stands, 0 without one. `dataEnd`: where the file ends.

@@ -44,7 +44,7 @@ class Planner {
   };
 
   void chooseEntries();
-  [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries) const;
+  [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
   [[nodiscard]] bool hasOtherChunks(const std::vector<std::uint8_t>& isClaimed) const;
   [[nodiscard]] std::vector<Room> rooms() const;
   [[nodiscard]] bool tellsAll() const;
@@ -61,11 +61,13 @@ class Planner {
   std::vector<FilmGap> gaps_;
 };
 
-DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries) const {
+DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool isForeign) const {
   const auto& tables = evidence_.scan.tables;
   const std::uint64_t indexBegin =
       tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - kChunkHeader) + kChunkHeader;
-  return coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
+  DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
+  dropChance(made, entries, evidence_.scan.candidates, isForeign);
+  return made;
 }
 
 /// Whether the chain has chunks that such an index does not explain.
@@ -91,14 +93,14 @@ void Planner::chooseEntries() {
     (entry.isForeign ? foreign : entries_).push_back(entry);
   }
   if (!foreign.empty()) {
-    std::vector<std::uint8_t> explained = cover(foreign).isClaimed;
+    std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
     if (hasOtherChunks(explained)) {
       isForeign_ = std::move(explained);
     } else {
       entries_ = std::move(all);
     }
   }
-  const DisplacementCover own = cover(entries_);
+  const DisplacementCover own = cover(entries_, false);
   for (std::size_t i = 0; i < isForeign_.size(); ++i)
     isForeign_[i] = isForeign_[i] != 0 && own.isClaimed[i] == 0 ? 1 : 0;
   places_ = placeEntries(evidence_.input, entries_, evidence_.scan.candidates, evidence_.facts, own);
