@@ -6,6 +6,7 @@
 #include <array>
 
 #include "avi/byte_order.h"
+#include "salvage/cluster_order.h"
 
 namespace zelvo::salvage {
 
@@ -39,6 +40,7 @@ class Laying {
   void take(std::size_t entry, std::uint64_t payload, SlotState state);
   void takePart(std::size_t entry, std::uint64_t payload, std::uint64_t end, SlotState state);
   void lose(std::size_t entry);
+  void gather(const ClusterOrder& order);
 
   const Evidence& evidence_;
   const FilmStreams& streams_;
@@ -158,6 +160,27 @@ void Laying::layBetween(std::size_t before, std::size_t after) {
   }
 }
 
+/// Takes every payload from where its clusters lie.
+void Laying::gather(const ClusterOrder& order) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    Slot& slot = film_.slots[i];
+    const std::uint64_t payload = entries_[i].offset + kChunkHeader;
+    const auto pieces = order.piecesOf(payload, payload + entries_[i].size, evidence_.scan.end);
+    std::uint32_t there = 0;
+    for (const Piece& piece : pieces) there += piece.size;
+    if (there == 0 && entries_[i].size > 0) {
+      lose(i);
+      continue;
+    }
+    slot.size = there;
+    slot.source = pieces.empty() ? 0 : pieces.front().offset;
+    if (there < entries_[i].size) slot.state = SlotState::cut;
+    if (pieces.size() < 2) continue;
+    slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
+    film_.pieces.insert(film_.pieces.end(), pieces.begin(), pieces.end());
+  }
+}
+
 LaidFilm Laying::run() {
   film_.slots.resize(entries_.size());
   for (std::size_t i = 0; i < entries_.size(); ++i) {
@@ -166,6 +189,10 @@ LaidFilm Laying::run() {
     slot.isIndexed = true;
     slot.hasKeyFlag = entries_[i].isKey;
     if (isSupported(i)) headers_.push_back(headerOf(i));
+  }
+  if (const auto order = clusterOrder(entries_, places_, evidence_.scan.end)) {
+    gather(*order);
+    return std::move(film_);
   }
   std::ranges::sort(headers_);
   std::size_t before = kNone;
