@@ -28,12 +28,9 @@ class PictureClock {
   [[nodiscard]] double ticksPerPicture() const { return ticksPerPicture_; }
 
  private:
-  void learnHeader(std::span<const std::byte> header);
-
   Codec codec_;
   double picturesPerSecond_ = 0;
   std::uint32_t turn_ = 0;
-  unsigned bits_ = 0;  ///< of the clock in each picture
   double ticksPerPicture_ = 0;
 };
 
