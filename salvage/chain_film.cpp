@@ -49,7 +49,8 @@ class Filling {
   void settle(std::uint64_t next);
   void settleAtEnd();
   void keep(std::uint32_t size, SlotState state);
-  void noteGap(std::uint64_t begin, std::uint64_t end, bool isTorn);
+  void noteGap(std::uint64_t begin, std::uint64_t end);
+  void noteTear(std::uint64_t at, std::uint64_t missing);
   [[nodiscard]] const StreamFacts* factsOf(const Link& link) const;
   [[nodiscard]] std::optional<std::uint32_t> ownLength(std::uint64_t room) const;
   [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
@@ -95,9 +96,12 @@ void Filling::keep(std::uint32_t size, SlotState state) {
   film_.slots.push_back(slot);
 }
 
-void Filling::noteGap(std::uint64_t begin, std::uint64_t end, bool isTorn) {
-  if (!isTorn && end < begin + kSmallestGap) return;
-  film_.gaps.push_back({film_.slots.size(), begin, std::max(begin, end), isTorn});
+void Filling::noteGap(std::uint64_t begin, std::uint64_t end) {
+  if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, false});
+}
+
+void Filling::noteTear(std::uint64_t at, std::uint64_t missing) {
+  film_.gaps.push_back({film_.slots.size(), at, at, missing, true});
 }
 
 /// The length that the codec of the held chunk finds within `room` bytes.
@@ -134,14 +138,14 @@ bool Filling::mayBeLonger(std::uint64_t room) const {
 /// The held chunk is followed by a header at `next`, and none is between.
 void Filling::settle(std::uint64_t next) {
   if (!held_) {
-    noteGap(within_.begin, next, false);
+    noteGap(within_.begin, next);
     return;
   }
   const std::uint64_t room = next - std::min(next, held_->payload());
   const bool closes = held_->next == next || (held_->isData && held_->payloadEnd() == next);
   if (closes || !held_->isData || held_->stream == FilmStreams::kNone || room > 0xfffffffe) {
     keep(held_->size, held_->state);
-    if (!closes && held_->next < next) noteGap(held_->next, next, false);
+    if (!closes && held_->next < next) noteGap(held_->next, next);
     return;
   }
   const StreamFacts* facts = factsOf(*held_);
@@ -153,12 +157,12 @@ void Filling::settle(std::uint64_t next) {
   if (held_->next < next) {
     if (own && *own != held_->size) {
       keep(*own, SlotState::sizeMended);
-      noteGap(held_->payload() + *own, next, false);
+      noteGap(held_->payload() + *own, next);
     } else if (!own && mayBeLonger(room)) {
       keep(lengthWithin(room), SlotState::sizeMended);
     } else {
       keep(held_->size, held_->state);
-      noteGap(held_->next, next, false);
+      noteGap(held_->next, next);
     }
     return;
   }
@@ -171,18 +175,18 @@ void Filling::settle(std::uint64_t next) {
     return;
   }
   keep(static_cast<std::uint32_t>(room), SlotState::torn);
-  noteGap(next, next, true);
+  noteTear(next, held_->next - next);
 }
 
 /// The data end behind the held chunk.
 void Filling::settleAtEnd() {
   if (!held_) {
-    noteGap(within_.begin, within_.end, false);
+    noteGap(within_.begin, within_.end);
     return;
   }
   if (!held_->isData || held_->payloadEnd() <= within_.end) {
     keep(held_->size, held_->state);
-    noteGap(std::min(held_->next, within_.end), within_.end, false);
+    noteGap(std::min(held_->next, within_.end), within_.end);
     return;
   }
   if (within_.end != evidence_.scan.end) {

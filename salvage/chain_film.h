@@ -18,7 +18,8 @@ struct ChainGap {
   std::size_t before = 0;   ///< how many of the chunks stand in front of it
   std::uint64_t begin = 0;  ///< in the file: bytes that are no chunk's
   std::uint64_t end = 0;
-  bool isTorn = false;  ///< the chunk before it lacks its end, so bytes are missing from the file
+  std::uint64_t missing = 0;  ///< bytes that are known to be missing from the file
+  bool isTorn = false;        ///< the chunk before it lacks its end, so bytes are missing from the file
 };
 
 struct ChainFilm {

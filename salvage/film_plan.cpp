@@ -1,6 +1,7 @@
 // 1. The entries of the film's own indexes are laid over the file.
 // 2. Where no index reaches, the best chain of chunks fills the room that the original had there.
 // 3. Gaps of the chain are filled, so that the film stays in step.
+// 4. What is damaged all the same is marked, and all that was lost is told.
 #include "salvage/film_plan.h"
 
 #include <algorithm>
@@ -10,11 +11,13 @@
 #include "avi/chunk_codes.h"
 #include "salvage/best_chain.h"
 #include "salvage/chain_film.h"
+#include "salvage/damage_marks.h"
 #include "salvage/displacements.h"
 #include "salvage/entry_places.h"
 #include "salvage/evidence.h"
 #include "salvage/film_streams.h"
 #include "salvage/laid_film.h"
+#include "salvage/plan_spans.h"
 #include "salvage/timeline.h"
 
 namespace zelvo::salvage {
@@ -59,6 +62,7 @@ class Planner {
   EntryPlaces places_;
   FilmPlan plan_;
   std::vector<FilmGap> gaps_;
+  std::vector<MissingBytes> missing_;
 };
 
 DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool isForeign) const {
@@ -154,6 +158,7 @@ void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileByte
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
     gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.isTorn});
+    if (gap.missing > 0) missing_.push_back({gap.begin, gap.missing});
   }
   if (room != kEndless && room > fileBytes + kSlack && !part.gaps.empty()) gaps_.back().bytes += room - fileBytes;
   plan_.slots.insert(plan_.slots.end(), part.slots.begin(), part.slots.end());
@@ -182,6 +187,8 @@ FilmPlan Planner::run() {
   plan_.indexedChunks = entries_.size();
   join(layEntries(evidence_, streams_, entries_, places_));
   fillGaps(evidence_, streams_, gaps_, plan_);
+  markDamage(evidence_, plan_);
+  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
   return std::move(plan_);
 }
 
