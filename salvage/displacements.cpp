@@ -254,7 +254,7 @@ std::int64_t Cover::rankOf(const Group& group, const Gain& gain) const {
   const bool isNear = std::abs(value) <= kNearBytes + static_cast<std::int64_t>(dataEnd_ / 50);
   const bool isLikely = isNear || isEndShift || DisplacementCover::areAligned(value, first());
   std::int64_t rank = static_cast<std::int64_t>(gain.entries) * (isLikely ? 200 : 100);
-  if ((value - first()) % 4096 == 0) rank += kBonus;
+  if (DisplacementCover::areAligned(value, first())) rank += kBonus;
   if (isEndShift) rank += kBonus;
   return rank;
 }
