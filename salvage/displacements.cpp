@@ -88,6 +88,7 @@ class Cover {
   bool choose();
   [[nodiscard]] Gain gainOf(const Group& group) const;
   [[nodiscard]] std::int64_t rankOf(const Group& group, const Gain& gain) const;
+  [[nodiscard]] bool takesPlaces(const Group& group) const;
   [[nodiscard]] bool isAcceptable(const Group& group, const Gain& gain) const;
   [[nodiscard]] std::int64_t first() const { return cover_.values.empty() ? 0 : cover_.values.front(); }
 
@@ -259,13 +260,27 @@ std::int64_t Cover::rankOf(const Group& group, const Gain& gain) const {
   return rank;
 }
 
+/// Whether the headers stand where the original had chunks that the entries know. Otherwise they may be of chunks that
+/// the index does not name.
+bool Cover::takesPlaces(const Group& group) const {
+  for (std::size_t i = group.begin; i < group.end; ++i) {
+    if (!isOpen(pairs_[i])) continue;
+    const std::int64_t place = static_cast<std::int64_t>(candidates_[pairs_[i].candidate].offset()) - first();
+    if (place < 0) return false;
+    const auto after =
+        std::ranges::upper_bound(entries_, static_cast<std::uint64_t>(place), {}, &TemplateEntry::offset);
+    if (after == entries_.begin() || std::prev(after)->end() + 1 < static_cast<std::uint64_t>(place)) return false;
+  }
+  return true;
+}
+
 bool Cover::isAcceptable(const Group& group, const Gain& gain) const {
   constexpr std::size_t kMany = 4;
   const bool isNearlyAll = unexplained_ * 20 <= entries_.size();
   if (gain.entries >= kMany && (gain.neighbours > 0 || isNearlyAll)) return true;
   if (gain.uniqueness >= 950 || gain.neighbours >= 2) return true;
   return DisplacementCover::areAligned(pairs_[group.begin].displacement, first()) &&
-         unexplained_ * 4 <= entries_.size();
+         unexplained_ * 4 <= entries_.size() && takesPlaces(group);
 }
 
 /// Takes displacements of the joined pairs until none explains enough. True when one was taken.
