@@ -4,15 +4,19 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 #include "avi/byte_order.h"
 #include "salvage/cluster_order.h"
+#include "salvage/payload_cut.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
 constexpr std::uint64_t kChunkHeader = 8;
+/// Payloads that are longer are not read to find where they were cut.
+constexpr std::uint64_t kLongest = std::uint64_t{8} << 20U;
 
 class Laying {
  public:
@@ -39,6 +43,11 @@ class Laying {
   void laySupported(std::size_t entry, std::size_t next);
   void take(std::size_t entry, std::uint64_t payload, SlotState state);
   void takePart(std::size_t entry, std::uint64_t payload, std::uint64_t end, SlotState state);
+  void takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t added);
+  void setPieces(Slot& slot, std::initializer_list<Piece> pieces);
+  [[nodiscard]] const SurvivingStream& headerOf(const Slot& slot) const {
+    return evidence_.header.streams[slot.stream].header;
+  }
   void lose(std::size_t entry);
   void gather(const ClusterOrder& order);
 
@@ -101,9 +110,31 @@ void Laying::takePart(std::size_t entry, std::uint64_t payload, std::uint64_t en
   slot.size = there;
   if (there == wanted || !keepsLength || state == SlotState::cut) return;
   slot.size = entries_[entry].size;
+  const std::uint32_t missing = slot.size - there;
+  const auto cut = there > kLongest || state != SlotState::torn
+                       ? std::nullopt
+                       : tearIn(headerOf(slot), evidence_.input.readBytes(payload, there), slot.size);
+  const std::uint32_t front = cut.value_or(there);
+  setPieces(slot, {{payload, front}, {Piece::kSilence, missing}, {payload + front, there - front}});
+}
+
+/// Takes the payload in two parts, around bytes that were put in.
+void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t added) {
+  const std::uint32_t size = entries_[entry].size;
+  take(entry, payload, SlotState::torn);
+  Slot& slot = film_.slots[entry];
+  if (size + added > kLongest || slot.size != size) return;
+  const platform::Bytes bytes = evidence_.input.readBytes(payload, static_cast<std::size_t>(size + added));
+  if (bytes.size() != size + added) return;
+  const auto cut = insertionIn(headerOf(slot), bytes, size);
+  if (cut) setPieces(slot, {{payload, *cut}, {payload + *cut + added, size - *cut}});
+}
+
+void Laying::setPieces(Slot& slot, std::initializer_list<Piece> pieces) {
   slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
-  film_.pieces.push_back({payload, there});
-  film_.pieces.push_back({Piece::kSilence, slot.size - there});
+  for (const Piece& piece : pieces) {
+    if (piece.size > 0) film_.pieces.push_back(piece);
+  }
 }
 
 void Laying::lose(std::size_t entry) {
@@ -133,7 +164,7 @@ void Laying::laySupported(std::size_t entry, std::size_t next) {
                (entries_[next].offset - entries_[entry].offset) + kChunkHeader,
            state);
     } else {
-      take(entry, payload, SlotState::torn);
+      takeAround(entry, payload, static_cast<std::uint64_t>(later - displacementOf(entry)));
     }
     return;
   }
