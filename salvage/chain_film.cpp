@@ -35,8 +35,8 @@ struct Link {
 class Filling {
  public:
   Filling(const Evidence& evidence, const FilmStreams& streams, ChunkEnds& ends, const std::vector<Codec>& codecs,
-          ByteSpan within)
-      : evidence_(evidence), streams_(streams), within_(within), ends_(ends), codecs_(codecs) {}
+          const std::vector<PayloadShape>& shapes, ByteSpan within)
+      : evidence_(evidence), streams_(streams), within_(within), ends_(ends), codecs_(codecs), shapes_(shapes) {}
 
   /// Takes the next header of the chain.
   void take(const Candidate& candidate, bool isForeign);
@@ -54,6 +54,7 @@ class Filling {
   [[nodiscard]] const StreamFacts* factsOf(const Link& link) const;
   [[nodiscard]] std::optional<std::uint32_t> ownLength(std::uint64_t room) const;
   [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
+  [[nodiscard]] Fit completeness(std::uint32_t size) const;
   [[nodiscard]] bool mayBeLonger(std::uint64_t room) const;
 
   const Evidence& evidence_;
@@ -61,6 +62,7 @@ class Filling {
   const ByteSpan within_;
   ChunkEnds& ends_;
   const std::vector<Codec>& codecs_;
+  const std::vector<PayloadShape>& shapes_;
   std::optional<Link> held_;
   ChainFilm film_;
 };
@@ -124,10 +126,20 @@ std::uint32_t Filling::lengthWithin(std::uint64_t room) const {
   return hasLast && last[0] == std::byte{0} ? size - 1 : size;
 }
 
+/// Whether the held chunk's payload is complete when it is so long.
+Fit Filling::completeness(std::uint32_t size) const {
+  constexpr std::uint32_t kEdge = 64;
+  const std::size_t length = std::min(kEdge, size);
+  const platform::Bytes head = evidence_.input.readBytes(held_->payload(), length);
+  const platform::Bytes tail = evidence_.input.readBytes(held_->payload() + size - length, length);
+  return shapes_[held_->stream].isComplete(head, tail, size);
+}
+
 /// Whether the held chunk rather fills all of `room` than ends where it says and is followed by a lost one.
 bool Filling::mayBeLonger(std::uint64_t room) const {
   const StreamFacts* facts = factsOf(*held_);
-  if (facts == nullptr) return false;
+  const Fit fit = completeness(lengthWithin(room));
+  if (facts == nullptr || fit != Fit::unknown) return fit == Fit::fits;
   const auto longer = static_cast<std::uint32_t>(room);
   if (facts->fixedSize) return *facts->fixedSize == longer || *facts->fixedSize + 1 == longer;
   const std::uint8_t number = streams_.numberOf(held_->stream);
@@ -170,7 +182,7 @@ void Filling::settle(std::uint64_t next) {
       facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
   const bool isImplausible =
       facts != nullptr && facts->largest != 0 && held_->size > std::uint64_t{facts->largest} * 3 / 2;
-  if (room > 0 && (isFixed || isImplausible)) {
+  if (room > 0 && (isFixed || isImplausible || completeness(lengthWithin(room)) == Fit::fits)) {
     keep(lengthWithin(room), SlotState::sizeMended);
     return;
   }
@@ -235,12 +247,15 @@ ChainFilm Filling::end() {
 ChainFilms::ChainFilms(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain,
                        std::span<const std::uint8_t> isForeign)
     : evidence_(evidence), streams_(streams), chain_(chain), isForeign_(isForeign), ends_(evidence, streams) {
-  for (const FilmStream& stream : evidence.header.streams) codecs_.push_back(codecOf(stream.header));
+  for (const FilmStream& stream : evidence.header.streams) {
+    codecs_.push_back(codecOf(stream.header));
+    shapes_.emplace_back(stream.header);
+  }
 }
 
 ChainFilm ChainFilms::part(ByteSpan within) {
   const CandidateList& candidates = evidence_.scan.candidates;
-  Filling filling(evidence_, streams_, ends_, codecs_, within);
+  Filling filling(evidence_, streams_, ends_, codecs_, shapes_, within);
   const auto first = std::ranges::lower_bound(chain_, within.begin, {},
                                               [&](std::uint32_t number) { return candidates[number].offset(); });
   for (auto at = first; at != chain_.end() && candidates[*at].offset() < within.end; ++at)

@@ -10,6 +10,7 @@
 #include "salvage/evidence.h"
 #include "salvage/film_plan.h"
 #include "salvage/film_streams.h"
+#include "salvage/payload_shape.h"
 
 namespace zelvo::salvage {
 
@@ -48,6 +49,7 @@ class ChainFilms {
   std::span<const std::uint8_t> isForeign_;
   ChunkEnds ends_;
   std::vector<Codec> codecs_;
+  std::vector<PayloadShape> shapes_;
 };
 
 }  // namespace zelvo::salvage

@@ -291,7 +291,10 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
     const auto count = static_cast<std::size_t>(std::min(1e6, std::round(missing.sound[t] / track.chunkTime)));
     if (count == 0) continue;
     std::uint32_t size = track.chunkSize;
-    if (streams_.countsBytes(track.stream)) {
+    // Most lost chunks had the usual size; a difference that is not heard is none.
+    constexpr double kUnheard = 0.02;
+    const double apart = std::abs(missing.sound[t] - static_cast<double>(count) * track.chunkTime);
+    if (streams_.countsBytes(track.stream) && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
       size = static_cast<std::uint32_t>(missing.sound[t] / static_cast<double>(count) / track.chunkTime * size);
       size -= size % streams_.blockOf(track.stream);
     }
