@@ -49,11 +49,12 @@ class Filling {
   void settle(std::uint64_t next);
   void settleAtEnd();
   void keep(std::uint32_t size, SlotState state);
-  void noteGap(std::uint64_t begin, std::uint64_t end);
+  void noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer = 0);
   void noteTear(std::uint64_t at, std::uint64_t missing);
   [[nodiscard]] const StreamFacts* factsOf(const Link& link) const;
   [[nodiscard]] std::optional<std::uint32_t> ownLength(std::uint64_t room) const;
   [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
+  [[nodiscard]] bool isFixed(std::uint64_t room) const;
   [[nodiscard]] Fit completeness(std::uint32_t size) const;
   [[nodiscard]] bool mayBeLonger(std::uint64_t room) const;
 
@@ -98,12 +99,12 @@ void Filling::keep(std::uint32_t size, SlotState state) {
   film_.slots.push_back(slot);
 }
 
-void Filling::noteGap(std::uint64_t begin, std::uint64_t end) {
-  if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, false});
+void Filling::noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer) {
+  if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, longer, false});
 }
 
 void Filling::noteTear(std::uint64_t at, std::uint64_t missing) {
-  film_.gaps.push_back({film_.slots.size(), at, at, missing, true});
+  film_.gaps.push_back({film_.slots.size(), at, at, missing, 0, true});
 }
 
 /// The length that the codec of the held chunk finds within `room` bytes.
@@ -135,13 +136,18 @@ Fit Filling::completeness(std::uint32_t size) const {
   return shapes_[held_->stream].isComplete(head, tail, size);
 }
 
+/// Whether a chunk of the stream's one size fills the room.
+bool Filling::isFixed(std::uint64_t room) const {
+  const StreamFacts* facts = factsOf(*held_);
+  return facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
+}
+
 /// Whether the held chunk rather fills all of `room` than ends where it says and is followed by a lost one.
 bool Filling::mayBeLonger(std::uint64_t room) const {
   const StreamFacts* facts = factsOf(*held_);
-  const Fit fit = completeness(lengthWithin(room));
-  if (facts == nullptr || fit != Fit::unknown) return fit == Fit::fits;
+  if (facts == nullptr || completeness(lengthWithin(room)) == Fit::contradicts) return false;
   const auto longer = static_cast<std::uint32_t>(room);
-  if (facts->fixedSize) return *facts->fixedSize == longer || *facts->fixedSize + 1 == longer;
+  if (facts->fixedSize) return false;
   const std::uint8_t number = streams_.numberOf(held_->stream);
   if (longer > std::uint64_t{facts->largest} * 3 / 2) return false;
   return ends_.usualness(number, longer) * 2 >= ends_.usualness(number, held_->size);
@@ -170,19 +176,17 @@ void Filling::settle(std::uint64_t next) {
     if (own && *own != held_->size) {
       keep(*own, SlotState::sizeMended);
       noteGap(held_->payload() + *own, next);
-    } else if (!own && mayBeLonger(room)) {
+    } else if (!own && (isFixed(room) || completeness(lengthWithin(room)) == Fit::fits)) {
       keep(lengthWithin(room), SlotState::sizeMended);
     } else {
       keep(held_->size, held_->state);
-      noteGap(held_->next, next);
+      noteGap(held_->next, next, !own && mayBeLonger(room) ? lengthWithin(room) : 0);
     }
     return;
   }
-  const bool isFixed =
-      facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
   const bool isImplausible =
       facts != nullptr && facts->largest != 0 && held_->size > std::uint64_t{facts->largest} * 3 / 2;
-  if (room > 0 && (isFixed || isImplausible || completeness(lengthWithin(room)) == Fit::fits)) {
+  if (room > 0 && (isFixed(room) || isImplausible || completeness(lengthWithin(room)) == Fit::fits)) {
     keep(lengthWithin(room), SlotState::sizeMended);
     return;
   }

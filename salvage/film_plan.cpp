@@ -157,7 +157,7 @@ void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileByte
   for (ChainGap& gap : part.gaps) {
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
-    gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.isTorn});
+    gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.isTorn});
     if (gap.missing > 0) missing_.push_back({gap.begin, gap.missing});
   }
   if (room != kEndless && room > fileBytes + kSlack && !part.gaps.empty()) gaps_.back().bytes += room - fileBytes;

@@ -57,6 +57,8 @@ class Timeline {
   [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
   [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
   [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast) const;
+  [[nodiscard]] bool isNothingMissing(const FilmGap& gap, std::size_t end) const;
+  void lengthenLast(std::uint32_t size);
   [[nodiscard]] double picturesByBytes(std::uint64_t bytes, const std::vector<double>& shift) const;
   [[nodiscard]] std::size_t pickPictures(double estimate, double least, std::optional<double> turned) const;
   [[nodiscard]] std::optional<double> turnedBy(std::size_t slot, std::size_t end) const;
@@ -238,6 +240,30 @@ std::size_t Timeline::pickPictures(double estimate, double least, std::optional<
   return static_cast<std::size_t>(std::clamp(picked, 0.0, 1e6));
 }
 
+/// Whether the clocks on both sides of a gap fit each other as they are.
+bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
+  const auto behind = lagsBehind(gap.before, end);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (!usual || !behind[t] || isCoarse(tracks_[t])) continue;
+    if (std::abs(*usual - *behind[t]) > 0.75 * std::max(pictureTime_, tracks_[t].chunkTime)) return false;
+  }
+  const auto turned = turnedBy(gap.before, end);
+  return !turned || *turned < 0.5 || *turned > codecClock_->turn() / codecClock_->ticksPerPicture() - 0.5;
+}
+
+void Timeline::lengthenLast(std::uint32_t size) {
+  Slot& slot = made_.back();
+  for (Track& track : tracks_) {
+    if (track.stream == slot.stream) track.clock -= seconds(slot);
+  }
+  slot.size = size;
+  slot.state = SlotState::sizeMended;
+  for (Track& track : tracks_) {
+    if (track.stream == slot.stream) track.clock += seconds(slot);
+  }
+}
+
 /// Nothing when no sound behind the gap tells, and a later gap may know more.
 std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size_t end, bool isLast) const {
   Missing missing;
@@ -347,11 +373,15 @@ void Timeline::run() {
     hasPassedGap_ = hasPassedGap_ || slot > 0;
     const std::size_t end = g + 1 < gaps_.size() ? gaps_[g + 1].before : plan_.slots.size();
     if (slot == 0) continue;
+    if (gap.longer != 0 && made_.back().state != SlotState::refilled && isNothingMissing(gap, end)) {
+      lengthenLast(gap.longer);
+      continue;
+    }
     if (!isOpen || gap.bytes > openBytes) {
       openPlace = made_.size();
       openBytes = gap.bytes;
     }
-    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, gap.isTorn || (isOpen && open.isTorn)};
+    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, gap.isTorn || (isOpen && open.isTorn)};
     const auto found = missing(open, end, g + 1 == gaps_.size());
     isOpen = !found;
     if (found) fill(openPlace, *found);
