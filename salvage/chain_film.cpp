@@ -7,8 +7,6 @@
 #include <array>
 #include <optional>
 
-#include "salvage/chunk_ends.h"
-#include "salvage/codec.h"
 #include "salvage/payload_length.h"
 
 namespace zelvo::salvage {
@@ -36,12 +34,13 @@ struct Link {
 
 class Filling {
  public:
-  Filling(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain, ByteSpan within)
-      : evidence_(evidence), streams_(streams), chain_(chain), within_(within), ends_(evidence, streams) {
-    for (const FilmStream& stream : evidence.header.streams) codecs_.push_back(codecOf(stream.header));
-  }
+  Filling(const Evidence& evidence, const FilmStreams& streams, ChunkEnds& ends, const std::vector<Codec>& codecs,
+          const std::vector<PayloadShape>& shapes, ByteSpan within)
+      : evidence_(evidence), streams_(streams), within_(within), ends_(ends), codecs_(codecs), shapes_(shapes) {}
 
-  ChainFilm run();
+  /// Takes the next header of the chain.
+  void take(const Candidate& candidate, bool isForeign);
+  ChainFilm end();
 
  private:
   [[nodiscard]] Link linkOf(const Candidate& candidate) const;
@@ -50,18 +49,21 @@ class Filling {
   void settle(std::uint64_t next);
   void settleAtEnd();
   void keep(std::uint32_t size, SlotState state);
-  void noteGap(std::uint64_t begin, std::uint64_t end, bool isTorn);
+  void noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer = 0);
+  void noteTear(std::uint64_t at, std::uint64_t missing);
   [[nodiscard]] const StreamFacts* factsOf(const Link& link) const;
   [[nodiscard]] std::optional<std::uint32_t> ownLength(std::uint64_t room) const;
   [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
+  [[nodiscard]] bool isFixed(std::uint64_t room) const;
+  [[nodiscard]] Fit completeness(std::uint32_t size) const;
   [[nodiscard]] bool mayBeLonger(std::uint64_t room) const;
 
   const Evidence& evidence_;
   const FilmStreams& streams_;
-  std::span<const std::uint32_t> chain_;
   const ByteSpan within_;
-  ChunkEnds ends_;
-  std::vector<Codec> codecs_;
+  ChunkEnds& ends_;
+  const std::vector<Codec>& codecs_;
+  const std::vector<PayloadShape>& shapes_;
   std::optional<Link> held_;
   ChainFilm film_;
 };
@@ -97,9 +99,12 @@ void Filling::keep(std::uint32_t size, SlotState state) {
   film_.slots.push_back(slot);
 }
 
-void Filling::noteGap(std::uint64_t begin, std::uint64_t end, bool isTorn) {
-  if (!isTorn && end < begin + kSmallestGap) return;
-  film_.gaps.push_back({film_.slots.size(), begin, std::max(begin, end), isTorn});
+void Filling::noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer) {
+  if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, longer, false});
+}
+
+void Filling::noteTear(std::uint64_t at, std::uint64_t missing) {
+  film_.gaps.push_back({film_.slots.size(), at, at, missing, 0, true});
 }
 
 /// The length that the codec of the held chunk finds within `room` bytes.
@@ -122,12 +127,27 @@ std::uint32_t Filling::lengthWithin(std::uint64_t room) const {
   return hasLast && last[0] == std::byte{0} ? size - 1 : size;
 }
 
+/// Whether the held chunk's payload is complete when it is so long.
+Fit Filling::completeness(std::uint32_t size) const {
+  constexpr std::uint32_t kEdge = 64;
+  const std::size_t length = std::min(kEdge, size);
+  const platform::Bytes head = evidence_.input.readBytes(held_->payload(), length);
+  const platform::Bytes tail = evidence_.input.readBytes(held_->payload() + size - length, length);
+  return shapes_[held_->stream].isComplete(head, tail, size);
+}
+
+/// Whether a chunk of the stream's one size fills the room.
+bool Filling::isFixed(std::uint64_t room) const {
+  const StreamFacts* facts = factsOf(*held_);
+  return facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
+}
+
 /// Whether the held chunk rather fills all of `room` than ends where it says and is followed by a lost one.
 bool Filling::mayBeLonger(std::uint64_t room) const {
   const StreamFacts* facts = factsOf(*held_);
-  if (facts == nullptr) return false;
+  if (facts == nullptr || completeness(lengthWithin(room)) == Fit::contradicts) return false;
   const auto longer = static_cast<std::uint32_t>(room);
-  if (facts->fixedSize) return *facts->fixedSize == longer || *facts->fixedSize + 1 == longer;
+  if (facts->fixedSize) return false;
   const std::uint8_t number = streams_.numberOf(held_->stream);
   if (longer > std::uint64_t{facts->largest} * 3 / 2) return false;
   return ends_.usualness(number, longer) * 2 >= ends_.usualness(number, held_->size);
@@ -136,14 +156,14 @@ bool Filling::mayBeLonger(std::uint64_t room) const {
 /// The held chunk is followed by a header at `next`, and none is between.
 void Filling::settle(std::uint64_t next) {
   if (!held_) {
-    noteGap(within_.begin, next, false);
+    noteGap(within_.begin, next);
     return;
   }
   const std::uint64_t room = next - std::min(next, held_->payload());
   const bool closes = held_->next == next || (held_->isData && held_->payloadEnd() == next);
   if (closes || !held_->isData || held_->stream == FilmStreams::kNone || room > 0xfffffffe) {
     keep(held_->size, held_->state);
-    if (!closes && held_->next < next) noteGap(held_->next, next, false);
+    if (!closes && held_->next < next) noteGap(held_->next, next);
     return;
   }
   const StreamFacts* facts = factsOf(*held_);
@@ -155,36 +175,34 @@ void Filling::settle(std::uint64_t next) {
   if (held_->next < next) {
     if (own && *own != held_->size) {
       keep(*own, SlotState::sizeMended);
-      noteGap(held_->payload() + *own, next, false);
-    } else if (!own && mayBeLonger(room)) {
+      noteGap(held_->payload() + *own, next);
+    } else if (!own && (isFixed(room) || completeness(lengthWithin(room)) == Fit::fits)) {
       keep(lengthWithin(room), SlotState::sizeMended);
     } else {
       keep(held_->size, held_->state);
-      noteGap(held_->next, next, false);
+      noteGap(held_->next, next, !own && mayBeLonger(room) ? lengthWithin(room) : 0);
     }
     return;
   }
-  const bool isFixed =
-      facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
   const bool isImplausible =
       facts != nullptr && facts->largest != 0 && held_->size > std::uint64_t{facts->largest} * 3 / 2;
-  if (room > 0 && (isFixed || isImplausible)) {
+  if (room > 0 && (isFixed(room) || isImplausible || completeness(lengthWithin(room)) == Fit::fits)) {
     keep(lengthWithin(room), SlotState::sizeMended);
     return;
   }
   keep(static_cast<std::uint32_t>(room), SlotState::torn);
-  noteGap(next, next, true);
+  noteTear(next, held_->next - next);
 }
 
 /// The data end behind the held chunk.
 void Filling::settleAtEnd() {
   if (!held_) {
-    noteGap(within_.begin, within_.end, false);
+    noteGap(within_.begin, within_.end);
     return;
   }
   if (!held_->isData || held_->payloadEnd() <= within_.end) {
     keep(held_->size, held_->state);
-    noteGap(std::min(held_->next, within_.end), within_.end, false);
+    noteGap(std::min(held_->next, within_.end), within_.end);
     return;
   }
   if (within_.end != evidence_.scan.end) {
@@ -217,21 +235,36 @@ void Filling::goOnTo(const Link& link) {
   held_ = link;
 }
 
-ChainFilm Filling::run() {
-  const CandidateList& candidates = evidence_.scan.candidates;
-  for (const std::uint32_t number : chain_) {
-    const Candidate& candidate = candidates[number];
-    if (candidate.offset() >= within_.begin && candidate.offset() < within_.end) goOnTo(linkOf(candidate));
-  }
+void Filling::take(const Candidate& candidate, bool isForeign) {
+  Link link = linkOf(candidate);
+  if (isForeign) link.stream = FilmStreams::kNone;
+  goOnTo(link);
+}
+
+ChainFilm Filling::end() {
   settleAtEnd();
   return std::move(film_);
 }
 
 }  // namespace
 
-ChainFilm chainFilm(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain,
-                    ByteSpan within) {
-  return Filling(evidence, streams, chain, within).run();
+ChainFilms::ChainFilms(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain,
+                       std::span<const std::uint8_t> isForeign)
+    : evidence_(evidence), streams_(streams), chain_(chain), isForeign_(isForeign), ends_(evidence, streams) {
+  for (const FilmStream& stream : evidence.header.streams) {
+    codecs_.push_back(codecOf(stream.header));
+    shapes_.emplace_back(stream.header);
+  }
+}
+
+ChainFilm ChainFilms::part(ByteSpan within) {
+  const CandidateList& candidates = evidence_.scan.candidates;
+  Filling filling(evidence_, streams_, ends_, codecs_, shapes_, within);
+  const auto first = std::ranges::lower_bound(chain_, within.begin, {},
+                                              [&](std::uint32_t number) { return candidates[number].offset(); });
+  for (auto at = first; at != chain_.end() && candidates[*at].offset() < within.end; ++at)
+    filling.take(candidates[*at], !isForeign_.empty() && isForeign_[*at] != 0);
+  return filling.end();
 }
 
 }  // namespace zelvo::salvage

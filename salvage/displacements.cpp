@@ -88,6 +88,7 @@ class Cover {
   bool choose();
   [[nodiscard]] Gain gainOf(const Group& group) const;
   [[nodiscard]] std::int64_t rankOf(const Group& group, const Gain& gain) const;
+  [[nodiscard]] bool takesPlaces(const Group& group) const;
   [[nodiscard]] bool isAcceptable(const Group& group, const Gain& gain) const;
   [[nodiscard]] std::int64_t first() const { return cover_.values.empty() ? 0 : cover_.values.front(); }
 
@@ -254,9 +255,23 @@ std::int64_t Cover::rankOf(const Group& group, const Gain& gain) const {
   const bool isNear = std::abs(value) <= kNearBytes + static_cast<std::int64_t>(dataEnd_ / 50);
   const bool isLikely = isNear || isEndShift || DisplacementCover::areAligned(value, first());
   std::int64_t rank = static_cast<std::int64_t>(gain.entries) * (isLikely ? 200 : 100);
-  if ((value - first()) % 4096 == 0) rank += kBonus;
+  if (DisplacementCover::areAligned(value, first())) rank += kBonus;
   if (isEndShift) rank += kBonus;
   return rank;
+}
+
+/// Whether the headers stand where the original had chunks that the entries know. Otherwise they may be of chunks that
+/// the index does not name.
+bool Cover::takesPlaces(const Group& group) const {
+  for (std::size_t i = group.begin; i < group.end; ++i) {
+    if (!isOpen(pairs_[i])) continue;
+    const std::int64_t place = static_cast<std::int64_t>(candidates_[pairs_[i].candidate].offset()) - first();
+    if (place < 0) return false;
+    const auto after =
+        std::ranges::upper_bound(entries_, static_cast<std::uint64_t>(place), {}, &TemplateEntry::offset);
+    if (after == entries_.begin() || std::prev(after)->end() + 1 < static_cast<std::uint64_t>(place)) return false;
+  }
+  return true;
 }
 
 bool Cover::isAcceptable(const Group& group, const Gain& gain) const {
@@ -265,7 +280,7 @@ bool Cover::isAcceptable(const Group& group, const Gain& gain) const {
   if (gain.entries >= kMany && (gain.neighbours > 0 || isNearlyAll)) return true;
   if (gain.uniqueness >= 950 || gain.neighbours >= 2) return true;
   return DisplacementCover::areAligned(pairs_[group.begin].displacement, first()) &&
-         unexplained_ * 4 <= entries_.size();
+         unexplained_ * 4 <= entries_.size() && takesPlaces(group);
 }
 
 /// Takes displacements of the joined pairs until none explains enough. True when one was taken.

@@ -30,9 +30,18 @@ struct DisplacementCover {
   std::vector<std::uint8_t> isClaimed;     ///< of each candidate: 1 when it is the header of an entry
   std::optional<std::int64_t> endShift{};  ///< what the place of the index itself tells
 
-  /// Whether two displacements may come of whole sectors that changed places.
-  [[nodiscard]] static bool areAligned(std::int64_t one, std::int64_t other) { return (one - other) % 512 == 0; }
+  /// The smallest clusters that file systems of films have.
+  static constexpr std::int64_t kCluster = 4096;
+  /// Whether two displacements may come of whole clusters that changed places.
+  [[nodiscard]] static bool areAligned(std::int64_t one, std::int64_t other) { return (one - other) % kCluster == 0; }
 };
+
+/// Takes back what may be chance: stretches of entries with one displacement that are short or full of holes, as streams
+/// of constant sizes match at many a false one. Nothing is taken back from an index that mostly lies in firm stretches,
+/// unless `isStrict`.
+/// Thread: any.
+void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries, const CandidateList& candidates,
+                bool isStrict);
 
 /// Explains as many entries as possible by headers of their stream and size, greedily: the displacement that explains
 /// most comes first, and a header that one entry explains supports no other. `indexBegin`: where the table of the index

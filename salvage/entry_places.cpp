@@ -146,10 +146,11 @@ int Placing::score(const Found& own, const Found* next) const {
 
 /// Adds the cost of the cheapest way into each state: `from` tells which state that comes from.
 void Placing::step(std::vector<int>& scores, std::vector<std::uint8_t>& from) const {
+  constexpr std::int64_t kCluster = DisplacementCover::kCluster;
   const auto residueOf = [&](std::size_t state) {
-    return static_cast<std::size_t>((valueOf(state) % 512 + 512) % 512);
+    return static_cast<std::size_t>((valueOf(state) % kCluster + kCluster) % kCluster);
   };
-  std::array<std::uint8_t, 512> bestAligned;
+  std::array<std::uint8_t, kCluster> bestAligned;
   bestAligned.fill(0xff);
   std::size_t best = 0;
   for (std::size_t state = 0; state < scores.size(); ++state) {

@@ -4,14 +4,19 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 #include "avi/byte_order.h"
+#include "salvage/cluster_order.h"
+#include "salvage/payload_cut.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
 constexpr std::uint64_t kChunkHeader = 8;
+/// Payloads that are longer are not read to find where they were cut.
+constexpr std::uint64_t kLongest = std::uint64_t{8} << 20U;
 
 class Laying {
  public:
@@ -38,7 +43,13 @@ class Laying {
   void laySupported(std::size_t entry, std::size_t next);
   void take(std::size_t entry, std::uint64_t payload, SlotState state);
   void takePart(std::size_t entry, std::uint64_t payload, std::uint64_t end, SlotState state);
+  void takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t added);
+  void setPieces(Slot& slot, std::initializer_list<Piece> pieces);
+  [[nodiscard]] const SurvivingStream& headerOf(const Slot& slot) const {
+    return evidence_.header.streams[slot.stream].header;
+  }
   void lose(std::size_t entry);
+  void gather(const ClusterOrder& order);
 
   const Evidence& evidence_;
   const FilmStreams& streams_;
@@ -99,9 +110,31 @@ void Laying::takePart(std::size_t entry, std::uint64_t payload, std::uint64_t en
   slot.size = there;
   if (there == wanted || !keepsLength || state == SlotState::cut) return;
   slot.size = entries_[entry].size;
+  const std::uint32_t missing = slot.size - there;
+  const auto cut = there > kLongest || state != SlotState::torn
+                       ? std::nullopt
+                       : tearIn(headerOf(slot), evidence_.input.readBytes(payload, there), slot.size);
+  const std::uint32_t front = cut.value_or(there);
+  setPieces(slot, {{payload, front}, {Piece::kSilence, missing}, {payload + front, there - front}});
+}
+
+/// Takes the payload in two parts, around bytes that were put in.
+void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t added) {
+  const std::uint32_t size = entries_[entry].size;
+  take(entry, payload, SlotState::torn);
+  Slot& slot = film_.slots[entry];
+  if (size + added > kLongest || slot.size != size) return;
+  const platform::Bytes bytes = evidence_.input.readBytes(payload, static_cast<std::size_t>(size + added));
+  if (bytes.size() != size + added) return;
+  const auto cut = insertionIn(headerOf(slot), bytes, size);
+  if (cut) setPieces(slot, {{payload, *cut}, {payload + *cut + added, size - *cut}});
+}
+
+void Laying::setPieces(Slot& slot, std::initializer_list<Piece> pieces) {
   slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
-  film_.pieces.push_back({payload, there});
-  film_.pieces.push_back({Piece::kSilence, slot.size - there});
+  for (const Piece& piece : pieces) {
+    if (piece.size > 0) film_.pieces.push_back(piece);
+  }
 }
 
 void Laying::lose(std::size_t entry) {
@@ -131,7 +164,7 @@ void Laying::laySupported(std::size_t entry, std::size_t next) {
                (entries_[next].offset - entries_[entry].offset) + kChunkHeader,
            state);
     } else {
-      take(entry, payload, SlotState::torn);
+      takeAround(entry, payload, static_cast<std::uint64_t>(later - displacementOf(entry)));
     }
     return;
   }
@@ -158,6 +191,27 @@ void Laying::layBetween(std::size_t before, std::size_t after) {
   }
 }
 
+/// Takes every payload from where its clusters lie.
+void Laying::gather(const ClusterOrder& order) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    Slot& slot = film_.slots[i];
+    const std::uint64_t payload = entries_[i].offset + kChunkHeader;
+    const auto pieces = order.piecesOf(payload, payload + entries_[i].size, evidence_.scan.end);
+    std::uint32_t there = 0;
+    for (const Piece& piece : pieces) there += piece.size;
+    if (there == 0 && entries_[i].size > 0) {
+      lose(i);
+      continue;
+    }
+    slot.size = there;
+    slot.source = pieces.empty() ? 0 : pieces.front().offset;
+    if (there < entries_[i].size) slot.state = SlotState::cut;
+    if (pieces.size() < 2) continue;
+    slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
+    film_.pieces.insert(film_.pieces.end(), pieces.begin(), pieces.end());
+  }
+}
+
 LaidFilm Laying::run() {
   film_.slots.resize(entries_.size());
   for (std::size_t i = 0; i < entries_.size(); ++i) {
@@ -166,6 +220,10 @@ LaidFilm Laying::run() {
     slot.isIndexed = true;
     slot.hasKeyFlag = entries_[i].isKey;
     if (isSupported(i)) headers_.push_back(headerOf(i));
+  }
+  if (const auto order = clusterOrder(entries_, places_, evidence_.scan.end)) {
+    gather(*order);
+    return std::move(film_);
   }
   std::ranges::sort(headers_);
   std::size_t before = kNone;
