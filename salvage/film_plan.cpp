@@ -56,6 +56,7 @@ class Planner {
   };
 
   void chooseEntries();
+  void dropWild();
   [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
   [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
   [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
@@ -150,6 +151,28 @@ void Planner::chooseEntries() {
   }
   places_ = placeEntries(evidence_.input, entries_, evidence_.scan.candidates, evidence_.facts, own);
   if (places_.places.empty()) entries_.clear();
+  dropWild();
+}
+
+/// Takes out entries that no header speaks for and that cannot be true: garbage in an index looks so.
+void Planner::dropWild() {
+  constexpr std::uint64_t kPlain = std::uint64_t{1} << 16U;
+  std::size_t end = entries_.size();
+  const auto isBeyond = [&](std::size_t entry) {
+    return places_.headerOf(entry, entries_) >= static_cast<std::int64_t>(evidence_.scan.end);
+  };
+  const auto isSupported = [&](std::size_t entry) { return places_.places[entry].support != Support::none; };
+  while (end > 0 && !isSupported(end - 1) && isBeyond(end - 1)) --end;
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < end; ++i) {
+    const std::uint8_t number = entries_[i].stream;
+    const std::uint64_t largest = number < evidence_.facts.size() ? evidence_.facts[number].largest : 0;
+    if (!isSupported(i) && entries_[i].size > std::max(kPlain, 4 * largest)) continue;
+    entries_[kept] = entries_[i];
+    places_.places[kept++] = places_.places[i];
+  }
+  entries_.resize(kept);
+  places_.places.resize(kept);
 }
 
 /// Whether the entries are as many pictures as the headers count.
