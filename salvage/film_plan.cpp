@@ -63,6 +63,7 @@ class Planner {
   [[nodiscard]] std::vector<Room> rooms() const;
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
+  [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
 
   const Evidence& evidence_;
@@ -245,12 +246,27 @@ void Planner::join(LaidFilm laid) {
   goOnTo(laid.slots.size());
 }
 
+/// How many pictures the headers count, when the film's end is there.
+std::optional<std::uint64_t> Planner::picturesOfAll() const {
+  if (plan_.slots.empty() || plan_.slots.back().state == SlotState::cut) return std::nullopt;
+  if (!gaps_.empty() && gaps_.back().before == plan_.slots.size()) return std::nullopt;
+  const auto& headers = evidence_.headers;
+  if (headers.openDmlFrames && *headers.openDmlFrames != 0) return *headers.openDmlFrames;
+  for (const FilmStream& stream : evidence_.header.streams) {
+    if (stream.header.type != avi::kVids) continue;
+    if (stream.origin == HeaderOrigin::own && stream.header.length != 0) return stream.header.length;
+    break;
+  }
+  if (headers.main && headers.main->totalFrames != 0) return headers.main->totalFrames;
+  return std::nullopt;
+}
+
 FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   chooseEntries();
   plan_.indexedChunks = entries_.size();
   join(layEntries(evidence_, streams_, entries_, places_));
-  fillGaps(evidence_, streams_, gaps_, plan_);
+  fillGaps(evidence_, streams_, gaps_, picturesOfAll(), plan_);
   markDamage(evidence_, plan_);
   plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
   return std::move(plan_);
