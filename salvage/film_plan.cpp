@@ -64,6 +64,7 @@ class Planner {
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
+  [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
   void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
 
   const Evidence& evidence_;
@@ -222,7 +223,7 @@ void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileByte
   for (ChainGap& gap : part.gaps) {
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
-    gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.isTorn});
+    gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
     if (gap.missing > 0) missing_.push_back({gap.begin, gap.missing});
   }
   if (room != kEndless && room > fileBytes + kSlack && !part.gaps.empty()) gaps_.back().bytes += room - fileBytes;
@@ -261,12 +262,22 @@ std::optional<std::uint64_t> Planner::picturesOfAll() const {
   return std::nullopt;
 }
 
+/// How many bytes of the media the file lacks by the size of their list, when there is one list and its end is there.
+std::optional<std::uint64_t> Planner::missingBytes() const {
+  const auto& media = evidence_.headers.media;
+  if (!picturesOfAll() || !media || media->size <= kChunkHeader || evidence_.headers.openDmlFrames) return std::nullopt;
+  const Slot& last = plan_.slots.back();
+  const std::uint64_t declared = media->offset + kChunkHeader + media->size;
+  const std::uint64_t found = last.source + last.size + last.size % 2;
+  return declared - std::min(declared, found);
+}
+
 FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   chooseEntries();
   plan_.indexedChunks = entries_.size();
   join(layEntries(evidence_, streams_, entries_, places_));
-  fillGaps(evidence_, streams_, gaps_, picturesOfAll(), plan_);
+  fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
   plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
   return std::move(plan_);

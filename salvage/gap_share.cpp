@@ -27,27 +27,27 @@ std::vector<std::uint64_t> split(std::uint64_t total, const std::vector<std::uin
 
 }  // namespace
 
-bool shareOut(std::vector<GapEstimate>& gaps, std::uint64_t pictures) {
+bool shareOut(std::vector<GapEstimate>& gaps, std::uint64_t pictures, std::uint64_t mostMore) {
   std::uint64_t all = 0;
   std::uint64_t open = 0;
-  bool hasTorn = false;
   for (const GapEstimate& gap : gaps) {
     all += gap.pictures;
-    if (gap.isExact) continue;
-    open += gap.pictures;
-    hasTorn = hasTorn || gap.isTorn;
+    open += gap.isExact ? 0 : gap.pictures;
   }
   if (all == pictures || all - open > pictures) return false;
   const bool isTooFew = all < pictures;
+  const bool hasTorn = std::ranges::any_of(gaps, [](const GapEstimate& gap) { return gap.isTorn && !gap.isExact; });
   std::vector<std::uint64_t> weights;
   for (const GapEstimate& gap : gaps) {
-    std::uint64_t weight = 0;
-    if (!gap.isExact && !isTooFew) weight = gap.pictures;
-    if (!gap.isExact && isTooFew) weight = hasTorn ? (gap.isTorn ? 1 : 0) : gap.bytes;
-    weights.push_back(weight);
+    const std::uint64_t weightOfMore = hasTorn ? (gap.isTorn ? 1 : 0) : gap.bytes;
+    const std::uint64_t weight = isTooFew ? weightOfMore : gap.pictures;
+    weights.push_back(gap.isExact ? 0 : weight);
   }
-  if (std::ranges::all_of(weights, [](std::uint64_t weight) { return weight == 0; })) return false;
-  const std::vector<std::uint64_t> parts = split(isTooFew ? pictures - all : pictures - (all - open), weights);
+  const std::uint64_t limit = hasTorn ? mostMore : (open + 1) / 2;
+  const std::uint64_t total = isTooFew ? std::min(pictures - all, limit) : pictures - (all - open);
+  if (std::ranges::all_of(weights, [](std::uint64_t weight) { return weight == 0; }) || (isTooFew && total == 0))
+    return false;
+  const std::vector<std::uint64_t> parts = split(total, weights);
   for (std::size_t i = 0; i < gaps.size(); ++i) {
     if (gaps[i].isExact) continue;
     gaps[i].pictures = static_cast<std::size_t>(isTooFew ? gaps[i].pictures + parts[i] : parts[i]);

@@ -15,9 +15,10 @@ struct GapEstimate {
 };
 
 /// Changes the estimates that are not exact so that all add up to `pictures`: what is too much is taken off in
-/// proportion; what is too little goes in equal parts to the gaps where bytes are missing, without such gaps to the others
-/// in proportion to their bytes. False when nothing had to change or nothing may.
+/// proportion; what is too little, but for what goes beyond `mostMore`, goes in equal parts to the gaps where bytes are
+/// missing, without such gaps to the others in proportion to their bytes, and no more than half of what they seemed to
+/// lack. False when nothing had to change or nothing may.
 /// Thread: any.
-bool shareOut(std::vector<GapEstimate>& gaps, std::uint64_t pictures);
+bool shareOut(std::vector<GapEstimate>& gaps, std::uint64_t pictures, std::uint64_t mostMore);
 
 }  // namespace zelvo::salvage

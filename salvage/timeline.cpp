@@ -37,7 +37,8 @@ struct Track {
 
 class Timeline {
  public:
-  Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan);
+  Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, const WholeFilm& whole,
+           FilmPlan& plan);
 
   /// `shares`: how many pictures each gap that is filled lacks, when that is known.
   void run(const std::vector<GapEstimate>& shares);
@@ -45,6 +46,8 @@ class Timeline {
   [[nodiscard]] std::vector<GapEstimate>& estimates() { return estimates_; }
   /// How many pictures are there without those that were filled in.
   [[nodiscard]] std::uint64_t pictures() const;
+  /// How many pictures so many bytes hold at the most.
+  [[nodiscard]] std::uint64_t picturesIn(std::uint64_t bytes) const;
   void finish() { plan_.slots = std::move(made_); }
 
  private:
@@ -73,6 +76,7 @@ class Timeline {
   const Evidence& evidence_;
   const FilmStreams& streams_;
   std::span<const FilmGap> gaps_;
+  const WholeFilm& whole_;
   FilmPlan& plan_;
   std::vector<Slot> made_;
   std::vector<Track> tracks_;
@@ -86,8 +90,9 @@ class Timeline {
   std::vector<GapEstimate> estimates_;
 };
 
-Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan)
-    : evidence_(evidence), streams_(streams), gaps_(gaps), plan_(plan) {
+Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
+                   const WholeFilm& whole, FilmPlan& plan)
+    : evidence_(evidence), streams_(streams), gaps_(gaps), whole_(whole), plan_(plan) {
   std::vector<std::vector<std::uint32_t>> sizes(streams.count());
   constexpr std::size_t kSamples = 65'536;
   for (const Slot& slot : plan.slots) {
@@ -175,7 +180,7 @@ double Timeline::picturesByBytes(std::uint64_t bytes, const std::vector<double>&
     left -= shift[t] * rate;
     perPicture += pictureTime_ * rate;
   }
-  return left / perPicture;
+  return perPicture > 0 ? left / perPicture : 0;
 }
 
 std::size_t Timeline::pickPictures(double estimate, double least, std::optional<double> turned) const {
@@ -191,6 +196,7 @@ std::size_t Timeline::pickPictures(double estimate, double least, std::optional<
 
 /// Whether the clocks on both sides of a gap fit each other as they are.
 bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
+  if (gap.isTorn && whole_.missing.value_or(0) >= gap.missing && whole_.missing) return false;
   const auto behind = lagsBehind(gap.before, end);
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
     const auto usual = usualLag(tracks_[t]);
@@ -333,7 +339,7 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
       openPlace = made_.size();
       openBytes = gap.bytes;
     }
-    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, gap.isTorn || (isOpen && open.isTorn)};
+    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, 0, gap.isTorn || (isOpen && open.isTorn)};
     const std::size_t filled = estimates_.size();
     const auto share = filled < shares.size() ? std::optional(shares[filled].pictures) : std::nullopt;
     const auto found = missing(open, end, g + 1 == gaps_.size(), share);
@@ -341,6 +347,11 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
     if (found) fill(openPlace, *found);
   }
   for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
+}
+
+std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
+  const double pictures = std::ceil(picturesByBytes(bytes, std::vector<double>(tracks_.size(), 0)) * 2);
+  return static_cast<std::uint64_t>(std::clamp(pictures, 0.0, 1e6));
 }
 
 std::uint64_t Timeline::pictures() const {
@@ -351,13 +362,15 @@ std::uint64_t Timeline::pictures() const {
 }  // namespace
 
 void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
-              std::optional<std::uint64_t> pictures, FilmPlan& plan) {
+              const WholeFilm& whole, FilmPlan& plan) {
   if (gaps.empty()) return;
-  Timeline timeline(evidence, streams, gaps, plan);
+  Timeline timeline(evidence, streams, gaps, whole, plan);
   timeline.run({});
   std::vector<GapEstimate> shares = timeline.estimates();
-  if (pictures && timeline.pictures() <= *pictures && shareOut(shares, *pictures - timeline.pictures())) {
-    Timeline again(evidence, streams, gaps, plan);
+  const std::uint64_t there = timeline.pictures();
+  if (whole.pictures && there <= *whole.pictures &&
+      shareOut(shares, *whole.pictures - there, timeline.picturesIn(whole.missing.value_or(0)))) {
+    Timeline again(evidence, streams, gaps, whole, plan);
     again.run(shares);
     again.finish();
   } else {
