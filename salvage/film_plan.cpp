@@ -63,6 +63,7 @@ class Planner {
   [[nodiscard]] std::vector<Room> rooms() const;
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
+  [[nodiscard]] std::optional<std::uint64_t> countedPictures() const;
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
   void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
@@ -247,12 +248,10 @@ void Planner::join(LaidFilm laid) {
   goOnTo(laid.slots.size());
 }
 
-/// How many pictures the headers count, when the film's end is there.
-std::optional<std::uint64_t> Planner::picturesOfAll() const {
-  if (plan_.slots.empty() || plan_.slots.back().state == SlotState::cut) return std::nullopt;
-  if (!gaps_.empty() && gaps_.back().before == plan_.slots.size()) return std::nullopt;
+/// How many pictures the headers count; nothing when they do not tell.
+std::optional<std::uint64_t> Planner::countedPictures() const {
   const auto& headers = evidence_.headers;
-  if (headers.openDmlFrames && *headers.openDmlFrames != 0) return *headers.openDmlFrames;
+  if (headers.openDmlFrames && *headers.openDmlFrames != 0) return headers.openDmlFrames;
   for (const FilmStream& stream : evidence_.header.streams) {
     if (stream.header.type != avi::kVids) continue;
     if (stream.origin == HeaderOrigin::own && stream.header.length != 0) return stream.header.length;
@@ -260,6 +259,17 @@ std::optional<std::uint64_t> Planner::picturesOfAll() const {
   }
   if (headers.main && headers.main->totalFrames != 0) return headers.main->totalFrames;
   return std::nullopt;
+}
+
+/// How many pictures the film had, when all are there or its end is.
+std::optional<std::uint64_t> Planner::picturesOfAll() const {
+  const auto counted = countedPictures();
+  if (!counted || plan_.slots.empty()) return std::nullopt;
+  const auto there =
+      std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot.stream); });
+  const bool endsWithin =
+      plan_.slots.back().state == SlotState::cut || (!gaps_.empty() && gaps_.back().before == plan_.slots.size());
+  return endsWithin && static_cast<std::uint64_t>(there) < *counted ? std::nullopt : counted;
 }
 
 /// How many bytes of the media the file lacks by the size of their list, when there is one list and its end is there.

@@ -69,7 +69,8 @@ void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries
   if (!isStrict && firm * 100 >= entries.size() * kFirmPercent) return;
   std::uint64_t looks = 0;
   for (const Stretch& stretch : stretches) {
-    if (stretch.isFirm(entries.size())) continue;
+    // In a film's own index a size that no other entry has speaks for itself.
+    if (stretch.isFirm(entries.size()) || (!isStrict && stretch.unique * 2 >= stretch.entries)) continue;
     for (std::size_t i = stretch.first; i <= stretch.last; ++i) {
       if (cover.ofEntry[i] == DisplacementCover::kNone) continue;
       const std::int64_t header = static_cast<std::int64_t>(entries[i].offset) + cover.values[cover.ofEntry[i]];
