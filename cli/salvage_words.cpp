@@ -230,6 +230,9 @@ std::string whyNothing(const SalvageReport& report, const std::string& name) {
   if (report.end == salvage::SalvageEnd::noHeader) {
     return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
   }
+  if (report.end == salvage::SalvageEnd::manySounds) {
+    return name + " has several sound tracks; --rate is for a film that has one.";
+  }
   if (report.end == salvage::SalvageEnd::tooLarge) {
     return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +
            " large, and no more than " + shownSize(report.outputLimit) +
