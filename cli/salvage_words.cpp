@@ -196,6 +196,12 @@ std::string verdictSentence(const SalvageReport& report) {
   std::string text = "This film was damaged; ";
   const auto video = secondsHurt(report, avi::kVids);
   const auto sound = secondsHurt(report, avi::kAuds);
+  if (report.streamsWithoutHeader > 0) {
+    text += counted(report.streamsWithoutHeader, "stream") + " of it cannot be recognised and " +
+            (report.streamsWithoutHeader == 1 ? "is" : "are") + " left out";
+    if (video.value_or(0) + sound.value_or(0) == 0) return text + ".";
+    text += "; ";
+  }
   if (video) text += fixedPoint(*video, 1) + " s of its pictures";
   if (video && sound) text += " and ";
   if (sound) text += fixedPoint(*sound, 1) + " s of its sound";
