@@ -46,9 +46,19 @@ class Planner {
     std::uint64_t size = 0;  ///< in the original
   };
 
+  /// Chunks of the chain beside those that an index explains.
+  struct Others {
+    std::size_t all = 0;  ///< of the chain
+    std::size_t unexplained = 0;
+    std::size_t inFront = 0;  ///< of these
+
+    [[nodiscard]] bool areMany() const { return unexplained >= std::max<std::size_t>(8, all / 20); }
+  };
+
   void chooseEntries();
   [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
-  [[nodiscard]] bool hasOtherChunks(const std::vector<std::uint8_t>& isClaimed) const;
+  [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
+  [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
   [[nodiscard]] std::vector<Room> rooms() const;
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
@@ -74,17 +84,38 @@ DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool
   return made;
 }
 
-/// Whether the chain has chunks that such an index does not explain.
-bool Planner::hasOtherChunks(const std::vector<std::uint8_t>& isClaimed) const {
-  constexpr std::size_t kFewest = 8;
-  std::size_t all = 0;
-  std::size_t others = 0;
+/// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it does.
+Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed) const {
+  Others others;
+  bool isInFront = true;
   for (const std::uint32_t number : chain_) {
     if (evidence_.scan.candidates[number].kind() != CandidateKind::data) continue;
-    ++all;
-    if (isClaimed[number] == 0) ++others;
+    ++others.all;
+    if (isClaimed[number] != 0) {
+      isInFront = false;
+      continue;
+    }
+    ++others.unexplained;
+    if (isInFront) ++others.inFront;
   }
-  return others >= std::max(kFewest, all / 20);
+  return others;
+}
+
+/// Whether an index that no header speaks for is that of another film behind this one: it explains nothing of what stands
+/// in front, and what it does not explain stands in front, too.
+bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
+  constexpr std::size_t kMostPercent = 90;
+  const Others others = othersBeside(cover.isClaimed);
+  if (!others.areMany() || others.inFront * 100 < others.unexplained * kMostPercent) return false;
+  std::size_t lost = 0;
+  std::size_t lostInFront = 0;
+  bool isInFront = true;
+  for (const std::uint16_t number : cover.ofEntry) {
+    isInFront = isInFront && number == DisplacementCover::kNone;
+    if (number == DisplacementCover::kNone) ++lost;
+    if (isInFront) ++lostInFront;
+  }
+  return lostInFront > 0 && lostInFront * 100 >= lost * kMostPercent;
 }
 
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
@@ -96,17 +127,27 @@ void Planner::chooseEntries() {
     all.push_back(entry);
     (entry.isForeign ? foreign : entries_).push_back(entry);
   }
+  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
+  if (std::ranges::none_of(evidence_.index.tables, isKnown) &&
+      std::ranges::none_of(evidence_.index.standard, isKnown)) {
+    DisplacementCover explained = cover(entries_, true);
+    if (isOfFilmBehind(explained)) {
+      isForeign_ = std::move(explained.isClaimed);
+      entries_.clear();
+    }
+  }
   if (!foreign.empty()) {
     std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
-    if (hasOtherChunks(explained)) {
+    if (othersBeside(explained).areMany()) {
       isForeign_ = std::move(explained);
     } else {
       entries_ = std::move(all);
     }
   }
   const DisplacementCover own = cover(entries_, false);
-  for (std::size_t i = 0; i < isForeign_.size(); ++i)
-    isForeign_[i] = isForeign_[i] != 0 && own.isClaimed[i] == 0 ? 1 : 0;
+  for (std::size_t i = 0; i < isForeign_.size(); ++i) {
+    if (own.isClaimed[i] != 0) isForeign_[i] = 0;
+  }
   places_ = placeEntries(evidence_.input, entries_, evidence_.scan.candidates, evidence_.facts, own);
   if (places_.places.empty()) entries_.clear();
 }
