@@ -121,6 +121,7 @@ class OneSalvage {
                             .donor = choices_.donor.get(),
                             .observer = progress_,
                             .cancel = cancel,
+                            .workers = environment_.workers,
                             .choices = choices_.repair,
                             .makeOutput = {}};
     if (!choices_.isDry) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/headless/workers.h"
 #include "tests/salvage/written_film.h"
 #include "tests/support/avi_builder.h"
 
@@ -40,12 +41,14 @@ struct Bench {
     files.put("/in.avi", input);
     files.put("/out.avi", {});
     if (onInput) onInput(files.at("/in.avi"));
+    if (onOutput) onOutput(files.at("/out.avi"));
     const auto in = files.openForReading("/in.avi");
     const auto out = files.openForWriting("/out.avi");
     salvage::SalvageRun run{.input = *in.file,
                             .inputSize = input.size(),
                             .observer = notes,
                             .cancel = cancel,
+                            .workers = workers,
                             .choices = choices,
                             .makeOutput = {}};
     if (!isDry) {
@@ -61,8 +64,10 @@ struct Bench {
   MemoryFiles files;
   Notes notes;
   platform::CancelMark cancel;
+  platform::headless::HeadlessWorkers workers;
   salvage::SalvageChoices choices;
   std::function<void(MemoryFile&)> onInput;
+  std::function<void(MemoryFile&)> onOutput;
   bool isDry = false;
   bool isRefused = false;
   std::uint64_t asked = 0;
@@ -144,6 +149,36 @@ TEST(DeepRepair, AStopAtAnyStageEndsIt) {
     EXPECT_EQ(run.perform().end, SalvageEnd::stopped);
     EXPECT_EQ(run.notes.stages.back(), stop);
   }
+}
+
+TEST(DeepRepair, AWriteThatFailsIsToldWithItsPlace) {
+  for (const unsigned processors : {1U, 2U}) {
+    AviBuilder builder;
+    builder.interleaved(100, 20'000, 1000);
+    Bench run(builder.build());
+    run.workers.setProcessors(processors);
+    run.onOutput = [](MemoryFile& file) {
+      file.badWriteFrom = 1'200'000;
+      file.writeError = std::make_error_code(std::errc::no_space_on_device);
+    };
+    const SalvageReport report = run.perform();
+    ASSERT_TRUE(report.writeFailure.has_value());
+    EXPECT_EQ(report.writeFailure->offset, 1'200'000U);
+    EXPECT_EQ(report.writeFailure->cause, std::errc::no_space_on_device);
+  }
+}
+
+TEST(DeepRepair, AHelperChangesNoByte) {
+  AviBuilder builder;
+  builder.interleaved(300, 20'000, 1001);
+  std::vector<Bytes> outputs;
+  for (const unsigned processors : {1U, 2U}) {
+    Bench run(builder.build());
+    run.workers.setProcessors(processors);
+    EXPECT_FALSE(run.perform().writeFailure.has_value());
+    outputs.push_back(run.files.content("/out.avi"));
+  }
+  EXPECT_EQ(outputs[0], outputs[1]);
 }
 
 TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {
