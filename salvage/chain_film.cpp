@@ -209,7 +209,11 @@ void Filling::settleAtEnd() {
     settle(within_.end);
     return;
   }
-  if (held_->stream == FilmStreams::kNone || !streams_.isSound(held_->stream)) return;
+  if (held_->stream == FilmStreams::kNone) return;
+  if (!streams_.isSound(held_->stream)) {
+    noteTear(within_.end, 0);
+    return;
+  }
   auto left = static_cast<std::uint32_t>(within_.end - std::min(within_.end, held_->payload()));
   if (streams_.countsBytes(held_->stream)) left -= left % streams_.blockOf(held_->stream);
   if (left > 0) keep(left, SlotState::cut);

@@ -56,12 +56,14 @@ class Planner {
   };
 
   void chooseEntries();
+  void dropWild();
   [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
   [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
   [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
   [[nodiscard]] std::vector<Room> rooms() const;
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
+  [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
 
   const Evidence& evidence_;
@@ -150,6 +152,28 @@ void Planner::chooseEntries() {
   }
   places_ = placeEntries(evidence_.input, entries_, evidence_.scan.candidates, evidence_.facts, own);
   if (places_.places.empty()) entries_.clear();
+  dropWild();
+}
+
+/// Takes out entries that no header speaks for and that cannot be true: garbage in an index looks so.
+void Planner::dropWild() {
+  constexpr std::uint64_t kPlain = std::uint64_t{1} << 16U;
+  std::size_t end = entries_.size();
+  const auto isBeyond = [&](std::size_t entry) {
+    return places_.headerOf(entry, entries_) >= static_cast<std::int64_t>(evidence_.scan.end);
+  };
+  const auto isSupported = [&](std::size_t entry) { return places_.places[entry].support != Support::none; };
+  while (end > 0 && !isSupported(end - 1) && isBeyond(end - 1)) --end;
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < end; ++i) {
+    const std::uint8_t number = entries_[i].stream;
+    const std::uint64_t largest = number < evidence_.facts.size() ? evidence_.facts[number].largest : 0;
+    if (!isSupported(i) && entries_[i].size > std::max(kPlain, 4 * largest)) continue;
+    entries_[kept] = entries_[i];
+    places_.places[kept++] = places_.places[i];
+  }
+  entries_.resize(kept);
+  places_.places.resize(kept);
 }
 
 /// Whether the entries are as many pictures as the headers count.
@@ -222,12 +246,27 @@ void Planner::join(LaidFilm laid) {
   goOnTo(laid.slots.size());
 }
 
+/// How many pictures the headers count, when the film's end is there.
+std::optional<std::uint64_t> Planner::picturesOfAll() const {
+  if (plan_.slots.empty() || plan_.slots.back().state == SlotState::cut) return std::nullopt;
+  if (!gaps_.empty() && gaps_.back().before == plan_.slots.size()) return std::nullopt;
+  const auto& headers = evidence_.headers;
+  if (headers.openDmlFrames && *headers.openDmlFrames != 0) return *headers.openDmlFrames;
+  for (const FilmStream& stream : evidence_.header.streams) {
+    if (stream.header.type != avi::kVids) continue;
+    if (stream.origin == HeaderOrigin::own && stream.header.length != 0) return stream.header.length;
+    break;
+  }
+  if (headers.main && headers.main->totalFrames != 0) return headers.main->totalFrames;
+  return std::nullopt;
+}
+
 FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   chooseEntries();
   plan_.indexedChunks = entries_.size();
   join(layEntries(evidence_, streams_, entries_, places_));
-  fillGaps(evidence_, streams_, gaps_, plan_);
+  fillGaps(evidence_, streams_, gaps_, picturesOfAll(), plan_);
   markDamage(evidence_, plan_);
   plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
   return std::move(plan_);

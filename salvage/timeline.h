@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "salvage/evidence.h"
@@ -22,9 +23,10 @@ struct FilmGap {
 /// Fills the gaps with slots that are `SlotState::refilled`: empty chunks for pictures, silence for sound, in turn. A gap
 /// at the film's very end, or before its first sound, is left as it is.
 /// Where nothing is missing, the slot before a gap may take its bytes.
-/// `gaps`: rising.
+/// `gaps`: rising. `pictures`: how many the film had, lost ones too, where that is known and its end is there.
 /// Reads the first bytes of some pictures around each gap. Time is linear in slots and gaps.
 /// Thread: any.
-void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan);
+void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
+              std::optional<std::uint64_t> pictures, FilmPlan& plan);
 
 }  // namespace zelvo::salvage

@@ -43,14 +43,14 @@ struct Gapped {
     plan.slots.erase(from, from + static_cast<std::ptrdiff_t>(count));
   }
   /// "p" and "s", large where they are refilled.
-  std::string filled(const std::vector<FilmGap>& gaps) {
+  std::string filled(const std::vector<FilmGap>& gaps, std::optional<std::uint64_t> pictures = std::nullopt) {
     ScannedFilm scanned(bytes);
     const std::vector<salvage::StreamFacts> facts;
     const salvage::IndexTemplate index;
     const salvage::Evidence evidence{*scanned.input, scanned.headers, header, scanned.codes,
                                      scanned.scan,   scanned.chain,   facts,  index};
     const salvage::FilmStreams streams(header);
-    salvage::fillGaps(evidence, streams, gaps, plan);
+    salvage::fillGaps(evidence, streams, gaps, pictures, plan);
     std::string text;
     for (const Slot& slot : plan.slots) {
       const bool isRefilled = slot.state == SlotState::refilled;
@@ -137,6 +137,17 @@ TEST(Timeline, ChunksThatAreFramesAreCounted) {
   Gapped film(30, 417, 0);
   film.lose(20, 4);
   EXPECT_EQ(film.filled({{20, 2 * (1008 + 425), 0, false}}), pairsOf(10) + "PSPS" + pairsOf(18));
+}
+
+TEST(Timeline, TheHeadersCountTellsThatNothingIsLost) {
+  Gapped film(30);
+  EXPECT_EQ(film.filled({{20, 8000, 0, false}}, 30), pairsOf(30));
+}
+
+TEST(Timeline, TheHeadersCountTellsHowMuchIsMissing) {
+  Gapped film(30);
+  film.lose(20, 8);
+  EXPECT_EQ(film.filled({{20, 0, 0, true}}, 30), pairsOf(10) + "PSPSPSPS" + pairsOf(16));
 }
 
 TEST(Timeline, HostileGapIsFilledUpToABound) {
