@@ -114,6 +114,24 @@ std::string_view doneAbout(LossCause cause) {
   return "the code is mended";
 }
 
+std::string_view wordsFor(LossCause cause) {
+  if (cause == LossCause::sizeField) return "wrong size";
+  if (cause == LossCause::code) return "wrong code";
+  if (cause == LossCause::cut) return "cut off";
+  return nameOf(cause);
+}
+
+std::string_view evidenceOf(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+  return report.indexedChunks > 0 && span.span.originalBegin ? "index" : "chunks";
+}
+
+std::string_view confidenceOf(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+  // That sizes and codes were wrong is proved by the chunks around them, which close on one another.
+  const LossCause cause = span.span.cause;
+  const bool isProved = cause == LossCause::sizeField || cause == LossCause::code || cause == LossCause::unreadable;
+  return isProved || evidenceOf(span, report) == "index" ? "high" : "fair";
+}
+
 std::string_view nameOf(SlotState state) {
   switch (state) {
     case SlotState::whole:
@@ -178,6 +196,12 @@ std::string verdictSentence(const SalvageReport& report) {
   std::string text = "This film was damaged; ";
   const auto video = secondsHurt(report, avi::kVids);
   const auto sound = secondsHurt(report, avi::kAuds);
+  if (report.streamsWithoutHeader > 0) {
+    text += counted(report.streamsWithoutHeader, "stream") + " of it cannot be recognised and " +
+            (report.streamsWithoutHeader == 1 ? "is" : "are") + " left out";
+    if (video.value_or(0) + sound.value_or(0) == 0) return text + ".";
+    text += "; ";
+  }
   if (video) text += fixedPoint(*video, 1) + " s of its pictures";
   if (video && sound) text += " and ";
   if (sound) text += fixedPoint(*sound, 1) + " s of its sound";
@@ -198,7 +222,7 @@ std::string spanWords(const salvage::SalvagedSpan& span, const SalvageReport& re
   std::string text =
       "bytes " + shownNumber(span.span.begin) + " to " + shownNumber(span.span.end) + ", at " + shownTime(span.begin);
   if (span.end > span.begin) text += " to " + shownTime(span.end);
-  text += ": " + std::string(nameOf(span.span.cause));
+  text += ": " + std::string(wordsFor(span.span.cause));
   for (const std::uint8_t stream : span.streams) {
     text += (stream == span.streams.front() ? " (" : ", ") + std::string(kindOf(report.streams[stream])) + " " +
             std::to_string(stream);
@@ -211,6 +235,9 @@ std::string whyNothing(const SalvageReport& report, const std::string& name) {
   if (report.inputSize == 0) return name + " is empty.";
   if (report.end == salvage::SalvageEnd::noHeader) {
     return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
+  }
+  if (report.end == salvage::SalvageEnd::manySounds) {
+    return name + " has several sound tracks; --rate is for a film that has one.";
   }
   if (report.end == salvage::SalvageEnd::tooLarge) {
     return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +

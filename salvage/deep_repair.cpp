@@ -14,6 +14,7 @@
 #include "salvage/film_writer.h"
 #include "salvage/header_donor.h"
 #include "salvage/plan_choices.h"
+#include "salvage/write_behind.h"
 
 namespace zelvo::salvage {
 
@@ -76,6 +77,9 @@ class Work {
     const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
     findLostHeaders(scan, chain, seen, index);
+    const auto isSound = [](const FilmStream& stream) { return stream.header.type == avi::kAuds; };
+    if (run_.choices.rates.samples && std::ranges::count_if(header_.streams, isSound) > 1)
+      return SalvageEnd::manySounds;
     applyKnownRates(header_, run_.choices.rates);
     if (header_.streams.empty()) return seen.empty() ? SalvageEnd::noMedia : SalvageEnd::noHeader;
     const std::vector<StreamFacts> facts = learnStreams(scan.candidates, chain);
@@ -123,9 +127,10 @@ class Work {
     platform::WritableFile* const out = run_.makeOutput(report_.outputSize);
     if (out == nullptr) return SalvageEnd::noOutput;
     run_.observer.stage(SalvageStage::writing);
-    const WrittenFilm written = writeFilm({input_, *out, plan_, header_, *layout, [this] { return isEnding(); }});
+    WriteBehind behind(*out, run_.workers);
+    const WrittenFilm written = writeFilm({input_, behind, plan_, header_, *layout, [this] { return isEnding(); }});
     report_.unreadable = written.unreadable;
-    report_.writeFailure = written.failure;
+    report_.writeFailure = behind.finish();
     return SalvageEnd::written;
   }
 

@@ -140,8 +140,9 @@ class Writer {
     const bool isFirst = !stream.hasBegun;
     stream.hasBegun = true;
     if (slot.state == SlotState::torn || slot.state == SlotState::cut || slot.state == SlotState::damaged) return false;
-    if (slot.isIndexed) return slot.hasKeyFlag;
-    return isKeyPicture(stream.codec, head).value_or(isFirst);
+    const auto told = isKeyPicture(stream.codec, head);
+    if (told && (*told || !hasOtherKeys(stream.codec))) return *told;
+    return slot.isIndexed ? slot.hasKeyFlag : !told && isFirst;
   }
 
   [[nodiscard]] Piece firstPiece(const Slot& slot) const {

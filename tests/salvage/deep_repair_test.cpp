@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "platform/headless/workers.h"
 #include "tests/salvage/written_film.h"
 #include "tests/support/avi_builder.h"
 
@@ -40,12 +41,14 @@ struct Bench {
     files.put("/in.avi", input);
     files.put("/out.avi", {});
     if (onInput) onInput(files.at("/in.avi"));
+    if (onOutput) onOutput(files.at("/out.avi"));
     const auto in = files.openForReading("/in.avi");
     const auto out = files.openForWriting("/out.avi");
     salvage::SalvageRun run{.input = *in.file,
                             .inputSize = input.size(),
                             .observer = notes,
                             .cancel = cancel,
+                            .workers = workers,
                             .choices = choices,
                             .makeOutput = {}};
     if (!isDry) {
@@ -61,8 +64,10 @@ struct Bench {
   MemoryFiles files;
   Notes notes;
   platform::CancelMark cancel;
+  platform::headless::HeadlessWorkers workers;
   salvage::SalvageChoices choices;
   std::function<void(MemoryFile&)> onInput;
+  std::function<void(MemoryFile&)> onOutput;
   bool isDry = false;
   bool isRefused = false;
   std::uint64_t asked = 0;
@@ -97,6 +102,16 @@ TEST(DeepRepair, AFilmWithoutItsIndexIsRepaired) {
   const SalvageReport report = run.perform();
   EXPECT_EQ(report.verdict, SalvageVerdict::repaired);
   EXPECT_EQ(report.streams.at(0).of(salvage::SlotState::whole).chunks, 10U);
+}
+
+TEST(DeepRepair, AFilmOfFewChunksOfOneSizeComesBack) {
+  for (const bool withIndex : {true, false}) {
+    AviBuilder builder;
+    builder.interleaved(3, 300, 101);
+    builder.withIndex = withIndex;
+    Bench run(builder.build());
+    EXPECT_EQ(run.perform().end, SalvageEnd::written);
+  }
 }
 
 TEST(DeepRepair, ADryRunWritesNothing) {
@@ -136,9 +151,39 @@ TEST(DeepRepair, AStopAtAnyStageEndsIt) {
   }
 }
 
+TEST(DeepRepair, AWriteThatFailsIsToldWithItsPlace) {
+  for (const unsigned processors : {1U, 2U}) {
+    AviBuilder builder;
+    builder.interleaved(100, 20'000, 1000);
+    Bench run(builder.build());
+    run.workers.setProcessors(processors);
+    run.onOutput = [](MemoryFile& file) {
+      file.badWriteFrom = 1'200'000;
+      file.writeError = std::make_error_code(std::errc::no_space_on_device);
+    };
+    const SalvageReport report = run.perform();
+    ASSERT_TRUE(report.writeFailure.has_value());
+    EXPECT_EQ(report.writeFailure->offset, 1'200'000U);
+    EXPECT_EQ(report.writeFailure->cause, std::errc::no_space_on_device);
+  }
+}
+
+TEST(DeepRepair, AHelperChangesNoByte) {
+  AviBuilder builder;
+  builder.interleaved(300, 20'000, 1001);
+  std::vector<Bytes> outputs;
+  for (const unsigned processors : {1U, 2U}) {
+    Bench run(builder.build());
+    run.workers.setProcessors(processors);
+    EXPECT_FALSE(run.perform().writeFailure.has_value());
+    outputs.push_back(run.files.content("/out.avi"));
+  }
+  EXPECT_EQ(outputs[0], outputs[1]);
+}
+
 TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {
   AviBuilder builder;
-  builder.interleaved(3, 20'000, 1000);
+  builder.interleaved(10, 20'000, 1000);
   Bench run(builder.build());
   run.onInput = [](MemoryFile& file) {
     file.badReadStart = 30'000;
@@ -149,7 +194,7 @@ TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {
   EXPECT_EQ(report.end, SalvageEnd::written);
   EXPECT_GT(report.readFailures.count, 0U);
   EXPECT_GT(report.unreadable, 0U);
-  EXPECT_EQ(report.streams.at(0).all().chunks, 3U);
+  EXPECT_EQ(report.streams.at(0).all().chunks, 10U);
 }
 
 }  // namespace
