@@ -9,6 +9,7 @@
 #include "avi/input_file.h"
 #include "avi/write_failure.h"
 #include "platform/files.h"
+#include "platform/workers.h"
 #include "salvage/film_header.h"
 #include "salvage/film_layout.h"
 #include "salvage/film_plan.h"
@@ -18,6 +19,7 @@ namespace zelvo::salvage {
 struct FilmWriting {
   avi::InputFile& input;
   platform::WritableFile& out;  ///< empty
+  platform::Workers& workers;
   const FilmPlan& plan;
   const FilmHeader& header;
   const FilmLayout& layout;        ///< of these two
