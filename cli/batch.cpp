@@ -2,7 +2,7 @@
 
 namespace zelvo::cli {
 
-void Batch::tell(const Outcome& outcome) {
+void Batch::report(const Outcome& outcome) {
   verdicts_.push_back(outcome.verdict);
   worst_ = worse(worst_, exitOf(outcome));
   if (!outcome.reason.empty()) environment_.console.error(outcome.reason);

@@ -17,7 +17,7 @@ class Batch {
 
   /// False once the user asked for a stop.
   [[nodiscard]] bool shouldContinue() const { return !environment_.stopRequested; }
-  void tell(const Outcome& outcome);
+  void report(const Outcome& outcome);
   /// Tells the summary and answers the worst exit.
   [[nodiscard]] Exit finish();
 

@@ -3,7 +3,7 @@
 // 2. On the worker: the engine's run. Before it creates its file it asks; then the free space is looked at, and the
 //    hidden file is created. Afterwards the padded copy, when one is wanted, and the wait for the disk.
 // 3. On the main thread: judge the run, and give the file its final name.
-#include "cli/repair_command.h"
+#include "cli/commands.h"
 
 #include <algorithm>
 #include <chrono>
@@ -237,14 +237,14 @@ class RepairCommand final : public Command {
       if (refusals[i]) {
         Outcome outcome = outcomeOf("repair", inputs_[i]);
         outcome.reason = *refusals[i];
-        batch.tell(outcome);
+        batch.report(outcome);
         continue;
       }
       const Outcome outcome = OneRepair(environment, job, all, place, into_.has_value()).run(inputs_[i]);
       if (outcome.outputPath) {
         written_.push_back({inputs_[i], environment.fileManager.attributes(*outcome.outputPath)});
       }
-      batch.tell(outcome);
+      batch.report(outcome);
     }
     return batch.finish();
   }

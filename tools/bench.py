@@ -52,8 +52,9 @@ class Bench:
         if fresh and os.path.exists(fresh):
             os.remove(fresh)
         start = time.perf_counter()
-        done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              check=False)
+        done = subprocess.run(
+            command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False
+        )
         spent = time.perf_counter() - start
         if done.returncode != 0:
             sys.exit(f"bench: {' '.join(command)} failed:\n{done.stderr.decode(errors='replace')}")
@@ -64,8 +65,8 @@ class Bench:
         if out:
             os.sync()
         read_once(path)
-        # A virtual machine gives memory that is free for long back to its host, and who gets that memory next pays for it.
-        # The runs before leave what they wrote into to the next; one of four is spared.
+        # A virtual machine gives memory that is free for long back to its host, and who gets that memory next pays for
+        # it. The runs before leave what they wrote into to the next; one of four is spared.
         spent = min(self.once(command, out)[0] for _ in range(4 if out else 1))
         if out:
             os.remove(out)
@@ -79,13 +80,18 @@ class Bench:
                 spent.append(pair)
         ratio = statistics.median(a / b for a, b in spent)
         best = min(a for a, _ in spent) / min(b for _, b in spent)
-        print(f"{name:46} {ratio:7.3f}   best against best {best:.3f}   must {must}, aim {aim}   "
-              f"({statistics.median(a for a, _ in spent):.3f} s against "
-              f"{statistics.median(b for _, b in spent):.3f} s)", flush=True)
+        print(
+            f"{name:46} {ratio:7.3f}   best against best {best:.3f}   must {must}, aim {aim}   "
+            f"({statistics.median(a for a, _ in spent):.3f} s against "
+            f"{statistics.median(b for _, b in spent):.3f} s)",
+            flush=True,
+        )
 
     def figure(self, name, values, unit, must, aim):
-        print(f"{name:46} {statistics.median(values):7.3f} {unit}   lowest {min(values):.3f}   must {must}, aim {aim}",
-              flush=True)
+        print(
+            f"{name:46} {statistics.median(values):7.3f} {unit}   lowest {min(values):.3f}   must {must}, aim {aim}",
+            flush=True,
+        )
 
 
 def pinned(command):
@@ -94,26 +100,50 @@ def pinned(command):
 
 def scan(b):
     path = b.input("frames")
-    b.pair("scan, one processor, against cat", 1.5, 1.3, path, pinned([b.job, "scan", path]),
-           pinned(["sh", "-c", f"exec cat '{path}' >/dev/null"]))
+    b.pair(
+        "scan, one processor, against cat",
+        1.5,
+        1.3,
+        path,
+        pinned([b.job, "scan", path]),
+        pinned(["sh", "-c", f"exec cat '{path}' >/dev/null"]),
+    )
 
 
 def scan2(b):
     path = b.input("frames")
-    b.pair("scan, all processors, against cat", 1.5, 1.3, path, [b.job, "scan", path],
-           ["sh", "-c", f"exec cat '{path}' >/dev/null"])
+    b.pair(
+        "scan, all processors, against cat",
+        1.5,
+        1.3,
+        path,
+        [b.job, "scan", path],
+        ["sh", "-c", f"exec cat '{path}' >/dev/null"],
+    )
 
 
 def literal(b):
     path = b.input("frames")
-    b.pair("scan against the literal transcription, -O2", "1/18 = 0.056", "1/22 = 0.045", path,
-           pinned([b.job, "scan", path]), pinned([b.literal_o2, "scan-literal", path]))
+    b.pair(
+        "scan against the literal transcription, -O2",
+        "1/18 = 0.056",
+        "1/22 = 0.045",
+        path,
+        pinned([b.job, "scan", path]),
+        pinned([b.literal_o2, "scan-literal", path]),
+    )
 
 
 def literal_o3(b):
     path = b.input("frames")
-    b.pair("scan against the literal transcription, -O3", "-", "-", path, pinned([b.job, "scan", path]),
-           pinned([b.job, "scan-literal", path]))
+    b.pair(
+        "scan against the literal transcription, -O3",
+        "-",
+        "-",
+        path,
+        pinned([b.job, "scan", path]),
+        pinned([b.job, "scan-literal", path]),
+    )
 
 
 def dense(b):
@@ -139,15 +169,31 @@ def cp_small(b):
 def cli(b):
     path = b.input("frames")
     ours, copy = b.output("ours.avi"), b.output("copy.avi")
-    b.pair("zelvo-avi, on the disk, against cp and sync", "-", "-", path, [b.cli, "repair", path, "-o", ours, "--quiet"],
-           ["sh", "-c", f"cp '{path}' '{copy}' && sync -d '{copy}'"], ours, copy)
+    b.pair(
+        "zelvo-avi, on the disk, against cp and sync",
+        "-",
+        "-",
+        path,
+        [b.cli, "repair", path, "-o", ours, "--quiet"],
+        ["sh", "-c", f"cp '{path}' '{copy}' && sync -d '{copy}'"],
+        ours,
+        copy,
+    )
 
 
 def ffmpeg(b):
     path = b.input("frames")
     ours, copy = b.output("ours.avi"), b.output("copy.avi")
-    b.pair("repair against ffmpeg -c copy", 0.50, 0.25, path, [b.job, "repair", path, ours],
-           ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y", "-i", path, "-c", "copy", copy], ours, copy)
+    b.pair(
+        "repair against ffmpeg -c copy",
+        0.50,
+        0.25,
+        path,
+        [b.job, "repair", path, ours],
+        ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y", "-i", path, "-c", "copy", copy],
+        ours,
+        copy,
+    )
 
 
 def mencoder(b):
@@ -156,12 +202,23 @@ def mencoder(b):
         return
     path = b.input("frames")
     ours, copy = b.output("ours.avi"), b.output("copy.avi")
-    b.pair("repair against mencoder -forceidx", 0.33, 0.15, path, [b.job, "repair", path, ours],
-           ["mencoder", "-really-quiet", "-forceidx", "-oac", "copy", "-ovc", "copy", path, "-o", copy], ours, copy)
+    b.pair(
+        "repair against mencoder -forceidx",
+        0.33,
+        0.15,
+        path,
+        [b.job, "repair", path, ours],
+        ["mencoder", "-really-quiet", "-forceidx", "-oac", "copy", "-ovc", "copy", path, "-o", copy],
+        ours,
+        copy,
+    )
 
 
 def memory(b):
-    for name, kind, must, aim in (("peak memory, 1 GB input", "frames", 8, 5), ("peak memory, tables full", "full", 44, 38)):
+    for name, kind, must, aim in (
+        ("peak memory, 1 GB input", "frames", 8, 5),
+        ("peak memory, tables full", "full", 44, 38),
+    ):
         path = b.input(kind)
         ours = b.output("ours.avi")
         values = [int(b.once([b.job, "repair", path, ours], ours)[1].split()[-1]) / 1024 for _ in range(3)]
@@ -170,8 +227,12 @@ def memory(b):
         for _ in range(3):
             if os.path.exists(ours):
                 os.remove(ours)
-            done = subprocess.run(["time", "-f", "%M", b.cli, "repair", path, "-o", ours, "--quiet"],
-                                  stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, check=True)
+            done = subprocess.run(
+                ["time", "-f", "%M", b.cli, "repair", path, "-o", ours, "--quiet"],
+                stderr=subprocess.PIPE,
+                stdout=subprocess.DEVNULL,
+                check=True,
+            )
             values.append(int(done.stderr.split()[-1]) / 1024)
         b.figure("  the same by zelvo-avi", values, "MiB", must, aim)
         os.remove(ours)
@@ -182,8 +243,20 @@ def progress(b):
     b.figure("one step of the progress animation", values, "ns", 3, 1.2)
 
 
-BENCHES = {"scan": scan, "scan2": scan2, "literal": literal, "literal-o3": literal_o3, "dense": dense, "cp": cp,
-           "cp-small": cp_small, "cli": cli, "ffmpeg": ffmpeg, "mencoder": mencoder, "memory": memory, "progress": progress}
+BENCHES = {
+    "scan": scan,
+    "scan2": scan2,
+    "literal": literal,
+    "literal-o3": literal_o3,
+    "dense": dense,
+    "cp": cp,
+    "cp-small": cp_small,
+    "cli": cli,
+    "ffmpeg": ffmpeg,
+    "mencoder": mencoder,
+    "memory": memory,
+    "progress": progress,
+}
 
 
 def main():

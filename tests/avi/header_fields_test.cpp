@@ -9,8 +9,8 @@
 namespace zelvo::avi {
 namespace {
 
-using test::le16;
-using test::le32;
+using tests::le16;
+using tests::le32;
 
 std::vector<Field> decode(FourCC id, FourCC streamType, const std::string& payload) {
   return decodeFields(id, {}, streamType, std::as_bytes(std::span(payload)));

@@ -12,9 +12,9 @@
 namespace zelvo::avi {
 namespace {
 
-using test::chunk;
-using test::le32;
-using test::list;
+using tests::chunk;
+using tests::le32;
+using tests::list;
 
 /// Keeps the problems, and how deep each lies.
 class Problems final : public OutlineSink {
@@ -32,7 +32,7 @@ class Problems final : public OutlineSink {
 };
 
 Problems problemsOf(
-    test::MemoryReadable& file, const std::function<bool()>& isEnding = [] { return false; }) {
+    tests::MemoryReadable& file, const std::function<bool()>& isEnding = [] { return false; }) {
   Problems problems;
   Outline outline(file, problems, isEnding, true);
   outline.walk();
@@ -41,13 +41,13 @@ Problems problemsOf(
 }
 
 /// The only problem of the file.
-Problem problemOf(test::MemoryReadable& file) {
+Problem problemOf(tests::MemoryReadable& file) {
   const Problems problems = problemsOf(file);
   EXPECT_EQ(problems.all.size(), 1U);
   return problems.all.empty() ? Problem{.kind = ProblemKind::noAviBeginning} : problems.all.front();
 }
 Problem problemOf(const std::string& bytes) {
-  test::MemoryReadable file(bytes);
+  tests::MemoryReadable file(bytes);
   return problemOf(file);
 }
 
@@ -81,19 +81,19 @@ TEST(OutlineProblems, SkippedBytesAndZeros) {
 }
 
 TEST(OutlineProblems, DepthIsThatOfWhatLiesThere) {
-  test::MemoryReadable file(film(std::string(1000, '\0') + chunk("00dc", "ab")));
+  tests::MemoryReadable file(film(std::string(1000, '\0') + chunk("00dc", "ab")));
   EXPECT_EQ(problemsOf(file).depths, std::vector<std::size_t>{2});
 }
 
 TEST(OutlineProblems, SkippedBytesThatCannotBeRead) {
-  test::MemoryReadable file(film(std::string(9000, '\0') + chunk("00dc", "ab")));
+  tests::MemoryReadable file(film(std::string(9000, '\0') + chunk("00dc", "ab")));
   file.makeUnreadable(4096, 8192);
   const Problem partly = problemOf(file);
   EXPECT_EQ(partly.kind, ProblemKind::skippedPartlyUnreadable);
   EXPECT_EQ(partly.claimed, 9000U);
   EXPECT_EQ(partly.held, 9000U - 4096U);
 
-  test::MemoryReadable whole(film(std::string(1000, '\0') + chunk("00dc", "ab")));
+  tests::MemoryReadable whole(film(std::string(1000, '\0') + chunk("00dc", "ab")));
   whole.makeUnreadable(24, 1024);
   const Problem none = problemOf(whole);
   EXPECT_EQ(none.kind, ProblemKind::skippedUnreadable);
@@ -102,7 +102,7 @@ TEST(OutlineProblems, SkippedBytesThatCannotBeRead) {
 }
 
 TEST(OutlineProblems, PayloadOfAHeaderThatIsHalfReadable) {
-  test::MemoryReadable file(list("RIFF", "AVI ", chunk("avih", std::string(56, '\1'))));
+  tests::MemoryReadable file(list("RIFF", "AVI ", chunk("avih", std::string(56, '\1'))));
   file.makeUnreadable(30, 40);
   const Problem problem = problemOf(file);
   EXPECT_EQ(problem.kind, ProblemKind::payloadUnreadable);
@@ -139,13 +139,13 @@ TEST(OutlineProblems, ListsWithoutATypeAndTooDeep) {
 
 TEST(OutlineProblems, BeginningThatIsWrongOrCannotBeRead) {
   EXPECT_EQ(problemOf("").kind, ProblemKind::noAviBeginning);
-  test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "")));
+  tests::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "")));
   file.makeUnreadable(6, 10);
   EXPECT_EQ(problemsOf(file).all.front().kind, ProblemKind::beginningUnreadable);
 }
 
 TEST(OutlineProblems, StopSaysHowFarItCame) {
-  test::MemoryReadable file(film(chunk("00dc", "ab")));
+  tests::MemoryReadable file(film(chunk("00dc", "ab")));
   const Problems problems = problemsOf(file, [] { return true; });
   ASSERT_EQ(problems.all.size(), 1U);
   EXPECT_EQ(problems.all[0].kind, ProblemKind::stopped);
@@ -154,7 +154,7 @@ TEST(OutlineProblems, StopSaysHowFarItCame) {
 }
 
 TEST(OutlineProblems, FileThatShrinksEndsWhereItEnds) {
-  test::MemoryReadable file(film(std::string(1000000, '\0')));
+  tests::MemoryReadable file(film(std::string(1000000, '\0')));
   int asked = 0;
   const Problems problems = problemsOf(file, [&] {
     if (++asked == 20) file.cutTo(400000);

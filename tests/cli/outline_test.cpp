@@ -13,17 +13,17 @@
 namespace zelvo::cli {
 namespace {
 
-using test::chunk;
-using test::kNeverEnding;
-using test::le32;
-using test::Lines;
-using test::list;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using tests::chunk;
+using tests::kNeverEnding;
+using tests::le32;
+using tests::Lines;
+using tests::list;
 
 std::vector<std::string> outlineOf(const std::string& bytes, bool listsAll = false) {
-  test::MemoryReadable file(bytes);
+  tests::MemoryReadable file(bytes);
   Lines lines;
   avi::Outline(file, lines, kNeverEnding, listsAll).walk();
   EXPECT_EQ(lines.open(), 0) << "every list that begins must end";
@@ -118,7 +118,7 @@ TEST(Outline, ListWithoutATypeIsAProblem) {
 TEST(Outline, DeepNestingIsNotEntered) {
   std::string bytes;
   for (int i = 0; i < 5000; ++i) bytes = list("LIST", "deep", bytes);
-  test::MemoryReadable file(list("RIFF", "AVI ", bytes));
+  tests::MemoryReadable file(list("RIFF", "AVI ", bytes));
   Lines lines;
   avi::Outline(file, lines, kNeverEnding, false).walk();
 
@@ -168,7 +168,7 @@ TEST(Outline, LimitHoldsForForms) {
 
 /// A standard index without entries but one, about a chunk "00dc" of `size` bytes at `target`.
 std::string indexOf(std::uint64_t target, std::uint64_t size) {
-  return chunk("ix00", test::le16(2) + std::string("\0\1", 2) + le32(1) + "00dc" + le32(target) + le32(0) + le32(0) +
+  return chunk("ix00", tests::le16(2) + std::string("\0\1", 2) + le32(1) + "00dc" + le32(target) + le32(0) + le32(0) +
                            le32(8) + le32(size));
 }
 
@@ -238,7 +238,7 @@ TEST(Outline, WalkEndsAfter16777216Chunks) {
 }
 
 TEST(Outline, NoMoreThanAWindowIsReadAtATime) {
-  test::MemoryReadable file(list("RIFF", "AVI ", "JUNK" + le32(0xffffffff)));
+  tests::MemoryReadable file(list("RIFF", "AVI ", "JUNK" + le32(0xffffffff)));
   Lines lines;
   avi::Outline(file, lines, kNeverEnding, true).walk();
 
@@ -247,7 +247,7 @@ TEST(Outline, NoMoreThanAWindowIsReadAtATime) {
 
 TEST(Outline, AnyBytesAreSurvived) {
   std::mt19937 random(3);
-  const std::string good = test::SmallAvi{.frames = 5, .frameSize = 50, .soundSize = 10}.bytes();
+  const std::string good = tests::SmallAvi{.frames = 5, .frameSize = 50, .soundSize = 10}.bytes();
   for (unsigned round = 0; round < 3000; ++round) {
     std::string bytes = good;
     for (unsigned i = 0; i <= round % 50; ++i) bytes[random() % bytes.size()] = static_cast<char>(random());

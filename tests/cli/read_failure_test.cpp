@@ -5,20 +5,18 @@
 #include <filesystem>
 #include <mutex>
 
-#include "cli/check_command.h"
+#include "cli/commands.h"
 #include "cli/environment.h"
-#include "cli/inspect_command.h"
-#include "cli/repair_command.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_new_files.h"
-#include "platform/linux/linux_property_lists.h"
-#include "platform/linux/linux_workers.h"
-#include "tests/cli/temp_folder.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/files.h"
+#include "platform/linux/main_queue.h"
+#include "platform/linux/new_files.h"
+#include "platform/linux/property_lists.h"
+#include "platform/linux/workers.h"
 #include "tests/support/memory_readable.h"
 #include "tests/support/refusing_workers.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::cli {
 namespace {
@@ -55,7 +53,7 @@ class ShrinkingFile final : public platform::ReadableFile {
   std::uint64_t size() override { return whole_.size(); }
 
  private:
-  test::MemoryReadable whole_;
+  tests::MemoryReadable whole_;
 };
 
 /// Does something once its data is read.
@@ -70,7 +68,7 @@ class NotifyingFile final : public platform::ReadableFile {
   std::uint64_t size() override { return whole_.size(); }
 
  private:
-  test::MemoryReadable whole_;
+  tests::MemoryReadable whole_;
   std::function<void()> whenRead_;
   std::once_flag told_;
 };
@@ -110,7 +108,7 @@ class ReadFailure : public testing::Test {
 
   /// Runs a command on an input that `make` opens, with `--json`.
   Said run(std::unique_ptr<Command> command, std::function<std::unique_ptr<platform::ReadableFile>()> make) {
-    test::writeFile(input_, bytes_);
+    tests::writeFile(input_, bytes_);
     PreparedFiles files(input_, std::move(make));
     platform::linux_::LinuxFileManager fileManager;
     platform::linux_::LinuxMainQueue queue;
@@ -147,7 +145,7 @@ class ReadFailure : public testing::Test {
   [[nodiscard]] std::function<std::unique_ptr<platform::ReadableFile>()> unreadable(std::uint64_t start,
                                                                                     std::uint64_t end) const {
     return [this, start, end] {
-      auto file = std::make_unique<test::MemoryReadable>(bytes_);
+      auto file = std::make_unique<tests::MemoryReadable>(bytes_);
       file->makeUnreadable(start, end);
       return file;
     };
@@ -156,9 +154,9 @@ class ReadFailure : public testing::Test {
   NotedNewFiles newFiles_;
   bool force_ = false;
   unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
-  const test::TempFolder folder_;
+  const tests::TempFolder folder_;
   const std::string input_ = folder_ / "in.avi";
-  const std::string bytes_ = test::SmallAvi{}.bytes();
+  const std::string bytes_ = tests::SmallAvi{}.bytes();
 };
 
 TEST_F(ReadFailure, UnreadableFirstByteIsAFailure) {
@@ -216,7 +214,7 @@ TEST_F(ReadFailure, InputThatShrinksMeanwhileIsAFailureWithoutOutput) {
 
 TEST_F(ReadFailure, InputThatVanishesMeanwhileIsStillRead) {
   const Said said = run(makeRepairCommand(), [this] {
-    auto file = std::make_unique<test::MemoryReadable>(bytes_);
+    auto file = std::make_unique<tests::MemoryReadable>(bytes_);
     EXPECT_EQ(std::remove(input_.c_str()), 0);
     return file;
   });

@@ -21,6 +21,14 @@ TEST(FolderOf, RootIsItsOwn) {
   EXPECT_EQ(folderOf("///"), "/");
 }
 
+TEST(NameOf, IsTheLastPart) {
+  EXPECT_EQ(nameOf("/a/b"), "b");
+  EXPECT_EQ(nameOf("/a/b//"), "b");
+  EXPECT_EQ(nameOf("b"), "b");
+  EXPECT_EQ(nameOf("/"), "");
+  EXPECT_EQ(nameOf(""), "");
+}
+
 TEST(PathIn, HasOneSlashBetween) {
   EXPECT_EQ(pathIn("a", "b"), "a/b");
   EXPECT_EQ(pathIn("a/", "b"), "a/b");

@@ -1,0 +1,78 @@
+#include "platform/linux/program_starter.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+#include "tests/support/temp_folder.h"
+
+namespace zelvo::tests {
+namespace {
+
+class ProgramStarterTest : public testing::Test {
+ protected:
+  [[nodiscard]] std::string program(const std::string& script) const {
+    const std::string path = folder.put("program", "#!/bin/sh\n" + script + "\n");
+    EXPECT_EQ(::chmod(path.c_str(), 0700), 0);
+    return path;
+  }
+  /// Waits for the end; false when it does not come.
+  [[nodiscard]] static bool ends(const platform::StartedProgram& started) {
+    constexpr int kLongestMilliseconds = 20000;
+    pollfd wait{.fd = started.descriptor(), .events = POLLIN, .revents = 0};
+    return ::poll(&wait, 1, kLongestMilliseconds) == 1;
+  }
+
+  TempFolder folder;
+  platform::linux_::LinuxProgramStarter starter;
+};
+
+TEST_F(ProgramStarterTest, StatusTellsAFailure) {
+  for (const int status : {0, 3}) {
+    const auto started = starter.start(program("exit " + std::to_string(status)), "");
+    ASSERT_NE(started, nullptr);
+    ASSERT_TRUE(ends(*started));
+    EXPECT_EQ(started->hasFailed(), status != 0);
+  }
+}
+
+TEST_F(ProgramStarterTest, RunningProgramHasNotFailed) {
+  const auto started = starter.start(program("exec sleep 1"), "");
+  ASSERT_NE(started, nullptr);
+  EXPECT_FALSE(started->hasFailed());
+  ASSERT_TRUE(ends(*started));
+  EXPECT_FALSE(started->hasFailed());
+}
+
+TEST_F(ProgramStarterTest, MissingProgramIsNotStarted) { EXPECT_EQ(starter.start(folder.path("gone"), ""), nullptr); }
+
+TEST_F(ProgramStarterTest, ArgumentIsOneWhateverItHolds) {
+  const auto started =
+      starter.start(program("printf '%s|' \"$#\" \"$1\" > '" + folder.path("told") + "'"), "a b; $(c)");
+  ASSERT_NE(started, nullptr);
+  ASSERT_TRUE(ends(*started));
+  EXPECT_EQ(folder.content("told"), "1|a b; $(c)|");
+}
+
+/// It has a session of its own, streams that lead nowhere, and no other descriptor.
+TEST_F(ProgramStarterTest, NothingOfOursIsHandedOn) {
+  const int open = ::open("/dev/null", O_RDONLY);  // without O_CLOEXEC
+  const auto started = starter.start(program("{ readlink /proc/$$/fd/0 /proc/$$/fd/1; ls /proc/$$/fd | wc -l; ps -o "
+                                             "sid= -p $$ | tr -d ' '; echo $$; } > '" +
+                                             folder.path("told") + "'"),
+                                     "");
+  ::close(open);
+  ASSERT_NE(started, nullptr);
+  ASSERT_TRUE(ends(*started));
+  const std::string told = folder.content("told");
+  EXPECT_EQ(told.substr(0, 10), "/dev/null\n");
+  const std::string expected = std::to_string(open);
+  EXPECT_EQ(told.find("/" + expected + "\n"), std::string::npos) << told;
+}
+
+}  // namespace
+}  // namespace zelvo::tests
