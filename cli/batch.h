@@ -2,10 +2,15 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
 #include <vector>
 
+#include "cli/command_inputs.h"
 #include "cli/environment.h"
 #include "cli/outcome.h"
+#include "cli/output_place.h"
 
 namespace zelvo::cli {
 
@@ -18,6 +23,8 @@ class Batch {
   /// False once the user asked for a stop.
   [[nodiscard]] bool shouldContinue() const { return !environment_.stopRequested; }
   void report(const Outcome& outcome);
+  /// The same of an outcome that is shown otherwise: `words` as text, `json` as one line.
+  void report(const Outcome& outcome, const std::string& words, const std::string& json);
   /// Tells the summary and answers the worst exit.
   [[nodiscard]] Exit finish();
 
@@ -28,5 +35,21 @@ class Batch {
   Exit worst_ = Exit::done;
   std::vector<Verdict> verdicts_;
 };
+
+/// One input of a command that makes a file of each.
+struct Assignment {
+  std::string input;
+  OutputChoice place;
+  /// A sentence when the place is that of another input, or was written for one just now: nothing is to be done then.
+  /// Not even `--force` means that one input's result replaces another's.
+  std::optional<std::string> refusal;
+};
+
+/// Hands out each input until a stop. `work` tells the batch what came of it, and answers the path that it wrote, if
+/// any.
+/// Thread: main.
+void workOnEach(Environment& environment, const Batch& batch, const std::vector<std::string>& inputs,
+                const std::function<OutputChoice(const std::string& input)>& placeFor,
+                const std::function<std::optional<std::string>(const Assignment&, const CommandInputs&)>& work);
 
 }  // namespace zelvo::cli

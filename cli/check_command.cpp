@@ -6,7 +6,9 @@
 
 #include "cli/batch.h"
 #include "cli/engine_job.h"
+#include "cli/new_output.h"
 #include "cli/shown_text.h"
+#include "cli/worker_run.h"
 
 namespace zelvo::cli {
 
@@ -29,11 +31,7 @@ Outcome check(Environment& environment, EngineJob& job, const std::string& input
   } else if (!judgeInput(outcome, input, done.report, *cancel)) {
     outcome.verdict = Verdict::repairable;
     job.reportFindings(outcome, done.report);
-    if (outcome.readFailures.count > 0) {
-      job.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + printable(input.path) +
-                            " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +
-                            outcome.readFailures.firstCause.message() + ".");
-    }
+    if (const auto warning = readsFailed(input.path, outcome.readFailures, "")) job.warn(outcome, *warning);
   }
   outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return outcome;

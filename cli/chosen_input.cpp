@@ -38,4 +38,11 @@ std::variant<ChosenInput, std::string> chooseInput(const std::string& path, plat
   return ChosenInput{path, *attributes, std::move(opened.file)};
 }
 
+std::optional<std::string> becameShorter(const ChosenInput& input) {
+  const std::uint64_t now = input.file->size();
+  if (now >= input.attributes.size) return std::nullopt;
+  return printable(input.path) + " became shorter while it was read, from " + counted(input.attributes.size, "byte") +
+         " to " + shownNumber(now) + "; nothing was written. Try again when nothing else uses it.";
+}
+
 }  // namespace zelvo::cli

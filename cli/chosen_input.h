@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 
@@ -21,5 +22,8 @@ struct ChosenInput {
 /// user instead.
 [[nodiscard]] std::variant<ChosenInput, std::string> chooseInput(const std::string& path, platform::Files& files,
                                                                  platform::FileManager& fileManager);
+
+/// A sentence when the file is shorter by now than when it was chosen, so that nothing of it can be trusted.
+[[nodiscard]] std::optional<std::string> becameShorter(const ChosenInput& input);
 
 }  // namespace zelvo::cli

@@ -15,6 +15,12 @@ constexpr std::array kCommands = {
                "  zelvo-avi repair *.avi --output-dir repaired     repairs several into one folder\n"
                "  zelvo-avi repair --json holiday.avi              for scripts\n",
                makeRepairCommand},
+    CommandRow{"salvage", "Bring back all that is left of badly damaged AVI files, in step",
+               "  zelvo-avi salvage holiday.avi                    writes holiday-salvaged.avi beside it\n"
+               "  zelvo-avi salvage holiday.avi -o saved.avi       writes saved.avi\n"
+               "  zelvo-avi salvage --dry-run --verbose hurt.avi   tells the damage, and writes nothing\n"
+               "  zelvo-avi salvage --json holiday.avi             for scripts\n",
+               makeSalvageCommand},
     CommandRow{"check", "Tell what a repair would keep, without writing anything",
                "  zelvo-avi check holiday.avi                      can it be repaired, and what is in it?\n"
                "  zelvo-avi check --quiet *.avi && echo all fine   the exit code alone\n",

@@ -15,5 +15,7 @@ namespace zelvo::cli {
 [[nodiscard]] std::unique_ptr<Command> makeInspectCommand();
 /// `repair`: rebuilds damaged AVI files.
 [[nodiscard]] std::unique_ptr<Command> makeRepairCommand();
+/// `salvage`: brings back what is left of damaged AVI files.
+[[nodiscard]] std::unique_ptr<Command> makeSalvageCommand();
 
 }  // namespace zelvo::cli

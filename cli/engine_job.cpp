@@ -5,6 +5,7 @@
 
 #include "avi/input_file.h"
 #include "cli/shown_text.h"
+#include "cli/worker_run.h"
 #include "engine/low32.h"
 #include "engine/sample_tables.h"
 #include "platform/ran_out.h"
@@ -63,29 +64,13 @@ EngineJob::Done EngineJob::perform(const ChosenInput& input, Outcome& outcome,
   }
   beginWriting(Stage::none, 0);
   const engine::RepairRun run{*input.file, input.attributes.size, progress_, *cancel, environment_.workers};
-  struct Shared {
-    bool ended = false;           // the main thread's
-    engine::RepairReport report;  // the worker's until it is joined
-  };
-  const auto shared = std::make_shared<Shared>();
-  const auto worker = environment_.workers.start(cancel, [this, shared, &run, &body] {
-    shared->report = body(run);
-    environment_.mainQueue.perform([shared] { shared->ended = true; });  // wakes the main thread
-  });
-  if (!worker) return {.report = {}, .shortage = platform::noThread()};
-  const std::error_code followed = platform::ranOut([&] {
-    ProgressLine line(input.path);
-    environment_.runUntil([&] {
-      if (environment_.stopRequested) cancel->abandon();
-      if (environment_.console.showsProgress()) showProgress(line, input.attributes.size);
-      return shared->ended || worker->finished();  // a body that was cut short wakes nobody
-    });
-  });
-  if (followed) cancel->abandon();
-  worker->join();  // whatever happens here: it works on what the caller holds
-  environment_.console.progress("");
-  Done done{.report = std::move(shared->report), .shortage = followed};
-  if (!done.shortage) done.shortage = worker->failure();
+  ProgressLine line(input.path);
+  Done done;
+  done.shortage = runOnWorker(
+      environment_, cancel, [&] { done.report = body(run); },
+      [&] {
+        if (environment_.console.showsProgress()) showProgress(line, input.attributes.size);
+      });
   const auto& failure = done.report.writeFailure;
   if (!done.shortage && failure && platform::isShortage(failure->cause)) done.shortage = failure->cause;
   return done;
@@ -153,10 +138,9 @@ bool judgeInput(Outcome& outcome, const ChosenInput& input, const engine::Repair
     outcome.reason = "stopped before " + name + " was done; nothing was written, and it is unchanged.";
     return true;
   }
-  if (const std::uint64_t now = input.file->size(); now < input.attributes.size) {
+  if (auto sentence = becameShorter(input)) {
     outcome.verdict = Verdict::failed;
-    outcome.reason = name + " became shorter while it was read, from " + counted(input.attributes.size, "byte") +
-                     " to " + shownNumber(now) + "; nothing was written. Try again when nothing else uses it.";
+    outcome.reason = std::move(*sentence);
     return true;
   }
   const engine::RunEnd end = report.end;
@@ -170,20 +154,6 @@ bool judgeInput(Outcome& outcome, const ChosenInput& input, const engine::Repair
   outcome.verdict = end == engine::RunEnd::invalid ? Verdict::invalid : Verdict::notSupported;
   outcome.reason = whyRejected(input, report) + " It is unchanged.";
   return true;
-}
-
-std::string shortageSentence(const std::string& inputPath, std::error_code shortage) {
-  const std::string lacking = shortage == std::errc::not_enough_memory
-                                  ? "there is not enough memory for "
-                                  : "the system gives no thread (" + shortage.message() + ") for ";
-  return lacking + printable(inputPath) + "; nothing was written, and it is unchanged.";
-}
-
-Outcome outcomeOf(std::string command, const std::string& path) {
-  Outcome outcome;
-  outcome.command = std::move(command);
-  outcome.inputPath = path;
-  return outcome;
 }
 
 }  // namespace zelvo::cli

@@ -64,10 +64,4 @@ class EngineJob {
 [[nodiscard]] bool judgeInput(Outcome& outcome, const ChosenInput& input, const engine::RepairReport& report,
                               const platform::CancelMark& cancel);
 
-/// The sentence about an input for which memory or a thread was lacking.
-[[nodiscard]] std::string shortageSentence(const std::string& inputPath, std::error_code shortage);
-
-/// An outcome about `path`, of which nothing is known yet.
-[[nodiscard]] Outcome outcomeOf(std::string command, const std::string& path);
-
 }  // namespace zelvo::cli

@@ -17,6 +17,8 @@ std::string_view nameOf(Stage stage) {
       return "reading headers";
     case Stage::scanning:
       return "searching";
+    case Stage::weighing:
+      return "weighing what was found";
     case Stage::writing:
       return "writing";
     case Stage::copying:

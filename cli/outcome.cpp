@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "avi/codec_names.h"
 #include "cli/json_writer.h"
@@ -96,6 +97,13 @@ void writeOutput(JsonWriter& json, const Outcome& outcome) {
 
 }  // namespace
 
+Outcome outcomeOf(std::string command, const std::string& path) {
+  Outcome outcome;
+  outcome.command = std::move(command);
+  outcome.inputPath = path;
+  return outcome;
+}
+
 Exit exitOf(const Outcome& outcome) {
   switch (outcome.verdict) {
     case Verdict::repaired:
@@ -150,10 +158,7 @@ std::string inWords(const Outcome& outcome) {
   return text;
 }
 
-std::string inJson(const Outcome& outcome) {
-  JsonWriter json;
-  json.beginObject();
-  json.member("version", kResultVersion);
+void beginJson(JsonWriter& json, const Outcome& outcome) {
   json.member("command", outcome.command);
   json.key("input");
   json.beginObject();
@@ -168,9 +173,9 @@ std::string inJson(const Outcome& outcome) {
     json.text(outcome.reason);
   }
   writeOutput(json, outcome);
-  writeFirst(json, outcome.streams, engine::StreamKind::video);
-  writeFirst(json, outcome.streams, engine::StreamKind::audio);
-  writeAll(json, outcome.streams);
+}
+
+void endJson(JsonWriter& json, const Outcome& outcome) {
   json.member("read_errors", outcome.readFailures.count);
   json.key("warnings");
   json.beginArray();
@@ -178,6 +183,17 @@ std::string inJson(const Outcome& outcome) {
   json.endArray();
   json.key("seconds");
   json.seconds(outcome.seconds);
+}
+
+std::string inJson(const Outcome& outcome) {
+  JsonWriter json;
+  json.beginObject();
+  json.member("version", kResultVersion);
+  beginJson(json, outcome);
+  writeFirst(json, outcome.streams, engine::StreamKind::video);
+  writeFirst(json, outcome.streams, engine::StreamKind::audio);
+  writeAll(json, outcome.streams);
+  endJson(json, outcome);
   json.endObject();
   return json.take() + "\n";
 }

@@ -13,6 +13,8 @@
 
 namespace zelvo::cli {
 
+class JsonWriter;
+
 enum class Verdict {
   repaired,      ///< the output is in place
   repairable,    ///< a repair would write one
@@ -37,6 +39,9 @@ struct Outcome {
   double seconds = 0;
 };
 
+/// An outcome about `path`, of which nothing is known yet.
+[[nodiscard]] Outcome outcomeOf(std::string command, const std::string& path);
+
 [[nodiscard]] Exit exitOf(const Outcome& outcome);
 [[nodiscard]] std::string_view nameOf(Verdict verdict);
 
@@ -44,6 +49,9 @@ struct Outcome {
 [[nodiscard]] std::string inWords(const Outcome& outcome);
 /// One line, its end included; docs/cli-result.schema.json describes it.
 [[nodiscard]] std::string inJson(const Outcome& outcome);
+/// Members that the JSON of every command with outcomes has: before what is its own, and after it.
+void beginJson(JsonWriter& json, const Outcome& outcome);
+void endJson(JsonWriter& json, const Outcome& outcome);
 /// One line about several inputs, of which `notStarted` were left out by a stop.
 [[nodiscard]] std::string summary(const std::vector<Verdict>& verdicts, std::size_t notStarted);
 

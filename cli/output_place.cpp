@@ -42,6 +42,12 @@ std::string_view withoutVideoEnding(std::string_view name) {
   return isVideo ? name.substr(0, dot) : name;
 }
 
+std::string outputPath(const std::string& input, const std::optional<std::string>& directory, std::string_view ending) {
+  const std::string name = std::string(withoutVideoEnding(nameOf(input))) + std::string(ending);
+  if (directory) return platform::pathIn(*directory, name);
+  return input.substr(0, input.size() - nameOf(input).size()) + name;
+}
+
 std::string hiddenName() {
   std::random_device random;
   std::string name = ".zelvo-avi-";
@@ -67,9 +73,11 @@ std::optional<std::string> folderRefusal(const OutputChoice& output, platform::F
 }  // namespace
 
 std::string repairedPath(const std::string& input, const std::optional<std::string>& directory) {
-  const std::string name = std::string(withoutVideoEnding(nameOf(input))) + "-repaired.avi";
-  if (directory) return platform::pathIn(*directory, name);
-  return input.substr(0, input.size() - nameOf(input).size()) + name;
+  return outputPath(input, directory, "-repaired.avi");
+}
+
+std::string salvagedPath(const std::string& input, const std::optional<std::string>& directory) {
+  return outputPath(input, directory, "-salvaged.avi");
 }
 
 std::error_code HiddenFile::create(const std::string& folder) {

@@ -27,6 +27,8 @@ struct OutputChoice {
 /// "FOLDER/clip.avi" gives "FOLDER/clip-repaired.avi", or "DIR/clip-repaired.avi" with a `directory` given. Only the
 /// endings of video files that this program is for are taken off the name.
 [[nodiscard]] std::string repairedPath(const std::string& input, const std::optional<std::string>& directory);
+/// The same with "-salvaged.avi".
+[[nodiscard]] std::string salvagedPath(const std::string& input, const std::optional<std::string>& directory);
 
 /// A file under a hidden name that nobody can guess, open for writing; removed when it is let go, unless it was
 /// renamed.

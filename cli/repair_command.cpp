@@ -5,29 +5,23 @@
 // 3. On the main thread: judge the run, and give the file its final name.
 #include "cli/commands.h"
 
-#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <utility>
 
 #include "cli/batch.h"
-#include "cli/command_inputs.h"
 #include "cli/engine_job.h"
+#include "cli/new_output.h"
 #include "cli/output_place.h"
 #include "cli/shown_text.h"
+#include "cli/worker_run.h"
 #include "engine/padded_copy.h"
 #include "engine/repair.h"
 #include "platform/paths.h"
-#include "platform/same_file.h"
 
 namespace zelvo::cli {
 
 namespace {
-
-std::string writeFailed(const OutputChoice& output, std::uint64_t offset, std::error_code cause) {
-  return "writing " + printable(output.path) + " failed after " + shownSize(offset) + ": " + cause.message() +
-         ". Nothing of it was left behind.";
-}
 
 /// One input's repair. Makes the engine's output: a hidden file beside the final name.
 class OneRepair final : public engine::OutputMaker {
@@ -35,9 +29,7 @@ class OneRepair final : public engine::OutputMaker {
   OneRepair(Environment& environment, EngineJob& job, const CommandInputs& inputs, OutputChoice output, bool padded)
       : environment_(environment),
         job_(job),
-        inputs_(inputs),
-        output_(std::move(output)),
-        folder_(platform::folderOf(output_.path)),
+        output_(environment, inputs, std::move(output)),
         isPadded_(padded),
         rebuilt_(environment.fileManager, environment.newFiles, job.written()),
         padded_(environment.fileManager, environment.newFiles, job.written()) {}
@@ -53,22 +45,13 @@ class OneRepair final : public engine::OutputMaker {
   /// Thread: the worker, as all that it calls.
   [[nodiscard]] engine::RepairReport work(const engine::RepairRun& run);
   void copyPadded(const platform::CancelMark& cancel);
-  void failWriting(std::uint64_t offset, std::error_code cause) { obstacle_ = writeFailed(output_, offset, cause); }
-  [[nodiscard]] Made refused(std::string sentence) {
-    obstacle_ = std::move(sentence);
-    return {.file = nullptr, .error = {}, .refused = true};
-  }
-
-  /// Has the new name, and that of a folder made for it, outlive a power cut.
-  void keepNames(Outcome& outcome);
+  void failWriting(std::uint64_t offset, std::error_code cause) { obstacle_ = output_.writeFailed(offset, cause); }
   void judge(Outcome& outcome, const ChosenInput& input, const engine::RepairReport& report,
              const platform::CancelMark& cancel);
 
   Environment& environment_;
   EngineJob& job_;
-  const CommandInputs& inputs_;
-  const OutputChoice output_;
-  const std::string folder_;
+  NewOutput output_;
   const bool isPadded_;
   HiddenFile rebuilt_;
   HiddenFile padded_;
@@ -76,16 +59,11 @@ class OneRepair final : public engine::OutputMaker {
 };
 
 engine::OutputMaker::Made OneRepair::make(std::uint64_t size) {
-  if (output_.makesFolder) {
-    if (const std::error_code error = environment_.fileManager.createFolder(folder_)) {
-      return refused("the folder " + printable(folder_) + " cannot be created: " + error.message() + ".");
-    }
-  }
   // Both the rebuilt file and its padded copy are there for a while.
   const std::uint64_t needed = isPadded_ ? size + engine::paddedCopySize(size) : size;
-  if (auto sentence = spaceMissing(folder_, needed, environment_.fileManager)) return refused(std::move(*sentence));
-  if (const std::error_code error = rebuilt_.create(folder_, output_)) {
-    return refused("no file can be created in " + printable(folder_) + ": " + error.message() + ".");
+  if (auto sentence = output_.create(rebuilt_, needed)) {
+    obstacle_ = std::move(*sentence);
+    return {.file = nullptr, .error = {}, .refused = true};
   }
   job_.beginWriting(Stage::writing, size);
   return {.file = rebuilt_.file(), .error = {}};
@@ -108,7 +86,7 @@ engine::RepairReport OneRepair::work(const engine::RepairRun& run) {
 }
 
 void OneRepair::copyPadded(const platform::CancelMark& cancel) {
-  if (const std::error_code error = padded_.create(folder_, output_)) {
+  if (const std::error_code error = output_.createAnother(padded_)) {
     failWriting(0, error);
     return;
   }
@@ -130,14 +108,6 @@ void OneRepair::copyPadded(const platform::CancelMark& cancel) {
   rebuilt_.remove();
 }
 
-void OneRepair::keepNames(Outcome& outcome) {
-  std::error_code error = environment_.newFiles.flushFolder(folder_);
-  if (!error && output_.makesFolder) error = environment_.newFiles.flushFolder(platform::folderOf(folder_));
-  if (!error) return;
-  job_.warn(outcome, printable(output_.path) +
-                         " is written, but a power cut could still take its name from it: " + error.message() + ".");
-}
-
 void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::RepairReport& report,
                       const platform::CancelMark& cancel) {
   if (judgeInput(outcome, input, report, cancel)) return;
@@ -149,25 +119,18 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
     return;
   }
   HiddenFile& written = isPadded_ ? padded_ : rebuilt_;
-  // A link can have come to lead to an input since the look before the work.
-  if (const auto replaced = inputs_.at(output_.path)) {
-    outcome.reason = printable(output_.path) + " leads to " + printable(*replaced) +
-                     " by now, which is an input of this command; an input is never written to. Name another output.";
-    return;
-  }
   const auto attributes = environment_.fileManager.attributes(written.path());
-  if (const std::error_code error = written.renameTo(output_)) {
-    outcome.reason = renameRefused(output_, error);
+  if (auto sentence = output_.publish(written)) {
+    outcome.reason = std::move(*sentence);
     return;
   }
-  keepNames(outcome);
+  if (const auto warning = output_.keepName()) job_.warn(outcome, *warning);
   outcome.verdict = Verdict::repaired;
-  outcome.outputPath = output_.path;
+  outcome.outputPath = output_.path();
   outcome.outputSize = attributes ? attributes->size : 0;
-  if (outcome.readFailures.count > 0) {
-    job_.warn(outcome, counted(outcome.readFailures.count, "read") + " of " + printable(input.path) +
-                           " failed, the first at byte " + shownNumber(outcome.readFailures.firstOffset) + ": " +
-                           outcome.readFailures.firstCause.message() + ". What lies there is missing from the output.");
+  if (const auto warning =
+          readsFailed(input.path, outcome.readFailures, " What lies there is missing from the output.")) {
+    job_.warn(outcome, *warning);
   }
 }
 
@@ -181,7 +144,7 @@ Outcome OneRepair::run(const std::string& inputPath) {
   }
   const ChosenInput& input = std::get<ChosenInput>(chosen);
   outcome.inputSize = input.attributes.size;
-  if (auto sentence = refusal(output_, input, environment_.fileManager)) {
+  if (auto sentence = refusal(output_.place(), input, environment_.fileManager)) {
     outcome.reason = std::move(*sentence);
     return outcome;
   }
@@ -227,25 +190,18 @@ class RepairCommand final : public Command {
     environment.console.setQuiet(quiet_);
     EngineJob job(environment, verbose_);
     Batch batch(environment, inputs_.size(), json_);
-    // Every output is judged against every input while all of them still are what the user named.
-    const CommandInputs all(inputs_, environment.fileManager);
-    std::vector<std::optional<std::string>> refusals;
-    for (const std::string& input : inputs_) refusals.push_back(all.refusal(input, placeFor(input).path));
-    for (std::size_t i = 0; i < inputs_.size() && batch.shouldContinue(); ++i) {
-      const OutputChoice place = placeFor(inputs_[i]);
-      if (!refusals[i]) refusals[i] = alreadyWritten(inputs_[i], place, environment.fileManager);
-      if (refusals[i]) {
-        Outcome outcome = outcomeOf("repair", inputs_[i]);
-        outcome.reason = *refusals[i];
-        batch.report(outcome);
-        continue;
-      }
-      const Outcome outcome = OneRepair(environment, job, all, place, into_.has_value()).run(inputs_[i]);
-      if (outcome.outputPath) {
-        written_.push_back({inputs_[i], environment.fileManager.attributes(*outcome.outputPath)});
-      }
-      batch.report(outcome);
-    }
+    workOnEach(
+        environment, batch, inputs_, [this](const std::string& input) { return placeFor(input); },
+        [&](const Assignment& assignment, const CommandInputs& all) {
+          Outcome outcome = outcomeOf("repair", assignment.input);
+          if (assignment.refusal) {
+            outcome.reason = *assignment.refusal;
+          } else {
+            outcome = OneRepair(environment, job, all, assignment.place, into_.has_value()).run(assignment.input);
+          }
+          batch.report(outcome);
+          return outcome.outputPath;
+        });
     return batch.finish();
   }
 
@@ -256,23 +212,6 @@ class RepairCommand final : public Command {
     return {repairedPath(input, outputFolder_), force_, false};
   }
 
-  /// A sentence when this very command wrote the file: not even `--force` means that one input's result replaces
-  /// another's.
-  [[nodiscard]] std::optional<std::string> alreadyWritten(const std::string& input, const OutputChoice& place,
-                                                          platform::FileManager& fileManager) const {
-    const auto there = fileManager.attributes(place.path);
-    const auto writer = std::find_if(written_.begin(), written_.end(),
-                                     [&](const Written& one) { return platform::areOneFile(one.file, there); });
-    if (writer == written_.end()) return std::nullopt;
-    return printable(input) + " is not repaired: " + printable(place.path) +
-           " has just been written for another input of the same name, " + printable(writer->input) + ".";
-  }
-
-  struct Written {
-    std::string input;
-    std::optional<platform::FileAttributes> file;
-  };
-  std::vector<Written> written_;
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;

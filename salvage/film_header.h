@@ -6,6 +6,7 @@
 #include <optional>
 #include <vector>
 
+#include "salvage/seen_streams.h"
 #include "salvage/surviving_headers.h"
 
 namespace zelvo::salvage {
@@ -29,5 +30,18 @@ struct FilmHeader {
   std::vector<FilmStream> streams;  ///< in the order of the repaired film; a slot's stream is an index in here
   platform::Bytes information;      ///< what the list "INFO" holds
 };
+
+/// What the damaged film's own headers give. Where all survive, they are in the order of the chunks' numbers. Where
+/// some are lost, those that are left are the last, since the front of a file is what gets overwritten, unless a super
+/// index or the chunks' types say otherwise; `seen` tells how many there were.
+/// Thread: any.
+[[nodiscard]] FilmHeader filmHeader(const SurvivingHeaders& headers, const std::vector<SeenStream>& seen);
+
+/// Those streams that `header` does not have.
+[[nodiscard]] std::vector<SeenStream> streamsWithoutHeader(const FilmHeader& header,
+                                                           const std::vector<SeenStream>& seen);
+
+/// Puts a stream in its place by number.
+void addStream(FilmHeader& header, FilmStream stream);
 
 }  // namespace zelvo::salvage

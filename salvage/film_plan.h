@@ -26,7 +26,9 @@ enum class SlotState : std::uint8_t {
 
 /// Bytes of the input that are a part of a payload.
 struct Piece {
-  std::uint64_t offset = 0;
+  static constexpr std::uint64_t kSilence = std::numeric_limits<std::uint64_t>::max();
+
+  std::uint64_t offset = 0;  ///< `kSilence`: of silence instead, or of zeros in a picture
   std::uint32_t size = 0;
 
   friend bool operator==(const Piece&, const Piece&) = default;
@@ -37,7 +39,8 @@ struct Slot {
   static constexpr std::uint32_t kOnePiece = std::numeric_limits<std::uint32_t>::max();
 
   std::uint64_t source = 0;          ///< where its payload lies in the input; of lost and refilled ones nothing
-  std::uint32_t size = 0;            ///< of its payload in the repaired film
+  std::uint32_t size = 0;            ///< of its payload in the repaired film; of lost and refilled ones that of the
+                                     ///< silence, 0 for pictures
   std::uint32_t pieces = kOnePiece;  ///< else the number of its first piece in `FilmPlan::pieces`, and there are
                                      ///< as many as add up to `size`
   std::uint8_t stream = 0;           ///< index in the repaired film's list of streams
@@ -83,5 +86,12 @@ struct FilmPlan {
   std::vector<PlanSpan> spans;      ///< rising by `begin`
   std::uint64_t indexedChunks = 0;  ///< entries of a believed index that the plan was made from
 };
+
+struct Evidence;
+
+/// Weighs the evidence and plans the film: by its index where one survives, by the chain of its chunks elsewhere.
+/// Failure: what cannot be read is no evidence.
+/// Thread: any.
+[[nodiscard]] FilmPlan planFilm(const Evidence& evidence);
 
 }  // namespace zelvo::salvage

@@ -55,6 +55,7 @@ class Scan {
                                                        static_cast<std::size_t>(heldEnd_ - from));
   }
   void scanWindow();
+  void noteZeros();
   bool walkTable();
   void beginTable(std::uint64_t offset);
   void endTable();
@@ -72,6 +73,7 @@ class Scan {
   platform::PageBytes window_;
   std::vector<std::uint32_t> beginnings_;
   MediaScan found_;
+  std::uint64_t zerosAt_ = 0;  ///< sectors before it have been looked at
   std::uint64_t at_;           ///< everything before it has been taken
   std::uint64_t limit_ = 0;    ///< the end of the file
   std::uint64_t start_ = 0;    ///< of the window
@@ -96,12 +98,26 @@ void Scan::skipUnreadable(std::uint64_t from, std::error_code cause) {
   at_ = end;
 }
 
+void Scan::noteZeros() {
+  const auto isZero = [](std::byte byte) { return byte == std::byte{0}; };
+  for (zerosAt_ = std::max(zerosAt_, start_); zerosAt_ + kSector <= heldEnd_; zerosAt_ += kSector) {
+    const auto sector = held(zerosAt_).first(kSector);
+    if (!isZero(sector.front()) || !std::ranges::all_of(sector, isZero)) continue;
+    if (!found_.zeroed.empty() && found_.zeroed.back().end == zerosAt_) {
+      found_.zeroed.back().end = zerosAt_ + kSector;
+    } else if (found_.zeroed.size() < limits_.zeroed) {
+      found_.zeroed.push_back({zerosAt_, zerosAt_ + kSector});
+    }
+  }
+}
+
 void Scan::readOn() {
   start_ = at_ / kPage * kPage;
   const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(windowSize_, limit_ - start_));
   const platform::IoResult result = input_.tryRead(start_, std::span(window_).first(wanted));
   heldEnd_ = start_ + result.count;
   endsHere_ = result.count < wanted || heldEnd_ == limit_;
+  noteZeros();
   if (heldEnd_ > at_) scanWindow();
   if (!endsHere_ || at_ < heldEnd_) return;
   if (walk_) endTable();

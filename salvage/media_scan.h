@@ -22,6 +22,9 @@ struct ByteSpan {
   friend bool operator==(const ByteSpan&, const ByteSpan&) = default;
 };
 
+/// The smallest unit that disks lose.
+inline constexpr std::uint64_t kSector = 512;
+
 /// How much a scan reads at a time and remembers, so that no input takes more memory than these say.
 struct ScanLimits {
   std::size_t windowSize = std::size_t{1} << 20U;  ///< in whole pages of 4096, at least two
@@ -30,6 +33,7 @@ struct ScanLimits {
   std::size_t candidates = 4'000'000;
   std::size_t indexes = 262'144;  ///< tables and standard indexes, each; later ones are masked but not remembered
   std::size_t unreadable = 65'536;
+  std::size_t zeroed = 65'536;  ///< stretches of zeros; later ones are not remembered
 };
 
 struct MediaScan {
@@ -37,11 +41,13 @@ struct MediaScan {
   std::vector<IndexTable> tables;              ///< rising
   std::vector<StandardIndex> standardIndexes;  ///< rising
   std::vector<ByteSpan> unreadable;            ///< rising, apart from one another
-  std::uint64_t unreadableBytes = 0;           ///< also of stretches that are not remembered
-  std::uint64_t leftOut = 0;                   ///< candidates and indexes that found no room
-  std::uint64_t dropped = 0;                   ///< candidates that made room for others
-  std::uint64_t end = 0;                       ///< behind the last byte that was looked at
-  bool isComplete = false;                     ///< false when `isEnding` ended it
+  /// Stretches of whole sectors of `kSector` that hold zeros alone: rising, apart from one another.
+  std::vector<ByteSpan> zeroed;
+  std::uint64_t unreadableBytes = 0;  ///< also of stretches that are not remembered
+  std::uint64_t leftOut = 0;          ///< candidates and indexes that found no room
+  std::uint64_t dropped = 0;          ///< candidates that made room for others
+  std::uint64_t end = 0;              ///< behind the last byte that was looked at
+  bool isComplete = false;            ///< false when `isEnding` ended it
 
   /// Where chunks may end though no candidate begins there: in front of each table.
   [[nodiscard]] std::vector<std::uint64_t> chunkEnds() const;

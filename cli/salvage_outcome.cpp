@@ -1,0 +1,174 @@
+#include "cli/salvage_outcome.h"
+
+#include <algorithm>
+#include <array>
+
+#include "cli/json_writer.h"
+#include "cli/salvage_words.h"
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+using salvage::SalvageReport;
+using salvage::SlotState;
+using salvage::SlotTally;
+
+constexpr std::uint64_t kSalvageVersion = 1;
+
+std::string line(std::string_view label, const std::string& text) {
+  std::string padded = "  " + std::string(label) + ":";
+  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
+  return padded + text + "\n";
+}
+
+std::string headerWords(const SalvageReport& report) {
+  const auto isOwn = [](const salvage::SalvagedStream& one) { return one.origin == salvage::HeaderOrigin::own; };
+  const auto own = static_cast<std::size_t>(std::ranges::count_if(report.streams, isOwn));
+  if (own == report.streams.size()) return report.hasMainHeader ? "the film's own" : "partly lost, and made again";
+  return shownNumber(own) + " of " + counted(report.streams.size(), "stream") + " have their own";
+}
+
+void write(JsonWriter& json, std::string_view name, const SlotTally& tally) {
+  json.key(name);
+  json.beginObject();
+  json.member("chunks", tally.chunks);
+  json.member("bytes", tally.bytes);
+  json.key("seconds");
+  json.seconds(tally.seconds);
+  json.endObject();
+}
+
+void writeStreams(JsonWriter& json, const SalvageReport& report) {
+  json.key("streams");
+  json.beginArray();
+  for (const salvage::SalvagedStream& stream : report.streams) {
+    json.beginObject();
+    json.member("kind", kindOf(stream));
+    json.member("codec", codecOf(stream));
+    if (stream.formatTag) json.member("format_tag", *stream.formatTag);
+    json.member("number", stream.number);
+    json.member("header", nameOf(stream.origin));
+    write(json, "all", stream.all());
+    for (std::size_t state = 0; state < salvage::kSlotStates; ++state) {
+      write(json, nameOf(static_cast<SlotState>(state)), stream.slots[state]);
+    }
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void writeIndexes(JsonWriter& json, const SalvageReport& report) {
+  json.key("indexes");
+  json.beginArray();
+  for (const salvage::TemplateSource& index : report.indexes) {
+    json.beginObject();
+    json.member("offset", index.offset);
+    json.member("entries", index.entries);
+    constexpr std::array<std::string_view, 3> kNames{"unknown", "own", "foreign"};
+    json.member("film", kNames[static_cast<std::size_t>(index.belonging)]);
+    json.endObject();
+  }
+  json.endArray();
+  json.member("indexed_chunks", report.indexedChunks);
+}
+
+void writeOffset(JsonWriter& json, std::string_view name, const std::optional<std::uint64_t>& offset) {
+  json.key(name);
+  if (offset) {
+    json.number(*offset);
+  } else {
+    json.null();
+  }
+}
+
+void writeSpans(JsonWriter& json, const SalvageReport& report) {
+  json.key("spans");
+  json.beginArray();
+  for (const salvage::SalvagedSpan& span : report.spans) {
+    json.beginObject();
+    json.member("begin", span.span.begin);
+    json.member("end", span.span.end);
+    writeOffset(json, "original_begin", span.span.originalBegin);
+    writeOffset(json, "original_end", span.span.originalEnd);
+    json.key("time_begin");
+    json.seconds(span.begin);
+    json.key("time_end");
+    json.seconds(span.end);
+    json.member("cause", nameOf(span.span.cause));
+    json.member("done", doneAbout(span.span.cause));
+    json.member("chunks", span.span.slots);
+    json.key("streams");
+    json.beginArray();
+    for (const std::uint8_t stream : span.streams) json.number(stream);
+    json.endArray();
+    json.endObject();
+  }
+  json.endArray();
+  json.member("spans_left_out", report.spansLeftOut);
+}
+
+void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
+  json.key("report");
+  if (!report) {
+    json.null();
+    return;
+  }
+  json.beginObject();
+  json.member("verdict", nameOf(report->verdict));
+  json.member("sentence", verdictSentence(*report));
+  json.member("main_header", report->hasMainHeader ? "own" : "synthesised");
+  writeStreams(json, *report);
+  writeIndexes(json, *report);
+  writeSpans(json, *report);
+  json.key("sync_before");
+  json.seconds(report->syncBefore);
+  json.key("sync_after");
+  json.seconds(report->syncAfter);
+  json.member("unreadable", report->unreadable);
+  json.endObject();
+}
+
+}  // namespace
+
+std::string inWords(const SalvageOutcome& outcome, bool spans) {
+  const Outcome& base = outcome.outcome;
+  const bool isThere = base.verdict == Verdict::repaired || base.verdict == Verdict::repairable;
+  if (!isThere || !outcome.report) return {};
+  const SalvageReport& report = *outcome.report;
+  const std::string input = printable(base.inputPath);
+  std::string text = input + ": " + verdictSentence(report) + "\n";
+  for (const salvage::SalvagedStream& stream : report.streams) {
+    const std::string kind(kindOf(stream));
+    text += line(std::string(1, static_cast<char>(kind.front() - 'a' + 'A')) + kind.substr(1),
+                 codecOf(stream) + ", " + streamWords(stream));
+  }
+  text += line("Headers", headerWords(report));
+  if (spans) {
+    for (const salvage::SalvagedSpan& span : report.spans) text += line("Damage", spanWords(span, report));
+  } else if (!report.spans.empty()) {
+    text += line("Damage", counted(report.spans.size() + report.spansLeftOut, "place") + "; --verbose tells each");
+  }
+  if (base.verdict == Verdict::repairable) {
+    return text + line("Output", shownSize(base.outputSize.value_or(0)) + " would be written");
+  }
+  const std::string output = base.outputPath.value_or("");
+  text += line("Written", printable(output) + " (" + shownSize(base.outputSize.value_or(0)) + ", in " +
+                              shownSeconds(base.seconds) + ")");
+  text += line("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
+  return text + line("Unchanged", input);
+}
+
+std::string inJson(const SalvageOutcome& outcome) {
+  JsonWriter json;
+  json.beginObject();
+  json.member("version", kSalvageVersion);
+  beginJson(json, outcome.outcome);
+  writeReport(json, outcome.report);
+  endJson(json, outcome.outcome);
+  json.endObject();
+  return json.take() + "\n";
+}
+
+}  // namespace zelvo::cli

@@ -1,0 +1,223 @@
+#include "cli/salvage_words.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "avi/codec_names.h"
+#include "avi/codec_text.h"
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+using salvage::LossCause;
+using salvage::SalvagedStream;
+using salvage::SalvageReport;
+using salvage::SalvageVerdict;
+using salvage::SlotState;
+using salvage::SlotTally;
+
+namespace {
+
+SlotTally both(const SalvagedStream& stream, SlotState one, SlotState other) {
+  const SlotTally& first = stream.of(one);
+  const SlotTally& second = stream.of(other);
+  return {first.chunks + second.chunks, first.bytes + second.bytes, first.seconds + second.seconds};
+}
+
+/// "; 3 lost (0.12 s)"; nothing of none.
+std::string share(const SlotTally& tally, std::string_view what) {
+  if (tally.chunks == 0) return {};
+  std::string text = ", " + shownNumber(tally.chunks) + " " + std::string(what);
+  if (tally.seconds > 0) text += " (" + fixedPoint(tally.seconds, 2) + " s)";
+  return text;
+}
+
+/// Seconds of the film's first stream of a type that are not as they were; nothing of a film without one.
+std::optional<double> secondsHurt(const SalvageReport& report, avi::FourCC type) {
+  const auto stream = std::ranges::find(report.streams, type, &SalvagedStream::type);
+  if (stream == report.streams.end()) return std::nullopt;
+  return stream->notWhole().seconds;
+}
+
+}  // namespace
+
+std::string_view nameOf(SalvageVerdict verdict) {
+  switch (verdict) {
+    case SalvageVerdict::clean:
+      return "clean";
+    case SalvageVerdict::repaired:
+      return "repaired";
+    case SalvageVerdict::partial:
+      return "partial";
+    case SalvageVerdict::hopeless:
+      break;
+  }
+  return "hopeless";
+}
+
+std::string_view nameOf(salvage::HeaderOrigin origin) {
+  switch (origin) {
+    case salvage::HeaderOrigin::donor:
+      return "donor";
+    case salvage::HeaderOrigin::synthesised:
+      return "synthesised";
+    case salvage::HeaderOrigin::own:
+      break;
+  }
+  return "own";
+}
+
+std::string_view nameOf(LossCause cause) {
+  switch (cause) {
+    case LossCause::overwritten:
+      return "overwritten";
+    case LossCause::zeroed:
+      return "zeroed";
+    case LossCause::missing:
+      return "missing";
+    case LossCause::inserted:
+      return "inserted";
+    case LossCause::doubled:
+      return "doubled";
+    case LossCause::foreign:
+      return "foreign";
+    case LossCause::sizeField:
+      return "size-field";
+    case LossCause::code:
+      return "code";
+    case LossCause::cut:
+      return "cut";
+    case LossCause::unreadable:
+      break;
+  }
+  return "unreadable";
+}
+
+std::string_view doneAbout(LossCause cause) {
+  switch (cause) {
+    case LossCause::overwritten:
+    case LossCause::zeroed:
+    case LossCause::unreadable:
+      return "what is left is kept, the time of what is lost is filled";
+    case LossCause::missing:
+    case LossCause::cut:
+      return "the time of what is lost is filled";
+    case LossCause::inserted:
+    case LossCause::doubled:
+    case LossCause::foreign:
+      return "left out";
+    case LossCause::sizeField:
+      return "the size is mended";
+    case LossCause::code:
+      break;
+  }
+  return "the code is mended";
+}
+
+std::string_view nameOf(SlotState state) {
+  switch (state) {
+    case SlotState::whole:
+      return "whole";
+    case SlotState::sizeMended:
+      return "size-mended";
+    case SlotState::codeMended:
+      return "code-mended";
+    case SlotState::damaged:
+      return "damaged";
+    case SlotState::torn:
+      return "torn";
+    case SlotState::cut:
+      return "cut";
+    case SlotState::lost:
+      return "lost";
+    case SlotState::refilled:
+      break;
+  }
+  return "refilled";
+}
+
+std::string_view kindOf(const SalvagedStream& stream) {
+  if (stream.type == avi::kVids) return "video";
+  if (stream.type == avi::kAuds) return "sound";
+  if (stream.type == avi::FourCC{"txts"}) return "text";
+  return "data";
+}
+
+std::string codecOf(const SalvagedStream& stream) {
+  if (stream.formatTag) {
+    const std::string_view name = avi::audioFormatName(*stream.formatTag);
+    return name.empty() ? "format " + shownHex(*stream.formatTag, 4) : std::string(name);
+  }
+  const auto code = stream.handler.bytes();
+  const std::string_view name = avi::videoCodecName(code);
+  if (!name.empty()) return std::string(name);
+  const std::string text = printable(avi::codecText(code));
+  return text.empty() ? "uncompressed" : text;
+}
+
+std::string shownTime(double seconds) {
+  const auto hundredths = static_cast<std::uint64_t>(std::llround(std::clamp(seconds, 0.0, 1e12) * 100));
+  const auto two = [](std::uint64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
+  const std::uint64_t minutes = hundredths / 6000;
+  const std::string rest = two(hundredths / 100 % 60) + "." + two(hundredths % 100);
+  if (minutes < 60) return std::to_string(minutes) + ":" + rest;
+  return std::to_string(minutes / 60) + ":" + two(minutes % 60) + ":" + rest;
+}
+
+std::string verdictSentence(const SalvageReport& report) {
+  switch (report.verdict) {
+    case SalvageVerdict::clean:
+      return "Nothing is wrong with this film.";
+    case SalvageVerdict::repaired:
+      return "This film was damaged; all of its pictures and sound are there again.";
+    case SalvageVerdict::hopeless:
+      return "Nothing of this film can be brought back.";
+    case SalvageVerdict::partial:
+      break;
+  }
+  std::string text = "This film was damaged; ";
+  const auto video = secondsHurt(report, avi::kVids);
+  const auto sound = secondsHurt(report, avi::kAuds);
+  if (video) text += fixedPoint(*video, 1) + " s of its pictures";
+  if (video && sound) text += " and ";
+  if (sound) text += fixedPoint(*sound, 1) + " s of its sound";
+  if (!video && !sound) text += "some of it";
+  return text + " are lost or hurt, the rest is there, in step.";
+}
+
+std::string streamWords(const SalvagedStream& stream) {
+  std::string text = counted(stream.all().chunks, "chunk");
+  text += share(both(stream, SlotState::sizeMended, SlotState::codeMended), "mended");
+  text += share(both(stream, SlotState::damaged, SlotState::torn), "damaged");
+  text += share(stream.of(SlotState::cut), "cut short");
+  text += share(both(stream, SlotState::lost, SlotState::refilled), "lost");
+  return text;
+}
+
+std::string spanWords(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+  std::string text =
+      "bytes " + shownNumber(span.span.begin) + " to " + shownNumber(span.span.end) + ", at " + shownTime(span.begin);
+  if (span.end > span.begin) text += " to " + shownTime(span.end);
+  text += ": " + std::string(nameOf(span.span.cause));
+  for (const std::uint8_t stream : span.streams) {
+    text += (stream == span.streams.front() ? " (" : ", ") + std::string(kindOf(report.streams[stream])) + " " +
+            std::to_string(stream);
+  }
+  if (!span.streams.empty()) text += ")";
+  return text + "; " + std::string(doneAbout(span.span.cause));
+}
+
+std::string whyNothing(const SalvageReport& report, const std::string& name) {
+  if (report.inputSize == 0) return name + " is empty.";
+  if (report.end == salvage::SalvageEnd::noHeader) {
+    return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
+  }
+  if (report.end == salvage::SalvageEnd::tooLarge) {
+    return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +
+           " large, and no more than " + shownSize(report.outputLimit) +
+           " can be right; use --allow-growth to have it all the same.";
+  }
+  return "nothing can be brought back from " + name + ": no picture and no sound was found in it.";
+}
+
+}  // namespace zelvo::cli

@@ -1,0 +1,35 @@
+/// What a deep repair found and did, in words for a person.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "salvage/salvage_report.h"
+
+namespace zelvo::cli {
+
+[[nodiscard]] std::string_view nameOf(salvage::SalvageVerdict verdict);
+[[nodiscard]] std::string_view nameOf(salvage::HeaderOrigin origin);
+[[nodiscard]] std::string_view nameOf(salvage::LossCause cause);
+[[nodiscard]] std::string_view nameOf(salvage::SlotState state);
+
+/// What a stream holds: "video", "sound", "text" or "data".
+[[nodiscard]] std::string_view kindOf(const salvage::SalvagedStream& stream);
+/// Its codec, as people call it.
+[[nodiscard]] std::string codecOf(const salvage::SalvagedStream& stream);
+
+/// One sentence that a layman understands: how much of the film is there.
+[[nodiscard]] std::string verdictSentence(const salvage::SalvageReport& report);
+/// What became of one stream's chunks: "1,234 chunks, 12 mended, 3 lost (0.12 s)".
+[[nodiscard]] std::string streamWords(const salvage::SalvagedStream& stream);
+/// One stretch of damage: where, what, and what was done about it.
+[[nodiscard]] std::string spanWords(const salvage::SalvagedSpan& span, const salvage::SalvageReport& report);
+/// What was done about a cause.
+[[nodiscard]] std::string_view doneAbout(salvage::LossCause cause);
+/// "1:02:03.45", "2:03.45".
+[[nodiscard]] std::string shownTime(double seconds);
+
+/// Why nothing was written; a sentence about the input called `name`, which is printable already.
+[[nodiscard]] std::string whyNothing(const salvage::SalvageReport& report, const std::string& name);
+
+}  // namespace zelvo::cli

@@ -1,0 +1,270 @@
+// Each chunk of the chain is held until the next one is known: only then can its end be judged. Where it does not end
+// there, headers with dead codes are looked for from the next chunk backwards, and what is left between is weighed: a
+// wrong size, lost chunks, or missing bytes.
+#include "salvage/chain_film.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "salvage/payload_length.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+constexpr std::uint64_t kChunkHeader = 8;
+/// Fewer bytes between chunks hold nothing.
+constexpr std::uint64_t kSmallestGap = 8;
+/// Payloads that are longer are not read to find their end.
+constexpr std::uint64_t kLongest = std::uint64_t{8} << 20U;
+
+/// A chunk, or another header of the chain, whose end is not judged yet.
+struct Link {
+  std::uint64_t offset = 0;
+  std::uint64_t next = 0;                    ///< where the next header is expected
+  std::uint32_t size = 0;                    ///< as it stands there
+  std::uint8_t stream = FilmStreams::kNone;  ///< index in the film's header; `kNone` of what is no chunk of it
+  bool isData = false;                       ///< a chunk, of whatever stream
+  SlotState state = SlotState::whole;
+
+  [[nodiscard]] std::uint64_t payload() const { return offset + kChunkHeader; }
+  [[nodiscard]] std::uint64_t payloadEnd() const { return payload() + size; }
+};
+
+class Filling {
+ public:
+  Filling(const Evidence& evidence, const FilmStreams& streams, ChunkEnds& ends, const std::vector<Codec>& codecs,
+          const std::vector<PayloadShape>& shapes, ByteSpan within)
+      : evidence_(evidence), streams_(streams), within_(within), ends_(ends), codecs_(codecs), shapes_(shapes) {}
+
+  /// Takes the next header of the chain.
+  void take(const Candidate& candidate, bool isForeign);
+  ChainFilm end();
+
+ private:
+  [[nodiscard]] Link linkOf(const Candidate& candidate) const;
+  [[nodiscard]] Link linkOf(const DeadHeader& header) const;
+  void goOnTo(const Link& link);
+  void settle(std::uint64_t next);
+  void settleAtEnd();
+  void keep(std::uint32_t size, SlotState state);
+  void noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer = 0);
+  void noteTear(std::uint64_t at, std::uint64_t missing);
+  [[nodiscard]] const StreamFacts* factsOf(const Link& link) const;
+  [[nodiscard]] std::optional<std::uint32_t> ownLength(std::uint64_t room) const;
+  [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
+  [[nodiscard]] bool isFixed(std::uint64_t room) const;
+  [[nodiscard]] Fit completeness(std::uint32_t size) const;
+  [[nodiscard]] bool mayBeLonger(std::uint64_t room) const;
+
+  const Evidence& evidence_;
+  const FilmStreams& streams_;
+  const ByteSpan within_;
+  ChunkEnds& ends_;
+  const std::vector<Codec>& codecs_;
+  const std::vector<PayloadShape>& shapes_;
+  std::optional<Link> held_;
+  ChainFilm film_;
+};
+
+Link Filling::linkOf(const Candidate& candidate) const {
+  Link link;
+  link.offset = candidate.offset();
+  link.next = candidate.next();
+  link.size = candidate.size();
+  link.isData = candidate.kind() == CandidateKind::data;
+  if (link.isData) link.stream = streams_.indexOf(candidate.stream());
+  return link;
+}
+
+Link Filling::linkOf(const DeadHeader& header) const {
+  return {header.offset,        header.payloadEnd() + header.size % 2, header.size, header.stream, true,
+          SlotState::codeMended};
+}
+
+const StreamFacts* Filling::factsOf(const Link& link) const {
+  if (link.stream == FilmStreams::kNone) return nullptr;
+  const std::uint8_t number = streams_.numberOf(link.stream);
+  return number < evidence_.facts.size() ? &evidence_.facts[number] : nullptr;
+}
+
+void Filling::keep(std::uint32_t size, SlotState state) {
+  if (held_->stream == FilmStreams::kNone) return;
+  Slot slot;
+  slot.source = held_->payload();
+  slot.size = size;
+  slot.stream = held_->stream;
+  slot.state = state;
+  film_.slots.push_back(slot);
+}
+
+void Filling::noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer) {
+  if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, longer, false});
+}
+
+void Filling::noteTear(std::uint64_t at, std::uint64_t missing) {
+  film_.gaps.push_back({film_.slots.size(), at, at, missing, 0, true});
+}
+
+/// The length that the codec of the held chunk finds within `room` bytes.
+std::optional<std::uint32_t> Filling::ownLength(std::uint64_t room) const {
+  if (held_->stream == FilmStreams::kNone || held_->stream >= codecs_.size() || room > kLongest) return std::nullopt;
+  const Codec codec = codecs_[held_->stream];
+  const platform::Bytes bytes = evidence_.input.readBytes(held_->payload(), static_cast<std::size_t>(room));
+  return payloadLength(codec, bytes);
+}
+
+/// The length of a payload that fills `room` up to the next header, one pad byte left out.
+std::uint32_t Filling::lengthWithin(std::uint64_t room) const {
+  const StreamFacts* facts = factsOf(*held_);
+  const auto size = static_cast<std::uint32_t>(room);
+  if (facts != nullptr && facts->fixedSize && (*facts->fixedSize == size || *facts->fixedSize + 1 == size))
+    return *facts->fixedSize;
+  if (streams_.countsBytes(held_->stream)) return size - size % streams_.blockOf(held_->stream);
+  std::array<std::byte, 1> last{};
+  const bool hasLast = evidence_.input.read(held_->payload() + room - 1, last) == 1;
+  return hasLast && last[0] == std::byte{0} ? size - 1 : size;
+}
+
+/// Whether the held chunk's payload is complete when it is so long.
+Fit Filling::completeness(std::uint32_t size) const {
+  constexpr std::uint32_t kEdge = 64;
+  const std::size_t length = std::min(kEdge, size);
+  const platform::Bytes head = evidence_.input.readBytes(held_->payload(), length);
+  const platform::Bytes tail = evidence_.input.readBytes(held_->payload() + size - length, length);
+  return shapes_[held_->stream].isComplete(head, tail, size);
+}
+
+/// Whether a chunk of the stream's one size fills the room.
+bool Filling::isFixed(std::uint64_t room) const {
+  const StreamFacts* facts = factsOf(*held_);
+  return facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
+}
+
+/// Whether the held chunk rather fills all of `room` than ends where it says and is followed by a lost one.
+bool Filling::mayBeLonger(std::uint64_t room) const {
+  const StreamFacts* facts = factsOf(*held_);
+  if (facts == nullptr || completeness(lengthWithin(room)) == Fit::contradicts) return false;
+  const auto longer = static_cast<std::uint32_t>(room);
+  if (facts->fixedSize) return false;
+  const std::uint8_t number = streams_.numberOf(held_->stream);
+  if (longer > std::uint64_t{facts->largest} * 3 / 2) return false;
+  return ends_.usualness(number, longer) * 2 >= ends_.usualness(number, held_->size);
+}
+
+/// The held chunk is followed by a header at `next`, and none is between.
+void Filling::settle(std::uint64_t next) {
+  if (!held_) {
+    noteGap(within_.begin, next);
+    return;
+  }
+  const std::uint64_t room = next - std::min(next, held_->payload());
+  const bool closes = held_->next == next || (held_->isData && held_->payloadEnd() == next);
+  if (closes || !held_->isData || held_->stream == FilmStreams::kNone || room > 0xfffffffe) {
+    keep(held_->size, held_->state);
+    if (!closes && held_->next < next) noteGap(held_->next, next);
+    return;
+  }
+  const StreamFacts* facts = factsOf(*held_);
+  const auto own = room == 0 ? std::nullopt : ownLength(room);
+  if (own && *own + 1 >= room) {
+    keep(*own, *own == held_->size ? held_->state : SlotState::sizeMended);
+    return;
+  }
+  if (held_->next < next) {
+    if (own && *own != held_->size) {
+      keep(*own, SlotState::sizeMended);
+      noteGap(held_->payload() + *own, next);
+    } else if (!own && (isFixed(room) || completeness(lengthWithin(room)) == Fit::fits)) {
+      keep(lengthWithin(room), SlotState::sizeMended);
+    } else {
+      keep(held_->size, held_->state);
+      noteGap(held_->next, next, !own && mayBeLonger(room) ? lengthWithin(room) : 0);
+    }
+    return;
+  }
+  const bool isImplausible =
+      facts != nullptr && facts->largest != 0 && held_->size > std::uint64_t{facts->largest} * 3 / 2;
+  if (room > 0 && (isFixed(room) || isImplausible || completeness(lengthWithin(room)) == Fit::fits)) {
+    keep(lengthWithin(room), SlotState::sizeMended);
+    return;
+  }
+  keep(static_cast<std::uint32_t>(room), SlotState::torn);
+  noteTear(next, held_->next - next);
+}
+
+/// The data end behind the held chunk.
+void Filling::settleAtEnd() {
+  if (!held_) {
+    noteGap(within_.begin, within_.end);
+    return;
+  }
+  if (!held_->isData || held_->payloadEnd() <= within_.end) {
+    keep(held_->size, held_->state);
+    noteGap(std::min(held_->next, within_.end), within_.end);
+    return;
+  }
+  if (within_.end != evidence_.scan.end) {
+    settle(within_.end);
+    return;
+  }
+  if (held_->stream == FilmStreams::kNone || !streams_.isSound(held_->stream)) return;
+  auto left = static_cast<std::uint32_t>(within_.end - std::min(within_.end, held_->payload()));
+  if (streams_.countsBytes(held_->stream)) left -= left % streams_.blockOf(held_->stream);
+  if (left > 0) keep(left, SlotState::cut);
+}
+
+void Filling::goOnTo(const Link& link) {
+  const bool closes = held_ && (held_->next == link.offset || (held_->isData && held_->payloadEnd() == link.offset));
+  std::vector<DeadHeader> dead;
+  if (!closes) {
+    const std::uint64_t from = held_ ? held_->payload() : within_.begin;
+    std::uint64_t target = link.offset;
+    while (auto header = ends_.closingOn(from, target)) {
+      dead.push_back(*header);
+      target = header->offset;
+      if (held_ && held_->next == target) break;
+    }
+  }
+  for (; !dead.empty(); dead.pop_back()) {
+    settle(dead.back().offset);
+    held_ = linkOf(dead.back());
+  }
+  settle(link.offset);
+  held_ = link;
+}
+
+void Filling::take(const Candidate& candidate, bool isForeign) {
+  Link link = linkOf(candidate);
+  if (isForeign) link.stream = FilmStreams::kNone;
+  goOnTo(link);
+}
+
+ChainFilm Filling::end() {
+  settleAtEnd();
+  return std::move(film_);
+}
+
+}  // namespace
+
+ChainFilms::ChainFilms(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain,
+                       std::span<const std::uint8_t> isForeign)
+    : evidence_(evidence), streams_(streams), chain_(chain), isForeign_(isForeign), ends_(evidence, streams) {
+  for (const FilmStream& stream : evidence.header.streams) {
+    codecs_.push_back(codecOf(stream.header));
+    shapes_.emplace_back(stream.header);
+  }
+}
+
+ChainFilm ChainFilms::part(ByteSpan within) {
+  const CandidateList& candidates = evidence_.scan.candidates;
+  Filling filling(evidence_, streams_, ends_, codecs_, shapes_, within);
+  const auto first = std::ranges::lower_bound(chain_, within.begin, {},
+                                              [&](std::uint32_t number) { return candidates[number].offset(); });
+  for (auto at = first; at != chain_.end() && candidates[*at].offset() < within.end; ++at)
+    filling.take(candidates[*at], !isForeign_.empty() && isForeign_[*at] != 0);
+  return filling.end();
+}
+
+}  // namespace zelvo::salvage

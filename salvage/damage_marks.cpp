@@ -1,0 +1,81 @@
+#include "salvage/damage_marks.h"
+
+#include <algorithm>
+#include <array>
+
+#include "salvage/codec.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+bool mayHoldZeros(Codec codec) {
+  switch (codec) {
+    case Codec::rawPicture:
+    case Codec::pcm:
+    case Codec::aLaw:
+    case Codec::muLaw:
+    case Codec::imaAdpcm:
+    case Codec::msAdpcm:
+    case Codec::unknown:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Whether zeros end just where their sectors do: zeros of a payload's own end anywhere.
+bool hasSharpEnds(avi::InputFile& input, const ByteSpan& zeros) {
+  constexpr std::size_t kEdge = 4;
+  const auto isClear = [&](std::uint64_t from) {
+    std::array<std::byte, kEdge> bytes{};
+    const std::size_t held = input.read(from, bytes);
+    return std::ranges::all_of(std::span(bytes).first(held), [](std::byte byte) { return byte == std::byte{0}; });
+  };
+  return zeros.begin >= kEdge && !isClear(zeros.begin - kEdge) && !isClear(zeros.end);
+}
+
+/// The first of `spans` that ends behind `begin`.
+std::vector<ByteSpan>::const_iterator firstBehind(const std::vector<ByteSpan>& spans, std::uint64_t begin) {
+  return std::ranges::upper_bound(spans, begin, {}, &ByteSpan::end);
+}
+
+}  // namespace
+
+bool touches(const std::vector<ByteSpan>& spans, std::uint64_t begin, std::uint64_t end) {
+  const auto found = firstBehind(spans, begin);
+  return found != spans.end() && found->begin < end;
+}
+
+void markDamage(const Evidence& evidence, FilmPlan& plan) {
+  const auto& zeroed = evidence.scan.zeroed;
+  const auto& unreadable = evidence.scan.unreadable;
+  if (zeroed.empty() && unreadable.empty()) return;
+  std::vector<ByteSpan> sharp;
+  for (const ByteSpan& zeros : zeroed) {
+    if (hasSharpEnds(evidence.input, zeros)) sharp.push_back(zeros);
+  }
+  std::vector<bool> holdsZeros;
+  for (const FilmStream& stream : evidence.header.streams) holdsZeros.push_back(mayHoldZeros(codecOf(stream.header)));
+  const auto isHurt = [&](const Slot& slot, std::uint64_t begin, std::uint64_t size) {
+    return touches(unreadable, begin, begin + size) ||
+           touches(holdsZeros[slot.stream] ? sharp : zeroed, begin, begin + size);
+  };
+  for (Slot& slot : plan.slots) {
+    const bool isSound =
+        slot.state == SlotState::whole || slot.state == SlotState::sizeMended || slot.state == SlotState::codeMended;
+    if (!isSound || !slot.hasSource()) continue;
+    if (slot.pieces == Slot::kOnePiece) {
+      if (isHurt(slot, slot.source, slot.size)) slot.state = SlotState::damaged;
+      continue;
+    }
+    std::uint64_t left = slot.size;
+    for (std::size_t i = slot.pieces; left > 0 && i < plan.pieces.size(); ++i) {
+      const Piece& piece = plan.pieces[i];
+      left -= std::min<std::uint64_t>(left, piece.size);
+      if (piece.offset != Piece::kSilence && isHurt(slot, piece.offset, piece.size)) slot.state = SlotState::damaged;
+    }
+  }
+}
+
+}  // namespace zelvo::salvage

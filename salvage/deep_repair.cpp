@@ -1,0 +1,144 @@
+// The run:
+// 1. Headers, as far as they survive.
+// 2. One pass over the input for everything that may be a chunk or an index.
+// 3. What the streams have in common, what the indexes say, and from all of it the plan. Then the evidence is let go.
+// 4. The film is laid out, judged by its size, and written.
+#include "salvage/deep_repair.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "avi/input_file.h"
+#include "salvage/evidence.h"
+#include "salvage/film_writer.h"
+#include "salvage/header_donor.h"
+#include "salvage/plan_choices.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+/// Tells the observer how much was read.
+class WatchedFile final : public platform::ReadableFile {
+ public:
+  WatchedFile(platform::ReadableFile& file, SalvageObserver& observer) : file_(file), observer_(observer) {}
+  platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    const platform::IoResult result = file_.readAt(offset, into);
+    observer_.read(result.count);
+    return result;
+  }
+  std::uint64_t size() override { return file_.size(); }
+
+ private:
+  platform::ReadableFile& file_;
+  SalvageObserver& observer_;
+};
+
+/// How large the output may be: an output that is much larger than its input is a fault or an attack.
+std::uint64_t largestOutput(std::uint64_t inputSize) {
+  constexpr std::uint64_t kRoom = std::uint64_t{16} << 20U;
+  return inputSize + inputSize / 20 + kRoom;
+}
+
+class Work {
+ public:
+  explicit Work(const SalvageRun& run) : run_(run), file_(run.input, run.observer), input_(file_) {
+    report_.inputSize = run.inputSize;
+    report_.outputLimit = largestOutput(run.inputSize);
+  }
+
+  SalvageReport perform() {
+    report_.end = makePlan();
+    if (report_.end == SalvageEnd::planned) report_.end = makeFilm();
+    if (run_.cancel.abandoned()) report_.end = SalvageEnd::stopped;
+    report_.readFailures = input_.failures();
+    return std::move(report_);
+  }
+
+ private:
+  [[nodiscard]] bool isEnding() const { return run_.cancel.abandoned(); }
+
+  SalvageEnd makePlan() {
+    run_.observer.stage(SalvageStage::readingHeaders);
+    const SurvivingHeaders headers = survivingHeaders(input_);
+    report_.hasMainHeader = headers.main.has_value();
+    report_.headersClaimed = headers.main ? headers.main->streams : 0;
+    if (isEnding()) return SalvageEnd::stopped;
+    const StreamCodes codes(headers);
+    run_.observer.stage(SalvageStage::searching);
+    const MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, [this] { return isEnding(); });
+    if (isEnding()) return SalvageEnd::stopped;
+
+    run_.observer.stage(SalvageStage::weighing);
+    const ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
+    const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
+    const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
+    header_ = filmHeader(headers, seen);
+    findLostHeaders(scan, chain, seen, index);
+    applyKnownRates(header_, run_.choices.rates);
+    if (header_.streams.empty()) return seen.empty() ? SalvageEnd::noMedia : SalvageEnd::noHeader;
+    const std::vector<StreamFacts> facts = learnStreams(scan.candidates, chain);
+    report_.indexes = index.tables;
+    report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
+    if (isEnding()) return SalvageEnd::stopped;
+    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index});
+    describePlan(report_, plan_, header_);
+    if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
+    if (run_.choices.closesGaps) {
+      closeGaps(plan_);
+      report_.syncAfter = report_.syncBefore;
+    }
+    const bool hasMedia = std::ranges::any_of(plan_.slots, [](const Slot& slot) { return slot.hasSource(); });
+    if (hasMedia) return SalvageEnd::planned;
+    report_.verdict = SalvageVerdict::hopeless;
+    return SalvageEnd::noMedia;
+  }
+
+  /// Gives streams a header that have none: a donor's, else one that is put together.
+  void findLostHeaders(const MediaScan& scan, const ChunkChain& chain, const std::vector<SeenStream>& seen,
+                       const IndexTemplate& index) {
+    const auto sample = [&] {
+      return sampleStreams(input_, scan.candidates, chain, streamsWithoutHeader(header_, seen));
+    };
+    std::vector<StreamSample> lost = sample();
+    if (!lost.empty() && run_.donor != nullptr) {
+      avi::InputFile donor(*run_.donor);
+      report_.isDonorUseless = takeFromDonor(header_, survivingHeaders(donor), lost) == 0;
+      lost = sample();
+    }
+    if (!lost.empty())
+      report_.fields = synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates});
+    report_.streamsWithoutHeader = streamsWithoutHeader(header_, seen).size();
+  }
+
+  SalvageEnd makeFilm() {
+    report_.outputSize = roughSize(plan_, header_);
+    if (report_.outputSize > report_.outputLimit && !run_.choices.allowsGrowth) return SalvageEnd::tooLarge;
+    const auto layout = layOut(plan_, header_);
+    if (!layout) return SalvageEnd::tooLarge;
+    report_.outputSize = layout->size();
+    if (report_.outputSize > report_.outputLimit && !run_.choices.allowsGrowth) return SalvageEnd::tooLarge;
+    if (!run_.makeOutput || isEnding()) return SalvageEnd::planned;
+    platform::WritableFile* const out = run_.makeOutput(report_.outputSize);
+    if (out == nullptr) return SalvageEnd::noOutput;
+    run_.observer.stage(SalvageStage::writing);
+    const WrittenFilm written = writeFilm({input_, *out, plan_, header_, *layout, [this] { return isEnding(); }});
+    report_.unreadable = written.unreadable;
+    report_.writeFailure = written.failure;
+    return SalvageEnd::written;
+  }
+
+  const SalvageRun& run_;
+  WatchedFile file_;
+  avi::InputFile input_;
+  FilmHeader header_;
+  FilmPlan plan_;
+  SalvageReport report_;
+};
+
+}  // namespace
+
+SalvageReport salvage(const SalvageRun& run) { return Work(run).perform(); }
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,55 @@
+/// A whole deep repair of one damaged AVI file: finds all that is left of it, weighs headers, indexes and the chain of
+/// chunks against each other, plans the film as it was, and writes it. Sizes are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+
+#include "platform/files.h"
+#include "platform/workers.h"
+#include "salvage/header_synthesis.h"
+#include "salvage/salvage_report.h"
+
+namespace zelvo::salvage {
+
+enum class SalvageStage : std::uint8_t {
+  readingHeaders,
+  searching,  ///< the input is read from front to back
+  weighing,   ///< the plan is made
+  writing,
+};
+
+/// Hears of a run while it works. Thread: the one that repairs.
+class SalvageObserver {
+ public:
+  virtual ~SalvageObserver() = default;
+  virtual void stage(SalvageStage stage) = 0;
+  /// So many bytes of the input were read since the stage began. Not told of while writing.
+  virtual void read(std::uint64_t bytes) = 0;
+};
+
+/// What the user may choose.
+struct SalvageChoices {
+  bool emptiesDamaged = false;  ///< empty chunks stand for pictures that are damaged; otherwise they are kept
+  bool closesGaps = false;      ///< lost time is closed up; otherwise it is filled
+  bool allowsGrowth = false;    ///< the output may be larger than the input plus 5 % and 16 MiB
+  KnownRates rates;
+};
+
+/// One run. Several may run at once, each with values of its own.
+struct SalvageRun {
+  platform::ReadableFile& input;
+  std::uint64_t inputSize = 0;              ///< as found when the input was chosen
+  platform::ReadableFile* donor = nullptr;  ///< a film whose headers stand in for lost ones; null without one
+  SalvageObserver& observer;
+  const platform::CancelMark& cancel;
+  SalvageChoices choices;
+  /// Asked once, before anything is written, for an empty file that is to become so long; null when there is none. Not
+  /// set for a dry run.
+  std::function<platform::WritableFile*(std::uint64_t size)> makeOutput;
+};
+
+/// Thread: any; it takes as long as the file is large. Throws std::bad_alloc alone.
+[[nodiscard]] SalvageReport salvage(const SalvageRun& run);
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,29 @@
+/// All that the first stages found in a damaged film, for those that make the plan.
+#pragma once
+
+#include <vector>
+
+#include "avi/input_file.h"
+#include "salvage/chunk_chain.h"
+#include "salvage/film_header.h"
+#include "salvage/index_template.h"
+#include "salvage/media_scan.h"
+#include "salvage/stream_codes.h"
+#include "salvage/stream_facts.h"
+#include "salvage/surviving_headers.h"
+
+namespace zelvo::salvage {
+
+/// Borrows everything. `chain`, `facts` and `index` are those of `scan`.
+struct Evidence {
+  avi::InputFile& input;
+  const SurvivingHeaders& headers;
+  const FilmHeader& header;  ///< of the repaired film
+  const StreamCodes& codes;
+  const MediaScan& scan;
+  const ChunkChain& chain;
+  const std::vector<StreamFacts>& facts;
+  const IndexTemplate& index;
+};
+
+}  // namespace zelvo::salvage

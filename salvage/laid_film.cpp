@@ -1,0 +1,252 @@
+// Entries are taken from one whose header stands in the file to the next such. What lies between the two in the file,
+// and whether both moved alike, says what came of the first and of the entries between them.
+#include "salvage/laid_film.h"
+
+#include <algorithm>
+#include <array>
+#include <initializer_list>
+
+#include "avi/byte_order.h"
+#include "salvage/cluster_order.h"
+#include "salvage/payload_cut.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+constexpr std::uint64_t kChunkHeader = 8;
+/// Payloads that are longer are not read to find where they were cut.
+constexpr std::uint64_t kLongest = std::uint64_t{8} << 20U;
+
+class Laying {
+ public:
+  Laying(const Evidence& evidence, const FilmStreams& streams, std::span<const TemplateEntry> entries,
+         const EntryPlaces& places)
+      : evidence_(evidence), streams_(streams), entries_(entries), places_(places) {}
+
+  LaidFilm run();
+
+ private:
+  static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
+
+  [[nodiscard]] bool isSupported(std::size_t entry) const { return places_.places[entry].support != Support::none; }
+  [[nodiscard]] std::int64_t displacementOf(std::size_t entry) const {
+    return places_.displacements[places_.places[entry].displacement];
+  }
+  [[nodiscard]] std::uint64_t headerOf(std::size_t entry) const {
+    return static_cast<std::uint64_t>(places_.headerOf(entry, entries_));
+  }
+  [[nodiscard]] bool isThere(std::size_t entry, std::int64_t displacement) const;
+  [[nodiscard]] std::uint64_t nextHeader(std::uint64_t header) const;
+  [[nodiscard]] bool isPlausible(std::size_t entry, std::uint64_t payload) const;
+  void layBetween(std::size_t before, std::size_t after);
+  void laySupported(std::size_t entry, std::size_t next);
+  void take(std::size_t entry, std::uint64_t payload, SlotState state);
+  void takePart(std::size_t entry, std::uint64_t payload, std::uint64_t end, SlotState state);
+  void takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t added);
+  void setPieces(Slot& slot, std::initializer_list<Piece> pieces);
+  [[nodiscard]] const SurvivingStream& headerOf(const Slot& slot) const {
+    return evidence_.header.streams[slot.stream].header;
+  }
+  void lose(std::size_t entry);
+  void gather(const ClusterOrder& order);
+
+  const Evidence& evidence_;
+  const FilmStreams& streams_;
+  std::span<const TemplateEntry> entries_;
+  const EntryPlaces& places_;
+  LaidFilm film_;
+  std::vector<std::uint64_t> headers_;  ///< of supported entries, where they stand in the file; rising
+};
+
+/// Whether the header of an entry stands where a displacement puts it.
+bool Laying::isThere(std::size_t entry, std::int64_t displacement) const {
+  const std::int64_t place = static_cast<std::int64_t>(entries_[entry].offset) + displacement;
+  if (place < 0) return false;
+  const CandidateList& candidates = evidence_.scan.candidates;
+  std::uint64_t looks = 0;
+  const std::size_t at = candidates.firstAtOrAfter(static_cast<std::uint64_t>(place), 0, looks);
+  return at < candidates.size() && candidates[at].offset() == static_cast<std::uint64_t>(place) &&
+         candidates[at].kind() == CandidateKind::data && candidates[at].stream() == entries_[entry].stream &&
+         candidates[at].size() == entries_[entry].size;
+}
+
+std::uint64_t Laying::nextHeader(std::uint64_t header) const {
+  const auto next = std::ranges::upper_bound(headers_, header);
+  return next == headers_.end() ? evidence_.scan.end : *next;
+}
+
+/// Whether a payload without a header looks like one of its stream.
+bool Laying::isPlausible(std::size_t entry, std::uint64_t payload) const {
+  const TemplateEntry& wanted = entries_[entry];
+  if (wanted.stream >= evidence_.facts.size() || wanted.size < 4) return true;
+  std::array<std::byte, 4> head{};
+  if (evidence_.input.read(payload, head) < head.size()) return false;
+  const Candidate candidate(payload - kChunkHeader, CandidateKind::data, wanted.stream, wanted.suffix, wanted.size,
+                            avi::loadLittleEndian32(head));
+  return evidence_.facts[wanted.stream].signature.score(candidate) >= 0;
+}
+
+void Laying::take(std::size_t entry, std::uint64_t payload, SlotState state) {
+  takePart(entry, payload, payload + entries_[entry].size, state);
+}
+
+/// Takes the payload from where it begins to `end`, or to the end of the data if that comes first.
+void Laying::takePart(std::size_t entry, std::uint64_t payload, std::uint64_t end, SlotState state) {
+  Slot& slot = film_.slots[entry];
+  const std::uint64_t wanted = entries_[entry].size;
+  const std::uint64_t stop = std::min({end, payload + wanted, evidence_.scan.end});
+  const auto there = static_cast<std::uint32_t>(stop > payload ? stop - payload : 0);
+  if (there < wanted && stop == evidence_.scan.end) state = SlotState::cut;
+  const bool isFixed = entries_[entry].stream < evidence_.facts.size() &&
+                       evidence_.facts[entries_[entry].stream].fixedSize == entries_[entry].size;
+  const bool keepsLength = streams_.countsBytes(slot.stream) || isFixed;
+  if (there == 0 && wanted > 0) {
+    lose(entry);
+    return;
+  }
+  slot.state = state;
+  slot.source = payload;
+  slot.size = there;
+  if (there == wanted || !keepsLength || state == SlotState::cut) return;
+  slot.size = entries_[entry].size;
+  const std::uint32_t missing = slot.size - there;
+  const auto cut = there > kLongest || state != SlotState::torn
+                       ? std::nullopt
+                       : tearIn(headerOf(slot), evidence_.input.readBytes(payload, there), slot.size);
+  const std::uint32_t front = cut.value_or(there);
+  setPieces(slot, {{payload, front}, {Piece::kSilence, missing}, {payload + front, there - front}});
+}
+
+/// Takes the payload in two parts, around bytes that were put in.
+void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t added) {
+  const std::uint32_t size = entries_[entry].size;
+  take(entry, payload, SlotState::torn);
+  Slot& slot = film_.slots[entry];
+  if (size + added > kLongest || slot.size != size) return;
+  const platform::Bytes bytes = evidence_.input.readBytes(payload, static_cast<std::size_t>(size + added));
+  if (bytes.size() != size + added) return;
+  const auto cut = insertionIn(headerOf(slot), bytes, size);
+  if (cut) setPieces(slot, {{payload, *cut}, {payload + *cut + added, size - *cut}});
+}
+
+void Laying::setPieces(Slot& slot, std::initializer_list<Piece> pieces) {
+  slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
+  for (const Piece& piece : pieces) {
+    if (piece.size > 0) film_.pieces.push_back(piece);
+  }
+}
+
+void Laying::lose(std::size_t entry) {
+  Slot& slot = film_.slots[entry];
+  slot.state = SlotState::lost;
+  slot.size = streams_.isPicture(slot.stream) ? 0 : entries_[entry].size;
+}
+
+/// `entry` and `next` are supported, and none between them is; `next` may be `kNone`.
+void Laying::laySupported(std::size_t entry, std::size_t next) {
+  const std::uint64_t payload = headerOf(entry) + kChunkHeader;
+  SlotState state = SlotState::whole;
+  if (places_.places[entry].support == Support::code) state = SlotState::sizeMended;
+  if (places_.places[entry].support == Support::size) state = SlotState::codeMended;
+  if (next == kNone || displacementOf(entry) == displacementOf(next)) {
+    take(entry, payload, state);
+    return;
+  }
+  const std::int64_t later = displacementOf(next);
+  if (next == entry + 1 && later > displacementOf(entry)) {
+    // At the seam of a doubled span both copies of a header stand, and one of them has the whole payload behind it.
+    if (isThere(next, displacementOf(entry))) {
+      take(entry, payload, state);
+    } else if (isThere(entry, later)) {
+      take(entry,
+           static_cast<std::uint64_t>(places_.headerOf(next, entries_)) -
+               (entries_[next].offset - entries_[entry].offset) + kChunkHeader,
+           state);
+    } else {
+      takeAround(entry, payload, static_cast<std::uint64_t>(later - displacementOf(entry)));
+    }
+    return;
+  }
+  const std::uint64_t stop = nextHeader(headerOf(entry));
+  takePart(entry, payload, stop, SlotState::torn);
+}
+
+/// Entries between two supported ones, or in front of the first, or behind the last.
+void Laying::layBetween(std::size_t before, std::size_t after) {
+  const std::size_t first = before == kNone ? 0 : before + 1;
+  const std::size_t end = after == kNone ? entries_.size() : after;
+  if (first == end) return;
+  const bool isInPlace = before == kNone || after == kNone || displacementOf(before) == displacementOf(after);
+  const std::int64_t displacement = displacementOf(before == kNone ? after : before);
+  const auto mediaBegin = static_cast<std::int64_t>(evidence_.headers.mediaBegin());
+  for (std::size_t i = first; i < end; ++i) {
+    const std::int64_t payload = static_cast<std::int64_t>(entries_[i].offset + kChunkHeader) + displacement;
+    const bool isInside = payload > mediaBegin && static_cast<std::uint64_t>(payload) < evidence_.scan.end;
+    if (isInPlace && isInside && isPlausible(i, static_cast<std::uint64_t>(payload))) {
+      take(i, static_cast<std::uint64_t>(payload), SlotState::damaged);
+    } else {
+      lose(i);
+    }
+  }
+}
+
+/// Takes every payload from where its clusters lie.
+void Laying::gather(const ClusterOrder& order) {
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    Slot& slot = film_.slots[i];
+    const std::uint64_t payload = entries_[i].offset + kChunkHeader;
+    const auto pieces = order.piecesOf(payload, payload + entries_[i].size, evidence_.scan.end);
+    std::uint32_t there = 0;
+    for (const Piece& piece : pieces) there += piece.size;
+    if (there == 0 && entries_[i].size > 0) {
+      lose(i);
+      continue;
+    }
+    slot.size = there;
+    slot.source = pieces.empty() ? 0 : pieces.front().offset;
+    if (there < entries_[i].size) slot.state = SlotState::cut;
+    if (pieces.size() < 2) continue;
+    slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
+    film_.pieces.insert(film_.pieces.end(), pieces.begin(), pieces.end());
+  }
+}
+
+LaidFilm Laying::run() {
+  film_.slots.resize(entries_.size());
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    Slot& slot = film_.slots[i];
+    slot.stream = streams_.indexOf(entries_[i].stream);
+    slot.isIndexed = true;
+    slot.hasKeyFlag = entries_[i].isKey;
+    if (isSupported(i)) headers_.push_back(headerOf(i));
+  }
+  if (const auto order = clusterOrder(entries_, places_, evidence_.scan.end)) {
+    gather(*order);
+    return std::move(film_);
+  }
+  std::ranges::sort(headers_);
+  std::size_t before = kNone;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if (!isSupported(i)) continue;
+    layBetween(before, i);
+    if (before != kNone) laySupported(before, i);
+    before = i;
+  }
+  if (before == kNone) {
+    for (std::size_t i = 0; i < entries_.size(); ++i) lose(i);
+  } else {
+    laySupported(before, kNone);
+    layBetween(before, kNone);
+  }
+  return std::move(film_);
+}
+
+}  // namespace
+
+LaidFilm layEntries(const Evidence& evidence, const FilmStreams& streams, std::span<const TemplateEntry> entries,
+                    const EntryPlaces& places) {
+  return Laying(evidence, streams, entries, places).run();
+}
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,28 @@
+/// The chunks that an index names, taken from where they lie in the damaged file. Offsets and sizes are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "salvage/entry_places.h"
+#include "salvage/evidence.h"
+#include "salvage/film_plan.h"
+#include "salvage/film_streams.h"
+
+namespace zelvo::salvage {
+
+struct LaidFilm {
+  std::vector<Slot> slots;  ///< one for each entry
+  std::vector<Piece> pieces;
+};
+
+/// Makes a slot of each entry. A chunk whose neighbours moved as it did is taken as it stands, even if its own header
+/// is damaged. Where bytes are missing a chunk is torn; where bytes were inserted their place is looked for; a chunk of
+/// which nothing is there keeps its time.
+/// \pre every entry's stream is in the film's header; `places` is that of `entries`.
+/// Thread: any.
+[[nodiscard]] LaidFilm layEntries(const Evidence& evidence, const FilmStreams& streams,
+                                  std::span<const TemplateEntry> entries, const EntryPlaces& places);
+
+}  // namespace zelvo::salvage

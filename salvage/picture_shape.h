@@ -1,0 +1,29 @@
+/// What a stream of pictures whose header is lost holds, by its payloads. Sizes of pictures are in pixels.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "salvage/codec.h"
+#include "salvage/picture_headers.h"
+#include "salvage/raw_picture.h"
+#include "salvage/stream_sample.h"
+
+namespace zelvo::salvage {
+
+struct PictureShape {
+  Codec codec = Codec::unknown;
+  avi::FourCC compression;  ///< biCompression; 0 of raw RGB
+  PictureSize size;         ///< zeros when nothing tells it
+  std::uint16_t bits = 24;  ///< biBitCount
+  bool isTopDown = false;   ///< of raw RGB: biHeight is negative
+  std::optional<PictureRate> rate;
+  std::vector<RawShape> others;  ///< of raw pictures: shapes that fit less well
+};
+
+/// `known`: the picture's size where a main header says it. Codec::unknown when nothing is recognised.
+/// Thread: any.
+[[nodiscard]] PictureShape pictureShape(const StreamSample& sample, std::optional<PictureSize> known);
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,208 @@
+// The slots are walked in the order of the film, with the place in the file and in the original up to which all is
+// told. What a slot without bytes covers is only known when the next one that has some comes.
+#include "salvage/plan_spans.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "salvage/damage_marks.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+constexpr std::uint64_t kChunkHeader = 8;
+
+class Telling {
+ public:
+  Telling(const SpanEvidence& from, const FilmPlan& plan) : from_(from), plan_(plan) {}
+
+  std::vector<PlanSpan> run();
+
+ private:
+  void tell(std::size_t number, const Slot& slot);
+  void place(const Slot& slot);
+  [[nodiscard]] std::optional<LossCause> causeOf(const Slot& slot) const;
+  [[nodiscard]] LossCause causeInFile(std::uint64_t begin, std::uint64_t end) const;
+  [[nodiscard]] std::optional<std::int64_t> turn(std::size_t entry) const;
+  void endOpen();
+  void addTail();
+  void addForeign();
+
+  const SpanEvidence& from_;
+  const FilmPlan& plan_;
+  std::vector<PlanSpan> spans_;
+  std::optional<PlanSpan> open_;  ///< not ended yet
+  std::size_t entry_ = 0;         ///< of the next slot that is indexed
+  std::size_t missing_ = 0;       ///< the next of `from_.missing`
+  std::int64_t shift_ = 0;        ///< offsets in the original less those in the file, where no index tells
+  std::uint64_t fileEnd_ = 0;     ///< what is told so far
+  std::uint64_t originalEnd_ = 0;
+  // Of the slot at hand: its chunk with its header.
+  bool hasPlace_ = false;  ///< in the file
+  std::uint64_t fileBegin_ = 0;
+  std::uint64_t fileStop_ = 0;
+  bool hasOriginal_ = false;
+  std::uint64_t originalBegin_ = 0;
+  std::uint64_t originalStop_ = 0;
+};
+
+/// How much further the next entry moved than this one; nothing for the last.
+std::optional<std::int64_t> Telling::turn(std::size_t entry) const {
+  if (entry + 1 >= from_.entries.size()) return std::nullopt;
+  const auto& values = from_.places.displacements;
+  return values[from_.places.places[entry + 1].displacement] - values[from_.places.places[entry].displacement];
+}
+
+LossCause Telling::causeInFile(std::uint64_t begin, std::uint64_t end) const {
+  if (touches(from_.evidence.scan.unreadable, begin, end)) return LossCause::unreadable;
+  return touches(from_.evidence.scan.zeroed, begin, end) ? LossCause::zeroed : LossCause::overwritten;
+}
+
+/// Finds where the slot's chunk lies, in the file and in the original.
+void Telling::place(const Slot& slot) {
+  hasPlace_ = slot.hasSource() || (slot.size == 0 && slot.source != 0);
+  hasOriginal_ = slot.isIndexed || hasPlace_;
+  if (hasPlace_) {
+    fileBegin_ = slot.source - std::min(slot.source, kChunkHeader);
+    const bool isOnePiece = slot.pieces == Slot::kOnePiece;
+    fileStop_ = slot.source + (isOnePiece ? slot.size : plan_.pieces[slot.pieces].size);
+  }
+  if (slot.isIndexed) {
+    const TemplateEntry& entry = from_.entries[entry_];
+    originalBegin_ = entry.offset;
+    originalStop_ = entry.end() + entry.size % 2;
+    if (hasPlace_) shift_ = static_cast<std::int64_t>(originalBegin_) - static_cast<std::int64_t>(fileBegin_);
+  } else if (hasPlace_) {
+    while (missing_ < from_.missing.size() && from_.missing[missing_].offset <= fileBegin_)
+      shift_ += static_cast<std::int64_t>(from_.missing[missing_++].bytes);
+    const auto moved = [&](std::uint64_t offset) {
+      return static_cast<std::uint64_t>(std::max<std::int64_t>(0, static_cast<std::int64_t>(offset) + shift_));
+    };
+    originalBegin_ = moved(fileBegin_);
+    originalStop_ = moved(fileStop_ + fileStop_ % 2);
+  }
+}
+
+std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
+  switch (slot.state) {
+    case SlotState::whole:
+      return std::nullopt;
+    case SlotState::sizeMended:
+      return LossCause::sizeField;
+    case SlotState::codeMended:
+      return LossCause::code;
+    case SlotState::damaged:
+      return causeInFile(fileBegin_, fileStop_);
+    case SlotState::cut:
+      return LossCause::cut;
+    case SlotState::torn:
+      return slot.isIndexed && turn(entry_).value_or(0) > 0 ? LossCause::inserted : LossCause::missing;
+    case SlotState::refilled:
+      return LossCause::missing;
+    case SlotState::lost:
+      break;
+  }
+  if (!slot.isIndexed) return LossCause::missing;
+  const std::int64_t place = from_.places.headerOf(entry_, from_.entries);
+  if (place < 0 || static_cast<std::uint64_t>(place) >= from_.evidence.scan.end) return LossCause::cut;
+  const auto begin = static_cast<std::uint64_t>(place);
+  const std::uint64_t end = begin + kChunkHeader + from_.entries[entry_].size;
+  const LossCause inPlace = causeInFile(begin, end);
+  const bool hasMoved = turn(entry_).value_or(0) != 0 || (entry_ > 0 && turn(entry_ - 1).value_or(0) != 0);
+  return hasMoved && inPlace == LossCause::overwritten ? LossCause::missing : inPlace;
+}
+
+/// The open span reaches up to the slot at hand.
+void Telling::endOpen() {
+  if (!open_) return;
+  if (hasPlace_ && open_->end <= open_->begin) open_->end = std::max(open_->begin, fileBegin_);
+  if (hasOriginal_ && open_->originalEnd < originalBegin_ && open_->originalEnd == open_->originalBegin)
+    open_->originalEnd = originalBegin_;
+  spans_.push_back(*open_);
+  open_.reset();
+}
+
+void Telling::tell(std::size_t number, const Slot& slot) {
+  place(slot);
+  const auto cause = causeOf(slot);
+  if (open_ && open_->cause != cause) endOpen();
+  if (cause) {
+    if (!open_) {
+      PlanSpan span;
+      span.begin = hasPlace_ ? fileBegin_ : fileEnd_;
+      span.end = span.begin;
+      span.originalBegin = hasOriginal_ ? originalBegin_ : originalEnd_;
+      span.originalEnd = span.originalBegin;
+      span.firstSlot = static_cast<std::uint32_t>(number);
+      span.cause = *cause;
+      open_ = span;
+    }
+    if (hasPlace_) open_->end = std::max(open_->end, fileStop_);
+    if (hasOriginal_) open_->originalEnd = std::max(*open_->originalEnd, originalStop_);
+    ++open_->slots;
+  }
+  if (hasPlace_) fileEnd_ = fileStop_;
+  if (hasOriginal_) originalEnd_ = originalStop_;
+  if (slot.isIndexed) ++entry_;
+}
+
+/// What the headers say was behind the last chunk.
+void Telling::addTail() {
+  const SurvivingHeaders& headers = from_.evidence.headers;
+  std::uint64_t end = headers.media ? headers.media->offset + kChunkHeader + headers.media->size : 0;
+  for (const SurvivingStream& stream : headers.streams) {
+    if (!stream.superIndex) continue;
+    for (const SuperIndexEntry& entry : stream.superIndex->entries)
+      end = std::max(end, std::min(entry.offset, Candidate::kOffsetLimit));
+  }
+  const std::uint64_t fileSize = from_.evidence.scan.end;
+  const auto inFile = static_cast<std::int64_t>(end) - shift_;
+  if (originalEnd_ >= end || inFile <= static_cast<std::int64_t>(fileSize)) return;
+  PlanSpan span;
+  span.begin = std::min(fileEnd_, fileSize);
+  span.end = fileSize;
+  span.originalBegin = originalEnd_;
+  span.originalEnd = end;
+  span.firstSlot = static_cast<std::uint32_t>(plan_.slots.size());
+  span.cause = LossCause::cut;
+  spans_.push_back(span);
+}
+
+void Telling::addForeign() {
+  const CandidateList& candidates = from_.evidence.scan.candidates;
+  bool isOpen = false;
+  for (std::size_t i = 0; i < from_.isForeign.size(); ++i) {
+    const Candidate& candidate = candidates[i];
+    if (candidate.kind() != CandidateKind::data) continue;
+    if (from_.isForeign[i] == 0) {
+      isOpen = false;
+      continue;
+    }
+    if (!isOpen) {
+      PlanSpan span;
+      span.begin = candidate.offset();
+      span.cause = LossCause::foreign;
+      spans_.push_back(span);
+      isOpen = true;
+    }
+    spans_.back().end = std::min(candidate.payloadEnd(), from_.evidence.scan.end);
+  }
+}
+
+std::vector<PlanSpan> Telling::run() {
+  fileEnd_ = originalEnd_ = from_.evidence.headers.mediaBegin();
+  for (std::size_t i = 0; i < plan_.slots.size(); ++i) tell(i, plan_.slots[i]);
+  hasPlace_ = hasOriginal_ = false;
+  endOpen();
+  addTail();
+  addForeign();
+  std::ranges::stable_sort(spans_, {}, &PlanSpan::begin);
+  return std::move(spans_);
+}
+
+}  // namespace
+
+std::vector<PlanSpan> planSpans(const SpanEvidence& from, const FilmPlan& plan) { return Telling(from, plan).run(); }
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,35 @@
+/// Tells what a plan could not bring back and what it mended: stretch by stretch. Offsets are in bytes.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "salvage/entry_places.h"
+#include "salvage/evidence.h"
+#include "salvage/film_plan.h"
+#include "salvage/film_streams.h"
+
+namespace zelvo::salvage {
+
+/// A place of the file where bytes of the original are known to be missing.
+struct MissingBytes {
+  std::uint64_t offset = 0;
+  std::uint64_t bytes = 0;
+};
+
+struct SpanEvidence {
+  const Evidence& evidence;
+  const FilmStreams& streams;
+  std::span<const TemplateEntry> entries;  ///< of the slots that are indexed, in their order
+  const EntryPlaces& places;
+  std::span<const MissingBytes> missing;    ///< where no index reaches; rising
+  std::span<const std::uint8_t> isForeign;  ///< of each candidate; may be empty
+};
+
+/// The spans of a plan, rising by `begin`: neighbouring slots with the same fate share one. Where no index tells the
+/// place in the original, it is that in the file and what is known to be missing in front of it.
+/// Thread: any.
+[[nodiscard]] std::vector<PlanSpan> planSpans(const SpanEvidence& from, const FilmPlan& plan);
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,152 @@
+// One walk over the slots, with a clock for each stream. Where spans begin and end is looked up on the way, so each
+// slot is met once however many spans there are.
+#include "salvage/salvage_report.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
+
+#include "avi/byte_order.h"
+#include "salvage/codec.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+/// Slots of spans are looked at one by one up to this number in all.
+constexpr std::uint64_t kMaxSpanSlots = 8'000'000;
+
+SlotTally sum(const SalvagedStream& stream, SlotState from) {
+  SlotTally tally;
+  for (std::size_t i = static_cast<std::size_t>(from); i < stream.slots.size(); ++i) {
+    tally.chunks += stream.slots[i].chunks;
+    tally.bytes += stream.slots[i].bytes;
+    tally.seconds += stream.slots[i].seconds;
+  }
+  return tally;
+}
+
+/// Seconds of a chunk, and of a byte of one.
+struct Pace {
+  double chunk = 0;
+  double byte = 0;
+
+  explicit Pace(const SurvivingStream& stream) {
+    if (stream.rate == 0) return;
+    const double unit = static_cast<double>(stream.scale) / stream.rate;
+    if (stream.type == avi::kAuds && stream.sampleSize != 0) {
+      byte = unit / stream.sampleSize;
+    } else {
+      chunk = unit;
+    }
+  }
+  [[nodiscard]] double of(std::uint32_t size) const { return chunk + byte * size; }
+};
+
+bool isGone(SlotState state) { return state == SlotState::lost || state == SlotState::refilled; }
+
+SalvagedStream described(const FilmStream& stream) {
+  SalvagedStream told;
+  told.number = stream.number;
+  told.type = stream.header.type;
+  told.handler = stream.header.handler;
+  told.origin = stream.origin;
+  constexpr std::size_t kCompression = 16;
+  if (stream.header.type == avi::kVids && stream.header.format.size() >= kCompression + 4) {
+    const avi::FourCC code = avi::FourCC::at(std::span(stream.header.format).subspan(kCompression));
+    if (code.value > 0xffff) told.handler = code;
+  }
+  if (stream.header.type == avi::kAuds) told.formatTag = soundFormat(stream.header).tag;
+  return told;
+}
+
+/// A film's own clock: that of its first stream of pictures.
+std::size_t clockStream(const FilmHeader& header) {
+  const auto video =
+      std::ranges::find_if(header.streams, [](const FilmStream& one) { return one.header.type == avi::kVids; });
+  return video == header.streams.end() ? 0 : static_cast<std::size_t>(video - header.streams.begin());
+}
+
+void tellSpans(SalvageReport& report, const FilmPlan& plan, const std::vector<double>& times) {
+  const std::size_t told = std::min(plan.spans.size(), kMaxSpans);
+  report.spansLeftOut = plan.spans.size() - told;
+  std::uint64_t looks = 0;
+  for (std::size_t i = 0; i < told; ++i) {
+    SalvagedSpan span{.span = plan.spans[i], .begin = times[2 * i], .end = times[2 * i + 1], .streams = {}};
+    const std::size_t end =
+        std::min<std::uint64_t>(plan.slots.size(), std::uint64_t{span.span.firstSlot} + span.span.slots);
+    for (std::size_t slot = span.span.firstSlot; slot < end && looks < kMaxSpanSlots; ++slot, ++looks) {
+      const Slot& touched = plan.slots[slot];
+      if (touched.state == SlotState::whole || std::ranges::count(span.streams, touched.stream) > 0) continue;
+      span.streams.push_back(touched.stream);
+    }
+    std::ranges::sort(span.streams);
+    report.spans.push_back(std::move(span));
+  }
+}
+
+SalvageVerdict verdictOf(const SalvageReport& report, const FilmPlan& plan) {
+  bool isWhole = true;
+  bool isUntouched = report.hasMainHeader && report.headersClaimed == report.streams.size() && report.spans.empty() &&
+                     plan.indexedChunks == plan.slots.size();
+  for (const SalvagedStream& stream : report.streams) {
+    if (stream.notWhole().chunks > 0) isWhole = false;
+    if (stream.of(SlotState::whole).chunks != stream.all().chunks || stream.origin != HeaderOrigin::own)
+      isUntouched = false;
+  }
+  if (!isWhole) return SalvageVerdict::partial;
+  return isUntouched ? SalvageVerdict::clean : SalvageVerdict::repaired;
+}
+
+}  // namespace
+
+SlotTally SalvagedStream::all() const { return sum(*this, SlotState::whole); }
+SlotTally SalvagedStream::notWhole() const { return sum(*this, SlotState::damaged); }
+
+void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader& header) {
+  struct Mark {
+    std::size_t slot;
+    std::size_t place;
+  };
+  std::vector<Mark> marks;
+  for (std::size_t i = 0; i < std::min(plan.spans.size(), kMaxSpans); ++i) {
+    marks.push_back({plan.spans[i].firstSlot, 2 * i});
+    marks.push_back({std::size_t{plan.spans[i].firstSlot} + plan.spans[i].slots, 2 * i + 1});
+  }
+  std::ranges::sort(marks, {}, &Mark::slot);
+  std::vector<double> times(marks.size());
+
+  std::vector<Pace> paces;
+  for (const FilmStream& stream : header.streams) {
+    report.streams.push_back(described(stream));
+    paces.emplace_back(stream.header);
+  }
+  const std::size_t clock = clockStream(header);
+  std::vector<double> gone(header.streams.size());  // seconds lost so far
+  double now = 0;
+  auto mark = marks.begin();
+  for (std::size_t i = 0; i < plan.slots.size(); ++i) {
+    for (; mark != marks.end() && mark->slot <= i; ++mark) times[mark->place] = now;
+    const Slot& slot = plan.slots[i];
+    const std::uint32_t size = payloadSize(slot, header);
+    const double seconds = paces[slot.stream].of(size);
+    SlotTally& tally = report.streams[slot.stream].slots[static_cast<std::size_t>(slot.state)];
+    ++tally.chunks;
+    tally.bytes += size;
+    tally.seconds += seconds;
+    if (slot.stream == clock) now += seconds;
+    if (!isGone(slot.state)) continue;
+    gone[slot.stream] += seconds;
+    for (std::size_t other = 0; other < gone.size(); ++other) {
+      const bool isConcerned = other == slot.stream || slot.stream == clock;
+      if (isConcerned && header.streams[other].header.type == avi::kAuds)
+        report.syncBefore = std::max(report.syncBefore, std::abs(gone[other] - gone[clock]));
+    }
+  }
+  for (; mark != marks.end(); ++mark) times[mark->place] = now;
+  report.indexedChunks = plan.indexedChunks;
+  tellSpans(report, plan, times);
+  report.verdict = verdictOf(report, plan);
+}
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,400 @@
+// The lag of a sound track is its clock less that of the pictures where a chunk of it begins. It is learnt in front of
+// the first gap. Behind a gap it differs by the time of the lost sound less that of the lost pictures; the bytes of the
+// gap tell the sum of both, and a clock in the pictures themselves their number but for whole turns.
+#include "salvage/timeline.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "salvage/picture_clock.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+constexpr std::size_t kClocks = 24;
+constexpr std::size_t kMaxLooks = 4096;
+constexpr std::size_t kHead = 512;
+constexpr std::uint64_t kChunkHeader = 8;
+
+double median(std::vector<double> values) {
+  std::ranges::sort(values);
+  return values[values.size() / 2];
+}
+
+/// A sound track. Times are in seconds.
+struct Track {
+  std::uint8_t stream = 0;
+  double clock = 0;
+  std::size_t chunks = 0;
+  std::vector<double> lags;  ///< in front of the first gap
+  double chunkTime = 0;      ///< of a usual chunk
+  std::uint32_t chunkSize = 0;
+};
+
+class Timeline {
+ public:
+  Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan);
+
+  void run();
+
+ private:
+  /// What is missing in a gap.
+  struct Missing {
+    std::size_t pictures = 0;
+    std::vector<double> sound;  ///< seconds, by track
+  };
+
+  [[nodiscard]] double seconds(const Slot& slot) const {
+    return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9;
+  }
+  void advance(const Slot& slot);
+  [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
+  [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
+  [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
+  [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast) const;
+  [[nodiscard]] bool isNothingMissing(const FilmGap& gap, std::size_t end) const;
+  void lengthenLast(std::uint32_t size);
+  [[nodiscard]] double picturesByBytes(std::uint64_t bytes, const std::vector<double>& shift) const;
+  [[nodiscard]] std::size_t pickPictures(double estimate, double least, std::optional<double> turned) const;
+  [[nodiscard]] std::optional<double> turnedBy(std::size_t slot, std::size_t end) const;
+  [[nodiscard]] std::optional<double> phase(const std::vector<Slot>& slots, std::size_t from, std::size_t to,
+                                            std::int64_t firstPicture, bool isBackwards) const;
+  void fill(std::size_t place, const Missing& missing);
+  void learnClock();
+
+  const Evidence& evidence_;
+  const FilmStreams& streams_;
+  std::span<const FilmGap> gaps_;
+  FilmPlan& plan_;
+  std::vector<Slot> made_;
+  std::vector<Track> tracks_;
+  std::optional<std::uint8_t> pictures_;  ///< the stream of pictures
+  double pictureTime_ = 0;
+  double pictureBytes_ = 0;  ///< a usual chunk with its header
+  double pictureClock_ = 0;
+  std::int64_t picturesMade_ = 0;
+  std::size_t refilled_ = 0;
+  std::optional<PictureClock> codecClock_;
+  bool hasPassedGap_ = false;
+};
+
+Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan)
+    : evidence_(evidence), streams_(streams), gaps_(gaps), plan_(plan) {
+  std::vector<std::vector<std::uint32_t>> sizes(streams.count());
+  constexpr std::size_t kSamples = 65'536;
+  for (const Slot& slot : plan.slots) {
+    if (slot.size > 0 && slot.hasSource() && sizes[slot.stream].size() < kSamples)
+      sizes[slot.stream].push_back(slot.size);
+  }
+  for (std::size_t i = 0; i < streams.count(); ++i) {
+    const auto index = static_cast<std::uint8_t>(i);
+    if (sizes[i].empty()) continue;
+    std::ranges::sort(sizes[i]);
+    const std::uint32_t usual = sizes[i][sizes[i].size() / 2];
+    const double time = static_cast<double>(streams.duration(index, usual)) / 1e9;
+    if (time <= 0) continue;
+    if (streams.isSound(index)) tracks_.push_back({index, 0, 0, {}, time, usual});
+    if (!streams.isPicture(index) || pictures_) continue;
+    pictures_ = index;
+    pictureTime_ = time;
+    double sum = 0;
+    for (const std::uint32_t size : sizes[i]) sum += size;
+    pictureBytes_ = kChunkHeader + sum / static_cast<double>(sizes[i].size());
+  }
+}
+
+void Timeline::learnClock() {
+  constexpr int kTries = 64;
+  codecClock_.emplace(evidence_.header.streams[*pictures_].header);
+  int tries = 0;
+  for (const Slot& slot : plan_.slots) {
+    if (codecClock_->isKnown() || tries >= kTries) return;
+    if (slot.stream != *pictures_ || !slot.hasSource()) continue;
+    codecClock_->learn(evidence_.input.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead)));
+    ++tries;
+  }
+}
+
+void Timeline::advance(const Slot& slot) {
+  constexpr std::size_t kEnough = 8;
+  constexpr std::size_t kMost = 4096;
+  made_.push_back(slot);
+  if (pictures_ == slot.stream) {
+    pictureClock_ += pictureTime_;
+    ++picturesMade_;
+  }
+  for (Track& track : tracks_) {
+    if (track.stream != slot.stream) continue;
+    // Many films begin with more sound than usual, so the first chunk is no example.
+    const bool learns =
+        track.chunks > 0 && track.lags.size() < kMost && (!hasPassedGap_ || track.lags.size() < kEnough);
+    if (learns) track.lags.push_back(track.clock - pictureClock_);
+    ++track.chunks;
+    track.clock += seconds(slot);
+  }
+}
+
+std::optional<double> Timeline::usualLag(const Track& track) const {
+  if (track.lags.empty()) return std::nullopt;
+  constexpr std::size_t kRecent = 12;
+  const std::size_t first = track.lags.size() > kRecent ? track.lags.size() - kRecent : 0;
+  return median({track.lags.begin() + static_cast<std::ptrdiff_t>(first), track.lags.end()});
+}
+
+/// The lag of each track behind a gap, as if nothing were missing in it; nothing where no chunk of it comes before
+/// `end`.
+std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::size_t end) const {
+  constexpr std::size_t kTight = 3;
+  std::vector<std::vector<double>> found(tracks_.size());
+  std::vector<double> clocks;
+  for (const Track& track : tracks_) clocks.push_back(track.clock);
+  double pictureClock = pictureClock_;
+  std::size_t open = tracks_.size();
+  for (std::size_t i = slot; i < std::min(end, slot + kMaxLooks) && open > 0; ++i) {
+    const Slot& next = plan_.slots[i];
+    if (pictures_ == next.stream) pictureClock += pictureTime_;
+    for (std::size_t t = 0; t < tracks_.size(); ++t) {
+      if (tracks_[t].stream != next.stream) continue;
+      const std::size_t wanted = isCoarse(tracks_[t]) ? 1 : kTight;
+      if (found[t].size() < wanted) {
+        found[t].push_back(clocks[t] - pictureClock);
+        if (found[t].size() == wanted) --open;
+      }
+      clocks[t] += seconds(next);
+    }
+  }
+  std::vector<std::optional<double>> lags;
+  for (const auto& values : found) lags.push_back(values.empty() ? std::nullopt : std::optional(median(values)));
+  return lags;
+}
+
+/// What the pictures' own clocks show, less what they would show if the number of the picture told it: the most
+/// frequent value of those around a gap. Pictures that are reordered differ from it.
+std::optional<double> Timeline::phase(const std::vector<Slot>& slots, std::size_t from, std::size_t to,
+                                      std::int64_t firstPicture, bool isBackwards) const {
+  std::vector<double> phases;
+  std::int64_t number = firstPicture;
+  const double turn = codecClock_->turn();
+  for (std::size_t i = 0; i < to - from && i < kMaxLooks && phases.size() < kClocks; ++i) {
+    const Slot& slot = isBackwards ? slots[to - 1 - i] : slots[from + i];
+    if (slot.stream != *pictures_) continue;
+    if (isBackwards) --number;
+    if (slot.hasSource()) {
+      const auto head = evidence_.input.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead));
+      if (const auto ticks = codecClock_->ticks(head)) {
+        const double value = std::fmod(*ticks - static_cast<double>(number) * codecClock_->ticksPerPicture(), turn);
+        phases.push_back(value < 0 ? value + turn : value);
+      }
+    }
+    if (!isBackwards) ++number;
+  }
+  std::optional<double> best;
+  std::ptrdiff_t most = 0;
+  for (const double value : phases) {
+    const auto alike = std::ranges::count_if(phases, [&](double other) {
+      const double apart = std::abs(value - other);
+      return std::min(apart, turn - apart) < codecClock_->ticksPerPicture() / 4;
+    });
+    if (alike <= most) continue;
+    most = alike;
+    best = value;
+  }
+  return best;
+}
+
+/// By how many pictures the codec's clock has moved on in a gap in front of `slot`, less than one turn.
+std::optional<double> Timeline::turnedBy(std::size_t slot, std::size_t end) const {
+  if (!codecClock_ || !codecClock_->isKnown()) return std::nullopt;
+  const auto before = phase(made_, 0, made_.size(), picturesMade_, true);
+  const auto after = phase(plan_.slots, slot, end, picturesMade_, false);
+  if (!before || !after) return std::nullopt;
+  double ticks = *after - *before;
+  if (ticks < -codecClock_->ticksPerPicture() / 4) ticks += codecClock_->turn();
+  return std::max(0.0, ticks / codecClock_->ticksPerPicture());
+}
+
+/// `shift`: by track, seconds of lost sound less those of lost pictures.
+double Timeline::picturesByBytes(std::uint64_t bytes, const std::vector<double>& shift) const {
+  double left = static_cast<double>(bytes);
+  double perPicture = pictureBytes_;
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const double rate = (tracks_[t].chunkSize + static_cast<double>(kChunkHeader)) / tracks_[t].chunkTime;
+    left -= shift[t] * rate;
+    perPicture += pictureTime_ * rate;
+  }
+  return left / perPicture;
+}
+
+std::size_t Timeline::pickPictures(double estimate, double least, std::optional<double> turned) const {
+  double picked = std::max(std::round(estimate), std::ceil(least));
+  if (turned) {
+    const double turn = codecClock_->turn() / codecClock_->ticksPerPicture();
+    picked = *turned + std::round((estimate - *turned) / turn) * turn;
+    while (picked < least - 0.3) picked += turn;
+    picked = std::round(picked);
+  }
+  return static_cast<std::size_t>(std::clamp(picked, 0.0, 1e6));
+}
+
+/// Whether the clocks on both sides of a gap fit each other as they are.
+bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
+  const auto behind = lagsBehind(gap.before, end);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (!usual || !behind[t] || isCoarse(tracks_[t])) continue;
+    if (std::abs(*usual - *behind[t]) > 0.75 * std::max(pictureTime_, tracks_[t].chunkTime)) return false;
+  }
+  const auto turned = turnedBy(gap.before, end);
+  return !turned || *turned < 0.5 || *turned > codecClock_->turn() / codecClock_->ticksPerPicture() - 0.5;
+}
+
+void Timeline::lengthenLast(std::uint32_t size) {
+  Slot& slot = made_.back();
+  for (Track& track : tracks_) {
+    if (track.stream == slot.stream) track.clock -= seconds(slot);
+  }
+  slot.size = size;
+  slot.state = SlotState::sizeMended;
+  for (Track& track : tracks_) {
+    if (track.stream == slot.stream) track.clock += seconds(slot);
+  }
+}
+
+/// Nothing when no sound behind the gap tells, and a later gap may know more.
+std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size_t end, bool isLast) const {
+  Missing missing;
+  std::vector<double> shift(tracks_.size(), 0);
+  const auto behind = lagsBehind(gap.before, end);
+  std::vector<std::size_t> known;
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (!usual || !behind[t]) continue;
+    shift[t] = *usual - *behind[t];
+    known.push_back(t);
+  }
+  if (known.empty() && !tracks_.empty() && !isLast) return std::nullopt;
+  // The track whose chunks are shortest tells most exactly.
+  const auto tightest = std::ranges::min_element(
+      known, [&](std::size_t one, std::size_t other) { return tracks_[one].chunkTime < tracks_[other].chunkTime; });
+  if (tightest != known.end()) {
+    for (std::size_t t = 0; t < tracks_.size(); ++t) {
+      if (std::ranges::find(known, t) == known.end()) shift[t] = shift[*tightest];
+    }
+  }
+  if (pictures_) {
+    const double slack = 0.75;
+    double least = 0;
+    for (const std::size_t t : known) least = std::max(least, -shift[t] / pictureTime_ - slack);
+    const bool hasBytes = gap.bytes > 0;
+    const double estimate = hasBytes ? picturesByBytes(gap.bytes, shift) : least;
+    missing.pictures = pickPictures(estimate, least, turnedBy(gap.before, end));
+  }
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    double time = shift[t] + static_cast<double>(missing.pictures) * pictureTime_;
+    if (!pictures_)
+      time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + kChunkHeader) * tracks_[t].chunkTime;
+    missing.sound.push_back(std::max(0.0, time));
+  }
+  return missing;
+}
+
+/// Puts what is missing in at a place of what is made already, in turn.
+void Timeline::fill(std::size_t place, const Missing& missing) {
+  const std::size_t most = plan_.slots.size() + 4096;
+  struct Part {
+    std::uint8_t stream;
+    std::size_t count;
+    std::uint32_t size;
+  };
+  std::vector<Part> parts;
+  if (pictures_ && missing.pictures > 0) parts.push_back({*pictures_, missing.pictures, 0});
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const Track& track = tracks_[t];
+    const auto count = static_cast<std::size_t>(std::min(1e6, std::round(missing.sound[t] / track.chunkTime)));
+    if (count == 0) continue;
+    std::uint32_t size = track.chunkSize;
+    // Most lost chunks had the usual size; a difference that is not heard is none.
+    constexpr double kUnheard = 0.02;
+    const double apart = std::abs(missing.sound[t] - static_cast<double>(count) * track.chunkTime);
+    if (streams_.countsBytes(track.stream) && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
+      size = static_cast<std::uint32_t>(missing.sound[t] / static_cast<double>(count) / track.chunkTime * size);
+      size -= size % streams_.blockOf(track.stream);
+    }
+    parts.push_back({track.stream, count, size});
+  }
+  std::vector<Slot> slots;
+  std::vector<std::size_t> done(parts.size(), 0);
+  while (refilled_ + slots.size() < most) {
+    // Whichever is furthest behind comes next.
+    std::optional<std::size_t> next;
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      const auto share = [&](std::size_t part) {
+        return static_cast<double>(done[part]) / static_cast<double>(parts[part].count);
+      };
+      if (done[i] < parts[i].count && (!next || share(i) < share(*next))) next = i;
+    }
+    if (!next) break;
+    ++done[*next];
+    Slot slot;
+    slot.stream = parts[*next].stream;
+    slot.size = parts[*next].size;
+    slot.state = SlotState::refilled;
+    slots.push_back(slot);
+  }
+  refilled_ += slots.size();
+  made_.insert(made_.begin() + static_cast<std::ptrdiff_t>(place), slots.begin(), slots.end());
+  for (const Slot& slot : slots) {
+    if (pictures_ == slot.stream) {
+      pictureClock_ += pictureTime_;
+      ++picturesMade_;
+    }
+    for (Track& track : tracks_) {
+      if (track.stream == slot.stream) track.clock += seconds(slot);
+    }
+  }
+}
+
+void Timeline::run() {
+  if (pictures_) learnClock();
+  made_.reserve(plan_.slots.size());
+  std::size_t slot = 0;
+  FilmGap open;                 // what earlier gaps left to be filled
+  std::size_t openPlace = 0;    // where the largest of them is, in what is made
+  std::uint64_t openBytes = 0;  // and how large it is
+  bool isOpen = false;
+  for (std::size_t g = 0; g < gaps_.size(); ++g) {
+    const FilmGap& gap = gaps_[g];
+    for (; slot < gap.before; ++slot) advance(plan_.slots[slot]);
+    if (slot == plan_.slots.size()) break;
+    hasPassedGap_ = hasPassedGap_ || slot > 0;
+    const std::size_t end = g + 1 < gaps_.size() ? gaps_[g + 1].before : plan_.slots.size();
+    if (slot == 0) continue;
+    if (gap.longer != 0 && made_.back().state != SlotState::refilled && isNothingMissing(gap, end)) {
+      lengthenLast(gap.longer);
+      continue;
+    }
+    if (!isOpen || gap.bytes > openBytes) {
+      openPlace = made_.size();
+      openBytes = gap.bytes;
+    }
+    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, gap.isTorn || (isOpen && open.isTorn)};
+    const auto found = missing(open, end, g + 1 == gaps_.size());
+    isOpen = !found;
+    if (found) fill(openPlace, *found);
+  }
+  for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
+  plan_.slots = std::move(made_);
+}
+
+}  // namespace
+
+void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan) {
+  if (!gaps.empty()) Timeline(evidence, streams, gaps, plan).run();
+}
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,29 @@
+/// Keeps a film in step over gaps: how many chunks of each stream are missing in one is told by the clocks of pictures
+/// and sound, by the bytes of the gap and by the clock that the codec itself carries.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "salvage/evidence.h"
+#include "salvage/film_plan.h"
+#include "salvage/film_streams.h"
+
+namespace zelvo::salvage {
+
+/// A place where chunks of the film may be missing.
+struct FilmGap {
+  std::size_t before = 0;    ///< how many slots of the plan stand in front of it
+  std::uint64_t bytes = 0;   ///< of the file that are no chunk's
+  std::uint32_t longer = 0;  ///< the size of the slot before it, should nothing be missing; 0 when that cannot be
+  bool isTorn = false;       ///< bytes are missing from the file
+};
+
+/// Fills the gaps with slots that are `SlotState::refilled`: empty chunks for pictures, silence for sound, in turn. A
+/// gap at the film's very end, or before its first sound, is left as it is. Where nothing is missing, the slot before a
+/// gap may take its bytes. `gaps`: rising. Reads the first bytes of some pictures around each gap. Time is linear in
+/// slots and gaps.
+/// Thread: any.
+void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan);
+
+}  // namespace zelvo::salvage

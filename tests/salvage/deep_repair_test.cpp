@@ -1,0 +1,156 @@
+// A whole run, from the damaged bytes to the report.
+#include "salvage/deep_repair.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/salvage/written_film.h"
+#include "tests/support/avi_builder.h"
+
+namespace zelvo::tests {
+namespace {
+
+using platform::Bytes;
+using salvage::SalvageEnd;
+using salvage::SalvageReport;
+using salvage::SalvageStage;
+using salvage::SalvageVerdict;
+using testing::ElementsAre;
+
+AviBuilder film() { return AviBuilder().interleaved(10, 300, 101); }
+
+class Notes final : public salvage::SalvageObserver {
+ public:
+  void stage(SalvageStage stage) override {
+    stages.push_back(stage);
+    if (onStage) onStage(stage);
+  }
+  void read(std::uint64_t bytes) override { bytesRead += bytes; }
+
+  std::vector<SalvageStage> stages;
+  std::uint64_t bytesRead = 0;
+  std::function<void(SalvageStage)> onStage;
+};
+
+/// Thread: one.
+struct Bench {
+  explicit Bench(Bytes bytes) : input(std::move(bytes)) {}
+
+  SalvageReport perform() {
+    files.put("/in.avi", input);
+    files.put("/out.avi", {});
+    if (onInput) onInput(files.at("/in.avi"));
+    const auto in = files.openForReading("/in.avi");
+    const auto out = files.openForWriting("/out.avi");
+    salvage::SalvageRun run{.input = *in.file,
+                            .inputSize = input.size(),
+                            .observer = notes,
+                            .cancel = cancel,
+                            .choices = choices,
+                            .makeOutput = {}};
+    if (!isDry) {
+      run.makeOutput = [&](std::uint64_t size) {
+        asked = size;
+        return isRefused ? nullptr : out.file.get();
+      };
+    }
+    return salvage::salvage(run);
+  }
+
+  Bytes input;
+  MemoryFiles files;
+  Notes notes;
+  platform::CancelMark cancel;
+  salvage::SalvageChoices choices;
+  std::function<void(MemoryFile&)> onInput;
+  bool isDry = false;
+  bool isRefused = false;
+  std::uint64_t asked = 0;
+};
+
+TEST(DeepRepair, AWholeFilmIsCleanAndWrittenWhole) {
+  Bench run(film().build());
+  const SalvageReport report = run.perform();
+  EXPECT_EQ(report.end, SalvageEnd::written);
+  EXPECT_EQ(report.verdict, SalvageVerdict::clean);
+  EXPECT_EQ(report.outputSize, run.files.content("/out.avi").size());
+  EXPECT_EQ(run.asked, report.outputSize);
+  EXPECT_EQ(report.streams.at(0).all().chunks, 10U);
+  EXPECT_EQ(report.streams.at(1).all().bytes, 1010U);
+  EXPECT_THAT(run.notes.stages, ElementsAre(SalvageStage::readingHeaders, SalvageStage::searching,
+                                            SalvageStage::weighing, SalvageStage::writing));
+  EXPECT_GE(run.notes.bytesRead, run.input.size());
+}
+
+TEST(DeepRepair, ItsOutputIsCleanAgainAndStaysTheSame) {
+  Bench first(film().build());
+  ASSERT_EQ(first.perform().end, SalvageEnd::written);
+  Bench second(first.files.content("/out.avi"));
+  EXPECT_EQ(second.perform().verdict, SalvageVerdict::clean);
+  EXPECT_EQ(second.files.content("/out.avi"), first.files.content("/out.avi"));
+}
+
+TEST(DeepRepair, AFilmWithoutItsIndexIsRepaired) {
+  AviBuilder builder = film();
+  builder.withIndex = false;
+  Bench run(builder.build());
+  const SalvageReport report = run.perform();
+  EXPECT_EQ(report.verdict, SalvageVerdict::repaired);
+  EXPECT_EQ(report.streams.at(0).of(salvage::SlotState::whole).chunks, 10U);
+}
+
+TEST(DeepRepair, ADryRunWritesNothing) {
+  Bench run(film().build());
+  run.isDry = true;
+  const SalvageReport report = run.perform();
+  EXPECT_EQ(report.end, SalvageEnd::planned);
+  EXPECT_GT(report.outputSize, 0U);
+  EXPECT_TRUE(run.files.content("/out.avi").empty());
+}
+
+TEST(DeepRepair, ARefusedOutputEndsIt) {
+  Bench run(film().build());
+  run.isRefused = true;
+  EXPECT_EQ(run.perform().end, SalvageEnd::noOutput);
+}
+
+TEST(DeepRepair, WhatIsNoFilmIsHopeless) {
+  for (const Bytes& bytes : {Bytes{}, Bytes(100), Bytes(100'000, std::byte{'x'}), film().headers()}) {
+    Bench run(bytes);
+    const SalvageReport report = run.perform();
+    EXPECT_EQ(report.end, SalvageEnd::noMedia);
+    EXPECT_EQ(report.verdict, SalvageVerdict::hopeless);
+    EXPECT_TRUE(run.files.content("/out.avi").empty());
+  }
+}
+
+TEST(DeepRepair, AStopAtAnyStageEndsIt) {
+  for (const SalvageStage stop :
+       {SalvageStage::readingHeaders, SalvageStage::searching, SalvageStage::weighing, SalvageStage::writing}) {
+    Bench run(film().build());
+    run.notes.onStage = [&](SalvageStage stage) {
+      if (stage == stop) run.cancel.abandon();
+    };
+    EXPECT_EQ(run.perform().end, SalvageEnd::stopped);
+    EXPECT_EQ(run.notes.stages.back(), stop);
+  }
+}
+
+TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {
+  AviBuilder builder;
+  builder.interleaved(3, 20'000, 1000);
+  Bench run(builder.build());
+  run.onInput = [](MemoryFile& file) {
+    file.badReadStart = 30'000;
+    file.badReadEnd = 30'001;
+    file.readError = std::make_error_code(std::errc::io_error);
+  };
+  const SalvageReport report = run.perform();
+  EXPECT_EQ(report.end, SalvageEnd::written);
+  EXPECT_GT(report.readFailures.count, 0U);
+  EXPECT_GT(report.unreadable, 0U);
+  EXPECT_EQ(report.streams.at(0).all().chunks, 3U);
+}
+
+}  // namespace
+}  // namespace zelvo::tests

@@ -1,0 +1,33 @@
+// The plan of a film, from all that was found in it.
+#include "salvage/film_plan.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/salvage/planned_film.h"
+
+namespace zelvo::tests {
+namespace {
+
+AviBuilder film() {
+  AviBuilder builder;
+  builder.interleaved(20, 1001, 200);
+  return builder;
+}
+
+TEST(FilmPlan, OfAWholeFilmHasEveryChunkInItsPlace) {
+  PlannedFilm planned(film().build());
+  EXPECT_EQ(planned.sources(), payloadOffsets(film()));
+  EXPECT_EQ(planned.plan.indexedChunks, film().chunks.size());
+  for (const auto& slot : planned.plan.slots) EXPECT_EQ(slot.state, salvage::SlotState::whole);
+}
+
+TEST(FilmPlan, OfAFilmWithoutAnIndexFollowsTheChain) {
+  AviBuilder builder = film();
+  builder.withIndex = false;
+  PlannedFilm planned(builder.build());
+  EXPECT_EQ(planned.sources(), payloadOffsets(builder));
+  EXPECT_EQ(planned.plan.indexedChunks, 0U);
+}
+
+}  // namespace
+}  // namespace zelvo::tests
