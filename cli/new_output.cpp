@@ -1,5 +1,6 @@
 #include "cli/new_output.h"
 
+#include <span>
 #include <utility>
 
 #include "cli/shown_text.h"
@@ -44,6 +45,21 @@ std::optional<std::string> NewOutput::keepName() {
 std::string NewOutput::writeFailed(std::uint64_t offset, std::error_code cause) const {
   return "writing " + printable(place_.path) + " failed after " + shownSize(offset) + ": " + cause.message() +
          ". Nothing of it was left behind.";
+}
+
+std::optional<std::string> writeText(Environment& environment, const CommandInputs& inputs, const OutputChoice& place,
+                                     std::string_view text) {
+  if (auto sentence = refusal(place, environment.fileManager)) return sentence;
+  platform::Relaxed<std::uint64_t> written;
+  NewOutput output(environment, inputs, place);
+  HiddenFile hidden(environment.fileManager, environment.newFiles, written);
+  if (auto sentence = output.create(hidden, text.size())) return sentence;
+  const auto bytes = std::as_bytes(std::span(text));
+  const platform::IoResult result = hidden.file()->writeAt(0, bytes);
+  if (result.error) return output.writeFailed(result.count, result.error);
+  if (const std::error_code error = hidden.flushAndClose()) return output.writeFailed(text.size(), error);
+  if (auto sentence = output.publish(hidden)) return sentence;
+  return output.keepName();
 }
 
 std::optional<std::string> readsFailed(const std::string& inputPath, const avi::ReadFailures& failures,

@@ -44,6 +44,10 @@ class NewOutput {
   const std::string folder_;
 };
 
+/// Writes a short text to a place by the rules of every output. A sentence when it cannot be.
+[[nodiscard]] std::optional<std::string> writeText(Environment& environment, const CommandInputs& inputs,
+                                                   const OutputChoice& place, std::string_view text);
+
 /// The sentence about reads that failed, of an output that is there all the same; nothing when none did. `consequence`
 /// ends it: a sentence with a blank before it, or nothing.
 [[nodiscard]] std::optional<std::string> readsFailed(const std::string& inputPath, const avi::ReadFailures& failures,

@@ -139,6 +139,15 @@ void HiddenFile::remove() {
 
 std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,
                                    platform::FileManager& fileManager) {
+  if (!output.path.empty() &&
+      platform::areOneFile(fileManager.attributesFollowingLinks(output.path), input.attributes)) {
+    return "input and output are the same file, " + printable(output.path) +
+           "; an input is never written to. Name another output.";
+  }
+  return refusal(output, fileManager);
+}
+
+std::optional<std::string> refusal(const OutputChoice& output, platform::FileManager& fileManager) {
   const std::string shown = printable(output.path);
   if (output.path.empty()) return "the output's name is empty.";
   if (output.path.ends_with('/')) {
@@ -148,9 +157,6 @@ std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput
     return "the name of the output would be too long: " + shown + "; name a shorter one with -o.";
   }
   const auto target = fileManager.attributesFollowingLinks(output.path);
-  if (platform::areOneFile(target, input.attributes)) {
-    return "input and output are the same file, " + shown + "; an input is never written to. Name another output.";
-  }
   if (target && target->kind == Kind::folder) return shown + " is a folder; name a file in it.";
   if (target && target->kind != Kind::regularFile) return shown + " is not a regular file; name another output.";
   if (fileManager.attributes(output.path) && !output.mayReplace) {

@@ -72,6 +72,8 @@ class HiddenFile {
 /// Decision: command-line, A refused output is a failure
 [[nodiscard]] std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,
                                                  platform::FileManager& fileManager);
+/// The same of an output that is no film.
+[[nodiscard]] std::optional<std::string> refusal(const OutputChoice& output, platform::FileManager& fileManager);
 
 /// Why the final name could not be given.
 [[nodiscard]] std::string renameRefused(const OutputChoice& output, std::error_code error);

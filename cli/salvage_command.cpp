@@ -14,6 +14,7 @@
 #include "cli/job_progress.h"
 #include "cli/new_output.h"
 #include "cli/salvage_outcome.h"
+#include "cli/salvage_page.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
 #include "cli/worker_run.h"
@@ -231,6 +232,16 @@ std::optional<double> numberIn(const std::string& text, double least, double mos
   return number;
 }
 
+using ReportWriter = std::string (*)(const SalvageOutcome&);
+
+/// The kind of report that a file's name asks for; nothing when it is none of them.
+std::optional<ReportWriter> reportOf(std::string_view path) {
+  if (path.ends_with(".json")) return inJson;
+  if (path.ends_with(".html")) return salvagePage;
+  if (path.ends_with(".txt")) return [](const SalvageOutcome& told) { return reportInWords(told); };
+  return std::nullopt;
+}
+
 class SalvageCommand final : public Command {
  public:
   std::vector<Option> options() override {
@@ -242,6 +253,8 @@ class SalvageCommand final : public Command {
          &donor_, "FILE"},
         {"--fps", "pictures a second, when you know better than the film's header or what is left of it", &fps_, "N"},
         {"--rate", "samples of sound a second, in the same case (for one sound track)", &rate_, "N"},
+        {"--report", "write what was found and done to a file, of the kind that its name ends in (for one input)",
+         &report_, "FILE.json|.html|.txt"},
         {"--damaged", "pictures that are damaged: keep them (default), or put empty ones there, which seeks better",
          &damaged_, "keep|empty"},
         {"--gaps", "time that is lost: fill it (default), or close it up", &gaps_, "fill|close"},
@@ -258,6 +271,9 @@ class SalvageCommand final : public Command {
     if (output_ && outputFolder_) return "only one of --output and --output-dir can be given.";
     if (inputs_.size() > 1 && output_) return "--output takes one input; use --output-dir for several.";
     if (inputs_.size() > 1 && donor_) return "--donor takes one input.";
+    if (inputs_.size() > 1 && report_) return "--report takes one input.";
+    if (report_ && !reportOf(*report_)) return "--report takes a name that ends in .json, .html or .txt.";
+    if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
@@ -289,13 +305,23 @@ class SalvageCommand final : public Command {
           } else {
             told = OneSalvage(environment, all, assignment.place, choices_).run(assignment.input);
           }
+          if (report_) writeReport(environment, all, told);
           batch.report(told.outcome, inWords(told, verbose_), json_ ? inJson(told) : std::string());
           return told.outcome.outputPath;
         });
-    return batch.finish();
+    return worse(batch.finish(), reportExit_);
   }
 
  private:
+  /// By the rules of every output. Where it fails, that is told and counts, and the film stays.
+  void writeReport(Environment& environment, const CommandInputs& inputs, SalvageOutcome& told) {
+    if (!told.report) return;
+    if (auto sentence = writeText(environment, inputs, {*report_, force_, false}, (*reportOf(*report_))(told))) {
+      environment.console.error(*sentence);
+      reportExit_ = Exit::ioFailed;
+    }
+  }
+
   [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
     if (output_) return {*output_, force_, false};
     return {salvagedPath(input, outputFolder_), force_, false};
@@ -304,12 +330,14 @@ class SalvageCommand final : public Command {
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;
+  std::optional<std::string> report_;
   std::optional<std::string> donor_;
   std::optional<std::string> fps_;
   std::optional<std::string> rate_;
   std::optional<std::string> damaged_;
   std::optional<std::string> gaps_;
   Choices choices_;
+  Exit reportExit_ = Exit::done;
   bool force_ = false;
   bool json_ = false;
   bool quiet_ = false;

@@ -30,6 +30,14 @@ std::string headerWords(const SalvageReport& report) {
   return shownNumber(own) + " of " + counted(report.streams.size(), "stream") + " have their own";
 }
 
+/// A field that might be something else, as "frame rate 25 of stream 0; might also be 30 with 48000 Hz".
+std::string choiceWords(const salvage::FoundField& field) {
+  std::string text = field.name + " " + field.value + " of stream " + std::to_string(field.stream) + "; might also be ";
+  for (const std::string& other : field.alternatives)
+    text += (&other == &field.alternatives.front() ? "" : ", ") + other;
+  return text;
+}
+
 void write(JsonWriter& json, std::string_view name, const SlotTally& tally) {
   json.key(name);
   json.beginObject();
@@ -57,6 +65,24 @@ void writeStreams(JsonWriter& json, const SalvageReport& report) {
     json.endObject();
   }
   json.endArray();
+}
+
+void writeFields(JsonWriter& json, const SalvageReport& report) {
+  json.key("fields");
+  json.beginArray();
+  for (const salvage::FoundField& field : report.fields) {
+    json.beginObject();
+    json.member("number", field.stream);
+    json.member("name", field.name);
+    json.member("value", field.value);
+    json.key("alternatives");
+    json.beginArray();
+    for (const std::string& other : field.alternatives) json.text(other);
+    json.endArray();
+    json.endObject();
+  }
+  json.endArray();
+  json.member("streams_without_header", report.streamsWithoutHeader);
 }
 
 void writeIndexes(JsonWriter& json, const SalvageReport& report) {
@@ -98,6 +124,8 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
     json.seconds(span.end);
     json.member("cause", nameOf(span.span.cause));
     json.member("done", doneAbout(span.span.cause));
+    json.member("evidence", evidenceOf(span, report));
+    json.member("confidence", confidenceOf(span, report));
     json.member("chunks", span.span.slots);
     json.key("streams");
     json.beginArray();
@@ -120,6 +148,7 @@ void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
   json.member("sentence", verdictSentence(*report));
   json.member("main_header", report->hasMainHeader ? "own" : "synthesised");
   writeStreams(json, *report);
+  writeFields(json, *report);
   writeIndexes(json, *report);
   writeSpans(json, *report);
   json.key("sync_before");
@@ -145,6 +174,9 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
                  codecOf(stream) + ", " + streamWords(stream));
   }
   text += line("Headers", headerWords(report));
+  for (const salvage::FoundField& field : report.fields) {
+    if (!field.alternatives.empty()) text += line("Chosen", choiceWords(field));
+  }
   if (spans) {
     for (const salvage::SalvagedSpan& span : report.spans) text += line("Damage", spanWords(span, report));
   } else if (!report.spans.empty()) {
@@ -158,6 +190,12 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
                               shownSeconds(base.seconds) + ")");
   text += line("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
   return text + line("Unchanged", input);
+}
+
+std::string reportInWords(const SalvageOutcome& outcome) {
+  const std::string words = inWords(outcome, true);
+  if (!words.empty() || outcome.outcome.reason.empty()) return words;
+  return outcome.outcome.reason + "\n";
 }
 
 std::string inJson(const SalvageOutcome& outcome) {

@@ -16,6 +16,8 @@ struct SalvageOutcome {
 
 /// Several lines for a person; with `spans` a line for each stretch of damage too.
 [[nodiscard]] std::string inWords(const SalvageOutcome& outcome, bool spans);
+/// The same with every stretch of damage, also of an input that nothing could be brought back from.
+[[nodiscard]] std::string reportInWords(const SalvageOutcome& outcome);
 /// One line, its end included; docs/cli-salvage.schema.json describes it.
 [[nodiscard]] std::string inJson(const SalvageOutcome& outcome);
 

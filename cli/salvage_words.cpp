@@ -114,6 +114,24 @@ std::string_view doneAbout(LossCause cause) {
   return "the code is mended";
 }
 
+std::string_view wordsFor(LossCause cause) {
+  if (cause == LossCause::sizeField) return "wrong size";
+  if (cause == LossCause::code) return "wrong code";
+  if (cause == LossCause::cut) return "cut off";
+  return nameOf(cause);
+}
+
+std::string_view evidenceOf(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+  return report.indexedChunks > 0 && span.span.originalBegin ? "index" : "chunks";
+}
+
+std::string_view confidenceOf(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+  // That sizes and codes were wrong is proved by the chunks around them, which close on one another.
+  const LossCause cause = span.span.cause;
+  const bool isProved = cause == LossCause::sizeField || cause == LossCause::code || cause == LossCause::unreadable;
+  return isProved || evidenceOf(span, report) == "index" ? "high" : "fair";
+}
+
 std::string_view nameOf(SlotState state) {
   switch (state) {
     case SlotState::whole:
@@ -198,7 +216,7 @@ std::string spanWords(const salvage::SalvagedSpan& span, const SalvageReport& re
   std::string text =
       "bytes " + shownNumber(span.span.begin) + " to " + shownNumber(span.span.end) + ", at " + shownTime(span.begin);
   if (span.end > span.begin) text += " to " + shownTime(span.end);
-  text += ": " + std::string(nameOf(span.span.cause));
+  text += ": " + std::string(wordsFor(span.span.cause));
   for (const std::uint8_t stream : span.streams) {
     text += (stream == span.streams.front() ? " (" : ", ") + std::string(kindOf(report.streams[stream])) + " " +
             std::to_string(stream);

@@ -11,6 +11,8 @@ namespace zelvo::cli {
 [[nodiscard]] std::string_view nameOf(salvage::SalvageVerdict verdict);
 [[nodiscard]] std::string_view nameOf(salvage::HeaderOrigin origin);
 [[nodiscard]] std::string_view nameOf(salvage::LossCause cause);
+/// The same for a person: "wrong size".
+[[nodiscard]] std::string_view wordsFor(salvage::LossCause cause);
 [[nodiscard]] std::string_view nameOf(salvage::SlotState state);
 
 /// What a stream holds: "video", "sound", "text" or "data".
@@ -26,6 +28,10 @@ namespace zelvo::cli {
 [[nodiscard]] std::string spanWords(const salvage::SalvagedSpan& span, const salvage::SalvageReport& report);
 /// What was done about a cause.
 [[nodiscard]] std::string_view doneAbout(salvage::LossCause cause);
+/// By what a stretch of damage is known: "index" when the film's own index tells what was there, else "chunks".
+[[nodiscard]] std::string_view evidenceOf(const salvage::SalvagedSpan& span, const salvage::SalvageReport& report);
+/// How sure it is: "high", or "fair" where only what is left around it tells.
+[[nodiscard]] std::string_view confidenceOf(const salvage::SalvagedSpan& span, const salvage::SalvageReport& report);
 /// "1:02:03.45", "2:03.45".
 [[nodiscard]] std::string shownTime(double seconds);
 

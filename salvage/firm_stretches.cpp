@@ -62,7 +62,11 @@ void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries
     if (std::ranges::binary_search(once, keyOf(entries[i].stream, entries[i].size))) ++stretch.unique;
   }
   std::size_t firm = 0;
-  for (const Stretch& stretch : stretches) firm += stretch.isFirm() ? stretch.entries : 0;
+  for (const Stretch& stretch : stretches) {
+    // One that explains most of a film is firm, however short the film is.
+    const bool isMost = stretch.entries * 100 >= entries.size() * kFirmPercent;
+    firm += stretch.isFirm() || isMost ? stretch.entries : 0;
+  }
   if (!isStrict && firm * 100 >= entries.size() * kFirmPercent) return;
   std::uint64_t looks = 0;
   for (const Stretch& stretch : stretches) {

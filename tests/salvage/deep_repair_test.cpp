@@ -99,6 +99,16 @@ TEST(DeepRepair, AFilmWithoutItsIndexIsRepaired) {
   EXPECT_EQ(report.streams.at(0).of(salvage::SlotState::whole).chunks, 10U);
 }
 
+TEST(DeepRepair, AFilmOfFewChunksOfOneSizeComesBack) {
+  for (const bool withIndex : {true, false}) {
+    AviBuilder builder;
+    builder.interleaved(3, 300, 101);
+    builder.withIndex = withIndex;
+    Bench run(builder.build());
+    EXPECT_EQ(run.perform().end, SalvageEnd::written);
+  }
+}
+
 TEST(DeepRepair, ADryRunWritesNothing) {
   Bench run(film().build());
   run.isDry = true;
@@ -138,7 +148,7 @@ TEST(DeepRepair, AStopAtAnyStageEndsIt) {
 
 TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {
   AviBuilder builder;
-  builder.interleaved(3, 20'000, 1000);
+  builder.interleaved(10, 20'000, 1000);
   Bench run(builder.build());
   run.onInput = [](MemoryFile& file) {
     file.badReadStart = 30'000;
@@ -149,7 +159,7 @@ TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {
   EXPECT_EQ(report.end, SalvageEnd::written);
   EXPECT_GT(report.readFailures.count, 0U);
   EXPECT_GT(report.unreadable, 0U);
-  EXPECT_EQ(report.streams.at(0).all().chunks, 3U);
+  EXPECT_EQ(report.streams.at(0).all().chunks, 10U);
 }
 
 }  // namespace

@@ -1,0 +1,272 @@
+// Sentence and figures, the damage picture, the table of all damage, headers and indexes. The picture is drawn in units
+// of which the bars are a thousand wide, so that it fits any window.
+#include "cli/salvage_page.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "cli/salvage_words.h"
+#include "cli/shown_text.h"
+
+namespace zelvo::cli {
+
+namespace {
+
+using salvage::SalvagedSpan;
+using salvage::SalvageReport;
+using salvage::SlotState;
+
+constexpr double kBar = 1000;
+constexpr int kBarHeight = 22;
+constexpr int kRow = 46;
+/// Narrower marks could not be seen, or met with a pointer.
+constexpr double kThinnest = 2;
+/// More spans than this make a page that no reader reads; the first ones are told.
+constexpr std::size_t kMaxRows = 2000;
+
+constexpr std::string_view kStyle = R"(
+:root { color-scheme: light dark; --page: #ffffff; --text: #1c2430; --soft: #5b6675; --line: #d5dbe3; --card: #f4f6f9;
+  --whole: #3b9b6d; --lost: #c8372d; --hurt: #e08a1e; --mended: #2f7fd1; --extra: #8a5cc2; }
+@media (prefers-color-scheme: dark) { :root { --page: #14181f; --text: #e6eaf0; --soft: #9aa6b6; --line: #323b48;
+  --card: #1d232d; --whole: #3f8f6b; --lost: #ef6a5f; --hurt: #f0a848; --mended: #62a8ee; --extra: #b18be0; } }
+* { box-sizing: border-box; }
+body { margin: 0 auto; max-width: 72rem; padding: 2rem 1.25rem 4rem; background: var(--page); color: var(--text);
+  font: 16px/1.5 system-ui, sans-serif; }
+h1 { font-size: 1.5rem; margin: 0; overflow-wrap: anywhere; } h2 { font-size: 1.1rem; margin: 2.25rem 0 .6rem; }
+p { margin: .5rem 0; } .soft { color: var(--soft); }
+.verdict { display: inline-block; margin: .8rem 0 .2rem; padding: .15rem .7rem; border-radius: 1rem; color: #fff;
+  font-weight: 600; }
+.clean, .repaired { background: #2c7d55; } .partial { background: #a8590b; } .hopeless { background: #b02a22; }
+.wide { overflow-x: auto; }
+table { border-collapse: collapse; width: 100%; font-variant-numeric: tabular-nums; }
+th, td { text-align: left; padding: .35rem .7rem; border-bottom: 1px solid var(--line); vertical-align: top; }
+th { color: var(--soft); font-weight: 600; white-space: nowrap; } td.n, th.n { text-align: right; white-space: nowrap; }
+figure { margin: 0; padding: 1rem; background: var(--card); border-radius: .6rem; }
+svg { display: block; width: 100%; height: auto; } svg text { fill: var(--text); font: 13px system-ui, sans-serif; }
+svg .soft { fill: var(--soft); }
+.key { display: flex; flex-wrap: wrap; gap: .3rem 1.2rem; margin-top: .8rem; font-size: .9rem; }
+.key i { display: inline-block; width: .8rem; height: .8rem; margin-right: .4rem; border-radius: 2px; }
+.fill-whole { fill: var(--whole); background: var(--whole); } .fill-lost { fill: var(--lost); background: var(--lost); }
+.fill-hurt { fill: var(--hurt); background: var(--hurt); }
+.fill-mended { fill: var(--mended); background: var(--mended); }
+.fill-extra { fill: var(--extra); background: var(--extra); }
+rect.mark:hover { stroke: var(--text); stroke-width: 2; }
+)";
+
+std::string escaped(std::string_view text) {
+  std::string out;
+  for (const char c : printable(text)) {
+    switch (c) {
+      case '&':
+        out += "&amp;";
+        break;
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
+    }
+  }
+  return out;
+}
+
+/// How a stretch of damage is painted.
+std::string_view paintOf(salvage::LossCause cause) {
+  using salvage::LossCause;
+  switch (cause) {
+    case LossCause::sizeField:
+    case LossCause::code:
+      return "mended";
+    case LossCause::inserted:
+    case LossCause::doubled:
+    case LossCause::foreign:
+      return "extra";
+    case LossCause::overwritten:
+    case LossCause::zeroed:
+    case LossCause::unreadable:
+      return "hurt";
+    case LossCause::missing:
+    case LossCause::cut:
+      break;
+  }
+  return "lost";
+}
+
+struct Key {
+  std::string_view paint;
+  std::string_view words;
+};
+constexpr std::array kKeys = {Key{"whole", "as it was"}, Key{"mended", "mended"},
+                              Key{"hurt", "overwritten or unreadable"}, Key{"lost", "missing"},
+                              Key{"extra", "not of this film"}};
+
+std::string rectangle(double x, int y, double width, std::string_view paint, const std::string& title) {
+  const bool isMark = !title.empty();
+  std::string text = "<rect" + std::string(isMark ? " class=\"mark fill-" : " rx=\"3\" class=\"fill-") +
+                     std::string(paint) + "\" x=\"" + fixedPoint(x, 2) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
+                     fixedPoint(width, 2) + "\" height=\"" + std::to_string(kBarHeight) + "\"";
+  return text + (isMark ? "><title>" + escaped(title) + "</title></rect>\n" : "/>\n");
+}
+
+/// A bar with marks from `begin` to `end` of `all`.
+class Bars {
+ public:
+  void begin(const std::string& label, const std::string& all) {
+    const int y = 4 + rows_ * kRow;
+    out_ += "<text x=\"0\" y=\"" + std::to_string(y + 11) + "\">" + escaped(label) +
+            "</text><text class=\"soft\" text-anchor=\"end\" x=\"1000\" y=\"" + std::to_string(y + 11) + "\">" +
+            escaped(all) + "</text>\n" + rectangle(0, y + 17, kBar, "whole", "");
+    ++rows_;
+  }
+  void mark(double begin, double end, double all, std::string_view paint, const std::string& title) {
+    if (all <= 0) return;
+    const double width = std::clamp((end - begin) / all * kBar, kThinnest, kBar);
+    const double x = std::clamp(begin / all * kBar, 0.0, kBar - width);
+    out_ += rectangle(x, 4 + (rows_ - 1) * kRow + 17, width, paint, title);
+  }
+  [[nodiscard]] std::string drawing() const {
+    return "<svg viewBox=\"0 0 1000 " + std::to_string(rows_ * kRow) +
+           "\" role=\"img\" aria-label=\"Where the film is damaged\">\n" + out_ + "</svg>\n";
+  }
+
+ private:
+  std::string out_;
+  int rows_ = 0;
+};
+
+std::string streamName(const SalvageReport& report, std::size_t stream) {
+  return "Stream " + std::to_string(stream) + ": " + std::string(kindOf(report.streams[stream]));
+}
+
+std::string picture(const SalvageReport& report) {
+  Bars bars;
+  const std::size_t told = std::min(report.spans.size(), kMaxRows);
+  bars.begin("The damaged file", shownSize(report.inputSize));
+  for (std::size_t i = 0; i < told; ++i) {
+    const SalvagedSpan& span = report.spans[i];
+    bars.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end),
+              static_cast<double>(report.inputSize), paintOf(span.span.cause), spanWords(span, report));
+  }
+  for (std::size_t stream = 0; stream < report.streams.size(); ++stream) {
+    const double seconds = report.streams[stream].all().seconds;
+    bars.begin(streamName(report, stream) + ", " + codecOf(report.streams[stream]), shownTime(seconds));
+    for (std::size_t i = 0; i < told; ++i) {
+      const SalvagedSpan& span = report.spans[i];
+      if (std::ranges::count(span.streams, stream) == 0) continue;
+      bars.mark(span.begin, span.end, seconds, paintOf(span.span.cause), spanWords(span, report));
+    }
+  }
+  std::string text = "<figure>\n" + bars.drawing() + "<div class=\"key\">";
+  for (const Key& key : kKeys) {
+    text += "<span><i class=\"fill-" + std::string(key.paint) + "\"></i>" + std::string(key.words) + "</span>";
+  }
+  return text + "</div></figure>\n";
+}
+
+std::string cell(const std::string& text, bool isNumber = false) {
+  return (isNumber ? "<td class=\"n\">" : "<td>") + escaped(text) + "</td>";
+}
+
+std::string streamTable(const SalvageReport& report) {
+  std::string text =
+      "<h2>Streams</h2>\n<div class=\"wide\"><table><tr><th>Stream<th>Codec<th>Header<th class=\"n\">Length"
+      "<th class=\"n\">Chunks<th class=\"n\">Whole<th class=\"n\">Mended<th class=\"n\">Damaged<th class=\"n\">Lost"
+      "</tr>\n";
+  const auto both = [](const salvage::SalvagedStream& stream, SlotState one, SlotState other) {
+    return shownNumber(stream.of(one).chunks + stream.of(other).chunks);
+  };
+  for (std::size_t i = 0; i < report.streams.size(); ++i) {
+    const salvage::SalvagedStream& stream = report.streams[i];
+    text += "<tr>" + cell(streamName(report, i)) + cell(codecOf(stream)) + cell(std::string(nameOf(stream.origin))) +
+            cell(shownTime(stream.all().seconds), true) + cell(shownNumber(stream.all().chunks), true) +
+            cell(shownNumber(stream.of(SlotState::whole).chunks), true) +
+            cell(both(stream, SlotState::sizeMended, SlotState::codeMended), true) +
+            cell(shownNumber(stream.notWhole().chunks - stream.of(SlotState::lost).chunks -
+                             stream.of(SlotState::refilled).chunks),
+                 true) +
+            cell(both(stream, SlotState::lost, SlotState::refilled), true) + "</tr>\n";
+  }
+  return text + "</table></div>\n";
+}
+
+std::string spanTable(const SalvageReport& report) {
+  if (report.spans.empty()) return {};
+  std::string text =
+      "<h2>Damage, place by place</h2>\n<div class=\"wide\"><table><tr><th class=\"n\">From byte<th class=\"n\">To byte"
+      "<th class=\"n\">Time<th>Streams<th>What<th>What was done<th>Known by</tr>\n";
+  const std::size_t told = std::min(report.spans.size(), kMaxRows);
+  for (std::size_t i = 0; i < told; ++i) {
+    const SalvagedSpan& span = report.spans[i];
+    std::string streams;
+    for (const std::uint8_t stream : span.streams)
+      streams +=
+          (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[stream])) + " " + std::to_string(stream);
+    std::string time = shownTime(span.begin);
+    if (span.end > span.begin) time += " to " + shownTime(span.end);
+    text += "<tr>" + cell(shownNumber(span.span.begin), true) + cell(shownNumber(span.span.end), true) +
+            cell(time, true) + cell(streams) + cell(std::string(wordsFor(span.span.cause))) +
+            cell(std::string(doneAbout(span.span.cause))) + cell(std::string(evidenceOf(span, report))) + "</tr>\n";
+  }
+  text += "</table></div>\n";
+  const std::uint64_t left = report.spans.size() - told + report.spansLeftOut;
+  if (left > 0) text += "<p class=\"soft\">" + counted(left, "more place") + " not shown.</p>\n";
+  return text;
+}
+
+std::string fieldTable(const SalvageReport& report) {
+  if (report.fields.empty()) return {};
+  std::string text =
+      "<h2>Headers that were put together</h2>\n<div class=\"wide\"><table><tr><th>Stream<th>Field<th>Value"
+      "<th>Might also be</tr>\n";
+  for (const salvage::FoundField& field : report.fields) {
+    std::string others;
+    for (const std::string& other : field.alternatives) others += (others.empty() ? "" : "; ") + other;
+    text +=
+        "<tr>" + cell(std::to_string(field.stream)) + cell(field.name) + cell(field.value) + cell(others) + "</tr>\n";
+  }
+  return text + "</table></div>\n";
+}
+
+std::string details(const SalvageReport& report) {
+  std::uint64_t entries = 0;
+  for (const salvage::TemplateSource& index : report.indexes) entries += index.entries;
+  std::string text = "<h2>Indexes and sync</h2>\n<p>" + counted(report.indexes.size(), "index part") + " with " +
+                     shownNumber(entries) + " entries found; " + counted(report.indexedChunks, "chunk") +
+                     " of the film placed by them.</p>\n";
+  return text + "<p>Had the lost parts just been left out, sound and pictures would be up to " +
+         fixedPoint(report.syncBefore, 2) + " s apart; now they are " + fixedPoint(report.syncAfter, 2) +
+         " s apart.</p>\n";
+}
+
+}  // namespace
+
+std::string salvagePage(const SalvageOutcome& outcome) {
+  const Outcome& base = outcome.outcome;
+  const std::string name = escaped(base.inputPath);
+  std::string page =
+      "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+      "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+      name + "</title>\n<style>" + std::string(kStyle) + "</style>\n</head>\n<body>\n<h1>" + name + "</h1>\n";
+  if (!outcome.report) return page + "<p>" + escaped(base.reason) + "</p>\n</body>\n</html>\n";
+  const SalvageReport& report = *outcome.report;
+  const std::string verdict(nameOf(report.verdict));
+  page += "<p><span class=\"verdict " + verdict + "\">" + verdict + "</span></p>\n<p>" +
+          escaped(verdictSentence(report)) + "</p>\n";
+  if (!base.reason.empty()) page += "<p>" + escaped(base.reason) + "</p>\n";
+  if (base.outputPath) {
+    page += "<p class=\"soft\">Written: " + escaped(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
+            ". The damaged file is unchanged.</p>\n";
+  }
+  page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
+          fieldTable(report) + details(report);
+  return page + "</body>\n</html>\n";
+}
+
+}  // namespace zelvo::cli

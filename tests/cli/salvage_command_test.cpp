@@ -1,0 +1,257 @@
+// zelvo-avi salvage, from outside.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "tests/cli/program.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/small_avi.h"
+
+namespace zelvo::tests {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+std::string film() { return SmallAvi{.frames = 20, .frameSize = 500, .soundSize = 100}.bytes(); }
+
+/// The film with the header of its tenth picture and what follows overwritten.
+std::string damagedFilm() {
+  std::string bytes = film();
+  const std::size_t media = bytes.find("movi");
+  std::fill_n(bytes.begin() + static_cast<std::ptrdiff_t>(media + 9 * 620), 700, '\0');
+  return bytes;
+}
+
+TEST(SalvageCommand, UndamagedFilmIsCleanAndKeepsItsChunks) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", film());
+
+  const Ended ended = runZelvoAvi({"salvage", folder / "in.avi"});
+
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.out, HasSubstr("Nothing is wrong with this film."));
+  EXPECT_THAT(ended.out, HasSubstr("Video:     Motion JPEG, 20 chunks\n"));
+  EXPECT_THAT(ended.out, HasSubstr("Written:   " + (folder / "in-salvaged.avi")));
+  EXPECT_THAT(ended.err, IsEmpty());
+  EXPECT_THAT(folder.names(), ElementsAre("in-salvaged.avi", "in.avi"));
+  EXPECT_EQ(readFile(folder / "in.avi"), film());
+}
+
+TEST(SalvageCommand, DamagedFilmIsPartlyThereAndExitsWithSuccess) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", damagedFilm());
+
+  const Ended ended = runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "out.avi", "--verbose"});
+
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.out, HasSubstr("This film was damaged;"));
+  EXPECT_THAT(ended.out, HasSubstr("Damage:    bytes "));
+  EXPECT_THAT(folder.names(), ElementsAre("in.avi", "out.avi"));
+}
+
+TEST(SalvageCommand, SmallerAndSilentFilmsAreTakenToo) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", SmallAvi{.frames = 4, .hasAudioHeader = false}.bytes());
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi"}).exit, 0);
+}
+
+TEST(SalvageCommand, DryRunWritesNothing) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", film());
+
+  const Ended ended = runZelvoAvi({"salvage", "--dry-run", folder / "in.avi"});
+
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.out, HasSubstr("would be written"));
+  EXPECT_THAT(folder.names(), ElementsAre("in.avi"));
+}
+
+TEST(SalvageCommand, WhatHoldsNoFilmIsHopeless) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", std::string(100'000, 'x'));
+  writeFile(folder / "empty.avi", "");
+
+  const Ended ended = runZelvoAvi({"salvage", folder / "in.avi"});
+  EXPECT_EQ(ended.exit, 1);
+  EXPECT_THAT(ended.err, HasSubstr("nothing can be brought back from"));
+  EXPECT_THAT(runZelvoAvi({"salvage", folder / "empty.avi"}).err, HasSubstr("is empty."));
+  EXPECT_THAT(folder.names(), ElementsAre("empty.avi", "in.avi"));
+}
+
+TEST(SalvageCommand, AnExistingOutputStaysUnlessForced) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", film());
+  writeFile(folder / "out.avi", "mine");
+
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "out.avi"}).exit, 3);
+  EXPECT_EQ(readFile(folder / "out.avi"), "mine");
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "out.avi", "--force"}).exit, 0);
+  EXPECT_NE(readFile(folder / "out.avi"), "mine");
+}
+
+TEST(SalvageCommand, AnInputIsNeverAnOutput) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", film());
+  writeFile(folder / "in-salvaged.avi", film());
+
+  EXPECT_EQ(runZelvoAvi({"salvage", "--force", folder / "in.avi", "-o", folder / "in.avi"}).exit, 3);
+  const Ended ended = runZelvoAvi({"salvage", "--force", folder / "in.avi", folder / "in-salvaged.avi"});
+  EXPECT_EQ(ended.exit, 3);
+  EXPECT_THAT(ended.err, HasSubstr("which is an input of the same command"));
+  EXPECT_EQ(readFile(folder / "in.avi"), film());
+  EXPECT_EQ(readFile(folder / "in-salvaged.avi"), film());
+}
+
+TEST(SalvageCommand, SeveralInputsGoToOneFolder) {
+  const TempFolder folder;
+  writeFile(folder / "a.avi", film());
+  writeFile(folder / "b.divx", damagedFilm());
+  std::filesystem::create_directory(folder / "out");
+
+  const Ended ended = runZelvoAvi(
+      {"salvage", folder / "a.avi", folder / "b.divx", folder / "none.avi", "--output-dir", folder / "out"});
+
+  EXPECT_EQ(ended.exit, 3);
+  EXPECT_THAT(ended.out, HasSubstr("3 inputs: 2 repaired, 1 failed."));
+  EXPECT_TRUE(std::filesystem::exists(folder / "out/a-salvaged.avi"));
+  EXPECT_TRUE(std::filesystem::exists(folder / "out/b-salvaged.avi"));
+}
+
+TEST(SalvageCommand, SameBytesEveryTime) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", damagedFilm());
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "one.avi"}).exit, 0);
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "two.avi"}).exit, 0);
+  EXPECT_TRUE(readFile(folder / "one.avi") == readFile(folder / "two.avi"));
+}
+
+TEST(SalvageCommand, ClosedGapsMakeAShorterFilm) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", damagedFilm());
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "filled.avi"}).exit, 0);
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "closed.avi", "--gaps", "close"}).exit, 0);
+  EXPECT_LT(readFile(folder / "closed.avi").size(), readFile(folder / "filled.avi").size());
+}
+
+TEST(SalvageCommand, LostHeadersComeFromADonor) {
+  const TempFolder folder;
+  std::string bytes = film();
+  const std::size_t media = bytes.find("movi");
+  std::fill_n(bytes.begin(), media - 8, '\0');
+  writeFile(folder / "in.avi", bytes);
+  writeFile(folder / "donor.avi", film());
+
+  const Ended alone = runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "alone.avi"});
+  EXPECT_EQ(alone.exit, 0);
+  EXPECT_THAT(alone.out, HasSubstr("Headers:   0 of "));
+  const Ended helped =
+      runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "out.avi", "--donor", folder / "donor.avi", "--json"});
+  EXPECT_EQ(helped.exit, 0);
+  EXPECT_THAT(helped.out, HasSubstr("\"header\":\"donor\""));
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "--donor", folder / "none.avi"}).exit, 3);
+}
+
+TEST(SalvageCommand, ReportsAreOfTheKindThatTheirNamesSay) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", damagedFilm());
+  for (const char* const name : {"r.json", "r.html", "r.txt"}) {
+    EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "--dry-run", "--quiet", "--report", folder / name}).exit, 0);
+  }
+  EXPECT_THAT(readFile(folder / "r.json"), HasSubstr("\"verdict\":\"partial\""));
+  EXPECT_THAT(readFile(folder / "r.txt"), HasSubstr("Damage:    bytes "));
+  const std::string page = readFile(folder / "r.html");
+  EXPECT_THAT(page, HasSubstr("<svg"));
+  EXPECT_THAT(page, HasSubstr("<title>bytes "));
+  EXPECT_THAT(page, HasSubstr("prefers-color-scheme: dark"));
+  EXPECT_THAT(page, Not(HasSubstr("<script")));
+  EXPECT_THAT(page, Not(HasSubstr("http")));
+}
+
+TEST(SalvageCommand, AReportReplacesNothing) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", film());
+  writeFile(folder / "r.txt", "mine");
+
+  const Ended ended = runZelvoAvi({"salvage", folder / "in.avi", "--report", folder / "r.txt"});
+
+  EXPECT_EQ(ended.exit, 3);
+  EXPECT_THAT(ended.err, HasSubstr("exists already"));
+  EXPECT_EQ(readFile(folder / "r.txt"), "mine");
+  EXPECT_TRUE(std::filesystem::exists(folder / "in-salvaged.avi"));
+}
+
+TEST(SalvageCommand, AReportIsNoInput) {
+  const TempFolder folder;
+  writeFile(folder / "in.txt", film());
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.txt", "--force", "--report", folder / "in.txt"}).exit, 3);
+  EXPECT_EQ(readFile(folder / "in.txt"), film());
+}
+
+TEST(SalvageCommand, NamesInThePageAreNoMarkup) {
+  const TempFolder folder;
+  writeFile(folder / "<b>&.avi", film());
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "<b>&.avi", "--dry-run", "--report", folder / "r.html"}).exit, 0);
+  EXPECT_THAT(readFile(folder / "r.html"), HasSubstr("/&lt;b&gt;&amp;.avi</h1>"));
+}
+
+TEST(SalvageCommand, OptionsThatMakeNoSenseAreRefusedBeforeAnythingIsTouched) {
+  const TempFolder folder;
+  writeFile(folder / "a.avi", film());
+  writeFile(folder / "b.avi", film());
+  const std::vector<std::vector<std::string>> uses = {{"--damaged", "blue"},
+                                                      {"--gaps", "wide"},
+                                                      {"--fps", "fast"},
+                                                      {"--fps", "0"},
+                                                      {"--rate", "7"},
+                                                      {"--report", folder / "r.pdf"},
+                                                      {"--output-dir", folder.path(), "-o", folder / "x.avi"},
+                                                      {"--report", folder / "x.txt", "-o", folder / "x.txt"},
+                                                      {folder / "b.avi", "-o", folder / "x.avi"},
+                                                      {folder / "b.avi", "--donor", folder / "a.avi"},
+                                                      {folder / "b.avi", "--report", folder / "r.txt"}};
+  for (const auto& use : uses) {
+    std::vector<std::string> command{"salvage", folder / "a.avi"};
+    command.insert(command.end(), use.begin(), use.end());
+    EXPECT_EQ(runZelvoAvi(command).exit, 2) << use.front();
+  }
+  EXPECT_THAT(folder.names(), ElementsAre("a.avi", "b.avi"));
+}
+
+TEST(SalvageCommand, KnownRatesEndInTheHeader) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", film());
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "-o", folder / "out.avi", "--fps", "12.5"}).exit, 0);
+  const Ended ended = runZelvoAvi({"inspect", folder / "out.avi"});
+  EXPECT_THAT(ended.out, HasSubstr("dwMicroSecPerFrame = 80000"));
+}
+
+TEST(SalvageCommand, EveryJsonIsAsDocumented) {
+  const TempFolder folder;
+  writeFile(folder / "good.avi", film());
+  writeFile(folder / "hurt.avi", damagedFilm());
+  std::string headless = film();
+  std::fill_n(headless.begin(), headless.find("movi") - 8, '\0');
+  writeFile(folder / "headless.avi", headless);
+  writeFile(folder / "other.avi", std::string(9000, 'x'));
+
+  const Ended ended = runZelvoAvi({"salvage", "--json", folder / "good.avi", folder / "hurt.avi",
+                                   folder / "headless.avi", folder / "other.avi", folder / "none.avi"});
+  const Ended dry = runZelvoAvi({"salvage", "--json", "--dry-run", folder / "hurt.avi"});
+
+  EXPECT_EQ(std::count(ended.out.begin(), ended.out.end(), '\n'), 5);
+  for (const char* const outcome : {"repaired", "not-supported", "failed"})
+    EXPECT_THAT(ended.out, HasSubstr("\"outcome\":\"" + std::string(outcome) + "\""));
+  EXPECT_THAT(dry.out, HasSubstr("\"outcome\":\"repairable\""));
+  writeFile(folder / "result.json", ended.out + dry.out);
+  const Ended judged = run({"python3", ZELVO_ROOT "/tests/cli/validate_json.py",
+                            ZELVO_ROOT "/docs/cli-salvage.schema.json", folder / "result.json"});
+  EXPECT_EQ(judged.exit, 0) << judged.out << judged.err;
+}
+
+}  // namespace
+}  // namespace zelvo::tests
