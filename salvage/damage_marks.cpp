@@ -9,6 +9,8 @@ namespace zelvo::salvage {
 
 namespace {
 
+constexpr std::uint64_t kHeader = 8;
+
 bool mayHoldZeros(Codec codec) {
   switch (codec) {
     case Codec::rawPicture:
@@ -58,8 +60,11 @@ void markDamage(const Evidence& evidence, FilmPlan& plan) {
   std::vector<bool> holdsZeros;
   for (const FilmStream& stream : evidence.header.streams) holdsZeros.push_back(mayHoldZeros(codecOf(stream.header)));
   const auto isHurt = [&](const Slot& slot, std::uint64_t begin, std::uint64_t size) {
-    return touches(unreadable, begin, begin + size) ||
-           touches(holdsZeros[slot.stream] ? sharp : zeroed, begin, begin + size);
+    const std::uint64_t end = begin + size;
+    if (touches(unreadable, begin, end) || touches(holdsZeros[slot.stream] ? sharp : zeroed, begin, end)) return true;
+    // A payload's own zeros do not go on over the next header.
+    const auto behind = firstBehind(zeroed, end + kHeader - 1);
+    return behind != zeroed.end() && behind->begin < end;
   };
   for (Slot& slot : plan.slots) {
     const bool isSound =

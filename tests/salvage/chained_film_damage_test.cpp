@@ -1,0 +1,135 @@
+// What comes of a film without an index under each kind of damage.
+#include <gtest/gtest.h>
+
+#include "tests/salvage/made_film.h"
+
+namespace zelvo::tests {
+namespace {
+
+using salvage::LossCause;
+using salvage::SlotState;
+using Words = std::vector<std::string>;
+
+MadeFilm chained(int pairs = 40) { return MadeFilm(pairs, 1, false); }
+
+Words planOf(const MadeFilm& film) { return fates(PlannedFilm(film.bytes), film); }
+
+/// Seconds of each stream in front of the slot that has the payload of a chunk.
+std::pair<double, double> clocksAt(const PlannedFilm& planned, const MadeFilm& film, std::size_t chunk) {
+  double pictures = 0;
+  double sound = 0;
+  for (const auto& slot : planned.plan.slots) {
+    if (slot.hasSource() && contentOf(planned, slot) == film.payloads[chunk]) return {pictures, sound};
+    (slot.stream == 0 ? pictures : sound) += slot.stream == 0 ? 0.04 : slot.size / 32'000.0;
+  }
+  ADD_FAILURE() << "chunk " << chunk << " is not there";
+  return {};
+}
+
+TEST(ChainedFilmDamage, LostIndexKeepsEveryChunk) {
+  const MadeFilm film = chained();
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_TRUE(planned.plan.spans.empty());
+}
+
+TEST(ChainedFilmDamage, GarbageInsteadOfTheIndexKeepsEveryChunk) {
+  MadeFilm film;
+  std::ranges::copy(noise(80 * 16), film.bytes.begin() + static_cast<std::ptrdiff_t>(film.indexBegin()));
+  EXPECT_EQ(planOf(film), allBut(80));
+}
+
+TEST(ChainedFilmDamage, DeadCodesAreFoundFromTheNextHeaderBackwards) {
+  MadeFilm film = chained();
+  film.fill(film.headers[20], 4);
+  film.fill(film.headers[31], 4, std::byte{0xee});
+  film.fill(film.headers[32], 4);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_EQ(planned.plan.slots[31].state, SlotState::codeMended);
+  EXPECT_EQ(planned.plan.slots[31].stream, 1);
+  EXPECT_EQ(planned.plan.slots[32].stream, 0);
+}
+
+TEST(ChainedFilmDamage, WrongSizesAreMended) {
+  MadeFilm film = chained();
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[20]) + 4, 70'000);
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[30]) + 4, 0);
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[41]) + 4, 640);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_EQ(planned.plan.slots[20].state, SlotState::sizeMended);
+  EXPECT_EQ(planned.plan.slots[30].state, SlotState::sizeMended);
+  EXPECT_EQ(planned.plan.slots[41].state, SlotState::sizeMended);
+}
+
+TEST(ChainedFilmDamage, CutShortEndsWithTheLastWholePicture) {
+  MadeFilm film = chained();
+  film.cut(film.headers[40] + 200);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(40));
+  ASSERT_EQ(planned.plan.spans.size(), 1U);
+  EXPECT_EQ(planned.plan.spans[0].cause, LossCause::cut);
+  EXPECT_EQ(planned.plan.spans[0].originalBegin, film.headers[40]);
+}
+
+TEST(ChainedFilmDamage, CutShortKeepsWholeSamplesOfSound) {
+  MadeFilm film = chained();
+  film.cut(film.headers[41] + 8 + 203);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(42, {{41, "cut1"}}));
+  EXPECT_EQ(planned.plan.slots.back().size, 200U);
+}
+
+TEST(ChainedFilmDamage, LostChunksOfBothStreamsAreRefilled) {
+  MadeFilm film = chained();
+  // Two pairs, and a header on either side stays.
+  film.fill(film.headers[20], film.headers[24] - film.headers[20], std::byte{0xee});
+  const PlannedFilm planned(film.bytes);
+  const Words words = fates(planned, film);
+  ASSERT_EQ(words.size(), 80U);
+  for (std::size_t i = 0; i < 80; ++i) {
+    if (i < 20 || i >= 24) {
+      EXPECT_EQ(words[i], std::to_string(i));
+    }
+  }
+  for (std::size_t i = 20; i < 24; ++i) EXPECT_EQ(words[i].substr(0, 8), "refilled") << i;
+}
+
+TEST(ChainedFilmDamage, LostSoundAloneIsRefilledByTheLag) {
+  MadeFilm film = chained();
+  film.fill(film.headers[21], 8 + MadeFilm::kSound, std::byte{0xee});
+  EXPECT_EQ(planOf(film), allBut(80, {{21, "refilled1"}}));
+}
+
+TEST(ChainedFilmDamage, MissingBytesKeepTheFilmInStep) {
+  MadeFilm film = chained();
+  // The end of picture 20, its sound, and the front of picture 22 are gone: one picture less than sound.
+  film.remove(film.headers[20] + 100, film.headers[22] + 50 - film.headers[20] - 100);
+  const PlannedFilm planned(film.bytes);
+  const auto [pictures, sound] = clocksAt(planned, film, 60);
+  EXPECT_NEAR(pictures, sound, 0.03);
+}
+
+TEST(ChainedFilmDamage, FalseHeaderInsideAPayloadIsLeftOut) {
+  MadeFilm film = chained();
+  overwrite(film.bytes, static_cast<std::size_t>(film.headers[20]) + 100, std::string_view("01wb\x40\0\0\0", 8));
+  film.payloads[20] = film.part(film.headers[20] + 8, film.payloads[20].size());
+  EXPECT_EQ(planOf(film), allBut(80));
+}
+
+TEST(ChainedFilmDamage, HostileDenseHeadersComeToAnEnd) {
+  MadeFilm film = chained();
+  platform::Bytes dense;
+  for (int i = 0; i < 100'000; ++i) {
+    appendText(dense, i % 2 == 0 ? "00dc" : "01wb");
+    appendNumber(dense, static_cast<std::uint32_t>(i % 3 == 0 ? 1280 : 8 * (i % 1000)));
+  }
+  film.insert(film.headers[40], dense);
+  const PlannedFilm planned(film.bytes);
+  const Words words = fates(planned, film);
+  EXPECT_EQ(Words(words.begin(), words.begin() + 40), allBut(40));
+}
+
+}  // namespace
+}  // namespace zelvo::tests

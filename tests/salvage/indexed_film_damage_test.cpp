@@ -1,0 +1,157 @@
+// What comes of a film with an index under each kind of damage.
+#include <gtest/gtest.h>
+
+#include "tests/salvage/made_film.h"
+
+namespace zelvo::tests {
+namespace {
+
+using salvage::LossCause;
+using salvage::SlotState;
+using Words = std::vector<std::string>;
+
+Words planOf(const MadeFilm& film) { return fates(PlannedFilm(film.bytes), film); }
+
+TEST(IndexedFilmDamage, NothingKeepsEveryChunk) {
+  const MadeFilm film;
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_TRUE(planned.plan.spans.empty());
+  for (const auto& slot : planned.plan.slots) {
+    EXPECT_EQ(slot.state, SlotState::whole);
+    EXPECT_TRUE(slot.isIndexed);
+    EXPECT_TRUE(slot.hasKeyFlag);
+  }
+}
+
+TEST(IndexedFilmDamage, BytesMissingInsideAPictureTearThatPictureAlone) {
+  MadeFilm film;
+  film.remove(film.headers[20] + 100, 301);
+  EXPECT_EQ(planOf(film), allBut(80, {{20, "torn0"}}));
+}
+
+TEST(IndexedFilmDamage, BytesMissingOverSeveralChunksKeepTheirTime) {
+  MadeFilm film;
+  film.remove(film.headers[20] + 100, film.headers[25] + 50 - film.headers[20] - 100);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film),
+            allBut(80, {{20, "torn0"}, {21, "lost1"}, {22, "lost0"}, {23, "lost1"}, {24, "lost0"}, {25, "lost1"}}));
+  EXPECT_EQ(planned.plan.slots[21].size, MadeFilm::kSound);
+  EXPECT_EQ(planned.plan.slots[22].size, 0U);
+}
+
+TEST(IndexedFilmDamage, ThreeDeletionsAreThreeDisplacements) {
+  MadeFilm film;
+  for (const std::size_t chunk : {60U, 40U, 20U}) film.remove(film.headers[chunk] + 77, 201);
+  EXPECT_EQ(planOf(film), allBut(80, {{20, "torn0"}, {40, "torn0"}, {60, "torn0"}}));
+}
+
+TEST(IndexedFilmDamage, BytesPutIntoSoundAreCutOut) {
+  MadeFilm film;
+  film.insert(film.headers[21] + 8 + 600, noise(777));
+  EXPECT_EQ(planOf(film), allBut(80));
+}
+
+TEST(IndexedFilmDamage, BytesPutIntoAPictureTearIt) {
+  MadeFilm film;
+  film.insert(film.headers[20] + 8 + 300, noise(777));
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80, {{20, "torn0"}}));
+  ASSERT_EQ(planned.plan.spans.size(), 1U);
+  EXPECT_EQ(planned.plan.spans[0].cause, LossCause::inserted);
+}
+
+TEST(IndexedFilmDamage, DoubledSpanIsTakenOnce) {
+  MadeFilm film;
+  const std::uint64_t begin = film.headers[20] + 300;
+  const std::uint64_t end = film.headers[27] + 300;
+  film.insert(end, film.part(begin, end - begin));
+  EXPECT_EQ(planOf(film), allBut(80));
+}
+
+TEST(IndexedFilmDamage, DeadCodeIsReadByItsPlace) {
+  MadeFilm film;
+  film.fill(film.headers[20], 4);
+  film.fill(film.headers[31], 4, std::byte{0xee});
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_EQ(planned.plan.slots[20].state, SlotState::codeMended);
+  EXPECT_EQ(planned.plan.slots[31].state, SlotState::codeMended);
+}
+
+TEST(IndexedFilmDamage, WrongSizeIsMended) {
+  MadeFilm film;
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[20]) + 4, 70'000);
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[30]) + 4, 0);
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[41]) + 4, 0xfffffff0);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_EQ(planned.plan.slots[20].state, SlotState::sizeMended);
+  EXPECT_EQ(planned.plan.slots[41].state, SlotState::sizeMended);
+}
+
+TEST(IndexedFilmDamage, OverwrittenHeaderLosesNothing) {
+  MadeFilm film;
+  film.fill(film.headers[20], 8, std::byte{0xee});
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+}
+
+TEST(IndexedFilmDamage, ZeroedStretchIsLostOrDamagedInItsPlace) {
+  MadeFilm film;
+  // From inside picture 20 into sound 25.
+  film.fill(film.headers[20] + 200, film.headers[25] + 700 - film.headers[20] - 200);
+  const PlannedFilm planned(film.bytes);
+  const Words words = fates(planned, film);
+  ASSERT_EQ(words.size(), 80U);
+  for (std::size_t i = 0; i < 80; ++i) {
+    if (i < 20 || i > 25) {
+      EXPECT_EQ(words[i], std::to_string(i));
+    }
+  }
+  EXPECT_EQ(words[20], "damaged0");
+  EXPECT_EQ(words[22], "lost0");
+  EXPECT_EQ(words[24], "lost0");
+  ASSERT_FALSE(planned.plan.spans.empty());
+  EXPECT_EQ(planned.plan.spans.front().cause, LossCause::zeroed);
+  EXPECT_EQ(planned.plan.spans.front().originalBegin, film.headers[20]);
+}
+
+TEST(IndexedFilmDamage, ClustersOutOfOrderAreReadInTheirOrder) {
+  MadeFilm film(80);
+  constexpr std::uint64_t kCluster = 4096;
+  const std::vector<std::uint64_t> places{3, 9, 14, 22, 30};
+  const platform::Bytes before = film.bytes;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const std::uint64_t from = places[(i + 2) % places.size()];
+    std::copy_n(before.begin() + static_cast<std::ptrdiff_t>(from * kCluster), kCluster,
+                film.bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kCluster));
+  }
+  EXPECT_EQ(planOf(film), allBut(160));
+}
+
+TEST(IndexedFilmDamage, SecondHalfOfAnotherFilmIsLeftOut) {
+  MadeFilm film(40);
+  const MadeFilm other(90, 2);
+  film.cut(film.headers[40] + 100);
+  const std::uint64_t from = other.headers[90] - 200;
+  const platform::Bytes half = other.part(from, other.bytes.size() - from);
+  film.bytes.insert(film.bytes.end(), half.begin(), half.end());
+  const PlannedFilm planned(film.bytes);
+  Words words = fates(planned, film);
+  ASSERT_GE(words.size(), 40U);
+  const Words front(words.begin(), words.begin() + 40);
+  EXPECT_EQ(front, allBut(40));
+  EXPECT_LE(words.size(), 41U);
+  EXPECT_TRUE(
+      std::ranges::any_of(planned.plan.spans, [](const auto& span) { return span.cause == LossCause::foreign; }));
+}
+
+TEST(IndexedFilmDamage, ChunksThatAPartlyLostIndexLeavesOutAreFoundByTheirChain) {
+  MadeFilm film;
+  film.fill(film.indexBegin() + 16 * 30, 16 * 20, std::byte{0xee});
+  EXPECT_EQ(planOf(film), allBut(80));
+}
+
+}  // namespace
+}  // namespace zelvo::tests
