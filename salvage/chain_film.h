@@ -22,8 +22,8 @@ struct ChainGap {
   std::uint64_t end = 0;
   std::uint64_t missing = 0;  ///< bytes that are known to be missing from the file
   std::uint32_t longer = 0;   ///< the size of the chunk before it, should its size field be wrong and nothing be
-                             ///< missing; 0 when that cannot be
-  bool isTorn = false;  ///< the chunk before it lacks its end, so bytes are missing from the file
+                              ///< missing; 0 when that cannot be
+  bool isTorn = false;        ///< the chunk before it lacks its end, so bytes are missing from the file
 };
 
 struct ChainFilm {

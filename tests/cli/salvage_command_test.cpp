@@ -6,8 +6,8 @@
 #include <filesystem>
 
 #include "tests/cli/program.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::tests {
 namespace {
