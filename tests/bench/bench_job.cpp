@@ -224,7 +224,7 @@ int main(int argc, char** argv) {
   const std::string command = argc > 1 ? argv[1] : "";
   int result = 2;
   if (command == "make" && argc == 5) {
-    result = zelvo::bench::makeInput(argv[2], argv[3], std::strtoull(argv[4], nullptr, 10)) ? 0 : 2;
+    result = zelvo::tests::makeInput(argv[2], argv[3], std::strtoull(argv[4], nullptr, 10)) ? 0 : 2;
   } else if (command == "scan" && argc == 3) {
     result = scan(argv[2]);
   } else if (command == "scan-literal" && argc == 3) {

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::JsonWriter;
 
 std::string textOf(std::string_view value) {
   JsonWriter json;
@@ -94,4 +96,4 @@ TEST(JsonWriter, TakenTextIsGoneAndTheRestFits) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -18,8 +18,17 @@
 #include "tests/support/small_avi.h"
 #include "tests/support/temp_folder.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::Command;
+using cli::Console;
+using cli::Environment;
+using cli::Exit;
+using cli::makeCheckCommand;
+using cli::makeInspectCommand;
+using cli::makeRepairCommand;
+using cli::Option;
 
 using testing::HasSubstr;
 
@@ -53,7 +62,7 @@ class ShrinkingFile final : public platform::ReadableFile {
   std::uint64_t size() override { return whole_.size(); }
 
  private:
-  tests::MemoryReadable whole_;
+  MemoryReadable whole_;
 };
 
 /// Does something once its data is read.
@@ -68,7 +77,7 @@ class NotifyingFile final : public platform::ReadableFile {
   std::uint64_t size() override { return whole_.size(); }
 
  private:
-  tests::MemoryReadable whole_;
+  MemoryReadable whole_;
   std::function<void()> whenRead_;
   std::once_flag told_;
 };
@@ -108,12 +117,12 @@ class ReadFailure : public testing::Test {
 
   /// Runs a command on an input that `make` opens, with `--json`.
   Said run(std::unique_ptr<Command> command, std::function<std::unique_ptr<platform::ReadableFile>()> make) {
-    tests::writeFile(input_, bytes_);
+    writeFile(input_, bytes_);
     PreparedFiles files(input_, std::move(make));
     platform::linux_::LinuxFileManager fileManager;
     platform::linux_::LinuxMainQueue queue;
     platform::linux_::LinuxWorkers threads;
-    tests::RefusingWorkers workers(threads, refused_);
+    RefusingWorkers workers(threads, refused_);
     Console console(false);
     const platform::Relaxed<bool> stop;
     platform::linux_::LinuxPropertyLists propertyLists;
@@ -145,7 +154,7 @@ class ReadFailure : public testing::Test {
   [[nodiscard]] std::function<std::unique_ptr<platform::ReadableFile>()> unreadable(std::uint64_t start,
                                                                                     std::uint64_t end) const {
     return [this, start, end] {
-      auto file = std::make_unique<tests::MemoryReadable>(bytes_);
+      auto file = std::make_unique<MemoryReadable>(bytes_);
       file->makeUnreadable(start, end);
       return file;
     };
@@ -154,9 +163,9 @@ class ReadFailure : public testing::Test {
   NotedNewFiles newFiles_;
   bool force_ = false;
   unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
-  const tests::TempFolder folder_;
+  const TempFolder folder_;
   const std::string input_ = folder_ / "in.avi";
-  const std::string bytes_ = tests::SmallAvi{}.bytes();
+  const std::string bytes_ = SmallAvi{}.bytes();
 };
 
 TEST_F(ReadFailure, UnreadableFirstByteIsAFailure) {
@@ -214,7 +223,7 @@ TEST_F(ReadFailure, InputThatShrinksMeanwhileIsAFailureWithoutOutput) {
 
 TEST_F(ReadFailure, InputThatVanishesMeanwhileIsStillRead) {
   const Said said = run(makeRepairCommand(), [this] {
-    auto file = std::make_unique<tests::MemoryReadable>(bytes_);
+    auto file = std::make_unique<MemoryReadable>(bytes_);
     EXPECT_EQ(std::remove(input_.c_str()), 0);
     return file;
   });
@@ -289,4 +298,4 @@ TEST_F(ReadFailure, MemoryThatLacksIsAFailureWithoutOutput) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -21,8 +21,14 @@
 #include "tests/support/small_avi.h"
 #include "tests/support/temp_folder.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::Console;
+using cli::Environment;
+using cli::Exit;
+using cli::makeRepairCommand;
+using cli::Option;
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -55,7 +61,7 @@ class PartlyUnreadableFiles final : public platform::Files {
  public:
   platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override {
     if (!unreadable.empty() && path.find(unreadable) != std::string::npos) {
-      auto file = std::make_unique<tests::MemoryReadable>(std::string(100000, 'x'));
+      auto file = std::make_unique<MemoryReadable>(std::string(100000, 'x'));
       file->makeUnreadable(99000, 100000);
       return {std::move(file), {}};
     }
@@ -102,7 +108,7 @@ class NotedNames final : public platform::NewFiles {
 class RepairOrder : public testing::Test {
  protected:
   void SetUp() override {
-    for (const std::string& input : {one_, other_}) tests::writeFile(input, tests::SmallAvi{}.bytes());
+    for (const std::string& input : {one_, other_}) writeFile(input, SmallAvi{}.bytes());
   }
 
   Exit repair(const std::vector<std::string>& inputs, const std::string& into = {}) {
@@ -148,7 +154,7 @@ class RepairOrder : public testing::Test {
   std::string unreadable_;
   std::string out_;
   std::string err_;
-  const tests::TempFolder folder_;
+  const TempFolder folder_;
   const std::string one_ = folder_ / "one.avi";
   const std::string other_ = folder_ / "other.avi";
 };
@@ -196,4 +202,4 @@ TEST_F(RepairOrder, StopBetweenTheWorkAndTheNameLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

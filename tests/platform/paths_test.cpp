@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::platform {
+namespace zelvo::tests {
 namespace {
+
+using platform::folderOf;
+using platform::nameOf;
+using platform::pathIn;
 
 TEST(FolderOf, PathWithoutAFolderLiesHere) {
   EXPECT_EQ(folderOf("a"), ".");
@@ -36,4 +40,4 @@ TEST(PathIn, HasOneSlashBetween) {
 }
 
 }  // namespace
-}  // namespace zelvo::platform
+}  // namespace zelvo::tests
