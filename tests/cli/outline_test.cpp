@@ -13,7 +13,6 @@
 namespace zelvo::tests {
 namespace {
 
-
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
