@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -17,6 +16,7 @@
 
 #include "platform/bytes.h"
 #include "platform/linux/files.h"
+#include "platform/linux/spawn.h"
 #include "platform/linux/trusted_path.h"
 
 namespace zelvo::platform::linux_ {
@@ -30,64 +30,17 @@ constexpr std::array<std::string_view, 3> kNeverHandedOn = {"LD_PRELOAD", "LD_LI
 /// With these a program may take the foreground.
 constexpr std::array<std::string_view, 2> kActivation = {"XDG_ACTIVATION_TOKEN", "DESKTOP_STARTUP_ID"};
 
-std::vector<char*> environmentFor(std::uint32_t options) {
-  std::vector<char*> variables;
+std::vector<std::string> environmentFor(std::uint32_t options) {
+  std::vector<std::string> variables;
   for (char** variable = environ; *variable != nullptr; ++variable) {
     const std::string_view whole = *variable;
     const std::string_view name = whole.substr(0, whole.find('='));
     const auto isIn = [name](const auto& names) { return std::find(names.begin(), names.end(), name) != names.end(); };
     const bool staysBehind = (options & kLaunchWithoutActivation) != 0 && isIn(kActivation);
-    if (!staysBehind && !isIn(kNeverHandedOn)) variables.push_back(*variable);
+    if (!staysBehind && !isIn(kNeverHandedOn)) variables.emplace_back(*variable);
   }
-  variables.push_back(nullptr);
   return variables;
 }
-
-/// What becomes of the descriptors, signals and the session in the new process.
-class SpawnSettings {
- public:
-  SpawnSettings() {
-    sigset_t none;
-    sigset_t all;
-    ::sigemptyset(&none);
-    ::sigfillset(&all);
-    ::posix_spawnattr_init(&attributes_);
-    ::posix_spawnattr_setsigmask(&attributes_, &none);
-    ::posix_spawnattr_setsigdefault(&attributes_, &all);
-    works_ = ::posix_spawnattr_setflags(&attributes_,
-                                        POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF) == 0;
-    ::posix_spawn_file_actions_init(&actions_);
-    works_ = works_ && ::posix_spawn_file_actions_addchdir_np(&actions_, "/") == 0;
-    for (int stream = 0; stream < 3; ++stream) {
-      const int mode = stream == 0 ? O_RDONLY : O_WRONLY;
-      works_ = works_ && ::posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", mode, 0) == 0;
-    }
-    works_ = works_ && ::posix_spawn_file_actions_addclosefrom_np(&actions_, 3) == 0;
-  }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
-  ~SpawnSettings() {
-    ::posix_spawn_file_actions_destroy(&actions_);
-    ::posix_spawnattr_destroy(&attributes_);
-  }
-
-  [[nodiscard]] std::optional<pid_t> spawn(std::string program, std::uint32_t options,
-                                           std::optional<std::string> file) const {
-    std::array<char*, 3> arguments = {program.data(), file ? file->data() : nullptr, nullptr};
-    const std::vector<char*> environment = environmentFor(options);
-    pid_t process = 0;
-    if (!works_ ||
-        ::posix_spawn(&process, program.c_str(), &actions_, &attributes_, arguments.data(), environment.data()) != 0) {
-      return std::nullopt;
-    }
-    return process;
-  }
-
- private:
-  posix_spawnattr_t attributes_{};
-  posix_spawn_file_actions_t actions_{};
-  bool works_ = false;
-};
 
 void waitFor(pid_t process) {
   while (::waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
@@ -163,9 +116,11 @@ bool LinuxLauncher::openFile(const std::string& file, const std::string& applica
 bool LinuxLauncher::start(const std::string& path, std::uint32_t options, const std::optional<std::string>& file) {
   const auto executable = program(path);
   if (!executable || !isExecutableFile(*executable)) return false;
-  const auto process = SpawnSettings().spawn(*executable, options, file);
-  if (!process) return false;
-  waitInTheBackground(*process);
+  SpawnRequest request{.program = *executable, .hasOwnSession = true, .environment = environmentFor(options)};
+  if (file) request.arguments.push_back(*file);
+  const Spawned spawned = spawn(request);
+  if (spawned.error) return false;
+  waitInTheBackground(spawned.process);
   return true;
 }
 

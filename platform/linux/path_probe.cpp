@@ -6,7 +6,6 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -17,6 +16,7 @@
 #include <optional>
 
 #include "platform/linux/path_probe_child.h"
+#include "platform/linux/spawn.h"
 
 namespace zelvo::platform::linux_ {
 
@@ -26,42 +26,6 @@ using Clock = std::chrono::steady_clock;
 
 std::error_code errorOf(int number) { return {number, std::generic_category()}; }
 
-/// What the child begins with: no descriptor but its pipe, no signal blocked or ignored, no folder of the user's.
-class SpawnSettings {
- public:
-  explicit SpawnSettings(int output) {
-    sigset_t none;
-    sigset_t all;
-    ::sigemptyset(&none);
-    ::sigfillset(&all);
-    ::posix_spawnattr_init(&attributes_);
-    ::posix_spawnattr_setsigmask(&attributes_, &none);
-    ::posix_spawnattr_setsigdefault(&attributes_, &all);
-    ::posix_spawnattr_setflags(&attributes_, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
-    ::posix_spawn_file_actions_init(&actions_);
-    works_ = ::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO) == 0 &&
-             ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0) == 0 &&
-             ::posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0) == 0 &&
-             ::posix_spawn_file_actions_addchdir_np(&actions_, "/") == 0 &&
-             ::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1) == 0;
-  }
-  SpawnSettings(const SpawnSettings&) = delete;
-  SpawnSettings& operator=(const SpawnSettings&) = delete;
-  ~SpawnSettings() {
-    ::posix_spawn_file_actions_destroy(&actions_);
-    ::posix_spawnattr_destroy(&attributes_);
-  }
-
-  [[nodiscard]] int spawn(pid_t& child, const std::string& program, const std::vector<char*>& arguments) const {
-    return works_ ? ::posix_spawn(&child, program.c_str(), &actions_, &attributes_, arguments.data(), environ) : ENOMEM;
-  }
-
- private:
-  posix_spawnattr_t attributes_{};
-  posix_spawn_file_actions_t actions_{};
-  bool works_ = false;
-};
-
 /// Starts the child. \return where its answers can be read; nothing on failure, which `error` tells
 std::optional<int> start(const std::string& program, const std::vector<std::string>& paths, pid_t& child, int& error) {
   std::array<int, 2> ends{};
@@ -69,13 +33,11 @@ std::optional<int> start(const std::string& program, const std::vector<std::stri
     error = errno;
     return std::nullopt;
   }
-  std::string name = program;
-  std::string option(kProbeOption);
-  std::vector<std::string> texts = paths;
-  std::vector<char*> arguments{name.data(), option.data()};
-  for (std::string& text : texts) arguments.push_back(text.data());
-  arguments.push_back(nullptr);
-  error = SpawnSettings(ends[1]).spawn(child, program, arguments);
+  std::vector<std::string> arguments = {std::string(kProbeOption)};
+  arguments.insert(arguments.end(), paths.begin(), paths.end());
+  const Spawned spawned = spawn({.program = program, .arguments = arguments, .output = ends[1]});
+  child = spawned.process;
+  error = spawned.error.value();
   ::close(ends[1]);
   if (error == 0) return ends[0];
   ::close(ends[0]);

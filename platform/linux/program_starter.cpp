@@ -1,13 +1,10 @@
 #include "platform/linux/program_starter.h"
 
-#include <fcntl.h>
-#include <signal.h>
-#include <spawn.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
+#include "platform/linux/spawn.h"
 
 namespace zelvo::platform::linux_ {
 
@@ -37,32 +34,10 @@ class Started final : public StartedProgram {
 }  // namespace
 
 std::unique_ptr<StartedProgram> LinuxProgramStarter::start(const std::string& program, const std::string& argument) {
-  posix_spawn_file_actions_t actions{};
-  posix_spawnattr_t attributes{};
-  sigset_t none;
-  sigset_t all;
-  ::sigemptyset(&none);
-  ::sigfillset(&all);
-  ::posix_spawnattr_init(&attributes);
-  ::posix_spawn_file_actions_init(&actions);
-  ::posix_spawnattr_setsigmask(&attributes, &none);
-  ::posix_spawnattr_setsigdefault(&attributes, &all);
-  bool works =
-      ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF) == 0;
-  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    const int mode = stream == STDIN_FILENO ? O_RDONLY : O_WRONLY;
-    works = works && ::posix_spawn_file_actions_addopen(&actions, stream, "/dev/null", mode, 0) == 0;
-  }
-  works = works && ::posix_spawn_file_actions_addclosefrom_np(&actions, STDERR_FILENO + 1) == 0;
-  std::string name = program;
-  std::string given = argument;
-  const std::array<char*, 3> arguments = {name.data(), given.data(), nullptr};
-  pid_t process = 0;
-  works = works && ::posix_spawnp(&process, program.c_str(), &actions, &attributes, arguments.data(), environ) == 0;
-  ::posix_spawn_file_actions_destroy(&actions);
-  ::posix_spawnattr_destroy(&attributes);
-  if (!works) return nullptr;
-  return std::make_unique<Started>(process);
+  const Spawned spawned = spawn(
+      {.program = program, .arguments = {argument}, .searchesPath = true, .hasOwnSession = true, .keepsFolder = true});
+  if (spawned.error) return nullptr;
+  return std::make_unique<Started>(spawned.process);
 }
 
 }  // namespace zelvo::platform::linux_
