@@ -7,10 +7,12 @@ Two commands are run in turn, A B A B, after one warm-up of each; a ratio is the
 Before each turn, untimed: the last output is removed and what is still on its way to the disk is awaited, and the input
 is read once, so that it lies in the page cache. A turn that writes is the fastest of four runs in a row, for both, so
 that none pays for memory that a virtual machine has to fetch from its host first.
-Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress. Without any: all.
+Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage. Without any:
+all.
 """
 import argparse
 import os
+import random
 import shutil
 import statistics
 import subprocess
@@ -244,6 +246,58 @@ def memory(b):
         os.remove(ours)
 
 
+def film_without_index(b):
+    """A Motion JPEG film with PCM that goes on beyond the size wanted, and is cut off there, index and all."""
+    path = os.path.join(b.work, f"film-{b.size}.avi")
+    if not os.path.exists(path):
+        scene, whole = b.output("scene.avi"), b.output("whole.avi")
+        quiet = ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y"]
+        pictures = ["-f", "lavfi", "-i", "testsrc2=size=1280x720:rate=25"]
+        noise = ["-f", "lavfi", "-i", "anoisesrc=r=44100"]
+        subprocess.run(quiet + pictures + noise + ["-t", "20", "-c:v", "mjpeg", "-q:v", "2", scene], check=True)
+        rounds = b.size // os.path.getsize(scene) + 1
+        subprocess.run(quiet + ["-stream_loop", str(rounds), "-i", scene, "-c", "copy", whole], check=True)
+        os.truncate(whole, b.size)
+        os.rename(whole, path)
+        os.remove(scene)
+    return path
+
+
+def film_with_bad_sectors(b):
+    """The same film, 1.5 % of its sectors of 4096 bytes full of noise."""
+    path = os.path.join(b.work, f"sectors-{b.size}.avi")
+    if not os.path.exists(path):
+        made = b.output("made.avi")
+        shutil.copyfile(film_without_index(b), made)
+        chance = random.Random(1)
+        with open(made, "r+b") as file:
+            for sector in chance.sample(range(4, b.size // 4096 - 1), int(b.size / 4096 * 0.015)):
+                file.seek(sector * 4096)
+                file.write(chance.randbytes(4096))
+        os.rename(made, path)
+    return path
+
+
+def salvage(b):
+    ours, copy = b.output("ours.avi"), b.output("copy.avi")
+    for name, make, limits in (
+        ("index cut off", film_without_index, ((2.0, 1.2), (0.50, 0.30))),
+        ("1.5 % bad sectors", film_with_bad_sectors, ((4.0, 2.0), None)),
+    ):
+        path = make(b)
+        command = [b.cli, "salvage", path, "-o", ours, "--quiet"]
+        # zelvo-avi waits for the disk; so do the yardsticks.
+        copied = ["sh", "-c", f"cp '{path}' '{copy}' && sync -d '{copy}'"]
+        b.pair(f"salvage against cp, {name}", *limits[0], path, command, copied, ours, copy)
+        if limits[1]:
+            remuxed = f"ffmpeg -hide_banner -loglevel quiet -y -i '{path}' -c copy '{copy}' && sync -d '{copy}'"
+            b.pair(f"salvage against ffmpeg, {name}", *limits[1], path, command, ["sh", "-c", remuxed], ours, copy)
+        subprocess.run(command, check=True)
+        peak = subprocess.run(["time", "-f", "%M"] + command + ["--force"], stderr=subprocess.PIPE, check=True).stderr
+        os.remove(ours)
+        b.figure("  peak memory", [int(peak.split()[-1]) / 1024], "MiB", 256, 128)
+
+
 def progress(b):
     values = [float(b.once([b.job, "progress", "5000000"])[1].split()[0]) for _ in range(b.pairs)]
     b.figure("one step of the progress animation", values, "ns", 3, 1.2)
@@ -262,6 +316,7 @@ BENCHES = {
     "mencoder": mencoder,
     "memory": memory,
     "progress": progress,
+    "salvage": salvage,
 }
 
 

@@ -91,6 +91,7 @@ TEST_ARROWS = {
         "platform/headless",
         "avi",
         "engine",
+        "salvage",
         "storage",
         "update",
         "cli",
