@@ -7,8 +7,8 @@ Two commands are run in turn, A B A B, after one warm-up of each; a ratio is the
 Before each turn, untimed: the last output is removed and what is still on its way to the disk is awaited, and the input
 is read once, so that it lies in the page cache. A turn that writes is the fastest of four runs in a row, for both, so
 that none pays for memory that a virtual machine has to fetch from its host first.
-Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage. Without any:
-all.
+Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage.
+Without any: all.
 """
 import argparse
 import os
