@@ -18,8 +18,8 @@ struct SoundShare {
   double chunks = 0;
 };
 
-/// By the film's own index where it has one, else by the chunks whose ends are proved. Nothing of a film with too little
-/// of either stream. What runs ahead, at the film's beginning, does not count.
+/// By the film's own index where it has one, else by the chunks whose ends are proved. Nothing of a film with too
+/// little of either stream. What runs ahead, at the film's beginning, does not count.
 /// Thread: any.
 [[nodiscard]] std::optional<SoundShare> soundShare(const IndexTemplate& index, const CandidateList& candidates,
                                                    const ChunkChain& chain, std::uint8_t pictures, std::uint8_t sound);

@@ -32,8 +32,8 @@ class Window {
  public:
   explicit Window(avi::InputFile& input) : input_(input), size_(input.size()) {}
 
-  /// The bytes from `offset` on, at most `size`; fewer where the window or the input ends or cannot be read. Valid until
-  /// the next call.
+  /// The bytes from `offset` on, at most `size`; fewer where the window or the input ends or cannot be read. Valid
+  /// until the next call.
   [[nodiscard]] std::span<const std::byte> at(std::uint64_t offset, std::size_t size) {
     if (offset >= size_) return {};
     const bool holdsAll = offset >= begin_ && offset - begin_ + size <= held_;
