@@ -18,6 +18,7 @@
 #include "salvage/film_streams.h"
 #include "salvage/laid_film.h"
 #include "salvage/plan_spans.h"
+#include "salvage/repeated_chunks.h"
 #include "salvage/timeline.h"
 
 namespace zelvo::salvage {
@@ -243,7 +244,10 @@ void Planner::join(LaidFilm laid) {
     goOnTo(room.before);
     const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
     const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);
-    if (begin < end) addPart(films.part({begin, end}), room.size, end - begin);
+    if (begin >= end) continue;
+    ChainFilm part = films.part({begin, end});
+    dropRepeated(evidence_.input, part);
+    addPart(std::move(part), room.size, end - begin);
   }
   goOnTo(laid.slots.size());
 }
