@@ -5,6 +5,7 @@
 #include "salvage/film_plan.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -59,6 +60,8 @@ class Planner {
   void chooseEntries();
   void dropWild();
   [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
+  template <class IsWanted>
+  [[nodiscard]] std::vector<TemplateEntry> entriesOf(const IsWanted& isWanted) const;
   [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
   [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
   [[nodiscard]] std::vector<Room> rooms() const;
@@ -87,6 +90,18 @@ DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool
   DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
   dropChance(made, entries, evidence_.scan.candidates, isForeign);
   return made;
+}
+
+/// The entries of the film's streams that `isWanted` chooses.
+template <class IsWanted>
+std::vector<TemplateEntry> Planner::entriesOf(const IsWanted& isWanted) const {
+  const auto counts = [&](const TemplateEntry& entry) {
+    return streams_.indexOf(entry.stream) != FilmStreams::kNone && isWanted(entry);
+  };
+  std::vector<TemplateEntry> entries;
+  entries.reserve(static_cast<std::size_t>(std::ranges::count_if(evidence_.index.entries, counts)));
+  std::ranges::copy_if(evidence_.index.entries, std::back_inserter(entries), counts);
+  return entries;
 }
 
 /// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it does.
@@ -125,13 +140,7 @@ bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
 
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 void Planner::chooseEntries() {
-  std::vector<TemplateEntry> all;
-  std::vector<TemplateEntry> foreign;
-  for (const TemplateEntry& entry : evidence_.index.entries) {
-    if (streams_.indexOf(entry.stream) == FilmStreams::kNone) continue;
-    all.push_back(entry);
-    (entry.isForeign ? foreign : entries_).push_back(entry);
-  }
+  entries_ = entriesOf([](const TemplateEntry& entry) { return !entry.isForeign; });
   const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
   if (std::ranges::none_of(evidence_.index.tables, isKnown) &&
       std::ranges::none_of(evidence_.index.standard, isKnown)) {
@@ -141,12 +150,13 @@ void Planner::chooseEntries() {
       entries_.clear();
     }
   }
-  if (!foreign.empty()) {
-    std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
+  if (std::ranges::any_of(evidence_.index.entries, &TemplateEntry::isForeign)) {
+    std::vector<std::uint8_t> explained =
+        cover(entriesOf([](const TemplateEntry& entry) { return entry.isForeign; }), true).isClaimed;
     if (othersBeside(explained).areMany()) {
       isForeign_ = std::move(explained);
     } else {
-      entries_ = std::move(all);
+      entries_ = entriesOf([](const TemplateEntry&) { return true; });
     }
   }
   const DisplacementCover own = cover(entries_, false);
