@@ -15,6 +15,7 @@ void Batch::report(const Outcome& outcome, const std::string& words, const std::
   verdicts_.push_back(outcome.verdict);
   worst_ = worse(worst_, exitOf(outcome));
   if (!outcome.reason.empty()) environment_.console.error(outcome.reason);
+  if (!outcome.hint.empty()) environment_.console.note("zelvo-avi: " + outcome.hint);
   if (json_) {
     environment_.console.result(json);
   } else if (!environment_.console.isQuiet()) {

@@ -7,6 +7,7 @@
 #include "cli/batch.h"
 #include "cli/engine_job.h"
 #include "cli/new_output.h"
+#include "cli/salvage_hint.h"
 #include "cli/shown_text.h"
 #include "cli/worker_run.h"
 
@@ -28,10 +29,13 @@ Outcome check(Environment& environment, EngineJob& job, const std::string& input
   const EngineJob::Done done = job.perform(input, outcome, cancel, engine::check);
   if (done.shortage && !environment.stopRequested) {
     outcome.reason = shortageSentence(inputPath, done.shortage);
-  } else if (!judgeInput(outcome, input, done.report, *cancel)) {
-    outcome.verdict = Verdict::repairable;
-    job.reportFindings(outcome, done.report);
-    if (const auto warning = readsFailed(input.path, outcome.readFailures, "")) job.warn(outcome, *warning);
+  } else {
+    if (!judgeInput(outcome, input, done.report, *cancel)) {
+      outcome.verdict = Verdict::repairable;
+      job.reportFindings(outcome, done.report);
+      if (const auto warning = readsFailed(input.path, outcome.readFailures, "")) job.warn(outcome, *warning);
+    }
+    outcome.hint = salvageHint(input, outcome).value_or("");
   }
   outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return outcome;

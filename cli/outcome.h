@@ -30,6 +30,7 @@ struct Outcome {
   std::optional<std::uint64_t> inputSize;
   Verdict verdict = Verdict::failed;
   std::string reason;  ///< a sentence; empty when all went well
+  std::string hint;    ///< what else may help, for a person alone; mostly empty
   std::optional<std::string> outputPath;
   std::optional<std::uint64_t> outputSize;  ///< of the file written, or that a repair would write
   /// Those whose chunks were found; none where the search for them was not reached.

@@ -13,6 +13,7 @@
 #include "cli/engine_job.h"
 #include "cli/new_output.h"
 #include "cli/output_place.h"
+#include "cli/salvage_hint.h"
 #include "cli/shown_text.h"
 #include "cli/worker_run.h"
 #include "engine/padded_copy.h"
@@ -157,6 +158,7 @@ Outcome OneRepair::run(const std::string& inputPath) {
     outcome.reason = shortageSentence(inputPath, done.shortage);
   } else {
     judge(outcome, input, done.report, *cancel);
+    outcome.hint = salvageHint(input, outcome).value_or("");
   }
   outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return outcome;

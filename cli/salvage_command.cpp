@@ -121,6 +121,7 @@ class OneSalvage {
                             .donor = choices_.donor.get(),
                             .observer = progress_,
                             .cancel = cancel,
+                            .workers = environment_.workers,
                             .choices = choices_.repair,
                             .makeOutput = {}};
     if (!choices_.isDry) {
@@ -175,7 +176,7 @@ class OneSalvage {
     if (end == SalvageEnd::noMedia || end == SalvageEnd::noHeader) {
       outcome.reason = whyNothing(*told.report, name) + " It is unchanged.";
       if (outcome.readFailures.count == 0) outcome.verdict = Verdict::notSupported;
-    } else if (end == SalvageEnd::tooLarge) {
+    } else if (end == SalvageEnd::tooLarge || end == SalvageEnd::manySounds) {
       outcome.reason = whyNothing(*told.report, name);
     } else if (!obstacle_.empty()) {
       outcome.reason = obstacle_;
@@ -199,6 +200,14 @@ class OneSalvage {
       if (const auto warning = output_.keepName()) warn(outcome, *warning);
     }
     outcome.outputSize = told.report->outputSize;
+    if (told.report->isDonorUseless) {
+      warn(outcome, "the donor's headers cannot be those of " + printable(input.path) +
+                        "; lost ones were put together from what is left.");
+    }
+    if (const std::size_t left = told.report->streamsWithoutHeader; left > 0) {
+      warn(outcome, counted(left, "stream") + " of " + printable(input.path) + (left == 1 ? " is" : " are") +
+                        " left out: the header is lost, and nothing tells what it holds. A --donor may help.");
+    }
     if (const auto warning = readsFailed(
             input.path, outcome.readFailures,
             told.report->unreadable > 0

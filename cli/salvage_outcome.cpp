@@ -27,7 +27,7 @@ std::string headerWords(const SalvageReport& report) {
   const auto isOwn = [](const salvage::SalvagedStream& one) { return one.origin == salvage::HeaderOrigin::own; };
   const auto own = static_cast<std::size_t>(std::ranges::count_if(report.streams, isOwn));
   if (own == report.streams.size()) return report.hasMainHeader ? "the film's own" : "partly lost, and made again";
-  return shownNumber(own) + " of " + counted(report.streams.size(), "stream") + " have their own";
+  return shownNumber(own) + " of " + shownNumber(report.streams.size()) + " are the film's own, the rest is made again";
 }
 
 /// A field that might be something else, as "frame rate 25 of stream 0; might also be 30 with 48000 Hz".

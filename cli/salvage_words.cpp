@@ -196,6 +196,12 @@ std::string verdictSentence(const SalvageReport& report) {
   std::string text = "This film was damaged; ";
   const auto video = secondsHurt(report, avi::kVids);
   const auto sound = secondsHurt(report, avi::kAuds);
+  if (report.streamsWithoutHeader > 0) {
+    text += counted(report.streamsWithoutHeader, "stream") + " of it cannot be recognised and " +
+            (report.streamsWithoutHeader == 1 ? "is" : "are") + " left out";
+    if (video.value_or(0) + sound.value_or(0) == 0) return text + ".";
+    text += "; ";
+  }
   if (video) text += fixedPoint(*video, 1) + " s of its pictures";
   if (video && sound) text += " and ";
   if (sound) text += fixedPoint(*sound, 1) + " s of its sound";
@@ -229,6 +235,9 @@ std::string whyNothing(const SalvageReport& report, const std::string& name) {
   if (report.inputSize == 0) return name + " is empty.";
   if (report.end == salvage::SalvageEnd::noHeader) {
     return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
+  }
+  if (report.end == salvage::SalvageEnd::manySounds) {
+    return name + " has several sound tracks; --rate is for a film that has one.";
   }
   if (report.end == salvage::SalvageEnd::tooLarge) {
     return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +

@@ -50,7 +50,7 @@ class Filling {
   void settleAtEnd();
   void keep(std::uint32_t size, SlotState state);
   void noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer = 0);
-  void noteTear(std::uint64_t at, std::uint64_t missing);
+  void noteTear(std::uint64_t at, std::uint64_t missing, std::uint32_t longer = 0);
   [[nodiscard]] const StreamFacts* factsOf(const Link& link) const;
   [[nodiscard]] std::optional<std::uint32_t> ownLength(std::uint64_t room) const;
   [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
@@ -103,8 +103,8 @@ void Filling::noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t long
   if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, longer, false});
 }
 
-void Filling::noteTear(std::uint64_t at, std::uint64_t missing) {
-  film_.gaps.push_back({film_.slots.size(), at, at, missing, 0, true});
+void Filling::noteTear(std::uint64_t at, std::uint64_t missing, std::uint32_t longer) {
+  film_.gaps.push_back({film_.slots.size(), at, at, missing, longer, true});
 }
 
 /// The length that the codec of the held chunk finds within `room` bytes.
@@ -190,8 +190,9 @@ void Filling::settle(std::uint64_t next) {
     keep(lengthWithin(room), SlotState::sizeMended);
     return;
   }
+  const bool mayBeWhole = room > 0 && !own && completeness(lengthWithin(room)) != Fit::contradicts;
   keep(static_cast<std::uint32_t>(room), SlotState::torn);
-  noteTear(next, held_->next - next);
+  noteTear(next, held_->next - next, mayBeWhole ? lengthWithin(room) : 0);
 }
 
 /// The data end behind the held chunk.
@@ -209,7 +210,11 @@ void Filling::settleAtEnd() {
     settle(within_.end);
     return;
   }
-  if (held_->stream == FilmStreams::kNone || !streams_.isSound(held_->stream)) return;
+  if (held_->stream == FilmStreams::kNone) return;
+  if (!streams_.isSound(held_->stream)) {
+    noteTear(within_.end, 0);
+    return;
+  }
   auto left = static_cast<std::uint32_t>(within_.end - std::min(within_.end, held_->payload()));
   if (streams_.countsBytes(held_->stream)) left -= left % streams_.blockOf(held_->stream);
   if (left > 0) keep(left, SlotState::cut);

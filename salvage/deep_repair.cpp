@@ -76,6 +76,9 @@ class Work {
     const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
     findLostHeaders(scan, chain, seen, index);
+    const auto isSound = [](const FilmStream& stream) { return stream.header.type == avi::kAuds; };
+    if (run_.choices.rates.samples && std::ranges::count_if(header_.streams, isSound) > 1)
+      return SalvageEnd::manySounds;
     applyKnownRates(header_, run_.choices.rates);
     if (header_.streams.empty()) return seen.empty() ? SalvageEnd::noMedia : SalvageEnd::noHeader;
     const std::vector<StreamFacts> facts = learnStreams(scan.candidates, chain);
@@ -123,7 +126,8 @@ class Work {
     platform::WritableFile* const out = run_.makeOutput(report_.outputSize);
     if (out == nullptr) return SalvageEnd::noOutput;
     run_.observer.stage(SalvageStage::writing);
-    const WrittenFilm written = writeFilm({input_, *out, plan_, header_, *layout, [this] { return isEnding(); }});
+    const WrittenFilm written =
+        writeFilm({input_, *out, run_.workers, plan_, header_, *layout, [this] { return isEnding(); }});
     report_.unreadable = written.unreadable;
     report_.writeFailure = written.failure;
     return SalvageEnd::written;

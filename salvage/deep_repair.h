@@ -43,6 +43,7 @@ struct SalvageRun {
   platform::ReadableFile* donor = nullptr;  ///< a film whose headers stand in for lost ones; null without one
   SalvageObserver& observer;
   const platform::CancelMark& cancel;
+  platform::Workers& workers;
   SalvageChoices choices;
   /// Asked once, before anything is written, for an empty file that is to become so long; null when there is none. Not
   /// set for a dry run.

@@ -26,7 +26,7 @@ constexpr int kNextExact = 100;
 constexpr int kNextPartly = 60;
 constexpr int kOutside = -30;
 constexpr int kChange = 260;
-constexpr int kAlignedChange = 130;
+constexpr int kAlignedChange = 90;
 
 /// What stands at the place of one entry under one displacement.
 struct Found {

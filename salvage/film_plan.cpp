@@ -46,12 +46,26 @@ class Planner {
     std::uint64_t size = 0;  ///< in the original
   };
 
+  /// Chunks of the chain beside those that an index explains.
+  struct Others {
+    std::size_t all = 0;  ///< of the chain
+    std::size_t unexplained = 0;
+    std::size_t inFront = 0;  ///< of these
+
+    [[nodiscard]] bool areMany() const { return unexplained >= std::max<std::size_t>(8, all / 20); }
+  };
+
   void chooseEntries();
+  void dropWild();
   [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
-  [[nodiscard]] bool hasOtherChunks(const std::vector<std::uint8_t>& isClaimed) const;
+  [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
+  [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
   [[nodiscard]] std::vector<Room> rooms() const;
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
+  [[nodiscard]] std::optional<std::uint64_t> countedPictures() const;
+  [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
+  [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
   void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
 
   const Evidence& evidence_;
@@ -74,17 +88,39 @@ DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool
   return made;
 }
 
-/// Whether the chain has chunks that such an index does not explain.
-bool Planner::hasOtherChunks(const std::vector<std::uint8_t>& isClaimed) const {
-  constexpr std::size_t kFewest = 8;
-  std::size_t all = 0;
-  std::size_t others = 0;
+/// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it
+/// does.
+Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed) const {
+  Others others;
+  bool isInFront = true;
   for (const std::uint32_t number : chain_) {
     if (evidence_.scan.candidates[number].kind() != CandidateKind::data) continue;
-    ++all;
-    if (isClaimed[number] == 0) ++others;
+    ++others.all;
+    if (isClaimed[number] != 0) {
+      isInFront = false;
+      continue;
+    }
+    ++others.unexplained;
+    if (isInFront) ++others.inFront;
   }
-  return others >= std::max(kFewest, all / 20);
+  return others;
+}
+
+/// Whether an index that no header speaks for is that of another film behind this one: it explains nothing of what
+/// stands in front, and what it does not explain stands in front, too.
+bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
+  constexpr std::size_t kMaxPercent = 90;
+  const Others others = othersBeside(cover.isClaimed);
+  if (!others.areMany() || others.inFront * 100 < others.unexplained * kMaxPercent) return false;
+  std::size_t lost = 0;
+  std::size_t lostInFront = 0;
+  bool isInFront = true;
+  for (const std::uint16_t number : cover.ofEntry) {
+    isInFront = isInFront && number == DisplacementCover::kNone;
+    if (number == DisplacementCover::kNone) ++lost;
+    if (isInFront) ++lostInFront;
+  }
+  return lostInFront > 0 && lostInFront * 100 >= lost * kMaxPercent;
 }
 
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
@@ -96,19 +132,51 @@ void Planner::chooseEntries() {
     all.push_back(entry);
     (entry.isForeign ? foreign : entries_).push_back(entry);
   }
+  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
+  if (std::ranges::none_of(evidence_.index.tables, isKnown) &&
+      std::ranges::none_of(evidence_.index.standard, isKnown)) {
+    DisplacementCover explained = cover(entries_, true);
+    if (isOfFilmBehind(explained)) {
+      isForeign_ = std::move(explained.isClaimed);
+      entries_.clear();
+    }
+  }
   if (!foreign.empty()) {
     std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
-    if (hasOtherChunks(explained)) {
+    if (othersBeside(explained).areMany()) {
       isForeign_ = std::move(explained);
     } else {
       entries_ = std::move(all);
     }
   }
   const DisplacementCover own = cover(entries_, false);
-  for (std::size_t i = 0; i < isForeign_.size(); ++i)
-    isForeign_[i] = isForeign_[i] != 0 && own.isClaimed[i] == 0 ? 1 : 0;
+  for (std::size_t i = 0; i < isForeign_.size(); ++i) {
+    if (own.isClaimed[i] != 0) isForeign_[i] = 0;
+  }
   places_ = placeEntries(evidence_.input, entries_, evidence_.scan.candidates, evidence_.facts, own);
   if (places_.places.empty()) entries_.clear();
+  dropWild();
+}
+
+/// Takes out entries that no header speaks for and that cannot be true: garbage in an index looks so.
+void Planner::dropWild() {
+  constexpr std::uint64_t kPlain = std::uint64_t{1} << 16U;
+  std::size_t end = entries_.size();
+  const auto isBeyond = [&](std::size_t entry) {
+    return places_.headerOf(entry, entries_) >= static_cast<std::int64_t>(evidence_.scan.end);
+  };
+  const auto isSupported = [&](std::size_t entry) { return places_.places[entry].support != Support::none; };
+  while (end > 0 && !isSupported(end - 1) && isBeyond(end - 1)) --end;
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < end; ++i) {
+    const std::uint8_t number = entries_[i].stream;
+    const std::uint64_t largest = number < evidence_.facts.size() ? evidence_.facts[number].largest : 0;
+    if (!isSupported(i) && entries_[i].size > std::max(kPlain, 4 * largest)) continue;
+    entries_[kept] = entries_[i];
+    places_.places[kept++] = places_.places[i];
+  }
+  entries_.resize(kept);
+  places_.places.resize(kept);
 }
 
 /// Whether the entries are as many pictures as the headers count.
@@ -157,7 +225,7 @@ void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileByte
   for (ChainGap& gap : part.gaps) {
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
-    gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.isTorn});
+    gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
     if (gap.missing > 0) missing_.push_back({gap.begin, gap.missing});
   }
   if (room != kEndless && room > fileBytes + kSlack && !part.gaps.empty()) gaps_.back().bytes += room - fileBytes;
@@ -181,12 +249,46 @@ void Planner::join(LaidFilm laid) {
   goOnTo(laid.slots.size());
 }
 
+/// How many pictures the headers count; nothing when they do not tell.
+std::optional<std::uint64_t> Planner::countedPictures() const {
+  const auto& headers = evidence_.headers;
+  if (headers.openDmlFrames && *headers.openDmlFrames != 0) return headers.openDmlFrames;
+  for (const FilmStream& stream : evidence_.header.streams) {
+    if (stream.header.type != avi::kVids) continue;
+    if (stream.origin == HeaderOrigin::own && stream.header.length != 0) return stream.header.length;
+    break;
+  }
+  if (headers.main && headers.main->totalFrames != 0) return headers.main->totalFrames;
+  return std::nullopt;
+}
+
+/// How many pictures the film had, when all are there or its end is.
+std::optional<std::uint64_t> Planner::picturesOfAll() const {
+  const auto counted = countedPictures();
+  if (!counted || plan_.slots.empty()) return std::nullopt;
+  const auto there =
+      std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot.stream); });
+  const bool endsWithin =
+      plan_.slots.back().state == SlotState::cut || (!gaps_.empty() && gaps_.back().before == plan_.slots.size());
+  return endsWithin && static_cast<std::uint64_t>(there) < *counted ? std::nullopt : counted;
+}
+
+/// How many bytes of the media the file lacks by the size of their list, when there is one list and its end is there.
+std::optional<std::uint64_t> Planner::missingBytes() const {
+  const auto& media = evidence_.headers.media;
+  if (!picturesOfAll() || !media || media->size <= kChunkHeader || evidence_.headers.openDmlFrames) return std::nullopt;
+  const Slot& last = plan_.slots.back();
+  const std::uint64_t declared = media->offset + kChunkHeader + media->size;
+  const std::uint64_t found = last.source + last.size + last.size % 2;
+  return declared - std::min(declared, found);
+}
+
 FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   chooseEntries();
   plan_.indexedChunks = entries_.size();
   join(layEntries(evidence_, streams_, entries_, places_));
-  fillGaps(evidence_, streams_, gaps_, plan_);
+  fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
   plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
   return std::move(plan_);

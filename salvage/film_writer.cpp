@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "avi/chunk_codes.h"
-#include "avi/staged_output.h"
 #include "platform/page_bytes.h"
 #include "salvage/codec.h"
+#include "salvage/film_output.h"
 #include "salvage/header_writer.h"
 #include "salvage/key_picture.h"
 #include "salvage/silence.h"
@@ -64,7 +64,7 @@ class Window {
 class Writer {
  public:
   explicit Writer(const FilmWriting& writing)
-      : writing_(writing), window_(writing.input), out_(writing.out), isKey_(writing.layout.slots) {
+      : writing_(writing), window_(writing.input), out_(writing.out, writing.workers), isKey_(writing.layout.slots) {
     for (const FilmStream& stream : writing.header.streams) {
       streams_.push_back({codecOf(stream.header), stream.header.type == avi::kVids, Silence(stream.header)});
     }
@@ -140,8 +140,9 @@ class Writer {
     const bool isFirst = !stream.hasBegun;
     stream.hasBegun = true;
     if (slot.state == SlotState::torn || slot.state == SlotState::cut || slot.state == SlotState::damaged) return false;
-    if (slot.isIndexed) return slot.hasKeyFlag;
-    return isKeyPicture(stream.codec, head).value_or(isFirst);
+    const auto told = isKeyPicture(stream.codec, head);
+    if (told && (*told || !hasOtherKeys(stream.codec))) return *told;
+    return slot.isIndexed ? slot.hasKeyFlag : !told && isFirst;
   }
 
   [[nodiscard]] Piece firstPiece(const Slot& slot) const {
@@ -166,7 +167,7 @@ class Writer {
       }
       left -= part;
     }
-    zeros(left);
+    out_.zeros(left);
   }
 
   void copy(std::uint64_t offset, std::uint32_t size) {
@@ -178,15 +179,11 @@ class Writer {
       if (!bytes.empty()) continue;
       const std::uint64_t page = window_.isBehindEnd(offset) ? size : kPage - offset % kPage;
       const auto missing = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, page));
-      zeros(missing);
+      out_.zeros(missing);
       written_.unreadable += missing;
       size -= missing;
       offset += missing;
     }
-  }
-
-  void zeros(std::uint32_t count) {
-    for (; count > 0 && !out_.failed(); count -= std::min(count, kMaxSilence)) out_.zeros(std::min(count, kMaxSilence));
   }
 
   void writeSilence(const Silence& silence, std::uint32_t size) {
@@ -243,7 +240,7 @@ class Writer {
 
   const FilmWriting& writing_;
   Window window_;
-  avi::StagedOutput out_;
+  FilmOutput out_;
   std::vector<bool> isKey_;  ///< by slot
   std::vector<Stream> streams_;
   platform::Bytes still_;

@@ -20,10 +20,13 @@ struct Stretch {
   std::size_t entries = 0;  ///< that are explained
   std::size_t unique = 0;   ///< of these, those whose size no other entry has
 
-  [[nodiscard]] bool isFirm() const {
+  /// `all`: entries of the whole index.
+  [[nodiscard]] bool isFirm(std::size_t all) const {
     const std::size_t span = last - first + 1;
+    const bool isDense = entries * 100 >= span * kLongPercent;
+    if (isDense && entries * 2 > all) return true;
     return (entries >= kShort && unique >= kShortUnique && entries * 100 >= span * kShortPercent) ||
-           (entries >= kLong && entries * 100 >= span * kLongPercent);
+           (entries >= kLong && isDense);
   }
 };
 
@@ -62,15 +65,12 @@ void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries
     if (std::ranges::binary_search(once, keyOf(entries[i].stream, entries[i].size))) ++stretch.unique;
   }
   std::size_t firm = 0;
-  for (const Stretch& stretch : stretches) {
-    // One that explains most of a film is firm, however short the film is.
-    const bool isMost = stretch.entries * 100 >= entries.size() * kFirmPercent;
-    firm += stretch.isFirm() || isMost ? stretch.entries : 0;
-  }
+  for (const Stretch& stretch : stretches) firm += stretch.isFirm(entries.size()) ? stretch.entries : 0;
   if (!isStrict && firm * 100 >= entries.size() * kFirmPercent) return;
   std::uint64_t looks = 0;
   for (const Stretch& stretch : stretches) {
-    if (stretch.isFirm()) continue;
+    // In a film's own index a size that no other entry has speaks for itself.
+    if (stretch.isFirm(entries.size()) || (!isStrict && stretch.unique * 2 >= stretch.entries)) continue;
     for (std::size_t i = stretch.first; i <= stretch.last; ++i) {
       if (cover.ofEntry[i] == DisplacementCover::kNone) continue;
       const std::int64_t header = static_cast<std::int64_t>(entries[i].offset) + cover.values[cover.ofEntry[i]];

@@ -170,7 +170,8 @@ void Reading::decideBase() {
     const std::int64_t apart = voted ? std::abs(*voted - made_.tableBase) : 0;
     if (apart == 4 || apart == 8) made_.tableBase = *voted;
   } else {
-    made_.tableBase = voted.value_or(0);
+    // With the front of the file gone the base may be in front of it. Any other does as well, and drops no entry.
+    made_.tableBase = std::max<std::int64_t>(0, voted.value_or(0));
   }
   for (TemplateEntry& entry : made_.entries) {
     const std::int64_t offset = static_cast<std::int64_t>(entry.offset) + made_.tableBase;

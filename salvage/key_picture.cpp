@@ -20,7 +20,7 @@ std::optional<bool> isMpeg4Key(Head head) {
   for (StartCodes codes(head); const auto code = codes.next();) {
     if (code->type == kVop && !code->rest.empty()) return twoZeroBits(code->rest);
   }
-  return std::nullopt;
+  return false;
 }
 
 std::optional<bool> isMpegVideoKey(Head head) {
@@ -32,13 +32,13 @@ std::optional<bool> isMpegVideoKey(Head head) {
     bits.skip(10);  // temporal_reference
     return bits.read(3) == kIntra;
   }
-  return std::nullopt;
+  return false;
 }
 
 std::optional<bool> isMsMpeg4v1Key(Head head) {
-  if (head.size() < 5) return std::nullopt;
+  if (head.size() < 5) return false;
   BitReader bits(head);
-  if (bits.read(32) != 0x100) return std::nullopt;
+  if (bits.read(32) != 0x100) return false;
   bits.skip(5);
   return bits.read(2) == 0;
 }
@@ -49,7 +49,7 @@ std::optional<bool> keyByUnits(Head head, const IsKey& isKey) {
   for (Units units(head); const auto unit = units.next();) {
     if (const auto key = isKey(static_cast<unsigned>(unit->front()))) return key;
   }
-  return std::nullopt;
+  return false;
 }
 
 std::optional<bool> isH264Key(Head head) {
@@ -78,10 +78,7 @@ std::optional<bool> isHevcKey(Head head) {
 
 std::optional<bool> isCinepakKey(Head head) {
   constexpr std::size_t kFirstStrip = 10;
-  if (head.size() <= kFirstStrip) return std::nullopt;
-  if (head[kFirstStrip] == std::byte{0x10}) return true;
-  if (head[kFirstStrip] == std::byte{0x11}) return false;
-  return std::nullopt;
+  return head.size() > kFirstStrip && head[kFirstStrip] == std::byte{0x10};
 }
 
 std::optional<bool> isFfv1Key(Head head) {
@@ -128,8 +125,9 @@ std::optional<bool> isZero(Head head, std::size_t byte, unsigned mask) {
 std::optional<bool> isKeyPicture(Codec codec, std::span<const std::byte> head) {
   if (head.empty()) return false;
   switch (codec) {
-    case Codec::rawPicture:
     case Codec::jpeg:
+      return head.size() >= 2 && BitReader(head).read(16) == 0xffd8;
+    case Codec::rawPicture:
     case Codec::intra:
     case Codec::dv:
       return true;

@@ -94,7 +94,7 @@ SalvageVerdict verdictOf(const SalvageReport& report, const FilmPlan& plan) {
     if (stream.of(SlotState::whole).chunks != stream.all().chunks || stream.origin != HeaderOrigin::own)
       isUntouched = false;
   }
-  if (!isWhole) return SalvageVerdict::partial;
+  if (!isWhole || report.streamsWithoutHeader > 0) return SalvageVerdict::partial;
   return isUntouched ? SalvageVerdict::clean : SalvageVerdict::repaired;
 }
 

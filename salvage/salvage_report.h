@@ -18,12 +18,13 @@ namespace zelvo::salvage {
 
 /// How a run ended.
 enum class SalvageEnd : std::uint8_t {
-  written,   ///< a film was written, or writing it failed: see `writeFailure`
-  planned,   ///< a dry run came to its end
-  noMedia,   ///< no chunk of any stream was found
-  noHeader,  ///< chunks are there, but nothing tells what they hold
-  tooLarge,  ///< the film would be larger than it may be, or than any file can
-  noOutput,  ///< nothing could be made to write it to
+  written,     ///< a film was written, or writing it failed: see `writeFailure`
+  planned,     ///< a dry run came to its end
+  noMedia,     ///< no chunk of any stream was found
+  manySounds,  ///< a sample rate was given, and there are several sound tracks that it may be for
+  noHeader,    ///< chunks are there, but nothing tells what they hold
+  tooLarge,    ///< the film would be larger than it may be, or than any file can
+  noOutput,    ///< nothing could be made to write it to
   stopped,
 };
 

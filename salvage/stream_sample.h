@@ -22,13 +22,13 @@ struct StreamSample {
   std::vector<std::uint32_t> sizes;      ///< of chunks that are not empty, evenly taken from the film; rising
   std::vector<SampledPayload> payloads;  ///< evenly taken: fronts of 4 KiB
   std::vector<SampledPayload> run;       ///< one after the other in the film, empty ones too: fronts of 256 bytes
-  std::vector<SampledPayload> whole;     ///< some from the middle of the film: up to 1 MiB of each
+  std::vector<SampledPayload> whole;     ///< three from the middle of the film: up to 256 KiB of each
 
   /// The size that 90 % of the chunks have; 0 without one.
   [[nodiscard]] std::uint32_t commonSize() const;
 };
 
-/// Of each stream in `seen`, from chunks whose ends are proved. Reads some MiB a stream at the most.
+/// Of each stream in `seen`, from chunks whose ends are proved. Reads and keeps a MiB a stream at the most.
 /// \pre `chain` is that of `candidates`.
 /// Thread: any.
 [[nodiscard]] std::vector<StreamSample> sampleStreams(avi::InputFile& input, const CandidateList& candidates,

@@ -198,6 +198,10 @@ std::optional<MediaList> firstMediaList(Front front) {
     from = std::search(from, front.end(), code.begin(), code.end());
     const auto at = static_cast<std::size_t>(from - front.begin());
     if (front.size() - at < kListHeader) return std::nullopt;
+    // A later form's list, where the first form is lost, is not where media begin.
+    const bool isLater = at >= kListHeader && FourCC::at(front.subspan(at - kListHeader)) == avi::kRiff &&
+                         FourCC::at(front.subspan(at - 4)) == avi::kAvix;
+    if (isLater) return std::nullopt;
     if (FourCC::at(front.subspan(at + kChunkHeader)) == avi::kMovi) return MediaList{at, number(front, at + 4)};
     ++from;
   }

@@ -10,15 +10,14 @@
 #include <utility>
 #include <vector>
 
-#include "salvage/picture_clock.h"
+#include "salvage/clock_turns.h"
+#include "salvage/gap_share.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::size_t kClocks = 24;
 constexpr std::size_t kMaxLooks = 4096;
-constexpr std::size_t kHead = 512;
 constexpr std::uint64_t kChunkHeader = 8;
 
 double median(std::vector<double> values) {
@@ -38,9 +37,18 @@ struct Track {
 
 class Timeline {
  public:
-  Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan);
+  Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, const WholeFilm& whole,
+           FilmPlan& plan);
 
-  void run();
+  /// `shares`: how many pictures each gap that is filled lacks, when that is known.
+  void run(const std::vector<GapEstimate>& shares);
+  /// The gaps that were filled.
+  [[nodiscard]] std::vector<GapEstimate>& estimates() { return estimates_; }
+  /// How many pictures are there without those that were filled in.
+  [[nodiscard]] std::uint64_t pictures() const;
+  /// How many pictures so many bytes hold at the most.
+  [[nodiscard]] std::uint64_t picturesIn(std::uint64_t bytes) const;
+  void finish() { plan_.slots = std::move(made_); }
 
  private:
   /// What is missing in a gap.
@@ -56,20 +64,19 @@ class Timeline {
   [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
   [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
   [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
-  [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast) const;
+  [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast,
+                                               std::optional<std::size_t> share);
   [[nodiscard]] bool isNothingMissing(const FilmGap& gap, std::size_t end) const;
   void lengthenLast(std::uint32_t size);
   [[nodiscard]] double picturesByBytes(std::uint64_t bytes, const std::vector<double>& shift) const;
   [[nodiscard]] std::size_t pickPictures(double estimate, double least, std::optional<double> turned) const;
   [[nodiscard]] std::optional<double> turnedBy(std::size_t slot, std::size_t end) const;
-  [[nodiscard]] std::optional<double> phase(const std::vector<Slot>& slots, std::size_t from, std::size_t to,
-                                            std::int64_t firstPicture, bool isBackwards) const;
   void fill(std::size_t place, const Missing& missing);
-  void learnClock();
 
   const Evidence& evidence_;
   const FilmStreams& streams_;
   std::span<const FilmGap> gaps_;
+  const WholeFilm& whole_;
   FilmPlan& plan_;
   std::vector<Slot> made_;
   std::vector<Track> tracks_;
@@ -77,14 +84,15 @@ class Timeline {
   double pictureTime_ = 0;
   double pictureBytes_ = 0;  ///< a usual chunk with its header
   double pictureClock_ = 0;
-  std::int64_t picturesMade_ = 0;
   std::size_t refilled_ = 0;
-  std::optional<PictureClock> codecClock_;
+  std::optional<ClockTurns> turns_;
   bool hasPassedGap_ = false;
+  std::vector<GapEstimate> estimates_;
 };
 
-Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan)
-    : evidence_(evidence), streams_(streams), gaps_(gaps), plan_(plan) {
+Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
+                   const WholeFilm& whole, FilmPlan& plan)
+    : evidence_(evidence), streams_(streams), gaps_(gaps), whole_(whole), plan_(plan) {
   std::vector<std::vector<std::uint32_t>> sizes(streams.count());
   constexpr std::size_t kSamples = 65'536;
   for (const Slot& slot : plan.slots) {
@@ -108,26 +116,11 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
   }
 }
 
-void Timeline::learnClock() {
-  constexpr int kTries = 64;
-  codecClock_.emplace(evidence_.header.streams[*pictures_].header);
-  int tries = 0;
-  for (const Slot& slot : plan_.slots) {
-    if (codecClock_->isKnown() || tries >= kTries) return;
-    if (slot.stream != *pictures_ || !slot.hasSource()) continue;
-    codecClock_->learn(evidence_.input.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead)));
-    ++tries;
-  }
-}
-
 void Timeline::advance(const Slot& slot) {
   constexpr std::size_t kEnough = 8;
   constexpr std::size_t kMost = 4096;
   made_.push_back(slot);
-  if (pictures_ == slot.stream) {
-    pictureClock_ += pictureTime_;
-    ++picturesMade_;
-  }
+  if (pictures_ == slot.stream) pictureClock_ += pictureTime_;
   for (Track& track : tracks_) {
     if (track.stream != slot.stream) continue;
     // Many films begin with more sound than usual, so the first chunk is no example.
@@ -173,49 +166,10 @@ std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::s
   return lags;
 }
 
-/// What the pictures' own clocks show, less what they would show if the number of the picture told it: the most
-/// frequent value of those around a gap. Pictures that are reordered differ from it.
-std::optional<double> Timeline::phase(const std::vector<Slot>& slots, std::size_t from, std::size_t to,
-                                      std::int64_t firstPicture, bool isBackwards) const {
-  std::vector<double> phases;
-  std::int64_t number = firstPicture;
-  const double turn = codecClock_->turn();
-  for (std::size_t i = 0; i < to - from && i < kMaxLooks && phases.size() < kClocks; ++i) {
-    const Slot& slot = isBackwards ? slots[to - 1 - i] : slots[from + i];
-    if (slot.stream != *pictures_) continue;
-    if (isBackwards) --number;
-    if (slot.hasSource()) {
-      const auto head = evidence_.input.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead));
-      if (const auto ticks = codecClock_->ticks(head)) {
-        const double value = std::fmod(*ticks - static_cast<double>(number) * codecClock_->ticksPerPicture(), turn);
-        phases.push_back(value < 0 ? value + turn : value);
-      }
-    }
-    if (!isBackwards) ++number;
-  }
-  std::optional<double> best;
-  std::ptrdiff_t most = 0;
-  for (const double value : phases) {
-    const auto alike = std::ranges::count_if(phases, [&](double other) {
-      const double apart = std::abs(value - other);
-      return std::min(apart, turn - apart) < codecClock_->ticksPerPicture() / 4;
-    });
-    if (alike <= most) continue;
-    most = alike;
-    best = value;
-  }
-  return best;
-}
-
 /// By how many pictures the codec's clock has moved on in a gap in front of `slot`, less than one turn.
 std::optional<double> Timeline::turnedBy(std::size_t slot, std::size_t end) const {
-  if (!codecClock_ || !codecClock_->isKnown()) return std::nullopt;
-  const auto before = phase(made_, 0, made_.size(), picturesMade_, true);
-  const auto after = phase(plan_.slots, slot, end, picturesMade_, false);
-  if (!before || !after) return std::nullopt;
-  double ticks = *after - *before;
-  if (ticks < -codecClock_->ticksPerPicture() / 4) ticks += codecClock_->turn();
-  return std::max(0.0, ticks / codecClock_->ticksPerPicture());
+  if (!turns_ || end <= slot) return std::nullopt;
+  return turns_->between(made_, std::span<const Slot>(plan_.slots).subspan(slot, end - slot));
 }
 
 /// `shift`: by track, seconds of lost sound less those of lost pictures.
@@ -227,13 +181,13 @@ double Timeline::picturesByBytes(std::uint64_t bytes, const std::vector<double>&
     left -= shift[t] * rate;
     perPicture += pictureTime_ * rate;
   }
-  return left / perPicture;
+  return perPicture > 0 ? left / perPicture : 0;
 }
 
 std::size_t Timeline::pickPictures(double estimate, double least, std::optional<double> turned) const {
   double picked = std::max(std::round(estimate), std::ceil(least));
   if (turned) {
-    const double turn = codecClock_->turn() / codecClock_->ticksPerPicture();
+    const double turn = turns_->turn();
     picked = *turned + std::round((estimate - *turned) / turn) * turn;
     while (picked < least - 0.3) picked += turn;
     picked = std::round(picked);
@@ -243,6 +197,7 @@ std::size_t Timeline::pickPictures(double estimate, double least, std::optional<
 
 /// Whether the clocks on both sides of a gap fit each other as they are.
 bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
+  if (gap.isTorn && whole_.missing.value_or(0) >= gap.missing && whole_.missing) return false;
   const auto behind = lagsBehind(gap.before, end);
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
     const auto usual = usualLag(tracks_[t]);
@@ -250,7 +205,7 @@ bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
     if (std::abs(*usual - *behind[t]) > 0.75 * std::max(pictureTime_, tracks_[t].chunkTime)) return false;
   }
   const auto turned = turnedBy(gap.before, end);
-  return !turned || *turned < 0.5 || *turned > codecClock_->turn() / codecClock_->ticksPerPicture() - 0.5;
+  return !turned || *turned < 0.5 || *turned > turns_->turn() - 0.5;
 }
 
 void Timeline::lengthenLast(std::uint32_t size) {
@@ -266,7 +221,8 @@ void Timeline::lengthenLast(std::uint32_t size) {
 }
 
 /// Nothing when no sound behind the gap tells, and a later gap may know more.
-std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size_t end, bool isLast) const {
+std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size_t end, bool isLast,
+                                                   std::optional<std::size_t> share) {
   Missing missing;
   std::vector<double> shift(tracks_.size(), 0);
   const auto behind = lagsBehind(gap.before, end);
@@ -286,13 +242,17 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
       if (std::ranges::find(known, t) == known.end()) shift[t] = shift[*tightest];
     }
   }
+  bool isExact = false;
   if (pictures_) {
     const double slack = 0.75;
     double least = 0;
     for (const std::size_t t : known) least = std::max(least, -shift[t] / pictureTime_ - slack);
     const bool hasBytes = gap.bytes > 0;
     const double estimate = hasBytes ? picturesByBytes(gap.bytes, shift) : least;
-    missing.pictures = pickPictures(estimate, least, turnedBy(gap.before, end));
+    const auto turned = turnedBy(gap.before, end);
+    missing.pictures =
+        share ? std::max(*share, pickPictures(least, least, std::nullopt)) : pickPictures(estimate, least, turned);
+    isExact = turned.has_value();
   }
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
     double time = shift[t] + static_cast<double>(missing.pictures) * pictureTime_;
@@ -300,6 +260,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
       time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + kChunkHeader) * tracks_[t].chunkTime;
     missing.sound.push_back(std::max(0.0, time));
   }
+  estimates_.push_back({missing.pictures, gap.bytes, isExact, gap.isTorn});
   return missing;
 }
 
@@ -349,18 +310,15 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   refilled_ += slots.size();
   made_.insert(made_.begin() + static_cast<std::ptrdiff_t>(place), slots.begin(), slots.end());
   for (const Slot& slot : slots) {
-    if (pictures_ == slot.stream) {
-      pictureClock_ += pictureTime_;
-      ++picturesMade_;
-    }
+    if (pictures_ == slot.stream) pictureClock_ += pictureTime_;
     for (Track& track : tracks_) {
       if (track.stream == slot.stream) track.clock += seconds(slot);
     }
   }
 }
 
-void Timeline::run() {
-  if (pictures_) learnClock();
+void Timeline::run(const std::vector<GapEstimate>& shares) {
+  if (pictures_) turns_.emplace(evidence_.input, evidence_.header.streams[*pictures_].header, *pictures_, plan_.slots);
   made_.reserve(plan_.slots.size());
   std::size_t slot = 0;
   FilmGap open;                 // what earlier gaps left to be filled
@@ -382,19 +340,43 @@ void Timeline::run() {
       openPlace = made_.size();
       openBytes = gap.bytes;
     }
-    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, gap.isTorn || (isOpen && open.isTorn)};
-    const auto found = missing(open, end, g + 1 == gaps_.size());
+    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, 0, gap.isTorn || (isOpen && open.isTorn)};
+    const std::size_t filled = estimates_.size();
+    const auto share = filled < shares.size() ? std::optional(shares[filled].pictures) : std::nullopt;
+    const auto found = missing(open, end, g + 1 == gaps_.size(), share);
     isOpen = !found;
     if (found) fill(openPlace, *found);
   }
   for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
-  plan_.slots = std::move(made_);
+}
+
+std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
+  const double pictures = std::ceil(picturesByBytes(bytes, std::vector<double>(tracks_.size(), 0)) * 2);
+  return static_cast<std::uint64_t>(std::clamp(pictures, 0.0, 1e6));
+}
+
+std::uint64_t Timeline::pictures() const {
+  const auto count = [&](const Slot& slot) { return pictures_ == slot.stream && slot.state != SlotState::refilled; };
+  return static_cast<std::uint64_t>(std::ranges::count_if(made_, count));
 }
 
 }  // namespace
 
-void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, FilmPlan& plan) {
-  if (!gaps.empty()) Timeline(evidence, streams, gaps, plan).run();
+void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
+              const WholeFilm& whole, FilmPlan& plan) {
+  if (gaps.empty()) return;
+  Timeline timeline(evidence, streams, gaps, whole, plan);
+  timeline.run({});
+  std::vector<GapEstimate> shares = timeline.estimates();
+  const std::uint64_t there = timeline.pictures();
+  if (whole.pictures && there <= *whole.pictures &&
+      shareOut(shares, *whole.pictures - there, timeline.picturesIn(whole.missing.value_or(0)))) {
+    Timeline again(evidence, streams, gaps, whole, plan);
+    again.run(shares);
+    again.finish();
+  } else {
+    timeline.finish();
+  }
 }
 
 }  // namespace zelvo::salvage

@@ -145,7 +145,7 @@ TEST_P(RejectedInput, IsToldWithItsReason) {
   EXPECT_EQ(ended.exit, 1);
   EXPECT_THAT(ended.err, HasSubstr(GetParam().reason));
   EXPECT_THAT(ended.err, HasSubstr("It is unchanged."));
-  EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 1) << ended.err;
+  EXPECT_EQ(std::count(ended.err.begin(), ended.err.end(), '\n'), 2) << ended.err;  // the reason, and what may help
   EXPECT_THAT(ended.out, IsEmpty());
   EXPECT_THAT(folder.names(), ElementsAre("in.avi"));
 }

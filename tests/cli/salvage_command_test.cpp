@@ -156,6 +156,28 @@ TEST(SalvageCommand, LostHeadersComeFromADonor) {
   EXPECT_EQ(runZelvoAvi({"salvage", folder / "in.avi", "--donor", folder / "none.avi"}).exit, 3);
 }
 
+TEST(SalvageCommand, AStreamThatNothingTellsOfIsLeftOutAndTold) {
+  const TempFolder folder;
+  std::string bytes;
+  for (int i = 0; i < 30; ++i) {
+    bytes += chunk("00dc", std::string(static_cast<std::size_t>(100 + i), 'x'));
+    bytes += chunk("01wb", std::string(50, static_cast<char>(i)));
+  }
+  writeFile(folder / "in.avi", std::string(500, '\0') + list("LIST", "movi", bytes));
+
+  const Ended ended = runZelvoAvi({"salvage", "--dry-run", folder / "in.avi"});
+
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.err, HasSubstr("1 stream of"));
+  EXPECT_THAT(ended.out, HasSubstr("1 stream of it cannot be recognised and is left out"));
+}
+
+TEST(SalvageCommand, ASampleRateIsForOneTrack) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", film());
+  EXPECT_EQ(runZelvoAvi({"salvage", "--dry-run", "--rate", "8000", folder / "in.avi"}).exit, 0);
+}
+
 TEST(SalvageCommand, ReportsAreOfTheKindThatTheirNamesSay) {
   const TempFolder folder;
   writeFile(folder / "in.avi", damagedFilm());

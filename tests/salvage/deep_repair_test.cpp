@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/salvage/written_film.h"
+#include "tests/salvage/salvage_bench.h"
 #include "tests/support/avi_builder.h"
 
 namespace zelvo::tests {
@@ -19,54 +19,7 @@ using testing::ElementsAre;
 
 AviBuilder film() { return AviBuilder().interleaved(10, 300, 101); }
 
-class Notes final : public salvage::SalvageObserver {
- public:
-  void stage(SalvageStage stage) override {
-    stages.push_back(stage);
-    if (onStage) onStage(stage);
-  }
-  void read(std::uint64_t bytes) override { bytesRead += bytes; }
-
-  std::vector<SalvageStage> stages;
-  std::uint64_t bytesRead = 0;
-  std::function<void(SalvageStage)> onStage;
-};
-
-/// Thread: one.
-struct Bench {
-  explicit Bench(Bytes bytes) : input(std::move(bytes)) {}
-
-  SalvageReport perform() {
-    files.put("/in.avi", input);
-    files.put("/out.avi", {});
-    if (onInput) onInput(files.at("/in.avi"));
-    const auto in = files.openForReading("/in.avi");
-    const auto out = files.openForWriting("/out.avi");
-    salvage::SalvageRun run{.input = *in.file,
-                            .inputSize = input.size(),
-                            .observer = notes,
-                            .cancel = cancel,
-                            .choices = choices,
-                            .makeOutput = {}};
-    if (!isDry) {
-      run.makeOutput = [&](std::uint64_t size) {
-        asked = size;
-        return isRefused ? nullptr : out.file.get();
-      };
-    }
-    return salvage::salvage(run);
-  }
-
-  Bytes input;
-  MemoryFiles files;
-  Notes notes;
-  platform::CancelMark cancel;
-  salvage::SalvageChoices choices;
-  std::function<void(MemoryFile&)> onInput;
-  bool isDry = false;
-  bool isRefused = false;
-  std::uint64_t asked = 0;
-};
+using Bench = SalvageBench;
 
 TEST(DeepRepair, AWholeFilmIsCleanAndWrittenWhole) {
   Bench run(film().build());
@@ -144,6 +97,36 @@ TEST(DeepRepair, AStopAtAnyStageEndsIt) {
     EXPECT_EQ(run.perform().end, SalvageEnd::stopped);
     EXPECT_EQ(run.notes.stages.back(), stop);
   }
+}
+
+TEST(DeepRepair, AWriteThatFailsIsToldWithItsPlace) {
+  for (const unsigned processors : {1U, 2U}) {
+    AviBuilder builder;
+    builder.interleaved(100, 20'000, 1000);
+    Bench run(builder.build());
+    run.workers.setProcessors(processors);
+    run.onOutput = [](MemoryFile& file) {
+      file.badWriteFrom = 1'200'000;
+      file.writeError = std::make_error_code(std::errc::no_space_on_device);
+    };
+    const SalvageReport report = run.perform();
+    ASSERT_TRUE(report.writeFailure.has_value());
+    EXPECT_EQ(report.writeFailure->offset, 1'200'000U);
+    EXPECT_EQ(report.writeFailure->cause, std::errc::no_space_on_device);
+  }
+}
+
+TEST(DeepRepair, AHelperChangesNoByte) {
+  AviBuilder builder;
+  builder.interleaved(300, 20'000, 1001);
+  std::vector<Bytes> outputs;
+  for (const unsigned processors : {1U, 2U}) {
+    Bench run(builder.build());
+    run.workers.setProcessors(processors);
+    EXPECT_FALSE(run.perform().writeFailure.has_value());
+    outputs.push_back(run.files.content("/out.avi"));
+  }
+  EXPECT_EQ(outputs[0], outputs[1]);
 }
 
 TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {

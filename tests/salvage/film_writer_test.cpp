@@ -88,7 +88,7 @@ TEST(FilmWriter, LostPicturesAreEmptyAndLostSoundIsSilent) {
   EXPECT_THAT(film->notes.problems, IsEmpty());
 }
 
-TEST(FilmWriter, KeysAreThoseOfAnIndexElseOfTheCodec) {
+TEST(FilmWriter, KeysAreThoseThatTheCodecSays) {
   const auto film = pictureAndSound();
   film->add(0, keyPicture());
   film->add(0, otherPicture());
@@ -97,10 +97,26 @@ TEST(FilmWriter, KeysAreThoseOfAnIndexElseOfTheCodec) {
   film->plan.slots.back().hasKeyFlag = true;
   film->add(0, keyPicture()).isIndexed = true;
   film->write();
-  EXPECT_THAT(film->keysInTable(), ElementsAre(true, false, true, true, false));
-  EXPECT_THAT(film->keysIn(avi::kIx00), ElementsAre(true, false, true, false));
+  EXPECT_THAT(film->keysInTable(), ElementsAre(true, false, true, false, true));
+  EXPECT_THAT(film->keysIn(avi::kIx00), ElementsAre(true, false, false, true));
   EXPECT_THAT(film->keysIn(avi::kIx01), ElementsAre(true));
   EXPECT_EQ(film->written.keyPictures, 2U);
+}
+
+TEST(FilmWriter, OfOtherCodecsAnIndexSaysWhichAreKeys) {
+  const auto film = std::make_unique<WrittenFilmBench>();
+  film->with(pictureStream("????"), "00dc").with(pictureStream("H264"), "01dc");
+  for (const std::uint8_t stream : {std::uint8_t{0}, std::uint8_t{1}}) {
+    for (const bool isKey : {false, true}) {
+      auto& slot = film->add(stream, numbered({0, 0, 1, 0x41, 1}));
+      slot.isIndexed = true;
+      slot.hasKeyFlag = isKey;
+    }
+  }
+  film->add(1, numbered({0, 0, 1, 0x65, 1})).isIndexed = true;
+  film->add(1, numbered({0, 0, 1, 0x41, 1}));
+  film->write();
+  EXPECT_THAT(film->keysInTable(), ElementsAre(false, true, false, true, true, false));
 }
 
 TEST(FilmWriter, WhatIsNotWholeIsNoKey) {
@@ -195,7 +211,8 @@ TEST(FilmWriter, AFailedWriteIsTold) {
   avi::InputFile in(film->files.openForReading("/in.avi").file);
   const auto out = film->files.openForWriting("/full.avi");
   const auto layout = salvage::layOut(film->plan, film->header);
-  const auto written = salvage::writeFilm({in, *out.file, film->plan, film->header, *layout, [] { return false; }});
+  const auto written =
+      salvage::writeFilm({in, *out.file, film->workers, film->plan, film->header, *layout, [] { return false; }});
   ASSERT_TRUE(written.failure.has_value());
   EXPECT_EQ(written.failure->offset, 70'000U);
   EXPECT_EQ(written.failure->cause, std::errc::no_space_on_device);

@@ -21,16 +21,18 @@ TEST(KeyPicture, EmptyPayloadIsNone) {
 TEST(KeyPicture, UnknownCodecTellsNothing) { EXPECT_EQ(isKeyPicture(Codec::unknown, numbered({1, 2, 3})), kNothing); }
 
 TEST(KeyPicture, CodecsOfWholePicturesHaveNothingElse) {
-  for (const Codec codec : {Codec::rawPicture, Codec::jpeg, Codec::intra, Codec::dv})
+  for (const Codec codec : {Codec::rawPicture, Codec::intra, Codec::dv})
     EXPECT_EQ(isKeyPicture(codec, numbered({7})), true);
+  EXPECT_EQ(isKeyPicture(Codec::jpeg, numbered({0xff, 0xd8, 0xff})), true);
+  EXPECT_EQ(isKeyPicture(Codec::jpeg, numbered({0, 0, 0})), false);
 }
 
 TEST(KeyPicture, Mpeg4TellsByTheFirstPictureBehindItsHeaders) {
   EXPECT_EQ(isKeyPicture(Codec::mpeg4, numbered({0, 0, 1, 0xb6, 0x10, 0})), true);
   EXPECT_EQ(isKeyPicture(Codec::mpeg4, numbered({0, 0, 1, 0xb6, 0x50, 0})), false);
   EXPECT_EQ(isKeyPicture(Codec::mpeg4, numbered({0, 0, 1, 0xb0, 1, 0, 0, 1, 0xb6, 0x20, 0, 0, 1, 0xb6, 0x90})), true);
-  EXPECT_EQ(isKeyPicture(Codec::mpeg4, numbered({9, 9, 9, 9, 9, 9})), kNothing);
-  EXPECT_EQ(isKeyPicture(Codec::mpeg4, numbered({0, 0, 1, 0xb6})), kNothing);
+  EXPECT_EQ(isKeyPicture(Codec::mpeg4, numbered({9, 9, 9, 9, 9, 9})), false);
+  EXPECT_EQ(isKeyPicture(Codec::mpeg4, numbered({0, 0, 1, 0xb6})), false);
 }
 
 TEST(KeyPicture, H264TellsByItsFirstSliceWithStartCodesOrLengths) {
@@ -38,7 +40,7 @@ TEST(KeyPicture, H264TellsByItsFirstSliceWithStartCodesOrLengths) {
   EXPECT_EQ(isKeyPicture(Codec::h264, numbered({0, 0, 0, 1, 0x09, 1, 0, 0, 1, 0x41, 9})), false);
   EXPECT_EQ(isKeyPicture(Codec::h264, numbered({0, 0, 0, 2, 0x06, 1, 0, 0, 0, 9, 0x65, 1})), true);
   EXPECT_EQ(isKeyPicture(Codec::h264, numbered({0, 0, 0, 9, 0x41, 1, 2, 3})), false);
-  EXPECT_EQ(isKeyPicture(Codec::h264, numbered({0xff, 0xff, 0xff, 0xff, 0x65, 1})), kNothing);
+  EXPECT_EQ(isKeyPicture(Codec::h264, numbered({0xff, 0xff, 0xff, 0xff, 0x65, 1})), false);
 }
 
 TEST(KeyPicture, HevcKeysAreTypes16To23) {
@@ -58,13 +60,13 @@ TEST(KeyPicture, MicrosoftsMpeg4DiffersByVersion) {
   EXPECT_EQ(isKeyPicture(Codec::wmv2, numbered({0x80})), false);
   EXPECT_EQ(isKeyPicture(Codec::msMpeg4v1, numbered({0, 0, 1, 0, 0xf9})), true);
   EXPECT_EQ(isKeyPicture(Codec::msMpeg4v1, numbered({0, 0, 1, 0, 0xfa})), false);
-  EXPECT_EQ(isKeyPicture(Codec::msMpeg4v1, numbered({0, 0, 2, 0, 0xf9})), kNothing);
+  EXPECT_EQ(isKeyPicture(Codec::msMpeg4v1, numbered({0, 0, 2, 0, 0xf9})), false);
 }
 
 TEST(KeyPicture, CinepakTellsByItsFirstStrip) {
   EXPECT_EQ(isKeyPicture(Codec::cinepak, numbered({1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x10})), true);
   EXPECT_EQ(isKeyPicture(Codec::cinepak, numbered({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x11})), false);
-  EXPECT_EQ(isKeyPicture(Codec::cinepak, numbered({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x12})), kNothing);
+  EXPECT_EQ(isKeyPicture(Codec::cinepak, numbered({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x12})), false);
 }
 
 TEST(KeyPicture, OthersHaveABitForIt) {

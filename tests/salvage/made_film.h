@@ -37,10 +37,10 @@ struct MadeFilm {
       if (i % 2 == 0) overwriteNumber(bytes, static_cast<std::size_t>(headers[i] + 8), 0x87654321);
       payloads.push_back(part(headers[i] + 8, builder.chunks[i].size));
     }
-    const std::string wanted = "auds";
-    const auto* letters = reinterpret_cast<const std::byte*>(wanted.data());
-    const auto sound =
-        static_cast<std::size_t>(std::search(bytes.begin(), bytes.end(), letters, letters + 4) - bytes.begin());
+    const auto main = positionOf("avih");
+    overwriteNumber(bytes, main + 24, static_cast<std::uint32_t>(pairs));                // dwTotalFrames
+    overwriteNumber(bytes, positionOf("vids") + 32, static_cast<std::uint32_t>(pairs));  // dwLength
+    const auto sound = positionOf("auds");
     overwriteNumber(bytes, sound + 20, 4);           // dwScale
     overwriteNumber(bytes, sound + 24, 32'000);      // dwRate
     overwriteNumber(bytes, sound + 44, 4);           // dwSampleSize
@@ -49,6 +49,12 @@ struct MadeFilm {
     overwriteNumber(bytes, sound + 76, 0x00100004);  // nBlockAlign, wBitsPerSample
   }
 
+  [[nodiscard]] std::size_t positionOf(std::string_view code) const {
+    platform::Bytes letters;
+    appendText(letters, code);
+    return static_cast<std::size_t>(std::search(bytes.begin(), bytes.end(), letters.begin(), letters.end()) -
+                                    bytes.begin());
+  }
   [[nodiscard]] std::byte& at(std::uint64_t offset) { return bytes[static_cast<std::size_t>(offset)]; }
   [[nodiscard]] platform::Bytes part(std::uint64_t offset, std::uint64_t size) const {
     const auto from = bytes.begin() + static_cast<std::ptrdiff_t>(offset);

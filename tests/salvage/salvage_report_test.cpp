@@ -75,6 +75,14 @@ TEST(SalvageReport, WhatWasMendedIsRepaired) {
   EXPECT_EQ(reportOf(*hurt).verdict, SalvageVerdict::repaired);
 }
 
+TEST(SalvageReport, AStreamThatIsLeftOutIsALoss) {
+  const auto bench = film();
+  SalvageReport report;
+  report.streamsWithoutHeader = 1;
+  salvage::describePlan(report, bench->plan, bench->header);
+  EXPECT_EQ(report.verdict, SalvageVerdict::partial);
+}
+
 TEST(SalvageReport, WhatIsLostOrHurtIsPartial) {
   for (const SlotState state :
        {SlotState::damaged, SlotState::torn, SlotState::cut, SlotState::lost, SlotState::refilled}) {

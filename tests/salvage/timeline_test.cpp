@@ -43,14 +43,14 @@ struct Gapped {
     plan.slots.erase(from, from + static_cast<std::ptrdiff_t>(count));
   }
   /// "p" and "s", large where they are refilled.
-  std::string filled(const std::vector<FilmGap>& gaps) {
+  std::string filled(const std::vector<FilmGap>& gaps, const salvage::WholeFilm& whole = {}) {
     ScannedFilm scanned(bytes);
     const std::vector<salvage::StreamFacts> facts;
     const salvage::IndexTemplate index;
     const salvage::Evidence evidence{*scanned.input, scanned.headers, header, scanned.codes,
                                      scanned.scan,   scanned.chain,   facts,  index};
     const salvage::FilmStreams streams(header);
-    salvage::fillGaps(evidence, streams, gaps, plan);
+    salvage::fillGaps(evidence, streams, gaps, whole, plan);
     std::string text;
     for (const Slot& slot : plan.slots) {
       const bool isRefilled = slot.state == SlotState::refilled;
@@ -75,20 +75,20 @@ TEST(Timeline, WithoutGapsNothingIsFilled) { EXPECT_EQ(Gapped(20).filled({}), pa
 TEST(Timeline, BytesTellHowManyPairsAreLost) {
   Gapped film(30);
   film.lose(20, 6);
-  EXPECT_EQ(film.filled({{20, 3 * (1008 + 1288), 0, false}}), pairsOf(10) + "PSPSPS" + pairsOf(17));
+  EXPECT_EQ(film.filled({{20, 3 * (1008 + 1288), 0, 0, false}}), pairsOf(10) + "PSPSPS" + pairsOf(17));
 }
 
 TEST(Timeline, LagTellsThatSoundAloneIsLost) {
   Gapped film(30);
   film.lose(21, 1);
-  EXPECT_EQ(film.filled({{21, 1288, 0, false}}), pairsOf(10) + "pS" + pairsOf(19));
+  EXPECT_EQ(film.filled({{21, 1288, 0, 0, false}}), pairsOf(10) + "pS" + pairsOf(19));
   EXPECT_EQ(film.plan.slots[21].size, 1280U);
 }
 
 TEST(Timeline, LagTellsThatAPictureAloneIsLost) {
   Gapped film(30);
   film.lose(20, 1);
-  EXPECT_EQ(film.filled({{20, 1008, 0, false}}), pairsOf(10) + "Ps" + pairsOf(19));
+  EXPECT_EQ(film.filled({{20, 1008, 0, 0, false}}), pairsOf(10) + "Ps" + pairsOf(19));
   EXPECT_EQ(film.plan.slots[20].size, 0U);
 }
 
@@ -98,14 +98,14 @@ TEST(Timeline, MissingBytesAreFilledByTheLag) {
   film.lose(20, 2);
   film.lose(21, 1);
   // Of two pairs and a picture, one sound is left: two of its pictures come back.
-  const std::string text = film.filled({{20, 0, 0, true}});
+  const std::string text = film.filled({{20, 0, 0, 0, true}});
   EXPECT_EQ(std::ranges::count(text, 'p') + std::ranges::count(text, 'P'),
             std::ranges::count(text, 's') + std::ranges::count(text, 'S'));
 }
 
 TEST(Timeline, GapAtTheEndIsLeftAsItIs) {
   Gapped film(20);
-  EXPECT_EQ(film.filled({{40, 5000, 0, false}}), pairsOf(20));
+  EXPECT_EQ(film.filled({{40, 5000, 0, 0, false}}), pairsOf(20));
 }
 
 TEST(Timeline, GapsWithoutSoundBetweenAreFilledTogether) {
@@ -113,7 +113,7 @@ TEST(Timeline, GapsWithoutSoundBetweenAreFilledTogether) {
   // p s p [s] p [s] p s: the sound between two gaps is lost, too.
   film.lose(21, 1);
   film.lose(22, 1);
-  const std::string text = film.filled({{21, 1288, 0, false}, {22, 1288, 0, false}});
+  const std::string text = film.filled({{21, 1288, 0, 0, false}, {22, 1288, 0, 0, false}});
   EXPECT_EQ(std::ranges::count(text, 'S'), 2);
   EXPECT_EQ(std::ranges::count(text, 'P'), 0);
 }
@@ -121,7 +121,7 @@ TEST(Timeline, GapsWithoutSoundBetweenAreFilledTogether) {
 TEST(Timeline, SlotTakesTheBytesBehindItWhenNothingIsMissing) {
   Gapped film(30);
   film.plan.slots[20].size = 400;
-  EXPECT_EQ(film.filled({{21, 600, 1000, false}}), pairsOf(30));
+  EXPECT_EQ(film.filled({{21, 600, 1000, 0, false}}), pairsOf(30));
   EXPECT_EQ(film.plan.slots[20].size, 1000U);
   EXPECT_EQ(film.plan.slots[20].state, SlotState::sizeMended);
 }
@@ -129,14 +129,25 @@ TEST(Timeline, SlotTakesTheBytesBehindItWhenNothingIsMissing) {
 TEST(Timeline, SlotKeepsItsSizeWhenSomethingIsMissing) {
   Gapped film(30);
   film.lose(21, 1);
-  EXPECT_EQ(film.filled({{21, 1288, 2288, false}}), pairsOf(10) + "pS" + pairsOf(19));
+  EXPECT_EQ(film.filled({{21, 1288, 2288, 0, false}}), pairsOf(10) + "pS" + pairsOf(19));
   EXPECT_EQ(film.plan.slots[20].size, 1000U);
 }
 
 TEST(Timeline, ChunksThatAreFramesAreCounted) {
   Gapped film(30, 417, 0);
   film.lose(20, 4);
-  EXPECT_EQ(film.filled({{20, 2 * (1008 + 425), 0, false}}), pairsOf(10) + "PSPS" + pairsOf(18));
+  EXPECT_EQ(film.filled({{20, 2 * (1008 + 425), 0, 0, false}}), pairsOf(10) + "PSPS" + pairsOf(18));
+}
+
+TEST(Timeline, TheHeadersCountTellsThatNothingIsLost) {
+  Gapped film(30);
+  EXPECT_EQ(film.filled({{20, 8000, 0, 0, false}}, {30, 0}), pairsOf(30));
+}
+
+TEST(Timeline, TheHeadersCountTellsHowMuchIsMissing) {
+  Gapped film(30);
+  film.lose(20, 8);
+  EXPECT_EQ(film.filled({{20, 0, 0, 0, true}}, {30, 9000}), pairsOf(10) + "PSPSPSPS" + pairsOf(16));
 }
 
 TEST(Timeline, HostileGapIsFilledUpToABound) {
