@@ -31,7 +31,7 @@ struct SoundShare {
 [[nodiscard]] std::uint32_t usualSampleRate(double perSecond);
 
 /// Both, when only samples a picture are known. The likeliest pair first, at most four; many pairs have one ratio.
-/// `prefersSlow`: sound of one channel or of few bits is mostly recorded at lower rates.
+/// `prefersSlow`: small films with sound of one channel or of few bits are mostly recorded at lower rates.
 struct RatePair {
   PictureRate pictures;
   std::uint32_t samples = 0;  ///< a second
