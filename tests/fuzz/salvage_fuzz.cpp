@@ -5,6 +5,7 @@
 #include <string>
 
 #include "avi/outline.h"
+#include "platform/linux/workers.h"
 #include "salvage/deep_repair.h"
 #include "tests/support/memory_files.h"
 
@@ -44,11 +45,13 @@ platform::Bytes salvaged(const platform::Bytes& input, const salvage::SalvageCho
   const auto in = files.openForReading("/in.avi");
   const auto out = files.openForWriting("/out.avi");
   NoObserver observer;
+  platform::linux_::LinuxWorkers workers;
   const platform::CancelMark cancel;
   std::uint64_t announced = 0;
   salvage::SalvageRun run{.input = *in.file,
                           .inputSize = input.size(),
                           .observer = observer,
+                          .workers = workers,
                           .cancel = cancel,
                           .choices = choices,
                           .makeOutput = [&](std::uint64_t size) {
