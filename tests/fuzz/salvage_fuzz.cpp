@@ -51,8 +51,8 @@ platform::Bytes salvaged(const platform::Bytes& input, const salvage::SalvageCho
   salvage::SalvageRun run{.input = *in.file,
                           .inputSize = input.size(),
                           .observer = observer,
-                          .workers = workers,
                           .cancel = cancel,
+                          .workers = workers,
                           .choices = choices,
                           .makeOutput = [&](std::uint64_t size) {
                             announced = size;
