@@ -4,7 +4,6 @@
 #include <functional>
 #include <string>
 
-#include "app/update_check.h"
 #include "platform/application.h"
 #include "platform/bundle.h"
 #include "platform/clock.h"
@@ -24,13 +23,15 @@
 #include "platform/tracking.h"
 #include "platform/workers.h"
 #include "platform/workspace.h"
+#include "update/update_operations.h"
 
 namespace zelvo::app {
 
 struct AppServices {
   platform::Application& application;
   platform::Files& files;
-  /// Opens a file for reading as `files` does, on a thread that nobody waits for: what it uses lives as long as it does.
+  /// Opens a file for reading as `files` does, on a thread that nobody waits for: what it uses lives as long as it
+  /// does.
   std::function<platform::Opened<platform::ReadableFile>(const std::string& path)> openUnattended;
   platform::FileManager& fileManager;
   platform::ScratchPaths& scratchPaths;
@@ -50,8 +51,8 @@ struct AppServices {
   const platform::Bundle& bundle;
   const platform::PathMapper& paths;
   platform::PathProbe& pathProbe;  ///< asked before the main thread looks at a path that the user named
-  UpdateCheck& updateCheck;
-  /// Reads the machine's storage anew.
+  update::UpdateOperations& updateCheck;
+  /// Reads the machine's storage again.
   std::function<platform::StorageView()> lookAtStorage;
   platform::PrintSink& printed;  ///< where the inventory's dumps and failures go: standard output
   std::string homeDirectory;     ///< the user's, without a slash at its end

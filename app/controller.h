@@ -1,6 +1,7 @@
 /// The application's controller: every action of the window, one source per flow (start_up, input_selection,
-/// run_control, run_end, preview, save, save_progress, navigation, hover, update_check, inventory). Longer than other headers,
-/// since it is one class with the members of all flows. Percent is 0 to 100. Main thread, unless a member says otherwise.
+/// run_control, run_end, preview, save, save_progress, navigation, hover, update_check, inventory). Longer than other
+/// headers, since it is one class with the members of all flows. Percent is 0 to 100. Main thread, unless a member says
+/// otherwise.
 ///
 /// Order of use: construct, `init`, `awakeFromNib`, show the window, `applicationDidFinishLaunching`, serve events,
 /// `applicationWillTerminate`, drain the main queue, destroy (see app/application_main.h).
@@ -73,8 +74,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void openFinderWindow(platform::Button* sender);
   /// `openPanelDidEnd:returnCode:contextInfo:` the completion step for delegate-style panels; also logs the size.
   void openPanelDidEnd(platform::OpenPanel& openPanel, int returnCode, void* contextInfo);
-  /// Chooses a file without the chooser (dropped on the window, named at the start): the same extensions, the same step.
-  /// The window asks on page 1 without a sheet only. False when the file cannot be chosen, or a run is at work.
+  /// Chooses a file without the chooser (dropped on the window, named at the start): the same extensions, the same
+  /// step. The window asks on page 1 without a sheet only. False when the file cannot be chosen, or a run is at work.
   /// Decision: window, A dropped film takes the chooser's way
   bool chooseFile(const std::string& file);
   /// The same; says so when it is no film that can be chosen.
@@ -194,7 +195,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   [[nodiscard]] std::optional<std::string> hashString(const std::string& text);
 
   // ---- Inventory (inventory.cpp) ----
-  /// Reads the machine's storage anew and fills both arrays.
+  /// Reads the machine's storage again and fills both arrays.
   void initialDriveList();
   /// Appends the mounted volumes to `finalArrayForVolumes`.
   void volumeList();
@@ -247,7 +248,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void openPanelEnded(const platform::OpenPanel& openPanel, int returnCode, bool logsSize);
   void fileChosen(const std::string& file, bool logsSize);
   /// An alert: what the user named does not answer.
-  void tellNotAnswering(const char* title);
+  void reportNotAnswering(const char* title);
   /// Asks the place of a save, and beside it the input, before anything of them is looked at. True when the place
   /// answers; whether the input does is kept in `inputAnswers_`.
   [[nodiscard]] bool placeAnswers(const std::string& folder);
@@ -262,7 +263,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// Free room in `folder` against what the chosen film needs, in words.
   [[nodiscard]] std::string roomIn(const std::string& folder);
   void showWorkingFolder();
-  void tellNoWorkingFolder();
+  void reportNoWorkingFolder();
   void useWorkingFolder(const std::string& folder);
   /// Has the invalid-file sheet say why. Thread: the repair worker.
   void explainInvalidInput(const engine::Run& run);
@@ -272,7 +273,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run);
   void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<avi::WriteFailure>& failure);
   void abandonShownRun();
-  void tellWriteFailure(const engine::Run& run, const avi::WriteFailure& failure);
+  void reportWriteFailure(const engine::Run& run, const avi::WriteFailure& failure);
   /// True at once when no rebuilt file is being written; otherwise shows the notice and answers whether the file is
   /// there now.
   [[nodiscard]] bool waitForRebuiltFile();
@@ -286,7 +287,7 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   /// The same for what could not be read of the rebuilt file.
   [[nodiscard]] std::optional<std::string> missingInCopy(std::uint64_t size, const std::error_code& opening,
                                                          const engine::PaddedCopyEnd& end) const;
-  void tellSaved(const std::optional<std::string>& incomplete);
+  void reportSaved(const std::optional<std::string>& incomplete);
   [[nodiscard]] std::uint64_t sizeOf(const std::string& file);
   void showSaveProgress(double percent);
   void installTrackingAreas();

@@ -1,4 +1,5 @@
-/// What the controller's flows share process-wide, besides the engine's globals. Main thread only, unless said otherwise.
+/// What the controller's flows share process-wide, besides the engine's globals. Main thread only, unless said
+/// otherwise.
 #pragma once
 
 #include <cstdint>

@@ -1,5 +1,5 @@
-// Hover pictures: one table of controls. Entering a control shows its hover picture; leaving any control shows the normal
-// picture of all.
+// Hover pictures: one table of controls. Entering a control shows its hover picture; leaving any control shows the
+// normal picture of all.
 #include <array>
 
 #include "app/controller.h"

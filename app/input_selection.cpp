@@ -64,7 +64,7 @@ bool Orlin_Repair_AVIAppDelegate::chooseFile(const std::string& file) {
 }
 
 void Orlin_Repair_AVIAppDelegate::offerFile(const std::string& file) {
-  if (!services_.pathProbe.answers({file})) return tellNotAnswering(texts::kCannotBeChosenTitle);
+  if (!services_.pathProbe.answers({file})) return reportNotAnswering(texts::kCannotBeChosenTitle);
   const auto there = services_.fileManager.attributesFollowingLinks(file);
   const bool isFile = there && there->kind == platform::FileAttributes::Kind::regularFile;
   if (isFile && chooseFile(file)) return;
@@ -75,7 +75,7 @@ void Orlin_Repair_AVIAppDelegate::offerFile(const std::string& file) {
                                        .otherButton = std::nullopt});
 }
 
-void Orlin_Repair_AVIAppDelegate::tellNotAnswering(const char* title) {
+void Orlin_Repair_AVIAppDelegate::reportNotAnswering(const char* title) {
   services_.alertPanels.runAlertPanel({.title = title,
                                        .message = texts::kNotAnsweringMessage,
                                        .defaultButton = texts::kOk,

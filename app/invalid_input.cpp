@@ -1,5 +1,5 @@
-// Why the input is invalid, as far as it is not its content: it is gone, it cannot be read, or the name is a link, whose
-// own size counts. What the invalid-file sheet says follows from it. Thread: the repair worker.
+// Why the input is invalid, as far as it is not its content: it is gone, it cannot be read, or the name is a link,
+// whose own size counts. What the invalid-file sheet says follows from it. Thread: the repair worker.
 #include "app/controller.h"
 #include "app/texts.h"
 #include "avi/input_file.h"

@@ -1,4 +1,5 @@
-// The storage inventory as the controller sees it: every member hands over to the inventory with the controller's arrays.
+// The storage inventory as the controller sees it: every member hands over to the inventory with the controller's
+// arrays.
 #include "app/controller.h"
 #include "storage/drive_inventory.h"
 

@@ -14,38 +14,22 @@
 #include "app/texts.h"
 #include "app/window_controls.h"
 #include "app/wire.h"
-#include "platform/linux/linux_bundle.h"
-#include "platform/linux/linux_clock.h"
-#include "platform/linux/linux_digest.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_folder_trees.h"
-#include "platform/linux/linux_launcher.h"
-#include "platform/linux/linux_log.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_path_probe.h"
-#include "platform/linux/linux_print_sink.h"
-#include "platform/linux/linux_property_lists.h"
-#include "platform/linux/linux_reachability.h"
-#include "platform/linux/linux_scratch_paths.h"
-#include "platform/linux/linux_storage.h"
-#include "platform/linux/linux_user.h"
-#include "platform/linux/linux_web.h"
-#include "platform/linux/linux_workers.h"
-#include "platform/qt/appearance.h"
-#include "platform/qt/main_window.h"
-#include "platform/qt/movie_preview.h"
-#include "platform/qt/movie_widget.h"
-#include "platform/qt/panel_frame.h"
-#include "platform/qt/pictures.h"
-#include "platform/qt/qt_actions.h"
-#include "platform/qt/qt_alert_panels.h"
-#include "platform/qt/qt_application.h"
-#include "platform/qt/qt_file_panels.h"
-#include "platform/qt/qt_movie_view.h"
-#include "platform/qt/qt_wait_panels.h"
-#include "platform/qt/qt_workspace.h"
-#include "platform/qt/window_texts.h"
+#include "platform/linux/window_services.h"
+#include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/drawing/appearance.h"
+#include "platform/qt/drawing/pictures.h"
+#include "platform/qt/panels/alert_panels.h"
+#include "platform/qt/panels/panel_frame.h"
+#include "platform/qt/panels/sheets.h"
+#include "platform/qt/panels/wait_panels.h"
+#include "platform/qt/preview/movie_preview.h"
+#include "platform/qt/preview/movie_view.h"
+#include "platform/qt/preview/movie_widget.h"
+#include "platform/qt/texts.h"
+#include "platform/qt/window/actions.h"
+#include "platform/qt/window/application.h"
+#include "platform/qt/window/main_window.h"
+#include "platform/qt/window/workspace.h"
 #include "update/updates.h"
 
 namespace {
@@ -53,7 +37,7 @@ namespace {
 namespace app = zelvo::app;
 namespace platform = zelvo::platform;
 namespace qt = zelvo::platform::qt;
-namespace system_ = zelvo::platform::linux_;
+namespace linux_ = zelvo::platform::linux_;
 
 /// Of the desktop's icon theme, where the program is installed.
 const QString kIconName = QStringLiteral("zelvo-avi-repair");
@@ -123,24 +107,14 @@ bool asksForWordsOnly(int argc, char** argv) {
   return false;
 }
 
-/// Lines to the system log, and to whoever started the program in a terminal.
-class WindowLog final : public platform::Log {
- public:
-  void line(std::string_view text) override {
-    system_.line(text);
-    if (hasTerminal_) terminal_.line(text);
-  }
-
- private:
-  system_::SystemLog system_{"ZelvoAVIRepair"};
-  system_::StandardErrorLog terminal_{"", false};
-  const bool hasTerminal_ = system_::standardErrorIsTerminal();
-};
-
 /// Everything that the controller stands on, in the order in which it is made.
 class Program {
  public:
-  Program(const system_::WebLibrary& webLibrary, const Options& options) : options_(options), web_(webLibrary) {
+  Program(const linux_::WebLibrary& webLibrary, const Options& options)
+      : options_(options),
+        system_(webLibrary, {.log = "ZelvoAVIRepair",
+                             .applications = app::texts::kApplications,
+                             .settingsFolder = "zelvo-avi-repair"}) {
     window_.panels().setControls(&windowControls_);
     windowControls_.dress(window_.hostedViews());
     app::wire(controller_, window_.jobOutlets(), actions_, application_);
@@ -148,9 +122,9 @@ class Program {
       panels_.noteInput(file);
       controller_.offerFile(file);
     });
-    window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(paths_.mapped(app::texts::kHelpPage1))));
+    window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(system_.paths.mapped(app::texts::kHelpPage1))));
     workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
-    tellOfUpdates();
+    reportUpdates();
     if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));
     if (options_.file) application_.setStartHandler([this] { window_.offerFile(*options_.file); });
   }
@@ -162,7 +136,7 @@ class Program {
 
  private:
   /// The buttons say beforehand what a press cannot come to.
-  void tellOfUpdates() {
+  void reportUpdates() {
     switch (updates_.means()) {
       case zelvo::update::UpdateMeans::noAddress:
         window_.setUpdateRemark(qt::texts::noUpdateAddress());
@@ -176,69 +150,53 @@ class Program {
   }
 
   Options options_;
-  const std::string home_ = system_::homeDirectory();
-  WindowLog log_;
-  system_::LinuxMainQueue mainQueue_;
-  system_::LinuxWorkers workers_;
-  system_::LinuxFiles files_;
-  system_::LinuxFileManager fileManager_;
-  system_::LinuxFolderTrees folderTrees_;
-  system_::LinuxPropertyLists propertyLists_;
-  system_::LinuxDigest digest_;
-  system_::LinuxWeb web_;
-  system_::LinuxReachability reachability_;
-  system_::LinuxClock clock_;
-  system_::StandardOutputSink printed_;
-  system_::LinuxScratchPaths scratchPaths_{std::string(app::texts::kApplications.text()), system_::cacheFolder(),
-                                           system_::configFolder() + "/zelvo-avi-repair/working-folder"};
-  const system_::LinuxBundle bundle_{files_, propertyLists_, system_::LinuxBundle::runningProgram()};
-  const platform::PathMapper paths_{bundle_.prefix().value_or("/opt")};
-  const std::string applications_ = paths_.mapped(app::texts::kApplications);
-  system_::LinuxPathProbe pathProbe_{system_::LinuxPathProbe::programBeside(system_::LinuxBundle::runningProgram())};
-  system_::LinuxLauncher launcher_{propertyLists_, applications_};
+  linux_::WindowServices system_;
 
   platform::NotificationCentre notifications_;
-  qt::Pictures pictures_{bundle_.bundlePath() + "/Contents/Resources"};
+  qt::Pictures pictures_{system_.bundle.bundlePath() + "/Contents/Resources"};
   app::WindowControls windowControls_{notifications_};
-  std::unique_ptr<platform::MovieLoader> movies_ =
-      qt::makeMovieLoader({.mainQueue = mainQueue_, .workers = workers_, .notifications = notifications_, .log = log_});
+  std::unique_ptr<platform::MovieLoader> movies_ = qt::makeMovieLoader({.mainQueue = system_.mainQueue,
+                                                                        .workers = system_.workers,
+                                                                        .notifications = notifications_,
+                                                                        .log = system_.log});
   qt::MovieWidget* const movie_ = new qt::MovieWidget;  // the window takes it over
-  qt::QtMovieView movieView_{mainQueue_, *movie_};
-  qt::MainWindow window_{mainQueue_, pictures_, movie_, movieView_};
-  qt::QtApplication application_{mainQueue_, window_};
-  qt::QtSheets sheets_{window_.panels(), mainQueue_};
+  qt::QtMovieView movieView_{system_.mainQueue, *movie_};
+  qt::MainWindow window_{system_.mainQueue, pictures_, movie_, movieView_};
+  qt::QtApplication application_{system_.mainQueue, window_, linux_::loopWakers()};
+  qt::QtSheets sheets_{window_.panels(), system_.mainQueue};
   qt::QtAlertPanels alertPanels_{window_.panels(), application_};
   qt::QtWaitPanels waitPanels_{window_.panels(), application_};
-  qt::QtPanels panels_{window_.panels(), alertPanels_, &pathProbe_};
+  qt::QtPanels panels_{window_.panels(), alertPanels_, system_.chooserFiles, &system_.pathProbe};
   qt::QtActions actions_;
   qt::QtTracking tracking_;
   qt::QtCursor cursor_;
-  qt::QtWorkspace workspace_{window_, launcher_, applications_, std::string(app::texts::kBundleIdentifier)};
+  qt::QtWorkspace workspace_{window_, system_.launcher, system_.programStarter, system_.applications,
+                             std::string(app::texts::kBundleIdentifier)};
 
-  zelvo::update::Updates updates_{{.reachability = reachability_,
-                                   .web = web_,
-                                   .propertyLists = propertyLists_,
-                                   .digest = digest_,
-                                   .launcher = launcher_,
+  zelvo::update::Updates updates_{{.reachability = system_.reachability,
+                                   .web = system_.web,
+                                   .propertyLists = system_.propertyLists,
+                                   .digest = system_.digest,
+                                   .launcher = system_.launcher,
                                    .alertPanels = alertPanels_,
-                                   .files = files_,
-                                   .fileManager = fileManager_,
-                                   .folderTrees = folderTrees_,
-                                   .workers = workers_,
-                                   .clock = clock_,
-                                   .bundle = bundle_,
-                                   .paths = paths_}};
+                                   .files = system_.files,
+                                   .fileManager = system_.fileManager,
+                                   .folderTrees = system_.folderTrees,
+                                   .workers = system_.workers,
+                                   .clock = system_.clock,
+                                   .bundle = system_.bundle,
+                                   .paths = system_.paths}};
   app::Orlin_Repair_AVIAppDelegate controller_{
       app::AppServices{
           .application = application_,
-          .files = files_,
-          .openUnattended = [](const std::string& path) { return system_::LinuxFiles().openForReading(path); },
-          .fileManager = fileManager_,
-          .scratchPaths = scratchPaths_,
-          .workers = workers_,
-          .mainQueue = mainQueue_,
-          .clock = clock_,
-          .log = log_,
+          .files = system_.files,
+          .openUnattended = [](const std::string& path) { return linux_::LinuxFiles().openForReading(path); },
+          .fileManager = system_.fileManager,
+          .scratchPaths = system_.scratchPaths,
+          .workers = system_.workers,
+          .mainQueue = system_.mainQueue,
+          .clock = system_.clock,
+          .log = system_.log,
           .sheets = sheets_,
           .panels = panels_,
           .alertPanels = alertPanels_,
@@ -248,17 +206,13 @@ class Program {
           .tracking = tracking_,
           .cursor = cursor_,
           .workspace = workspace_,
-          .bundle = bundle_,
-          .paths = paths_,
-          .pathProbe = pathProbe_,
+          .bundle = system_.bundle,
+          .paths = system_.paths,
+          .pathProbe = system_.pathProbe,
           .updateCheck = updates_,
-          .lookAtStorage =
-              [this] {
-                const auto snapshot = std::make_shared<system_::LinuxStorageSnapshot>(pathProbe_);
-                return platform::StorageView{snapshot, snapshot};
-              },
-          .printed = printed_,
-          .homeDirectory = home_},
+          .lookAtStorage = [this] { return system_.lookAtStorage(); },
+          .printed = system_.printed,
+          .homeDirectory = system_.home},
       window_.controllerOutlets(), window_.jobOutlets()};
 };
 
@@ -266,7 +220,7 @@ class Program {
 
 int main(int argc, char** argv) {
   if (asksForWordsOnly(argc, argv)) return readOptions(argc, argv).exit.value_or(0);
-  const system_::WebLibrary webLibrary;  // before any thread
+  const linux_::WebLibrary webLibrary;  // before any thread
   QApplication application(argc, argv);
   const Options options = readOptions(argc, argv);
   if (options.exit) return *options.exit;

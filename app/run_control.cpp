@@ -1,5 +1,6 @@
 // Starting, following and stopping a run:
-// 1. `repair`: choose the scratch path (without any, nothing starts), prepare the preview hint, and with a file chosen go to page 2 and start.
+// 1. `repair`: choose the scratch path (without any, nothing starts), prepare the preview hint, and with a file chosen
+// go to page 2 and start.
 // 2. The engine's progress is stored by its workers and shown by the main thread.
 // 3. `stopRepairOk`: back to page 1; the run ends by itself, and the next one uses the other scratch path.
 #include <chrono>
@@ -18,7 +19,7 @@ void Orlin_Repair_AVIAppDelegate::repair(platform::Button* sender) {
   const std::optional<std::string> input = engine::path.get();
   const std::string scratch = scratchPath_.choose(negvalue, input);
   if (input && scratch.empty()) {
-    tellNoWorkingFolder();
+    reportNoWorkingFolder();
     return;
   }
   showWorkingFolder();  // another may have taken over

@@ -96,7 +96,7 @@ void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::R
     untoldFailure_ = failure;
     return;
   }
-  tellWriteFailure(run, *failure);
+  reportWriteFailure(run, *failure);
 }
 
 void Orlin_Repair_AVIAppDelegate::abandonShownRun() {
@@ -107,7 +107,7 @@ void Orlin_Repair_AVIAppDelegate::abandonShownRun() {
 }
 
 // Decision: runs, A failed repair is told
-void Orlin_Repair_AVIAppDelegate::tellWriteFailure(const engine::Run& run, const avi::WriteFailure& failure) {
+void Orlin_Repair_AVIAppDelegate::reportWriteFailure(const engine::Run& run, const avi::WriteFailure& failure) {
   runGuard_.hideProgress();
   endAndHide(outlets.stoprepairwindow);
   endAndHide(repair1->outlets.repaircompletedwindow);
@@ -146,7 +146,7 @@ bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
                                          .finished = [this] { return !shownRun_ || !shownRun_->atWork; }});
   waiting_ = false;
   if (const auto failure = std::exchange(untoldFailure_, std::nullopt)) {
-    tellWriteFailure(*run, *failure);
+    reportWriteFailure(*run, *failure);
     return false;
   }
   return finished && shownRun_ && shownRun_->run == run;

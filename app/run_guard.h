@@ -1,6 +1,6 @@
 /// What stands between the engine and the window, so that an old run never meets a new one: progress of a run that the
-/// window no longer shows is dropped, and so are its sheets and its rebuilt file once a newer run was started; its sheets
-/// also once another film was chosen. Runs are numbered from 1. // Decision: runs, Old runs never meet new ones
+/// window no longer shows is dropped, and so are its sheets and its rebuilt file once a newer run was started; its
+/// sheets also once another film was chosen. Runs are numbered from 1. // Decision: runs, Old runs never meet new ones
 #pragma once
 
 #include <atomic>
@@ -29,7 +29,7 @@ class RunGuard final : public engine::ProgressRelay, public platform::Sheets {
   }
   /// The window shows no run any more: no value of a run is stored once this has returned. Thread: main.
   void hideProgress();
-  /// A film was chosen anew: a sheet of a run that was stopped before would take that choice away. Thread: main.
+  /// A film was chosen again: a sheet of a run that was stopped before would take that choice away. Thread: main.
   void choiceMade() {
     if (shown_ == 0) sheetsBegin_ = started_ + 1;
   }

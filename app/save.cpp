@@ -67,7 +67,7 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   panelThatEnded.endSheet();
   panelThatEnded.orderOut();
   if (!placeAnswers(*chosen)) {  // Decision: inventory, A child asks paths that may hang
-    tellNotAnswering(texts::kCannotSaveThereTitle);
+    reportNotAnswering(texts::kCannotSaveThereTitle);
     outlets.savebutton.setEnabled(true);
     return;
   }
@@ -116,12 +116,12 @@ void Orlin_Repair_AVIAppDelegate::saveFile() {
   savingNameFromUser = savepath + std::string(texts::kSavedFile);
   logLine(services_.log, "Repaired file size=%llu", size);
   services_.application.closeInput();
-  tellSaved(copyRebuiltFile(size));
+  reportSaved(copyRebuiltFile(size));
   services_.application.openInput();  // before the sheets that the progress asked for open
 }
 
 // Decision: runs, An incomplete save says so
-void Orlin_Repair_AVIAppDelegate::tellSaved(const std::optional<std::string>& incomplete) {
+void Orlin_Repair_AVIAppDelegate::reportSaved(const std::optional<std::string>& incomplete) {
   outlets.own.savecompletedhead.setTitle(incomplete ? texts::kSaveIncompleteTitle : texts::kSavedTitle);
   outlets.own.savecompletedhead.setSign(incomplete ? platform::SheetSign::warning : platform::SheetSign::done);
   outlets.own.savedsizelabel.setStringValue(incomplete ? texts::kLastNotSaved : texts::kLastSaved);

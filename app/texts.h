@@ -16,7 +16,7 @@ inline constexpr std::string_view kPlayerDownloadUrlKey = "playerDownloadUrl";
 // ---- Fixed paths and addresses ----
 inline constexpr platform::FixedPath kApplications = "/Applications";
 inline constexpr platform::FixedPath kPlayerInApplications = "/Applications/MPlayerX.app";
-inline constexpr std::string_view kPlayerInDownloads = "/Downloads/MPlayerX.app";  // behind the home folder
+inline constexpr std::string_view kPlayerInDownloads = "/Downloads/MPlayerX.app";  // after the home folder
 inline constexpr std::string_view kPlayer = "MPlayerX.app";
 /// Deliberate: three slashes after "http:". It is the address of a link's text and is never opened.
 inline constexpr std::string_view kTipsLink =
@@ -80,7 +80,8 @@ inline constexpr const char* kNotAFilmMessage =
 inline constexpr const char* kNoSuchFilmMessage = "There is no such film. It may have been moved, renamed or removed.";
 inline constexpr std::string_view kInvalidTitle = "This is not an AVI film";
 inline constexpr std::string_view kInvalidMessage =
-    "The beginning of the file has nothing of an AVI film, so there is nothing to repair. Nothing was changed in your "
+    "The beginning of the file does not look like an AVI file, so there is nothing to repair. Nothing was changed in "
+    "your "
     "file.";
 inline constexpr std::string_view kGoneTitle = "This film is no longer there";
 inline constexpr std::string_view kLinkTitle = "This is only a link to a film";

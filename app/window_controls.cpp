@@ -52,7 +52,7 @@ void WindowControls::buttonMade(const platform::HostedButton& button) {
   panelButtons_[&button.host] = &control;
 }
 
-void WindowControls::buttonGoes(const platform::HostedButton& button) {
+void WindowControls::buttonDestroyed(const platform::HostedButton& button) {
   button.base.setEnabledObserver({});
   panelButtons_.erase(&button.host);
 }

@@ -22,7 +22,7 @@ class WindowControls final : public platform::PanelControls {
   void dress(const platform::HostedViews& views);
 
   void buttonMade(const platform::HostedButton& button) override;
-  void buttonGoes(const platform::HostedButton& button) override;
+  void buttonDestroyed(const platform::HostedButton& button) override;
   void panelBegins(platform::ViewHost& overlay, const platform::Rect& frame,
                    const std::vector<platform::ViewHost*>& buttons) override;
   void panelEnds(platform::ViewHost& overlay) override;

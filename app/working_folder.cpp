@@ -32,7 +32,7 @@ void Orlin_Repair_AVIAppDelegate::showWorkingFolder() {
                                                roomIn(pair->folder) + ")");
 }
 
-void Orlin_Repair_AVIAppDelegate::tellNoWorkingFolder() {
+void Orlin_Repair_AVIAppDelegate::reportNoWorkingFolder() {
   showWorkingFolder();
   const platform::ScratchObstacle obstacle = services_.scratchPaths.obstacle();
   const int answer = services_.alertPanels.runAlertPanel(

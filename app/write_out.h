@@ -1,5 +1,5 @@
-/// Sends what a copy writes to its medium while the copy goes on, on a thread of its own, so that the last flush is short
-/// and whoever copies can redraw meanwhile. Sizes and positions are in bytes.
+/// Sends what a copy writes to its medium while the copy goes on, on a thread of its own, so that the last flush is
+/// short and whoever copies can redraw meanwhile. Sizes and positions are in bytes.
 /// Decision: runs, Saved bytes go out as the copy goes
 #pragma once
 
@@ -32,7 +32,8 @@ class WriteOut {
 
   /// The file is written up to `end`.
   void wroteUpTo(std::uint64_t end);
-  /// Waits until the copy is no longer too far ahead, but no longer than a redraw may wait. Answers whether it may go on.
+  /// Waits until the copy is no longer too far ahead, but no longer than a redraw may wait. Answers whether it may go
+  /// on.
   [[nodiscard]] bool mayGoOn();
 
   /// Nothing more will be written: the rest is sent, and the file flushed.

@@ -1,7 +1,7 @@
 // 1. The input's length says how much of each chunk there is to copy, and so where each lies in the output.
 // 2. Two threads read the input front to back, each chunk straight to its place in a segment of the output, and write
 //    the segments that are complete.
-// 3. A read that comes short all the same moves up everything behind it. Then the rest of that run is copied one chunk
+// 3. A read that comes short all the same moves up everything after it. Then the rest of that run is copied one chunk
 //    after the other, so that the bytes are those of one read per chunk in every case.
 #include "avi/chunk_copy.h"
 
@@ -54,7 +54,8 @@ struct Reached {
   bool leavesOut = false;  ///< what is not copied is left out
 };
 
-/// Brings `runs`, no more than share a pass, to `position` and on, up to and including the one that a short read breaks.
+/// Brings `runs`, no more than share a pass, to `position` and on, up to and including the one that a short read
+/// breaks.
 Reached copyInOnePass(const ChunkCopy& copy, std::uint64_t position, std::span<const ChunkRun> runs,
                       Segments& segments) {
   ChunkPass pass(copy.input.size(), position, runs, segments, copy.stopped);

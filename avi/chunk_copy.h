@@ -17,24 +17,24 @@ namespace zelvo::avi {
 
 /// Where a copy ended.
 struct CopyEnd {
-  std::uint64_t position = 0;  ///< in the output, behind the last byte copied
+  std::uint64_t position = 0;  ///< in the output, after the last byte copied
   std::optional<WriteFailure> failure;
 };
 
-/// What is copied where, and by whose leave.
+/// A copy request: what is copied where, and until when.
 struct ChunkCopy {
   InputFile& input;
   platform::WritableFile& out;
   std::uint64_t position = 0;  ///< of the first chunk in the output
-  /// One for each stream; each goes behind the one before it. Any number.
+  /// One for each stream; each goes after the one before it. Any number.
   std::span<const ChunkRun> runs;
   /// True when `out` has its full length already. Then the runs are copied in one pass over the input (of more than
-  /// `ChunkPass::kMaxRuns` so many in each pass); where it has not, writing far behind its end might have the file
+  /// `ChunkPass::kMaxRuns` so many in each pass); where it has not, writing far after its end might have the file
   /// system fill what lies between.
   /// Decision: writer, Both kinds are copied in one pass
   bool outHasItsLength = false;
   /// Asked until all runs but the last are copied. Once it says yes, the first run that is not copied yet is finished,
-  /// and those behind it are left out.
+  /// and those after it are left out.
   /// Thread: any.
   std::function<bool()> stopped;
   platform::Workers& workers;
@@ -43,7 +43,7 @@ struct ChunkCopy {
 
 /// Copies each chunk, header and payload, without padding. Of a chunk that the input does not hold whole, what there is
 /// is copied, and what follows moves up. Ends early once a write has failed or `cancel` is abandoned. What lies in the
-/// output behind the end that is answered is of no use.
+/// output after the end that is answered is of no use.
 /// Thread: one, besides a helper of its own.
 [[nodiscard]] CopyEnd copyChunks(const ChunkCopy& copy);
 

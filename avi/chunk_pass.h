@@ -114,18 +114,18 @@ class ChunkPass {
   /// So many runs share a pass at the most, which bounds its memory: with a segment for each and two more, 8 MiB.
   static constexpr std::size_t kMaxRuns = 14;
 
-  /// Brings `runs`, at least one and at most `kMaxRuns`, one behind the other, to `position` and on. `stopped` is asked
-  /// now and then as long as there is a run behind the first that is not written whole; once it says yes, all runs
-  /// behind that one are left out.
+  /// Brings `runs`, at least one and at most `kMaxRuns`, one after the other, to `position` and on. `stopped` is asked
+  /// now and then as long as there is a run after the first that is not written whole; once it says yes, all runs
+  /// after that one are left out.
   ChunkPass(std::uint64_t fileSize, std::uint64_t position, std::span<const ChunkRun> runs, Segments& segments,
             std::function<bool()> stopped);
 
   /// What to read next; waits for a segment where none is free. False when there is nothing left, or the pass has
-  /// failed. Whoever took a batch tells what came of it before it takes the next.
+  /// failed. Report each batch before taking the next.
   [[nodiscard]] bool take(Batch& batch);
-  /// The batch was read whole. Whoever tells this writes what `startWriting` gives until it gives nothing.
+  /// Reports a batch that was read whole. The caller then writes what `startWriting` gives until it gives nothing.
   void arrived(const Batch& batch);
-  /// The batch came short. Nothing is handed out any more.
+  /// Reports a batch that came short. Nothing is handed out any more.
   void cameShort();
   /// A thread that served the pass ran out of memory. Nothing is handed out any more, and the pass has failed.
   void breakOff(std::error_code shortage);

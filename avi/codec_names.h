@@ -15,8 +15,8 @@ namespace zelvo::avi {
 /// wFormatTag, or of its SubFormat where it is extensible. Empty when it is not known here, or cut short.
 [[nodiscard]] std::string_view audioFormatName(std::span<const std::byte> format);
 
-/// The common name of a video codec's four characters ("MPEG-4" for "FMP4"): fccHandler or biCompression, in capitals or
-/// not. Empty when it is not known here.
+/// The common name of a video codec's four characters ("MPEG-4" for "FMP4"): fccHandler or biCompression, in capitals
+/// or not. Empty when it is not known here.
 [[nodiscard]] std::string_view videoCodecName(std::span<const std::byte> code);
 
 }  // namespace zelvo::avi

@@ -32,7 +32,7 @@ std::uint32_t numberAt(std::span<const std::byte> bytes, std::size_t offset) {
 }  // namespace
 
 std::optional<double> filmLength(platform::ReadableFile& file) {
-  constexpr std::size_t kMicroseconds = 8;  // behind the code and the size field
+  constexpr std::size_t kMicroseconds = 8;  // after the code and the size field
   constexpr std::size_t kTotalFrames = 24;
   constexpr std::size_t kDmlhFrames = 8;
   constexpr double kFastest = 1e3;  // microseconds

@@ -168,7 +168,7 @@ void IndexReader::standardEntries(IndexReport& report, std::uint64_t payload, Fo
       countUnreadable(report);
       continue;
     }
-    // dwOffset points behind the chunk's header.
+    // dwOffset points after the chunk's header.
     const std::uint32_t length = numberAt(*bytes, 4);
     IndexEntry entry{.id = id,
                      .offset = base + numberAt(*bytes, 0) - kChunkHeaderSize,

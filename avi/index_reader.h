@@ -75,8 +75,8 @@ class IndexReader {
   IndexReader(platform::ReadableFile& file, const std::function<bool()>& isEnding, TakeEntry takeEntry = {})
       : entries_(file, 65536), targets_(file, 512), isEnding_(isEnding), takeEntry_(std::move(takeEntry)) {}
 
-  /// `payload` and `size`: where the index's payload lies and how much of it is there. `moviType`: where the type of the
-  /// first "movi" list lies, from which offsets are usually counted.
+  /// `payload` and `size`: where the index's payload lies and how much of it is there. `moviType`: where the type of
+  /// the first "movi" list lies, from which offsets are usually counted.
   [[nodiscard]] IndexReport oldIndex(std::uint64_t payload, std::uint64_t size, std::optional<std::uint64_t> moviType);
 
   /// A super index or a standard index, as its bIndexType says.

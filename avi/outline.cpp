@@ -102,7 +102,7 @@ void Outline::closeEnded() {
   while (!open_.empty() && position_ >= open_.back().end) {
     const OpenList closed = std::move(open_.back());
     open_.pop_back();
-    position_ = std::max(position_, behind(closed.end, closed.item.size));
+    position_ = std::max(position_, nextChunkOffset(closed.end, closed.item.size));
     if (!closed.isQuiet) sink_.endList(closed.item, closed.sums);
   }
 }
@@ -143,8 +143,8 @@ void Outline::endHere() {
   for (OpenList& list : open_) list.end = std::min(list.end, fileSize_);
 }
 
-/// Coarse steps first: a disk fails by whole pages, and each read that fails may take it seconds. Then the sectors before
-/// the page that can be read are tried, since what fails there may be less than a page.
+/// Coarse steps first: a disk fails by whole pages, and each read that fails may take it seconds. Then the sectors
+/// before the page that can be read are tried, since what fails there may be less than a page.
 std::uint64_t Outline::nextReadable(std::uint64_t unreadable, std::uint64_t end) {
   while (!ends()) {
     const std::uint64_t page = std::min(end, nextMultiple(unreadable, kPageSize));
@@ -244,7 +244,7 @@ std::optional<IndexReport> Outline::checkIndex(const OutlineItem& item, std::uin
   return std::nullopt;
 }
 
-void Outline::tellChunk(const OutlineItem& item, std::uint64_t end) {
+void Outline::reportChunk(const OutlineItem& item, std::uint64_t end) {
   const std::uint64_t payload = item.offset + kHeaderSize;
   const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(end - payload, kLargestDecoded));
   const std::span<const std::byte> bytes = view_.bytes(payload, wanted);
@@ -257,10 +257,10 @@ void Outline::tellChunk(const OutlineItem& item, std::uint64_t end) {
   if (isCut) {
     report({.kind = ProblemKind::payloadUnreadable, .offset = item.offset, .claimed = end - payload, .held = readable});
   }
-  if (index) tellWrong(item, *index);
+  if (index) reportWrong(item, *index);
 }
 
-void Outline::tellWrong(const OutlineItem& item, const IndexReport& index) {
+void Outline::reportWrong(const OutlineItem& item, const IndexReport& index) {
   if (!index.firstWrong) return;
   report({.kind = ProblemKind::wrongIndexEntries,
           .offset = item.offset,
@@ -271,7 +271,7 @@ void Outline::tellWrong(const OutlineItem& item, const IndexReport& index) {
 
 void Outline::meetChunk(const OutlineItem& item, std::uint64_t end) {
   if (isListed(item)) {
-    tellChunk(item, end);
+    reportChunk(item, end);
   } else {
     DataSum& sum = addToSums(item.id, item.size);
     if (const auto index = checkIndex(item, end)) {
@@ -280,14 +280,14 @@ void Outline::meetChunk(const OutlineItem& item, std::uint64_t end) {
       sum.index->checked += index->checked;
       sum.index->matching += index->matching;
       sum.index->unreadable += index->unreadable;
-      tellWrong(item, *index);
+      reportWrong(item, *index);
     }
   }
-  position_ = behind(end, item.size);
+  position_ = nextChunkOffset(end, item.size);
 }
 
 /// Where the next chunk begins: a pad byte follows an odd payload, unless a chunk begins there already.
-std::uint64_t Outline::behind(std::uint64_t end, std::uint64_t size) {
+std::uint64_t Outline::nextChunkOffset(std::uint64_t end, std::uint64_t size) {
   if (size % 2 == 0 || end >= limit()) return end;
   const std::span<const std::byte> next = view_.bytes(end, 4);
   return next.size() == 4 && isLandmark(next) ? end : end + 1;

@@ -1,6 +1,6 @@
-/// The structure of an AVI file, told in file order: lists, chunks, header fields, indexes, and what is wrong with them.
-/// Any bytes may be given: nothing is recursive, memory and the number of items told are bounded, and the time is linear
-/// in the file's size. Offsets and sizes are in bytes.
+/// The structure of an AVI file, told in file order: lists, chunks, header fields, indexes, and what is wrong with
+/// them. Any bytes may be given: nothing is recursive, memory and the number of items told are bounded, and the time is
+/// linear in the file's size. Offsets and sizes are in bytes.
 #pragma once
 
 #include <cstdint>
@@ -57,7 +57,7 @@ enum class ProblemKind {
   wrongIndexEntries,  ///< of `claimed` entries that were checked, `held` match; `entry` is the first that does not
   tooManyChunks,      ///< `held` of them were met; the rest is not looked at
   fileShrank,         ///< from `claimed` bytes to `held`
-  stopped,            ///< the walk, with `held` of the file's `claimed` bytes behind it
+  stopped,            ///< the walk, with `held` of the file's `claimed` bytes after it
 };
 
 /// What is wrong at a place of the file.
@@ -146,14 +146,14 @@ class Outline {
   void endHere();
   void enterList(const OutlineItem& item, std::uint64_t end);
   void meetChunk(const OutlineItem& item, std::uint64_t end);
-  void tellChunk(const OutlineItem& item, std::uint64_t end);
-  void tellWrong(const OutlineItem& item, const IndexReport& index);
+  void reportChunk(const OutlineItem& item, std::uint64_t end);
+  void reportWrong(const OutlineItem& item, const IndexReport& index);
   [[nodiscard]] std::optional<IndexReport> checkIndex(const OutlineItem& item, std::uint64_t end);
   /// Whether one more item is told, which counts it.
   [[nodiscard]] bool mayTell();
   [[nodiscard]] bool isListed(const OutlineItem& item);
   DataSum& addToSums(FourCC id, std::uint64_t size);
-  [[nodiscard]] std::uint64_t behind(std::uint64_t end, std::uint64_t size);
+  [[nodiscard]] std::uint64_t nextChunkOffset(std::uint64_t end, std::uint64_t size);
 
   OutlineSink& sink_;
   const std::function<bool()> isEnding_;

@@ -12,7 +12,7 @@ struct ReadFailures {
   std::uint64_t firstOffset = 0;  ///< first byte that could not be read
   std::error_code firstCause;
   /// Distinct bytes that could not be read: from where a read failed to the end of that 1024-byte block, as far as the
-  /// scan reads on behind it.
+  /// scan reads on after it.
   std::uint64_t bytes = 0;
 
   /// Counts failures that came after these.

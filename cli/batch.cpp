@@ -7,9 +7,11 @@
 
 namespace zelvo::cli {
 
-void Batch::tell(const Outcome& outcome) { tell(outcome, inWords(outcome), json_ ? inJson(outcome) : std::string()); }
+void Batch::report(const Outcome& outcome) {
+  report(outcome, inWords(outcome), json_ ? inJson(outcome) : std::string());
+}
 
-void Batch::tell(const Outcome& outcome, const std::string& words, const std::string& json) {
+void Batch::report(const Outcome& outcome, const std::string& words, const std::string& json) {
   verdicts_.push_back(outcome.verdict);
   worst_ = worse(worst_, exitOf(outcome));
   if (!outcome.reason.empty()) environment_.console.error(outcome.reason);

@@ -22,9 +22,9 @@ class Batch {
 
   /// False once the user asked for a stop.
   [[nodiscard]] bool shouldContinue() const { return !environment_.stopRequested; }
-  void tell(const Outcome& outcome);
+  void report(const Outcome& outcome);
   /// The same of an outcome that is shown otherwise: `words` as text, `json` as one line.
-  void tell(const Outcome& outcome, const std::string& words, const std::string& json);
+  void report(const Outcome& outcome, const std::string& words, const std::string& json);
   /// Tells the summary and answers the worst exit.
   [[nodiscard]] Exit finish();
 
@@ -45,7 +45,8 @@ struct Assignment {
   std::optional<std::string> refusal;
 };
 
-/// Hands out each input until a stop. `work` tells the batch what came of it, and answers the path that it wrote, if any.
+/// Hands out each input until a stop. `work` tells the batch what came of it, and answers the path that it wrote, if
+/// any.
 /// Thread: main.
 void workOnEach(Environment& environment, const Batch& batch, const std::vector<std::string>& inputs,
                 const std::function<OutputChoice(const std::string& input)>& placeFor,

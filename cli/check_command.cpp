@@ -1,5 +1,5 @@
 // The first stages of a repair, without its last: validity check, header harvest, sample scan.
-#include "cli/check_command.h"
+#include "cli/commands.h"
 
 #include <chrono>
 #include <utility>
@@ -58,7 +58,7 @@ class CheckCommand final : public Command {
     Batch batch(environment, inputs_.size(), json_);
     for (const std::string& input : inputs_) {
       if (!batch.shouldContinue()) break;
-      batch.tell(check(environment, job, input));
+      batch.report(check(environment, job, input));
     }
     return batch.finish();
   }

@@ -20,8 +20,8 @@ class CommandInputs {
   /// file through a link or under another name. Nothing when there is none.
   [[nodiscard]] std::optional<std::string> at(const std::string& output) const;
 
-  /// `at(output)` as a sentence about `input`, whose output that would be. Its own name is left to the rules of a single
-  /// output, so nothing is answered for it.
+  /// `at(output)` as a sentence about `input`, whose output that would be. Its own name is left to the rules of a
+  /// single output, so nothing is answered for it.
   [[nodiscard]] std::optional<std::string> refusal(const std::string& input, const std::string& output) const;
 
  private:

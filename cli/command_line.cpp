@@ -46,7 +46,7 @@ std::string asTyped(std::string argument) {
   return argument;
 }
 
-/// The arguments behind the program's name, in the parser's order: the last first.
+/// The arguments after the program's name, in the parser's order: the last first.
 std::vector<std::string> argumentsFrom(int argc, const char* const* argv) {
   std::vector<std::string> arguments;
   for (int i = argc - 1; i > 0; --i) arguments.push_back(marked(argv[i]));
@@ -110,7 +110,7 @@ std::string inOurWords(const CLI::Error& error, const CLI::App& app, int argc, c
   }
   if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
     if (raw.find("At Most") != std::string::npos) return name + " can be given only once.";
-    return name + " needs a value behind it.";
+    return name + " needs a value after it.";
   }
   if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
     constexpr std::string_view kBefore = "Could not convert: ";
@@ -140,7 +140,7 @@ std::optional<std::string> emptyName(Command& command) {
         option.target);
     if (!isEmpty) continue;
     if (isInput) return "an input's name is empty.";
-    return "the name behind " + option.names.substr(option.names.find("--")) + " is empty.";
+    return "the name after " + option.names.substr(option.names.find("--")) + " is empty.";
   }
   return std::nullopt;
 }

@@ -1,12 +1,8 @@
 // Every command of the program. The texts here open the command's help.
 #include <array>
 
-#include "cli/check_command.h"
 #include "cli/command.h"
-#include "cli/drives_command.h"
-#include "cli/inspect_command.h"
-#include "cli/repair_command.h"
-#include "cli/salvage_command.h"
+#include "cli/commands.h"
 
 namespace zelvo::cli {
 

@@ -1,6 +1,6 @@
 /// Where the program writes: results to standard output; messages, log lines and the progress line to standard error.
-/// What goes to standard error is made printable here. A result goes out as it is: whoever makes it has escaped what came
-/// from outside, as text or as JSON wants it.
+/// What goes to standard error is made printable here. A result goes out as it is: whoever makes it has escaped what
+/// came from outside, as text or as JSON wants it.
 #pragma once
 
 #include <mutex>
@@ -41,7 +41,7 @@ class Console {
 
   /// Whether anybody sees a progress line.
   [[nodiscard]] bool showsProgress() const { return errorIsTerminal_ && !quiet_; }
-  /// Replaces the progress line; an empty one takes it away. None is drawn behind a result whose line is not ended.
+  /// Replaces the progress line; an empty one takes it away. None is drawn after a result whose line is not ended.
   void progress(std::string_view line);
 
  private:

@@ -1,5 +1,5 @@
-/// The drive inventory as a person looks at it: disks, their partitions below them, and what is mounted where. Sizes are
-/// in bytes.
+/// The drive inventory as a person looks at it: disks, their partitions below them, and what is mounted where. Sizes
+/// are in bytes.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,7 @@
 #include "cli/drives_command.h"
 
+#include "cli/commands.h"
+
 #include <span>
 
 #include "cli/drives_text.h"
@@ -30,7 +32,7 @@ class Details final : public platform::PrintSink {
 
 /// Sentences about what could not be read at all. The walk itself goes on without a word, with an empty list.
 /// Decision: inventory, No list is an error, an empty one is not
-void tellFailures(platform::MediaRegistry& registry, platform::VolumeSource& volumes, DrivesAnswer& answer) {
+void reportFailures(platform::MediaRegistry& registry, platform::VolumeSource& volumes, DrivesAnswer& answer) {
   const auto matching = registry.serviceMatching("IOMedia");
   std::unique_ptr<platform::RegistryIterator> media;
   const auto status = registry.matchingServices(matching ? &*matching : nullptr, media);
@@ -87,14 +89,14 @@ class DrivesCommand final : public Command {
     const StorageView storage = environment.lookAtStorage();
     if (record_) return record(environment, storage);
     const DrivesAnswer answer = listDrives(options_, *storage.media, *storage.volumes);
-    tell(environment.console, answer);
+    print(environment.console, answer);
     environment.console.result(answer.result);
     for (const std::string& sentence : answer.notes) environment.console.note("Note: " + sentence);
     return answer.exit;
   }
 
  private:
-  static void tell(Console& console, const DrivesAnswer& answer) {
+  static void print(Console& console, const DrivesAnswer& answer) {
     noteLines(console, answer.details);
     for (const std::string& sentence : answer.errors) console.error(sentence);
   }
@@ -110,7 +112,7 @@ class DrivesCommand final : public Command {
   /// What could not be listed is an error here, too; the record says the same.
   [[nodiscard]] Exit record(Environment& environment, const StorageView& storage) const {
     const DrivesAnswer answer = listDrives(options_, *storage.media, *storage.volumes);
-    tell(environment.console, answer);
+    print(environment.console, answer);
     return worse(answer.exit, writeRecord(environment, storage));
   }
 
@@ -144,7 +146,7 @@ class DrivesCommand final : public Command {
 DrivesAnswer listDrives(const DrivesOptions& options, platform::MediaRegistry& registry,
                         platform::VolumeSource& volumes) {
   DrivesAnswer answer;
-  tellFailures(registry, volumes, answer);
+  reportFailures(registry, volumes, answer);
   storage::Entries responseFindMedia;
   storage::Entries finalArrayForVolumes;
   Details details(answer.details, options.verbose);

@@ -1,12 +1,10 @@
-/// `zelvo-avi drives`: lists the machine's writable disks and what is mounted from them.
+/// What `zelvo-avi drives` says: the machine's writable disks and what is mounted from them.
 #pragma once
 
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/command.h"
+#include "cli/exit.h"
 #include "platform/media_registry.h"
 #include "platform/volume_source.h"
 
@@ -30,7 +28,5 @@ struct DrivesAnswer {
 /// Takes the inventory and puts it into words. Reads nothing but the two interfaces.
 [[nodiscard]] DrivesAnswer listDrives(const DrivesOptions& options, platform::MediaRegistry& registry,
                                       platform::VolumeSource& volumes);
-
-[[nodiscard]] std::unique_ptr<Command> makeDrivesCommand();
 
 }  // namespace zelvo::cli

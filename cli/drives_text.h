@@ -16,8 +16,8 @@ namespace zelvo::cli {
 /// What stands in the place of a volume's space that is not known: "needs root", "not answering" or "unknown".
 [[nodiscard]] std::string shownSpaceError(const std::error_code& error);
 
-/// One object in one line: both arrays as they are; beside the given keys, in each entry the "native node" where there is
-/// one, in a medium's its "connection", in a volume's its space and whether it is read-only.
+/// One object in one line: both arrays as they are; beside the given keys, in each entry the "native node" where there
+/// is one, in a medium's its "connection", in a volume's its space and whether it is read-only.
 [[nodiscard]] std::string drivesJson(const storage::Entries& responseFindMedia,
                                      const storage::Entries& finalArrayForVolumes, platform::MediaRegistry& registry,
                                      platform::VolumeSource& source);

@@ -116,10 +116,10 @@ void EngineJob::reportFindings(Outcome& outcome, const engine::RepairReport& rep
   if (report.samplesLeftOut > 0) {
     warn(outcome, input + " holds more chunks of one kind than can be kept, " +
                       shownNumber(engine::kLargestSampleCount) + "; " + shownNumber(report.samplesLeftOut) +
-                      " behind them are left out.");
+                      " after them are left out.");
   }
   if (const std::uint64_t repeated = report.repeatedChunks; repeated > 0) {
-    warn(outcome, "behind 4 GiB the search met the beginning of " + input + " again: " + counted(repeated, "chunk") +
+    warn(outcome, "after 4 GiB the search met the beginning of " + input + " again: " + counted(repeated, "chunk") +
                       (repeated == 1 ? " was" : " were") + " found before, and the repaired file holds " +
                       (repeated == 1 ? "it" : "them") + " twice.");
   }

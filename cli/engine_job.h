@@ -1,5 +1,5 @@
-/// The repair engine at work for the command line: a run on a worker thread, the main thread keeping the progress line and
-/// looking for a stop. One object serves all inputs of a command, one after the other. Sizes are in bytes.
+/// The repair engine at work for the command line: a run on a worker thread, the main thread keeping the progress line
+/// and looking for a stop. One object serves all inputs of a command, one after the other. Sizes are in bytes.
 #pragma once
 
 #include <cstdint>

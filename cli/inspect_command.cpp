@@ -1,4 +1,4 @@
-#include "cli/inspect_command.h"
+#include "cli/commands.h"
 
 #include <algorithm>
 

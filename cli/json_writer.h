@@ -1,6 +1,6 @@
 /// JSON, written as it is told. The caller keeps to the grammar (a key before each member, as many ends as begins); the
-/// writer sets commas and escapes, and makes valid UTF-8 of any bytes. What would steer a terminal is escaped too, which
-/// changes no value.
+/// writer sets commas and escapes, and makes valid UTF-8 of any bytes. What would steer a terminal is escaped too,
+/// which changes no value.
 #pragma once
 
 #include <concepts>
@@ -22,7 +22,7 @@ class JsonWriter {
   void text(std::string_view value);
   void number(std::uint64_t value) { raw(std::to_string(value)); }
   void integer(std::int64_t value) { raw(std::to_string(value)); }
-  /// With three places behind the point.
+  /// With three places after the point.
   void seconds(double value);
   void boolean(bool value) { raw(value ? "true" : "false"); }
   void null() { raw("null"); }

@@ -9,15 +9,8 @@
 
 #include "cli/command_line.h"
 #include "cli/environment.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_new_files.h"
-#include "platform/linux/linux_path_probe.h"
-#include "platform/linux/linux_property_lists.h"
-#include "platform/linux/linux_storage.h"
-#include "platform/linux/linux_workers.h"
 #include "platform/linux/path_probe_child.h"
+#include "platform/linux/services.h"
 
 namespace {
 
@@ -48,28 +41,19 @@ void installSignals() {
 }
 
 zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console) {
-  namespace system = zelvo::platform::linux_;
-  system::LinuxFiles files;
-  system::LinuxFileManager fileManager;
-  system::LinuxNewFiles newFiles;
-  system::LinuxMainQueue mainQueue;
-  system::LinuxWorkers workers;
-  system::LinuxPropertyLists propertyLists;
-  system::LinuxPathProbe pathProbe(system::LinuxPathProbe::thisProgram());
-  const auto lookAtStorage = [&pathProbe] {
-    const auto snapshot = std::make_shared<system::LinuxStorageSnapshot>(pathProbe);
-    return zelvo::cli::StorageView{snapshot, snapshot};
-  };
-  zelvo::cli::Environment environment{.files = files,
-                                      .fileManager = fileManager,
-                                      .newFiles = newFiles,
-                                      .workers = workers,
-                                      .mainQueue = mainQueue,
-                                      .runUntil = [&](const std::function<bool()>& done) { mainQueue.runUntil(done); },
-                                      .lookAtStorage = lookAtStorage,
-                                      .propertyLists = propertyLists,
-                                      .console = console,
-                                      .stopRequested = stopRequested};
+  using zelvo::platform::linux_::LinuxPathProbe;
+  zelvo::platform::linux_::Services system(LinuxPathProbe::thisProgram());
+  zelvo::cli::Environment environment{
+      .files = system.files,
+      .fileManager = system.fileManager,
+      .newFiles = system.newFiles,
+      .workers = system.workers,
+      .mainQueue = system.mainQueue,
+      .runUntil = [&](const std::function<bool()>& done) { system.mainQueue.runUntil(done); },
+      .lookAtStorage = [&] { return system.lookAtStorage(); },
+      .propertyLists = system.propertyLists,
+      .console = console,
+      .stopRequested = stopRequested};
   return command.run(environment);
 }
 

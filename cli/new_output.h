@@ -1,4 +1,5 @@
-/// A file that a command makes for one input: the steps from a look at its folder to its final name. Sizes are in bytes.
+/// A file that a command makes for one input: the steps from a look at its folder to its final name. Sizes are in
+/// bytes.
 #pragma once
 
 #include <cstdint>

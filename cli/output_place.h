@@ -1,5 +1,5 @@
-/// Where a repaired file goes, and how it gets there: it is written under a hidden name in the same folder, and only the
-/// whole file takes the final name. Nothing that the user has is touched unless he said so. Sizes are in bytes.
+/// Where a repaired file goes, and how it gets there: it is written under a hidden name in the same folder, and only
+/// the whole file takes the final name. Nothing that the user has is touched unless he said so. Sizes are in bytes.
 #pragma once
 
 #include <cstdint>
@@ -30,7 +30,8 @@ struct OutputChoice {
 /// The same with "-salvaged.avi".
 [[nodiscard]] std::string salvagedPath(const std::string& input, const std::optional<std::string>& directory);
 
-/// A file under a hidden name that nobody can guess, open for writing; removed when it is let go, unless it was renamed.
+/// A file under a hidden name that nobody can guess, open for writing; removed when it is let go, unless it was
+/// renamed.
 /// Thread: one at a time.
 class HiddenFile {
  public:

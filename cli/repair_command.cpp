@@ -3,7 +3,7 @@
 // 2. On the worker: the engine's run. Before it creates its file it asks; then the free space is looked at, and the
 //    hidden file is created. Afterwards the padded copy, when one is wanted, and the wait for the disk.
 // 3. On the main thread: judge the run, and give the file its final name.
-#include "cli/repair_command.h"
+#include "cli/commands.h"
 
 #include <chrono>
 #include <memory>
@@ -201,7 +201,7 @@ class RepairCommand final : public Command {
           } else {
             outcome = OneRepair(environment, job, all, assignment.place, into_.has_value()).run(assignment.input);
           }
-          batch.tell(outcome);
+          batch.report(outcome);
           return outcome.outputPath;
         });
     return batch.finish();

@@ -3,7 +3,7 @@
 // 2. On the worker: the run. Before it writes it asks for its output; then the free space is looked at, and the hidden
 //    file is created. Afterwards the wait for the disk.
 // 3. On the main thread: judge the run, and give the file its final name.
-#include "cli/salvage_command.h"
+#include "cli/commands.h"
 
 #include <charconv>
 #include <chrono>
@@ -315,7 +315,7 @@ class SalvageCommand final : public Command {
             told = OneSalvage(environment, all, assignment.place, choices_).run(assignment.input);
           }
           if (report_) writeReport(environment, all, told);
-          batch.tell(told.outcome, inWords(told, verbose_), json_ ? inJson(told) : std::string());
+          batch.report(told.outcome, inWords(told, verbose_), json_ ? inJson(told) : std::string());
           return told.outcome.outputPath;
         });
     return worse(batch.finish(), reportExit_);

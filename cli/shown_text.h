@@ -9,8 +9,8 @@
 
 namespace zelvo::cli {
 
-/// Text from outside (a path, a code of the file) as `platform::printableText` makes it, so that it stays on its line and
-/// cannot steer the terminal.
+/// Text from outside (a path, a code of the file) as `platform::printableText` makes it, so that it stays on its line
+/// and cannot steer the terminal.
 [[nodiscard]] std::string printable(std::string_view text);
 
 /// The four characters; a byte that is not printable ASCII is shown as \xNN.
@@ -34,7 +34,7 @@ namespace zelvo::cli {
 /// "0x0055": `digits` hexadecimal digits.
 [[nodiscard]] std::string shownHex(std::uint64_t number, int digits);
 
-/// A number with `digits` places behind the point, whatever the surroundings' language.
+/// A number with `digits` places after the point, whatever the language of the environment.
 [[nodiscard]] std::string fixedPoint(double number, int digits);
 
 /// The text itself when it has at most `limit` bytes; otherwise its beginning and "...".

@@ -30,13 +30,26 @@ function(zelvo_room name)
   endif()
 endfunction()
 
+# zelvo_join_sources(TARGET): where it is asked for, the sources of a test program are compiled several at a time, since
+# each of them takes longer over its headers than over itself. A name of an unnamed namespace is then one of all of
+# them.
+function(zelvo_join_sources target)
+  if(ZELVO_JOIN_TESTS)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+  endif()
+endfunction()
+
 # zelvo_test(NAME SOURCES a_test.cpp USES zelvo::engine)
 #
 # One GoogleTest program per room. Each case becomes a CTest test; none may take longer than five minutes.
+# With APART its sources are compiled one by one.
 function(zelvo_test name)
-  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(TEST "APART" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE zelvo_flags zelvo_test_flags ${TEST_USES} GTest::gmock GTest::gtest_main)
+  if(NOT TEST_APART)
+    zelvo_join_sources(${name})
+  endif()
   if("zelvo::platform_qt" IN_LIST TEST_USES)
     zelvo_precompile(${name} qt_test)
   else()

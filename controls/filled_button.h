@@ -21,7 +21,7 @@ class FilledButton : public HoveringButton {
 
  protected:
   using HoveringButton::HoveringButton;
-  /// The text to show; nothing draws none. Asked once at the start of each drawing.
+  /// The caption; nullopt draws no caption. Asked once at the start of each drawing.
   [[nodiscard]] virtual std::optional<std::string> caption() const = 0;
   void drawLook(platform::Canvas& canvas) override;
   [[nodiscard]] bool showsHandCursor() const override { return !disabled_ && HoveringButton::showsHandCursor(); }

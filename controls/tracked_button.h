@@ -18,7 +18,7 @@ inline constexpr std::uint32_t kTrackedInActiveApp =
 
 class TrackedButton : public HostedView {
  public:
-  /// Draws the base button, then what `drawLook` adds, and has the cursor rectangles made anew, so that the cursor
+  /// Draws the base button, then what `drawLook` adds, and has the cursor rectangles made again, so that the cursor
   /// follows whatever changed the look.
   void drawRect(platform::Canvas& canvas, const platform::Rect& rect) override;
   /// Attaches the tracking area if it is not, and enters or leaves the button according to where the pointer is now.

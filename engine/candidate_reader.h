@@ -22,7 +22,7 @@ struct Candidate {
   std::uint32_t block = 0;
   std::uint16_t inBlock = 0;           ///< 0 to 1023
   std::uint8_t lookAheadCount = 0;     ///< how many bytes of `lookAhead` could be read; none when the size is refused
-  std::array<std::byte, 6> lookAhead;  ///< what lies behind the payload
+  std::array<std::byte, 6> lookAhead;  ///< what lies after the payload
   bool isBlank = false;                ///< a picture of nothing but zero bytes
   avi::FourCC code;
   std::uint32_t size = 0;  ///< the size field

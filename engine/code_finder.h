@@ -30,15 +30,15 @@ class FoundCodes {
 /// Thread: any; one finder may serve several.
 class CodeFinder {
  public:
-  /// Bytes that must lie in `bytes` behind the last position tested.
+  /// Bytes that must lie in `bytes` after the last position tested.
   static constexpr std::size_t kMargin = 64;
   static constexpr std::size_t kMaxPositions = avi::InputFile::kBlockSize;
 
   /// A kind that this processor lacks falls back to `portable`.
   explicit CodeFinder(CodeFinderKind kind = CodeFinderKind::best);
 
-  /// Fills `found` with the positions below `positions` (at most `kMaxPositions`) at which a code starts. Whatever lies in the
-  /// margin is read but only matters as the tail of a code.
+  /// Fills `found` with the positions below `positions` (at most `kMaxPositions`) at which a code starts. Whatever lies
+  /// in the margin is read but only matters as the tail of a code.
   /// \pre `bytes` holds at least `positions` + `kMargin` bytes
   void find(std::span<const std::byte> bytes, std::size_t positions, FoundCodes& found) const {
     find_(bytes.data(), positions, found);

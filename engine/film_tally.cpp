@@ -34,7 +34,9 @@ std::optional<Header> headerAt(avi::InputFile& input, std::uint64_t position) {
   return Header{avi::FourCC::at(all), avi::loadLittleEndian32(all.subspan<4, 4>()), avi::FourCC::at(all.subspan(8))};
 }
 
-std::uint64_t behind(std::uint64_t position, std::uint64_t size) { return position + kHeaderSize + size + size % 2; }
+std::uint64_t nextChunkOffset(std::uint64_t position, std::uint64_t size) {
+  return position + kHeaderSize + size + size % 2;
+}
 
 struct MoviList {
   std::uint64_t begin = 0;  ///< of its content
@@ -51,7 +53,7 @@ std::optional<MoviList> moviList(avi::InputFile& input, std::uint64_t fileSize) 
     if (header->code == avi::kList && header->type == avi::kMovi) {
       return MoviList{position + kHeaderSize + 4, position + kHeaderSize + header->size};
     }
-    position = behind(position, header->size);
+    position = nextChunkOffset(position, header->size);
   }
   return std::nullopt;
 }
@@ -68,7 +70,7 @@ bool isData(const Header& header) {
   return isIndex(header) || header.code == avi::kJunk || (digit(bytes[0]) && digit(bytes[1]));
 }
 
-/// Goes on from chunk to chunk behind what was found.
+/// Goes on from chunk to chunk after what was found.
 std::uint64_t endBehind(avi::InputFile& input, std::uint64_t position, std::uint64_t fileSize) {
   for (int step = 0; step < kMaxSteps; ++step) {
     const auto header = headerAt(input, position);
@@ -77,7 +79,7 @@ std::uint64_t endBehind(avi::InputFile& input, std::uint64_t position, std::uint
     if (header->code == avi::kList && header->type == avi::kRec) {
       position += kHeaderSize + 4;
     } else if (isData(*header)) {
-      position = behind(position, header->size);
+      position = nextChunkOffset(position, header->size);
     } else {
       break;
     }
@@ -85,16 +87,17 @@ std::uint64_t endBehind(avi::InputFile& input, std::uint64_t position, std::uint
   return fileSize;
 }
 
-/// Bytes of standard indexes from `position` on, as far as chunk follows chunk. A short film of a recorder that keeps room
-/// for long ones may be a quarter of them.
+/// Bytes of standard indexes from `position` on, as far as chunk follows chunk. A short film of a recorder that keeps
+/// room for long ones may be a quarter of them.
 std::uint64_t indexBytes(avi::InputFile& input, std::uint64_t position, std::uint64_t end) {
   constexpr int kMaxChunks = 4096;
   std::uint64_t bytes = 0;
   for (int chunk = 0; chunk < kMaxChunks && position < end; ++chunk) {
     const auto header = headerAt(input, position);
     if (!header) break;
-    const std::uint64_t next = header->code == avi::kList && header->type == avi::kRec ? position + kHeaderSize + 4
-                                                                                       : behind(position, header->size);
+    const std::uint64_t next = header->code == avi::kList && header->type == avi::kRec
+                                   ? position + kHeaderSize + 4
+                                   : nextChunkOffset(position, header->size);
     if (next > end || (header->code != avi::kList && !isData(*header))) break;
     if (isIndex(*header)) bytes += next - position;
     position = next;
@@ -116,7 +119,7 @@ void FilmTally::add(const FoundChunk& chunk) {
     padding_ += chunk.position - end_;
   }
   isPaddedBehind_ = chunk.isPaddedBehind;
-  const std::uint64_t end = behind(chunk.position, chunk.size);
+  const std::uint64_t end = nextChunkOffset(chunk.position, chunk.size);
   if (end > end_) {
     if (!chunk.isBlank) kept_ += end - std::max(end_, chunk.position);
     end_ = end;

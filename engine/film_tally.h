@@ -1,5 +1,5 @@
-/// What the sample scan has found, added up as it comes, and how much of the damaged film that is. Offsets and sizes are
-/// in bytes.
+/// What the sample scan has found, added up as it comes, and how much of the damaged film that is. Offsets and sizes
+/// are in bytes.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ class FilmTally {
   /// Bytes of "JUNK" between chunks, of which some cameras write much: they are no part of the film.
   [[nodiscard]] std::uint64_t padding() const { return padding_; }
   [[nodiscard]] std::uint64_t begin() const { return begin_; }  ///< of the first chunk
-  [[nodiscard]] std::uint64_t end() const { return end_; }      ///< behind the last one; 0 when there is none
+  [[nodiscard]] std::uint64_t end() const { return end_; }      ///< after the last one; 0 when there is none
 
  private:
   std::uint64_t pictures_ = 0;
@@ -58,10 +58,10 @@ struct FilmRange {
 };
 
 /// Looks for the "movi" list from chunk to chunk, and takes its size where that can be true: within the file, and not
-/// before the end of what was found. Elsewhere the film ends at the index ("idx1") behind what was found, or with the file.
-/// Standard indexes ("ix##") among the list's first chunks are no film: `end` lies before the film's by their length.
-/// Without a list it begins with what was found, or where headers end at the latest.
-/// Some dozen small reads, whose failures are not remembered.
+/// before the end of what was found. Elsewhere the film ends at the index ("idx1") after what was found, or with the
+/// file. Standard indexes ("ix##") among the list's first chunks are no film: `end` lies before the film's by their
+/// length. Without a list it begins with what was found, or where headers end at the latest. Some dozen small reads,
+/// whose failures are not remembered.
 /// Thread: one.
 [[nodiscard]] FilmRange filmRange(avi::InputFile& input, const FilmTally& tally);
 

@@ -126,7 +126,7 @@ bool harvestHeaders(RepairState& state, const RepairContext& run) {
     std::array<std::byte, kBlockSize + kLookAhead> buffer{};
     state.currentoffset = (block - 1) * std::uint64_t{kBlockSize};
     // Deliberate: the last block of the harvest, not that of the file, is read only as far as the file's last block
-    // would be. The values behind a code found in it are read without that limit.
+    // would be. The values after a code found in it are read without that limit.
     // Decision: scan, The last block is cut, values are not
     const std::size_t wanted = block == kBlocksHarvested ? state.mod : buffer.size();
     run.input.read(state.currentoffset, std::span(buffer).first(wanted));

@@ -31,7 +31,7 @@ struct PaddedCopyEnd {
 
 /// Copies `size` bytes of `from` to `to`.
 /// Deliberate: when `size` is no multiple of 32768 the last block is written in full, padded with zeros, and its front
-/// (as many bytes as the remainder) is written again behind it. A part of the input that cannot be read, or all of it
+/// (as many bytes as the remainder) is written again after it. A part of the input that cannot be read, or all of it
 /// when `from` is missing, is copied as zeros.
 /// `betweenBlocks`, when given, is told every few blocks how many bytes of the input are done; on false the copy ends.
 [[nodiscard]] PaddedCopyEnd paddedCopy(platform::ReadableFile* from, platform::WritableFile& to, std::uint64_t size,

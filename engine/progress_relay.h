@@ -1,5 +1,5 @@
-/// What the engine needs of whoever runs it: somewhere to hand progress and the finished file to. The engine declares it;
-/// the controller and the command line implement it.
+/// What the engine needs of whoever runs it: somewhere to hand progress and the finished file to. The engine declares
+/// it; the controller and the command line implement it.
 #pragma once
 
 #include <string>
@@ -10,8 +10,8 @@ class ProgressRelay {
  public:
   virtual ~ProgressRelay() = default;
 
-  /// `setProgressBarValue:` stores how far a worker is, in percent (0 to 100). Must be cheap: it is called once per byte
-  /// position of the header harvest and ten times per 1024-byte block of the animation.
+  /// `setProgressBarValue:` stores how far a worker is, in percent (0 to 100). Must be cheap: it is called once per
+  /// byte position of the header harvest and ten times per 1024-byte block of the animation.
   /// Thread: any worker.
   virtual void setProgressBarValue(double percent) = 0;
 

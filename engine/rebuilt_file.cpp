@@ -30,7 +30,7 @@ std::uint64_t formatHeldBy(std::uint64_t fileSize, const FormatPayload& format) 
   return format.held.size() + avi::heldBy(fileSize, format.rangeOffset, format.rangeSize);
 }
 
-void tellAudioCodec(RepairState& state, const RepairContext& run) {
+void reportAudioCodec(RepairState& state, const RepairContext& run) {
   if (state.audiocodecfound) {
     const std::string text = audioCodecText(state.audiocodec);
     state.audiocodecstring.set(text);
@@ -66,7 +66,7 @@ std::optional<avi::WriteFailure> Writer::write() {
   if (platform::isNoRoom(reserving)) {
     static_cast<void>(file_.truncate(0));  // part of the room may be taken
     static_cast<void>(maker_.close());
-    tellAudioCodec(state_, run_);
+    reportAudioCodec(state_, run_);
     return avi::WriteFailure{0, reserving};
   }
   avi::StagedOutput out(file_);
@@ -159,7 +159,7 @@ void Writer::writeHeaderLists(avi::StagedOutput& out) {
   out.number32(kStreamHeaderSize);
   out.code(avi::kAuds);
   out.append(state_.audiocodec);
-  tellAudioCodec(state_, run_);
+  reportAudioCodec(state_, run_);
   out.zeros(12);
   out.append(state_.audioscaleratedata);
   out.number32(0);
@@ -229,7 +229,7 @@ RunEnd constructRebuiltFile(RepairState& state, const RepairContext& run, Output
     if (made.file == nullptr) failure = avi::WriteFailure{0, made.error};
   }
   if (failure) {
-    tellAudioCodec(state, run);
+    reportAudioCodec(state, run);
   } else {
     const std::error_code shortage =
         platform::ranOut([&] { failure = Writer(state, run, *made.file, output).write(); });

@@ -1,5 +1,5 @@
-/// Every size and position of the rebuilt file, computed before its first byte is written. All in bytes, all 64-bit; the
-/// file itself holds their low 32 bits. docs/avi_layout.md draws the file.
+/// Every size and position of the rebuilt file, computed before its first byte is written. All in bytes, all 64-bit;
+/// the file itself holds their low 32 bits. docs/avi_layout.md draws the file.
 #pragma once
 
 #include <cstdint>

@@ -177,7 +177,7 @@ void RepairFile::runStages() {
   const std::error_code shortage = platform::ranOut([this] { constructRIFFList(); });
   if (shortage) failRun({0, shortage});
   // What the copy could not read is known only now.
-  if (runEnd == RunEnd::rebuilt && !stopRequested(*run_)) tellFound();
+  if (runEnd == RunEnd::rebuilt && !stopRequested(*run_)) reportFound();
   // The next run resets what the animation counts by, so this one ends only after it.
   if (!animation) return;
   animation->join();
@@ -187,10 +187,10 @@ void RepairFile::runStages() {
 void RepairFile::judgeFilm() {
   if (stopRequested(*run_)) return;
   findFilmRange(*this, context());
-  tellFound();
+  reportFound();
 }
 
-void RepairFile::tellFound() {
+void RepairFile::reportFound() {
   const platform::FilmReport report = filmReportOf(*this, context());
   filmReport.set(report);
   if (run_->found) run_->found(report);

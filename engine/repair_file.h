@@ -58,8 +58,8 @@ struct Run {
   /// Decision: writer, The need is told before the output exists
   /// Thread: the repair worker.
   std::function<bool(std::uint64_t)> mayWrite;
-  /// Told, when set, what is kept of the film: once it has been searched, before the animation, and again once the rebuilt
-  /// file is written.
+  /// Told, when set, what is kept of the film: once it has been searched, before the animation, and again once the
+  /// rebuilt file is written.
   /// Thread: the repair worker.
   std::function<void(const platform::FilmReport&)> found;
   /// Told, when set, why the film is not supported, before the sheet.
@@ -81,9 +81,9 @@ class RepairFile : public RepairState {
   /// Thread: main, when the run is started.
   [[nodiscard]] static std::shared_ptr<Run> newRun();
 
-  /// `retrieveAudioVideoSamples`: the whole run. A lack of memory or threads ends it as a failed write does, whatever the
-  /// stage: it is kept in `writeFailure`. First waits for the run before it to end, however long its copy
-  /// takes; a run that was cancelled while it waited does nothing.
+  /// `retrieveAudioVideoSamples`: the whole run. A lack of memory or threads ends it as a failed write does, whatever
+  /// the stage: it is kept in `writeFailure`. First waits for the run before it to end, however long its copy takes; a
+  /// run that was cancelled while it waited does nothing.
   /// Thread: repair worker.
   void retrieveAudioVideoSamples(std::shared_ptr<Run> run);
 
@@ -102,8 +102,8 @@ class RepairFile : public RepairState {
 
   // ---- Stages: those of repair_stages.h, told to the elements. Thread: repair worker ----
 
-  /// Opens the input, and its movie for later, and judges whether it looks like an AVI file (`checkValidity`); the answer
-  /// is also left in the global `validitycheck1`. A missing file answers false.
+  /// Opens the input, and its movie for later, and judges whether it looks like an AVI file (`checkValidity`); the
+  /// answer is also left in the global `validitycheck1`. A missing file answers false.
   bool fileValidityCheck();
 
   /// Gathers the headers (`engine::harvestHeaders`).
@@ -120,7 +120,8 @@ class RepairFile : public RepairState {
   /// \pre    the scan is done and `inputfilehandle` is open
   [[nodiscard]] std::uint64_t bytesToWrite();
 
-  /// Writes the rebuilt file to the run's scratch path (`constructRebuiltFile`), closes it and hands it to the controller.
+  /// Writes the rebuilt file to the run's scratch path (`constructRebuiltFile`), closes it and hands it to the
+  /// controller.
   /// Failure: a write error, or a lack of memory or threads, is kept in `writeFailure`, sets the run's cancel mark and
   /// ends the writing.
   void constructRIFFList();
@@ -194,7 +195,7 @@ class RepairFile : public RepairState {
   /// Keeps the first failure of the run and cancels the run.
   void failRun(const avi::WriteFailure& failure);
   /// Judges what is kept, and tells it.
-  void tellFound();
+  void reportFound();
   void endAndHide(platform::Window& sheet);
   void forgetPath();
 

@@ -27,7 +27,8 @@ class RepairObserver {
 
   /// The repair is at this stage. Reading headers and searching say so again for every block of 1024 bytes.
   virtual void stage(RepairStage) {}
-  /// `done` of `all` blocks of this stage are begun. Reading headers says so once per byte position, so it must be cheap.
+  /// `done` of `all` blocks of this stage are begun. Reading headers says so once per byte position, so it must be
+  /// cheap.
   virtual void progress(std::uint64_t /*done*/, std::uint64_t /*all*/) {}
 
   /// The input looks like an AVI file.
@@ -41,7 +42,8 @@ class RepairObserver {
   /// The rebuilt file is closed; nothing more is written to it. A failed write may have cut it short.
   virtual void written() {}
 
-  /// True as long as somebody asks for a stop who may still take that back. Asked for every block, beside the run's mark.
+  /// True as long as somebody asks for a stop who may still take that back. Asked for every block, beside the run's
+  /// mark.
   /// Thread: any.
   [[nodiscard]] virtual bool stopIsAsked() const { return false; }
 };

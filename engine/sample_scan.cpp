@@ -1,7 +1,7 @@
 // The sample scan. For every block, unless the run is stopped:
 // 1. Tell the progress.
 // 2. Judge the codes "00db", "00dc" and "01wb" that start at its 1024 positions, in file order: a size below ten
-//    million, and a chunk code behind the payload.
+//    million, and a chunk code after the payload.
 // 3. Record what is accepted.
 #include <algorithm>
 #include <array>
@@ -18,7 +18,7 @@ using platform::logLine;
 
 namespace {
 
-/// The six bytes behind a candidate's payload, of which the first three positions are searched: an odd payload is
+/// The six bytes after a candidate's payload, of which the first three positions are searched: an odd payload is
 /// followed by a pad byte.
 /// Deliberate: the buffer is not cleared between candidates, so what the end of the file leaves unread is stale.
 /// It starts as six zero bytes in every run. // Decision: scan, The look-ahead buffer stays stale

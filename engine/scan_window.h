@@ -19,7 +19,7 @@ namespace zelvo::engine {
 class ScanWindow {
  public:
   static constexpr std::size_t kBlockSize = avi::InputFile::kBlockSize;
-  /// One read for a block takes the block and this many bytes behind it.
+  /// One read for a block takes the block and this many bytes after it.
   static constexpr std::size_t kReadAhead = 2048;
   /// Blocks in a window. 256 KiB stays in the processor's nearer caches between the kernel's copy and the search, and
   /// most look-aheads end within it.
@@ -40,8 +40,8 @@ class ScanWindow {
   /// Overwrites the front of `into` with what can be read at `offset` and answers how many bytes that is.
   [[nodiscard]] std::size_t readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into);
 
-  /// True when the `size` bytes from `offset` on, as far as the file holds them, are zero. Beyond the window is read only
-  /// what follows zeros; where reads fail, nothing is claimed.
+  /// True when the `size` bytes from `offset` on, as far as the file holds them, are zero. Beyond the window is read
+  /// only what follows zeros; where reads fail, nothing is claimed.
   [[nodiscard]] bool isAllZero(std::uint64_t offset, std::uint64_t size);
 
   /// True once a window had many look-aheads beyond its end.

@@ -18,8 +18,8 @@ namespace zelvo::engine {
 /// Thread: one, besides the helper of its own.
 class StretchQueue {
  public:
-  /// Starts a helper where there is a processor for it and the input is long enough. Throws std::system_error when there
-  /// is no thread for it.
+  /// Starts a helper where there is a processor for it and the input is long enough. Throws std::system_error when
+  /// there is no thread for it.
   StretchQueue(avi::InputFile& input, std::uint32_t last, std::uint32_t mod, platform::Workers& workers);
   /// Ends and joins the helper.
   ~StretchQueue();

@@ -50,7 +50,7 @@ bool checkValidity(RepairState& state, const RepairContext& run, bool testsCodes
   for (std::uint32_t block = 1; block <= kBlocksSearched; ++block) {
     state.sector = block;
     logLine(log, "Sector=%i", block);
-    // Deliberate: three zero bytes stand behind the block, so a code that runs into the next block is not found.
+    // Deliberate: three zero bytes stand after the block, so a code that runs into the next block is not found.
     std::array<std::byte, kBlockSize + 3> buffer{};
     run.input.read((block - 1) * kBlockSize, std::span(buffer).first<kBlockSize>());
     for (std::size_t i = 0; i < kBlockSize && !state.validitycheck; ++i) {

@@ -116,7 +116,9 @@ if bare_system; then
 else
   say "check_packages: no bare system could be made, so an empty root serves. Its maker's last words:"
   tail -n 3 "$work/log" >&2
-  if mountpoint -q "$root/proc" 2>/dev/null || mountpoint -q "$root/dev" 2>/dev/null; then fail "and it stays mounted."; fi
+  if mountpoint -q "$root/proc" 2>/dev/null || mountpoint -q "$root/dev" 2>/dev/null; then
+    fail "and it stays mounted."
+  fi
   rm -rf "$root"
   where="an empty root"
   check_empty_root

@@ -38,8 +38,9 @@ class Application {
   /// due, so that long work on the main thread may call it between any two steps.
   virtual void deliverRedraws() = 0;
 
-  /// Long work on the main thread begins: keys, clicks and whatever else a person does in the window meanwhile are for a
-  /// window that could not answer, and what would stop that work looks off. Once it is closed, closing changes nothing.
+  /// Long work on the main thread begins: keys, clicks and whatever else a person does in the window meanwhile are for
+  /// a window that could not answer, and what would stop that work looks off. Once it is closed, closing changes
+  /// nothing.
   /// Decision: runs, What is pressed during the copy is dropped
   virtual void closeInput() = 0;
   /// The long work is over: drops what the person did since `closeInput`, delivered by the display or still on its way,

@@ -11,8 +11,8 @@ namespace zelvo::platform {
 /// Lifetime: outlives what it had posted.
 class AwaitedWork {
  public:
-  /// Hands `work` to `post` and waits until it has run; or, once the waits are ended, returns without its having run and
-  /// sees to it that it never does. Thread: any but the main one, which would wait for itself.
+  /// Hands `work` to `post` and waits until it has run; or, once the waits are ended, returns without its having run
+  /// and sees to it that it never does. Thread: any but the main one, which would wait for itself.
   template <class Post>
   void performAndWait(const Post& post, const std::function<void()>& work) {
     const auto stage = std::make_shared<Stage>(Stage::waiting);

@@ -1,5 +1,5 @@
-/// Files read and written by position. Offsets and sizes are in bytes. Nothing here throws: a read that meets the end of
-/// the file answers fewer bytes, and a real failure also carries its cause.
+/// Files read and written by position. Offsets and sizes are in bytes. Nothing here throws: a read that meets the end
+/// of the file answers fewer bytes, and a real failure also carries its cause.
 #pragma once
 
 #include <cstddef>
@@ -26,8 +26,8 @@ class ReadableFile {
   /// Fills `into` from `offset` on, going on after interruptions until it is full, the file ends or a read fails.
   [[nodiscard]] virtual IoResult readAt(std::uint64_t offset, std::span<std::byte> into) = 0;
 
-  /// Fills `pieces` one after the other with the bytes from `offset` on, as one `readAt` of their length together would.
-  /// A file that knows no better reads each on its own.
+  /// Fills `pieces` one after the other with the bytes from `offset` on, as one `readAt` of their length together
+  /// would. A file that knows no better reads each on its own.
   [[nodiscard]] virtual IoResult readScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) {
     IoResult all;
     for (const std::span<std::byte> piece : pieces) {

@@ -1,5 +1,5 @@
-/// The self-drawn parts of the window's pages: which of its elements wait for a client, by what they are for. The window
-/// makes the elements, the application has clients carried by them.
+/// The self-drawn parts of the window's pages: which of its elements wait for a client, by what they are for. The
+/// window makes the elements, the application has clients carried by them.
 #pragma once
 
 #include <vector>

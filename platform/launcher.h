@@ -23,8 +23,8 @@ class Launcher {
 class FileOpener {
  public:
   virtual ~FileOpener() = default;
-  /// Starts the application at the path `application`, as `launchApplication` does, with `file` as its one argument. False
-  /// when it could not be started.
+  /// Starts the application at the path `application`, as `launchApplication` does, with `file` as its one argument.
+  /// False when it could not be started.
   virtual bool openFile(const std::string& file, const std::string& application) = 0;
 };
 

@@ -23,9 +23,10 @@ class MainQueue {
   /// As `perform`, and waits until it has run. Once the waits are ended, a worker's call returns without that.
   virtual void performAndWait(std::function<void()> work) = 0;
 
-  /// For the end of the program, before the main thread waits for the workers: nobody waits for the main thread from now
-  /// on. A worker whose work was not begun yet goes on, and that work never runs; work that runs already is waited for,
-  /// so nothing that somebody waits for may call this and then wait for workers. What `perform` was given still runs.
+  /// For the end of the program, before the main thread waits for the workers: nobody waits for the main thread from
+  /// now on. A worker whose work was not begun yet goes on, and that work never runs; work that runs already is waited
+  /// for, so nothing that somebody waits for may call this and then wait for workers. What `perform` was given still
+  /// runs.
   /// Decision: runs, Quitting ends every wait
   virtual void endWaits() = 0;
 

@@ -1,6 +1,6 @@
 /// The registry of storage devices: objects with properties, each below its parents in a plane. The media (whole disks
-/// and partitions) are asked for by class and properties; what stands above a medium (its partition scheme, the disk, its
-/// driver, the device) is reached by going up from parent to parent.
+/// and partitions) are asked for by class and properties; what stands above a medium (its partition scheme, the disk,
+/// its driver, the device) is reached by going up from parent to parent.
 #pragma once
 
 #include <cstdint>

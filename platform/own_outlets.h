@@ -1,5 +1,5 @@
-/// Elements of the window beside the given outlets: what tells the user more than these do. No step of a flow depends on
-/// them.
+/// Elements of the window beside the given outlets: what tells the user more than these do. No step of a flow depends
+/// on them.
 /// Decision: window, What we add stands beside
 #pragma once
 

@@ -1,6 +1,6 @@
-/// Panels that are shown inside the window, and what is self-drawn about them: their buttons, and the overlay between the
-/// window's content and the panel. The window makes the elements and says when; what they look like and what the overlay
-/// means to the buttons is decided above.
+/// Panels that are shown inside the window, and what is self-drawn about them: their buttons, and the overlay between
+/// the window's content and the panel. The window makes the elements and says when; what they look like and what the
+/// overlay means to the buttons is decided above.
 #pragma once
 
 #include <vector>
@@ -24,7 +24,7 @@ class PanelControls {
   /// A button of a panel was made, with its title, and waits for a client.
   virtual void buttonMade(const HostedButton& button) = 0;
   /// The button is about to go, and its client with it.
-  virtual void buttonGoes(const HostedButton& button) = 0;
+  virtual void buttonDestroyed(const HostedButton& button) = 0;
 
   /// A panel with these buttons is about to be shown above `overlay`, which covers `frame` of the content. Each showing
   /// has an overlay of its own.

@@ -51,7 +51,7 @@ class SavePanel {
   [[nodiscard]] virtual std::optional<std::string> filename() const = 0;
   virtual void setPrompt(std::string_view text) = 0;
   virtual void setCanCreateDirectories(bool can) = 0;
-  /// What will be saved in the folder that is named, shown behind its path: "/repaired.avi".
+  /// What will be saved in the folder that is named, shown after its path: "/repaired.avi".
   virtual void setSavedFile(std::string_view behindFolder) = 0;
   /// Asked for the full path as it was typed before the panel ends with it. On `ask` the user decides, on `refused` the
   /// panel says why and stays.

@@ -1,6 +1,6 @@
-/// Where the application's fixed paths lie on this system. The logic keeps its paths and addresses below "/Applications"
-/// as they are written; whoever uses one maps it first, to the same place below a prefix. Only constants of the program
-/// can be mapped, never a path of the user's: the types see to that while compiling.
+/// Where the application's fixed paths lie on this system. The logic keeps its paths and addresses below
+/// "/Applications" as they are written; whoever uses one maps it first, to the same place below a prefix. Only
+/// constants of the program can be mapped, never a path of the user's: the types see to that while compiling.
 /// Decision: install, Fixed paths are typed and mapped
 #pragma once
 

@@ -12,6 +12,14 @@ std::string folderOf(const std::string& path) {
   return last == 0 ? "/" : path.substr(0, last);
 }
 
+std::string nameOf(const std::string& path) {
+  const std::size_t last = path.find_last_not_of('/');
+  if (last == std::string::npos) return {};
+  const std::size_t slash = path.rfind('/', last);
+  const std::size_t first = slash == std::string::npos ? 0 : slash + 1;
+  return path.substr(first, last + 1 - first);
+}
+
 std::string pathIn(const std::string& folder, std::string_view name) {
   return folder.ends_with('/') ? folder + std::string(name) : folder + "/" + std::string(name);
 }

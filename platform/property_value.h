@@ -1,5 +1,5 @@
-/// A tree of properties: dictionaries with text keys, arrays, texts, numbers, flags, data and dates. It is what a registry
-/// of devices tells about an object and what a property list holds.
+/// A tree of properties: dictionaries with text keys, arrays, texts, numbers, flags, data and dates. It is what a
+/// registry of devices tells about an object and what a property list holds.
 #pragma once
 
 #include <cstddef>

@@ -25,17 +25,17 @@ class ScratchPaths {
  public:
   virtual ~ScratchPaths() = default;
 
-  /// The pair of this instance, held until the program ends, however it ends. Asked at start, and again as long as there
-  /// was none. What an earlier holder left in a private folder is gone. Nothing when no pair can be held at all: see
-  /// `obstacle`.
+  /// The pair of this instance, held until the program ends, however it ends. Asked at start, and again as long as
+  /// there was none. What an earlier holder left in a private folder is gone. Nothing when no pair can be held at all:
+  /// see `obstacle`.
   [[nodiscard]] virtual std::optional<ScratchPair> claim() = 0;
 
-  /// One more pair, always in a private folder, for a program whose first one cannot be written. Both stay held. Folders
-  /// of this user's that are missing are made.
+  /// One more pair, always in a private folder, for a program whose first one cannot be written. Both stay held.
+  /// Folders of this user's that are missing are made.
   [[nodiscard]] virtual std::optional<ScratchPair> claimAnother() = 0;
 
-  /// A pair below `folder`, which further private pairs lie below too, now and when the program is started again. Nothing,
-  /// and all stays as it was, when none can be held there.
+  /// A pair below `folder`, which further private pairs lie below too, now and when the program is started again.
+  /// Nothing, and all stays as it was, when none can be held there.
   [[nodiscard]] virtual std::optional<ScratchPair> moveTo(const std::string& folder) = 0;
 
   /// Why the last of the above answered nothing.

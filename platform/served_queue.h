@@ -11,7 +11,8 @@ namespace zelvo::platform {
 
 class ServedQueue : public MainQueue {
  public:
-  /// From now on `wake` runs whenever something arrives. It must neither block nor call the queue. Nothing takes it away.
+  /// From now on `wake` runs whenever something arrives. It must neither block nor call the queue. Nothing takes it
+  /// away.
   /// Thread: main; `wake` runs on any.
   virtual void setWaker(std::function<void()> wake) = 0;
 

@@ -12,7 +12,7 @@ class TimeLeft {
  public:
   using Clock = std::chrono::steady_clock;
 
-  /// At `now`, `done` of `all` bytes of `stage` are done. Another stage, or less than before, begins anew.
+  /// At `now`, `done` of `all` bytes of `stage` are done. Another stage, or less than before, begins again.
   void note(Clock::time_point now, int stage, std::uint64_t done, std::uint64_t all);
   /// Seconds; nothing before there is enough to judge by (two seconds, and a hundredth of the stage).
   [[nodiscard]] std::optional<double> seconds() const;

@@ -1,4 +1,5 @@
-/// The mounted local volumes: where they are mounted, from what, and the folder that gives them names. Sizes are in bytes.
+/// The mounted local volumes: where they are mounted, from what, and the folder that gives them names. Sizes are in
+/// bytes.
 #pragma once
 
 #include <cstdint>

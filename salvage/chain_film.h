@@ -1,4 +1,5 @@
-/// A part of a film that no index tells of: its chunks by their chain, and the gaps in it. Offsets and sizes are in bytes.
+/// A part of a film that no index tells of: its chunks by their chain, and the gaps in it. Offsets and sizes are in
+/// bytes.
 #pragma once
 
 #include <cstdint>
@@ -20,10 +21,9 @@ struct ChainGap {
   std::uint64_t begin = 0;  ///< in the file: bytes that are no chunk's
   std::uint64_t end = 0;
   std::uint64_t missing = 0;  ///< bytes that are known to be missing from the file
-  std::uint32_t longer =
-      0;                ///< the size of the chunk before it, should its size field be wrong and nothing be missing;
-                        ///< 0 when that cannot be
-  bool isTorn = false;  ///< the chunk before it lacks its end, so bytes are missing from the file
+  std::uint32_t longer = 0;   ///< the size of the chunk before it, should its size field be wrong and nothing be
+                              ///< missing; 0 when that cannot be
+  bool isTorn = false;        ///< the chunk before it lacks its end, so bytes are missing from the file
 };
 
 struct ChainFilm {
@@ -32,7 +32,8 @@ struct ChainFilm {
 };
 
 /// Follows the best chain through parts of the file and fills its holes: headers whose code is dead are found backwards
-/// from the next good one, wrong sizes are mended where the codec, the stream's usual sizes or the next header tell them.
+/// from the next good one, wrong sizes are mended where the codec, the stream's usual sizes or the next header tell
+/// them.
 /// Thread: one.
 class ChainFilms {
  public:

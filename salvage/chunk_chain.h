@@ -48,8 +48,8 @@ class ChunkChain {
 };
 
 /// Links the candidates of a film whose data end at `dataEnd`. `otherEnds`, in any order: offsets where a chunk may end
-/// though no candidate begins there, such as those of indexes whose header is lost. O(c log c) in time; takes five bytes
-/// of memory a candidate, and eight a list.
+/// though no candidate begins there, such as those of indexes whose header is lost. O(c log c) in time; takes five
+/// bytes of memory a candidate, and eight a list.
 /// \pre fewer candidates than `ChunkChain::kNone`
 /// Thread: any.
 [[nodiscard]] ChunkChain linkChunks(const CandidateList& candidates, std::span<const std::uint64_t> otherEnds,

@@ -25,8 +25,8 @@ class ChunkEnds {
  public:
   ChunkEnds(const Evidence& evidence, const FilmStreams& streams);
 
-  /// The last header from `from` on whose chunk ends, with its pad byte, at `end`, and whose payload looks like one of a
-  /// stream of the film. Such a header is true but for one chance in a hundred thousand.
+  /// The last header from `from` on whose chunk ends, with its pad byte, at `end`, and whose payload looks like one of
+  /// a stream of the film. Such a header is true but for one chance in a hundred thousand.
   [[nodiscard]] std::optional<DeadHeader> closingOn(std::uint64_t from, std::uint64_t end);
   /// How many of the stream's proved chunks have about this size, within 30 %; of a large film a sample.
   [[nodiscard]] std::size_t usualness(std::uint8_t number, std::uint32_t size) const;

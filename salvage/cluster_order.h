@@ -19,8 +19,8 @@ class ClusterOrder {
 
   /// A power of two.
   [[nodiscard]] std::uint64_t clusterSize() const { return size_; }
-  /// Where the bytes of the original from `begin` to `end` lie: pieces in order, joined where they follow on one another.
-  /// Fewer bytes where the file does not have them.
+  /// Where the bytes of the original from `begin` to `end` lie: pieces in order, joined where they follow on one
+  /// another. Fewer bytes where the file does not have them.
   [[nodiscard]] std::vector<Piece> piecesOf(std::uint64_t begin, std::uint64_t end, std::uint64_t fileSize) const;
 
  private:

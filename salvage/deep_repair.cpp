@@ -15,7 +15,6 @@
 #include "salvage/header_donor.h"
 #include "salvage/plan_choices.h"
 #include "salvage/text_transfer.h"
-#include "salvage/write_behind.h"
 
 namespace zelvo::salvage {
 
@@ -132,10 +131,10 @@ class Work {
     platform::WritableFile* const out = run_.makeOutput(report_.outputSize);
     if (out == nullptr) return SalvageEnd::noOutput;
     run_.observer.stage(SalvageStage::writing);
-    WriteBehind behind(*out, run_.workers);
-    const WrittenFilm written = writeFilm({input_, behind, plan_, header_, *layout, [this] { return isEnding(); }});
+    const WrittenFilm written =
+        writeFilm({input_, *out, run_.workers, plan_, header_, *layout, [this] { return isEnding(); }});
     report_.unreadable = written.unreadable;
-    report_.writeFailure = behind.finish();
+    report_.writeFailure = written.failure;
     return SalvageEnd::written;
   }
 

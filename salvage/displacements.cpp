@@ -1,6 +1,7 @@
 // 1. The displacement zero, and the one that the index's own place tells, are walked over the entries.
 // 2. What is left of entries and headers is joined by stream and size: rare sizes first, common ones near by after.
-// 3. The pairs are sorted by displacement. The one that explains most is taken, and followed to both sides of each of its
+// 3. The pairs are sorted by displacement. The one that explains most is taken, and followed to both sides of each of
+// its
 //    entries; ranks only ever fall, so that a queue of the ranks as they were last seen gives the greedy order.
 #include "salvage/displacements.h"
 

@@ -68,10 +68,12 @@ class Share {
     }
   }
   [[nodiscard]] std::optional<SoundShare> found() const {
+    if (pictures_ < kFewest || bytes_ <= 0) return std::nullopt;
     const auto bytes = bytesSlope_.value();
     const auto chunks = chunksSlope_.value();
-    if (!bytes || !chunks || *bytes <= 0 || *chunks <= 0 || pictures_ < 3) return std::nullopt;
-    return SoundShare{*bytes, *chunks};
+    if (bytes && chunks && *bytes > 0 && *chunks > 0) return SoundShare{*bytes, *chunks};
+    // Sound in a few long blocks: all of it came with all of the pictures.
+    return SoundShare{bytes_ / pictures_, chunks_ / pictures_};
   }
 
  private:
@@ -80,6 +82,7 @@ class Share {
     double chunks = 0;
   };
   static constexpr std::size_t kMaxWaiting = 4096;
+  static constexpr double kFewest = 3;
 
   std::uint8_t picturesNumber_;
   std::uint8_t soundNumber_;
@@ -90,6 +93,26 @@ class Share {
   Slope bytesSlope_;
   Slope chunksSlope_;
 };
+
+/// The likeliest first, at most four.
+std::vector<RatePair> pairsWithin(double limit, double samplesPerPicture, bool prefersSlow) {
+  struct Ranked {
+    RatePair pair;
+    std::size_t rank;
+  };
+  std::vector<Ranked> ranked;
+  const auto& rates = prefersSlow ? kSlowSampleRates : kSampleRates;
+  for (std::size_t i = 0; i < kPictureRates.size(); ++i) {
+    for (std::size_t j = 0; j < rates.size(); ++j) {
+      if (distance(samplesPerPicture, rates[j] / kPictureRates[i].perSecond()) <= limit)
+        ranked.push_back({{kPictureRates[i], rates[j]}, i + 2 * j});
+    }
+  }
+  std::ranges::stable_sort(ranked, {}, &Ranked::rank);
+  std::vector<RatePair> pairs;
+  for (std::size_t i = 0; i < std::min<std::size_t>(ranked.size(), 4); ++i) pairs.push_back(ranked[i].pair);
+  return pairs;
+}
 
 }  // namespace
 
@@ -127,22 +150,9 @@ std::uint32_t usualSampleRate(double perSecond) {
 
 std::vector<RatePair> usualPairs(double samplesPerPicture, bool prefersSlow) {
   constexpr double kNear = 0.003;
-  struct Ranked {
-    RatePair pair;
-    std::size_t rank;
-  };
-  std::vector<Ranked> ranked;
-  const auto& rates = prefersSlow ? kSlowSampleRates : kSampleRates;
-  for (std::size_t i = 0; i < kPictureRates.size(); ++i) {
-    for (std::size_t j = 0; j < rates.size(); ++j) {
-      if (distance(samplesPerPicture, rates[j] / kPictureRates[i].perSecond()) <= kNear)
-        ranked.push_back({{kPictureRates[i], rates[j]}, i + 2 * j});
-    }
-  }
-  std::ranges::stable_sort(ranked, {}, &Ranked::rank);
-  std::vector<RatePair> pairs;
-  for (std::size_t i = 0; i < std::min<std::size_t>(ranked.size(), 4); ++i) pairs.push_back(ranked[i].pair);
-  return pairs;
+  constexpr double kFar = 0.012;  // what a film of a few blocks of sound may be off
+  std::vector<RatePair> pairs = pairsWithin(kNear, samplesPerPicture, prefersSlow);
+  return pairs.empty() ? pairsWithin(kFar, samplesPerPicture, prefersSlow) : pairs;
 }
 
 }  // namespace zelvo::salvage

@@ -18,8 +18,8 @@ struct SoundShare {
   double chunks = 0;
 };
 
-/// By the film's own index where it has one, else by the chunks whose ends are proved. Nothing of a film with too little
-/// of either stream. What runs ahead, at the film's beginning, does not count.
+/// By the film's own index where it has one, else by the chunks whose ends are proved. Nothing of a film with too
+/// little of either stream. What runs ahead, at the film's beginning, does not count.
 /// Thread: any.
 [[nodiscard]] std::optional<SoundShare> soundShare(const IndexTemplate& index, const CandidateList& candidates,
                                                    const ChunkChain& chain, std::uint8_t pictures, std::uint8_t sound);
@@ -31,7 +31,7 @@ struct SoundShare {
 [[nodiscard]] std::uint32_t usualSampleRate(double perSecond);
 
 /// Both, when only samples a picture are known. The likeliest pair first, at most four; many pairs have one ratio.
-/// `prefersSlow`: sound of one channel or of few bits is mostly recorded at lower rates.
+/// `prefersSlow`: small films with sound of one channel or of few bits are mostly recorded at lower rates.
 struct RatePair {
   PictureRate pictures;
   std::uint32_t samples = 0;  ///< a second

@@ -31,9 +31,9 @@ struct FilmHeader {
   platform::Bytes information;      ///< what the list "INFO" holds
 };
 
-/// What the damaged film's own headers give. Where all survive, they are in the order of the chunks' numbers. Where some
-/// are lost, those that are left are the last, since the front of a file is what gets overwritten, unless a super index
-/// or the chunks' types say otherwise; `seen` tells how many there were.
+/// What the damaged film's own headers give. Where all survive, they are in the order of the chunks' numbers. Where
+/// some are lost, those that are left are the last, since the front of a file is what gets overwritten, unless a super
+/// index or the chunks' types say otherwise; `seen` tells how many there were.
 /// Thread: any.
 [[nodiscard]] FilmHeader filmHeader(const SurvivingHeaders& headers, const std::vector<SeenStream>& seen);
 

@@ -104,7 +104,8 @@ std::vector<TemplateEntry> Planner::entriesOf(const IsWanted& isWanted) const {
   return entries;
 }
 
-/// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it does.
+/// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it
+/// does.
 Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed) const {
   Others others;
   bool isInFront = true;
@@ -121,12 +122,12 @@ Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed
   return others;
 }
 
-/// Whether an index that no header speaks for is that of another film behind this one: it explains nothing of what stands
-/// in front, and what it does not explain stands in front, too.
+/// Whether an index that no header speaks for is that of another film behind this one: it explains nothing of what
+/// stands in front, and what it does not explain stands in front, too.
 bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
-  constexpr std::size_t kMostPercent = 90;
+  constexpr std::size_t kMaxPercent = 90;
   const Others others = othersBeside(cover.isClaimed);
-  if (!others.areMany() || others.inFront * 100 < others.unexplained * kMostPercent) return false;
+  if (!others.areMany() || others.inFront * 100 < others.unexplained * kMaxPercent) return false;
   std::size_t lost = 0;
   std::size_t lostInFront = 0;
   bool isInFront = true;
@@ -135,7 +136,7 @@ bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
     if (number == DisplacementCover::kNone) ++lost;
     if (isInFront) ++lostInFront;
   }
-  return lostInFront > 0 && lostInFront * 100 >= lost * kMostPercent;
+  return lostInFront > 0 && lostInFront * 100 >= lost * kMaxPercent;
 }
 
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "avi/chunk_codes.h"
-#include "avi/staged_output.h"
 #include "platform/page_bytes.h"
 #include "salvage/codec.h"
+#include "salvage/film_output.h"
 #include "salvage/header_writer.h"
 #include "salvage/key_picture.h"
 #include "salvage/silence.h"
@@ -32,8 +32,8 @@ class Window {
  public:
   explicit Window(avi::InputFile& input) : input_(input), size_(input.size()) {}
 
-  /// The bytes from `offset` on, at most `size`; fewer where the window or the input ends or cannot be read. Valid until
-  /// the next call.
+  /// The bytes from `offset` on, at most `size`; fewer where the window or the input ends or cannot be read. Valid
+  /// until the next call.
   [[nodiscard]] std::span<const std::byte> at(std::uint64_t offset, std::size_t size) {
     if (offset >= size_) return {};
     const bool holdsAll = offset >= begin_ && offset - begin_ + size <= held_;
@@ -64,7 +64,7 @@ class Window {
 class Writer {
  public:
   explicit Writer(const FilmWriting& writing)
-      : writing_(writing), window_(writing.input), out_(writing.out), isKey_(writing.layout.slots) {
+      : writing_(writing), window_(writing.input), out_(writing.out, writing.workers), isKey_(writing.layout.slots) {
     for (const FilmStream& stream : writing.header.streams) {
       streams_.push_back({codecOf(stream.header), stream.header.type == avi::kVids, Silence(stream.header)});
     }
@@ -167,7 +167,7 @@ class Writer {
       }
       left -= part;
     }
-    zeros(left);
+    out_.zeros(left);
   }
 
   void copy(std::uint64_t offset, std::uint32_t size) {
@@ -179,15 +179,11 @@ class Writer {
       if (!bytes.empty()) continue;
       const std::uint64_t page = window_.isBehindEnd(offset) ? size : kPage - offset % kPage;
       const auto missing = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, page));
-      zeros(missing);
+      out_.zeros(missing);
       written_.unreadable += missing;
       size -= missing;
       offset += missing;
     }
-  }
-
-  void zeros(std::uint32_t count) {
-    for (; count > 0 && !out_.failed(); count -= std::min(count, kMaxSilence)) out_.zeros(std::min(count, kMaxSilence));
   }
 
   void writeSilence(const Silence& silence, std::uint32_t size) {
@@ -244,7 +240,7 @@ class Writer {
 
   const FilmWriting& writing_;
   Window window_;
-  avi::StagedOutput out_;
+  FilmOutput out_;
   std::vector<bool> isKey_;  ///< by slot
   std::vector<Stream> streams_;
   platform::Bytes still_;

@@ -167,11 +167,17 @@ class Synthesis {
   [[nodiscard]] std::optional<PictureRate> rateByPairs() {
     for (LostSound& sound : sounds_) {
       if (!sound.share) continue;
-      const bool prefersSlow = sound.shape.channels == 1 || sound.shape.bits < 16;
+      const bool prefersSlow = isSmall() && (sound.shape.channels == 1 || sound.shape.bits < 16);
       pairs_ = usualPairs(samplesAPicture(sound), prefersSlow);
       if (!pairs_.empty()) return pairs_.front().pictures;
     }
     return std::nullopt;
+  }
+
+  /// Whether the pictures are of a size that slow recorders had.
+  [[nodiscard]] bool isSmall() const {
+    constexpr std::uint32_t kWidest = 400;
+    return std::ranges::all_of(pictures_, [](const LostPictures& one) { return one.shape.size.width <= kWidest; });
   }
 
   void findSampleRate(LostSound& sound) const {

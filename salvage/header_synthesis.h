@@ -35,8 +35,8 @@ struct LostHeaders {
   KnownRates known;
 };
 
-/// Adds to `header` each of the streams that can be recognised, and tells what was found. A stream of text, and pictures
-/// of an unknown codec or size, cannot.
+/// Adds to `header` each of the streams that can be recognised, and tells what was found. A stream of text, and
+/// pictures of an unknown codec or size, cannot.
 /// Thread: any.
 std::vector<FoundField> synthesiseHeaders(FilmHeader& header, const LostHeaders& lost);
 

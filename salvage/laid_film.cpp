@@ -1,5 +1,5 @@
-// Entries are taken from one whose header stands in the file to the next such. What lies between the two in the file, and
-// whether both moved alike, says what came of the first and of the entries between them.
+// Entries are taken from one whose header stands in the file to the next such. What lies between the two in the file,
+// and whether both moved alike, says what came of the first and of the entries between them.
 #include "salvage/laid_film.h"
 
 #include <algorithm>

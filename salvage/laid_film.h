@@ -17,8 +17,8 @@ struct LaidFilm {
   std::vector<Piece> pieces;
 };
 
-/// Makes a slot of each entry. A chunk whose neighbours moved as it did is taken as it stands, even if its own header is
-/// damaged. Where bytes are missing a chunk is torn; where bytes were inserted their place is looked for; a chunk of
+/// Makes a slot of each entry. A chunk whose neighbours moved as it did is taken as it stands, even if its own header
+/// is damaged. Where bytes are missing a chunk is torn; where bytes were inserted their place is looked for; a chunk of
 /// which nothing is there keeps its time.
 /// \pre every entry's stream is in the film's header; `places` is that of `entries`.
 /// Thread: any.

@@ -1,5 +1,5 @@
-// Each place costs what the payload that it gives costs as a whole. From one place to the next only a few terms change, so
-// that the cheapest is found in one walk.
+// Each place costs what the payload that it gives costs as a whole. From one place to the next only a few terms change,
+// so that the cheapest is found in one walk.
 #include "salvage/payload_cut.h"
 
 #include <algorithm>
@@ -64,8 +64,8 @@ std::optional<std::uint32_t> insertionIn(const SurvivingStream& stream, Bytes by
   if (codec == Codec::rawPicture) {
     const std::size_t row = rowOf(stream);
     if (row == 0 || row >= size) return std::nullopt;
-    // Byte number `cut` comes from the front part instead of the back part: its pairs with the rows above and below, and
-    // with the pixels beside it.
+    // Byte number `cut` comes from the front part instead of the back part: its pairs with the rows above and below,
+    // and with the pixels beside it.
     const std::size_t pixel = std::max<std::size_t>(1, pictureFormat(stream).bits / 8U);
     return cheapest(size, [&](std::size_t cut) {
       std::int64_t change = 0;

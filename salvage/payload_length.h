@@ -10,8 +10,8 @@
 
 namespace zelvo::salvage {
 
-/// The length of the payload that `bytes` begin with: up to the end of a JPEG picture, of both when two fields follow on
-/// one another; the whole frames of MPEG audio or AC-3 in a row. Nothing of a codec that does not tell, or when the
+/// The length of the payload that `bytes` begin with: up to the end of a JPEG picture, of both when two fields follow
+/// on one another; the whole frames of MPEG audio or AC-3 in a row. Nothing of a codec that does not tell, or when the
 /// payload is damaged or does not end within `bytes`.
 /// Thread: any.
 [[nodiscard]] std::optional<std::uint32_t> payloadLength(Codec codec, std::span<const std::byte> bytes);

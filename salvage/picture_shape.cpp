@@ -51,6 +51,9 @@ bool beginsMpeg4(const SampledPayload& payload) {
 
 /// A unit of H.264 that may begin a picture: a slice, or what may stand before one.
 bool beginsH264(const SampledPayload& payload) {
+  const std::uint32_t start = firstBits(payload, 32);
+  const bool hasCode = start == 1 || start >> 8U == 1;
+  if (!hasCode && (payload.size < 4 || start > payload.size - 4)) return false;
   Units units(payload.bytes);
   const auto unit = units.next();
   if (!unit) return false;
@@ -66,6 +69,34 @@ bool beginsCinepak(const SampledPayload& payload) {
   return isStrip && length <= payload.size && payload.size - length <= 2;
 }
 
+/// The first versions of FFV1: the coder begins each key with the same bytes, and the first bit tells keys from others.
+bool isFfv1(const StreamSample& sample) {
+  constexpr std::uint32_t kFirstKey = 0x7f80;
+  std::size_t keys = 0;
+  std::uint32_t head = 0;
+  for (const SampledPayload& payload : sample.payloads) {
+    if (payload.bytes.size() < 4) return false;
+    const std::uint32_t first = firstBits(payload, 32);
+    if (first >> 16U < kFirstKey) continue;
+    if (keys++ == 0) head = first;
+    if (first != head) return false;
+  }
+  return keys >= 2;
+}
+
+/// Windows Media Video 8: most pictures are predicted, whose first bit is 1, and a step of quantisation follows, which
+/// is never 0; the others begin with a byte of zeros but for its last bits.
+bool isWmv2(const StreamSample& sample) {
+  std::size_t predicted = 0;
+  for (const SampledPayload& payload : sample.payloads) {
+    const std::uint32_t first = firstBits(payload, 8);
+    const bool isPredicted = first >> 7U == 1;
+    if (isPredicted ? (first >> 2U & 31U) == 0 : first > 1) return false;
+    predicted += isPredicted ? 1U : 0U;
+  }
+  return predicted * 2 > sample.payloads.size() && sample.payloads.size() >= 8;
+}
+
 Codec codecOfPictures(const StreamSample& sample) {
   const auto begins = [](unsigned bits, std::uint32_t value) {
     return [=](const SampledPayload& payload) { return firstBits(payload, bits) == value; };
@@ -77,7 +108,8 @@ Codec codecOfPictures(const StreamSample& sample) {
   if (holdsFor(sample, 80, beginsMpeg4)) return Codec::mpeg4;
   if (holdsFor(sample, 90, beginsH264)) return Codec::h264;
   if (sample.commonSize() != 0) return Codec::rawPicture;
-  return Codec::msMpeg4;
+  if (isFfv1(sample)) return Codec::ffv1;
+  return isWmv2(sample) ? Codec::wmv2 : Codec::msMpeg4;
 }
 
 /// Everything that the payloads hold of these, one after the other.
@@ -210,6 +242,12 @@ PictureShape pictureShape(const StreamSample& sample, std::optional<PictureSize>
       break;
     case Codec::rawPicture:
       describeRaw(sample, known, shape);
+      break;
+    case Codec::ffv1:
+      shape.compression = avi::FourCC{"FFV1"};
+      break;
+    case Codec::wmv2:
+      shape.compression = avi::FourCC{"WMV2"};
       break;
     default:
       shape.compression = avi::FourCC{"MP43"};

@@ -1,5 +1,5 @@
-// The slots are walked in the order of the film, with the place in the file and in the original up to which all is told.
-// What a slot without bytes covers is only known when the next one that has some comes.
+// The slots are walked in the order of the film, with the place in the file and in the original up to which all is
+// told. What a slot without bytes covers is only known when the next one that has some comes.
 #include "salvage/plan_spans.h"
 
 #include <algorithm>

@@ -27,8 +27,8 @@ struct SpanEvidence {
   std::span<const std::uint8_t> isForeign;  ///< of each candidate; may be empty
 };
 
-/// The spans of a plan, rising by `begin`: neighbouring slots with the same fate share one. Where no index tells the place
-/// in the original, it is that in the file and what is known to be missing in front of it.
+/// The spans of a plan, rising by `begin`: neighbouring slots with the same fate share one. Where no index tells the
+/// place in the original, it is that in the file and what is known to be missing in front of it.
 /// Thread: any.
 [[nodiscard]] std::vector<PlanSpan> planSpans(const SpanEvidence& from, const FilmPlan& plan);
 

@@ -1,5 +1,5 @@
-// One walk over the slots, with a clock for each stream. Where spans begin and end is looked up on the way, so each slot
-// is met once however many spans there are.
+// One walk over the slots, with a clock for each stream. Where spans begin and end is looked up on the way, so each
+// slot is met once however many spans there are.
 #include "salvage/salvage_report.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-/// The codes that a film's chunks bear: two digits that number the stream, and two letters, the suffix, that say what it
-/// holds.
+/// The codes that a film's chunks bear: two digits that number the stream, and two letters, the suffix, that say what
+/// it holds.
 #pragma once
 
 #include <array>

@@ -1,5 +1,5 @@
-/// What the chunks of a stream have in common, learnt from those whose ends are proved. No codec is known here, so every
-/// codec can be learnt. Sizes are in bytes, scores and shares in hundredths.
+/// What the chunks of a stream have in common, learnt from those whose ends are proved. No codec is known here, so
+/// every codec can be learnt. Sizes are in bytes, scores and shares in hundredths.
 #pragma once
 
 #include <cstdint>
@@ -18,8 +18,8 @@ struct Signature {
   std::uint32_t bits = 0;  ///< what they are; zero elsewhere
 
   [[nodiscard]] int constantBits() const;
-  /// How well a chunk's first bytes fit: 100 at most when all constant bits agree, the same below zero when one does not,
-  /// less for few bits, and 0 when there are too few to tell or the payload has not four bytes.
+  /// How well a chunk's first bytes fit: 100 at most when all constant bits agree, the same below zero when one does
+  /// not, less for few bits, and 0 when there are too few to tell or the payload has not four bytes.
   [[nodiscard]] int score(const Candidate& candidate) const;
 };
 

@@ -137,6 +137,11 @@ SurvivingStream makePictureHeader(const PictureShape& shape, PictureRate rate) {
   put(stream.format, shape.compression.value, 4);
   put(stream.format, row * shape.size.height, 4);
   stream.format.resize(40);
+  if (shape.codec == Codec::wmv2) {
+    // Pictures a second and kilobits, which no decoder needs, and the tools that one writer always uses.
+    for (const unsigned byte : {0xcbU, 0x0dU, 0xb4U, 0x80U}) put(stream.format, byte, 1);
+    avi::storeLittleEndian32(std::span(stream.format).first<4>(), 44);
+  }
   // A picture of 8 bits is grey when nothing tells its colours.
   if (shape.compression.value == 0 && shape.bits == 8) {
     for (std::uint32_t grey = 0; grey < 256; ++grey) put(stream.format, grey * 0x010101U, 4);

@@ -31,8 +31,8 @@ struct SuperIndex {
   std::vector<SuperIndexEntry> entries;  ///< as many of nEntriesInUse as the chunk holds
 };
 
-/// A "strh" of 48 bytes or more with a known type, followed by its "strf" of 14 bytes or more, whose size is borne out by
-/// its own fields or by what follows it.
+/// A "strh" of 48 bytes or more with a known type, followed by its "strf" of 14 bytes or more, whose size is borne out
+/// by its own fields or by what follows it.
 struct SurvivingStream {
   std::uint64_t offset = 0;         ///< of the code "strh"
   avi::FourCC type;                 ///< fccType: "vids", "auds", "txts", "mids" or "iavs"
@@ -85,8 +85,8 @@ struct SurvivingHeaders {
   [[nodiscard]] bool areComplete() const { return main && !streams.empty() && main->streams == streams.size(); }
 };
 
-/// Looks for headers in front of the first "movi" list. The sizes of lists are not believed, so a stream header is found
-/// whatever is lost around it.
+/// Looks for headers in front of the first "movi" list. The sizes of lists are not believed, so a stream header is
+/// found whatever is lost around it.
 /// Failure: bytes that cannot be read hold no header; the input remembers them.
 /// Thread: any.
 [[nodiscard]] SurvivingHeaders survivingHeaders(avi::InputFile& input);

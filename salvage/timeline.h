@@ -1,5 +1,5 @@
-/// Keeps a film in step over gaps: how many chunks of each stream are missing in one is told by the clocks of pictures and
-/// sound, by the bytes of the gap and by the clock that the codec itself carries.
+/// Keeps a film in step over gaps: how many chunks of each stream are missing in one is told by the clocks of pictures
+/// and sound, by the bytes of the gap and by the clock that the codec itself carries.
 #pragma once
 
 #include <cstdint>
@@ -28,11 +28,10 @@ struct FilmGap {
   bool isTorn = false;        ///< bytes are missing from the file
 };
 
-/// Fills the gaps with slots that are `SlotState::refilled`: empty chunks for pictures, silence for sound, in turn. A gap
-/// at the film's very end, or before its first sound, is left as it is.
-/// Where nothing is missing, the slot before a gap may take its bytes.
-/// `gaps`: rising.
-/// Reads the first bytes of some pictures around each gap. Time is linear in slots and gaps.
+/// Fills the gaps with slots that are `SlotState::refilled`: empty chunks for pictures, silence for sound, in turn. A
+/// gap at the film's very end, or before its first sound, is left as it is. Where nothing is missing, the slot before a
+/// gap may take its bytes. `gaps`: rising. Reads the first bytes of some pictures around each gap. Time is linear in
+/// slots and gaps.
 /// Thread: any.
 void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
               const WholeFilm& whole, FilmPlan& plan);

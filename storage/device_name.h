@@ -1,4 +1,5 @@
-/// Texts as the inventory takes them apart: device names, and texts that must be UTF-8 or fit a C string of a given size.
+/// Texts as the inventory takes them apart: device names, and texts that must be UTF-8 or fit a C string of a given
+/// size.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,5 @@
-/// One line of the drive inventory: a writable medium (whole disk or partition) or a mounted volume, as keys with values.
-/// A key is there only where the system supplies its value. Sizes are in bytes.
+/// One line of the drive inventory: a writable medium (whole disk or partition) or a mounted volume, as keys with
+/// values. A key is there only where the system supplies its value. Sizes are in bytes.
 #pragma once
 
 #include <vector>

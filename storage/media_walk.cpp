@@ -51,7 +51,7 @@ void describeMountedPartition(const PropertyDictionary& properties, Entry& entry
   entry.set(media_key::kWhetherVolume, std::int32_t{1});
 }
 
-/// Writes "/dev/r" and the name, with a zero byte behind, into `bsdPath`. False when the name does not fit.
+/// Writes "/dev/r" and the name, with a zero byte after, into `bsdPath`. False when the name does not fit.
 bool formDevicePath(std::string_view bsdName, std::span<char> bsdPath) {
   constexpr std::string_view kRawDevice = "/dev/r";
   if (bsdPath.size() <= kRawDevice.size()) return false;

@@ -15,8 +15,8 @@ constexpr std::size_t kBSDPathCapacity = 1024;
 /// Levels of parents that are looked at.
 constexpr std::size_t kParentLevels = 4;
 
-/// The walk's entry: appends one entry per writable medium to `mediaArray` (two for a whole disk that is mounted without
-/// partitions: as a device and as a volume). `volumeArray` must be filled already.
+/// The walk's entry: appends one entry per writable medium to `mediaArray` (two for a whole disk that is mounted
+/// without partitions: as a device and as a volume). `volumeArray` must be filled already.
 /// Failure: printed, and `mediaArray` stays as it is.
 /// \return 0, always.
 int FindMediaMain(platform::MediaRegistry& registry, Entries& mediaArray, const Entries& volumeArray,

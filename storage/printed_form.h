@@ -8,7 +8,7 @@
 
 namespace zelvo::storage {
 
-/// The dictionary in braces, one member a line, in the order of the keys, with a line end behind. Data shows as
+/// The dictionary in braces, one member a line, in the order of the keys, with a line end after it. Data shows as
 /// hexadecimal digits.
 [[nodiscard]] std::string printedForm(const platform::PropertyDictionary& properties);
 

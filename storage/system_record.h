@@ -32,8 +32,8 @@ constexpr auto kLinkTarget = "Link Target";  ///< absent unless the entry is a s
 constexpr auto kNativeNode = "Native Node";  ///< beside a medium's properties: the system's own node for it
 }  // namespace record_key
 
-/// Every medium, writable or not, below all that stands above it, and every mounted local volume. An object with several
-/// parents is written below each of them.
+/// Every medium, writable or not, below all that stands above it, and every mounted local volume. An object with
+/// several parents is written below each of them.
 [[nodiscard]] platform::PropertyDictionary recordedSystem(platform::MediaRegistry& registry,
                                                           platform::VolumeSource& volumes);
 

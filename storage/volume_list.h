@@ -10,8 +10,8 @@ namespace zelvo::storage {
 /// Bytes of the C string that takes a mount point, the zero byte at its end included.
 constexpr std::size_t kMountPointCapacity = 512;
 
-/// Appends one entry per mounted local volume to `finalArrayForVolumes`, gives each the link of "/Volumes" that leads to
-/// its mount point (the last one, when several do), and calls `FindVolumeNames`.
+/// Appends one entry per mounted local volume to `finalArrayForVolumes`, gives each the link of "/Volumes" that leads
+/// to its mount point (the last one, when several do), and calls `FindVolumeNames`.
 void volumeList(platform::VolumeSource& volumes, Entries& finalArrayForVolumes, platform::PrintSink& printed);
 
 /// Adds "Volume Name" and "Volume Path" to each volume's entry.

@@ -7,10 +7,12 @@ Two commands are run in turn, A B A B, after one warm-up of each; a ratio is the
 Before each turn, untimed: the last output is removed and what is still on its way to the disk is awaited, and the input
 is read once, so that it lies in the page cache. A turn that writes is the fastest of four runs in a row, for both, so
 that none pays for memory that a virtual machine has to fetch from its host first.
-Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress. Without any: all.
+Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage.
+Without any: all.
 """
 import argparse
 import os
+import random
 import shutil
 import statistics
 import subprocess
@@ -52,8 +54,9 @@ class Bench:
         if fresh and os.path.exists(fresh):
             os.remove(fresh)
         start = time.perf_counter()
-        done = subprocess.run(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                              check=False)
+        done = subprocess.run(
+            command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE, check=False
+        )
         spent = time.perf_counter() - start
         if done.returncode != 0:
             sys.exit(f"bench: {' '.join(command)} failed:\n{done.stderr.decode(errors='replace')}")
@@ -64,8 +67,8 @@ class Bench:
         if out:
             os.sync()
         read_once(path)
-        # A virtual machine gives memory that is free for long back to its host, and who gets that memory next pays for it.
-        # The runs before leave what they wrote into to the next; one of four is spared.
+        # A virtual machine gives memory that is free for long back to its host, and who gets that memory next pays for
+        # it. The runs before leave what they wrote into to the next; one of four is spared.
         spent = min(self.once(command, out)[0] for _ in range(4 if out else 1))
         if out:
             os.remove(out)
@@ -79,13 +82,18 @@ class Bench:
                 spent.append(pair)
         ratio = statistics.median(a / b for a, b in spent)
         best = min(a for a, _ in spent) / min(b for _, b in spent)
-        print(f"{name:46} {ratio:7.3f}   best against best {best:.3f}   must {must}, aim {aim}   "
-              f"({statistics.median(a for a, _ in spent):.3f} s against "
-              f"{statistics.median(b for _, b in spent):.3f} s)", flush=True)
+        print(
+            f"{name:46} {ratio:7.3f}   best against best {best:.3f}   must {must}, aim {aim}   "
+            f"({statistics.median(a for a, _ in spent):.3f} s against "
+            f"{statistics.median(b for _, b in spent):.3f} s)",
+            flush=True,
+        )
 
     def figure(self, name, values, unit, must, aim):
-        print(f"{name:46} {statistics.median(values):7.3f} {unit}   lowest {min(values):.3f}   must {must}, aim {aim}",
-              flush=True)
+        print(
+            f"{name:46} {statistics.median(values):7.3f} {unit}   lowest {min(values):.3f}   must {must}, aim {aim}",
+            flush=True,
+        )
 
 
 def pinned(command):
@@ -94,32 +102,62 @@ def pinned(command):
 
 def scan(b):
     path = b.input("frames")
-    b.pair("scan, one processor, against cat", 1.5, 1.3, path, pinned([b.job, "scan", path]),
-           pinned(["sh", "-c", f"exec cat '{path}' >/dev/null"]))
+    b.pair(
+        "scan, one processor, against cat",
+        1.5,
+        1.3,
+        path,
+        pinned([b.job, "scan", path]),
+        pinned(["sh", "-c", f"exec cat '{path}' >/dev/null"]),
+    )
 
 
 def scan2(b):
     path = b.input("frames")
-    b.pair("scan, all processors, against cat", 1.5, 1.3, path, [b.job, "scan", path],
-           ["sh", "-c", f"exec cat '{path}' >/dev/null"])
+    b.pair(
+        "scan, all processors, against cat",
+        1.5,
+        1.3,
+        path,
+        [b.job, "scan", path],
+        ["sh", "-c", f"exec cat '{path}' >/dev/null"],
+    )
 
 
 def literal(b):
     path = b.input("frames")
-    b.pair("scan against the literal transcription, -O2", "1/18 = 0.056", "1/22 = 0.045", path,
-           pinned([b.job, "scan", path]), pinned([b.literal_o2, "scan-literal", path]))
+    b.pair(
+        "scan against the literal transcription, -O2",
+        "1/18 = 0.056",
+        "1/22 = 0.045",
+        path,
+        pinned([b.job, "scan", path]),
+        pinned([b.literal_o2, "scan-literal", path]),
+    )
 
 
 def literal_o3(b):
     path = b.input("frames")
-    b.pair("scan against the literal transcription, -O3", "-", "-", path, pinned([b.job, "scan", path]),
-           pinned([b.job, "scan-literal", path]))
+    b.pair(
+        "scan against the literal transcription, -O3",
+        "-",
+        "-",
+        path,
+        pinned([b.job, "scan", path]),
+        pinned([b.job, "scan-literal", path]),
+    )
 
 
 def dense(b):
     path = b.input("dense")
-    values = [b.once([b.job, "scan", path])[0] * 1e9 / os.path.getsize(path) for _ in range(b.pairs)]
-    b.figure("scan of a candidate every 8 bytes", values, "s/GB", 3, 1)
+    b.pair(
+        "scan of a candidate every 8 bytes, against cat",
+        25,
+        10,
+        path,
+        [b.job, "scan", path],
+        ["sh", "-c", f"exec cat '{path}' >/dev/null"],
+    )
 
 
 def against_copy(b, name, kind, must, aim):
@@ -139,15 +177,31 @@ def cp_small(b):
 def cli(b):
     path = b.input("frames")
     ours, copy = b.output("ours.avi"), b.output("copy.avi")
-    b.pair("zelvo-avi, on the disk, against cp and sync", "-", "-", path, [b.cli, "repair", path, "-o", ours, "--quiet"],
-           ["sh", "-c", f"cp '{path}' '{copy}' && sync -d '{copy}'"], ours, copy)
+    b.pair(
+        "zelvo-avi, on the disk, against cp and sync",
+        "-",
+        "-",
+        path,
+        [b.cli, "repair", path, "-o", ours, "--quiet"],
+        ["sh", "-c", f"cp '{path}' '{copy}' && sync -d '{copy}'"],
+        ours,
+        copy,
+    )
 
 
 def ffmpeg(b):
     path = b.input("frames")
     ours, copy = b.output("ours.avi"), b.output("copy.avi")
-    b.pair("repair against ffmpeg -c copy", 0.50, 0.25, path, [b.job, "repair", path, ours],
-           ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y", "-i", path, "-c", "copy", copy], ours, copy)
+    b.pair(
+        "repair against ffmpeg -c copy",
+        0.50,
+        0.25,
+        path,
+        [b.job, "repair", path, ours],
+        ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y", "-i", path, "-c", "copy", copy],
+        ours,
+        copy,
+    )
 
 
 def mencoder(b):
@@ -156,12 +210,23 @@ def mencoder(b):
         return
     path = b.input("frames")
     ours, copy = b.output("ours.avi"), b.output("copy.avi")
-    b.pair("repair against mencoder -forceidx", 0.33, 0.15, path, [b.job, "repair", path, ours],
-           ["mencoder", "-really-quiet", "-forceidx", "-oac", "copy", "-ovc", "copy", path, "-o", copy], ours, copy)
+    b.pair(
+        "repair against mencoder -forceidx",
+        0.33,
+        0.15,
+        path,
+        [b.job, "repair", path, ours],
+        ["mencoder", "-really-quiet", "-forceidx", "-oac", "copy", "-ovc", "copy", path, "-o", copy],
+        ours,
+        copy,
+    )
 
 
 def memory(b):
-    for name, kind, must, aim in (("peak memory, 1 GB input", "frames", 8, 5), ("peak memory, tables full", "full", 44, 38)):
+    for name, kind, must, aim in (
+        ("peak memory, 1 GB input", "frames", 8, 5),
+        ("peak memory, tables full", "full", 44, 38),
+    ):
         path = b.input(kind)
         ours = b.output("ours.avi")
         values = [int(b.once([b.job, "repair", path, ours], ours)[1].split()[-1]) / 1024 for _ in range(3)]
@@ -170,11 +235,67 @@ def memory(b):
         for _ in range(3):
             if os.path.exists(ours):
                 os.remove(ours)
-            done = subprocess.run(["time", "-f", "%M", b.cli, "repair", path, "-o", ours, "--quiet"],
-                                  stderr=subprocess.PIPE, stdout=subprocess.DEVNULL, check=True)
+            done = subprocess.run(
+                ["time", "-f", "%M", b.cli, "repair", path, "-o", ours, "--quiet"],
+                stderr=subprocess.PIPE,
+                stdout=subprocess.DEVNULL,
+                check=True,
+            )
             values.append(int(done.stderr.split()[-1]) / 1024)
         b.figure("  the same by zelvo-avi", values, "MiB", must, aim)
         os.remove(ours)
+
+
+def film_without_index(b):
+    """A Motion JPEG film with PCM that goes on beyond the size wanted, and is cut off there, index and all."""
+    path = os.path.join(b.work, f"film-{b.size}.avi")
+    if not os.path.exists(path):
+        scene, whole = b.output("scene.avi"), b.output("whole.avi")
+        quiet = ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y"]
+        pictures = ["-f", "lavfi", "-i", "testsrc2=size=1280x720:rate=25"]
+        noise = ["-f", "lavfi", "-i", "anoisesrc=r=44100"]
+        subprocess.run(quiet + pictures + noise + ["-t", "20", "-c:v", "mjpeg", "-q:v", "2", scene], check=True)
+        rounds = b.size // os.path.getsize(scene) + 1
+        subprocess.run(quiet + ["-stream_loop", str(rounds), "-i", scene, "-c", "copy", whole], check=True)
+        os.truncate(whole, b.size)
+        os.rename(whole, path)
+        os.remove(scene)
+    return path
+
+
+def film_with_bad_sectors(b):
+    """The same film, 1.5 % of its sectors of 4096 bytes full of noise."""
+    path = os.path.join(b.work, f"sectors-{b.size}.avi")
+    if not os.path.exists(path):
+        made = b.output("made.avi")
+        shutil.copyfile(film_without_index(b), made)
+        chance = random.Random(1)
+        with open(made, "r+b") as file:
+            for sector in chance.sample(range(4, b.size // 4096 - 1), int(b.size / 4096 * 0.015)):
+                file.seek(sector * 4096)
+                file.write(chance.randbytes(4096))
+        os.rename(made, path)
+    return path
+
+
+def salvage(b):
+    ours, copy = b.output("ours.avi"), b.output("copy.avi")
+    for name, make, limits in (
+        ("index cut off", film_without_index, ((2.0, 1.2), (0.50, 0.30))),
+        ("1.5 % bad sectors", film_with_bad_sectors, ((4.0, 2.0), None)),
+    ):
+        path = make(b)
+        command = [b.cli, "salvage", path, "-o", ours, "--quiet"]
+        # zelvo-avi waits for the disk; so do the yardsticks.
+        copied = ["sh", "-c", f"cp '{path}' '{copy}' && sync -d '{copy}'"]
+        b.pair(f"salvage against cp, {name}", *limits[0], path, command, copied, ours, copy)
+        if limits[1]:
+            remuxed = f"ffmpeg -hide_banner -loglevel quiet -y -i '{path}' -c copy '{copy}' && sync -d '{copy}'"
+            b.pair(f"salvage against ffmpeg, {name}", *limits[1], path, command, ["sh", "-c", remuxed], ours, copy)
+        subprocess.run(command, check=True)
+        peak = subprocess.run(["time", "-f", "%M"] + command + ["--force"], stderr=subprocess.PIPE, check=True).stderr
+        os.remove(ours)
+        b.figure("  peak memory", [int(peak.split()[-1]) / 1024], "MiB", 256, 128)
 
 
 def progress(b):
@@ -182,8 +303,21 @@ def progress(b):
     b.figure("one step of the progress animation", values, "ns", 3, 1.2)
 
 
-BENCHES = {"scan": scan, "scan2": scan2, "literal": literal, "literal-o3": literal_o3, "dense": dense, "cp": cp,
-           "cp-small": cp_small, "cli": cli, "ffmpeg": ffmpeg, "mencoder": mencoder, "memory": memory, "progress": progress}
+BENCHES = {
+    "scan": scan,
+    "scan2": scan2,
+    "literal": literal,
+    "literal-o3": literal_o3,
+    "dense": dense,
+    "cp": cp,
+    "cp-small": cp_small,
+    "cli": cli,
+    "ffmpeg": ffmpeg,
+    "mencoder": mencoder,
+    "memory": memory,
+    "progress": progress,
+    "salvage": salvage,
+}
 
 
 def main():

@@ -46,7 +46,7 @@ class Page:
 
     def __init__(self, root, path):
         self.path = path
-        self.theme = os.path.basename(path)[:-len(".md")]
+        self.theme = os.path.basename(path)[: -len(".md")]
         self.titles = {}
         self.unmarked = set()
         self.twice = []
@@ -112,7 +112,7 @@ def broken_links(root, pages):
                 whole = os.path.normpath(os.path.join(os.path.dirname(path), file)) if file else path
                 if os.path.dirname(whole) != PAGES or whole == INDEX or not whole.endswith(".md"):
                     continue
-                page = pages.get(os.path.basename(whole)[:-len(".md")])
+                page = pages.get(os.path.basename(whole)[: -len(".md")])
                 if page is None:
                     yield f"{path}:{number}: there is no page {whole}"
                 elif anchor and anchor not in page.anchors():

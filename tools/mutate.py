@@ -5,7 +5,8 @@ Usage: mutate.py [--jobs N] ROOM [COUNT [SEED]]
 
 ROOM is a folder of sources (engine, cli, app, update, storage, controls, platform); COUNT how many changes that compile
 (20); SEED what the choice follows from (the commit's hash). Works on the last commit, in a worktree of its own below
-build/mutate, so what is not committed is not seen, and nothing of this checkout is touched. It can be ended at any time.
+build/mutate, so what is not committed is not seen, and nothing of this checkout is touched. It can be ended at any
+time.
 
 A change counts as noticed when a test fails twice, or when a test program does not end within ten times its usual time.
 Only programs that the change altered are run, shared out over the processors; a change that leaves all of them as they
@@ -31,8 +32,15 @@ import mutations
 
 ROOMS = ("engine", "salvage", "cli", "app", "update", "storage", "controls", "platform")
 # Tests of a room that lie beside those of another: what is drawn and driven through real widgets, what is fuzzed.
-TESTS_ELSEWHERE = {"engine": ("fuzz",), "app": ("platform/qt",), "controls": ("platform/qt",), "cli": ("storage",),
-                   "platform": ("platform/qt", "storage", "update", "app")}
+TESTS_ELSEWHERE = {
+    "engine": ("fuzz",),
+    "app": ("platform/qt",),
+    "controls": ("platform/qt",),
+    "cli": ("platform/linux",),
+    "storage": ("platform/linux",),
+    "update": ("platform/linux",),
+    "platform": ("platform/linux", "platform/qt", "storage", "update", "app"),
+}
 SHORTEST_LIMIT = 60.0  # seconds; a program that usually takes less is not ended before
 FIRST_LIMIT = 1200.0  # seconds; before it is known how long a program takes
 
@@ -46,7 +54,7 @@ def run(command, **options):
 
 
 class Program:
-    """One test program of GoogleTest: what it is made of, in which environment it runs, and which of its cases count."""
+    """One test program of GoogleTest: what it is made of, in which environment it runs, which of its cases count."""
 
     def __init__(self, path, parts, environment, jobs):
         self.path = path
@@ -82,29 +90,44 @@ class Program:
     def run_shard(self, command, shard, shards):
         with tempfile.TemporaryDirectory() as folder:
             os.chmod(folder, 0o777)
-            environment = dict(os.environ, TMPDIR=folder, QT_QPA_PLATFORM="offscreen", GTEST_TOTAL_SHARDS=str(shards),
-                               GTEST_SHARD_INDEX=str(shard), **self.environment)
+            environment = dict(
+                os.environ,
+                TMPDIR=folder,
+                QT_QPA_PLATFORM="offscreen",
+                GTEST_TOTAL_SHARDS=str(shards),
+                GTEST_SHARD_INDEX=str(shard),
+                **self.environment,
+            )
             ended, output = limited(as_ordinary_user(command, folder), environment, self.limit)
         if ended == 0:
             return []
-        failed = [line.split("]")[1].split("(")[0].split(",")[0].strip() for line in output.splitlines()
-                  if line.startswith("[  FAILED  ]") and "." in line]
+        failed = [
+            line.split("]")[1].split("(")[0].split(",")[0].strip()
+            for line in output.splitlines()
+            if line.startswith("[  FAILED  ]") and "." in line
+        ]
         return failed or ["(ended)"]
 
 
 def as_ordinary_user(command, folder):
-    """The command as somebody who may not write everywhere, with a /tmp of its own. Needs root; others run as they are."""
+    """The command as somebody who may not write everywhere, with a /tmp of its own. Only for root."""
     if os.geteuid() != 0:
         return command
     inside = 'mount --bind "$1" /tmp && shift && exec setpriv --reuid=65534 --regid=65534 --clear-groups -- "$@"'
-    return ["unshare", "--mount", "sh", "-c", inside, "sh", folder] + [
-        "env", "TMPDIR=/tmp", "HOME=/tmp"] + command
+    return ["unshare", "--mount", "sh", "-c", inside, "sh", folder] + ["env", "TMPDIR=/tmp", "HOME=/tmp"] + command
 
 
 def limited(command, environment, limit):
     """Runs a command in a group of its own; answers its exit code (None when it was ended) and what it said."""
-    process = subprocess.Popen(command, env=environment, text=True, errors="replace", stdout=subprocess.PIPE,
-                               stderr=subprocess.STDOUT, start_new_session=True)
+    process = subprocess.Popen(
+        command,
+        env=environment,
+        text=True,
+        errors="replace",
+        stdout=subprocess.PIPE,
+        stderr=subprocess.STDOUT,
+        start_new_session=True,
+    )
     try:
         output, _ = process.communicate(timeout=limit)
         return process.returncode, output
@@ -141,7 +164,9 @@ class Tree:
 
     def compile(self, targets):
         """What the compiler said when it failed, or None."""
-        built = run(["cmake", "--build", "--preset", "dev", "-j", str(self.jobs), "--target", *targets], cwd=self.folder)
+        built = run(
+            ["cmake", "--build", "--preset", "dev", "-j", str(self.jobs), "--target", *targets], cwd=self.folder
+        )
         return built.stdout if built.returncode != 0 else None
 
     def find_programs(self):
@@ -152,9 +177,9 @@ class Tree:
             lists = (self.folder / folder / "CMakeLists.txt").read_text(encoding="utf-8")
             for line in lists.splitlines():
                 if line.startswith("zelvo_test("):
-                    targets.append(line[len("zelvo_test("):].split()[0].rstrip(")"))
+                    targets.append(line[len("zelvo_test(") :].split()[0].rstrip(")"))
                 if line.startswith("zelvo_fuzz_target("):
-                    targets.append(line[len("zelvo_fuzz_target("):].split()[0] + "_replay")
+                    targets.append(line[len("zelvo_fuzz_target(") :].split()[0] + "_replay")
                 if line.startswith("add_executable(") and line.split("(")[1].split()[0].endswith("_tests"):
                     targets.append(line.split("(")[1].split()[0])
         self.targets = sorted(set(targets))
@@ -166,7 +191,9 @@ class Tree:
         for test in listed["tests"]:
             settings = {entry["name"]: entry["value"] for entry in test["properties"]}
             if test.get("command"):
-                environments[test["command"][0]] = dict(entry.split("=", 1) for entry in settings.get("ENVIRONMENT", []))
+                environments[test["command"][0]] = dict(
+                    entry.split("=", 1) for entry in settings.get("ENVIRONMENT", [])
+                )
         shipped = {path.name for path in (self.build / "bin").iterdir() if path.is_file()} - set(self.targets)
         for target in self.targets:
             path = self.build / "bin" / target

@@ -1,8 +1,8 @@
 """Finds the small changes that can be made to a C++ source, one at a time, and makes them.
 
-A mutation is one change of one statement: a comparison, a constant, a condition, two neighbouring statements, a call that
-is left out, two arguments. Sources are read line by line, with comments and texts blanked out first; what spans several
-lines is left alone. A mutation may turn out not to compile; whoever runs it finds out and takes another.
+A mutation is one change of one statement: a comparison, a constant, a condition, two neighbouring statements, a call
+that is left out, two arguments. Sources are read line by line, with comments and texts blanked out first; what spans
+several lines is left alone. A mutation may turn out not to compile; whoever runs it finds out and takes another.
 """
 import dataclasses
 import re
@@ -28,7 +28,8 @@ class Mutation:
 
 
 _TOKENS = re.compile(
-    r'//[^\n]*|/\*.*?\*/|R"([^ ()\\]*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<![0-9A-Fa-f])\'(?:\\.|[^\'\\\n])+\'', re.DOTALL)
+    r'//[^\n]*|/\*.*?\*/|R"([^ ()\\]*)\(.*?\)\1"|"(?:\\.|[^"\\\n])*"|(?<![0-9A-Fa-f])\'(?:\\.|[^\'\\\n])+\'', re.DOTALL
+)
 
 
 def blanked(text):
@@ -40,17 +41,23 @@ def blanked(text):
 _COMPARISONS = {"==": "!=", "!=": "==", "<": "<=", "<=": "<", ">": ">=", ">=": ">"}
 _COMPARISON = re.compile(r"(?<= )(==|!=|<=|>=|<|>)(?= )")
 _NUMBER = re.compile(r"(?<![\w.'])(?:0[xX][0-9A-Fa-f']+|\d[\d']*)[uUlL]{0,3}(?![\w.'])")
-_CONDITION = re.compile(r"^(\s*(?:\} else )?(?:if|while) \()(?!constexpr)(.+)(\) (?:\{|return\b.*;|continue;|break;)|\))\s*$")
+_CONDITION = re.compile(
+    r"^(\s*(?:\} else )?(?:if|while) \()(?!constexpr)(.+)(\) (?:\{|return\b.*;|continue;|break;)|\))\s*$"
+)
 _TERNARY = re.compile(r"^(\s*return )([^;?]+)( \? [^;]+;)\s*$")
 _CALL = re.compile(r"^\s*(?:[A-Za-z_]\w*(?:\(\))?(?:\.|->|::))*[A-Za-z_]\w*\(.*\);\s*$")
-_STATEMENT = re.compile(r"^(\s+)(?!return\b|break\b|continue\b|using\b|throw\b|case\b|const\b|constexpr\b|auto\b|static\b|delete\b|"
-                        r"public\b|private\b)[A-Za-z_*(+-].*;\s*$")
+_STATEMENT = re.compile(
+    r"^(\s+)(?!return\b|break\b|continue\b|using\b|throw\b|case\b|const\b|constexpr\b|auto\b|static\b|delete\b|"
+    r"public\b|private\b)[A-Za-z_*(+-].*;\s*$"
+)
 _DECLARATION = re.compile(r"^\s*(?:[A-Za-z_][\w:]*(?:<[^;=]*>)?[&*]?\s+)+[&*]?[A-Za-z_]\w*\s*(?:=|;|\{|\()")
 _ARGUMENTS = re.compile(r"\b[A-Za-z_]\w*\(([^(),]+), ([^(),]+)\)")
 
 
 def _balanced(code):
-    return code.count("(") == code.count(")") and code.count("{") == code.count("}") and code.count("[") == code.count("]")
+    return (
+        code.count("(") == code.count(")") and code.count("{") == code.count("}") and code.count("[") == code.count("]")
+    )
 
 
 def _is_statement(code):
@@ -59,7 +66,7 @@ def _is_statement(code):
 
 def _changed_number(text):
     digits = text.rstrip("uUlL")
-    suffix = text[len(digits):]
+    suffix = text[len(digits) :]
     plain = digits.replace("'", "")
     if plain.lower().startswith("0x"):
         return f"0x{int(plain, 16) + 1:X}{suffix}"
@@ -78,23 +85,28 @@ def _line_mutations(path, number, line, code):
         return
     for found in _COMPARISON.finditer(code):
         replacement = _COMPARISONS[found.group()]
-        yield made("comparison", line[:found.start()] + replacement + line[found.end():])
+        yield made("comparison", line[: found.start()] + replacement + line[found.end() :])
     for found in _NUMBER.finditer(code):
         replacement = _changed_number(found.group())
         if replacement:
-            yield made("constant", line[:found.start()] + replacement + line[found.end():])
+            yield made("constant", line[: found.start()] + replacement + line[found.end() :])
     for pattern in (_CONDITION, _TERNARY):
         found = pattern.match(code)
         # `if (a; b)` and `if (T x = y)` declare something, and `while` may end nowhere: the time limit is for that.
-        if found and _balanced(found.group(2)) and ";" not in found.group(2) and not re.search(r"(?<![=!<>])=(?!=)", found.group(2)):
+        if (
+            found
+            and _balanced(found.group(2))
+            and ";" not in found.group(2)
+            and not re.search(r"(?<![=!<>])=(?!=)", found.group(2))
+        ):
             start, end = found.span(2)
             yield made("negated condition", f"{line[:start]}!({line[start:end]}){line[end:]}")
     if _CALL.match(code) and _balanced(code) and not _DECLARATION.match(code):
-        indent = line[:len(line) - len(line.lstrip())]
+        indent = line[: len(line) - len(line.lstrip())]
         yield made("dropped call", f"{indent};")
     for found in _ARGUMENTS.finditer(code):
         (a, b), (c, d) = found.span(1), found.span(2)
-        if line[a:b].strip() != line[c:d].strip() and not _DECLARATION.match(code[:found.start()] + "x("):
+        if line[a:b].strip() != line[c:d].strip() and not _DECLARATION.match(code[: found.start()] + "x("):
             yield made("swapped arguments", line[:a] + line[c:d] + line[b:c] + line[a:b] + line[d:])
 
 
@@ -116,7 +128,7 @@ def mutations(path, text):
 def applied(text, mutation):
     """The source with the mutation made."""
     lines = text.split("\n")
-    if tuple(lines[mutation.first - 1:mutation.last]) != mutation.before:
+    if tuple(lines[mutation.first - 1 : mutation.last]) != mutation.before:
         raise ValueError(f"{mutation.path} is not the text that the mutation was found in")
-    lines[mutation.first - 1:mutation.last] = mutation.after
+    lines[mutation.first - 1 : mutation.last] = mutation.after
     return "\n".join(lines)

@@ -19,7 +19,8 @@ class BackgroundScan {
  public:
   BackgroundScan(VersionCheck& check, platform::Workers& workers);
 
-  /// Starts a thread that runs `autoUpdateScanningThread`, if the application is idle and nothing lies over the overlay.
+  /// Starts a thread that runs `autoUpdateScanningThread`, if the application is idle and nothing lies over the
+  /// overlay.
   /// Thread: main.
   void autoUpdateScan(const ScanGates& gates);
   /// Does what `checkForUpdate` does and shows nothing. // Decision: update, The background scan shows nothing

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "platform/bytes.h"
-#include "update/web_address.h"
+#include "update/places.h"
 
 namespace zelvo::update {
 

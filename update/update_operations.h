@@ -28,7 +28,7 @@ class UpdateOperations {
   /// See updater_files.h.
   virtual void copyUpdator() = 0;
   virtual void updateCleanupThread() = 0;
-  /// See write_deletable_path.h.
+  /// See places.h.
   [[nodiscard]] virtual bool isWriteDeletablePath(const std::string& path) = 0;
   /// See hashes.h.
   [[nodiscard]] virtual std::optional<std::string> md5(std::optional<std::span<const std::byte>> data) = 0;

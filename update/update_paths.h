@@ -1,4 +1,5 @@
-/// Constant names, paths and texts of the update check. Spelling included, the updater and installed files rely on them.
+/// Constant names, paths and texts of the update check. Spelling included, the updater and installed files rely on
+/// them.
 #pragma once
 
 #include <array>
@@ -24,14 +25,14 @@ inline constexpr platform::FixedPath kUpdater =
     "/Applications/Zelvo AVI Repair/.autoUpd.app/Contents/MacOS/Auto Updator.app";
 /// Launched when the user asked and no update was found.
 inline constexpr platform::FixedPath kUpdaterForNoUpdate = "/Applications/.autoUpd.app";
-/// Left behind by the updater.
+/// Left after by the updater.
 inline constexpr platform::FixedPath kUpdatedMarker = "/Applications/Zelvo AVI Repair/.updated.txt";
 
 // ---- Beside and above the bundle ----
 /// In the folder that holds the bundle.
 inline constexpr std::string_view kUpdaterCopy = "/.autoUpd.app";
-/// Deliberate: four components up from the bundle, where `update` looks and the leftovers are removed; another place than
-/// that of the other updater paths.
+/// Deliberate: four components up from the bundle, where `update` looks and the leftovers are removed; another place
+/// than that of the other updater paths.
 inline constexpr int kLevelsUp = 4;
 inline constexpr std::string_view kUpdaterAbove = "/.autoUpd.app/Contents/MacOS/Auto Updator.app";
 /// In the order of their removal.

@@ -3,7 +3,7 @@
 #include <chrono>
 #include <string>
 
-#include "update/path_components.h"
+#include "update/places.h"
 #include "update/update_paths.h"
 
 namespace zelvo::update {

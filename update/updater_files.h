@@ -15,7 +15,7 @@ class UpdaterFiles {
   UpdaterFiles(platform::FileManager& fileManager, platform::FolderTrees& trees, platform::Clock& clock,
                const platform::Bundle& bundle, const platform::PathMapper& pathMapper);
 
-  /// Puts the updater that the bundle carries beside the bundle when none is there, and puts it there anew when the
+  /// Puts the updater that the bundle carries beside the bundle when none is there, and puts it there again when the
   /// marker of an update is there; the marker goes. Failure: ignored, step by step. No flow calls it.
   void copyUpdator();
   /// Waits ten seconds, then removes the leftovers four levels above the bundle. Failure: ignored, one by one.

@@ -1,7 +1,7 @@
 #include "update/updates.h"
 
+#include "update/places.h"
 #include "update/update_paths.h"
-#include "update/write_deletable_path.h"
 
 namespace zelvo::update {
 

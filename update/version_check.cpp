@@ -8,8 +8,8 @@
 #include <string>
 
 #include "platform/bytes.h"
+#include "update/places.h"
 #include "update/update_paths.h"
-#include "update/web_address.h"
 
 namespace zelvo::update {
 

@@ -1,5 +1,5 @@
-/// The window's own elements (own_outlets.h), which remember what they were told. They write no events: these are for the
-/// given elements.
+/// The window's own elements (own_outlets.h), which remember what they were told. They write no events: these are for
+/// the given elements.
 #pragma once
 
 #include <functional>

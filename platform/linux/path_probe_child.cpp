@@ -24,7 +24,7 @@ constexpr std::size_t kFirstPath = 2;  // after the program's name and the optio
 std::span<char* const> paths;
 std::atomic<std::size_t> pathsLeft;
 
-void tell(const ProbeRecord& record) {
+void report(const ProbeRecord& record) {
   // A parent that does not listen any more needs no answer.
   static_cast<void>(!::write(STDOUT_FILENO, &record, sizeof record));
   if (pathsLeft.fetch_sub(1) == 1) ::_exit(EXIT_SUCCESS);
@@ -64,7 +64,7 @@ void* lookAt(void* argument) {
     record.free = static_cast<std::uint64_t>(space.f_bavail) * space.f_frsize;
     record.capacity = static_cast<std::uint64_t>(space.f_blocks) * space.f_frsize;
   }
-  tell(record);
+  report(record);
   return nullptr;
 }
 
@@ -87,7 +87,7 @@ void answerForPaths(std::span<char* const> arguments) {
     pthread_t thread{};
     auto* const path = const_cast<char**>(&paths[place]);  // NOLINT: the interface of threads takes no constant
     const int error = ::pthread_create(&thread, &attributes, &lookAt, path);
-    if (error != 0) tell({.place = static_cast<std::uint32_t>(place), .error = error});
+    if (error != 0) report({.place = static_cast<std::uint32_t>(place), .error = error});
   }
   for (;;) ::pause();
 }

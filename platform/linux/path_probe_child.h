@@ -22,8 +22,8 @@ struct ProbeRecord {
 /// Whether a program that was started with these arguments is to be a probe's child.
 [[nodiscard]] bool isProbeChild(std::span<char* const> arguments);
 
-/// Looks at each path on a thread of its own, and writes a `ProbeRecord` to standard output as soon as one has answered.
-/// Ends the process when all have, or a few seconds later, whatever hangs and whatever became of its parent.
+/// Looks at each path on a thread of its own, and writes a `ProbeRecord` to standard output as soon as one has
+/// answered. Ends the process when all have, or a few seconds later, whatever hangs and whatever became of its parent.
 /// \param arguments all of the program's
 [[noreturn]] void answerForPaths(std::span<char* const> arguments);
 

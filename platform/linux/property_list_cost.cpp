@@ -1,7 +1,8 @@
-// The form (all numbers are big-endian): "bplist00", the objects, a table of their offsets, and a trailer of 32 bytes that
-// tells the sizes of an offset and of a reference, the number of objects, the topmost one and where the table is. An
-// object begins with a byte whose upper half is its kind and whose lower half its count, or 15 when an integer object
-// with the count follows. Arrays and sets hold references; dictionaries hold those of their keys, then of their values.
+// The form (all numbers are big-endian): "bplist00", the objects, a table of their offsets, and a trailer of 32 bytes
+// that tells the sizes of an offset and of a reference, the number of objects, the topmost one and where the table is.
+// An object begins with a byte whose upper half is its kind and whose lower half its count, or 15 when an integer
+// object with the count follows. Arrays and sets hold references; dictionaries hold those of their keys, then of their
+// values.
 #include "platform/linux/property_list_cost.h"
 
 #include <algorithm>

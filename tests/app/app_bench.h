@@ -40,8 +40,15 @@ inline constexpr const char* kInput = "/films/broken.avi";
 inline constexpr const char* kScratch1 = "/Applications/testfile1.avi";
 inline constexpr const char* kScratch2 = "/Applications/testfile2.avi";
 
+/// All of them, one after the other.
+[[nodiscard]] inline Lines joined(std::initializer_list<Lines> parts) {
+  Lines all;
+  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
+  return all;
+}
+
 /// Notes what was asked, and of whom; answers yes and "digest".
-class RecordingUpdateCheck final : public app::UpdateCheck {
+class RecordingUpdateCheck final : public update::UpdateOperations {
  public:
   explicit RecordingUpdateCheck(platform::headless::Events& events) : events_(events) {}
   bool checkForUpdate() override { return noted("checkForUpdate"); }

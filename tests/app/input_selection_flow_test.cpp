@@ -13,17 +13,12 @@ const Lines kChooserShown = {"openPanel.setAllowedFileTypes(avi, divx, xvid)",
                              "openPanel.setAllowsMultipleSelection(no)",
                              "openPanel.beginSheetModalForWindow(mainWindow)"};
 
-Lines joined(Lines first, const Lines& second) {
-  first.insert(first.end(), second.begin(), second.end());
-  return first;
-}
-
 TEST_F(InputSelection, TheChooserIsPreparedAndShownOverTheWindow) {
   app.start();
 
   app.press(app.screen.browsebutton);
 
-  EXPECT_EQ(app.takeEvents(), joined({"openPanel()", "openPanel()", "openPanel()"}, kChooserShown));
+  EXPECT_EQ(app.takeEvents(), joined({{"openPanel()", "openPanel()", "openPanel()"}, kChooserShown}));
   EXPECT_NE(app.controller->panel, nullptr);
 }
 
@@ -52,8 +47,8 @@ TEST_F(InputSelection, OneFailureLeadsToOneNestedCallAfterWhichTheFirstGoesOn) {
   app.press(app.screen.browsebutton);
 
   const Lines nested =
-      joined({"openPanel()", "openPanel() failed", "openPanel()", "openPanel()", "openPanel()"}, kChooserShown);
-  EXPECT_EQ(app.takeEvents(), joined(joined(nested, {"openPanel()"}), kChooserShown));
+      joined({{"openPanel()", "openPanel() failed", "openPanel()", "openPanel()", "openPanel()"}, kChooserShown});
+  EXPECT_EQ(app.takeEvents(), joined({nested, {"openPanel()"}, kChooserShown}));
   EXPECT_EQ(app.panels.shownOpenPanels().size(), 2U);
 }
 

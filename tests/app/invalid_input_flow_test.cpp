@@ -10,7 +10,7 @@ TEST_F(InvalidInput, ThatIsNoFilmIsSaidToBeNone) {
   app.choose(platform::Bytes(2000));
   repairWhole();
   EXPECT_EQ(app.screen.invalidfilehead.title(), "This is not an AVI film");
-  EXPECT_TRUE(app.screen.invalidfiletext.stringValue().starts_with("The beginning of the file has nothing"));
+  EXPECT_TRUE(app.screen.invalidfiletext.stringValue().starts_with("The beginning of the file does not look like"));
 }
 
 TEST_F(InvalidInput, ThatVanishedIsSaidToBeGone) {

@@ -12,12 +12,6 @@ const Lines kSentence = {
     "downloadmplayertext2.setStringValue(please)", "downloadmplayertext3.setStringValue(for more)",
     "downloadmplayertext4.setStringValue(information.)"};
 
-Lines joined(std::initializer_list<Lines> parts) {
-  Lines all;
-  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
-
 void postEnd(AppBench& app, platform::Movie& movie) {
   app.notifications.post({platform::kMovieDidEndNotification, &movie});
 }

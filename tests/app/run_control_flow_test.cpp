@@ -40,12 +40,6 @@ const Lines kNotStarted = {"stopbutton.setEnabled(yes)", "repairbutton.setImage(
                            "beginSheet(filenotselectedwindow, mainWindow)", "previewbutton.setState(off)",
                            "repairbutton.setState(on)"};
 
-Lines joined(std::initializer_list<Lines> parts) {
-  Lines all;
-  for (const Lines& part : parts) all.insert(all.end(), part.begin(), part.end());
-  return all;
-}
-
 TEST_F(Repair, StartsInTheGivenOrder) {
   app.start();
   app.choose(smallAvi());

@@ -6,8 +6,8 @@
 #include <random>
 
 #include "engine/padded_copy.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_workers.h"
+#include "platform/linux/main_queue.h"
+#include "platform/linux/workers.h"
 #include "tests/app/app_bench.h"
 #include "tests/support/avi_builder.h"
 

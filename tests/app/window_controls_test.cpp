@@ -213,7 +213,7 @@ TEST_F(WindowControls, ElementFollowsItsControl) {
 
 TEST_F(WindowControls, ButtonThatGoesIsForgotten) {
   makePanelButtons();
-  controls.buttonGoes(yes.hosted());
+  controls.buttonDestroyed(yes.hosted());
   yes.host.carry(nullptr);
   yes.base.setEnabled(false);
   begin(lowerOverlay, {&yes.host, &no.host});

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::avi {
+namespace zelvo::tests {
 namespace {
+
+using avi::ByteRanges;
 
 TEST(ByteRanges, CountsEachByteOnce) {
   ByteRanges ranges;
@@ -48,4 +50,4 @@ TEST(ByteRanges, KeepsNoMoreThanItsLimitButGoesOnJoining) {
 }
 
 }  // namespace
-}  // namespace zelvo::avi
+}  // namespace zelvo::tests

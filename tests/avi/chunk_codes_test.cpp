@@ -5,8 +5,15 @@
 #include <span>
 #include <string_view>
 
-namespace zelvo::avi {
+namespace zelvo::tests {
 namespace {
+
+using avi::beginsChunkForSure;
+using avi::FourCC;
+using avi::isPrintable;
+using avi::isStandardIndex;
+using avi::isStreamData;
+using avi::namesSameData;
 
 FourCC code(std::string_view text) { return FourCC::at(std::as_bytes(std::span(text))); }
 
@@ -51,4 +58,4 @@ TEST(ChunkCodes, BothVideoCodesOfAStreamNameTheSameData) {
 }
 
 }  // namespace
-}  // namespace zelvo::avi
+}  // namespace zelvo::tests

@@ -53,7 +53,7 @@ inline platform::Bytes randomBytes(std::size_t size) {
 
 class ChunkCopy : public testing::Test {
  protected:
-  /// Copies behind `position` bytes that are there already, and answers what was copied.
+  /// Copies after `position` bytes that are there already, and answers what was copied.
   platform::Bytes copy(const std::vector<Chunk>& chunks, std::uint64_t position = 0) {
     return copyBoth(chunks, {}, false, position);
   }

@@ -6,8 +6,11 @@
 #include <string>
 #include <vector>
 
-namespace zelvo::avi {
+namespace zelvo::tests {
 namespace {
+
+using avi::audioFormatName;
+using avi::videoCodecName;
 
 std::vector<std::byte> bytesOf(std::string_view text) {
   std::vector<std::byte> bytes;
@@ -63,4 +66,4 @@ TEST(AudioFormatName, IsEmptyForWhatIsNotKnownOrCutShort) {
 }
 
 }  // namespace
-}  // namespace zelvo::avi
+}  // namespace zelvo::tests

@@ -5,8 +5,10 @@
 #include "tests/support/memory_readable.h"
 #include "tests/support/small_avi.h"
 
-namespace zelvo::avi {
+namespace zelvo::tests {
 namespace {
+
+using avi::FileView;
 
 std::string textOf(std::span<const std::byte> bytes) {
   std::string text;
@@ -15,7 +17,7 @@ std::string textOf(std::span<const std::byte> bytes) {
 }
 
 TEST(FileView, AnswersAreThoseOfReadsAtTheSameOffsets) {
-  test::MemoryReadable file("0123456789abcdef");
+  MemoryReadable file("0123456789abcdef");
   FileView view(file, 6);
   for (const std::uint64_t offset : {0U, 3U, 4U, 1U, 15U, 9U, 14U, 16U, 400U, 0U}) {
     const std::string whole = "0123456789abcdef";
@@ -24,13 +26,13 @@ TEST(FileView, AnswersAreThoseOfReadsAtTheSameOffsets) {
 }
 
 TEST(FileView, NoMoreThanAWindowIsAnswered) {
-  test::MemoryReadable file("0123456789");
+  MemoryReadable file("0123456789");
   FileView view(file, 4);
   EXPECT_EQ(textOf(view.bytes(2, 100)), "2345");
 }
 
 TEST(FileView, HeaderNeedsEightBytes) {
-  test::MemoryReadable file("xx" + test::chunk("00dc", "ab"));
+  MemoryReadable file("xx" + chunk("00dc", "ab"));
   FileView view(file, 64);
   ASSERT_TRUE(view.header(2));
   EXPECT_EQ(view.header(2)->size, 2U);
@@ -40,7 +42,7 @@ TEST(FileView, HeaderNeedsEightBytes) {
 }
 
 TEST(FileView, FailedReadsAreRemembered) {
-  test::MemoryReadable file("0123456789");
+  MemoryReadable file("0123456789");
   file.makeUnreadable(4, 6);
   FileView view(file, 8);
   EXPECT_EQ(textOf(view.bytes(0, 8)), "0123");
@@ -49,7 +51,7 @@ TEST(FileView, FailedReadsAreRemembered) {
 }
 
 TEST(FileView, ShortAnswersSayWhetherAReadFailed) {
-  test::MemoryReadable file("0123456789");
+  MemoryReadable file("0123456789");
   file.makeUnreadable(4, 6);
   FileView view(file, 8);
   EXPECT_EQ(textOf(view.bytes(0, 4)), "0123");
@@ -63,4 +65,4 @@ TEST(FileView, ShortAnswersSayWhetherAReadFailed) {
 }
 
 }  // namespace
-}  // namespace zelvo::avi
+}  // namespace zelvo::tests

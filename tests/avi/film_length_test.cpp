@@ -20,7 +20,7 @@ std::optional<double> lengthOf(platform::Bytes bytes) {
   return avi::filmLength(*files.openForReading("/in.avi").file);
 }
 
-/// A main header alone, behind `before` other bytes, that claims so many frames of so many microseconds.
+/// A main header alone, after `before` other bytes, that claims so many frames of so many microseconds.
 platform::Bytes mainHeader(std::size_t before, std::uint32_t frames, std::uint32_t microseconds) {
   platform::Bytes bytes(before, std::byte{0x20});
   appendText(bytes, "avih");
@@ -31,7 +31,7 @@ platform::Bytes mainHeader(std::size_t before, std::uint32_t frames, std::uint32
   return bytes;
 }
 
-/// The same with an OpenDML header of its own count behind it.
+/// The same with an OpenDML header of its own count after it.
 platform::Bytes withOpenDml(std::uint32_t frames, std::uint32_t openDmlFrames) {
   platform::Bytes bytes = mainHeader(0, frames, 40000);
   appendText(bytes, "dmlh");

@@ -6,11 +6,24 @@
 
 #include "tests/support/small_avi.h"
 
-namespace zelvo::avi {
+namespace zelvo::tests {
 namespace {
 
-using test::le16;
-using test::le32;
+using avi::AudioFormatTag;
+using avi::decodeFields;
+using avi::Field;
+using avi::FourCC;
+using avi::FramesPerSecond;
+using avi::kAuds;
+using avi::kAvih;
+using avi::kIndx;
+using avi::kIx00;
+using avi::kStrf;
+using avi::kStrh;
+using avi::kVids;
+using avi::SetFlags;
+using avi::Unit;
+using avi::UnitsPerSecond;
 
 std::vector<Field> decode(FourCC id, FourCC streamType, const std::string& payload) {
   return decodeFields(id, {}, streamType, std::as_bytes(std::span(payload)));
@@ -158,4 +171,4 @@ TEST(HeaderFields, TextIsToldUpTo200Bytes) {
 }
 
 }  // namespace
-}  // namespace zelvo::avi
+}  // namespace zelvo::tests

@@ -9,16 +9,19 @@
 #include "tests/support/memory_readable.h"
 #include "tests/support/small_avi.h"
 
-namespace zelvo::avi {
+namespace zelvo::tests {
 namespace {
 
-using test::chunk;
-using test::le16;
-using test::le32;
+using avi::EntryTarget;
+using avi::FourCC;
+using avi::IndexEntry;
+using avi::IndexReader;
+using avi::IndexRemark;
+using avi::IndexReport;
 
 const auto kNeverEnding = [] { return false; };
 
-/// Two chunks behind the type of a "movi" list, which lies at byte 100.
+/// Two chunks after the type of a "movi" list, which lies at byte 100.
 constexpr std::uint64_t kMovi = 100;
 std::string data() { return std::string(kMovi, '.') + "movi" + chunk("00dc", "abcd") + chunk("01wb", "ef"); }
 std::string entry(std::string_view id, std::uint64_t flags, std::uint64_t offset, std::uint64_t size) {
@@ -26,7 +29,7 @@ std::string entry(std::string_view id, std::uint64_t flags, std::uint64_t offset
 }
 
 IndexReport oldIndexOf(const std::string& entries, std::optional<std::uint64_t> movi = kMovi) {
-  test::MemoryReadable file(data() + entries);
+  MemoryReadable file(data() + entries);
   return IndexReader(file, kNeverEnding).oldIndex(data().size(), entries.size(), movi);
 }
 
@@ -78,8 +81,7 @@ TEST(OldIndex, EntryBeyondTheFileIsTold) {
 
 TEST(OldIndex, ListOfRecordsIsPointedAtByItsOwnCode) {
   const std::string entries = entry("rec ", 1, 4, 16);
-  test::MemoryReadable file(std::string(kMovi, '.') + "movi" + test::list("LIST", "rec ", chunk("00dc", "abcd")) +
-                            entries);
+  MemoryReadable file(std::string(kMovi, '.') + "movi" + list("LIST", "rec ", chunk("00dc", "abcd")) + entries);
   const std::uint64_t start = kMovi + 4 + 24;
 
   EXPECT_EQ(IndexReader(file, kNeverEnding).oldIndex(start, entries.size(), kMovi).matching, 1U);
@@ -89,7 +91,7 @@ TEST(OldIndex, EntriesThatCannotBeReadAreNotCalledWrong) {
   std::string entries;
   for (int i = 0; i < 200; ++i) entries += entry("00dc", 0x10, 4, 4);
   entries += entry("01wb", 0, 17, 2);
-  test::MemoryReadable file(data() + entries);
+  MemoryReadable file(data() + entries);
   const std::uint64_t start = data().size();
   file.makeUnreadable(start + 160, start + 170);
   const IndexReport report = IndexReader(file, kNeverEnding).oldIndex(start, entries.size(), kMovi);
@@ -106,7 +108,7 @@ TEST(OldIndex, EntriesThatCannotBeReadAreNotCalledWrong) {
 TEST(OldIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
   const std::string entries = entry("00dc", 0x10, 4, 4) + entry("01wb", 0, 16, 2);
   const std::string far = data() + entries + std::string(2000, '.');
-  test::MemoryReadable file(far + entries);
+  MemoryReadable file(far + entries);
   file.makeUnreadable(far.size(), far.size() + 1);
   IndexReader check(file, kNeverEnding);
 
@@ -116,7 +118,7 @@ TEST(OldIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
 
 TEST(OldIndex, ChunkThatCannotBeReadIsNotSaidToBeMissing) {
   const std::string entries = entry("00dc", 0x10, 4, 4) + entry("01wb", 0, 16, 2);
-  test::MemoryReadable file(data() + entries);
+  MemoryReadable file(data() + entries);
   file.makeUnreadable(kMovi + 8, kMovi + 9);
   IndexReader check(file, kNeverEnding);
   const IndexReport report = check.oldIndex(data().size(), entries.size(), kMovi);
@@ -139,7 +141,7 @@ std::string standardIndex(std::uint64_t entries, std::string_view id, std::uint6
 }
 
 IndexReport openDmlIndexOf(const std::string& payload) {
-  test::MemoryReadable file(data() + payload);
+  MemoryReadable file(data() + payload);
   return IndexReader(file, kNeverEnding).openDmlIndex(data().size(), payload.size());
 }
 
@@ -178,7 +180,7 @@ TEST(SuperIndex, EntriesPointAtStandardIndexes) {
   const std::string super = le16(4) + std::string("\0\0", 2) + le32(2) + "00dc" + std::string(12, '\0') +
                             le32(data().size()) + le32(0) + le32(index.size()) + le32(0) +  //
                             le32(104) + le32(0) + le32(8) + le32(0);
-  test::MemoryReadable file(data() + index + super);
+  MemoryReadable file(data() + index + super);
 
   const IndexReport report = IndexReader(file, kNeverEnding).openDmlIndex(data().size() + index.size(), super.size());
 
@@ -193,7 +195,7 @@ TEST(SuperIndex, EntriesPointAtStandardIndexes) {
 TEST(StandardIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
   const std::string index = standardIndex(1, "00dc", 104, le32(8) + le32(4));
   const std::string far = data() + index + std::string(2000, '.');
-  test::MemoryReadable file(far + index);
+  MemoryReadable file(far + index);
   file.makeUnreadable(far.size() + 24, far.size() + 25);
   IndexReader check(file, kNeverEnding);
 
@@ -204,7 +206,7 @@ TEST(StandardIndex, UnreadableEntriesOfOneIndexSayNothingAboutAnother) {
 TEST(SuperIndex, IndexThatCannotBeReadIsNotSaidToBeMissing) {
   const std::string super = le16(4) + std::string("\0\0", 2) + le32(1) + "00dc" + std::string(12, '\0') + le32(50) +
                             le32(0) + le32(8) + le32(0);
-  test::MemoryReadable file(data() + super);
+  MemoryReadable file(data() + super);
   file.makeUnreadable(50, 51);
   const IndexReport report = IndexReader(file, kNeverEnding).openDmlIndex(data().size(), super.size());
 
@@ -215,7 +217,7 @@ TEST(SuperIndex, IndexThatCannotBeReadIsNotSaidToBeMissing) {
 
 TEST(OpenDmlIndex, HeaderThatCannotBeReadIsToldAsSuch) {
   const std::string index = standardIndex(1, "00dc", 104, le32(8) + le32(4));
-  test::MemoryReadable file(data() + index);
+  MemoryReadable file(data() + index);
   file.makeUnreadable(data().size() + 4, data().size() + 5);
   const IndexReport report = IndexReader(file, kNeverEnding).openDmlIndex(data().size(), index.size());
 
@@ -253,7 +255,7 @@ std::string wrong(EntryTarget target) { return std::to_string(static_cast<int>(t
 /// What `read` makes a reader of `bytes` tell.
 std::vector<std::string> told(const std::string& bytes, const std::function<void(IndexReader&)>& read,
                               std::optional<std::uint64_t> unreadable = {}) {
-  test::MemoryReadable file(bytes);
+  MemoryReadable file(bytes);
   if (unreadable) file.makeUnreadable(*unreadable, *unreadable + 1);
   std::vector<std::string> lines;
   IndexReader reader(file, kNeverEnding, [&](const IndexEntry& entry) { lines.push_back(lineOf(entry)); });
@@ -315,7 +317,7 @@ TEST(StandardIndex, NoMoreThan4194304EntriesOfAllIndexesAreLookedAt) {
   std::string entries(8 * kMax, '\0');
   for (std::size_t at = 0; at < entries.size(); at += 8) entries.replace(at, 8, entry);
   const std::string index = standardIndex(kMax, "00dc", 104, entries);
-  test::MemoryReadable file(data() + index);
+  MemoryReadable file(data() + index);
   IndexReader check(file, kNeverEnding);
 
   EXPECT_EQ(check.openDmlIndex(data().size(), index.size()).matching, kMax);
@@ -323,4 +325,4 @@ TEST(StandardIndex, NoMoreThan4194304EntriesOfAllIndexesAreLookedAt) {
 }
 
 }  // namespace
-}  // namespace zelvo::avi
+}  // namespace zelvo::tests

@@ -9,12 +9,20 @@
 #include "tests/support/memory_readable.h"
 #include "tests/support/small_avi.h"
 
-namespace zelvo::avi {
+namespace zelvo::tests {
 namespace {
 
-using test::chunk;
-using test::le32;
-using test::list;
+using avi::DataSums;
+using avi::EntryTarget;
+using avi::Field;
+using avi::IndexReport;
+using avi::kJunk;
+using avi::kRiff;
+using avi::Outline;
+using avi::OutlineItem;
+using avi::OutlineSink;
+using avi::Problem;
+using avi::ProblemKind;
 
 /// Keeps the problems, and how deep each lies.
 class Problems final : public OutlineSink {
@@ -32,7 +40,7 @@ class Problems final : public OutlineSink {
 };
 
 Problems problemsOf(
-    test::MemoryReadable& file, const std::function<bool()>& isEnding = [] { return false; }) {
+    MemoryReadable& file, const std::function<bool()>& isEnding = [] { return false; }) {
   Problems problems;
   Outline outline(file, problems, isEnding, true);
   outline.walk();
@@ -41,13 +49,13 @@ Problems problemsOf(
 }
 
 /// The only problem of the file.
-Problem problemOf(test::MemoryReadable& file) {
+Problem problemOf(MemoryReadable& file) {
   const Problems problems = problemsOf(file);
   EXPECT_EQ(problems.all.size(), 1U);
   return problems.all.empty() ? Problem{.kind = ProblemKind::noAviBeginning} : problems.all.front();
 }
 Problem problemOf(const std::string& bytes) {
-  test::MemoryReadable file(bytes);
+  MemoryReadable file(bytes);
   return problemOf(file);
 }
 
@@ -81,19 +89,19 @@ TEST(OutlineProblems, SkippedBytesAndZeros) {
 }
 
 TEST(OutlineProblems, DepthIsThatOfWhatLiesThere) {
-  test::MemoryReadable file(film(std::string(1000, '\0') + chunk("00dc", "ab")));
+  MemoryReadable file(film(std::string(1000, '\0') + chunk("00dc", "ab")));
   EXPECT_EQ(problemsOf(file).depths, std::vector<std::size_t>{2});
 }
 
 TEST(OutlineProblems, SkippedBytesThatCannotBeRead) {
-  test::MemoryReadable file(film(std::string(9000, '\0') + chunk("00dc", "ab")));
+  MemoryReadable file(film(std::string(9000, '\0') + chunk("00dc", "ab")));
   file.makeUnreadable(4096, 8192);
   const Problem partly = problemOf(file);
   EXPECT_EQ(partly.kind, ProblemKind::skippedPartlyUnreadable);
   EXPECT_EQ(partly.claimed, 9000U);
   EXPECT_EQ(partly.held, 9000U - 4096U);
 
-  test::MemoryReadable whole(film(std::string(1000, '\0') + chunk("00dc", "ab")));
+  MemoryReadable whole(film(std::string(1000, '\0') + chunk("00dc", "ab")));
   whole.makeUnreadable(24, 1024);
   const Problem none = problemOf(whole);
   EXPECT_EQ(none.kind, ProblemKind::skippedUnreadable);
@@ -102,7 +110,7 @@ TEST(OutlineProblems, SkippedBytesThatCannotBeRead) {
 }
 
 TEST(OutlineProblems, PayloadOfAHeaderThatIsHalfReadable) {
-  test::MemoryReadable file(list("RIFF", "AVI ", chunk("avih", std::string(56, '\1'))));
+  MemoryReadable file(list("RIFF", "AVI ", chunk("avih", std::string(56, '\1'))));
   file.makeUnreadable(30, 40);
   const Problem problem = problemOf(file);
   EXPECT_EQ(problem.kind, ProblemKind::payloadUnreadable);
@@ -139,13 +147,13 @@ TEST(OutlineProblems, ListsWithoutATypeAndTooDeep) {
 
 TEST(OutlineProblems, BeginningThatIsWrongOrCannotBeRead) {
   EXPECT_EQ(problemOf("").kind, ProblemKind::noAviBeginning);
-  test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "")));
+  MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "")));
   file.makeUnreadable(6, 10);
   EXPECT_EQ(problemsOf(file).all.front().kind, ProblemKind::beginningUnreadable);
 }
 
 TEST(OutlineProblems, StopSaysHowFarItCame) {
-  test::MemoryReadable file(film(chunk("00dc", "ab")));
+  MemoryReadable file(film(chunk("00dc", "ab")));
   const Problems problems = problemsOf(file, [] { return true; });
   ASSERT_EQ(problems.all.size(), 1U);
   EXPECT_EQ(problems.all[0].kind, ProblemKind::stopped);
@@ -154,7 +162,7 @@ TEST(OutlineProblems, StopSaysHowFarItCame) {
 }
 
 TEST(OutlineProblems, FileThatShrinksEndsWhereItEnds) {
-  test::MemoryReadable file(film(std::string(1000000, '\0')));
+  MemoryReadable file(film(std::string(1000000, '\0')));
   int asked = 0;
   const Problems problems = problemsOf(file, [&] {
     if (++asked == 20) file.cutTo(400000);
@@ -167,4 +175,4 @@ TEST(OutlineProblems, FileThatShrinksEndsWhereItEnds) {
 }
 
 }  // namespace
-}  // namespace zelvo::avi
+}  // namespace zelvo::tests

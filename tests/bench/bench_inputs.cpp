@@ -8,7 +8,7 @@
 #include "engine/sample_tables.h"
 #include "tests/support/avi_builder.h"
 
-namespace zelvo::bench {
+namespace zelvo::tests {
 
 namespace {
 
@@ -95,4 +95,4 @@ bool makeInput(const std::string& kind, const std::string& path, std::uint64_t s
   return out.good();
 }
 
-}  // namespace zelvo::bench
+}  // namespace zelvo::tests

@@ -2,7 +2,8 @@
 //   make KIND FILE BYTES   writes an input: "frames" (10 to 100 KB), "small" (about 1 KB), "dense" (a candidate every
 //                          8 bytes), "full" (more small chunks of both kinds than the tables hold)
 //   scan FILE              the engine up to the end of its sample scan
-//   scan-literal FILE      the same scan, word for word: one small read per block, copied, a loop over its bytes; it tells
+//   scan-literal FILE      the same scan, word for word: one small read per block, copied, a loop over its bytes; it
+//   tells
 //                          the same elements of its progress, once per block
 //   repair IN OUT          a whole repair, without waiting for the disk
 //   progress BLOCKS        the progress animation of an input of that many blocks; prints nanoseconds a step
@@ -23,10 +24,10 @@
 #include "engine/repair_file.h"
 #include "engine/repair_stages.h"
 #include "platform/headless/screen.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_workers.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/files.h"
+#include "platform/linux/main_queue.h"
+#include "platform/linux/workers.h"
 #include "tests/bench/bench_inputs.h"
 #include "tests/support/literal_scan.h"
 
@@ -223,7 +224,7 @@ int main(int argc, char** argv) {
   const std::string command = argc > 1 ? argv[1] : "";
   int result = 2;
   if (command == "make" && argc == 5) {
-    result = zelvo::bench::makeInput(argv[2], argv[3], std::strtoull(argv[4], nullptr, 10)) ? 0 : 2;
+    result = zelvo::tests::makeInput(argv[2], argv[3], std::strtoull(argv[4], nullptr, 10)) ? 0 : 2;
   } else if (command == "scan" && argc == 3) {
     result = scan(argv[2]);
   } else if (command == "scan-literal" && argc == 3) {

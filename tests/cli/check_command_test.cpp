@@ -5,10 +5,10 @@
 #include <filesystem>
 
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 using testing::ElementsAre;
@@ -62,7 +62,7 @@ TEST(CheckCommand, FindsAndWeighsWhatARepairThenWrites) {
 TEST(CheckCommand, FormatTagIsToldHoweverLargeTheFormatClaimsToBe) {
   const TempFolder folder;
   std::string bytes = SmallAvi{}.bytes();
-  const std::size_t size = bytes.find("auds") + 60;  // of the format behind the audio stream's header
+  const std::size_t size = bytes.find("auds") + 60;  // of the format after the audio stream's header
   ASSERT_EQ(bytes.substr(size - 4, 4), "strf");
   for (const std::uint64_t claimed : {18U, 65536U, 65537U, 500000U, 0xffffffffU}) {
     bytes.replace(size, 4, le32(claimed));
@@ -198,7 +198,7 @@ TEST(CheckCommand, OnlyChunksThatAreLeftOutAreWarnedOf) {
   EXPECT_THAT(full.out, HasSubstr("1,048,575 chunks"));
   EXPECT_THAT(full.err, IsEmpty());
   EXPECT_THAT(over.out, HasSubstr("1,048,575 chunks"));
-  EXPECT_THAT(over.err, HasSubstr("more chunks of one kind than can be kept, 1,048,575; 2 behind them are left out."));
+  EXPECT_THAT(over.err, HasSubstr("more chunks of one kind than can be kept, 1,048,575; 2 after them are left out."));
 }
 
 TEST(CheckCommand, ChunksFoundTwiceBeyondFourGibibytesAreCounted) {
@@ -211,7 +211,7 @@ TEST(CheckCommand, ChunksFoundTwiceBeyondFourGibibytesAreCounted) {
   const Ended ended = runZelvoAvi({"check", "--json", folder / "in.avi"});
 
   EXPECT_THAT(ended.err, HasSubstr("positions beyond 4 GiB wrap"));
-  // Pairs of 4416 bytes behind the headers; the last of the first 400,384 bytes' codes belongs to pair 91.
+  // Pairs of 4416 bytes after the headers; the last of the first 400,384 bytes' codes belongs to pair 91.
   const std::size_t begin = bytes.find("00dc");
   std::size_t again = 0;
   for (std::size_t at = begin, i = 0; at + 4 <= 400000; at += i % 2 == 0 ? 4008U : 408U, ++i) ++again;
@@ -221,4 +221,4 @@ TEST(CheckCommand, ChunksFoundTwiceBeyondFourGibibytesAreCounted) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -6,13 +6,15 @@
 
 #include <filesystem>
 
-#include "platform/linux/linux_file_manager.h"
+#include "platform/linux/file_manager.h"
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::CommandInputs;
 
 namespace fs = std::filesystem;
 using testing::AllOf;
@@ -25,20 +27,20 @@ class InputsOfACommand : public testing::Test {
     return CommandInputs(inputs, fileManager_).at(output);
   }
 
-  const test::TempFolder folder_;
+  const TempFolder folder_;
   platform::linux_::LinuxFileManager fileManager_;
 };
 
 TEST_F(InputsOfACommand, OutputOfAnotherNameIsNone) {
-  test::writeFile(folder_ / "a.avi", "a");
-  test::writeFile(folder_ / "b.avi", "b");
+  writeFile(folder_ / "a.avi", "a");
+  writeFile(folder_ / "b.avi", "b");
   EXPECT_EQ(at({folder_ / "a.avi"}, folder_ / "b.avi"), std::nullopt);
   EXPECT_EQ(at({folder_ / "a.avi"}, folder_ / "none.avi"), std::nullopt);
   EXPECT_EQ(at({}, folder_ / "a.avi"), std::nullopt);
 }
 
 TEST_F(InputsOfACommand, OneFileUnderTwoNamesIsFound) {
-  test::writeFile(folder_ / "a.avi", "a");
+  writeFile(folder_ / "a.avi", "a");
   fs::create_hard_link(folder_ / "a.avi", folder_ / "hard.avi");
   fs::create_symlink("a.avi", folder_ / "link.avi");
   fs::create_symlink("link.avi", folder_ / "link of link.avi");
@@ -65,14 +67,14 @@ TEST_F(InputsOfACommand, PathIsFoundWhereNotEvenTheFolderExists) {
 }
 
 TEST_F(InputsOfACommand, InputIsRememberedAsItWas) {
-  test::writeFile(folder_ / "a.avi", "a");
+  writeFile(folder_ / "a.avi", "a");
   const CommandInputs inputs({folder_ / "a.avi"}, fileManager_);
   fs::rename(folder_ / "a.avi", folder_ / "moved.avi");
   EXPECT_EQ(inputs.at(folder_ / "moved.avi"), folder_ / "a.avi");
 }
 
 TEST_F(InputsOfACommand, OwnInputIsLeftToTheRulesOfOneOutput) {
-  test::writeFile(folder_ / "a.avi", "a");
+  writeFile(folder_ / "a.avi", "a");
   fs::create_hard_link(folder_ / "a.avi", folder_ / "hard.avi");
   const CommandInputs inputs({folder_ / "a.avi", folder_ / "hard.avi"}, fileManager_);
   EXPECT_EQ(inputs.refusal(folder_ / "a.avi", folder_ / "a.avi"), std::nullopt);
@@ -84,24 +86,24 @@ TEST_F(InputsOfACommand, OwnInputIsLeftToTheRulesOfOneOutput) {
 class SeveralInputs : public testing::Test {
  protected:
   void SetUp() override {
-    test::writeFile(first_, firstBytes_);
-    test::writeFile(second_, secondBytes_);
+    writeFile(first_, firstBytes_);
+    writeFile(second_, secondBytes_);
   }
   void TearDown() override {
-    EXPECT_TRUE(test::readFile(first_) == firstBytes_) << "the first input was changed";
-    EXPECT_TRUE(test::readFile(second_) == secondBytes_) << "the second input was changed";
+    EXPECT_TRUE(readFile(first_) == firstBytes_) << "the first input was changed";
+    EXPECT_TRUE(readFile(second_) == secondBytes_) << "the second input was changed";
     for (const std::string& name : folder_.names()) EXPECT_FALSE(name.starts_with(".")) << name << " was left";
   }
 
-  const test::TempFolder folder_;
+  const TempFolder folder_;
   const std::string first_ = folder_ / "a.avi";
   const std::string second_ = folder_ / "a-repaired.avi";
-  const std::string firstBytes_ = test::SmallAvi{}.bytes();
-  const std::string secondBytes_ = test::SmallAvi{.frames = 160}.bytes();
+  const std::string firstBytes_ = SmallAvi{}.bytes();
+  const std::string secondBytes_ = SmallAvi{.frames = 160}.bytes();
 };
 
 TEST_F(SeveralInputs, ForceNeverReplacesAnotherInput) {
-  const test::Ended ended = test::runZelvoAvi({"repair", "--force", first_, second_});
+  const Ended ended = runZelvoAvi({"repair", "--force", first_, second_});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_THAT(ended.err, HasSubstr(first_ + " is not repaired: its output would be " + second_));
@@ -110,7 +112,7 @@ TEST_F(SeveralInputs, ForceNeverReplacesAnotherInput) {
 }
 
 TEST_F(SeveralInputs, OrderMakesNoDifference) {
-  const test::Ended ended = test::runZelvoAvi({"repair", "--force", second_, first_});
+  const Ended ended = runZelvoAvi({"repair", "--force", second_, first_});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_THAT(ended.err, HasSubstr(first_ + " is not repaired"));
@@ -118,7 +120,7 @@ TEST_F(SeveralInputs, OrderMakesNoDifference) {
 }
 
 TEST_F(SeveralInputs, WithoutForceTheSameIsSaid) {
-  const test::Ended ended = test::runZelvoAvi({"repair", first_, second_});
+  const Ended ended = runZelvoAvi({"repair", first_, second_});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_THAT(ended.err, AllOf(HasSubstr("which is an input of the same command"), Not(HasSubstr("--force"))));
@@ -126,11 +128,11 @@ TEST_F(SeveralInputs, WithoutForceTheSameIsSaid) {
 
 TEST_F(SeveralInputs, OutputThatIsALinkToAnotherInputIsRefusedWithItsName) {
   const std::string other = folder_ / "b.avi";
-  test::writeFile(other, secondBytes_);
+  writeFile(other, secondBytes_);
   fs::remove(second_);
   fs::create_symlink("b.avi", second_);
 
-  const test::Ended ended = test::runZelvoAvi({"repair", "-f", first_, other});
+  const Ended ended = runZelvoAvi({"repair", "-f", first_, other});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_THAT(ended.err, AllOf(HasSubstr(first_), HasSubstr(second_), HasSubstr("under the name " + other)));
@@ -141,7 +143,7 @@ TEST_F(SeveralInputs, OutputThatIsAHardLinkToAnotherInputIsRefused) {
   const std::string other = folder_ / "b.avi";
   fs::create_hard_link(second_, other);
 
-  const test::Ended ended = test::runZelvoAvi({"repair", "-f", first_, other});
+  const Ended ended = runZelvoAvi({"repair", "-f", first_, other});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_TRUE(fs::equivalent(second_, other));
@@ -151,7 +153,7 @@ TEST_F(SeveralInputs, InputThatIsALinkInTheOutputsPlaceIsRefused) {
   fs::rename(second_, folder_ / "b.avi");
   fs::create_symlink("b.avi", second_);
 
-  const test::Ended ended = test::runZelvoAvi({"repair", "-f", first_, second_});
+  const Ended ended = runZelvoAvi({"repair", "-f", first_, second_});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_TRUE(fs::is_symlink(second_));
@@ -161,8 +163,8 @@ TEST_F(SeveralInputs, OutputFolderThatHoldsAnInputIsJudgedToo) {
   fs::create_directory(folder_ / "dir");
   fs::create_hard_link(first_, folder_ / "dir/a.avi");
 
-  const test::Ended ended =
-      test::runZelvoAvi({"repair", "-f", "--output-dir", folder_.path() + "/./", folder_ / "dir/a.avi", second_});
+  const Ended ended =
+      runZelvoAvi({"repair", "-f", "--output-dir", folder_.path() + "/./", folder_ / "dir/a.avi", second_});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_THAT(ended.err, HasSubstr("dir/a.avi is not repaired"));
@@ -171,7 +173,7 @@ TEST_F(SeveralInputs, OutputFolderThatHoldsAnInputIsJudgedToo) {
 TEST_F(SeveralInputs, InputInTheOutputsPlaceThatIsNotThereYetIsNotMade) {
   const std::string missing = folder_ / "a-repaired-repaired.avi";
 
-  const test::Ended ended = test::runZelvoAvi({"repair", second_, missing});
+  const Ended ended = runZelvoAvi({"repair", second_, missing});
 
   EXPECT_EQ(ended.exit, 3);
   EXPECT_THAT(ended.err, AllOf(HasSubstr(second_ + " is not repaired"), HasSubstr("there is no file named")));
@@ -179,10 +181,10 @@ TEST_F(SeveralInputs, InputInTheOutputsPlaceThatIsNotThereYetIsNotMade) {
 }
 
 TEST_F(SeveralInputs, RefusedInputIsTheJsonsReason) {
-  const test::Ended ended = test::runZelvoAvi({"repair", "--json", "-f", first_, second_});
+  const Ended ended = runZelvoAvi({"repair", "--json", "-f", first_, second_});
 
   EXPECT_THAT(ended.out, HasSubstr("\"outcome\":\"failed\",\"reason\":\"" + first_ + " is not repaired"));
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -3,10 +3,10 @@
 
 #include "cli/shown_text.h"
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 using testing::AnyOf;
@@ -138,9 +138,9 @@ TEST(CommandLine, EmptyNamesAreWrongUse) {
 
 TEST(CommandLine, WhatTheParserDislikesIsSaidInOurWords) {
   const std::vector<std::pair<std::vector<std::string>, std::string>> cases{
-      {{"repair", "a.avi", "-o"}, "--output needs a value behind it."},
-      {{"repair", "a.avi", "--output="}, "--output needs a value behind it."},
-      {{"drives", "--record"}, "--record needs a value behind it."},
+      {{"repair", "a.avi", "-o"}, "--output needs a value after it."},
+      {{"repair", "a.avi", "--output="}, "--output needs a value after it."},
+      {{"drives", "--record"}, "--record needs a value after it."},
       {{"repair", "a.avi", "-o", "b", "-o", "c"}, "--output can be given only once."},
       {{"repair", "a.avi", "--frobnicate"}, "there is no option --frobnicate here."},
       {{"repair", "a.avi", "-qx"}, "there is no option -x here."},
@@ -219,4 +219,4 @@ TEST(CommandLine, ReaderThatWentAwayEndsTheProgramInOrder) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::Console;
+using cli::ConsoleLog;
 
 TEST(Console, QuietLeavesErrorsOnly) {
   Console console(false);
@@ -108,4 +111,4 @@ TEST(ConsoleLog, LinesComeOnlyWhenWanted) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

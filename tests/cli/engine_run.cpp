@@ -4,11 +4,11 @@
 
 #include "engine/repair.h"
 #include "platform/headless/screen.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_workers.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/files.h"
+#include "platform/linux/workers.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 namespace {
 
@@ -51,4 +51,4 @@ bool repairWithEngine(const std::string& input, const std::string& output) {
   return report.end == engine::RunEnd::rebuilt && !report.writeFailure;
 }
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -3,9 +3,9 @@
 
 #include <string>
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 /// Repairs `input` to `output` with the engine alone; false when it wrote nothing.
 [[nodiscard]] bool repairWithEngine(const std::string& input, const std::string& output);
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

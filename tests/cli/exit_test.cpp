@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::Exit;
+using cli::worse;
 
 TEST(Exit, WorstIsThreeThen130ThenOneThenZero) {
   EXPECT_EQ(worse(Exit::wrongUse, Exit::ioFailed), Exit::wrongUse);
@@ -17,4 +20,4 @@ TEST(Exit, WorstIsThreeThen130ThenOneThenZero) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -5,10 +5,10 @@
 #include <random>
 
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 using testing::HasSubstr;
@@ -121,4 +121,4 @@ TEST(InspectCommand, RandomBytesAreSurvived) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -4,8 +4,12 @@
 
 #include "platform/headless/screen.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::ProgressLine;
+using cli::RunProgress;
+using cli::Stage;
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
@@ -91,4 +95,4 @@ TEST(ProgressLine, LongAndOddNamesStayOnTheLine) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

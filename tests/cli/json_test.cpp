@@ -6,10 +6,10 @@
 #include <random>
 
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 using testing::HasSubstr;
@@ -138,4 +138,4 @@ TEST_F(Json, SchemaRefusesWhatIsNotDocumented) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

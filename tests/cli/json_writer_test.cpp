@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::JsonWriter;
 
 std::string textOf(std::string_view value) {
   JsonWriter json;
@@ -50,7 +52,10 @@ TEST(JsonWriter, WhatSteersATerminalIsEscapedInKeysToo) {
   EXPECT_EQ(json.written(), R"({"\u009b":1})");
 }
 
-TEST(JsonWriter, OtherCharactersStay) { EXPECT_EQ(textOf("Grüße 日本 e\xcc\x81 😀"), "\"Grüße 日本 e\xcc\x81 😀\""); }
+TEST(JsonWriter, OtherCharactersStay) {
+  const std::string text = "Grüße 日本 e\xcc\x81 😀";
+  EXPECT_EQ(textOf(text), "\"" + text + "\"");
+}
 
 TEST(JsonWriter, ZeroBytesAreKept) { EXPECT_EQ(textOf(std::string_view("a\0b\0", 4)), R"("a\u0000b\u0000")"); }
 
@@ -91,4 +96,4 @@ TEST(JsonWriter, TakenTextIsGoneAndTheRestFits) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -1,11 +1,11 @@
-#include "platform/linux/linux_new_files.h"
+#include "platform/linux/new_files.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
-#include "platform/linux/linux_file_manager.h"
-#include "tests/cli/temp_folder.h"
+#include "platform/linux/file_manager.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::platform::linux_ {
 namespace {
@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 class NewFilesOnLinux : public testing::Test {
  protected:
-  const test::TempFolder folder_;
+  const tests::TempFolder folder_;
   LinuxNewFiles newFiles_;
 };
 
@@ -24,9 +24,9 @@ TEST_F(NewFilesOnLinux, FileIsCreatedEmpty) {
 }
 
 TEST_F(NewFilesOnLinux, ExistingFileIsNotTouched) {
-  test::writeFile(folder_ / "a", "mine");
+  tests::writeFile(folder_ / "a", "mine");
   EXPECT_EQ(newFiles_.createNewFile(folder_ / "a").error, std::errc::file_exists);
-  EXPECT_EQ(test::readFile(folder_ / "a"), "mine");
+  EXPECT_EQ(tests::readFile(folder_ / "a"), "mine");
 }
 
 TEST_F(NewFilesOnLinux, DanglingLinkIsNotFollowed) {
@@ -36,17 +36,17 @@ TEST_F(NewFilesOnLinux, DanglingLinkIsNotFollowed) {
 }
 
 TEST_F(NewFilesOnLinux, RenameTakesAFreeName) {
-  test::writeFile(folder_ / "a", "content");
+  tests::writeFile(folder_ / "a", "content");
   EXPECT_FALSE(newFiles_.renameToNew(folder_ / "a", folder_ / "b"));
   EXPECT_EQ(folder_.names(), std::vector<std::string>{"b"});
 }
 
 TEST_F(NewFilesOnLinux, RenameReplacesNothing) {
-  test::writeFile(folder_ / "a", "new");
-  test::writeFile(folder_ / "b", "mine");
+  tests::writeFile(folder_ / "a", "new");
+  tests::writeFile(folder_ / "b", "mine");
   EXPECT_EQ(newFiles_.renameToNew(folder_ / "a", folder_ / "b"), std::errc::file_exists);
-  EXPECT_EQ(test::readFile(folder_ / "a"), "new");
-  EXPECT_EQ(test::readFile(folder_ / "b"), "mine");
+  EXPECT_EQ(tests::readFile(folder_ / "a"), "new");
+  EXPECT_EQ(tests::readFile(folder_ / "b"), "mine");
 }
 
 TEST_F(NewFilesOnLinux, RenameOfNothingIsAnError) {
@@ -54,7 +54,7 @@ TEST_F(NewFilesOnLinux, RenameOfNothingIsAnError) {
 }
 
 TEST_F(NewFilesOnLinux, PermissionsAreSetAndTold) {
-  test::writeFile(folder_ / "a", "");
+  tests::writeFile(folder_ / "a", "");
   LinuxFileManager manager;
   for (const std::uint32_t permissions : {0600U, 0644U, 0751U}) {
     EXPECT_FALSE(newFiles_.setPermissions(folder_ / "a", permissions));
@@ -64,7 +64,7 @@ TEST_F(NewFilesOnLinux, PermissionsAreSetAndTold) {
 }
 
 TEST_F(NewFilesOnLinux, FolderIsFlushedAndNothingElse) {
-  test::writeFile(folder_ / "a", "");
+  tests::writeFile(folder_ / "a", "");
   EXPECT_FALSE(newFiles_.flushFolder(folder_.path()));
   EXPECT_FALSE(newFiles_.flushFolder("/proc")) << "a file system that cannot do it";
   EXPECT_EQ(newFiles_.flushFolder(folder_ / "none"), std::errc::no_such_file_or_directory);

@@ -2,8 +2,17 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::Exit;
+using cli::exitOf;
+using cli::inJson;
+using cli::inWords;
+using cli::nameOf;
+using cli::Outcome;
+using cli::summary;
+using cli::Verdict;
 
 Outcome outcomeWith(Verdict verdict, std::uint64_t failedReads = 0) {
   Outcome outcome;
@@ -137,4 +146,4 @@ TEST(Outcome, SummaryNamesEachShare) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

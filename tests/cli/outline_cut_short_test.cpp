@@ -8,21 +8,18 @@
 #include "tests/support/memory_readable.h"
 #include "tests/support/small_avi.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
 
-using test::chunk;
-using test::kNeverEnding;
-using test::le32;
-using test::Lines;
-using test::list;
+using cli::counted;
+
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 TEST(OutlineCutShort, StopEndsTheWalkWithEveryListClosed) {
   std::string content;
   for (int i = 0; i < 100; ++i) content += chunk("JUNK", "");
-  test::MemoryReadable file(list("RIFF", "AVI ", content));
+  MemoryReadable file(list("RIFF", "AVI ", content));
   Lines lines;
   avi::Outline(
       file, lines, [&] { return lines.lines.size() > 10; }, true)
@@ -33,7 +30,7 @@ TEST(OutlineCutShort, StopEndsTheWalkWithEveryListClosed) {
 }
 
 TEST(OutlineCutShort, UnreadablePartIsRememberedAndWalkedPast) {
-  test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", std::string(200000, '\0')) + chunk("JUNK", "a")));
+  MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", std::string(200000, '\0')) + chunk("JUNK", "a")));
   file.makeUnreadable(30000, 30512);
   Lines lines;
   avi::Outline outline(file, lines, kNeverEnding, true);
@@ -51,7 +48,7 @@ std::string damaged(std::size_t length, char filling) {
 }
 
 std::vector<std::string> outlineWithUnreadable(const std::string& bytes, std::uint64_t start, std::uint64_t end) {
-  test::MemoryReadable file(bytes);
+  MemoryReadable file(bytes);
   file.makeUnreadable(start, end);
   Lines lines;
   avi::Outline outline(file, lines, kNeverEnding, true);
@@ -102,7 +99,7 @@ TEST(OutlineCutShort, UnreadableBeginningIsNotSaidToBeWrong) {
 }
 
 TEST(OutlineCutShort, StopInDamageSaysWhatWasNotLookedAt) {
-  test::MemoryReadable file(damaged(1000000, '\0'));
+  MemoryReadable file(damaged(1000000, '\0'));
   Lines lines;
   int asked = 0;
   avi::Outline outline(
@@ -122,7 +119,7 @@ TEST(OutlineCutShort, StopInDamageSaysWhatWasNotLookedAt) {
 }
 
 TEST(OutlineCutShort, StopAtTheFirstQuestionClaimsNothing) {
-  test::MemoryReadable file(damaged(1000, '\0'));
+  MemoryReadable file(damaged(1000, '\0'));
   Lines lines;
   avi::Outline outline(
       file, lines, [] { return true; }, true);
@@ -133,7 +130,7 @@ TEST(OutlineCutShort, StopAtTheFirstQuestionClaimsNothing) {
 }
 
 TEST(OutlineCutShort, StopInAListOfOddSizeEndsWhereItSays) {
-  test::MemoryReadable file(list("RIFF", "AVI ", std::string(100001, '\0')) + std::string(100, '\0'));
+  MemoryReadable file(list("RIFF", "AVI ", std::string(100001, '\0')) + std::string(100, '\0'));
   Lines lines;
   int asked = 0;
   avi::Outline outline(
@@ -146,7 +143,7 @@ TEST(OutlineCutShort, StopInAListOfOddSizeEndsWhereItSays) {
 TEST(OutlineCutShort, StopBeforeDamageWasLookedAtDoesNotTellOfIt) {
   const std::string bytes = list("RIFF", "AVI ", std::string(5000, '\0'));
   for (int questions = 0; questions < 6; ++questions) {
-    test::MemoryReadable file(bytes);
+    MemoryReadable file(bytes);
     Lines lines;
     int asked = 0;
     avi::Outline outline(
@@ -157,7 +154,7 @@ TEST(OutlineCutShort, StopBeforeDamageWasLookedAtDoesNotTellOfIt) {
 }
 
 TEST(OutlineCutShort, StopAmongUnreadablePagesEndsTheSearch) {
-  test::MemoryReadable file(damaged(10000000, '\0'));
+  MemoryReadable file(damaged(10000000, '\0'));
   file.makeUnreadable(4096, 9000000);
   Lines lines;
   int asked = 0;
@@ -173,7 +170,7 @@ TEST(OutlineCutShort, StopAmongUnreadablePagesEndsTheSearch) {
 
 TEST(OutlineCutShort, StopAmongTheEntriesOfTheLastIndexIsAStopToo) {
   const std::string entry = "00dc" + le32(0x10) + le32(4) + le32(4);
-  test::MemoryReadable file(
+  MemoryReadable file(
       list("RIFF", "AVI ", list("LIST", "movi", chunk("00dc", "abcd")) + chunk("idx1", entry + entry + entry)));
   Lines lines;
   int asked = 0;
@@ -186,7 +183,7 @@ TEST(OutlineCutShort, StopAmongTheEntriesOfTheLastIndexIsAStopToo) {
 }
 
 TEST(OutlineCutShort, StopAfterTheEndIsNone) {
-  test::MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "ab")));
+  MemoryReadable file(list("RIFF", "AVI ", chunk("JUNK", "ab")));
   Lines lines;
   avi::Outline outline(
       file, lines, [&lines] { return lines.lines.size() >= 3; }, true);
@@ -196,7 +193,7 @@ TEST(OutlineCutShort, StopAfterTheEndIsNone) {
 }
 
 TEST(OutlineCutShort, FileThatShrinksIsNotSaidToBeZeroWhereItWas) {
-  test::MemoryReadable file(damaged(1000000, '\0'));
+  MemoryReadable file(damaged(1000000, '\0'));
   Lines lines;
   int asked = 0;
   avi::Outline outline(
@@ -214,7 +211,7 @@ TEST(OutlineCutShort, FileThatShrinksIsNotSaidToBeZeroWhereItWas) {
 }
 
 TEST(OutlineCutShort, FileThatShrinksIsSurvived) {
-  test::MemoryReadable file(test::SmallAvi{.frames = 20}.bytes());
+  MemoryReadable file(SmallAvi{.frames = 20}.bytes());
   Lines lines;
   avi::Outline outline(
       file, lines,
@@ -229,4 +226,4 @@ TEST(OutlineCutShort, FileThatShrinksIsSurvived) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -1,5 +1,5 @@
-// Whole outlines as inspect tells them, line by line: every field of every header, indexes, sums, and damage. The texts are
-// in tests/golden/inspect_*.txt.
+// Whole outlines as inspect tells them, line by line: every field of every header, indexes, sums, and damage. The texts
+// are in tests/golden/inspect_*.txt.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -12,15 +12,12 @@
 #include "tests/support/memory_readable.h"
 #include "tests/support/small_avi.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
 
-using test::chunk;
-using test::kNeverEnding;
-using test::le16;
-using test::le32;
-using test::list;
-using tests::matchesGolden;
+using cli::OutlineJson;
+using cli::OutlineText;
+using cli::TakePiece;
 
 /// `size` bytes that all differ, so that each field of a header shows where it lies.
 std::string counting(std::size_t size, int first) {
@@ -71,8 +68,7 @@ std::string film() {
 
 enum class Form { text, json };
 
-std::string told(test::MemoryReadable& file, Form form, bool all,
-                 const std::function<bool()>& isEnding = kNeverEnding) {
+std::string told(MemoryReadable& file, Form form, bool all, const std::function<bool()>& isEnding = kNeverEnding) {
   std::string out;
   const TakePiece take = [&out](std::string_view piece) { out += piece; };
   if (form == Form::text) {
@@ -96,22 +92,22 @@ std::string told(test::MemoryReadable& file, Form form, bool all,
 }
 
 TEST(OutlineGolden, EveryFieldIsToldInWords) {
-  test::MemoryReadable file(film());
+  MemoryReadable file(film());
   EXPECT_TRUE(matchesGolden("inspect_text", told(file, Form::text, false)));
 }
 
 TEST(OutlineGolden, EveryChunkIsToldInWordsWhereAllAreWanted) {
-  test::MemoryReadable file(film());
+  MemoryReadable file(film());
   EXPECT_TRUE(matchesGolden("inspect_text_chunks", told(file, Form::text, true)));
 }
 
 TEST(OutlineGolden, EveryFieldIsToldAsJson) {
-  test::MemoryReadable file(film());
+  MemoryReadable file(film());
   EXPECT_TRUE(matchesGolden("inspect_json", told(file, Form::json, false)));
 }
 
 TEST(OutlineGolden, EveryChunkIsToldAsJsonWhereAllAreWanted) {
-  test::MemoryReadable file(film());
+  MemoryReadable file(film());
   EXPECT_TRUE(matchesGolden("inspect_json_chunks", told(file, Form::json, true)));
 }
 
@@ -119,7 +115,7 @@ TEST(OutlineGolden, WhatCannotBeReadIsTold) {
   const std::string bytes = film();
   const std::size_t index = bytes.find("idx1");
   for (const Form form : {Form::text, Form::json}) {
-    test::MemoryReadable file(bytes);
+    MemoryReadable file(bytes);
     file.makeUnreadable(index + 8 + 20, index + 8 + 21);
     EXPECT_TRUE(matchesGolden(form == Form::text ? "inspect_unreadable_text" : "inspect_unreadable_json",
                               told(file, form, false)));
@@ -153,7 +149,7 @@ TEST(OutlineGolden, TextShows1000ProblemsUnlessAllAreWanted) {
 
 TEST(OutlineGolden, StopIsTold) {
   for (const Form form : {Form::text, Form::json}) {
-    test::MemoryReadable file(film());
+    MemoryReadable file(film());
     int asked = 0;
     EXPECT_TRUE(matchesGolden(form == Form::text ? "inspect_stopped_text" : "inspect_stopped_json",
                               told(file, form, false, [&asked] { return ++asked > 30; })));
@@ -161,4 +157,4 @@ TEST(OutlineGolden, StopIsTold) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -11,7 +11,7 @@
 #include "cli/outline_words.h"
 #include "cli/shown_text.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 /// What is told, one line each, as "id type offset+size", "end id", "! sentence", "id x chunks".
 class Lines final : public avi::OutlineSink {
@@ -62,4 +62,4 @@ class Lines final : public avi::OutlineSink {
 
 inline const auto kNeverEnding = [] { return false; };
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

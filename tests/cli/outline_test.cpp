@@ -10,20 +10,15 @@
 #include "tests/support/memory_readable.h"
 #include "tests/support/small_avi.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
 
-using test::chunk;
-using test::kNeverEnding;
-using test::le32;
-using test::Lines;
-using test::list;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
 std::vector<std::string> outlineOf(const std::string& bytes, bool listsAll = false) {
-  test::MemoryReadable file(bytes);
+  MemoryReadable file(bytes);
   Lines lines;
   avi::Outline(file, lines, kNeverEnding, listsAll).walk();
   EXPECT_EQ(lines.open(), 0) << "every list that begins must end";
@@ -118,7 +113,7 @@ TEST(Outline, ListWithoutATypeIsAProblem) {
 TEST(Outline, DeepNestingIsNotEntered) {
   std::string bytes;
   for (int i = 0; i < 5000; ++i) bytes = list("LIST", "deep", bytes);
-  test::MemoryReadable file(list("RIFF", "AVI ", bytes));
+  MemoryReadable file(list("RIFF", "AVI ", bytes));
   Lines lines;
   avi::Outline(file, lines, kNeverEnding, false).walk();
 
@@ -168,7 +163,7 @@ TEST(Outline, LimitHoldsForForms) {
 
 /// A standard index without entries but one, about a chunk "00dc" of `size` bytes at `target`.
 std::string indexOf(std::uint64_t target, std::uint64_t size) {
-  return chunk("ix00", test::le16(2) + std::string("\0\1", 2) + le32(1) + "00dc" + le32(target) + le32(0) + le32(0) +
+  return chunk("ix00", le16(2) + std::string("\0\1", 2) + le32(1) + "00dc" + le32(target) + le32(0) + le32(0) +
                            le32(8) + le32(size));
 }
 
@@ -238,7 +233,7 @@ TEST(Outline, WalkEndsAfter16777216Chunks) {
 }
 
 TEST(Outline, NoMoreThanAWindowIsReadAtATime) {
-  test::MemoryReadable file(list("RIFF", "AVI ", "JUNK" + le32(0xffffffff)));
+  MemoryReadable file(list("RIFF", "AVI ", "JUNK" + le32(0xffffffff)));
   Lines lines;
   avi::Outline(file, lines, kNeverEnding, true).walk();
 
@@ -247,7 +242,7 @@ TEST(Outline, NoMoreThanAWindowIsReadAtATime) {
 
 TEST(Outline, AnyBytesAreSurvived) {
   std::mt19937 random(3);
-  const std::string good = test::SmallAvi{.frames = 5, .frameSize = 50, .soundSize = 10}.bytes();
+  const std::string good = SmallAvi{.frames = 5, .frameSize = 50, .soundSize = 10}.bytes();
   for (unsigned round = 0; round < 3000; ++round) {
     std::string bytes = good;
     for (unsigned i = 0; i <= round % 50; ++i) bytes[random() % bytes.size()] = static_cast<char>(random());
@@ -258,4 +253,4 @@ TEST(Outline, AnyBytesAreSurvived) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

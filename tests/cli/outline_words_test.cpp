@@ -2,8 +2,13 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::codeOrNumber;
+using cli::inWords;
+using cli::noteOn;
+using cli::remarkInWords;
 
 using avi::EntryTarget;
 using avi::Problem;
@@ -100,4 +105,4 @@ TEST(OutlineWords, Units) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -5,13 +5,20 @@
 
 #include <filesystem>
 
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_new_files.h"
-#include "tests/cli/temp_folder.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/new_files.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::ChosenInput;
+using cli::HiddenFile;
+using cli::OutputChoice;
+using cli::refusal;
+using cli::repairedPath;
+using cli::spaceMissing;
 
 TEST(RepairedPath, VideoEndingsAreTakenOff) {
   EXPECT_EQ(repairedPath("clip.avi", std::nullopt), "clip-repaired.avi");
@@ -34,9 +41,9 @@ TEST(RepairedPath, FolderIsPutBeforeTheName) {
 // ---- Looks before the work ----
 
 TEST(OutputRefusal, SameNumberOnAnotherDeviceIsAnotherFile) {
-  const test::TempFolder folder;
+  const TempFolder folder;
   platform::linux_::LinuxFileManager fileManager;
-  test::writeFile(folder / "out", "mine");
+  writeFile(folder / "out", "mine");
   const OutputChoice output{folder / "out", true, false};
   ChosenInput input{folder / "in", *fileManager.attributes(output.path), nullptr};
   EXPECT_THAT(refusal(output, input, fileManager).value_or(""), testing::HasSubstr("are the same file"));
@@ -52,7 +59,7 @@ TEST(OutputRefusal, EmptyNameIsRefused) {
 }
 
 TEST(SpaceMissing, SpaceThatJustSufficesIsEnough) {
-  tests::MemoryFiles files;
+  MemoryFiles files;
   files.space = 999;
   EXPECT_EQ(spaceMissing("out", 999, files), std::nullopt);
   EXPECT_EQ(spaceMissing("out", 1000, files),
@@ -63,7 +70,7 @@ TEST(SpaceMissing, SpaceThatJustSufficesIsEnough) {
 }
 
 TEST(SpaceMissing, WhatIsKeptForRootIsNobodys) {
-  const test::TempFolder folder;
+  const TempFolder folder;
   platform::linux_::LinuxFileManager fileManager;
   const std::filesystem::space_info space = std::filesystem::space(folder.path());
   const std::uintmax_t kept = space.free - space.available;
@@ -76,7 +83,7 @@ TEST(SpaceMissing, WhatIsKeptForRootIsNobodys) {
 
 class Hidden : public testing::Test {
  protected:
-  const test::TempFolder folder_;
+  const TempFolder folder_;
   platform::linux_::LinuxFileManager fileManager_;
   platform::linux_::LinuxNewFiles newFiles_;
   platform::Relaxed<std::uint64_t> written_;
@@ -112,19 +119,19 @@ TEST_F(Hidden, RenamedFileStays) {
 TEST_F(Hidden, FileThatAppearedMeanwhileIsNotReplaced) {
   HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path()));
-  test::writeFile(folder_ / "out", "mine");
+  writeFile(folder_ / "out", "mine");
 
   EXPECT_EQ(file.renameTo({folder_ / "out", false, false}), std::errc::file_exists);
-  EXPECT_EQ(test::readFile(folder_ / "out"), "mine");
+  EXPECT_EQ(readFile(folder_ / "out"), "mine");
 }
 
 TEST_F(Hidden, ForceReplacesIt) {
   HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path()));
-  test::writeFile(folder_ / "out", "mine");
+  writeFile(folder_ / "out", "mine");
 
   EXPECT_FALSE(file.renameTo({folder_ / "out", true, false}));
-  EXPECT_EQ(test::readFile(folder_ / "out"), "");
+  EXPECT_EQ(readFile(folder_ / "out"), "");
 }
 
 TEST_F(Hidden, MissingFolderIsAnError) {
@@ -135,7 +142,7 @@ TEST_F(Hidden, MissingFolderIsAnError) {
 TEST_F(Hidden, FileThatIsReplacedLeavesItsPermissions) {
   for (const std::uint32_t permissions : {0600U, 0640U, 0444U}) {
     const OutputChoice output{folder_ / "out", true, false};
-    test::writeFile(output.path, "mine");
+    writeFile(output.path, "mine");
     ASSERT_FALSE(newFiles_.setPermissions(output.path, permissions));
     HiddenFile file(fileManager_, newFiles_, written_);
     ASSERT_FALSE(file.create(folder_.path(), output));
@@ -150,7 +157,7 @@ TEST_F(Hidden, FileThatIsReplacedLeavesItsPermissions) {
 
 TEST_F(Hidden, ReplacedLinkLeavesThePermissionsOfWhatItLedTo) {
   const OutputChoice output{folder_ / "out", true, false};
-  test::writeFile(folder_ / "target", "mine");
+  writeFile(folder_ / "target", "mine");
   ASSERT_FALSE(newFiles_.setPermissions(folder_ / "target", 0640));
   std::filesystem::create_symlink("target", output.path);
   HiddenFile file(fileManager_, newFiles_, written_);
@@ -163,7 +170,7 @@ TEST_F(Hidden, ReplacedLinkLeavesThePermissionsOfWhatItLedTo) {
 
 TEST_F(Hidden, FileToBeReplacedThatIsGoneLeavesThoseOfANewOne) {
   const OutputChoice output{folder_ / "out", true, false};
-  test::writeFile(output.path, "mine");
+  writeFile(output.path, "mine");
   const std::uint32_t usual = fileManager_.attributes(output.path)->permissions;
   HiddenFile file(fileManager_, newFiles_, written_);
   ASSERT_FALSE(file.create(folder_.path(), output));
@@ -175,4 +182,4 @@ TEST_F(Hidden, FileToBeReplacedThatIsGoneLeavesThoseOfANewOne) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

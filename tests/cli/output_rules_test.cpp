@@ -6,10 +6,10 @@
 
 #include "tests/cli/engine_run.h"
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 namespace fs = std::filesystem;
@@ -186,7 +186,7 @@ TEST_F(OutputRules, EmptyNameIsWrongUse) {
   const Ended ended = runZelvoAvi({"repair", input_, "-o", ""});
 
   EXPECT_EQ(ended.exit, 2);
-  EXPECT_THAT(ended.err, HasSubstr("the name behind --output is empty."));
+  EXPECT_THAT(ended.err, HasSubstr("the name after --output is empty."));
 }
 
 TEST_F(OutputRules, LongestNameIsPossible) {
@@ -363,4 +363,4 @@ TEST_F(OutputRules, PaddedCopyThatFailsLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -16,7 +16,7 @@
 #include <string_view>
 #include <utility>
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 namespace {
 
@@ -166,4 +166,4 @@ bool FolderWatch::waitFor(const std::string& beginning) const {
   }
 }
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 struct Ended {
   int exit = -1;    ///< exit code; -1 when a signal ended it, 127 when it could not be started
@@ -65,4 +65,4 @@ class FolderWatch {
   int stream_;
 };
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -5,23 +5,30 @@
 #include <filesystem>
 #include <mutex>
 
-#include "cli/check_command.h"
+#include "cli/commands.h"
 #include "cli/environment.h"
-#include "cli/inspect_command.h"
-#include "cli/repair_command.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_new_files.h"
-#include "platform/linux/linux_property_lists.h"
-#include "platform/linux/linux_workers.h"
-#include "tests/cli/temp_folder.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/files.h"
+#include "platform/linux/main_queue.h"
+#include "platform/linux/new_files.h"
+#include "platform/linux/property_lists.h"
+#include "platform/linux/workers.h"
 #include "tests/support/memory_readable.h"
 #include "tests/support/refusing_workers.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::Command;
+using cli::Console;
+using cli::Environment;
+using cli::Exit;
+using cli::makeCheckCommand;
+using cli::makeInspectCommand;
+using cli::makeRepairCommand;
+using cli::Option;
 
 using testing::HasSubstr;
 
@@ -55,7 +62,7 @@ class ShrinkingFile final : public platform::ReadableFile {
   std::uint64_t size() override { return whole_.size(); }
 
  private:
-  test::MemoryReadable whole_;
+  MemoryReadable whole_;
 };
 
 /// Does something once its data is read.
@@ -70,7 +77,7 @@ class NotifyingFile final : public platform::ReadableFile {
   std::uint64_t size() override { return whole_.size(); }
 
  private:
-  test::MemoryReadable whole_;
+  MemoryReadable whole_;
   std::function<void()> whenRead_;
   std::once_flag told_;
 };
@@ -110,12 +117,12 @@ class ReadFailure : public testing::Test {
 
   /// Runs a command on an input that `make` opens, with `--json`.
   Said run(std::unique_ptr<Command> command, std::function<std::unique_ptr<platform::ReadableFile>()> make) {
-    test::writeFile(input_, bytes_);
+    writeFile(input_, bytes_);
     PreparedFiles files(input_, std::move(make));
     platform::linux_::LinuxFileManager fileManager;
     platform::linux_::LinuxMainQueue queue;
     platform::linux_::LinuxWorkers threads;
-    tests::RefusingWorkers workers(threads, refused_);
+    RefusingWorkers workers(threads, refused_);
     Console console(false);
     const platform::Relaxed<bool> stop;
     platform::linux_::LinuxPropertyLists propertyLists;
@@ -147,7 +154,7 @@ class ReadFailure : public testing::Test {
   [[nodiscard]] std::function<std::unique_ptr<platform::ReadableFile>()> unreadable(std::uint64_t start,
                                                                                     std::uint64_t end) const {
     return [this, start, end] {
-      auto file = std::make_unique<test::MemoryReadable>(bytes_);
+      auto file = std::make_unique<MemoryReadable>(bytes_);
       file->makeUnreadable(start, end);
       return file;
     };
@@ -156,9 +163,9 @@ class ReadFailure : public testing::Test {
   NotedNewFiles newFiles_;
   bool force_ = false;
   unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
-  const test::TempFolder folder_;
+  const TempFolder folder_;
   const std::string input_ = folder_ / "in.avi";
-  const std::string bytes_ = test::SmallAvi{}.bytes();
+  const std::string bytes_ = SmallAvi{}.bytes();
 };
 
 TEST_F(ReadFailure, UnreadableFirstByteIsAFailure) {
@@ -216,7 +223,7 @@ TEST_F(ReadFailure, InputThatShrinksMeanwhileIsAFailureWithoutOutput) {
 
 TEST_F(ReadFailure, InputThatVanishesMeanwhileIsStillRead) {
   const Said said = run(makeRepairCommand(), [this] {
-    auto file = std::make_unique<test::MemoryReadable>(bytes_);
+    auto file = std::make_unique<MemoryReadable>(bytes_);
     EXPECT_EQ(std::remove(input_.c_str()), 0);
     return file;
   });
@@ -291,4 +298,4 @@ TEST_F(ReadFailure, MemoryThatLacksIsAFailureWithoutOutput) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -6,10 +6,10 @@
 
 #include "tests/cli/engine_run.h"
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 using testing::ElementsAre;
@@ -393,4 +393,4 @@ TEST(RepairCommand, RepairedFileOfARealEncoderCanBeDecoded) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

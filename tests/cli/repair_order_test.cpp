@@ -9,20 +9,26 @@
 #include <utility>
 #include <vector>
 
+#include "cli/commands.h"
 #include "cli/environment.h"
-#include "cli/repair_command.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_new_files.h"
-#include "platform/linux/linux_property_lists.h"
-#include "platform/linux/linux_workers.h"
-#include "tests/cli/temp_folder.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/files.h"
+#include "platform/linux/main_queue.h"
+#include "platform/linux/new_files.h"
+#include "platform/linux/property_lists.h"
+#include "platform/linux/workers.h"
 #include "tests/support/memory_readable.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::Console;
+using cli::Environment;
+using cli::Exit;
+using cli::makeRepairCommand;
+using cli::Option;
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -51,11 +57,11 @@ class NotedFile final : public platform::WritableFile {
   Steps& steps_;
 };
 
-class PreparedFiles final : public platform::Files {
+class PartlyUnreadableFiles final : public platform::Files {
  public:
   platform::Opened<platform::ReadableFile> openForReading(const std::string& path) override {
     if (!unreadable.empty() && path.find(unreadable) != std::string::npos) {
-      auto file = std::make_unique<test::MemoryReadable>(std::string(100000, 'x'));
+      auto file = std::make_unique<MemoryReadable>(std::string(100000, 'x'));
       file->makeUnreadable(99000, 100000);
       return {std::move(file), {}};
     }
@@ -102,11 +108,11 @@ class NotedNames final : public platform::NewFiles {
 class RepairOrder : public testing::Test {
  protected:
   void SetUp() override {
-    for (const std::string& input : {one_, other_}) test::writeFile(input, test::SmallAvi{}.bytes());
+    for (const std::string& input : {one_, other_}) writeFile(input, SmallAvi{}.bytes());
   }
 
   Exit repair(const std::vector<std::string>& inputs, const std::string& into = {}) {
-    PreparedFiles files;
+    PartlyUnreadableFiles files;
     files.unreadable = unreadable_;
     platform::linux_::LinuxFileManager fileManager;
     platform::linux_::LinuxMainQueue queue;
@@ -148,7 +154,7 @@ class RepairOrder : public testing::Test {
   std::string unreadable_;
   std::string out_;
   std::string err_;
-  const test::TempFolder folder_;
+  const TempFolder folder_;
   const std::string one_ = folder_ / "one.avi";
   const std::string other_ = folder_ / "other.avi";
 };
@@ -196,4 +202,4 @@ TEST_F(RepairOrder, StopBetweenTheWorkAndTheNameLeavesNothing) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

@@ -6,10 +6,10 @@
 #include <filesystem>
 
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 using testing::ElementsAre;
@@ -276,4 +276,4 @@ TEST(SalvageCommand, EveryJsonIsAsDocumented) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

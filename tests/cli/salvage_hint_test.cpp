@@ -5,10 +5,10 @@
 #include <algorithm>
 
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 using testing::HasSubstr;
@@ -72,4 +72,4 @@ TEST_F(SalvageHint, AFilmWithAThirdStreamGetsIt) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

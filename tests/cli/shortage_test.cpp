@@ -5,10 +5,10 @@
 #include <filesystem>
 
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 namespace fs = std::filesystem;
@@ -73,4 +73,4 @@ TEST_F(Shortage, HoweverLittleMemoryThereIsItEndsWithACode) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

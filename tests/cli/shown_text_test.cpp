@@ -5,8 +5,18 @@
 #include <span>
 #include <string_view>
 
-namespace zelvo::cli {
+namespace zelvo::tests {
 namespace {
+
+using cli::counted;
+using cli::printable;
+using cli::quotedForShell;
+using cli::shortened;
+using cli::shownCode;
+using cli::shownHex;
+using cli::shownNumber;
+using cli::shownSeconds;
+using cli::shownSize;
 
 TEST(ShownText, ControlCharactersAreSpelledOut) {
   EXPECT_EQ(printable("a\033[1m\n\x7f"), "a\\x1b[1m\\x0a\\x7f");
@@ -88,4 +98,4 @@ TEST(ShownCode, BytesThatAreNotPrintableAreShownByTheirNumbers) {
 }
 
 }  // namespace
-}  // namespace zelvo::cli
+}  // namespace zelvo::tests

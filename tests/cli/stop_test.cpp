@@ -1,5 +1,5 @@
-// What remains when a run is cut short. The input's repair is 2 GB long, so the signal always comes in the middle: it is
-// sent when the hidden file appears.
+// What remains when a run is cut short. The input's repair is 2 GB long, so the signal always comes in the middle: it
+// is sent when the hidden file appears.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,10 +7,10 @@
 #include <filesystem>
 
 #include "tests/cli/program.h"
-#include "tests/cli/temp_folder.h"
 #include "tests/support/small_avi.h"
+#include "tests/support/temp_folder.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 namespace {
 
 namespace fs = std::filesystem;
@@ -192,4 +192,4 @@ TEST_F(StoppedInspection, IsOneJsonObjectThatSaysSo) {
 }
 
 }  // namespace
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

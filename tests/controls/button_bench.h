@@ -14,6 +14,10 @@
 
 namespace zelvo::tests {
 
+// What several buttons draw.
+inline const std::string kCaptionLooks = "system 13; 1, 1, 1, 1; truncating tail; centred)";
+inline const std::string kHoverFrame = "strokeRectWithWidth(1.5, 1.5, 97, 21; 3)";
+
 using Lines = std::vector<std::string>;
 
 /// An overlay in a host of its own.

@@ -12,9 +12,6 @@ using ::testing::Not;
 
 using ButtonStartupIssues = ButtonTest<controls::ButtonStartupIssues>;
 
-const std::string kCaptionLooks = "system 13; 1, 1, 1, 1; truncating tail; centred)";
-const std::string kHoverFrame = "strokeRectWithWidth(1.5, 1.5, 97, 21; 3)";
-
 TEST_F(ButtonStartupIssues, ShowsTheBaseButtonsTitle) {
   base.setTitle("Details");
 

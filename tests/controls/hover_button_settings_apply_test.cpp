@@ -12,9 +12,7 @@ using ::testing::Not;
 
 using HoverButtonSettingsApply = ButtonTest<controls::HoverButtonSettingsApply>;
 
-const std::string kCaptionLooks = "system 13; 1, 1, 1, 1; truncating tail; centred)";
 const std::string kBlueFill = "setFillColour(0.0627, 0.5373, 0.8353, 1)";
-const std::string kHoverFrame = "strokeRectWithWidth(1.5, 1.5, 97, 21; 3)";
 
 TEST_F(HoverButtonSettingsApply, WithoutOverlayThePointerInsideChangesNeitherLookNorCursor) {
   button.setTitle("Apply");

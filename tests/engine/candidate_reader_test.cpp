@@ -58,7 +58,7 @@ class CandidateReading : public testing::Test {
   std::vector<std::string> naive() const {
     std::vector<std::string> found;
     const platform::Bytes& bytes = content->bytes;
-    const std::size_t end = (last - 1) * std::size_t{1024} + mod;  // nothing at or behind it is looked at for codes
+    const std::size_t end = (last - 1) * std::size_t{1024} + mod;  // nothing at or after it is looked at for codes
     for (std::size_t at = 0; at < end; ++at) {
       const std::string code = textAt(bytes, at, 4);
       if (code != "00db" && code != "00dc" && code != "01wb") continue;

@@ -38,12 +38,12 @@ class CodeFinderOf : public testing::TestWithParam<CodeFinderKind> {
 
 constexpr std::size_t kAll = CodeFinder::kMaxPositions;
 
-platform::Bytes blank() { return platform::Bytes(kAll + CodeFinder::kMargin, std::byte{0x20}); }
+platform::Bytes blankWindow() { return platform::Bytes(kAll + CodeFinder::kMargin, std::byte{0x20}); }
 
 TEST_P(CodeFinderOf, FindsACodeAtEveryPosition) {
   for (const char* code : {"00db", "00dc", "01wb"}) {
     for (std::size_t position = 0; position < kAll; ++position) {
-      platform::Bytes bytes = blank();
+      platform::Bytes bytes = blankWindow();
       overwrite(bytes, position, code);
       ASSERT_EQ(find(bytes, kAll), std::vector{static_cast<std::uint16_t>(position)}) << code;
     }
@@ -52,11 +52,11 @@ TEST_P(CodeFinderOf, FindsACodeAtEveryPosition) {
 
 TEST_P(CodeFinderOf, FindsNothingAtOrBehindTheLastPosition) {
   for (const std::size_t positions : {0U, 1U, 2U, 15U, 16U, 17U, 31U, 32U, 33U, 63U, 64U, 65U, 500U, 1021U, 1023U}) {
-    platform::Bytes bytes = blank();
+    platform::Bytes bytes = blankWindow();
     overwrite(bytes, positions, "00dc00dc");
     ASSERT_TRUE(find(bytes, positions).empty()) << positions;
     if (positions == 0) continue;
-    bytes = blank();
+    bytes = blankWindow();
     overwrite(bytes, positions - 1, "01wb");
     ASSERT_EQ(find(bytes, positions), std::vector{static_cast<std::uint16_t>(positions - 1)}) << positions;
   }
@@ -74,7 +74,7 @@ TEST_P(CodeFinderOf, IsNotMisledByCodesThatDifferInOneBit) {
   for (const std::string code : {"00db", "00dc", "01wb"}) {
     for (std::size_t byte = 0; byte < 4; ++byte) {
       for (unsigned bit = 0; bit < 8; ++bit) {
-        platform::Bytes bytes = blank();
+        platform::Bytes bytes = blankWindow();
         overwrite(bytes, 100, code);
         bytes[100 + byte] ^= static_cast<std::byte>(1U << bit);
         ASSERT_EQ(find(bytes, kAll), naive(bytes, kAll)) << code << " byte " << byte << " bit " << bit;
@@ -85,7 +85,7 @@ TEST_P(CodeFinderOf, IsNotMisledByCodesThatDifferInOneBit) {
 
 TEST_P(CodeFinderOf, AgreesWithANaiveSearchOnRandomBytes) {
   std::mt19937 random(1);
-  platform::Bytes bytes = blank();
+  platform::Bytes bytes = blankWindow();
   for (int round = 0; round < 200; ++round) {
     for (std::byte& byte : bytes) byte = static_cast<std::byte>(random() & 0xffU);
     ASSERT_EQ(find(bytes, kAll), naive(bytes, kAll));
@@ -96,7 +96,7 @@ TEST_P(CodeFinderOf, AgreesWithANaiveSearchOnBytesOfTheCodesOwnLetters) {
   // Nearly codes, overlapping beginnings, runs of '0'.
   std::mt19937 random(2);
   constexpr std::string_view kLetters = "0001dbcwb";
-  platform::Bytes bytes = blank();
+  platform::Bytes bytes = blankWindow();
   std::size_t hits = 0;
   for (int round = 0; round < 2000; ++round) {
     for (std::byte& byte : bytes) byte = static_cast<std::byte>(kLetters[random() % kLetters.size()]);

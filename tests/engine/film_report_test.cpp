@@ -287,7 +287,7 @@ TEST_F(FilmReportOf, PicturesAreUncompressedOnlyWhereBothDescriptionsAreWhole) {
   AviBuilder raw = film();
   raw.videoCompression = {"\0\0\0\0", 4};
   const platform::Bytes whole = raw.build();
-  constexpr std::size_t kVideoFormat = 168;  // its size field; biSize stands behind it
+  constexpr std::size_t kVideoFormat = 168;  // its size field; biSize stands after it
   for (const std::size_t field : {kVideoFormat, kVideoFormat + 4}) {
     platform::Bytes shorter = whole;
     ASSERT_EQ(shorter[field], std::byte{40});

@@ -180,7 +180,7 @@ TEST_F(FilmRangeOf, AnEmptyFileHasNone) {
   EXPECT_EQ(found.end, 0U);
 }
 
-/// A form whose list begins behind the headers of `before`, with `content`; `listSize` is what its size field says.
+/// A form whose list begins after the headers of `before`, with `content`; `listSize` is what its size field says.
 platform::Bytes formOf(const platform::Bytes& before, const platform::Bytes& content, std::uint32_t listSize) {
   platform::Bytes bytes;
   appendText(bytes, "RIFF");
@@ -254,7 +254,7 @@ TEST_F(FilmRangeOf, ListThatEndsWithWhatWasFoundOrWithTheFileIsBelieved) {
             kFormBegin + 18);
   EXPECT_EQ(range(formOf({}, content, 4 + 42), oneChunkAt(kFormBegin, 10)).end, kFormBegin + 42);
   EXPECT_EQ(range(formOf({}, content, 4 + 43), oneChunkAt(kFormBegin, 10)).end, kFormBegin + 18)
-      << "one byte behind the file's end";
+      << "one byte after the file's end";
 }
 
 TEST_F(FilmRangeOf, EmptyListIsNotBelieved) {

@@ -1,4 +1,4 @@
-/// A header harvest behind a validity check, on an input that a test makes.
+/// A header harvest after a validity check, on an input that a test makes.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,13 +20,6 @@ inline constexpr std::size_t kBlock50 = 49 * kBlock;
 inline constexpr std::size_t kAvih = 24;
 inline constexpr std::size_t kVids = 108;
 inline constexpr std::size_t kAuds = 232;
-
-/// `size` bytes without any code but an "AVI " at the start.
-inline platform::Bytes blank(std::size_t size) {
-  platform::Bytes bytes(size, std::byte{0x20});
-  overwrite(bytes, 0, "AVI ");
-  return bytes;
-}
 
 /// The builder's three header sections, whose codes are at the offsets above, moved to `offset`.
 inline void putSections(platform::Bytes& bytes, std::size_t offset) {

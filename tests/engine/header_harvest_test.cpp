@@ -80,7 +80,7 @@ TEST_F(HeaderHarvest, Block50FindsCodesOnlyInsideItsFirstModBytes) {
 TEST_F(HeaderHarvest, ValuesBehindACodeInBlock50AreReadWithoutThatLimit) {
   platform::Bytes bytes = blank(585 * kBlock + 300);
   putSections(bytes, 100);
-  putSection(bytes, kBlock50 + 290, true);  // its values lie behind the first 300 bytes
+  putSection(bytes, kBlock50 + 290, true);  // its values lie after the first 300 bytes
   bytes[kBlock50 + 290 + 20] = std::byte{77};
   // Not over 512 KiB as claimed, so that the harvest goes on to block 50.
   bench.choose(std::move(bytes));
@@ -257,7 +257,7 @@ TEST_F(HeaderHarvest, FormatOf65536BytesIsStillHeldInMemory) {
 
 TEST_F(HeaderHarvest, HeaderAtTheEndOfTheFileKeepsWhatThereIs) {
   platform::Bytes bytes = blank(2000);
-  overwrite(bytes, 1990, "vidsAB");  // the handler is cut short, everything behind it is missing
+  overwrite(bytes, 1990, "vidsAB");  // the handler is cut short, everything after it is missing
   bytes.resize(1996);
 
   EXPECT_FALSE(harvest(std::move(bytes)));

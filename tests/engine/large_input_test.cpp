@@ -50,11 +50,11 @@ TEST(LargeInput, BeyondFourGiBTheStartIsScannedAgainAndPositionsWrap) {
   const auto at = std::search(file.bytes.begin() + 400, file.bytes.end(), wanted.begin(), wanted.end());
   const auto target = static_cast<std::uint64_t>(at - file.bytes.begin());
   file.islands[kFourGiB - 100] = header("00dc", static_cast<std::uint32_t>(100 - 8 + target));
-  // Its size field lies at the file's start; what follows its payload, too. The four bytes behind it say otherwise.
+  // Its size field lies at the file's start; what follows its payload, too. The four bytes after it say otherwise.
   const auto size = static_cast<std::uint32_t>(target - 4);
   overwrite(file.bytes, 0, textAt(header("size", size), 4, 4));
   file.islands[kFourGiB - 4] = header("01wb", 10);
-  // Never looked at: blocks behind 4 GiB are those of the start.
+  // Never looked at: blocks after 4 GiB are those of the start.
   file.islands[kFourGiB + 200000] = header("00dc", 8);
   file.islands[kFourGiB + 200016] = header("00dc", 8);
   skipWhatIsZero(comparison);
@@ -82,7 +82,7 @@ TEST_P(LargeInputSize, AgreesWithTheTranscriptionOnChunksAroundTheEnd) {
   MemoryFile& file = comparison.files.putSparse("/in.avi", size);
   file.bytes = startOfFile();
   const std::uint64_t end = std::min(size, kFourGiB);
-  // Chunks whose payloads end before, at and behind the end of the file or the place where positions begin again; what
+  // Chunks whose payloads end before, at and after the end of the file or the place where positions begin again; what
   // the look-ahead of the last one cannot read is left from the one before it.
   file.islands[end - 3000] = header("01wb", 1492);
   file.islands[end - 1500] = header("00dc", 392);
@@ -117,14 +117,14 @@ TEST(LargeInput, MoreVideoChunksThanATableHoldsAreToldOfOnceAndAudioGoesOn) {
   EXPECT_EQ(bench.job->videosamplecount, literal::Table::kLargestCount);
   EXPECT_EQ(bench.job->videosampleoffsetarray[literal::Table::kLargestCount],
             first + 8 * (literal::Table::kLargestCount - 1));
-  // All of them: behind the last two the file ends, so that the code found before still stands in the buffer.
+  // All of them: after the last two the file ends, so that the code found before still stands in the buffer.
   EXPECT_EQ(bench.job->audiosamplecount, 30U);
   const auto lines = bench.events.lines();
   EXPECT_EQ(std::ranges::count(lines, "log: Table full, no more video chunks are recorded"), 1);
   EXPECT_EQ(std::ranges::count(lines, "log: Table full, no more audio chunks are recorded"), 0);
 }
 
-/// Fills the audio table, then ends with a candidate behind whose payload the file ends.
+/// Fills the audio table, then ends with a candidate after whose payload the file ends.
 DamagedInput fullAudioTable(std::string_view lastButOne) {
   DamagedInput input;
   input.name = "full audio table";

@@ -10,9 +10,9 @@
 #include "platform/bytes.h"
 #include "platform/headless/main_queue.h"
 #include "platform/headless/screen.h"
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_workers.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/files.h"
+#include "platform/linux/workers.h"
 #include "tests/support/literal_comparison.h"
 
 namespace zelvo::tests {

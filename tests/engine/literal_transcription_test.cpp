@@ -49,7 +49,7 @@ std::uint64_t numberAt(const Bytes& bytes, std::size_t offset) {
 
 TEST(LiteralTranscription, ChunkFollowedByACodeIsRecordedAndTheLastBeforeTheIndexIsNot) {
   Bytes bytes(100);
-  appendChunk(bytes, "00dc", 5);   // at 100, a pad byte behind it
+  appendChunk(bytes, "00dc", 5);   // at 100, a pad byte after it
   appendChunk(bytes, "01wb", 20);  // at 114
   appendChunk(bytes, "00db", 30);  // at 142
   appendChunk(bytes, "idx1", 16);  // at 180
@@ -78,7 +78,7 @@ TEST(LiteralTranscription, LookAheadCutShortKeepsWhatItHeld) {
   appendText(bytes, "00dc");
   appendNumber(bytes, 2);
   bytes.resize(bytes.size() + 2);
-  EXPECT_EQ(scan(bytes).video.count, 2U);  // nothing behind the second one: the look-ahead still says "JUNK"
+  EXPECT_EQ(scan(bytes).video.count, 2U);  // nothing after the second one: the look-ahead still says "JUNK"
   bytes.push_back(std::byte{0});           // one byte more overwrites the "J"
   EXPECT_EQ(scan(bytes).video.count, 1U);
 }

@@ -305,7 +305,7 @@ TEST(Oracle, AgreesWhereReadsFailAtEveryPlaceAroundAChunk) {
 TEST(Oracle, OutputEndsWhereItShouldWhenAReadNearTheEndFailsDuringTheCopy) {
   LiteralComparison comparison;
   // Chunks of 100,000 bytes, of which the tenth cannot be read whole. What another thread has written of the chunks
-  // behind it by then moves up, and the file has to end earlier.
+  // after it by then moves up, and the file has to end earlier.
   Bytes bytes(1000);
   for (int chunk = 0; chunk < 12; ++chunk) appendChunk(bytes, "00dc", 100000, static_cast<std::byte>(chunk));
   appendChunk(bytes, "JUNK", 10);

@@ -109,7 +109,7 @@ TEST_F(PaddedCopy, InputThatIsShorterThanToldIsPadded) {
 }
 
 TEST_F(PaddedCopy, InputThatHasGrownSinceItWasMeasuredIsReadOverTheLastBlocksFront) {
-  // Of the last block all 32768 bytes can now be read, and the second read goes on behind them.
+  // Of the last block all 32768 bytes can now be read, and the second read goes on after them.
   for (const std::size_t grown : {98304U + 5000, 131072U, 131072U + 500, 131072U + 1696, 300000U}) {
     const platform::Bytes bytes = randomBytes(grown);
     files.put("/in", bytes);

@@ -41,7 +41,7 @@ std::size_t dataStart(const Bytes& bytes) {
   return static_cast<std::size_t>(at - bytes.begin()) + 4;
 }
 
-/// The file ends `into` bytes behind the last code of its first 70 per cent.
+/// The file ends `into` bytes after the last code of its first 70 per cent.
 void cutBehind(Bytes& bytes, std::string_view code, std::ptrdiff_t into) {
   bytes.resize(bytes.size() * 7 / 10);
   const auto at = lastOf(bytes, code);
@@ -152,7 +152,7 @@ TEST(RealReaders, VideoChunkCutByTheEndIsKeptAsItCameAndMovesTheAudioUp) {
 
   ASSERT_EQ(bench.run(), engine::RunEnd::rebuilt);
 
-  // Nothing could be read behind its payload, so that the code behind the chunk before it still stood there.
+  // Nothing could be read after its payload, so that the code after the chunk before it still stood there.
   const std::uint64_t last = bench.job->videosamplecount;
   ASSERT_EQ(bench.job->videosampleoffsetarray[last], input.size() - 1000);
   const std::uint64_t missing = bench.job->videosamplesizearray[last] + 8 - 1000;

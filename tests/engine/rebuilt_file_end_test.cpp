@@ -187,7 +187,7 @@ TEST_P(RebuiltFileWithUnreadableSpot, IsThatOfOneReadPerChunkAndNotLonger) {
   const std::size_t headers = 40 + 18 + 436 + 8 * 40;
   MemoryFile& output = bench.files.put("/out.avi", {});
   if (reserves) output.reserveError = {};
-  // Lets whoever writes behind the spot go first, if anyone does.
+  // Lets whoever writes after the spot go first, if anyone does.
   std::atomic<std::uint64_t> writtenTo = 0;
   output.onWrite = [&](std::uint64_t offset, std::size_t size) { writtenTo = offset + size; };
   input.onRead = [&](std::uint64_t offset, std::size_t size) {

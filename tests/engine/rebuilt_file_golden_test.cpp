@@ -1,4 +1,5 @@
-// Whole rebuilt files as outlines: a line for every list, chunk and header field. They are in tests/golden/rebuilt_*.txt.
+// Whole rebuilt files as outlines: a line for every list, chunk and header field. They are in
+// tests/golden/rebuilt_*.txt.
 #include <gtest/gtest.h>
 
 #include <algorithm>

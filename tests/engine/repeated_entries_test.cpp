@@ -4,8 +4,10 @@
 
 #include <vector>
 
-namespace zelvo::engine {
+namespace zelvo::tests {
 namespace {
+
+using engine::repeatedEntries;
 
 TEST(RepeatedEntries, CountsThoseAnEarlierOneHolds) {
   const std::vector<std::uint64_t> offsets{0, 5, 7, 9, 5, 7, 5, 0};
@@ -18,4 +20,4 @@ TEST(RepeatedEntries, CountsThoseAnEarlierOneHolds) {
 }
 
 }  // namespace
-}  // namespace zelvo::engine
+}  // namespace zelvo::tests

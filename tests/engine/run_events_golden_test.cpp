@@ -1,5 +1,5 @@
-// Whole runs as lists of everything that happens, in order: a run to its end, a stop at each stage, both rejections, and
-// every kind of error. The lists are in tests/golden/run_*.txt.
+// Whole runs as lists of everything that happens, in order: a run to its end, a stop at each stage, both rejections,
+// and every kind of error. The lists are in tests/golden/run_*.txt.
 #include <gtest/gtest.h>
 
 #include <atomic>

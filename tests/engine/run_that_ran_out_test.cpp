@@ -9,7 +9,7 @@
 #include <new>
 #include <thread>
 
-#include "platform/linux/linux_workers.h"
+#include "platform/linux/workers.h"
 #include "tests/support/avi_builder.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/refusing_workers.h"
@@ -84,7 +84,7 @@ TEST_F(RunThatRanOut, NextRunIsNotTouchedByIt) {
   EXPECT_FALSE(bench.job->writeFailure.get().has_value());
 }
 
-/// Memory is lacking at the first read at or behind an offset, whoever does it.
+/// Memory is lacking at the first read at or after an offset, whoever does it.
 TEST_F(RunThatRanOut, MemoryThatLacksInAnyStageIsAWriteFailure) {
   for (const std::uint64_t offset : {0U, 2048U, 60000U, 3000000U, 9000000U}) {
     SCOPED_TRACE(offset);

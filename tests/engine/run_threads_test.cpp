@@ -1,4 +1,4 @@
-// Runs on real threads: stops at any moment, a new run behind an older one, and what the main thread sees of them.
+// Runs on real threads: stops at any moment, a new run after an older one, and what the main thread sees of them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -12,8 +12,8 @@
 
 #include "engine/repair_file.h"
 #include "platform/headless/screen.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_workers.h"
+#include "platform/linux/main_queue.h"
+#include "platform/linux/workers.h"
 #include "tests/support/avi_builder.h"
 #include "tests/support/engine_bench.h"
 #include "tests/support/memory_files.h"
@@ -195,7 +195,7 @@ TEST_P(AbandonedRun, EndsWithoutHandingOverAFile) {
 
 INSTANTIATE_TEST_SUITE_P(Seeds, AbandonedRun, testing::Range(1U, 11U), testing::PrintToStringParamName());
 
-// ---- A new run behind an older one ----
+// ---- A new run after an older one ----
 
 /// The older run is held in its video copy until the gate opens.
 class RunBehindAnother : public RunThreads {

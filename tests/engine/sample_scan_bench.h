@@ -17,13 +17,6 @@ namespace zelvo::tests {
 
 using Chunks = std::vector<std::pair<std::uint64_t, std::uint64_t>>;
 
-/// `size` bytes without a chunk code; the "AVI " at the start lets the validity check pass.
-inline platform::Bytes blank(std::size_t size) {
-  platform::Bytes bytes(size, std::byte{0x20});
-  overwrite(bytes, 0, "AVI ");
-  return bytes;
-}
-
 /// A code and a size field.
 inline void putHeader(platform::Bytes& bytes, std::size_t offset, std::string_view code, std::uint32_t size) {
   platform::Bytes header = bytesOf(code);

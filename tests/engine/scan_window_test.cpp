@@ -237,7 +237,7 @@ TEST_F(ScanWindow, WindowEndsWhereBlockOffsetsWrap) {
 // ---- Zeros ----
 
 TEST_F(ScanWindow, ZerosAreSeenWithinTheWindowAcrossItsEndAndBeyond) {
-  constexpr std::size_t kWindow = 256 * kBlock + 2048;  // blocks and what is read behind them
+  constexpr std::size_t kWindow = 256 * kBlock + 2048;  // blocks and what is read after them
   for (const std::size_t start : {std::size_t{100}, kWindow - 1, kWindow, kWindow + 5000}) {
     for (const std::size_t size : {1UL, 2UL, 4096UL, 4097UL, 20000UL}) {
       platform::Bytes bytes(700 * kBlock, std::byte{1});

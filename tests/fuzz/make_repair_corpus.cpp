@@ -1,4 +1,6 @@
-// Writes the seeds of repair_fuzz and whole_run_fuzz: make_repair_corpus FOLDER (tests/fuzz/corpus in the repository).
+// Writes the seeds of repair_fuzz, whole_run_fuzz and salvage_fuzz: make_repair_corpus FOLDER (tests/fuzz/corpus in the
+// repository).
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -55,6 +57,43 @@ bool writeWholeRunSeeds(const std::filesystem::path& folder) {
   return good;
 }
 
+/// A small film of `pairs` pictures with sound, and what is done to it.
+bool writeSalvageSeeds(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  const auto film = [](int pairs) {
+    AviBuilder avi;
+    avi.interleaved(pairs, 301, 80);
+    avi.chunks[3].size = 97;  // not all of one size
+    avi.chunks[6].size = 0;
+    return avi;
+  };
+  const Bytes whole = film(12).build();
+  const auto begin = [](auto& bytes) { return bytes.begin(); };
+  bool good = write(folder / "whole", whole);
+  AviBuilder bare = film(12);
+  bare.withIndex = false;
+  good = good && write(folder / "no_index", bare.build());
+  bare.withAudioStream = false;
+  good = good && write(folder / "no_index_no_sound_header", bare.build());
+  good = good && write(folder / "headers_only", film(12).headers());
+  good = good && write(folder / "cut", Bytes(begin(whole), begin(whole) + 3000));
+  good = good && write(folder / "no_front", Bytes(begin(whole) + 700, whole.end()));
+  for (const std::ptrdiff_t at : {100, 1500, 2600, 4000}) {
+    Bytes zeroed = whole;
+    std::fill(begin(zeroed) + at, begin(zeroed) + at + 250, std::byte{0});
+    Bytes missing = whole;
+    missing.erase(begin(missing) + at, begin(missing) + at + 333);
+    Bytes inserted = whole;
+    inserted.insert(begin(inserted) + at, 777, std::byte{0x30});
+    Bytes doubled = whole;
+    doubled.insert(begin(doubled) + at, begin(whole) + 1000, begin(whole) + 2200);
+    const std::string place = "_" + std::to_string(at);
+    good = good && write(folder / ("zeroed" + place), zeroed) && write(folder / ("missing" + place), missing) &&
+           write(folder / ("inserted" + place), inserted) && write(folder / ("doubled" + place), doubled);
+  }
+  return good;
+}
+
 }  // namespace
 }  // namespace zelvo::tests
 
@@ -64,7 +103,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::filesystem::path folder = argv[1];
-  if (!zelvo::tests::writeRepairSeeds(folder / "repair") || !zelvo::tests::writeWholeRunSeeds(folder / "whole_run")) {
+  if (!zelvo::tests::writeRepairSeeds(folder / "repair") || !zelvo::tests::writeWholeRunSeeds(folder / "whole_run") ||
+      !zelvo::tests::writeSalvageSeeds(folder / "salvage")) {
     std::fprintf(stderr, "cannot write into %s\n", argv[1]);
     return 1;
   }

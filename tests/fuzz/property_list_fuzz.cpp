@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <span>
 
-#include "platform/linux/linux_property_lists.h"
+#include "platform/linux/property_lists.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using zelvo::platform::PropertyLists;

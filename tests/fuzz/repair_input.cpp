@@ -9,7 +9,7 @@ namespace {
 
 // The settings: what is stopped (and through what), at which block, how far the claimed size is off (16 bits, biased),
 // where reads begin to fail (16 bits, in units of 1 byte), for how long (in units of 4 bytes; 0 for never), zero bytes
-// behind the content (in units of 64).
+// after the content (in units of 64).
 constexpr std::size_t kSettings = 8;
 constexpr std::int64_t kBias = 0x8000;
 enum Stop : unsigned { kNever = 0, kDuringBlock = 1, kBeforeVideo = 2, kDuringVideo = 3 };

@@ -136,8 +136,9 @@ class Checker(unittest.TestCase):
         self.assertEqual(self.found('<img src="a.svg" alt="">'), ["index.html: a.svg leads nowhere"])
 
     def test_an_address_of_the_network_is_found(self):
-        self.assertEqual(self.found('<a href="https://a.example/">a</a>'),
-                         ["index.html: https://a.example/ needs a network"])
+        self.assertEqual(
+            self.found('<a href="https://a.example/">a</a>'), ["index.html: https://a.example/ needs a network"]
+        )
 
     def test_what_is_not_closed_is_found(self):
         self.assertIn("index.html: line 3: </main> closes what is not open", self.found("<p>a"))
@@ -149,21 +150,28 @@ class Checker(unittest.TestCase):
         self.assertIn("index.html: line 3: a picture without a text in its place", self.found('<img src="index.html">'))
 
     def test_a_place_given_twice_is_found(self):
-        self.assertEqual(self.found('<p id="a">a</p><p id="a">b</p>'),
-                         ['index.html: line 3: the place "a" is there twice'])
+        self.assertEqual(
+            self.found('<p id="a">a</p><p id="a">b</p>'), ['index.html: line 3: the place "a" is there twice']
+        )
 
 
 def titles(root):
     """The titles of the window's panels and alerts, out of its sources."""
     found = []
-    for path, pattern in (("platform/qt/window_texts.h", r'Title\(\) \{ return QStringLiteral\("([^"]+)"\)'),
-                          ("app/texts.h", r'k(?:NoSpace|Finishing|WriteFailed|Gone|Link|Unreadable|NoWorkingFolder|FolderRefused|SaveIncomplete)Title = '
-                           r'"([^"]+)"'),
-                          ("app/texts.h", r'kQuitMessage = "([^"]+)"'),
-                          ("update/update_paths.h", r'kTitle = "([^"]+)"')):
+    for path, pattern in (
+        ("platform/qt/texts.h", r'Title\(\) \{ return QStringLiteral\("([^"]+)"\)'),
+        (
+            "app/texts.h",
+            r"k(?:NoSpace|Finishing|WriteFailed|Gone|Link|Unreadable|NoWorkingFolder|FolderRefused|SaveIncomplete)"
+            r"Title = "
+            r'"([^"]+)"',
+        ),
+        ("app/texts.h", r'kQuitMessage = "([^"]+)"'),
+        ("update/update_paths.h", r'kTitle = "([^"]+)"'),
+    ):
         with open(os.path.join(root, path), encoding="utf-8") as file:
             found += re.findall(pattern, file.read())
-    with open(os.path.join(root, "platform/qt/film_texts.cpp"), encoding="utf-8") as file:
+    with open(os.path.join(root, "platform/qt/window/film_texts.cpp"), encoding="utf-8") as file:
         by_verdict = re.search(r"QString completedTitle\(.*?\n}", file.read(), re.DOTALL).group()
     return found + re.findall(r'QStringLiteral\("([^"]+)"\)', by_verdict)
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Checks a manual page against the program: it names every command and every option that the program's help names, and no
-other. Where groff is installed, the page is also set without a warning.
+"""Checks a manual page against the program: it names every command and every option that the program's help names, and
+no other. Where groff is installed, the page is also set without a warning.
 
 Usage: man_page_test.py PAGE PROGRAM
 """
@@ -56,7 +56,9 @@ def main():
     if not options:
         faults.append("the help names no options")
     if shutil.which("groff"):
-        said = subprocess.run(["groff", "-man", "-ww", "-Tutf8", page], capture_output=True, text=True, check=False).stderr
+        said = subprocess.run(
+            ["groff", "-man", "-ww", "-Tutf8", page], capture_output=True, text=True, check=False
+        ).stderr
         faults += said.splitlines()
     print("\n".join(faults) or "The page and the program agree.")
     return 1 if faults else 0

@@ -14,10 +14,21 @@ ELEMENTS = {"svg", "g", "path", "rect", "circle", "defs", "linearGradient", "sto
 REFUSED = {"style", "class", "filter", "mask", "clip-path", "href"}
 # Width and height in points, by the picture's name.
 SIZES = {
-    "repair_button_normal": (220, 48), "repair_button_hover": (220, 48),
-    "home-1": (32, 32), "home-2": (32, 32), "help-1": (32, 32), "help-2": (32, 32),
-    "update-1": (32, 32), "update-2": (32, 32), "film-drop": (96, 72), "film": (96, 72),
-    "sheet-info": (40, 40), "sheet-question": (40, 40), "sheet-done": (40, 40), "sheet-failed": (40, 40), "sheet-warning": (40, 40),
+    "repair_button_normal": (220, 48),
+    "repair_button_hover": (220, 48),
+    "home-1": (32, 32),
+    "home-2": (32, 32),
+    "help-1": (32, 32),
+    "help-2": (32, 32),
+    "update-1": (32, 32),
+    "update-2": (32, 32),
+    "film-drop": (96, 72),
+    "film": (96, 72),
+    "sheet-info": (40, 40),
+    "sheet-question": (40, 40),
+    "sheet-done": (40, 40),
+    "sheet-failed": (40, 40),
+    "sheet-warning": (40, 40),
     "zelvo-avi-repair": (256, 256),
 }
 
@@ -53,20 +64,34 @@ class Checker(unittest.TestCase):
             return problems(path)
 
     def test_a_plain_picture_has_no_problem(self):
-        self.assertEqual(self.found('<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8"/>'),
-                         [])
+        self.assertEqual(
+            self.found('<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8"/>'), []
+        )
 
     def test_an_element_that_not_all_know_is_found(self):
-        self.assertEqual(self.found('<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8">'
-                                    '<text>a</text></svg>'), ["holds <{http://www.w3.org/2000/svg}text>"])
+        self.assertEqual(
+            self.found(
+                '<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8">' "<text>a</text></svg>"
+            ),
+            ["holds <{http://www.w3.org/2000/svg}text>"],
+        )
 
     def test_a_style_is_found(self):
-        self.assertEqual(self.found('<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8">'
-                                    '<g style="fill:red"/></svg>'), ["uses style"])
+        self.assertEqual(
+            self.found(
+                '<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8">'
+                '<g style="fill:red"/></svg>'
+            ),
+            ["uses style"],
+        )
 
     def test_a_wrong_size_is_found(self):
-        self.assertEqual(self.found('<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8"/>',
-                                    "home-1.svg"), ["is 8 x 8 and not (32, 32)"])
+        self.assertEqual(
+            self.found(
+                '<svg xmlns="http://www.w3.org/2000/svg" width="8" height="8" viewBox="0 0 8 8"/>', "home-1.svg"
+            ),
+            ["is 8 x 8 and not (32, 32)"],
+        )
 
     def test_a_broken_picture_is_found(self):
         self.assertIn("is no XML", self.found("<svg>")[0])
@@ -76,8 +101,12 @@ class Pictures(unittest.TestCase):
     resources = ""
 
     def paths(self):
-        return [os.path.join(where, name) for where, _, names in os.walk(self.resources) for name in names
-                if name.endswith(".svg")]
+        return [
+            os.path.join(where, name)
+            for where, _, names in os.walk(self.resources)
+            for name in names
+            if name.endswith(".svg")
+        ]
 
     def test_have_no_problem(self):
         for path in self.paths():

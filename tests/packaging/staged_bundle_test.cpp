@@ -8,12 +8,12 @@
 #include <vector>
 
 #include "app/texts.h"
-#include "platform/linux/linux_bundle.h"
-#include "platform/linux/linux_files.h"
-#include "platform/linux/linux_path_probe.h"
-#include "platform/linux/linux_property_lists.h"
+#include "platform/linux/bundle.h"
+#include "platform/linux/files.h"
+#include "platform/linux/path_probe.h"
+#include "platform/linux/property_lists.h"
 #include "platform/path_mapper.h"
-#include "update/path_components.h"
+#include "update/places.h"
 #include "update/update_paths.h"
 
 namespace zelvo::tests {

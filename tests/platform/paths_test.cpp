@@ -2,8 +2,12 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::platform {
+namespace zelvo::tests {
 namespace {
+
+using platform::folderOf;
+using platform::nameOf;
+using platform::pathIn;
 
 TEST(FolderOf, PathWithoutAFolderLiesHere) {
   EXPECT_EQ(folderOf("a"), ".");
@@ -21,6 +25,14 @@ TEST(FolderOf, RootIsItsOwn) {
   EXPECT_EQ(folderOf("///"), "/");
 }
 
+TEST(NameOf, IsTheLastPart) {
+  EXPECT_EQ(nameOf("/a/b"), "b");
+  EXPECT_EQ(nameOf("/a/b//"), "b");
+  EXPECT_EQ(nameOf("b"), "b");
+  EXPECT_EQ(nameOf("/"), "");
+  EXPECT_EQ(nameOf(""), "");
+}
+
 TEST(PathIn, HasOneSlashBetween) {
   EXPECT_EQ(pathIn("a", "b"), "a/b");
   EXPECT_EQ(pathIn("a/", "b"), "a/b");
@@ -28,4 +40,4 @@ TEST(PathIn, HasOneSlashBetween) {
 }
 
 }  // namespace
-}  // namespace zelvo::platform
+}  // namespace zelvo::tests

@@ -5,8 +5,11 @@
 #include <array>
 #include <cstdio>
 
-namespace zelvo::platform {
+namespace zelvo::tests {
 namespace {
+
+using platform::printableText;
+using platform::steersTerminal;
 
 std::string inUtf8(char32_t character) {
   if (character < 0x80) return {static_cast<char>(character)};
@@ -66,4 +69,4 @@ TEST(PrintableText, PrintableTextStaysTheSame) {
 }
 
 }  // namespace
-}  // namespace zelvo::platform
+}  // namespace zelvo::tests

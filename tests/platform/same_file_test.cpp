@@ -4,8 +4,8 @@
 
 #include <filesystem>
 
-#include "platform/linux/linux_file_manager.h"
-#include "tests/platform/temp_folder.h"
+#include "platform/linux/file_manager.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::tests {
 namespace {

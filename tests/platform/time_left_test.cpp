@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::platform {
+namespace zelvo::tests {
 namespace {
+
+using platform::TimeLeft;
 
 using namespace std::chrono_literals;
 constexpr TimeLeft::Clock::time_point kStart{};
@@ -46,4 +48,4 @@ TEST(TimeLeft, IsNothingWhereMoreIsDoneThanThereIs) {
 }
 
 }  // namespace
-}  // namespace zelvo::platform
+}  // namespace zelvo::tests

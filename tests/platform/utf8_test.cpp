@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
-namespace zelvo::platform {
+namespace zelvo::tests {
 namespace {
+
+using platform::Utf8Character;
+using platform::utf8CharacterAt;
 
 void expectCharacter(std::string_view text, char32_t value, std::size_t length) {
   const Utf8Character found = utf8CharacterAt(text);
@@ -34,4 +37,4 @@ TEST(Utf8CharacterAt, WhatIsNoCharacterHasNoLength) {
 }
 
 }  // namespace
-}  // namespace zelvo::platform
+}  // namespace zelvo::tests

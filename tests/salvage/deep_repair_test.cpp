@@ -4,8 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "platform/headless/workers.h"
-#include "tests/salvage/written_film.h"
+#include "tests/salvage/salvage_bench.h"
 #include "tests/support/avi_builder.h"
 
 namespace zelvo::tests {
@@ -20,58 +19,7 @@ using testing::ElementsAre;
 
 AviBuilder film() { return AviBuilder().interleaved(10, 300, 101); }
 
-class Notes final : public salvage::SalvageObserver {
- public:
-  void stage(SalvageStage stage) override {
-    stages.push_back(stage);
-    if (onStage) onStage(stage);
-  }
-  void read(std::uint64_t bytes) override { bytesRead += bytes; }
-
-  std::vector<SalvageStage> stages;
-  std::uint64_t bytesRead = 0;
-  std::function<void(SalvageStage)> onStage;
-};
-
-/// Thread: one.
-struct Bench {
-  explicit Bench(Bytes bytes) : input(std::move(bytes)) {}
-
-  SalvageReport perform() {
-    files.put("/in.avi", input);
-    files.put("/out.avi", {});
-    if (onInput) onInput(files.at("/in.avi"));
-    if (onOutput) onOutput(files.at("/out.avi"));
-    const auto in = files.openForReading("/in.avi");
-    const auto out = files.openForWriting("/out.avi");
-    salvage::SalvageRun run{.input = *in.file,
-                            .inputSize = input.size(),
-                            .observer = notes,
-                            .cancel = cancel,
-                            .workers = workers,
-                            .choices = choices,
-                            .makeOutput = {}};
-    if (!isDry) {
-      run.makeOutput = [&](std::uint64_t size) {
-        asked = size;
-        return isRefused ? nullptr : out.file.get();
-      };
-    }
-    return salvage::salvage(run);
-  }
-
-  Bytes input;
-  MemoryFiles files;
-  Notes notes;
-  platform::CancelMark cancel;
-  platform::headless::HeadlessWorkers workers;
-  salvage::SalvageChoices choices;
-  std::function<void(MemoryFile&)> onInput;
-  std::function<void(MemoryFile&)> onOutput;
-  bool isDry = false;
-  bool isRefused = false;
-  std::uint64_t asked = 0;
-};
+using Bench = SalvageBench;
 
 TEST(DeepRepair, AWholeFilmIsCleanAndWrittenWhole) {
   Bench run(film().build());

@@ -55,6 +55,12 @@ TEST(FilmClock, AnIndexKnowsMoreThanTheChain) {
   EXPECT_FALSE(salvage::soundShare(index, {}, {}, 0, 1).has_value());
 }
 
+TEST(FilmClock, AFewLongBlocksCountAsAWhole) {
+  std::vector<AviChunk> chunks(20, {"00dc", 50});
+  chunks.insert(chunks.begin() + 10, 2, {"01wb", 3000});
+  EXPECT_NEAR(shareIn(chunks)->bytes, 300, 1e-6);
+}
+
 TEST(FilmClock, TooLittleIsNoShare) {
   EXPECT_FALSE(shareIn({{"00dc", 50}, {"01wb", 640}, {"00dc", 50}, {"01wb", 640}}).has_value());
 }
@@ -77,6 +83,10 @@ TEST(FilmClock, OneRatioHasManyPairs) {
   EXPECT_EQ(slow[0].pictures, (PictureRate{25, 1}));
   EXPECT_EQ(slow[0].samples, 22050U);
   EXPECT_TRUE(salvage::usualPairs(3, false).empty());
+  const auto rough = salvage::usualPairs(1480, true);
+  ASSERT_FALSE(rough.empty());
+  EXPECT_EQ(rough[0].pictures, (PictureRate{15, 1}));
+  EXPECT_EQ(rough[0].samples, 22050U);
 }
 
 }  // namespace

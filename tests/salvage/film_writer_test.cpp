@@ -211,7 +211,8 @@ TEST(FilmWriter, AFailedWriteIsTold) {
   avi::InputFile in(film->files.openForReading("/in.avi").file);
   const auto out = film->files.openForWriting("/full.avi");
   const auto layout = salvage::layOut(film->plan, film->header);
-  const auto written = salvage::writeFilm({in, *out.file, film->plan, film->header, *layout, [] { return false; }});
+  const auto written =
+      salvage::writeFilm({in, *out.file, film->workers, film->plan, film->header, *layout, [] { return false; }});
   ASSERT_TRUE(written.failure.has_value());
   EXPECT_EQ(written.failure->offset, 70'000U);
   EXPECT_EQ(written.failure->cause, std::errc::no_space_on_device);

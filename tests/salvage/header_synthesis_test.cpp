@@ -121,6 +121,19 @@ TEST(HeaderSynthesis, TheUserKnowsBetter) {
   EXPECT_EQ(other.header.streams[0].header.rate, 50U);
 }
 
+TEST(HeaderSynthesis, LargePicturesGoWithFasterSound) {
+  Bare film;
+  for (unsigned i = 0; i < 40; ++i) {
+    Bytes picture = jpeg(300 + i);
+    picture[9] = std::byte{2};  // 576 pixels wide
+    film.add("00dc", picture);
+    film.add("01wb", noise(1470, i));
+  }
+  const Found found(film);
+  EXPECT_EQ(found.header.streams[0].header.rate, 30U);
+  EXPECT_EQ(soundFormat(found.header.streams[1].header).samplesPerSec, 44100U);
+}
+
 TEST(HeaderSynthesis, FramesOfSoundAreAClock) {
   Bare film;
   Bytes frame = numbered({0xff, 0xfb, 0x90, 0x40});

@@ -8,6 +8,7 @@
 
 #include "avi/chunk_codes.h"
 #include "avi/outline.h"
+#include "platform/headless/workers.h"
 #include "salvage/film_writer.h"
 #include "tests/salvage/codec_films.h"
 #include "tests/support/byte_text.h"
@@ -85,7 +86,7 @@ struct WrittenFilmBench {
     avi::InputFile in(files.openForReading("/in.avi").file);
     const auto out = files.openForWriting("/out.avi");
     layout = *salvage::layOut(plan, header, formSize);
-    written = salvage::writeFilm({in, *out.file, plan, header, layout, [this] { return isEnding; }});
+    written = salvage::writeFilm({in, *out.file, workers, plan, header, layout, [this] { return isEnding; }});
     failures = in.failures();
     bytes = files.content("/out.avi");
     avi::Outline(
@@ -131,6 +132,7 @@ struct WrittenFilmBench {
   salvage::FilmHeader header;
   salvage::FilmPlan plan;
   MemoryFiles files;
+  platform::headless::HeadlessWorkers workers;
   bool isEnding = false;
 
   salvage::FilmLayout layout;

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/storage/trees.h"
 #include "tests/support/recorded_system.h"
+#include "tests/support/trees.h"
 
 namespace zelvo::tests {
 namespace {
@@ -162,8 +162,6 @@ Entry tidied(Entry entry) {
   storage::truncateDriveModelNumber(media);
   return media[0];
 }
-
-const PropertyValue kOne = std::int32_t{1};
 
 TEST(TruncateDriveModelNumber, MissingTextsBecomeDashes) {
   EXPECT_EQ(tidied({}), (Entry{{"device model", "-"}, {"device serial", "-"}, {"device revision", "-"}}));

@@ -7,8 +7,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/linux/linux_property_lists.h"
-#include "tests/storage/mock_machine.h"
+#include "platform/linux/property_lists.h"
+#include "tests/platform/linux/mock_machine.h"
 #include "tests/support/recorded_system.h"
 
 namespace zelvo::tests {

@@ -3,8 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/storage/trees.h"
 #include "tests/support/recorded_system.h"
+#include "tests/support/trees.h"
 
 namespace zelvo::tests {
 namespace {
@@ -14,8 +14,6 @@ using storage::Entry;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::Not;
-
-const PropertyValue kOne = std::int32_t{1};
 
 /// What the walk makes of `tree` when these volumes are mounted from these paths.
 Entries walked(const PropertyValue& tree, const std::vector<const char*>& volumePaths = {},

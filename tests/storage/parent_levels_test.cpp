@@ -3,15 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "storage/media_walk.h"
-#include "tests/storage/trees.h"
 #include "tests/support/recorded_system.h"
+#include "tests/support/trees.h"
 
 namespace zelvo::tests {
 namespace {
 
 using storage::Entry;
-
-const PropertyValue kOne = std::int32_t{1};
 
 /// The entry of the only medium of a registry with this root.
 Entry described(const PropertyDictionary& root) {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/storage/trees.h"
+#include "tests/support/trees.h"
 
 namespace zelvo::tests {
 namespace {

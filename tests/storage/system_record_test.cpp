@@ -4,10 +4,10 @@
 
 #include <cerrno>
 
-#include "platform/linux/linux_property_lists.h"
+#include "platform/linux/property_lists.h"
 #include "storage/drive_inventory.h"
-#include "tests/storage/trees.h"
 #include "tests/support/recorded_system.h"
+#include "tests/support/trees.h"
 
 namespace zelvo::tests {
 namespace {

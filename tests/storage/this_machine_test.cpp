@@ -11,7 +11,7 @@
 #include <sstream>
 
 #include "platform/headless/path_probe.h"
-#include "platform/linux/linux_storage.h"
+#include "platform/linux/storage.h"
 
 namespace zelvo::tests {
 namespace {

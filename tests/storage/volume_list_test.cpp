@@ -4,8 +4,8 @@
 
 #include <cerrno>
 
-#include "tests/storage/trees.h"
 #include "tests/support/recorded_system.h"
+#include "tests/support/trees.h"
 
 namespace zelvo::tests {
 namespace {

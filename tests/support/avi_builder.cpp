@@ -41,6 +41,12 @@ void appendList(Bytes& out, std::string_view type, const Bytes& content) {
 
 }  // namespace
 
+platform::Bytes blank(std::size_t size) {
+  platform::Bytes bytes(size, std::byte{0x20});
+  overwrite(bytes, 0, "AVI ");
+  return bytes;
+}
+
 AviBuilder& AviBuilder::interleaved(int count, std::uint32_t videoSize, std::uint32_t audioSize,
                                     std::string_view videoCode) {
   for (int i = 0; i < count; ++i) {

@@ -19,6 +19,9 @@ void overwrite(platform::Bytes& out, std::size_t offset, std::string_view text);
 /// Appends a chunk: code, size field, `size` payload bytes that no code occurs in, a pad byte when `size` is odd.
 void appendChunk(platform::Bytes& out, std::string_view code, std::uint32_t size, std::byte fill = std::byte{0x55});
 
+/// `size` bytes without any code but an "AVI " at the start, which lets the validity check pass.
+[[nodiscard]] platform::Bytes blank(std::size_t size);
+
 struct AviChunk {
   std::string_view code;  ///< "00dc", "01wb", ...
   std::uint32_t size = 0;

@@ -91,7 +91,7 @@ class Outline {
     line(depth, "entry qwOffset " + valueAt(at, {"", 8}) + " dwSize " + valueAt(at + 8, {"", 4}) + " dwDuration " +
                     valueAt(at + 12, {"", 4}));
     at += 16;
-    if (at < end) line(depth, "behind the entry " + hexAt(avi_, at, end - at));
+    if (at < end) line(depth, "after the entry " + hexAt(avi_, at, end - at));
   }
 
   void standardIndex(std::size_t start, std::size_t end, std::size_t depth) {

@@ -130,7 +130,7 @@ void DamageGenerator::candidatesAtEnd(DamagedInput& input) {
   for (std::size_t k = 0; k < count; ++k) {
     const std::size_t back = 1 + static_cast<std::size_t>(below(chance(50) ? 16 : 1200));
     if (back >= size) continue;
-    // The look-ahead starts up to 8 bytes before the end, or a little behind it.
+    // The look-ahead starts up to 8 bytes before the end, or a little after it.
     const std::size_t from = size - back;
     const std::uint64_t wanted = size + below(12);
     const std::uint64_t field = wanted - from > 16 ? wanted - from - 16 : 1 + below(12);

@@ -17,7 +17,7 @@ namespace zelvo::tests {
 struct DamagedInput {
   std::string name;  ///< what was done, for the message of a test that fails
   platform::Bytes bytes;
-  std::uint64_t size = 0;         ///< of the file; what lies behind `bytes` is zero
+  std::uint64_t size = 0;         ///< of the file; what lies after `bytes` is zero
   std::uint64_t claimedSize = 0;  ///< what the repair is told
   std::uint64_t badReadStart = std::numeric_limits<std::uint64_t>::max();  ///< reads of this range fail
   std::uint64_t badReadEnd = 0;
@@ -36,7 +36,7 @@ class DamageGenerator {
   /// "00dc" or "01wb" and a size below `sizeLimit` every 8 bytes; many look-aheads meet the end of the file or, when
   /// `failing`, the ends of a range that cannot be read.
   [[nodiscard]] DamagedInput dense(std::size_t size, std::uint32_t sizeLimit, bool failing = false);
-  /// A whole AVI file of `count` pairs of chunks behind sound headers, then damaged; some claim to be larger than they
+  /// A whole AVI file of `count` pairs of chunks after valid headers, then damaged; some claim to be larger than they
   /// are.
   [[nodiscard]] DamagedInput wholeFile(int count);
 

@@ -30,7 +30,7 @@ testing::AssertionResult matchesGolden(const std::string& name, const std::strin
   const char* writing = std::getenv("ZELVO_WRITE_GOLDENS");
   if (writing != nullptr && std::string(writing) == "1") {
     std::ofstream(path, std::ios::binary) << text;
-    return testing::AssertionFailure() << "written anew: " << path << "; look at it and run the test again";
+    return testing::AssertionFailure() << "written again: " << path << "; look at it and run the test again";
   }
   std::ifstream file(path, std::ios::binary);
   if (!file) return testing::AssertionFailure() << "cannot read " << path;

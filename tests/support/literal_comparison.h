@@ -51,7 +51,7 @@ class LiteralComparison {
   LiteralComparison(const LiteralComparison&) = delete;
   LiteralComparison& operator=(const LiteralComparison&) = delete;
 
-  /// The scan, then the writer behind made-up headers. Answers nothing when all agrees: counts, tables, the last size
+  /// The scan, then the writer after made-up headers. Answers nothing when all agrees: counts, tables, the last size
   /// field, failed reads, layout and every byte of the output.
   [[nodiscard]] std::string scanAndWrite(const DamagedInput& input, const TwinStops& stops = {});
 

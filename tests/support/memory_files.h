@@ -21,8 +21,8 @@ namespace zelvo::tests {
 /// Content and faults of one file. Set faults before the file is used.
 struct MemoryFile {
   platform::Bytes bytes;   ///< the content from offset 0 on
-  std::uint64_t size = 0;  ///< may be larger: what lies behind `bytes` is zero, but for islands
-  std::map<std::uint64_t, platform::Bytes> islands;  ///< content by offset behind `bytes`
+  std::uint64_t size = 0;  ///< may be larger: what lies after `bytes` is zero, but for islands
+  std::map<std::uint64_t, platform::Bytes> islands;  ///< content by offset after `bytes`
 
   /// Reads that touch this range come short before it with `readError`.
   std::uint64_t badReadStart = std::numeric_limits<std::uint64_t>::max();

@@ -10,7 +10,7 @@
 
 #include "platform/files.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 class MemoryReadable final : public platform::ReadableFile {
  public:
@@ -56,4 +56,4 @@ class MemoryReadable final : public platform::ReadableFile {
   std::size_t largestRead_ = 0;
 };
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "platform/linux/linux_property_lists.h"
+#include "platform/linux/property_lists.h"
 
 namespace zelvo::tests {
 

@@ -1,6 +1,6 @@
 #include "tests/support/small_avi.h"
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 std::string le16(std::uint64_t number) {
   return {static_cast<char>(number & 0xffU), static_cast<char>(number >> 8U & 0xffU)};
@@ -83,4 +83,4 @@ std::string overlappingAvi(std::size_t chunks) {
   return bytes;
 }
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

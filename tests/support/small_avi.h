@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace zelvo::test {
+namespace zelvo::tests {
 
 struct SmallAvi {
   std::size_t frames = 150;      ///< pairs of a "00dc" and a "01wb" chunk
@@ -17,7 +17,7 @@ struct SmallAvi {
   bool hasAudioHeader = true;
   bool hasVideoCompression = true;  ///< biCompression is set
   std::string_view videoHandler = "MJPG";
-  bool hasIndex = true;  ///< an "idx1" behind the data
+  bool hasIndex = true;  ///< an "idx1" after the data
 
   [[nodiscard]] std::string bytes() const;
 };
@@ -28,9 +28,9 @@ struct SmallAvi {
 /// Four bytes, the least significant first.
 [[nodiscard]] std::string le32(std::uint64_t number);
 [[nodiscard]] std::string le16(std::uint64_t number);
-/// A chunk: code, size, payload and, behind an odd one, a pad byte.
+/// A chunk: code, size, payload and, after an odd one, a pad byte.
 [[nodiscard]] std::string chunk(std::string_view id, std::string_view payload);
 /// A list or form of the type, with what it holds.
 [[nodiscard]] std::string list(std::string_view id, std::string_view type, std::string_view content);
 
-}  // namespace zelvo::test
+}  // namespace zelvo::tests

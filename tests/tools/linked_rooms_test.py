@@ -10,8 +10,9 @@ FOREIGN = ("zelvo::platform::headless::", "zelvo::platform::qt::", "zelvo::engin
 
 
 def main():
-    listed = subprocess.run(["nm", "--demangle", "--defined-only", sys.argv[1]], text=True, check=True,
-                            stdout=subprocess.PIPE).stdout
+    listed = subprocess.run(
+        ["nm", "--demangle", "--defined-only", sys.argv[1]], text=True, check=True, stdout=subprocess.PIPE
+    ).stdout
     symbols = [line.split(maxsplit=2)[-1] for line in listed.splitlines()]
     if not any("zelvo::engine::repair(" in symbol for symbol in symbols):
         print(f"{sys.argv[1]} has no symbols to look at: was it stripped?")

@@ -40,8 +40,11 @@ class Mutations(unittest.TestCase):
         self.assertEqual(found("  if (f(); a) return;", "negated condition"), [])
 
     def test_neighbouring_statements_are_swapped(self):
-        changes = [change for change in mutations.mutations("a.cpp", "  a = 1;\n  b();\n")
-                   if change.kind == "swapped statements"]
+        changes = [
+            change
+            for change in mutations.mutations("a.cpp", "  a = 1;\n  b();\n")
+            if change.kind == "swapped statements"
+        ]
         self.assertEqual([change.after for change in changes], [("  b();", "  a = 1;")])
         self.assertEqual((changes[0].first, changes[0].last), (1, 2))
 
@@ -77,4 +80,5 @@ class Mutations(unittest.TestCase):
 if __name__ == "__main__":
     sys.path.insert(0, sys.argv.pop())
     import mutations
+
     unittest.main()

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/linux_digest.h"
+#include "platform/linux/digest.h"
 #include "tests/update/fakes.h"
 
 namespace zelvo::tests {

@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
-#include "platform/linux/linux_file_manager.h"
-#include "platform/linux/linux_folder_trees.h"
+#include "platform/linux/file_manager.h"
+#include "platform/linux/folder_trees.h"
+#include "tests/support/temp_folder.h"
 #include "tests/update/fakes.h"
-#include "tests/update/temp_folder.h"
 
 namespace zelvo::tests {
 namespace {

@@ -1,10 +1,10 @@
-#include "update/write_deletable_path.h"
+#include "update/places.h"
 
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "tests/update/processes.h"
-#include "tests/update/temp_folder.h"
+#include "tests/platform/linux/processes.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::tests {
 namespace {
@@ -16,7 +16,7 @@ class WriteDeletablePath : public testing::Test {
  protected:
   void SetUp() override {
     fs::permissions(temp.path(), fs::perms(0755));
-    fs::copy_file(ZELVO_UPDATE_PROBE, temp / "probe");
+    fs::copy_file(ZELVO_SERVICE_PROBE, temp / "probe");
     writeFile(temp / "outer/inner/file", "");
     giveAway();
   }

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/bounded_wait.h"
 #include "tests/platform/qt/element_bench.h"
 

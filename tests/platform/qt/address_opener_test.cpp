@@ -1,5 +1,5 @@
 // What becomes of addresses: a program of the test's own stands in the place of the desktop's.
-#include "platform/qt/address_opener.h"
+#include "platform/qt/window/address_opener.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -9,9 +9,10 @@
 #include <filesystem>
 
 #include "platform/launcher.h"
-#include "platform/qt/qt_workspace.h"
+#include "platform/linux/program_starter.h"
+#include "platform/qt/window/workspace.h"
 #include "tests/platform/qt/bounded_wait.h"
-#include "tests/platform/temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::tests {
 namespace {
@@ -44,17 +45,18 @@ class AddressOpenerTest : public testing::Test {
   }
 
   TempFolder folder;
+  platform::linux_::LinuxProgramStarter starter;
   int failures = 0;
 };
 
 TEST_F(AddressOpenerTest, TheProgramIsHandedTheAddressAsItIs) {
-  AddressOpener opener(program("exit 0"));
+  AddressOpener opener(starter, program("exit 0"));
   EXPECT_TRUE(opener.open("file:///a%20b/$(touch x)'\";.html", {}));
   until([&] { return handed() == "1|file:///a%20b/$(touch x)'\";.html|"; });
 }
 
 TEST_F(AddressOpenerTest, AProgramThatOpensNothingIsToldOf) {
-  AddressOpener opener(program("exit 3"));
+  AddressOpener opener(starter, program("exit 3"));
   EXPECT_TRUE(opener.open("file:///page.html", [&] { ++failures; }));
   EXPECT_EQ(failures, 0) << "never within the call";
   until([&] { return failures > 0; });
@@ -62,28 +64,28 @@ TEST_F(AddressOpenerTest, AProgramThatOpensNothingIsToldOf) {
 }
 
 TEST_F(AddressOpenerTest, AProgramThatOpensItIsNot) {
-  AddressOpener opener(program("exit 0"));
+  AddressOpener opener(starter, program("exit 0"));
   int ends = 0;
   EXPECT_TRUE(opener.open("file:///page.html", [&] { ++failures; }));
   // The second one's end comes after the first one's.
   until([&] { return !handed().empty(); });
-  AddressOpener failing(program("exit 1"));
+  AddressOpener failing(starter, program("exit 1"));
   EXPECT_TRUE(failing.open("file:///page.html", [&] { ++ends; }));
   until([&] { return ends > 0; });
   EXPECT_EQ(failures, 0);
 }
 
 TEST_F(AddressOpenerTest, AMissingProgramOpensNothing) {
-  AddressOpener opener(folder.path("missing"));
+  AddressOpener opener(starter, folder.path("missing"));
   EXPECT_FALSE(opener.open("file:///page.html", [&] { ++failures; }));
 }
 
 TEST_F(AddressOpenerTest, OneThatGoesIsToldNothing) {
   {
-    AddressOpener opener(program("exit 3"));
+    AddressOpener opener(starter, program("exit 3"));
     EXPECT_TRUE(opener.open("file:///page.html", [&] { ++failures; }));
   }
-  AddressOpener other(program("exit 3"));
+  AddressOpener other(starter, program("exit 3"));
   int ends = 0;
   EXPECT_TRUE(other.open("file:///page.html", [&] { ++ends; }));
   until([&] { return ends > 0; });
@@ -93,7 +95,7 @@ TEST_F(AddressOpenerTest, OneThatGoesIsToldNothing) {
 TEST_F(AddressOpenerTest, TheWorkspaceTellsOfAnAddressThatNothingOpened) {
   QWidget window;
   NoOpener files;
-  QtWorkspace workspace(window, files, "/none", "none", program("exit 3"));
+  QtWorkspace workspace(window, files, starter, "/none", "none", program("exit 3"));
   QUrl told;
   workspace.setUnopenedReceiver([&](const QUrl& address) { told = address; });
   EXPECT_TRUE(workspace.openURL("file:///a%20b.html#there"));
@@ -105,7 +107,7 @@ TEST_F(AddressOpenerTest, TheWorkspaceTellsOfAnAddressThatNothingOpened) {
 TEST_F(AddressOpenerTest, AnAddressThatIsNoneOpensNothing) {
   QWidget window;
   NoOpener files;
-  QtWorkspace workspace(window, files, "/none", "none", program("exit 0"));
+  QtWorkspace workspace(window, files, starter, "/none", "none", program("exit 0"));
   EXPECT_FALSE(workspace.openURL("http://[broken"));
   EXPECT_EQ(handed(), "");
 }

@@ -1,4 +1,4 @@
-#include "platform/qt/appearance.h"
+#include "platform/qt/drawing/appearance.h"
 
 #include <gtest/gtest.h>
 

@@ -13,8 +13,8 @@ namespace zelvo::tests {
 /// Far longer than anything here takes on a machine that is busy with other things.
 inline constexpr std::chrono::seconds kLongestWait{60};
 
-/// Takes turns until `reached`. Waiting in vain fails and ends the test, by an exception that names `where` and what `saw`
-/// tells by then.
+/// Takes turns until `reached`. Waiting in vain fails and ends the test, by an exception that names `where` and what
+/// `saw` tells by then.
 inline void waitUntil(const std::function<bool()>& reached, const std::function<void()>& turn,
                       const std::function<std::string()>& saw,
                       const ::zelvo::tests::CodePlace& where = ::zelvo::tests::CodePlace::current(),

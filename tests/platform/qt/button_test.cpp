@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "controls/button_startup_issues.h"
-#include "platform/qt/appearance.h"
-#include "platform/qt/qt_actions.h"
-#include "platform/qt/qt_button.h"
+#include "platform/qt/drawing/appearance.h"
+#include "platform/qt/drawing/button.h"
+#include "platform/qt/window/actions.h"
 #include "tests/platform/qt/drawn_pictures.h"
 #include "tests/platform/qt/element_bench.h"
 #include "tests/platform/qt/pixels.h"
@@ -20,15 +20,15 @@ using platform::Button;
 using Look = platform::qt::QtButton::Look;
 
 /// A button beside an ordinary one, in a window that is shown and active.
-class QtButton : public testing::Test {
+class QtButtonTest : public testing::Test {
  protected:
-  QtButton() {
+  QtButtonTest() {
     movePointerAway();
     window.resize(400, 200);
     other.setGeometry(10, 10, 80, 30);
     other.setFocusPolicy(Qt::StrongFocus);
   }
-  ~QtButton() override { movePointerAway(); }
+  ~QtButtonTest() override { movePointerAway(); }
 
   platform::qt::QtButton& make(const char* title, Look look = Look::push) {
     auto* const made = new platform::qt::QtButton(queue, pictures.all(), QString::fromUtf8(title), look, &window);
@@ -64,21 +64,21 @@ class QtButton : public testing::Test {
   QPushButton& other = *new QPushButton(&window);
 };
 
-TEST_F(QtButton, IsPressedByAClick) {
+TEST_F(QtButtonTest, IsPressedByAClick) {
   platform::qt::QtButton& button = shown("OK");
   clickOn(button);
   EXPECT_EQ(presses.size(), 1U);
   EXPECT_EQ(senders.front(), &button);
 }
 
-TEST_F(QtButton, IsPressedInItsCornersToo) {
+TEST_F(QtButtonTest, IsPressedInItsCornersToo) {
   platform::qt::QtButton& button = shown("OK");
   clickAt(button, {0, 0});
   clickAt(button, {119, 35});
   EXPECT_EQ(presses.size(), 2U);
 }
 
-TEST_F(QtButton, IsNotPressedWhenTheMouseIsReleasedElsewhere) {
+TEST_F(QtButtonTest, IsNotPressedWhenTheMouseIsReleasedElsewhere) {
   platform::qt::QtButton& button = shown("OK");
   QWindow* const handle = window.windowHandle();
   QTest::mousePress(handle, Qt::LeftButton, {}, button.geometry().center());
@@ -88,7 +88,7 @@ TEST_F(QtButton, IsNotPressedWhenTheMouseIsReleasedElsewhere) {
   EXPECT_TRUE(presses.empty());
 }
 
-TEST_F(QtButton, IsPressedBySpaceAndByBothEnterKeys) {
+TEST_F(QtButtonTest, IsPressedBySpaceAndByBothEnterKeys) {
   platform::qt::QtButton& button = shown("OK");
   button.setFocus();
   pressKey(button, Qt::Key_Space);
@@ -99,7 +99,7 @@ TEST_F(QtButton, IsPressedBySpaceAndByBothEnterKeys) {
   EXPECT_EQ(presses.size(), 3U);
 }
 
-TEST_F(QtButton, IsNotPressedWhileDisabled) {
+TEST_F(QtButtonTest, IsNotPressedWhileDisabled) {
   platform::qt::QtButton& button = shown("OK");
   button.setFocus();
   button.setEnabled(false);
@@ -110,7 +110,7 @@ TEST_F(QtButton, IsNotPressedWhileDisabled) {
   EXPECT_TRUE(presses.empty());
 }
 
-TEST_F(QtButton, IsNotPressedWhileHidden) {
+TEST_F(QtButtonTest, IsNotPressedWhileHidden) {
   platform::qt::QtButton& button = shown("OK");
   button.setFocus();
   button.setHidden(true);
@@ -125,7 +125,7 @@ TEST_F(QtButton, IsNotPressedWhileHidden) {
   EXPECT_EQ(presses.size(), 1U);
 }
 
-TEST_F(QtButton, TwoStatesHaveChangedBeforeTheActionRuns) {
+TEST_F(QtButtonTest, TwoStatesHaveChangedBeforeTheActionRuns) {
   platform::qt::QtButton& button = shown("Preview");
   button.setTwoState(QStringLiteral("Stop preview"));
   std::vector<std::string> titles;
@@ -138,7 +138,7 @@ TEST_F(QtButton, TwoStatesHaveChangedBeforeTheActionRuns) {
   EXPECT_EQ(titles, (std::vector<std::string>{"Stop preview on", "Preview off"}));
 }
 
-TEST_F(QtButton, StateThatIsSetShowsItsTitleAndPressesNothing) {
+TEST_F(QtButtonTest, StateThatIsSetShowsItsTitleAndPressesNothing) {
   platform::qt::QtButton& button = shown("Preview");
   button.setTwoState(QStringLiteral("Stop preview"));
   actions.connect(button, [this](Button&) { presses.emplace_back("pressed"); });
@@ -151,7 +151,7 @@ TEST_F(QtButton, StateThatIsSetShowsItsTitleAndPressesNothing) {
   EXPECT_EQ(button.state(), Button::State::on) << "a press goes on from the state that was set";
 }
 
-TEST_F(QtButton, ButtonOfOneStateKeepsItsTitleAndState) {
+TEST_F(QtButtonTest, ButtonOfOneStateKeepsItsTitleAndState) {
   platform::qt::QtButton& button = shown("OK");
   clickOn(button);
   EXPECT_EQ(presses, (std::vector<std::string>{"off"}));
@@ -160,7 +160,7 @@ TEST_F(QtButton, ButtonOfOneStateKeepsItsTitleAndState) {
   EXPECT_EQ(button.state(), Button::State::on);
 }
 
-TEST_F(QtButton, CallsOfAWorkerTakeEffectOnTheMainThreadInOrder) {
+TEST_F(QtButtonTest, CallsOfAWorkerTakeEffectOnTheMainThreadInOrder) {
   platform::qt::QtButton& button = shown("Preview");
   button.setTwoState(QStringLiteral("Stop preview"));
   std::vector<std::string> seen;
@@ -186,7 +186,7 @@ TEST_F(QtButton, CallsOfAWorkerTakeEffectOnTheMainThreadInOrder) {
   EXPECT_TRUE(button.isHidden());
 }
 
-TEST_F(QtButton, StateThatAWorkerSetIsKnownAtOnce) {
+TEST_F(QtButtonTest, StateThatAWorkerSetIsKnownAtOnce) {
   platform::qt::QtButton& button = shown("Preview");
   Button::State seen = Button::State::off;
   std::thread([&] {
@@ -198,7 +198,7 @@ TEST_F(QtButton, StateThatAWorkerSetIsKnownAtOnce) {
   }
 }
 
-TEST_F(QtButton, ObserverIsToldHowItIsNowAndOfEveryChange) {
+TEST_F(QtButtonTest, ObserverIsToldHowItIsNowAndOfEveryChange) {
   platform::qt::QtButton& button = shown("OK");
   std::vector<bool> told;
   button.setEnabledObserver([&](bool enabled) { told.push_back(enabled); });
@@ -209,7 +209,7 @@ TEST_F(QtButton, ObserverIsToldHowItIsNowAndOfEveryChange) {
   EXPECT_EQ(told, (std::vector{true, false, true}));
 }
 
-TEST_F(QtButton, PictureButtonShowsItsNamedPicture) {
+TEST_F(QtButtonTest, PictureButtonShowsItsNamedPicture) {
   platform::qt::QtButton& button = make("Home", Look::picture);
   button.setGeometry(100, 60, 16, 16);
   button.setImage("home-1");
@@ -220,13 +220,13 @@ TEST_F(QtButton, PictureButtonShowsItsNamedPicture) {
   }
 }
 
-TEST_F(QtButton, PictureThatIsNotThereShowsNothing) {
+TEST_F(QtButtonTest, PictureThatIsNotThereShowsNothing) {
   platform::qt::QtButton& button = make("Home", Look::picture);
   button.setImage("no such picture");
   EXPECT_TRUE(samePixels(drawn(button), blankPicture(120, 36, 1)));
 }
 
-TEST_F(QtButton, DisabledPictureIsPaler) {
+TEST_F(QtButtonTest, DisabledPictureIsPaler) {
   platform::qt::QtButton& button = make("Home", Look::picture);
   button.setGeometry(100, 60, 16, 16);
   button.setImage("home-1");
@@ -236,11 +236,11 @@ TEST_F(QtButton, DisabledPictureIsPaler) {
   EXPECT_NE(shownNow, kUnpainted);
 }
 
-TEST_F(QtButton, PictureButtonTellsItsTitleInATooltip) {
+TEST_F(QtButtonTest, PictureButtonTellsItsTitleInATooltip) {
   EXPECT_EQ(make("Look for an update", Look::picture).toolTip(), QStringLiteral("Look for an update"));
 }
 
-TEST_F(QtButton, TitleOnAPictureIsShownOnlyWhenAskedFor) {
+TEST_F(QtButtonTest, TitleOnAPictureIsShownOnlyWhenAskedFor) {
   platform::qt::QtButton& button = make("Repair", Look::picture);
   button.setImage("home-1");
   const QImage without = drawn(button);
@@ -248,7 +248,7 @@ TEST_F(QtButton, TitleOnAPictureIsShownOnlyWhenAskedFor) {
   EXPECT_FALSE(samePixels(drawn(button), without));
 }
 
-TEST_F(QtButton, LinkIsUnderlinedTextOnNothing) {
+TEST_F(QtButtonTest, LinkIsUnderlinedTextOnNothing) {
   platform::qt::QtButton& button = make("click here", Look::link);
   QImage expected = blankPicture(120, 36, 1);
   QPainter painter(&expected);
@@ -261,7 +261,7 @@ TEST_F(QtButton, LinkIsUnderlinedTextOnNothing) {
   EXPECT_TRUE(samePixels(drawn(button), expected));
 }
 
-TEST_F(QtButton, FramedButtonIsDarkerWhilePressed) {
+TEST_F(QtButtonTest, FramedButtonIsDarkerWhilePressed) {
   platform::qt::QtButton& button = make("OK");
   button.setDown(true);
   EXPECT_EQ(drawn(button).pixel(5, 5), platform::qt::line(button.palette()).rgba());
@@ -277,7 +277,7 @@ bool hasRing(const QImage& picture, const QPalette& palette) {
   return picture.pixel(0, 0) == colour && picture.pixel(picture.width() - 1, picture.height() - 1) == colour;
 }
 
-TEST_F(QtButton, KeyboardsFocusIsShownByARing) {
+TEST_F(QtButtonTest, KeyboardsFocusIsShownByARing) {
   platform::qt::QtButton& button = shown("OK");
   button.setFocus(Qt::TabFocusReason);
   EXPECT_TRUE(hasRing(drawn(button), button.palette()));
@@ -285,14 +285,14 @@ TEST_F(QtButton, KeyboardsFocusIsShownByARing) {
   EXPECT_FALSE(hasRing(drawn(button), button.palette()));
 }
 
-TEST_F(QtButton, ClickShowsNoRing) {
+TEST_F(QtButtonTest, ClickShowsNoRing) {
   platform::qt::QtButton& button = shown("OK");
   clickOn(button);
   ASSERT_TRUE(button.hasFocus());
   EXPECT_FALSE(hasRing(drawn(button), button.palette()));
 }
 
-TEST_F(QtButton, RingIsAsItWasWhenTheWindowComesBack) {
+TEST_F(QtButtonTest, RingIsAsItWasWhenTheWindowComesBack) {
   platform::qt::QtButton& button = shown("OK");
   clickOn(button);
   QWidget elsewhere;
@@ -315,14 +315,14 @@ TEST_F(QtButton, RingIsAsItWasWhenTheWindowComesBack) {
   EXPECT_TRUE(hasRing(drawn(button), button.palette())) << "after the keyboard";
 }
 
-TEST_F(QtButton, RingLiesAboveTheFillOfASelfDrawnButton) {
+TEST_F(QtButtonTest, RingLiesAboveTheFillOfASelfDrawnButton) {
   platform::qt::QtButton& button = shown("OK");
   platform::makeCarried<controls::ButtonStartupIssues>(button.host(), button);
   button.setFocus(Qt::TabFocusReason);
   EXPECT_TRUE(hasRing(drawn(button), button.palette()));
 }
 
-TEST_F(QtButton, RingIsTwoSharpRingsOfTwoPointsAtEveryScale) {
+TEST_F(QtButtonTest, RingIsTwoSharpRingsOfTwoPointsAtEveryScale) {
   platform::qt::QtButton& button = shown("");
   button.setFocus(Qt::TabFocusReason);
   for (const double scale : kScales) {

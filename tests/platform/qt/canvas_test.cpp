@@ -2,8 +2,8 @@
 #include <QPainter>
 
 #include "platform/headless/recording_canvas.h"
-#include "platform/qt/pictures.h"
-#include "platform/qt/qt_canvas.h"
+#include "platform/qt/drawing/canvas.h"
+#include "platform/qt/drawing/pictures.h"
 #include "tests/platform/qt/drawn_pictures.h"
 #include "tests/platform/qt/pixels.h"
 

@@ -3,8 +3,8 @@
 
 #include "controls/hover_button_settings_apply.h"
 #include "controls/view_transparent.h"
-#include "platform/qt/hosted_widget.h"
-#include "platform/qt/qt_button.h"
+#include "platform/qt/drawing/button.h"
+#include "platform/qt/drawing/hosted_widget.h"
 #include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {

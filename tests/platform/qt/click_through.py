@@ -5,8 +5,8 @@ Usage: click_through.py WAY --window PROGRAM --cli PROGRAM
 WAY: "keyboard", "mouse" or "reader" (what a screen reader sees and can press, and nothing else).
 
 Chooses a damaged film, repairs it, looks at the preview, saves it, and quits; the saved bytes must be those that the
-command line saves. What is on the screen is known through the accessibility bus in each of the three. Exits with 77 where
-a part of the desktop is missing.
+command line saves. What is on the screen is known through the accessibility bus in each of the three. Exits with 77
+where a part of the desktop is missing.
 """
 import argparse
 import hashlib
@@ -29,6 +29,7 @@ def restart_in_session():
     missing = [name for name in NEEDED if not shutil.which(name)]
     try:
         import gi
+
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi  # noqa: F401
     except (ImportError, ValueError) as error:
@@ -41,7 +42,9 @@ def restart_in_session():
         inner = dict(os.environ, CLICK_THROUGH_SESSION="1", XDG_RUNTIME_DIR=runtime)
         for name in ("DISPLAY", "WAYLAND_DISPLAY", "AT_SPI_BUS_ADDRESS", "DBUS_SESSION_BUS_ADDRESS"):
             inner.pop(name, None)
-        status = subprocess.run(["dbus-run-session", "--", sys.executable] + sys.argv, env=inner, check=False).returncode
+        status = subprocess.run(
+            ["dbus-run-session", "--", sys.executable] + sys.argv, env=inner, check=False
+        ).returncode
     sys.exit(status)
 
 
@@ -50,8 +53,11 @@ class Display:
 
     def __enter__(self):
         read, write = os.pipe()
-        self.server = subprocess.Popen(["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
-                                       pass_fds=[write], stderr=subprocess.DEVNULL)
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp"],
+            pass_fds=[write],
+            stderr=subprocess.DEVNULL,
+        )
         os.close(write)
         with os.fdopen(read) as number:
             if not select.select([read], [], [], PATIENCE)[0]:
@@ -72,8 +78,10 @@ class Screen:
 
     def __init__(self, name):
         import gi
+
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi, GLib
+
         self.atspi = Atspi
         self.error = GLib.Error
         self.name = name
@@ -184,8 +192,11 @@ class Mouse(Way):
     def click(self, node, times=1):
         place = node.get_extents(self.screen.atspi.CoordType.SCREEN)
         x, y = place.x + place.width // 2, place.y + place.height // 2
-        subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(times), "--delay", "80", "1"],
-                       check=True, timeout=PATIENCE)
+        subprocess.run(
+            ["xdotool", "mousemove", str(x), str(y), "click", "--repeat", str(times), "--delay", "80", "1"],
+            check=True,
+            timeout=PATIENCE,
+        )
 
     def press(self, name):
         self.click(self.button(name))
@@ -230,10 +241,43 @@ class Reader(Way):
 
 
 def make_film(path):
-    subprocess.run(["ffmpeg", "-loglevel", "error", "-y", "-f", "lavfi", "-i", "testsrc2=size=320x240:rate=25", "-f", "lavfi",
-                    "-i", "sine=frequency=440", "-t", "2", "-c:v", "mpeg4", "-b:v", "3000k", "-minrate", "3000k", "-maxrate",
-                    "3000k", "-bufsize", "1000k", "-c:a", "libmp3lame", "-b:a", "128k", "-f", "avi", path],
-                   check=True, stdin=subprocess.DEVNULL)
+    subprocess.run(
+        [
+            "ffmpeg",
+            "-loglevel",
+            "error",
+            "-y",
+            "-f",
+            "lavfi",
+            "-i",
+            "testsrc2=size=320x240:rate=25",
+            "-f",
+            "lavfi",
+            "-i",
+            "sine=frequency=440",
+            "-t",
+            "2",
+            "-c:v",
+            "mpeg4",
+            "-b:v",
+            "3000k",
+            "-minrate",
+            "3000k",
+            "-maxrate",
+            "3000k",
+            "-bufsize",
+            "1000k",
+            "-c:a",
+            "libmp3lame",
+            "-b:a",
+            "128k",
+            "-f",
+            "avi",
+            path,
+        ],
+        check=True,
+        stdin=subprocess.DEVNULL,
+    )
     with open(path, "r+b") as film:
         whole = film.read()
         film.truncate(whole.rindex(b"idx1"))
@@ -252,8 +296,15 @@ def run(options, home):
     film = os.path.join(videos, "film.avi")
     make_film(film)
     before = digest(film)
-    env = dict(os.environ, HOME=home, XDG_CACHE_HOME=os.path.join(home, "cache"), XDG_CONFIG_HOME=os.path.join(home, "config"),
-               QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", LC_ALL="C.UTF-8")
+    env = dict(
+        os.environ,
+        HOME=home,
+        XDG_CACHE_HOME=os.path.join(home, "cache"),
+        XDG_CONFIG_HOME=os.path.join(home, "config"),
+        QT_QPA_PLATFORM="xcb",
+        QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1",
+        LC_ALL="C.UTF-8",
+    )
     with open(os.path.join(home, "said"), "wb") as said:
         program = subprocess.Popen([options.window, "--appearance", "light"], env=env, stdout=said, stderr=said)
     try:
@@ -292,10 +343,14 @@ def run(options, home):
         sys.exit("click_through: the saved film is not the one that the command line saves")
     if digest(film) != before:
         sys.exit("click_through: the damaged film was changed")
-    left = [name for _, _, names in os.walk(os.path.join(home, "cache", "zelvo-avi-repair")) for name in names
-            if name.startswith("testfile")]
+    left = [
+        name
+        for _, _, names in os.walk(os.path.join(home, "cache", "zelvo-avi-repair"))
+        for name in names
+        if name.startswith("testfile")
+    ]
     if left:
-        sys.exit(f"click_through: scratch files stayed behind: {left}")
+        sys.exit(f"click_through: scratch files stayed after: {left}")
     print(f"A film was repaired and saved by {options.way}.")
 
 

@@ -1,5 +1,5 @@
-// Each self-drawn control, drawn by the window's elements and compared pixel by pixel with a picture made by plain loops;
-// only captions are drawn with a painter, at a place that is computed here.
+// Each self-drawnAt control, drawnAt by the window's elements and compared pixel by pixel with a picture made by plain
+// loops; only captions are drawnAt with a painter, at a place that is computed here.
 #include <QFontMetricsF>
 #include <QGraphicsDropShadowEffect>
 #include <QPainter>
@@ -14,11 +14,11 @@
 #include "controls/small_image_button_level2.h"
 #include "controls/view_clean_result.h"
 #include "controls/view_transparent.h"
-#include "platform/linux/linux_main_queue.h"
+#include "platform/linux/main_queue.h"
 #include "platform/notification_centre.h"
-#include "platform/qt/appearance.h"
-#include "platform/qt/hosted_widget.h"
-#include "platform/qt/qt_button.h"
+#include "platform/qt/drawing/appearance.h"
+#include "platform/qt/drawing/button.h"
+#include "platform/qt/drawing/hosted_widget.h"
 #include "tests/platform/qt/drawn_pictures.h"
 #include "tests/platform/qt/pixels.h"
 
@@ -37,7 +37,7 @@ constexpr QRgb kResultFrame = 0xff035f8f;
 constexpr QRgb kWhite = 0xffffffff;
 
 /// Draws the widget alone, as if it stood on nothing.
-QImage drawn(QWidget& widget, double scale) {
+QImage drawnAt(QWidget& widget, double scale) {
   QImage picture = blankPicture(widget.width(), widget.height(), scale);
   widget.render(&picture, QPoint(), QRegion(), QWidget::DrawChildren);
   return picture;
@@ -109,13 +109,13 @@ TEST_P(ControlPictures, SettingsButtonIsFilledUpToItsEdgeWithItsCaptionInTheMidd
   const auto made = button("Base title");
   auto& control = platform::makeCarried<controls::HoverButtonSettingsApply>(made->host(), *made);
   control.setTitle("Apply");
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Apply"), kWhite)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Apply"), kWhite)));
 }
 
 TEST_P(ControlPictures, SettingsButtonWithoutACaptionIsAFillAlone) {
   const auto made = button("Base title");
   platform::makeCarried<controls::HoverButtonSettingsApply>(made->host(), *made);
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), filled(*made, kEnabledFill, QString(), kWhite)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), filled(*made, kEnabledFill, QString(), kWhite)));
 }
 
 TEST_P(ControlPictures, HoverFrameLiesOnTheOutermostPixelsAndNowhereElse) {
@@ -125,7 +125,7 @@ TEST_P(ControlPictures, HoverFrameLiesOnTheOutermostPixelsAndNowhereElse) {
   control.setTitle("Apply");
   control.mouseEntered({});
   ASSERT_TRUE(control.hovering());
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Apply"), kWhite, true)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Apply"), kWhite, true)));
   made->host().carry(nullptr);
 }
 
@@ -138,7 +138,7 @@ TEST_P(ControlPictures, DisabledSettingsButtonIsGreyWithoutAFrame) {
   control.setDisabled(true);
   ASSERT_TRUE(control.hovering());
   EXPECT_TRUE(
-      samePixels(drawn(*made, scale()), filled(*made, kDisabledFill, QStringLiteral("Apply"), kDisabledCaption)));
+      samePixels(drawnAt(*made, scale()), filled(*made, kDisabledFill, QStringLiteral("Apply"), kDisabledCaption)));
   made->host().carry(nullptr);
 }
 
@@ -147,25 +147,26 @@ TEST_P(ControlPictures, LongCaptionEndsInAnEllipsisOnOneLine) {
   auto& control = platform::makeCarried<controls::HoverButtonSettingsApply>(made->host(), *made);
   const QString caption = QStringLiteral("A caption that is longer than its button");
   control.setTitle(caption.toStdString());
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), filled(*made, kEnabledFill, caption, kWhite)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), filled(*made, kEnabledFill, caption, kWhite)));
 }
 
 TEST_P(ControlPictures, StartupIssuesButtonShowsTheTitleOfItsElement) {
   const auto made = button("Fix all");
   auto& control = platform::makeCarried<controls::ButtonStartupIssues>(made->host(), *made);
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Fix all"), kWhite)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Fix all"), kWhite)));
   control.setViewTransparent(overlay());
   control.mouseEntered({});
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Fix all"), kWhite, true)));
+  EXPECT_TRUE(
+      samePixels(drawnAt(*made, scale()), filled(*made, kEnabledFill, QStringLiteral("Fix all"), kWhite, true)));
   control.setDisabled(true);
   EXPECT_TRUE(
-      samePixels(drawn(*made, scale()), filled(*made, kDisabledFill, QStringLiteral("Fix all"), kDisabledCaption)));
+      samePixels(drawnAt(*made, scale()), filled(*made, kDisabledFill, QStringLiteral("Fix all"), kDisabledCaption)));
   made->host().carry(nullptr);
 }
 
 TEST_P(ControlPictures, FramedElementHasItsFrameOnTheOutermostPixels) {
   const auto made = button("OK");
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), framedBase(*made)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), framedBase(*made)));
 }
 
 template <class Control>
@@ -174,21 +175,21 @@ void expectImagesOverTheBounds(QtButton& button, double scale, const DrawnPictur
   const auto normal = pictures.image("home-1");
   const auto hover = pictures.image("help-2");
   auto& control = platform::makeCarried<Control>(button.host(), button);
-  EXPECT_TRUE(samePixels(drawn(button, scale), base)) << "without an image";
+  EXPECT_TRUE(samePixels(drawnAt(button, scale), base)) << "without an image";
 
   control.setImageNormal(normal.get(), hover.get());
   QImage expected = base;
   setPixels(expected, 0, 0, base.width(), base.height(), DrawnPictures::kHome1);
-  EXPECT_TRUE(samePixels(drawn(button, scale), expected)) << "the normal image";
+  EXPECT_TRUE(samePixels(drawnAt(button, scale), expected)) << "the normal image";
   EXPECT_EQ(normal->size(), (platform::Size{18, 18}));
 
   control.setViewTransparent(overlay);
   control.mouseEntered({});
   setPixels(expected, 0, 0, base.width(), base.height(), DrawnPictures::kHelp2);
-  EXPECT_TRUE(samePixels(drawn(button, scale), expected)) << "the hover image";
+  EXPECT_TRUE(samePixels(drawnAt(button, scale), expected)) << "the hover image";
 
   control.setImageNormal(normal.get(), nullptr);
-  EXPECT_TRUE(samePixels(drawn(button, scale), base)) << "hovering without a hover image";
+  EXPECT_TRUE(samePixels(drawnAt(button, scale), base)) << "hovering without a hover image";
   button.host().carry(nullptr);
 }
 
@@ -210,21 +211,21 @@ TEST_P(ControlPictures, ImageWithTwoHalvesIsDividedInTheMiddle) {
   QImage expected = blankPicture(16, 16, scale());
   setPixels(expected, 0, 0, pixel(8), pixel(16), DrawnPictures::kLeft);
   setPixels(expected, pixel(8), 0, pixel(16), pixel(16), DrawnPictures::kRight);
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), expected));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), expected));
   made->host().carry(nullptr);
 }
 
 TEST_P(ControlPictures, FixNowButtonLooksLikeItsElement) {
   const auto made = button("Fix Now");
   platform::makeCarried<controls::ButtonPopupFixNow>(made->host(), *made);
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), framedBase(*made)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), framedBase(*made)));
 }
 
 TEST_P(ControlPictures, FixNowButtonIsNotDarkenedByAPress) {
   const auto made = button("Fix Now");
   platform::makeCarried<controls::ButtonPopupFixNow>(made->host(), *made);
   made->setDown(true);
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), framedBase(*made)));
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), framedBase(*made)));
 }
 
 TEST_P(ControlPictures, StyledTitlesAreBoldUnderlinedAndBeginAtTheLeft) {
@@ -244,7 +245,7 @@ TEST_P(ControlPictures, StyledTitlesAreBoldUnderlinedAndBeginAtTheLeft) {
     painter.setPen(QColor::fromRgba(colour));
     painter.drawText(QRectF(made->rect()), Qt::AlignLeft | Qt::AlignVCenter, made->text());
     painter.end();
-    EXPECT_TRUE(samePixels(drawn(*made, scale()), expected)) << title;
+    EXPECT_TRUE(samePixels(drawnAt(*made, scale()), expected)) << title;
   }
 }
 
@@ -254,13 +255,13 @@ TEST_P(ControlPictures, ButtonHoverShowsTheOtherPictureFromTheFirstEntryOn) {
   auto& control = platform::makeCarried<controls::ButtonHover>(made->host(), *made);
   QImage expected = blankPicture(16, 16, scale());
   setPixels(expected, 0, 0, expected.width(), expected.height(), DrawnPictures::kHelp1);
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), expected)) << "before";
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), expected)) << "before";
 
   setPixels(expected, 0, 0, expected.width(), expected.height(), DrawnPictures::kHelp2);
   control.mouseEntered({});
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), expected)) << "inside";
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), expected)) << "inside";
   control.mouseExited({});
-  EXPECT_TRUE(samePixels(drawn(*made, scale()), expected)) << "outside again";
+  EXPECT_TRUE(samePixels(drawnAt(*made, scale()), expected)) << "outside again";
 }
 
 TEST_P(ControlPictures, ResultAreaIsWhiteInAFrameOfFourPoints) {
@@ -270,7 +271,7 @@ TEST_P(ControlPictures, ResultAreaIsWhiteInAFrameOfFourPoints) {
   QImage expected = blankPicture(60, 40, scale());
   setPixels(expected, 0, 0, expected.width(), expected.height(), kWhite);
   setFrame(expected, pixel(4), kResultFrame);
-  EXPECT_TRUE(samePixels(drawn(widget, scale()), expected));
+  EXPECT_TRUE(samePixels(drawnAt(widget, scale()), expected));
 }
 
 TEST_P(ControlPictures, ResultAreaIsTheSameWhereverItLies) {
@@ -280,7 +281,7 @@ TEST_P(ControlPictures, ResultAreaIsTheSameWhereverItLies) {
   HostedWidget widget(&page);
   widget.setGeometry(3, 5, 60, 40);
   platform::makeCarried<controls::ViewCleanResult>(widget.host());
-  const QImage picture = drawn(page, scale());
+  const QImage picture = drawnAt(page, scale());
   QImage expected = blankPicture(80, 60, scale());
   setPixels(expected, pixel(3), pixel(5), pixel(63), pixel(45), kResultFrame);
   const int width = pixel(4);
@@ -294,7 +295,7 @@ TEST_P(ControlPictures, OverlayPaintsNothing) {
   HostedWidget widget(&page);
   auto made = controls::ViewTransparent::initWithFrame({0, 0, 80, 60}, &widget.host(), centre);
   widget.host().carry(std::move(made));
-  EXPECT_TRUE(samePixels(drawn(page, scale()), blankPicture(80, 60, scale())));
+  EXPECT_TRUE(samePixels(drawnAt(page, scale()), blankPicture(80, 60, scale())));
   widget.host().carry(nullptr);
 }
 
@@ -313,7 +314,7 @@ TEST_P(ControlPictures, MovieViewLooksLikeItsMovie) {
   platform::makeCarried<controls::NoDragMovieView>(movie.host());
   QImage expected = blankPicture(40, 30, scale());
   setPixels(expected, 0, 0, expected.width(), expected.height(), PlainMovie::kFilm);
-  EXPECT_TRUE(samePixels(drawn(movie, scale()), expected));
+  EXPECT_TRUE(samePixels(drawnAt(movie, scale()), expected));
 }
 
 INSTANTIATE_TEST_SUITE_P(Scales, ControlPictures, testing::ValuesIn(kScales), scaleName);

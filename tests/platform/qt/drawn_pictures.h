@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "platform/qt/pictures.h"
+#include "platform/qt/drawing/pictures.h"
 
 namespace zelvo::tests {
 

@@ -14,10 +14,11 @@
 #include <vector>
 
 #include "app/window_controls.h"
-#include "platform/linux/linux_main_queue.h"
+#include "platform/linux/main_queue.h"
 #include "platform/notification_centre.h"
-#include "platform/qt/main_window.h"
-#include "platform/qt/pictures.h"
+#include "platform/qt/drawing/pictures.h"
+#include "platform/qt/panels/sheets.h"
+#include "platform/qt/window/main_window.h"
 
 namespace zelvo::tests {
 

@@ -6,8 +6,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/qt/appearance.h"
-#include "platform/qt/qt_elements.h"
+#include "platform/qt/drawing/appearance.h"
+#include "platform/qt/drawing/elements.h"
 #include "tests/platform/qt/element_bench.h"
 #include "tests/platform/qt/pixels.h"
 
@@ -145,7 +145,7 @@ TEST_F(QtElements, TextsOfAWorkerAreShownInOrderOnTheMainThread) {
 }
 
 TEST_F(QtElements, TextsOfSeveralWorkersKeepTheOrderOfEach) {
-  constexpr int kTexts = 50;
+  constexpr int kWritten = 50;
   std::vector<std::vector<int>> seen(3);
   field.setObserver([&](const QString& text) {
     const int number = text.toInt();
@@ -154,13 +154,13 @@ TEST_F(QtElements, TextsOfSeveralWorkersKeepTheOrderOfEach) {
   std::vector<std::thread> workers;
   for (int worker = 0; worker < 3; ++worker) {
     workers.emplace_back([this, worker] {
-      for (int i = 0; i < kTexts; ++i) field.setIntegerValue(3 * i + worker);
+      for (int i = 0; i < kWritten; ++i) field.setIntegerValue(3 * i + worker);
     });
   }
   for (std::thread& worker : workers) worker.join();
   serve();
   for (const auto& one : seen) {
-    EXPECT_EQ(one.size(), static_cast<std::size_t>(kTexts));
+    EXPECT_EQ(one.size(), static_cast<std::size_t>(kWritten));
     EXPECT_TRUE(std::is_sorted(one.begin(), one.end()));
   }
 }

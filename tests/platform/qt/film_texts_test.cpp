@@ -1,5 +1,5 @@
 // The words about films: units, lengths, verdicts, what could not be read.
-#include "platform/qt/film_texts.h"
+#include "platform/qt/window/film_texts.h"
 
 #include <gtest/gtest.h>
 

@@ -6,7 +6,7 @@
 #include <fstream>
 #include <sstream>
 
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/window_bench.h"
 
 namespace zelvo::tests {

@@ -8,7 +8,7 @@
 #include <QWindow>
 #include <thread>
 
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/window_bench.h"
 
 namespace zelvo::tests {

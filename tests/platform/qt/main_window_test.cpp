@@ -1,4 +1,4 @@
-#include "platform/qt/main_window.h"
+#include "platform/qt/window/main_window.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/appearance.h"
+#include "platform/qt/drawing/appearance.h"
 #include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {

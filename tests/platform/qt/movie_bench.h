@@ -1,5 +1,5 @@
-/// The surroundings of the preview's tests: small films made by FFmpeg, the pictures FFmpeg sees in them, and a main queue
-/// that serves Qt's events too.
+/// The surroundings of the preview's tests: small films made by FFmpeg, the pictures FFmpeg sees in them, and a main
+/// queue that serves Qt's events too.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,14 +11,14 @@
 #include <vector>
 
 #include "platform/headless/screen.h"
-#include "platform/linux/linux_main_queue.h"
-#include "platform/linux/linux_workers.h"
+#include "platform/linux/main_queue.h"
+#include "platform/linux/workers.h"
 #include "platform/movies.h"
 #include "platform/notification_centre.h"
-#include "platform/qt/movie_preview.h"
-#include "platform/qt/movie_widget.h"
+#include "platform/qt/preview/movie_preview.h"
+#include "platform/qt/preview/movie_widget.h"
 #include "tests/platform/qt/code_place.h"
-#include "tests/platform/temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::tests {
 

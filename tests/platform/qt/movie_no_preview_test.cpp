@@ -1,6 +1,6 @@
-#include "platform/qt/no_preview.h"
+#include "platform/qt/preview/no_preview.h"
 
-#include "platform/qt/movie_widget.h"
+#include "platform/qt/preview/movie_widget.h"
 #include "tests/platform/qt/movie_bench.h"
 
 namespace zelvo::tests {

@@ -3,8 +3,8 @@
 #include <filesystem>
 #include <fstream>
 
-#include "platform/qt/qt_movie_loader.h"
-#include "platform/qt/shown_movie.h"
+#include "platform/qt/preview/movie_loader.h"
+#include "platform/qt/preview/shown_movie.h"
 #include "tests/platform/qt/movie_bench.h"
 
 namespace zelvo::tests {

@@ -1,11 +1,11 @@
-#include "platform/qt/movie_widget.h"
+#include "platform/qt/preview/movie_widget.h"
 
 #include <QPalette>
 #include <filesystem>
 
 #include "platform/headless/elements.h"
-#include "platform/qt/qt_movie_view.h"
-#include "platform/qt/shown_movie.h"
+#include "platform/qt/preview/movie_view.h"
+#include "platform/qt/preview/shown_movie.h"
 #include "tests/platform/qt/movie_bench.h"
 
 namespace zelvo::tests {

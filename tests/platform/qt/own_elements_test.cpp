@@ -3,8 +3,8 @@
 #include <QLabel>
 #include <QScrollArea>
 
-#include "platform/qt/film_texts.h"
-#include "platform/qt/window_texts.h"
+#include "platform/qt/texts.h"
+#include "platform/qt/window/film_texts.h"
 #include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {
@@ -117,11 +117,11 @@ TEST_F(OwnElementsOfTheWindow, TheProgressLineTellsWhatItIsToldToLookAt) {
   EXPECT_EQ(line.text(), QStringLiteral("Reading the damaged film: 10.0 of 100.0 MB"));
   const auto now = platform::TimeLeft::Clock::now();
   progress.done = 55000000;
-  line.tell(now + std::chrono::seconds(45));
+  line.showLine(now + std::chrono::seconds(45));
   EXPECT_TRUE(line.text().startsWith(QStringLiteral("Reading the damaged film: 55.0 of 100.0 MB, about ")))
       << line.text().toStdString();
   progress = {};
-  line.tell(now + std::chrono::seconds(46));
+  line.showLine(now + std::chrono::seconds(46));
   EXPECT_TRUE(line.text().isEmpty());
   own().runprogress.follow({});
 }

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <utility>
 
-#include "platform/qt/text.h"
+#include "platform/qt/drawing/text.h"
 #include "tests/platform/qt/bounded_wait.h"
 
 namespace zelvo::tests {
@@ -61,10 +61,10 @@ PanelBench::PanelBench()
     : pictures(ZELVO_PICTURES),
       movieView(std::make_unique<NoMovieView>()),
       window(queue, pictures, new platform::qt::HostedWidget, *movieView),
-      application(queue, window),
+      application(queue, window, platform::linux_::loopWakers()),
       alerts(window.panels(), application),
       waits(window.panels(), application),
-      panels(window.panels(), alerts) {
+      panels(window.panels(), alerts, files) {
   window.panels().setControls(&controls);
   controls.dress(window.hostedViews());
   window.show();

@@ -12,16 +12,18 @@
 #include <vector>
 
 #include "app/window_controls.h"
-#include "platform/linux/linux_main_queue.h"
+#include "platform/linux/chooser_files.h"
+#include "platform/linux/loop_waker.h"
+#include "platform/linux/main_queue.h"
 #include "platform/notification_centre.h"
-#include "platform/qt/main_window.h"
-#include "platform/qt/pictures.h"
-#include "platform/qt/qt_alert_panels.h"
-#include "platform/qt/qt_application.h"
-#include "platform/qt/qt_file_panels.h"
-#include "platform/qt/qt_wait_panels.h"
+#include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/drawing/pictures.h"
+#include "platform/qt/panels/alert_panels.h"
+#include "platform/qt/panels/wait_panels.h"
+#include "platform/qt/window/application.h"
+#include "platform/qt/window/main_window.h"
 #include "tests/platform/qt/code_place.h"
-#include "tests/platform/temp_folder.h"
+#include "tests/support/temp_folder.h"
 
 namespace zelvo::tests {
 
@@ -73,6 +75,7 @@ class PanelBench {
   platform::qt::QtApplication application;
   platform::qt::QtAlertPanels alerts;
   platform::qt::QtWaitPanels waits;
+  std::shared_ptr<platform::ChooserFiles> files = std::make_shared<platform::linux_::LinuxChooserFiles>();
   platform::qt::QtPanels panels;
 
   /// Serves events until `done`. Waiting in vain fails and ends the test, and tells what the topmost panel shows.

@@ -4,8 +4,8 @@
 #include <thread>
 #include <vector>
 
-#include "platform/qt/panel_frame.h"
-#include "platform/qt/panel_stack.h"
+#include "platform/qt/panels/panel_frame.h"
+#include "platform/qt/panels/panel_stack.h"
 #include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {

@@ -1,4 +1,4 @@
-#include "platform/qt/panel_stack.h"
+#include "platform/qt/panels/panel_stack.h"
 
 #include <QApplication>
 #include <QDragEnterEvent>
@@ -11,7 +11,7 @@
 #include "controls/button_startup_issues.h"
 #include "controls/filled_button.h"
 #include "controls/view_transparent.h"
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {

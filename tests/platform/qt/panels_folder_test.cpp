@@ -5,24 +5,24 @@
 #include <QTimer>
 #include <filesystem>
 
-#include "platform/qt/folder_listing.h"
-#include "platform/qt/folder_model.h"
-#include "platform/qt/folder_reader.h"
-#include "platform/qt/places.h"
-#include "platform/qt/text.h"
+#include "platform/linux/chooser_files.h"
+#include "platform/qt/chooser/folder_listing.h"
+#include "platform/qt/chooser/folder_model.h"
+#include "platform/qt/chooser/folder_reader.h"
+#include "platform/qt/chooser/places.h"
+#include "platform/qt/drawing/text.h"
 #include "tests/platform/qt/panel_bench.h"
 
 namespace zelvo::tests {
 namespace {
 
+using platform::FileFilter;
+using platform::FolderEntry;
+using platform::FolderListing;
 using platform::qt::attachedDisks;
 using platform::qt::breakable;
-using platform::qt::FileFilter;
-using platform::qt::FolderEntry;
-using platform::qt::FolderListing;
 using platform::qt::FolderModel;
 using platform::qt::FolderReader;
-using platform::qt::readFolder;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -34,63 +34,18 @@ std::vector<std::string> namesOf(const FolderListing& listing) {
   return names;
 }
 
-FolderListing read(const TempFolder& folder, const FileFilter& filter = kFilms) {
-  return readFolder(folder.path(), filter, std::atomic<bool>(false));
-}
+std::shared_ptr<platform::ChooserFiles> files() { return std::make_shared<platform::linux_::LinuxChooserFiles>(); }
 
 TEST(FolderListingTest, FoldersComeFirstEachKindByName) {
-  const TempFolder folder;
-  folder.put("b.avi", "12");
-  folder.put("A.avi", "1");
-  std::filesystem::create_directory(folder.path("z"));
-  std::filesystem::create_directory(folder.path("Y"));
-  EXPECT_THAT(namesOf(read(folder)), ElementsAre("Y", "z", "A.avi", "b.avi"));
-}
-
-TEST(FolderListingTest, FileHasItsSize) {
-  const TempFolder folder;
-  folder.put("b.avi", "12");
-  const FolderListing listing = read(folder);
-  ASSERT_EQ(listing.entries.size(), 1U);
-  EXPECT_EQ(listing.entries.front().size, 2U);
-  EXPECT_FALSE(listing.entries.front().isFolder);
-}
-
-TEST(FolderListingTest, FolderThatCannotBeReadSaysWhy) {
-  const TempFolder folder;
-  const FolderListing listing = readFolder(folder.path("gone"), kFilms, std::atomic<bool>(false));
-  EXPECT_EQ(listing.failure, std::errc::no_such_file_or_directory);
-}
-
-TEST(FolderListingTest, FileIsNoFolder) {
-  const TempFolder folder;
-  const FolderListing listing = readFolder(folder.put("f.avi", ""), kFilms, std::atomic<bool>(false));
-  EXPECT_EQ(listing.failure, std::errc::not_a_directory);
-}
-
-TEST(FolderListingTest, LinkToAFolderIsAFolder) {
-  const TempFolder folder;
-  std::filesystem::create_directory(folder.path("real"));
-  std::filesystem::create_directory_symlink(folder.path("real"), folder.path("link"));
-  EXPECT_THAT(namesOf(read(folder, {.files = false, .extensions = {}})), ElementsAre("link", "real"));
-}
-
-TEST(FolderListingTest, AbandonedReadingEnds) {
-  const TempFolder folder;
-  folder.put("b.avi", "12");
-  EXPECT_THAT(readFolder(folder.path(), kFilms, std::atomic<bool>(true)).entries, IsEmpty());
-}
-
-TEST(FolderListingTest, FolderOfAndNameOfGoByTheText) {
-  using platform::qt::folderOf;
-  using platform::qt::nameOf;
-  EXPECT_EQ(folderOf("/a/b"), "/a");
-  EXPECT_EQ(folderOf("/a//b//"), "/a");
-  EXPECT_EQ(folderOf("/a"), "/");
-  EXPECT_EQ(folderOf("/"), "/");
-  EXPECT_EQ(nameOf("/a/b"), "b");
-  EXPECT_EQ(nameOf("/a/b//"), "b");
-  EXPECT_EQ(nameOf("/"), "");
+  FolderListing listing;
+  for (const auto& [name, isFolder] :
+       {std::pair("b.avi", false), std::pair("A.avi", false), std::pair("z", true), std::pair("Y", true)}) {
+    listing.entries.push_back({.name = name, .isFolder = isFolder});
+  }
+  platform::qt::sortByName(listing.entries);
+  EXPECT_THAT(namesOf(listing), ElementsAre("Y", "z", "A.avi", "b.avi"));
+  EXPECT_EQ(listing.entries.front().nameOrder, 1U);
+  EXPECT_EQ(listing.entries.back().nameOrder, 4U);
 }
 
 TEST(FolderModelTest, FoldersStayAboveInEveryOrder) {
@@ -115,11 +70,11 @@ TEST(FolderModelTest, FoldersStayAboveInEveryOrder) {
 TEST(FolderReaderTest, ReaderThatIsGoneTellsNothing) {
   PanelBench bench;
   bool told = false;
-  auto reader = std::make_unique<FolderReader>(bench.queue);
+  auto reader = std::make_unique<FolderReader>(bench.queue, files());
   reader->read(bench.home.path(), kFilms, [&](FolderListing) { told = true; });
   reader.reset();
   bool second = false;
-  FolderReader other(bench.queue);
+  FolderReader other(bench.queue, files());
   other.read(bench.home.path(), kFilms, [&](FolderListing) { second = true; });
   bench.serveUntil([&] { return second; });
   EXPECT_FALSE(told);
@@ -128,7 +83,7 @@ TEST(FolderReaderTest, ReaderThatIsGoneTellsNothing) {
 TEST(FolderReaderTest, OnlyTheLastFolderIsTold) {
   PanelBench bench;
   const std::string wanted = bench.home.make("wanted");
-  FolderReader reader(bench.queue);
+  FolderReader reader(bench.queue, files());
   std::vector<std::string> told;
   for (const std::string& folder : {bench.home.path(), std::string("/"), wanted}) {
     reader.read(folder, kFilms, [&](FolderListing listing) { told.push_back(listing.folder); });

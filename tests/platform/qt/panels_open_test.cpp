@@ -295,7 +295,7 @@ TEST_F(OpenPanelTest, StaysAliveWhoeverLetsGoOfIt) {
 }
 
 TEST_F(OpenPanelTest, GoesWithItsMakerWhenTheProgramEnds) {
-  auto maker = std::make_unique<platform::qt::QtPanels>(bench.window.panels(), bench.alerts);
+  auto maker = std::make_unique<platform::qt::QtPanels>(bench.window.panels(), bench.alerts, bench.files);
   panel = maker->openPanel();
   show();
   const std::weak_ptr<OpenPanel> seen = panel;
@@ -309,7 +309,7 @@ TEST_F(OpenPanelTest, GoesWithItsMakerWhenTheProgramEnds) {
 TEST_F(OpenPanelTest, FilmThatDoesNotAnswerIsTakenWithoutALookAtIt) {
   platform::headless::HeadlessPathProbe probe;
   probe.dead = {"/gone"};
-  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, bench.files, &probe);
   panelMaker = &panels;
   begin();
   enter("/gone/film.avi");
@@ -320,7 +320,7 @@ TEST_F(OpenPanelTest, FilmThatDoesNotAnswerIsTakenWithoutALookAtIt) {
 TEST_F(OpenPanelTest, OtherFileThatDoesNotAnswerIsRefused) {
   platform::headless::HeadlessPathProbe probe;
   probe.dead = {"/gone"};
-  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, bench.files, &probe);
   panelMaker = &panels;
   begin();
   enter("/gone/film.mov");
@@ -332,7 +332,7 @@ TEST_F(OpenPanelTest, OtherFileThatDoesNotAnswerIsRefused) {
 
 TEST_F(OpenPanelTest, FolderThatDoesNotAnswerAnyMoreIsNotOpenedAgain) {
   platform::headless::HeadlessPathProbe probe;
-  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, bench.files, &probe);
   const std::string old = bench.home.make("Old");
   panels.noteInput(old + "/film.avi");
   probe.dead = {old};

@@ -164,7 +164,7 @@ TEST_F(SavePanelTest, EscCancels) {
 
 TEST_F(SavePanelTest, PlaceThatDoesNotAnswerIsTakenWithoutALookAtIt) {
   platform::headless::HeadlessPathProbe probe;
-  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, bench.files, &probe);
   panelMaker = &panels;
   begin();
   probe.dead = {"/gone"};
@@ -177,7 +177,7 @@ TEST_F(SavePanelTest, PlaceThatDoesNotAnswerIsTakenWithoutALookAtIt) {
 
 TEST_F(SavePanelTest, FolderThatDoesNotAnswerIsNotStartedIn) {
   platform::headless::HeadlessPathProbe probe;
-  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, &probe);
+  platform::qt::QtPanels panels(bench.window.panels(), bench.alerts, bench.files, &probe);
   panelMaker = &panels;
   const std::string old = bench.home.make("Old");
   probe.dead = {old};

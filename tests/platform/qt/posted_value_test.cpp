@@ -1,4 +1,4 @@
-#include "platform/qt/posted_value.h"
+#include "platform/qt/drawing/posted_value.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "platform/linux/linux_main_queue.h"
+#include "platform/linux/main_queue.h"
 
 namespace zelvo::tests {
 namespace {

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "app/texts.h"
-#include "platform/qt/file_chooser.h"
-#include "platform/qt/panel_frame.h"
-#include "platform/qt/step_marker.h"
-#include "platform/qt/text.h"
+#include "platform/qt/chooser/file_chooser.h"
+#include "platform/qt/drawing/text.h"
+#include "platform/qt/panels/panel_frame.h"
+#include "platform/qt/window/step_marker.h"
 #include "tests/platform/qt/window_bench.h"
 
 namespace zelvo::tests {

@@ -1,4 +1,4 @@
-#include "platform/qt/qt_view_host.h"
+#include "platform/qt/drawing/view_host.h"
 
 #include <QApplication>
 #include <QMouseEvent>
@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/qt/hosted_widget.h"
+#include "platform/qt/drawing/hosted_widget.h"
 #include "tests/platform/qt/element_bench.h"
 
 namespace zelvo::tests {

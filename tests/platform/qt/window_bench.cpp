@@ -13,7 +13,7 @@
 #include "app/globals.h"
 #include "engine/globals.h"
 #include "platform/headless/screen.h"
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/bounded_wait.h"
 #include "tests/support/ffmpeg.h"
 
@@ -28,11 +28,12 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
   movie = new qt::MovieWidget;
   movieView = std::make_unique<qt::QtMovieView>(queue, *movie);
   window = std::make_unique<qt::MainWindow>(queue, pictures, movie, *movieView);
-  application = std::make_unique<qt::QtApplication>(queue, *window);
+  application = std::make_unique<qt::QtApplication>(queue, *window, platform::linux_::loopWakers());
   sheets = std::make_unique<qt::QtSheets>(window->panels(), queue);
   alerts = std::make_unique<qt::QtAlertPanels>(window->panels(), *application);
   waits = std::make_unique<qt::QtWaitPanels>(window->panels(), *application);
-  panels = std::make_unique<qt::QtPanels>(window->panels(), *alerts);
+  panels = std::make_unique<qt::QtPanels>(window->panels(), *alerts,
+                                          std::make_shared<platform::linux_::LinuxChooserFiles>());
   controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(
       app::AppServices{
           .application = *application,

@@ -10,7 +10,7 @@
 
 #include "app/globals.h"
 #include "engine/globals.h"
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/window_bench.h"
 
 namespace zelvo::tests {

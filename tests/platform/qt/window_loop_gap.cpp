@@ -1,5 +1,5 @@
-// window_loop_gap [BYTES]: repairs a sparse film of that size (4 GiB less one block without it) in the window, and prints
-// the longest time for which the event loop served nothing, in milliseconds, and the peak memory, in MiB.
+// window_loop_gap [BYTES]: repairs a sparse film of that size (4 GiB less one block without it) in the window, and
+// prints the longest time for which the event loop served nothing, in milliseconds, and the peak memory, in MiB.
 #include <sys/resource.h>
 
 #include <QApplication>
@@ -10,7 +10,7 @@
 #include <cstdlib>
 #include <filesystem>
 
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/window_bench.h"
 #include "tests/support/avi_builder.h"
 

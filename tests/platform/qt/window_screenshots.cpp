@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "app/texts.h"
-#include "platform/qt/appearance.h"
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/drawing/appearance.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/window_bench.h"
 #include "tests/support/ffmpeg.h"
 

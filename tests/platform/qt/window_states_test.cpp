@@ -1,10 +1,11 @@
-// What the window says of its own accord, on its real elements: why a film is no film, how a save ended, where it works.
+// What the window says of its own accord, on its real elements: why a film is no film, how a save ended, where it
+// works.
 #include <gtest/gtest.h>
 
 #include <filesystem>
 
 #include "engine/globals.h"
-#include "platform/qt/panel_frame.h"
+#include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/window_bench.h"
 
 namespace zelvo::tests {

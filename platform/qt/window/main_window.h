@@ -1,0 +1,125 @@
+/// The window: three pages, the panels over them, and what the logic reads and changes of both.
+/// Thread: main, but for the functions of platform::Window, which any thread may call.
+#pragma once
+
+#include <QStackedWidget>
+#include <QUrl>
+#include <QWidget>
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/hosted_views.h"
+#include "platform/main_queue.h"
+#include "platform/movies.h"
+#include "platform/outlets.h"
+#include "platform/qt/drawing/hosted_widget.h"
+#include "platform/qt/drawing/pictures.h"
+#include "platform/qt/panels/help_panel.h"
+#include "platform/qt/panels/panel_stack.h"
+#include "platform/qt/window/window_pages.h"
+#include "platform/qt/window/window_panels.h"
+
+namespace zelvo::platform::qt {
+
+/// To a screen reader it is the frame that everything of the program lies in.
+class MainWindow final : public QWidget, public Window {
+ public:
+  /// `movie` shows what `movieView` is given; the window takes it over.
+  MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView);
+  ~MainWindow() override;
+
+  // ---- platform::Window ----
+  void orderOut() override;
+  void makeKeyAndOrderFront() override;
+
+  [[nodiscard]] const ControllerOutlets& controllerOutlets() const { return *controllerOutlets_; }
+  [[nodiscard]] const JobOutlets& jobOutlets() const { return *jobOutlets_; }
+  [[nodiscard]] HostedViews hostedViews();
+  [[nodiscard]] PanelStack& panels() { return *panels_; }
+
+  /// Asked before the window closes. It is not asked while a panel is shown: the window then stays.
+  void setCloseJudge(std::function<bool()> judge) { closeJudge_ = std::move(judge); }
+  /// Given the path of each file that is dropped on the window while the first page is shown and no panel is.
+  void setFileReceiver(std::function<void(const std::string& file)> receiver) { fileReceiver_ = std::move(receiver); }
+  /// Hands a file over as if it were dropped.
+  void offerFile(const std::string& file);
+
+  /// The page that F1 leads to while a message is shown: an address of a local file with a place for each message.
+  void setHelpPage(const QUrl& page) { helpPage_ = page; }
+  /// Shows inside the window what no browser could be started for.
+  void showUnopened(const QUrl& address);
+  /// What the buttons that look for an update say besides, since they cannot do it.
+  void setUpdateRemark(const QString& remark);
+  /// Makes the window as large as it would like to be, or as `free`, the screen's part that no desktop panel covers,
+  /// has room for; a title bar's height is left to the window manager. Logical pixels.
+  void fitInto(const QSize& free);
+
+  /// False while the window cannot answer: the button that stops a save looks off then.
+  void setAnswering(bool answering);
+
+  [[nodiscard]] bool wasPainted() const { return wasPainted_; }
+
+  // ---- For tests and pictures of the window ----
+  [[nodiscard]] ChoosePage& choosePage() { return *choosePage_; }
+  [[nodiscard]] RepairPage& repairPage() { return *repairPage_; }
+  [[nodiscard]] ResultPage& resultPage() { return *resultPage_; }
+  [[nodiscard]] WindowPanels& fixedPanels() { return *fixedPanels_; }
+  [[nodiscard]] HelpPanel& helpPanel() { return *helpPanel_; }
+  /// 0, 1 or 2.
+  [[nodiscard]] int page() const { return pages_->currentIndex(); }
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dragLeaveEvent(QDragLeaveEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  /// Shows a movie that no page has a place for: nothing.
+  class UnseenMovieView;
+
+  void fillOutlets(MovieView& movieView);
+  void addShortcuts();
+  void addShortcut(const QKeySequence& keys, const std::function<QtButton*()>& button);
+  /// The product's name, with how far a run or a save is while one is shown.
+  void showTitle();
+  /// F1.
+  void askForHelp();
+  /// Why what is dragged cannot be dropped here and now; empty when it can.
+  [[nodiscard]] QString whyRefused(const QMimeData& dragged) const;
+  void sayRefused(const QPoint& place, const QMimeData& dragged);
+  void pageChanged();
+  void panelBegan(const PanelFrame& panel);
+  void panelsChanged();
+  void giveLostFocus();
+  void resynchronise();
+  [[nodiscard]] bool takesFiles() const;
+
+  MainQueue& queue_;
+  Pictures& pictures_;
+  QWidget* content_;
+  HostedWidget* ground_;
+  HostedWidget* movie_;
+  QStackedWidget* pages_;
+  ChoosePage* choosePage_;
+  RepairPage* repairPage_;
+  ResultPage* resultPage_;
+  std::unique_ptr<PanelStack> panels_;
+  std::unique_ptr<WindowPanels> fixedPanels_;
+  std::unique_ptr<HelpPanel> helpPanel_;
+  std::unique_ptr<QtTabView> tabview_;
+  std::unique_ptr<UnseenMovieView> unseenMovie_;
+  std::unique_ptr<QLabel> unseenLabel_;
+  std::unique_ptr<QtTextField> unseenField_;  ///< the job's duration, which nothing tells
+  std::unique_ptr<ControllerOutlets> controllerOutlets_;
+  std::unique_ptr<JobOutlets> jobOutlets_;
+  std::function<bool()> closeJudge_;
+  std::function<void(const std::string& file)> fileReceiver_;
+  QUrl helpPage_;
+  bool wasPainted_ = false;
+};
+
+}  // namespace zelvo::platform::qt
