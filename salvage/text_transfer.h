@@ -1,4 +1,5 @@
-/// Undoes a transfer that took a film for text: every byte 0A became the two bytes 0D 0A. Offsets and sizes are in bytes.
+/// Undoes a transfer that took a film for text: every byte 0A became the two bytes 0D 0A. Offsets and sizes are in
+/// bytes.
 #pragma once
 
 #include <cstdint>
@@ -16,8 +17,8 @@ namespace zelvo::salvage {
 /// Thread: any, several at once.
 class TextTransfer final : public platform::ReadableFile {
  public:
-  /// Nothing unless there are many 0A and nearly all of them stand behind a 0D. Of other films only the front is read, at
-  /// most 1 MiB; of such a film all. `isEnding` is asked between reads and ends the search without an answer.
+  /// Nothing unless there are many 0A and nearly all of them stand behind a 0D. Of other films only the front is read,
+  /// at most 1 MiB; of such a film all. `isEnding` is asked between reads and ends the search without an answer.
   /// Failure: what cannot be read holds no such bytes.
   /// \pre `file` outlives the answer.
   [[nodiscard]] static std::unique_ptr<TextTransfer> find(platform::ReadableFile& file,
