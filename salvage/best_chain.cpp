@@ -16,6 +16,7 @@ constexpr std::int64_t kCloses = 200;
 constexpr std::int64_t kClosesUnpadded = 150;
 constexpr std::int64_t kBytesBetween = -100;
 constexpr std::int64_t kOverlaps = -160;
+constexpr std::int64_t kNever = -1'000'000'000'000;
 
 std::int64_t ownScore(const Candidate& candidate, const std::vector<StreamFacts>& facts) {
   if (candidate.isContainer()) return kContainer;
@@ -26,6 +27,21 @@ std::int64_t ownScore(const Candidate& candidate, const std::vector<StreamFacts>
          known.oversizePenalty(candidate.size());
 }
 
+/// Which candidates lie in a chunk that another closes on and that closes itself: even if they are a whole chain from
+/// another place, they are none of this one.
+std::vector<bool> insideProved(const CandidateList& candidates, const ChunkChain& chain) {
+  std::vector<bool> isInside(candidates.size(), false);
+  std::uint64_t provedEnd = 0;
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    const Candidate& candidate = candidates[i];
+    isInside[i] = candidate.offset() < provedEnd;
+    const bool isProved = candidate.kind() == CandidateKind::data && chain.is(i, ChainFact::isClosedOn) &&
+                          chain.is(i, ChainFact::closesOnCandidate);
+    if (!isInside[i] && isProved) provedEnd = candidate.next();
+  }
+  return isInside;
+}
+
 }  // namespace
 
 std::vector<std::uint32_t> bestChain(const CandidateList& candidates, const ChunkChain& chain,
@@ -33,8 +49,13 @@ std::vector<std::uint32_t> bestChain(const CandidateList& candidates, const Chun
   const std::size_t count = candidates.size();
   std::vector<std::int64_t> best(count);
   std::vector<std::uint32_t> following(count, ChunkChain::kNone);
+  const std::vector<bool> isInside = insideProved(candidates, chain);
   std::uint64_t looks = 0;
   for (std::size_t i = count; i-- > 0;) {
+    if (isInside[i]) {
+      best[i] = kNever;
+      continue;
+    }
     const Candidate& candidate = candidates[i];
     std::int64_t score = chain.is(i, ChainFact::closesOnEnd) ? kCloses : 0;
     const auto consider = [&](std::size_t next, std::int64_t link) {

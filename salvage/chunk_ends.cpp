@@ -65,7 +65,7 @@ std::optional<DeadHeader> ChunkEnds::closingOn(std::uint64_t from, std::uint64_t
   if (end < kChunkHeader + kSmallest) return std::nullopt;
   const std::uint64_t first = std::max(from, end > kReach ? end - kReach : 0);
   std::uint64_t stop = end - kChunkHeader - kSmallest + 1;  // headers in front of here
-  platform::Bytes window(kWindow + kChunkHeader);
+  platform::Bytes window(static_cast<std::size_t>(std::min(kWindow, stop - std::min(stop, first)) + kChunkHeader));
   while (stop > first) {
     const std::uint64_t begin = std::max(first, stop > kWindow ? stop - kWindow : 0);
     const auto wanted = static_cast<std::size_t>(stop - begin + kChunkHeader - 1);

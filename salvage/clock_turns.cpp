@@ -27,9 +27,9 @@ ClockTurns::ClockTurns(avi::InputFile& input, const SurvivingStream& header, std
   }
 }
 
-/// What the pictures' clocks show, less what they would show if the picture's number told it: the most frequent value of
-/// the first or last of them. Pictures that are reordered differ from it. The first picture of the slots has the number
-/// 0, or the last one -1.
+/// What the pictures' clocks show, less what they would show if the picture's number told it: the most frequent value
+/// of the first or last of them. Pictures that are reordered differ from it. The first picture of the slots has the
+/// number 0, or the last one -1.
 std::optional<double> ClockTurns::phase(std::span<const Slot> slots, bool isBackwards) const {
   std::vector<double> phases;
   std::int64_t number = 0;

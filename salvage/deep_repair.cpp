@@ -14,6 +14,7 @@
 #include "salvage/film_writer.h"
 #include "salvage/header_donor.h"
 #include "salvage/plan_choices.h"
+#include "salvage/text_transfer.h"
 
 namespace zelvo::salvage {
 
@@ -43,7 +44,11 @@ std::uint64_t largestOutput(std::uint64_t inputSize) {
 
 class Work {
  public:
-  explicit Work(const SalvageRun& run) : run_(run), file_(run.input, run.observer), input_(file_) {
+  explicit Work(const SalvageRun& run)
+      : run_(run),
+        file_(run.input, run.observer),
+        text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
+        input_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_) {
     report_.inputSize = run.inputSize;
     report_.outputLimit = largestOutput(run.inputSize);
   }
@@ -135,6 +140,7 @@ class Work {
 
   const SalvageRun& run_;
   WatchedFile file_;
+  const std::unique_ptr<TextTransfer> text_;  ///< the input as it was before it was taken for text
   avi::InputFile input_;
   FilmHeader header_;
   FilmPlan plan_;

@@ -36,9 +36,10 @@ struct DisplacementCover {
   [[nodiscard]] static bool areAligned(std::int64_t one, std::int64_t other) { return (one - other) % kCluster == 0; }
 };
 
-/// Takes back what may be chance: stretches of entries with one displacement that are short or full of holes, as streams
-/// of constant sizes match at many a false one. Nothing is taken back from an index that mostly lies in firm stretches,
-/// and no entries of which half have a size of their own, unless `isStrict`: then it may be the index of another film.
+/// Takes back what may be chance: stretches of entries with one displacement that are short or full of holes, as
+/// streams of constant sizes match at many a false one. Nothing is taken back from an index that mostly lies in firm
+/// stretches, and no entries of which half have a size of their own, unless `isStrict`: then it may be the index of
+/// another film.
 /// Thread: any.
 void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries, const CandidateList& candidates,
                 bool isStrict);

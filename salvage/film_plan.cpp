@@ -5,6 +5,7 @@
 #include "salvage/film_plan.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -18,6 +19,7 @@
 #include "salvage/film_streams.h"
 #include "salvage/laid_film.h"
 #include "salvage/plan_spans.h"
+#include "salvage/repeated_chunks.h"
 #include "salvage/timeline.h"
 
 namespace zelvo::salvage {
@@ -58,6 +60,8 @@ class Planner {
   void chooseEntries();
   void dropWild();
   [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
+  template <class IsWanted>
+  [[nodiscard]] std::vector<TemplateEntry> entriesOf(const IsWanted& isWanted) const;
   [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
   [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
   [[nodiscard]] std::vector<Room> rooms() const;
@@ -88,7 +92,20 @@ DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool
   return made;
 }
 
-/// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it does.
+/// The entries of the film's streams that `isWanted` chooses.
+template <class IsWanted>
+std::vector<TemplateEntry> Planner::entriesOf(const IsWanted& isWanted) const {
+  const auto counts = [&](const TemplateEntry& entry) {
+    return streams_.indexOf(entry.stream) != FilmStreams::kNone && isWanted(entry);
+  };
+  std::vector<TemplateEntry> entries;
+  entries.reserve(static_cast<std::size_t>(std::ranges::count_if(evidence_.index.entries, counts)));
+  std::ranges::copy_if(evidence_.index.entries, std::back_inserter(entries), counts);
+  return entries;
+}
+
+/// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it
+/// does.
 Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed) const {
   Others others;
   bool isInFront = true;
@@ -105,12 +122,12 @@ Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed
   return others;
 }
 
-/// Whether an index that no header speaks for is that of another film behind this one: it explains nothing of what stands
-/// in front, and what it does not explain stands in front, too.
+/// Whether an index that no header speaks for is that of another film behind this one: it explains nothing of what
+/// stands in front, and what it does not explain stands in front, too.
 bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
-  constexpr std::size_t kMostPercent = 90;
+  constexpr std::size_t kMaxPercent = 90;
   const Others others = othersBeside(cover.isClaimed);
-  if (!others.areMany() || others.inFront * 100 < others.unexplained * kMostPercent) return false;
+  if (!others.areMany() || others.inFront * 100 < others.unexplained * kMaxPercent) return false;
   std::size_t lost = 0;
   std::size_t lostInFront = 0;
   bool isInFront = true;
@@ -119,18 +136,12 @@ bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
     if (number == DisplacementCover::kNone) ++lost;
     if (isInFront) ++lostInFront;
   }
-  return lostInFront > 0 && lostInFront * 100 >= lost * kMostPercent;
+  return lostInFront > 0 && lostInFront * 100 >= lost * kMaxPercent;
 }
 
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 void Planner::chooseEntries() {
-  std::vector<TemplateEntry> all;
-  std::vector<TemplateEntry> foreign;
-  for (const TemplateEntry& entry : evidence_.index.entries) {
-    if (streams_.indexOf(entry.stream) == FilmStreams::kNone) continue;
-    all.push_back(entry);
-    (entry.isForeign ? foreign : entries_).push_back(entry);
-  }
+  entries_ = entriesOf([](const TemplateEntry& entry) { return !entry.isForeign; });
   const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
   if (std::ranges::none_of(evidence_.index.tables, isKnown) &&
       std::ranges::none_of(evidence_.index.standard, isKnown)) {
@@ -140,12 +151,13 @@ void Planner::chooseEntries() {
       entries_.clear();
     }
   }
-  if (!foreign.empty()) {
-    std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
+  if (std::ranges::any_of(evidence_.index.entries, &TemplateEntry::isForeign)) {
+    std::vector<std::uint8_t> explained =
+        cover(entriesOf([](const TemplateEntry& entry) { return entry.isForeign; }), true).isClaimed;
     if (othersBeside(explained).areMany()) {
       isForeign_ = std::move(explained);
     } else {
-      entries_ = std::move(all);
+      entries_ = entriesOf([](const TemplateEntry&) { return true; });
     }
   }
   const DisplacementCover own = cover(entries_, false);
@@ -243,7 +255,10 @@ void Planner::join(LaidFilm laid) {
     goOnTo(room.before);
     const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
     const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);
-    if (begin < end) addPart(films.part({begin, end}), room.size, end - begin);
+    if (begin >= end) continue;
+    ChainFilm part = films.part({begin, end});
+    dropRepeated(evidence_.input, part);
+    addPart(std::move(part), room.size, end - begin);
   }
   goOnTo(laid.slots.size());
 }

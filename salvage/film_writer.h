@@ -32,9 +32,9 @@ struct WrittenFilm {
   std::uint64_t keyPictures = 0;  ///< chunks of video that the index names as keys
 };
 
-/// Writes headers, chunks, indexes. A picture is named as a key when its codec's own bits say so; where these say nothing,
-/// when an index of the damaged film does, and where none names it, when it is its stream's first; never when it is empty
-/// or not whole. Sound always is. Silence stands for sound that is lost.
+/// Writes headers, chunks, indexes. A picture is named as a key when its codec's own bits say so; where these say
+/// nothing, when an index of the damaged film does, and where none names it, when it is its stream's first; never when
+/// it is empty or not whole. Sound always is. Silence stands for sound that is lost.
 /// Failure: ends at the first write that fails, and what was written is of no use.
 /// Thread: any.
 [[nodiscard]] WrittenFilm writeFilm(const FilmWriting& writing);

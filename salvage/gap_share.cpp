@@ -36,14 +36,13 @@ bool shareOut(std::vector<GapEstimate>& gaps, std::uint64_t pictures, std::uint6
   }
   if (all == pictures || all - open > pictures) return false;
   const bool isTooFew = all < pictures;
-  const bool hasTorn = std::ranges::any_of(gaps, [](const GapEstimate& gap) { return gap.isTorn && !gap.isExact; });
   std::vector<std::uint64_t> weights;
   for (const GapEstimate& gap : gaps) {
-    const std::uint64_t weightOfMore = hasTorn ? (gap.isTorn ? 1 : 0) : gap.bytes;
+    const std::uint64_t weightOfMore = mostMore > 0 ? 1 : gap.bytes;
     const std::uint64_t weight = isTooFew ? weightOfMore : gap.pictures;
     weights.push_back(gap.isExact ? 0 : weight);
   }
-  const std::uint64_t limit = hasTorn ? mostMore : (open + 1) / 2;
+  const std::uint64_t limit = mostMore > 0 ? mostMore : (open + 1) / 2;
   const std::uint64_t total = isTooFew ? std::min(pictures - all, limit) : pictures - (all - open);
   if (std::ranges::all_of(weights, [](std::uint64_t weight) { return weight == 0; }) || (isTooFew && total == 0))
     return false;

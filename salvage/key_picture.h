@@ -17,8 +17,8 @@ inline constexpr std::size_t kKeyHead = 4096;
 /// Thread: any.
 [[nodiscard]] std::optional<bool> isKeyPicture(Codec codec, std::span<const std::byte> head);
 
-/// Whether pictures of this codec may be keys for its decoders though no bit says so: H.264 and HEVC have points to begin
-/// at that are no key pictures in their own sense.
+/// Whether pictures of this codec may be keys for its decoders though no bit says so: H.264 and HEVC have points to
+/// begin at that are no key pictures in their own sense.
 [[nodiscard]] constexpr bool hasOtherKeys(Codec codec) { return codec == Codec::h264 || codec == Codec::hevc; }
 
 }  // namespace zelvo::salvage

@@ -84,8 +84,8 @@ bool isFfv1(const StreamSample& sample) {
   return keys >= 2;
 }
 
-/// Windows Media Video 8: most pictures are predicted, whose first bit is 1, and a step of quantisation follows, which is
-/// never 0; the others begin with a byte of zeros but for its last bits.
+/// Windows Media Video 8: most pictures are predicted, whose first bit is 1, and a step of quantisation follows, which
+/// is never 0; the others begin with a byte of zeros but for its last bits.
 bool isWmv2(const StreamSample& sample) {
   std::size_t predicted = 0;
   for (const SampledPayload& payload : sample.payloads) {

@@ -259,7 +259,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
       time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + kChunkHeader) * tracks_[t].chunkTime;
     missing.sound.push_back(std::max(0.0, time));
   }
-  estimates_.push_back({missing.pictures, gap.bytes, isExact, gap.isTorn});
+  estimates_.push_back({missing.pictures, gap.bytes, isExact});
   return missing;
 }
 

@@ -118,6 +118,40 @@ TEST(ChainedFilmDamage, FalseHeaderInsideAPayloadIsLeftOut) {
   EXPECT_EQ(planOf(film), allBut(80));
 }
 
+TEST(ChainedFilmDamage, DoubledSpanIsTakenOnce) {
+  MadeFilm film = chained();
+  const std::uint64_t begin = film.headers[20] + 300;
+  const std::uint64_t end = film.headers[28] + 300;
+  film.insert(end, film.part(begin, end - begin));
+  EXPECT_EQ(planOf(film), allBut(80));
+}
+
+TEST(ChainedFilmDamage, BytesOfAnotherPlaceAreAGap) {
+  for (const std::size_t from : {4U, 50U}) {
+    MadeFilm film = chained();
+    const std::uint64_t size = film.headers[26] + 100 - film.headers[20] - 200;
+    const platform::Bytes other = film.part(film.headers[from] + 300, size);
+    std::ranges::copy(other, film.bytes.begin() + static_cast<std::ptrdiff_t>(film.headers[20] + 200));
+    const PlannedFilm planned(film.bytes);
+    const Words words = fates(planned, film);
+    for (std::size_t i = 0; i < 80; ++i)
+      EXPECT_EQ(std::ranges::count(words, std::to_string(i)), i >= 20 && i <= 26 ? 0 : 1) << i << " of " << from;
+    const auto [pictures, sound] = clocksAt(planned, film, 60);
+    EXPECT_NEAR(pictures, 1.2, 0.05);
+    EXPECT_NEAR(sound, 1.2, 0.05);
+  }
+}
+
+TEST(ChainedFilmDamage, ChainInsideAProvedPayloadIsLeftOut) {
+  MadeFilm film = chained();
+  const std::uint64_t at = film.headers[20] + 100;
+  platform::Bytes inner;
+  for (int i = 0; i < 10; ++i) appendChunk(inner, i % 2 == 0 ? "00dc" : "01wb", 20);
+  std::ranges::copy(inner, film.bytes.begin() + static_cast<std::ptrdiff_t>(at));
+  film.payloads[20] = film.part(film.headers[20] + 8, film.payloads[20].size());
+  EXPECT_EQ(planOf(film), allBut(80));
+}
+
 TEST(ChainedFilmDamage, HostileDenseHeadersComeToAnEnd) {
   MadeFilm film = chained();
   platform::Bytes dense;
