@@ -139,7 +139,8 @@ std::optional<double> Timeline::usualLag(const Track& track) const {
   return median({track.lags.begin() + static_cast<std::ptrdiff_t>(first), track.lags.end()});
 }
 
-/// The lag of each track behind a gap, as if nothing were missing in it; nothing where no chunk of it comes before `end`.
+/// The lag of each track behind a gap, as if nothing were missing in it; nothing where no chunk of it comes before
+/// `end`.
 std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::size_t end) const {
   constexpr std::size_t kTight = 3;
   std::vector<std::vector<double>> found(tracks_.size());
