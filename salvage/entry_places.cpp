@@ -51,6 +51,7 @@ class Placing {
   [[nodiscard]] std::vector<Found> look(std::size_t entry);
   [[nodiscard]] Found lookAt(std::size_t entry, std::size_t state);
   [[nodiscard]] int score(const Found& own, const Found* next) const;
+  void group();
   void step(std::vector<int>& scores, std::vector<std::uint8_t>& from) const;
   [[nodiscard]] std::int64_t valueOf(std::size_t state) const { return cover_.values[states_[state]]; }
 
@@ -61,6 +62,7 @@ class Placing {
   const DisplacementCover& cover_;
   EntryPlaces made_;
   std::vector<std::uint16_t> states_;
+  std::vector<std::uint8_t> groups_;  ///< of each state
   std::vector<std::size_t> cursors_;  ///< of each state: candidates in front of it are behind the walk
   std::uint64_t reads_ = 0;
   std::uint64_t looks_ = 0;
@@ -144,24 +146,32 @@ int Placing::score(const Found& own, const Found* next) const {
   return score;
 }
 
+/// Numbers the states: those that clusters may change between have one number.
+void Placing::group() {
+  constexpr std::int64_t kCluster = DisplacementCover::kCluster;
+  std::map<std::int64_t, std::uint8_t> numbers;
+  groups_.clear();
+  for (std::size_t state = 0; state < states_.size(); ++state) {
+    const std::int64_t residue = (valueOf(state) % kCluster + kCluster) % kCluster;
+    groups_.push_back(numbers.emplace(residue, static_cast<std::uint8_t>(numbers.size())).first->second);
+  }
+}
+
 /// Adds the cost of the cheapest way into each state: `from` tells which state that comes from.
 void Placing::step(std::vector<int>& scores, std::vector<std::uint8_t>& from) const {
-  constexpr std::int64_t kCluster = DisplacementCover::kCluster;
-  const auto residueOf = [&](std::size_t state) {
-    return static_cast<std::size_t>((valueOf(state) % kCluster + kCluster) % kCluster);
-  };
-  std::array<std::uint8_t, kCluster> bestAligned;
-  bestAligned.fill(0xff);
+  constexpr std::uint8_t kNone = 0xff;
+  std::array<std::uint8_t, kMaxStates> bestAligned;
+  bestAligned.fill(kNone);
   std::size_t best = 0;
   for (std::size_t state = 0; state < scores.size(); ++state) {
     if (scores[state] > scores[best]) best = state;
-    std::uint8_t& aligned = bestAligned[residueOf(state)];
-    if (aligned == 0xff || scores[state] > scores[aligned]) aligned = static_cast<std::uint8_t>(state);
+    std::uint8_t& aligned = bestAligned[groups_[state]];
+    if (aligned == kNone || scores[state] > scores[aligned]) aligned = static_cast<std::uint8_t>(state);
   }
   const std::vector<int> before = scores;
   for (std::size_t state = 0; state < scores.size(); ++state) {
     from[state] = static_cast<std::uint8_t>(state);
-    const std::uint8_t aligned = bestAligned[residueOf(state)];
+    const std::uint8_t aligned = bestAligned[groups_[state]];
     if (before[aligned] - kAlignedChange > scores[state]) {
       scores[state] = before[aligned] - kAlignedChange;
       from[state] = aligned;
@@ -176,6 +186,7 @@ void Placing::step(std::vector<int>& scores, std::vector<std::uint8_t>& from) co
 void Placing::placeWindow(std::size_t begin, std::size_t end) {
   states_ = statesOf(begin, end);
   if (states_.empty()) return;
+  group();
   const std::size_t count = states_.size();
   cursors_.assign(count, 0);
   constexpr int kImpossible = -1'000'000'000;

@@ -25,6 +25,7 @@ class Telling {
   [[nodiscard]] std::optional<LossCause> causeOf(const Slot& slot) const;
   [[nodiscard]] LossCause causeInFile(std::uint64_t begin, std::uint64_t end) const;
   [[nodiscard]] std::optional<std::int64_t> turn(std::size_t entry) const;
+  void findMoves();
   void endOpen();
   void addTail();
   void addForeign();
@@ -32,11 +33,12 @@ class Telling {
   const SpanEvidence& from_;
   const FilmPlan& plan_;
   std::vector<PlanSpan> spans_;
-  std::optional<PlanSpan> open_;  ///< not ended yet
-  std::size_t entry_ = 0;         ///< of the next slot that is indexed
-  std::size_t missing_ = 0;       ///< the next of `from_.missing`
-  std::int64_t shift_ = 0;        ///< offsets in the original less those in the file, where no index tells
-  std::uint64_t fileEnd_ = 0;     ///< what is told so far
+  std::optional<PlanSpan> open_;        ///< not ended yet
+  std::size_t entry_ = 0;               ///< of the next slot that is indexed
+  std::vector<bool> liesBetweenMoves_;  ///< of each entry
+  std::size_t missing_ = 0;             ///< the next of `from_.missing`
+  std::int64_t shift_ = 0;              ///< offsets in the original less those in the file, where no index tells
+  std::uint64_t fileEnd_ = 0;           ///< what is told so far
   std::uint64_t originalEnd_ = 0;
   // Of the slot at hand: its chunk with its header.
   bool hasPlace_ = false;  ///< in the file
@@ -57,6 +59,20 @@ std::optional<std::int64_t> Telling::turn(std::size_t entry) const {
 LossCause Telling::causeInFile(std::uint64_t begin, std::uint64_t end) const {
   if (touches(from_.evidence.scan.unreadable, begin, end)) return LossCause::unreadable;
   return touches(from_.evidence.scan.zeroed, begin, end) ? LossCause::zeroed : LossCause::overwritten;
+}
+
+/// Notes the entries between two whose headers stand in the file and that moved differently.
+void Telling::findMoves() {
+  const auto& places = from_.places.places;
+  liesBetweenMoves_.assign(from_.entries.size(), false);
+  std::optional<std::size_t> before;
+  for (std::size_t i = 0; i < from_.entries.size(); ++i) {
+    if (places[i].support == Support::none) continue;
+    if (before && places[*before].displacement != places[i].displacement)
+      std::fill(liesBetweenMoves_.begin() + static_cast<std::ptrdiff_t>(*before + 1),
+                liesBetweenMoves_.begin() + static_cast<std::ptrdiff_t>(i), true);
+    before = i;
+  }
 }
 
 /// Finds where the slot's chunk lies, in the file and in the original.
@@ -109,8 +125,7 @@ std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
   const auto begin = static_cast<std::uint64_t>(place);
   const std::uint64_t end = begin + kChunkHeader + from_.entries[entry_].size;
   const LossCause inPlace = causeInFile(begin, end);
-  const bool hasMoved = turn(entry_).value_or(0) != 0 || (entry_ > 0 && turn(entry_ - 1).value_or(0) != 0);
-  return hasMoved && inPlace == LossCause::overwritten ? LossCause::missing : inPlace;
+  return liesBetweenMoves_[entry_] && inPlace == LossCause::overwritten ? LossCause::missing : inPlace;
 }
 
 /// The open span reaches up to the slot at hand.
@@ -192,6 +207,7 @@ void Telling::addForeign() {
 
 std::vector<PlanSpan> Telling::run() {
   fileEnd_ = originalEnd_ = from_.evidence.headers.mediaBegin();
+  findMoves();
   for (std::size_t i = 0; i < plan_.slots.size(); ++i) tell(i, plan_.slots[i]);
   hasPlace_ = hasOriginal_ = false;
   endOpen();
