@@ -15,8 +15,8 @@ constexpr std::uint64_t kChunkHeader = 8;
 constexpr std::uint32_t kSmallest = 32;
 constexpr std::uint32_t kLargest = std::uint32_t{4} << 20U;
 /// So many chunks of one size are compared with one behind a gap.
-constexpr std::size_t kMostAlike = 16;
-constexpr std::size_t kMostComparisons = 65'536;
+constexpr std::size_t kMaxAlike = 16;
+constexpr std::size_t kMaxComparisons = 65'536;
 constexpr std::size_t kHead = 16;
 
 class Repeats {
@@ -57,7 +57,7 @@ bool Repeats::areAlike(std::size_t one, std::size_t other, std::size_t most) {
   const Slot& first = film_.slots[one];
   const Slot& second = film_.slots[other];
   const std::size_t size = std::min<std::size_t>(most, std::min(first.size, second.size));
-  if (first.stream != second.stream || ++comparisons_ > kMostComparisons) return false;
+  if (first.stream != second.stream || ++comparisons_ > kMaxComparisons) return false;
   const platform::Bytes bytes = input_.readBytes(first.source, size);
   return bytes.size() == size && bytes == input_.readBytes(second.source, size);
 }
@@ -93,7 +93,7 @@ std::optional<Repeats::Run> Repeats::runAt(std::size_t slot, std::size_t end) {
   Run best;
   for (std::size_t anchor = slot; anchor < std::min(end, slot + kAnchors); ++anchor) {
     const auto alike = ofSize(anchor);
-    if (film_.slots[anchor].size < kSmallest || alike.size() > kMostAlike) continue;
+    if (film_.slots[anchor].size < kSmallest || alike.size() > kMaxAlike) continue;
     for (const std::size_t other : alike) {
       if (other < anchor - slot) continue;
       const std::size_t original = other - (anchor - slot);

@@ -14,15 +14,15 @@ constexpr std::byte kFeed{0x0a};
 /// So many line feeds, each behind a return, are no chance.
 constexpr std::uint64_t kFewest = 64;
 /// Later damage may have brought some feeds in.
-constexpr std::uint64_t kMostLonePercent = 1;
+constexpr std::uint64_t kMaxLonePercent = 1;
 
 struct Feeds {
   std::uint64_t all = 0;
   std::uint64_t lone = 0;  ///< without a return in front
 
-  [[nodiscard]] bool areText() const { return all >= kFewest && lone * 100 <= all * kMostLonePercent; }
+  [[nodiscard]] bool areText() const { return all >= kFewest && lone * 100 <= all * kMaxLonePercent; }
   /// Asked again and again: most films are told apart by their first few feeds.
-  [[nodiscard]] bool cannotBeText() const { return lone >= kFewest / 4 && lone * 100 > all * kMostLonePercent; }
+  [[nodiscard]] bool cannotBeText() const { return lone >= kFewest / 4 && lone * 100 > all * kMaxLonePercent; }
 };
 
 /// Reads a block and the byte behind it, which says what becomes of the block's last one; what cannot be read is zero.

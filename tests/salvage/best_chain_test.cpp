@@ -11,7 +11,7 @@ namespace {
 using platform::Bytes;
 using Offsets = std::vector<std::uint64_t>;
 
-AviBuilder film() {
+AviBuilder chainedFilm() {
   AviBuilder builder;
   builder.interleaved(20, 1001, 200);
   return builder;
@@ -30,33 +30,34 @@ Offsets chainOf(const Bytes& bytes) {
   return offsets;
 }
 
-TEST(BestChain, HoldsEveryChunkOfAWholeFilm) { EXPECT_EQ(chainOf(film().build()), chunkOffsets(film())); }
+TEST(BestChain, HoldsEveryChunkOfAWholeFilm) { EXPECT_EQ(chainOf(chainedFilm().build()), chunkOffsets(chainedFilm())); }
 
 TEST(BestChain, LeavesOutACodeInsideAPayload) {
-  Bytes bytes = film().build();
-  overwrite(bytes, static_cast<std::size_t>(chunkOffsets(film())[4]) + 100, std::string_view("00dc\x40\0\0\0", 8));
-  EXPECT_EQ(chainOf(bytes), chunkOffsets(film()));
+  Bytes bytes = chainedFilm().build();
+  overwrite(bytes, static_cast<std::size_t>(chunkOffsets(chainedFilm())[4]) + 100,
+            std::string_view("00dc\x40\0\0\0", 8));
+  EXPECT_EQ(chainOf(bytes), chunkOffsets(chainedFilm()));
 }
 
 TEST(BestChain, KeepsAChunkWhoseSizeReachesBeyondTheNext) {
-  Bytes bytes = film().build();
-  overwriteNumber(bytes, static_cast<std::size_t>(chunkOffsets(film())[4]) + 4, 1900);
-  EXPECT_EQ(chainOf(bytes), chunkOffsets(film()));
+  Bytes bytes = chainedFilm().build();
+  overwriteNumber(bytes, static_cast<std::size_t>(chunkOffsets(chainedFilm())[4]) + 4, 1900);
+  EXPECT_EQ(chainOf(bytes), chunkOffsets(chainedFilm()));
 }
 
 TEST(BestChain, StepsOverALostHeader) {
-  Bytes bytes = film().build();
-  overwrite(bytes, static_cast<std::size_t>(chunkOffsets(film())[7]), "lost");
-  Offsets expected = chunkOffsets(film());
+  Bytes bytes = chainedFilm().build();
+  overwrite(bytes, static_cast<std::size_t>(chunkOffsets(chainedFilm())[7]), "lost");
+  Offsets expected = chunkOffsets(chainedFilm());
   expected.erase(expected.begin() + 7);
   EXPECT_EQ(chainOf(bytes), expected);
 }
 
 TEST(BestChain, GoesOnBehindMoreFalseCodesThanItLooksAhead) {
-  Bytes bytes = film().build();
-  const auto at = static_cast<std::size_t>(chunkOffsets(film())[4]) + 20;
+  Bytes bytes = chainedFilm().build();
+  const auto at = static_cast<std::size_t>(chunkOffsets(chainedFilm())[4]) + 20;
   for (std::size_t i = 0; i < 100; ++i) overwrite(bytes, at + i * 8, std::string_view("00dc\x03\0\0\0", 8));
-  EXPECT_EQ(chainOf(bytes), chunkOffsets(film()));
+  EXPECT_EQ(chainOf(bytes), chunkOffsets(chainedFilm()));
 }
 
 TEST(BestChain, OfNoCandidatesIsEmpty) { EXPECT_TRUE(chainOf(Bytes(100)).empty()); }

@@ -12,7 +12,7 @@ using Words = std::vector<std::string>;
 
 MadeFilm chained(int pairs = 40) { return MadeFilm(pairs, 1, false); }
 
-Words planOf(const MadeFilm& film) { return fates(PlannedFilm(film.bytes), film); }
+Words planOfChain(const MadeFilm& film) { return fates(PlannedFilm(film.bytes), film); }
 
 /// Seconds of each stream in front of the slot that has the payload of a chunk.
 std::pair<double, double> clocksAt(const PlannedFilm& planned, const MadeFilm& film, std::size_t chunk) {
@@ -36,7 +36,7 @@ TEST(ChainedFilmDamage, LostIndexKeepsEveryChunk) {
 TEST(ChainedFilmDamage, GarbageInsteadOfTheIndexKeepsEveryChunk) {
   MadeFilm film;
   std::ranges::copy(noise(80 * 16), film.bytes.begin() + static_cast<std::ptrdiff_t>(film.indexBegin()));
-  EXPECT_EQ(planOf(film), allBut(80));
+  EXPECT_EQ(planOfChain(film), allBut(80));
 }
 
 TEST(ChainedFilmDamage, DeadCodesAreFoundFromTheNextHeaderBackwards) {
@@ -99,7 +99,7 @@ TEST(ChainedFilmDamage, LostChunksOfBothStreamsAreRefilled) {
 TEST(ChainedFilmDamage, LostSoundAloneIsRefilledByTheLag) {
   MadeFilm film = chained();
   film.fill(film.headers[21], 8 + MadeFilm::kSound, std::byte{0xee});
-  EXPECT_EQ(planOf(film), allBut(80, {{21, "refilled1"}}));
+  EXPECT_EQ(planOfChain(film), allBut(80, {{21, "refilled1"}}));
 }
 
 TEST(ChainedFilmDamage, MissingBytesKeepTheFilmInStep) {
@@ -115,7 +115,7 @@ TEST(ChainedFilmDamage, FalseHeaderInsideAPayloadIsLeftOut) {
   MadeFilm film = chained();
   overwrite(film.bytes, static_cast<std::size_t>(film.headers[20]) + 100, std::string_view("01wb\x40\0\0\0", 8));
   film.payloads[20] = film.part(film.headers[20] + 8, film.payloads[20].size());
-  EXPECT_EQ(planOf(film), allBut(80));
+  EXPECT_EQ(planOfChain(film), allBut(80));
 }
 
 TEST(ChainedFilmDamage, DoubledSpanIsTakenOnce) {
@@ -123,7 +123,7 @@ TEST(ChainedFilmDamage, DoubledSpanIsTakenOnce) {
   const std::uint64_t begin = film.headers[20] + 300;
   const std::uint64_t end = film.headers[28] + 300;
   film.insert(end, film.part(begin, end - begin));
-  EXPECT_EQ(planOf(film), allBut(80));
+  EXPECT_EQ(planOfChain(film), allBut(80));
 }
 
 TEST(ChainedFilmDamage, BytesOfAnotherPlaceAreAGap) {
@@ -149,7 +149,7 @@ TEST(ChainedFilmDamage, ChainInsideAProvedPayloadIsLeftOut) {
   for (int i = 0; i < 10; ++i) appendChunk(inner, i % 2 == 0 ? "00dc" : "01wb", 20);
   std::ranges::copy(inner, film.bytes.begin() + static_cast<std::ptrdiff_t>(at));
   film.payloads[20] = film.part(film.headers[20] + 8, film.payloads[20].size());
-  EXPECT_EQ(planOf(film), allBut(80));
+  EXPECT_EQ(planOfChain(film), allBut(80));
 }
 
 TEST(ChainedFilmDamage, HostileDenseHeadersComeToAnEnd) {

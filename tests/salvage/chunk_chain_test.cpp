@@ -20,7 +20,8 @@ void add(CandidateList& list, std::uint64_t offset, std::uint32_t size, Candidat
   list.add({offset, kind, 0, 0, size, 0});
 }
 
-ChunkChain chainOf(const CandidateList& list, std::uint64_t dataEnd = kFar, std::vector<std::uint64_t> ends = {}) {
+ChunkChain linkedChainOf(const CandidateList& list, std::uint64_t dataEnd = kFar,
+                         std::vector<std::uint64_t> ends = {}) {
   return salvage::linkChunks(list, ends, dataEnd);
 }
 
@@ -29,7 +30,7 @@ TEST(ChunkChain, ClosesOnTheHeaderBehindThePayload) {
   add(list, 100, 20);
   add(list, 110, 20);
   add(list, 128, 20);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_EQ(chain.next(0), 2U);
   EXPECT_TRUE(chain.is(0, ChainFact::closesOnCandidate));
   EXPECT_TRUE(chain.is(2, ChainFact::isClosedOn));
@@ -44,7 +45,7 @@ TEST(ChunkChain, OddSizeClosesWithItsPadByteFirst) {
   add(list, 100, 21);
   add(list, 129, 0);
   add(list, 130, 0);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_EQ(chain.next(0), 2U);
   EXPECT_TRUE(chain.closes(0));
   EXPECT_TRUE(chain.is(0, ChainFact::closesUnpadded));
@@ -56,7 +57,7 @@ TEST(ChunkChain, WithoutThePadByteItIsNotProved) {
   CandidateList list;
   add(list, 100, 21);
   add(list, 129, 0);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_EQ(chain.next(0), 1U);
   EXPECT_FALSE(chain.closes(0));
   EXPECT_TRUE(chain.is(0, ChainFact::closesUnpadded));
@@ -66,7 +67,7 @@ TEST(ChunkChain, EvenSizeHasNoUnpaddedEnd) {
   CandidateList list;
   add(list, 100, 20);
   add(list, 128, 0);
-  EXPECT_FALSE(chainOf(list).is(0, ChainFact::closesUnpadded));
+  EXPECT_FALSE(linkedChainOf(list).is(0, ChainFact::closesUnpadded));
 }
 
 TEST(ChunkChain, ListIsEnteredAndItsEndIsAnEnd) {
@@ -74,7 +75,7 @@ TEST(ChunkChain, ListIsEnteredAndItsEndIsAnEnd) {
   add(list, 100, 200, CandidateKind::list);
   add(list, 112, 188);
   add(list, 500, 188);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_EQ(chain.next(0), 1U);
   EXPECT_FALSE(chain.is(0, ChainFact::exceedsData));
   EXPECT_TRUE(chain.is(1, ChainFact::closesOnEnd));
@@ -86,7 +87,7 @@ TEST(ChunkChain, WildListSizeExceedsNothing) {
   CandidateList list;
   add(list, 100, 0xffffffff, CandidateKind::form);
   add(list, 112, 8);
-  const ChunkChain chain = chainOf(list, 500);
+  const ChunkChain chain = linkedChainOf(list, 500);
   EXPECT_TRUE(chain.closes(0));
   EXPECT_FALSE(chain.is(0, ChainFact::exceedsData));
   EXPECT_FALSE(chain.closes(1));
@@ -95,18 +96,18 @@ TEST(ChunkChain, WildListSizeExceedsNothing) {
 TEST(ChunkChain, EndOfTheDataIsAnEndWithOrWithoutTheLastPadByte) {
   CandidateList list;
   add(list, 100, 21);
-  EXPECT_TRUE(chainOf(list, 130).is(0, ChainFact::closesOnEnd));
-  EXPECT_TRUE(chainOf(list, 129).is(0, ChainFact::closesOnEnd));
-  EXPECT_FALSE(chainOf(list, 131).closes(0));
-  EXPECT_FALSE(chainOf(list, 128).closes(0));
-  EXPECT_TRUE(chainOf(list, 128).is(0, ChainFact::exceedsData));
+  EXPECT_TRUE(linkedChainOf(list, 130).is(0, ChainFact::closesOnEnd));
+  EXPECT_TRUE(linkedChainOf(list, 129).is(0, ChainFact::closesOnEnd));
+  EXPECT_FALSE(linkedChainOf(list, 131).closes(0));
+  EXPECT_FALSE(linkedChainOf(list, 128).closes(0));
+  EXPECT_TRUE(linkedChainOf(list, 128).is(0, ChainFact::exceedsData));
 }
 
 TEST(ChunkChain, OtherEndsCountInAnyOrder) {
   CandidateList list;
   add(list, 100, 20);
   add(list, 300, 20);
-  const ChunkChain chain = chainOf(list, kFar, {328, 5, 128});
+  const ChunkChain chain = linkedChainOf(list, kFar, {328, 5, 128});
   EXPECT_TRUE(chain.closes(0));
   EXPECT_TRUE(chain.closes(1));
   EXPECT_FALSE(chain.is(0, ChainFact::closesOnCandidate));
@@ -117,11 +118,11 @@ TEST(ChunkChain, LargestSizesDoNotWrap) {
   add(list, 0xfffffff0, 0xffffffff);
   add(list, 0xfffffff8, 0);
   add(list, 0x1fffffff8, 0);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_EQ(chain.next(0), 2U);
 }
 
-TEST(ChunkChain, NothingIsLinkedInAnEmptyList) { EXPECT_EQ(chainOf({}).size(), 0U); }
+TEST(ChunkChain, NothingIsLinkedInAnEmptyList) { EXPECT_EQ(linkedChainOf({}).size(), 0U); }
 
 /// Looks that `count` candidates may take: a few times the depth of a binary search.
 std::uint64_t nearLinear(std::uint64_t count) { return count * 6 * std::bit_width(count); }
@@ -130,7 +131,7 @@ TEST(ChunkChain, HostileOverlappingChunksAreNearLinear) {
   constexpr std::uint32_t kCount = 100000;
   CandidateList list;
   for (std::uint32_t i = 0; i < kCount; ++i) add(list, i * 8, (kCount - i) * 8 + 1);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_LT(chain.looks(), nearLinear(kCount));
 }
 
@@ -138,7 +139,7 @@ TEST(ChunkChain, HostileConstantSizesThatReachOverManyAreNearLinear) {
   constexpr std::uint32_t kCount = 100000;
   CandidateList list;
   for (std::uint32_t i = 0; i < kCount; ++i) add(list, i * 8, 8 * 4096);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_LT(chain.looks(), nearLinear(kCount));
   EXPECT_TRUE(chain.closes(0));
 }
@@ -148,7 +149,7 @@ TEST(ChunkChain, HostileCandidatesThatAllEndAtOnePlaceAreNearLinear) {
   CandidateList list;
   for (std::uint32_t i = 0; i < kCount; ++i) add(list, i * 8, (kCount - i) * 8);
   add(list, kCount * 8 + 8, 0);
-  const ChunkChain chain = chainOf(list);
+  const ChunkChain chain = linkedChainOf(list);
   EXPECT_LT(chain.looks(), nearLinear(kCount));
   for (std::uint32_t i = 0; i < kCount; i += 1000) EXPECT_EQ(chain.next(i), kCount);
 }
@@ -164,7 +165,7 @@ TEST(ChunkChain, AgreesWithALiteralSearch) {
           random() % 8 == 0 ? CandidateKind::list : CandidateKind::data);
     }
     const std::uint64_t dataEnd = offset + random() % 40;
-    const ChunkChain chain = chainOf(list, dataEnd);
+    const ChunkChain chain = linkedChainOf(list, dataEnd);
     for (std::size_t i = 0; i < list.size(); ++i) {
       bool closesOnCandidate = false;
       bool closesOnEnd = !list[i].isContainer() && (list[i].next() == dataEnd || list[i].payloadEnd() == dataEnd);

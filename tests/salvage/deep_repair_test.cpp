@@ -17,12 +17,12 @@ using salvage::SalvageStage;
 using salvage::SalvageVerdict;
 using testing::ElementsAre;
 
-AviBuilder film() { return AviBuilder().interleaved(10, 300, 101); }
+AviBuilder smallFilm() { return AviBuilder().interleaved(10, 300, 101); }
 
 using Bench = SalvageBench;
 
 TEST(DeepRepair, AWholeFilmIsCleanAndWrittenWhole) {
-  Bench run(film().build());
+  Bench run(smallFilm().build());
   const SalvageReport report = run.perform();
   EXPECT_EQ(report.end, SalvageEnd::written);
   EXPECT_EQ(report.verdict, SalvageVerdict::clean);
@@ -36,7 +36,7 @@ TEST(DeepRepair, AWholeFilmIsCleanAndWrittenWhole) {
 }
 
 TEST(DeepRepair, ItsOutputIsCleanAgainAndStaysTheSame) {
-  Bench first(film().build());
+  Bench first(smallFilm().build());
   ASSERT_EQ(first.perform().end, SalvageEnd::written);
   Bench second(first.files.content("/out.avi"));
   EXPECT_EQ(second.perform().verdict, SalvageVerdict::clean);
@@ -44,7 +44,7 @@ TEST(DeepRepair, ItsOutputIsCleanAgainAndStaysTheSame) {
 }
 
 TEST(DeepRepair, AFilmWithoutItsIndexIsRepaired) {
-  AviBuilder builder = film();
+  AviBuilder builder = smallFilm();
   builder.withIndex = false;
   Bench run(builder.build());
   const SalvageReport report = run.perform();
@@ -63,7 +63,7 @@ TEST(DeepRepair, AFilmOfFewChunksOfOneSizeComesBack) {
 }
 
 TEST(DeepRepair, ADryRunWritesNothing) {
-  Bench run(film().build());
+  Bench run(smallFilm().build());
   run.isDry = true;
   const SalvageReport report = run.perform();
   EXPECT_EQ(report.end, SalvageEnd::planned);
@@ -72,13 +72,13 @@ TEST(DeepRepair, ADryRunWritesNothing) {
 }
 
 TEST(DeepRepair, ARefusedOutputEndsIt) {
-  Bench run(film().build());
+  Bench run(smallFilm().build());
   run.isRefused = true;
   EXPECT_EQ(run.perform().end, SalvageEnd::noOutput);
 }
 
 TEST(DeepRepair, WhatIsNoFilmIsHopeless) {
-  for (const Bytes& bytes : {Bytes{}, Bytes(100), Bytes(100'000, std::byte{'x'}), film().headers()}) {
+  for (const Bytes& bytes : {Bytes{}, Bytes(100), Bytes(100'000, std::byte{'x'}), smallFilm().headers()}) {
     Bench run(bytes);
     const SalvageReport report = run.perform();
     EXPECT_EQ(report.end, SalvageEnd::noMedia);
@@ -90,7 +90,7 @@ TEST(DeepRepair, WhatIsNoFilmIsHopeless) {
 TEST(DeepRepair, AStopAtAnyStageEndsIt) {
   for (const SalvageStage stop :
        {SalvageStage::readingHeaders, SalvageStage::searching, SalvageStage::weighing, SalvageStage::writing}) {
-    Bench run(film().build());
+    Bench run(smallFilm().build());
     run.notes.onStage = [&](SalvageStage stage) {
       if (stage == stop) run.cancel.abandon();
     };

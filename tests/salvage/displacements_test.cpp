@@ -40,7 +40,7 @@ std::vector<TemplateEntry> variedEntries(std::size_t count) {
 
 /// The header of each entry where `moved` puts it; nothing is there where it answers nothing.
 template <class Moved>
-CandidateList headersOf(const std::vector<TemplateEntry>& entries, const Moved& moved) {
+CandidateList headersOfEntries(const std::vector<TemplateEntry>& entries, const Moved& moved) {
   std::vector<Candidate> found;
   for (std::size_t i = 0; i < entries.size(); ++i) {
     const std::optional<std::int64_t> by = moved(i);
@@ -65,7 +65,7 @@ std::vector<std::optional<std::int64_t>> movesOf(const DisplacementCover& cover)
 
 template <class Moved>
 void expectFound(const std::vector<TemplateEntry>& entries, const Moved& moved) {
-  const DisplacementCover cover = coverEntries(entries, headersOf(entries, moved), 0, kEnd);
+  const DisplacementCover cover = coverEntries(entries, headersOfEntries(entries, moved), 0, kEnd);
   const auto moves = movesOf(cover);
   for (std::size_t i = 0; i < entries.size(); ++i) EXPECT_EQ(moves[i], moved(i)) << "entry " << i;
 }
@@ -91,7 +91,7 @@ TEST(Displacements, LostHeadersAreExplainedByNone) {
 TEST(Displacements, FilmThatBeginsLaterHasNoZero) {
   const auto entries = variedEntries(60);
   const auto cover = coverEntries(
-      entries, headersOf(entries, [](std::size_t) { return std::optional<std::int64_t>(123'456); }), 0, kEnd);
+      entries, headersOfEntries(entries, [](std::size_t) { return std::optional<std::int64_t>(123'456); }), 0, kEnd);
   ASSERT_EQ(cover.values.size(), 1U);
   EXPECT_EQ(cover.values[0], 123'456);
 }
@@ -105,7 +105,7 @@ TEST(Displacements, EachHeaderExplainsOneEntry) {
   // The second of two entries of one size has lost its header; that of the first is no sign of it.
   auto entries = variedEntries(40);
   entries[21].size = entries[19].size;
-  const auto list = headersOf(entries, [](std::size_t i) -> std::optional<std::int64_t> {
+  const auto list = headersOfEntries(entries, [](std::size_t i) -> std::optional<std::int64_t> {
     if (i == 21) return std::nullopt;
     return 0;
   });
@@ -118,7 +118,7 @@ TEST(Displacements, TheIndexsOwnPlaceTellsHowFarTheEndMoved) {
   const auto entries = entriesOf(40, [](std::size_t i) { return i % 2 == 0 ? 5000U : 1280U; });
   const std::uint64_t indexBegin = entries.back().end() + 8 - 2001;
   const auto cover = coverEntries(
-      entries, headersOf(entries, [](std::size_t i) { return std::optional<std::int64_t>(i < 20 ? 0 : -2001); }),
+      entries, headersOfEntries(entries, [](std::size_t i) { return std::optional<std::int64_t>(i < 20 ? 0 : -2001); }),
       indexBegin, kEnd);
   EXPECT_EQ(cover.endShift, -2001);
   EXPECT_EQ(cover.values, (std::vector<std::int64_t>{0, -2001}));
@@ -130,8 +130,9 @@ TEST(Displacements, NoMoreThanTheLimitAreTaken) {
   limits.displacements = 5;
   const auto cover = coverEntries(
       entries,
-      headersOf(entries, [](std::size_t i) { return std::optional<std::int64_t>(-101 * (std::int64_t(i) / 20)); }), 0,
-      kEnd, limits);
+      headersOfEntries(entries,
+                       [](std::size_t i) { return std::optional<std::int64_t>(-101 * (std::int64_t(i) / 20)); }),
+      0, kEnd, limits);
   EXPECT_EQ(cover.values.size(), 5U);
 }
 
@@ -139,8 +140,9 @@ TEST(Displacements, HostileConstantSizesWithoutAnyMatchComeToAnEnd) {
   const auto entries = entriesOf(20'000, [](std::size_t) { return 8U; });
   const auto cover = coverEntries(
       entries,
-      headersOf(entries, [](std::size_t i) { return std::optional<std::int64_t>(std::int64_t(i * i % 8191) + 3); }), 0,
-      kEnd);
+      headersOfEntries(entries,
+                       [](std::size_t i) { return std::optional<std::int64_t>(std::int64_t(i * i % 8191) + 3); }),
+      0, kEnd);
   EXPECT_EQ(cover.ofEntry.size(), entries.size());
 }
 
@@ -148,7 +150,7 @@ TEST(Displacements, ChanceIsTakenBackWhereLittleIsFirm) {
   // Of another film's index a few entries of a constant size match by chance.
   auto entries =
       entriesOf(200, [](std::size_t i) { return i % 2 == 0 ? 5000U + static_cast<std::uint32_t>(i) : 1280U; });
-  const auto list = headersOf(entries, [](std::size_t i) -> std::optional<std::int64_t> {
+  const auto list = headersOfEntries(entries, [](std::size_t i) -> std::optional<std::int64_t> {
     if (i >= 150) return -777;
     if (i % 30 == 1) return 4096;
     return std::nullopt;
@@ -161,7 +163,8 @@ TEST(Displacements, ChanceIsTakenBackWhereLittleIsFirm) {
 
 TEST(Displacements, NothingIsTakenBackFromAFirmIndex) {
   const auto entries = variedEntries(100);
-  const auto list = headersOf(entries, [](std::size_t i) { return std::optional<std::int64_t>(i == 50 ? 8192 : 0); });
+  const auto list =
+      headersOfEntries(entries, [](std::size_t i) { return std::optional<std::int64_t>(i == 50 ? 8192 : 0); });
   DisplacementCover cover = coverEntries(entries, list, 0, kEnd);
   const auto before = cover.ofEntry;
   salvage::dropChance(cover, entries, list, false);

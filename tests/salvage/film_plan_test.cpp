@@ -8,21 +8,21 @@
 namespace zelvo::tests {
 namespace {
 
-AviBuilder film() {
+AviBuilder plannedFilm() {
   AviBuilder builder;
   builder.interleaved(20, 1001, 200);
   return builder;
 }
 
 TEST(FilmPlan, OfAWholeFilmHasEveryChunkInItsPlace) {
-  PlannedFilm planned(film().build());
-  EXPECT_EQ(planned.sources(), payloadOffsets(film()));
-  EXPECT_EQ(planned.plan.indexedChunks, film().chunks.size());
+  PlannedFilm planned(plannedFilm().build());
+  EXPECT_EQ(planned.sources(), payloadOffsets(plannedFilm()));
+  EXPECT_EQ(planned.plan.indexedChunks, plannedFilm().chunks.size());
   for (const auto& slot : planned.plan.slots) EXPECT_EQ(slot.state, salvage::SlotState::whole);
 }
 
 TEST(FilmPlan, OfAFilmWithoutAnIndexFollowsTheChain) {
-  AviBuilder builder = film();
+  AviBuilder builder = plannedFilm();
   builder.withIndex = false;
   PlannedFilm planned(builder.build());
   EXPECT_EQ(planned.sources(), payloadOffsets(builder));

@@ -14,7 +14,7 @@ namespace {
 using platform::Bytes;
 using testing::ElementsAre;
 
-std::unique_ptr<WrittenFilmBench> film() {
+std::unique_ptr<WrittenFilmBench> headedFilm() {
   auto bench = pictureAndSound();
   for (int i = 0; i < 3; ++i) {
     bench->add(0, Bytes(static_cast<std::size_t>(10 + i)));
@@ -24,7 +24,7 @@ std::unique_ptr<WrittenFilmBench> film() {
 }
 
 TEST(HeaderWriter, LengthsCountChunksOfPicturesAndSamplesOfSound) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->write();
   ASSERT_EQ(bench->notes.streamHeaders.size(), 2U);
   EXPECT_EQ(fieldOf(bench->notes.streamHeaders[0], "dwLength"), 3U);
@@ -43,7 +43,7 @@ TEST(HeaderWriter, SoundWithoutASampleSizeCountsChunks) {
 }
 
 TEST(HeaderWriter, MainHeaderKeepsWhatIsTrueAndMendsTheRest) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->header.main = salvage::SurvivingMainHeader{.microSecPerFrame = 33333,
                                                     .flags = 0x20 | 0x10000,
                                                     .totalFrames = 999,
@@ -65,7 +65,7 @@ TEST(HeaderWriter, MainHeaderKeepsWhatIsTrueAndMendsTheRest) {
 }
 
 TEST(HeaderWriter, LostMainHeaderIsMadeFromTheStreams) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->write();
   EXPECT_EQ(fieldOf(bench->notes.mainHeader, "dwMicroSecPerFrame"), 40000U);
   EXPECT_EQ(fieldOf(bench->notes.mainHeader, "dwWidth"), 320U);
@@ -73,7 +73,7 @@ TEST(HeaderWriter, LostMainHeaderIsMadeFromTheStreams) {
 }
 
 TEST(HeaderWriter, FramesOfTheFirstFormAndOfAll) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->write(2 * (8 + 12 + 24));
   ASSERT_GT(bench->layout.forms.size(), 1U);
   const std::uint64_t first = bench->layout.forms.front().chunks[0].chunks;
@@ -83,7 +83,7 @@ TEST(HeaderWriter, FramesOfTheFirstFormAndOfAll) {
 }
 
 TEST(HeaderWriter, StreamHeadersOfOtherLengthsStay) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->header.streams[0].header.header.resize(64, std::byte{9});
   bench->header.streams[1].header.header.resize(48);
   bench->write();
@@ -95,7 +95,7 @@ TEST(HeaderWriter, StreamHeadersOfOtherLengthsStay) {
 }
 
 TEST(HeaderWriter, NamesPropertiesDataAndInformationStay) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->header.streams[0].header.name = bytesOf("Name");
   bench->header.streams[0].header.data = bytesOf("odd");
   bench->header.streams[0].header.properties = bytesOf("proper");
@@ -112,7 +112,7 @@ TEST(HeaderWriter, NamesPropertiesDataAndInformationStay) {
 }
 
 TEST(HeaderWriter, AClockOfZeroIsMended) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->header.main = salvage::SurvivingMainHeader{.microSecPerFrame = 20000};
   for (auto& stream : bench->header.streams) {
     stream.header.scale = 0;
@@ -126,7 +126,7 @@ TEST(HeaderWriter, AClockOfZeroIsMended) {
 }
 
 TEST(FilmLayout, LastLostSlotsAreLeftOut) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->addLost(0, 0);
   bench->addLost(1, 8);
   bench->write();
@@ -143,7 +143,7 @@ TEST(FilmLayout, TooManyFormsAreRefused) {
 }
 
 TEST(FilmLayout, RoughSizeIsThatOfChunksAndOneIndex) {
-  const auto bench = film();
+  const auto bench = headedFilm();
   bench->addLost(0, 400);
   EXPECT_EQ(salvage::roughSize(bench->plan, bench->header), 10U + 12U + 12U + 3U * 6U + 7U * 16U);
 }

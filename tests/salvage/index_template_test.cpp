@@ -15,7 +15,7 @@ using salvage::Belonging;
 using salvage::IndexTemplate;
 using Offsets = std::vector<std::uint64_t>;
 
-AviBuilder film(int pairs = 40) {
+AviBuilder indexedFilm(int pairs = 40) {
   AviBuilder builder;
   for (int i = 0; i < pairs; ++i) {
     builder.chunks.push_back({"00dc", 1000 + static_cast<std::uint32_t>(i) * 2});
@@ -74,104 +74,105 @@ void appendStandard(Bytes& out, std::string_view code, std::string_view chunk, s
 }
 
 TEST(IndexTemplate, OldIndexGivesEveryChunkByItsOffsetInTheFile) {
-  const IndexTemplate plan = planOf(film().build());
-  EXPECT_EQ(offsetsOf(plan), chunkOffsets(film()));
+  const IndexTemplate plan = planOf(indexedFilm().build());
+  EXPECT_EQ(offsetsOf(plan), chunkOffsets(indexedFilm()));
   EXPECT_EQ(plan.entries[4].size, 1004U);
   EXPECT_EQ(plan.entries[4].stream, 0);
   EXPECT_EQ(plan.entries[5].stream, 1);
   EXPECT_TRUE(plan.entries[4].isKey);
   EXPECT_FALSE(plan.entries[4].isForeign);
-  EXPECT_EQ(plan.tableBase, static_cast<std::int64_t>(film().headers().size()) + 8);
+  EXPECT_EQ(plan.tableBase, static_cast<std::int64_t>(indexedFilm().headers().size()) + 8);
   ASSERT_EQ(plan.tables.size(), 1U);
   EXPECT_EQ(plan.tables[0].entries, 80U);
 }
 
 TEST(IndexTemplate, OffsetsFromTheBeginningOfTheFileAreTakenAsTheyAre) {
-  Bytes bytes = film().build();
-  moveEntries(bytes, film(), static_cast<std::uint32_t>(film().headers().size()) + 8);
+  Bytes bytes = indexedFilm().build();
+  moveEntries(bytes, indexedFilm(), static_cast<std::uint32_t>(indexedFilm().headers().size()) + 8);
   const IndexTemplate plan = planOf(bytes);
   EXPECT_EQ(plan.tableBase, 0);
-  EXPECT_EQ(offsetsOf(plan), chunkOffsets(film()));
+  EXPECT_EQ(offsetsOf(plan), chunkOffsets(indexedFilm()));
 }
 
 TEST(IndexTemplate, OffsetsThatPointFourOrEightBytesAsideAreVotedRight) {
   for (const std::uint32_t aside : {4U, 8U, 0xfffffffcU}) {
-    Bytes bytes = film().build();
-    moveEntries(bytes, film(), aside);
-    EXPECT_EQ(offsetsOf(planOf(bytes)), chunkOffsets(film())) << aside;
+    Bytes bytes = indexedFilm().build();
+    moveEntries(bytes, indexedFilm(), aside);
+    EXPECT_EQ(offsetsOf(planOf(bytes)), chunkOffsets(indexedFilm())) << aside;
   }
 }
 
 TEST(IndexTemplate, BytesInsertedBehindTheFirstChunkDoNotMoveTheBase) {
-  Bytes bytes = film().build();
-  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(chunkOffsets(film())[1] - 50), 333, std::byte{0xaa});
-  EXPECT_EQ(offsetsOf(planOf(bytes)), chunkOffsets(film()));
+  Bytes bytes = indexedFilm().build();
+  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(chunkOffsets(indexedFilm())[1] - 50), 333, std::byte{0xaa});
+  EXPECT_EQ(offsetsOf(planOf(bytes)), chunkOffsets(indexedFilm()));
 }
 
 TEST(IndexTemplate, LostMediaListIsVotedFor) {
-  Bytes bytes = film().build();
-  overwrite(bytes, film().headers().size(), "abcd");
-  EXPECT_EQ(offsetsOf(planOf(bytes)), chunkOffsets(film()));
+  Bytes bytes = indexedFilm().build();
+  overwrite(bytes, indexedFilm().headers().size(), "abcd");
+  EXPECT_EQ(offsetsOf(planOf(bytes)), chunkOffsets(indexedFilm()));
 }
 
 TEST(IndexTemplate, FrontGoneKeepsTheEntriesThatWereInFront) {
-  Bytes bytes = film().build();
-  const std::uint64_t cut = chunkOffsets(film())[20];
+  Bytes bytes = indexedFilm().build();
+  const std::uint64_t cut = chunkOffsets(indexedFilm())[20];
   bytes.erase(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut));
   const IndexTemplate plan = planOf(bytes);
   ASSERT_EQ(plan.entries.size(), 80U);
   EXPECT_EQ(plan.leftOut, 0U);
   for (std::size_t i = 1; i < 80; ++i) {
-    EXPECT_EQ(plan.entries[i].offset - plan.entries[0].offset, chunkOffsets(film())[i] - chunkOffsets(film())[0]);
+    EXPECT_EQ(plan.entries[i].offset - plan.entries[0].offset,
+              chunkOffsets(indexedFilm())[i] - chunkOffsets(indexedFilm())[0]);
   }
 }
 
 TEST(IndexTemplate, KeyFlagIsThatOfEachEntry) {
-  Bytes bytes = film().build();
-  overwriteNumber(bytes, tableOf(film()) + 16 * 7 + 4, 0);
+  Bytes bytes = indexedFilm().build();
+  overwriteNumber(bytes, tableOf(indexedFilm()) + 16 * 7 + 4, 0);
   const IndexTemplate plan = planOf(bytes);
   EXPECT_FALSE(plan.entries[7].isKey);
   EXPECT_TRUE(plan.entries[8].isKey);
 }
 
 TEST(IndexTemplate, UnreadableEntriesAreMissing) {
-  Bytes bytes = film().build();
-  overwrite(bytes, tableOf(film()) + 16 * 7, "????");
+  Bytes bytes = indexedFilm().build();
+  overwrite(bytes, tableOf(indexedFilm()) + 16 * 7, "????");
   const IndexTemplate plan = planOf(bytes);
-  EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(film()), 7));
+  EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(indexedFilm()), 7));
 }
 
 TEST(IndexTemplate, EntriesOfListsAreNoChunks) {
-  Bytes bytes = film().build();
-  overwrite(bytes, tableOf(film()) + 16 * 7, "rec ");
-  EXPECT_EQ(offsetsOf(planOf(bytes)), without(chunkOffsets(film()), 7));
+  Bytes bytes = indexedFilm().build();
+  overwrite(bytes, tableOf(indexedFilm()) + 16 * 7, "rec ");
+  EXPECT_EQ(offsetsOf(planOf(bytes)), without(chunkOffsets(indexedFilm()), 7));
 }
 
 TEST(IndexTemplate, WildSizeCostsThatEntryAlone) {
   for (const bool displaced : {false, true}) {
-    Bytes bytes = film().build();
-    overwriteNumber(bytes, tableOf(film()) + 16 * 10 + 12, 0xfffffff0);
+    Bytes bytes = indexedFilm().build();
+    overwriteNumber(bytes, tableOf(indexedFilm()) + 16 * 10 + 12, 0xfffffff0);
     if (displaced)
-      bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(chunkOffsets(film())[0]), 100, std::byte{1});
+      bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(chunkOffsets(indexedFilm())[0]), 100, std::byte{1});
     const IndexTemplate plan = planOf(bytes);
-    EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(film()), 10));
+    EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(indexedFilm()), 10));
     EXPECT_EQ(plan.overlapping, 1U);
   }
 }
 
 TEST(IndexTemplate, OfTwoThatOverlapTheOneWhoseHeaderIsThereStays) {
-  Bytes bytes = film().build();
+  Bytes bytes = indexedFilm().build();
   // The entry of chunk 10 points into chunk 8 and ends before it does.
-  const auto movi = film().headers().size() + 8;
-  overwriteNumber(bytes, tableOf(film()) + 16 * 10 + 8,
-                  static_cast<std::uint32_t>(chunkOffsets(film())[8] + 20 - movi));
-  overwriteNumber(bytes, tableOf(film()) + 16 * 10 + 12, 30);
+  const auto movi = indexedFilm().headers().size() + 8;
+  overwriteNumber(bytes, tableOf(indexedFilm()) + 16 * 10 + 8,
+                  static_cast<std::uint32_t>(chunkOffsets(indexedFilm())[8] + 20 - movi));
+  overwriteNumber(bytes, tableOf(indexedFilm()) + 16 * 10 + 12, 30);
   const IndexTemplate plan = planOf(bytes);
-  EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(film()), 10));
+  EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(indexedFilm()), 10));
 }
 
 TEST(IndexTemplate, StandardIndexesAddTheirChunks) {
-  AviBuilder builder = film();
+  AviBuilder builder = indexedFilm();
   builder.withIndex = false;
   Bytes bytes = builder.build();
   const Offsets whole = chunkOffsets(builder);
@@ -189,8 +190,8 @@ TEST(IndexTemplate, StandardIndexesAddTheirChunks) {
 }
 
 TEST(IndexTemplate, ChunkThatTwoIndexesNameIsOneEntry) {
-  Bytes bytes = film().build();
-  const Offsets whole = chunkOffsets(film());
+  Bytes bytes = indexedFilm().build();
+  const Offsets whole = chunkOffsets(indexedFilm());
   appendStandard(bytes, "ix00", "00dc", whole[0], {{8, 1000}});
   const IndexTemplate plan = planOf(bytes);
   EXPECT_EQ(offsetsOf(plan), whole);
@@ -199,15 +200,15 @@ TEST(IndexTemplate, ChunkThatTwoIndexesNameIsOneEntry) {
 
 TEST(IndexTemplate, PicturesOfTheHeaderOrExtentOfTheMediaMakeItBelong) {
   const auto belonging = [](std::uint32_t frames, std::uint32_t length, std::uint32_t moviSize) {
-    Bytes bytes = film().build();
+    Bytes bytes = indexedFilm().build();
     overwriteNumber(bytes, 24 + 8 + 16, frames);       // dwTotalFrames
     overwriteNumber(bytes, 88 + 12 + 8 + 32, length);  // dwLength of the pictures
-    overwriteNumber(bytes, film().headers().size() + 4, moviSize);
+    overwriteNumber(bytes, indexedFilm().headers().size() + 4, moviSize);
     const IndexTemplate plan = planOf(bytes);
     EXPECT_EQ(plan.entries.at(3).isForeign, plan.tables.at(0).belonging == Belonging::foreign);
     return plan.tables.at(0).belonging;
   };
-  const auto extent = static_cast<std::uint32_t>(tableOf(film()) - 8 - film().headers().size() - 8);
+  const auto extent = static_cast<std::uint32_t>(tableOf(indexedFilm()) - 8 - indexedFilm().headers().size() - 8);
   EXPECT_EQ(belonging(40, 0, 0), Belonging::belongs);
   EXPECT_EQ(belonging(41, 0, 0), Belonging::belongs);
   EXPECT_EQ(belonging(39, 0, 0), Belonging::belongs);
@@ -224,23 +225,23 @@ TEST(IndexTemplate, PicturesOfTheHeaderOrExtentOfTheMediaMakeItBelong) {
 }
 
 TEST(IndexTemplate, DamagedPartsOfOneIndexAreJudgedTogether) {
-  Bytes bytes = film().build();
+  Bytes bytes = indexedFilm().build();
   overwriteNumber(bytes, 24 + 8 + 16, 40);
   overwriteNumber(bytes, 88 + 12 + 8 + 32, 0);
-  overwriteNumber(bytes, film().headers().size() + 4, 0);
-  bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(tableOf(film()) + 16 * 31 + 5));
+  overwriteNumber(bytes, indexedFilm().headers().size() + 4, 0);
+  bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(tableOf(indexedFilm()) + 16 * 31 + 5));
   const IndexTemplate plan = planOf(bytes);
   ASSERT_EQ(plan.tables.size(), 2U);
   EXPECT_EQ(plan.tables[0].belonging, Belonging::belongs);
   EXPECT_EQ(plan.tables[1].belonging, Belonging::belongs);
-  EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(film()), 31));
+  EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(indexedFilm()), 31));
 }
 
 TEST(IndexTemplate, StandardIndexBelongsWhenTheSuperIndexKnowsItsSize) {
   for (const std::uint32_t named : {32U, 40U, 33U}) {
-    ScannedFilm scanned(film().build());
-    Bytes bytes = film().build();
-    appendStandard(bytes, "ix00", "00dc", chunkOffsets(film())[0], {{8, 1000}});
+    ScannedFilm scanned(indexedFilm().build());
+    Bytes bytes = indexedFilm().build();
+    appendStandard(bytes, "ix00", "00dc", chunkOffsets(indexedFilm())[0], {{8, 1000}});
     scanned.file().bytes = bytes;
     scanned.file().size = bytes.size();
     scanned.run();
@@ -275,7 +276,7 @@ TEST(IndexTemplate, OldIndexBeyondFourGibibytesGoesOnCounting) {
 }
 
 TEST(IndexTemplate, NoIndexMakesNoTemplate) {
-  AviBuilder builder = film();
+  AviBuilder builder = indexedFilm();
   builder.withIndex = false;
   const IndexTemplate plan = planOf(builder.build());
   EXPECT_TRUE(plan.entries.empty());
@@ -283,14 +284,14 @@ TEST(IndexTemplate, NoIndexMakesNoTemplate) {
 }
 
 TEST(IndexTemplate, HostileNumberOfEntriesFindsOnlySoMuchRoom) {
-  ScannedFilm scanned(film().build());
+  ScannedFilm scanned(indexedFilm().build());
   const IndexTemplate plan = planOf(scanned, 30);
   EXPECT_EQ(plan.entries.size(), 30U);
   EXPECT_EQ(plan.leftOut, 50U);
 }
 
 TEST(IndexTemplate, HostileMillionEntriesToOnePlaceBecomeOne) {
-  Bytes bytes = film().headers();
+  Bytes bytes = indexedFilm().headers();
   appendText(bytes, "LIST");
   appendNumber(bytes, 0);
   appendText(bytes, "movi");
@@ -308,10 +309,10 @@ TEST(IndexTemplate, HostileMillionEntriesToOnePlaceBecomeOne) {
 }
 
 TEST(IndexTemplate, EntriesThatCannotBeReadAreMissing) {
-  ScannedFilm scanned(film(3000).build());
+  ScannedFilm scanned(indexedFilm(3000).build());
   scanned.run();
-  scanned.file().badReadStart = tableOf(film(3000)) + 10000;
-  scanned.file().badReadEnd = tableOf(film(3000)) + 10001;
+  scanned.file().badReadStart = tableOf(indexedFilm(3000)) + 10000;
+  scanned.file().badReadEnd = tableOf(indexedFilm(3000)) + 10001;
   scanned.file().readError = std::make_error_code(std::errc::io_error);
   const auto plan = salvage::indexTemplate(*scanned.input, scanned.headers, scanned.codes, scanned.scan);
   EXPECT_GE(plan.entries.size(), 6000U - 4096 / 16 - 2);

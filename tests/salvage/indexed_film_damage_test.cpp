@@ -10,7 +10,7 @@ using salvage::LossCause;
 using salvage::SlotState;
 using Words = std::vector<std::string>;
 
-Words planOf(const MadeFilm& film) { return fates(PlannedFilm(film.bytes), film); }
+Words planOfIndex(const MadeFilm& film) { return fates(PlannedFilm(film.bytes), film); }
 
 TEST(IndexedFilmDamage, NothingKeepsEveryChunk) {
   const MadeFilm film;
@@ -27,7 +27,7 @@ TEST(IndexedFilmDamage, NothingKeepsEveryChunk) {
 TEST(IndexedFilmDamage, BytesMissingInsideAPictureTearThatPictureAlone) {
   MadeFilm film;
   film.remove(film.headers[20] + 100, 301);
-  EXPECT_EQ(planOf(film), allBut(80, {{20, "torn0"}}));
+  EXPECT_EQ(planOfIndex(film), allBut(80, {{20, "torn0"}}));
 }
 
 TEST(IndexedFilmDamage, BytesMissingOverSeveralChunksKeepTheirTime) {
@@ -43,18 +43,18 @@ TEST(IndexedFilmDamage, BytesMissingOverSeveralChunksKeepTheirTime) {
 TEST(IndexedFilmDamage, ThreeDeletionsAreThreeDisplacements) {
   MadeFilm film;
   for (const std::size_t chunk : {60U, 40U, 20U}) film.remove(film.headers[chunk] + 77, 201);
-  EXPECT_EQ(planOf(film), allBut(80, {{20, "torn0"}, {40, "torn0"}, {60, "torn0"}}));
+  EXPECT_EQ(planOfIndex(film), allBut(80, {{20, "torn0"}, {40, "torn0"}, {60, "torn0"}}));
 }
 
 TEST(IndexedFilmDamage, BytesPutIntoSoundAreCutOut) {
   MadeFilm film;
-  film.insert(film.headers[21] + 8 + 600, noise(777));
-  EXPECT_EQ(planOf(film), allBut(80));
+  film.insert(film.headers[21] + 8 + 600, noiseOf(777));
+  EXPECT_EQ(planOfIndex(film), allBut(80));
 }
 
 TEST(IndexedFilmDamage, BytesPutIntoAPictureTearIt) {
   MadeFilm film;
-  film.insert(film.headers[20] + 8 + 300, noise(777));
+  film.insert(film.headers[20] + 8 + 300, noiseOf(777));
   const PlannedFilm planned(film.bytes);
   EXPECT_EQ(fates(planned, film), allBut(80, {{20, "torn0"}}));
   ASSERT_EQ(planned.plan.spans.size(), 1U);
@@ -66,7 +66,7 @@ TEST(IndexedFilmDamage, DoubledSpanIsTakenOnce) {
   const std::uint64_t begin = film.headers[20] + 300;
   const std::uint64_t end = film.headers[27] + 300;
   film.insert(end, film.part(begin, end - begin));
-  EXPECT_EQ(planOf(film), allBut(80));
+  EXPECT_EQ(planOfIndex(film), allBut(80));
 }
 
 TEST(IndexedFilmDamage, DeadCodeIsReadByItsPlace) {
@@ -127,7 +127,7 @@ TEST(IndexedFilmDamage, ClustersOutOfOrderAreReadInTheirOrder) {
     std::copy_n(before.begin() + static_cast<std::ptrdiff_t>(from * kCluster), kCluster,
                 film.bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kCluster));
   }
-  EXPECT_EQ(planOf(film), allBut(160));
+  EXPECT_EQ(planOfIndex(film), allBut(160));
 }
 
 TEST(IndexedFilmDamage, SecondHalfOfAnotherFilmIsLeftOut) {
@@ -150,7 +150,7 @@ TEST(IndexedFilmDamage, SecondHalfOfAnotherFilmIsLeftOut) {
 TEST(IndexedFilmDamage, ChunksThatAPartlyLostIndexLeavesOutAreFoundByTheirChain) {
   MadeFilm film;
   film.fill(film.indexBegin() + 16 * 30, 16 * 20, std::byte{0xee});
-  EXPECT_EQ(planOf(film), allBut(80));
+  EXPECT_EQ(planOfIndex(film), allBut(80));
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ using platform::Bytes;
 using salvage::CandidateKind;
 using Offsets = std::vector<std::uint64_t>;
 
-AviBuilder film(int pairs = 40) { return AviBuilder().interleaved(pairs, 1000, 101); }
+AviBuilder scannedBuilder(int pairs = 40) { return AviBuilder().interleaved(pairs, 1000, 101); }
 
 /// Bytes that the scan asked for.
 std::uint64_t bytesRead(ScannedFilm& scanned) {
@@ -26,14 +26,14 @@ std::uint64_t bytesRead(ScannedFilm& scanned) {
 }
 
 TEST(MediaScan, WholeFilmGivesItsChunksListsAndIndex) {
-  const Bytes bytes = film().build();
+  const Bytes bytes = scannedBuilder().build();
   ScannedFilm scanned(bytes);
   scanned.run();
-  EXPECT_EQ(scanned.chunks(), chunkOffsets(film()));
-  EXPECT_EQ(scanned.trusted(), chunkOffsets(film()));
+  EXPECT_EQ(scanned.chunks(), chunkOffsets(scannedBuilder()));
+  EXPECT_EQ(scanned.trusted(), chunkOffsets(scannedBuilder()));
   const auto& found = scanned.scan;
   EXPECT_EQ(found.candidates[0].kind(), CandidateKind::list);
-  EXPECT_EQ(found.candidates[0].offset(), film().headers().size());
+  EXPECT_EQ(found.candidates[0].offset(), scannedBuilder().headers().size());
   EXPECT_EQ(found.candidates.back().kind(), CandidateKind::skipped);
   EXPECT_EQ(found.candidates.size(), 82U);
   ASSERT_EQ(found.tables.size(), 1U);
@@ -46,7 +46,7 @@ TEST(MediaScan, WholeFilmGivesItsChunksListsAndIndex) {
 }
 
 TEST(MediaScan, CandidateKeepsStreamSizeHeadAndCode) {
-  ScannedFilm scanned(film().build());
+  ScannedFilm scanned(scannedBuilder().build());
   scanned.run();
   const auto& second = scanned.scan.candidates[2];
   EXPECT_EQ(second.stream(), 1);
@@ -56,7 +56,7 @@ TEST(MediaScan, CandidateKeepsStreamSizeHeadAndCode) {
 }
 
 TEST(MediaScan, EveryWindowSizeFindsTheSame) {
-  const Bytes bytes = film(300).build();
+  const Bytes bytes = scannedBuilder(300).build();
   ScannedFilm expected(bytes);
   expected.run();
   for (const std::size_t size : {1U, 8192U, 12288U, 40000U}) {
@@ -101,7 +101,7 @@ TEST(MediaScan, HeadBehindTheEndIsZero) {
 }
 
 TEST(MediaScan, CodesOfStreamsThatDoNotExistAreNone) {
-  AviBuilder twoStreams = film(3);
+  AviBuilder twoStreams = scannedBuilder(3);
   twoStreams.chunks.push_back({"02dc", 50});
   twoStreams.chunks.push_back({"00wb", 50});
   twoStreams.chunks.push_back({"00dc", 50});
@@ -136,7 +136,7 @@ TEST(MediaScan, StandardIndexIsSteppedOver) {
 }
 
 TEST(MediaScan, ScanEndsWhenItIsAskedTo) {
-  ScannedFilm scanned(film(300).build());
+  ScannedFilm scanned(scannedBuilder(300).build());
   int left = 3;
   salvage::ScanLimits limits;
   limits.windowSize = 8192;
@@ -160,7 +160,7 @@ TEST(MediaScan, OffsetsBeyondFourGibibytesAreWhole) {
 }
 
 TEST(MediaScan, EachByteIsReadAboutOnce) {
-  const Bytes bytes = film(5000).build();
+  const Bytes bytes = scannedBuilder(5000).build();
   ScannedFilm scanned(bytes);
   EXPECT_LT(bytesRead(scanned), bytes.size() + bytes.size() / 10 + (std::uint64_t{1} << 20U));
 }
@@ -211,13 +211,13 @@ TEST(MediaScan, HostileDenseCandidatesMakeRoomForChunksThatClose) {
     appendNumber(bytes, 3 + i % 2 * 8);
   }
   const std::size_t filmAt = bytes.size();
-  const Bytes real = film().build();
+  const Bytes real = scannedBuilder().build();
   bytes.insert(bytes.end(), real.begin(), real.end());
   ScannedFilm scanned(std::move(bytes));
   scanned.limits.candidates = 1000;
   scanned.scanFrom(0);
   const Offsets trusted = scanned.trusted();
-  for (const std::uint64_t offset : chunkOffsets(film()))
+  for (const std::uint64_t offset : chunkOffsets(scannedBuilder()))
     EXPECT_TRUE(std::ranges::binary_search(trusted, offset + filmAt)) << offset;
   EXPECT_GT(scanned.scan.dropped, 40000U);
   EXPECT_EQ(scanned.scan.leftOut, 0U);

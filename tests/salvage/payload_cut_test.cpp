@@ -22,7 +22,7 @@ Bytes garbage(std::size_t size) {
 }
 
 /// 40 x 30 pixels that grow brighter from left to right and from top to bottom, with a little noise.
-Bytes picture() {
+Bytes cutPicture() {
   std::mt19937 random(9);
   Bytes bytes;
   for (unsigned y = 0; y < 30; ++y) {
@@ -35,19 +35,19 @@ Bytes picture() {
 }
 
 /// Soft noise of 16 bits.
-Bytes sound(std::size_t samples) {
+Bytes cutSound(std::size_t samples) {
   std::mt19937 random(9);
   Bytes bytes;
   for (std::size_t i = 0; i < samples; ++i) append16(bytes, static_cast<std::uint16_t>(random() % 6000 + 65536 - 3000));
   return bytes;
 }
 
-Bytes with(Bytes bytes, std::size_t at, const Bytes& added) {
+Bytes bytesWith(Bytes bytes, std::size_t at, const Bytes& added) {
   bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at), added.begin(), added.end());
   return bytes;
 }
 
-Bytes without(Bytes bytes, std::size_t at, std::size_t count) {
+Bytes bytesWithout(Bytes bytes, std::size_t at, std::size_t count) {
   const auto from = bytes.begin() + static_cast<std::ptrdiff_t>(at);
   bytes.erase(from, from + static_cast<std::ptrdiff_t>(count));
   return bytes;
@@ -57,16 +57,16 @@ std::uint32_t sizeOf(const Bytes& bytes) { return static_cast<std::uint32_t>(byt
 
 TEST(PayloadCut, BytesPutIntoARawPictureAreFound) {
   const auto stream = pictureStream(std::string_view("\0\0\0\0", 4), 40, 30);
-  const Bytes whole = picture();
+  const Bytes whole = cutPicture();
   for (const std::size_t at : {0U, 1U, 700U, 1801U, 3599U})
-    EXPECT_EQ(insertionIn(stream, with(whole, at, garbage(501)), sizeOf(whole)), at);
+    EXPECT_EQ(insertionIn(stream, bytesWith(whole, at, garbage(501)), sizeOf(whole)), at);
 }
 
 TEST(PayloadCut, BytesPutIntoSoundAreFound) {
   const auto stream = soundStream(1, 2, 8000, 4, 16, 4);
-  const Bytes whole = sound(2000);
+  const Bytes whole = cutSound(2000);
   for (const std::size_t at : {200U, 1802U, 3700U}) {
-    const auto found = insertionIn(stream, with(whole, at, garbage(801)), sizeOf(whole));
+    const auto found = insertionIn(stream, bytesWith(whole, at, garbage(801)), sizeOf(whole));
     ASSERT_TRUE(found);
     EXPECT_LE(*found, at + 8);
     EXPECT_LE(at, *found + 8);
@@ -75,24 +75,24 @@ TEST(PayloadCut, BytesPutIntoSoundAreFound) {
 
 TEST(PayloadCut, BytesMissingFromARawPictureAreFound) {
   const auto stream = pictureStream(std::string_view("\0\0\0\0", 4), 40, 30);
-  const Bytes whole = picture();
-  const auto found = tearIn(stream, without(whole, 1500, 331), sizeOf(whole));
+  const Bytes whole = cutPicture();
+  const auto found = tearIn(stream, bytesWithout(whole, 1500, 331), sizeOf(whole));
   ASSERT_TRUE(found);
   EXPECT_NEAR(*found, 1500, 9);
 }
 
 TEST(PayloadCut, AnOddNumberOfBytesMissingFromSoundIsFound) {
   const auto stream = soundStream(1, 2, 8000, 4, 16, 4);
-  const Bytes whole = sound(2000);
-  const auto found = tearIn(stream, without(whole, 1500, 333), sizeOf(whole));
+  const Bytes whole = cutSound(2000);
+  const auto found = tearIn(stream, bytesWithout(whole, 1500, 333), sizeOf(whole));
   ASSERT_TRUE(found);
   EXPECT_NEAR(*found, 1500, 8);
 }
 
 TEST(PayloadCut, WholeSamplesMissingLeaveNoTrace) {
   const auto stream = soundStream(1, 2, 8000, 4, 16, 4);
-  const Bytes whole = sound(2000);
-  EXPECT_FALSE(tearIn(stream, without(whole, 1500, 332), sizeOf(whole)));
+  const Bytes whole = cutSound(2000);
+  EXPECT_FALSE(tearIn(stream, bytesWithout(whole, 1500, 332), sizeOf(whole)));
 }
 
 TEST(PayloadCut, CompressedPayloadsDoNotTell) {

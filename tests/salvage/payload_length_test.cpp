@@ -13,7 +13,7 @@ using salvage::Codec;
 using salvage::payloadLength;
 
 /// A picture with one table, one scan, a restart marker and a stuffed byte in it.
-Bytes jpeg() {
+Bytes jpegPayload() {
   return numbered({0xff, 0xd8, 0xff, 0xdb, 0x00, 0x04, 0xff, 0xd9, 0xff, 0xda, 0x00,
                    0x03, 0x01, 0x11, 0xff, 0x00, 0x22, 0xff, 0xd0, 0x33, 0xff, 0xd9});
 }
@@ -24,19 +24,19 @@ Bytes followedBy(Bytes bytes, const Bytes& more) {
 }
 
 TEST(PayloadLength, OfAPictureIsUpToItsEnd) {
-  EXPECT_EQ(payloadLength(Codec::jpeg, jpeg()), jpeg().size());
-  EXPECT_EQ(payloadLength(Codec::jpeg, followedBy(jpeg(), Bytes(100, std::byte{0xff}))), jpeg().size());
+  EXPECT_EQ(payloadLength(Codec::jpeg, jpegPayload()), jpegPayload().size());
+  EXPECT_EQ(payloadLength(Codec::jpeg, followedBy(jpegPayload(), Bytes(100, std::byte{0xff}))), jpegPayload().size());
 }
 
 TEST(PayloadLength, OfTwoFieldsIsThatOfBoth) {
-  EXPECT_EQ(payloadLength(Codec::jpeg, followedBy(jpeg(), jpeg())), 2 * jpeg().size());
+  EXPECT_EQ(payloadLength(Codec::jpeg, followedBy(jpegPayload(), jpegPayload())), 2 * jpegPayload().size());
 }
 
 TEST(PayloadLength, OfADamagedPictureIsNotTold) {
-  Bytes cut = jpeg();
+  Bytes cut = jpegPayload();
   cut.pop_back();
   EXPECT_FALSE(payloadLength(Codec::jpeg, cut));
-  Bytes broken = jpeg();
+  Bytes broken = jpegPayload();
   broken[2] = std::byte{0x12};
   EXPECT_FALSE(payloadLength(Codec::jpeg, broken));
   EXPECT_FALSE(payloadLength(Codec::jpeg, {}));

@@ -11,10 +11,10 @@ namespace {
 using platform::Bytes;
 using salvage::PictureClock;
 
-/// Bits from the top down.
-class Bits {
+/// ClockBits from the top down.
+class ClockBits {
  public:
-  Bits& add(std::uint32_t value, int count) {
+  ClockBits& add(std::uint32_t value, int count) {
     for (int i = count - 1; i >= 0; --i) bits_.push_back((value >> i & 1U) != 0);
     return *this;
   }
@@ -30,16 +30,16 @@ class Bits {
   std::vector<bool> bits_;
 };
 
-Bytes layer(std::uint32_t resolution) {
-  Bits bits;
+Bytes clockLayer(std::uint32_t resolution) {
+  ClockBits bits;
   bits.add(0x00000120, 32).add(0, 1).add(1, 8).add(0, 1).add(1, 4).add(0, 1).add(0, 2).add(1, 1);
   bits.add(resolution, 16).add(1, 1).add(0, 1).add(1, 1).add(320, 13).add(1, 1).add(240, 13).add(1, 1);
   return bits.bytes();
 }
 
 /// A predicted picture `ticks` after the last whole second, of a clock with 5 bits.
-Bytes picture(std::uint32_t ticks, int seconds = 0) {
-  Bits bits;
+Bytes clockPicture(std::uint32_t ticks, int seconds = 0) {
+  ClockBits bits;
   bits.add(0x000001b6, 32).add(1, 2);
   for (int i = 0; i < seconds; ++i) bits.add(1, 1);
   bits.add(0, 1).add(1, 1).add(ticks, 5).add(1, 1).add(1, 1);
@@ -49,32 +49,32 @@ Bytes picture(std::uint32_t ticks, int seconds = 0) {
 TEST(PictureClock, IsReadOnceTheLayersHeaderWasMet) {
   PictureClock clock(pictureStream("XVID"));
   EXPECT_FALSE(clock.isKnown());
-  EXPECT_FALSE(clock.ticks(picture(7)));
-  clock.learn(layer(25));
+  EXPECT_FALSE(clock.ticks(clockPicture(7)));
+  clock.learn(clockLayer(25));
   ASSERT_TRUE(clock.isKnown());
   EXPECT_EQ(clock.turn(), 25U);
   EXPECT_EQ(clock.ticksPerPicture(), 1.0);
-  EXPECT_EQ(clock.ticks(picture(7)), 7U);
-  EXPECT_EQ(clock.ticks(picture(24, 2)), 24U);
+  EXPECT_EQ(clock.ticks(clockPicture(7)), 7U);
+  EXPECT_EQ(clock.ticks(clockPicture(24, 2)), 24U);
 }
 
 TEST(PictureClock, ReadsTheHeaderInTheStreamsFormat) {
   auto stream = pictureStream("XVID");
-  const Bytes header = layer(25);
+  const Bytes header = clockLayer(25);
   stream.format.insert(stream.format.end(), header.begin(), header.end());
   EXPECT_TRUE(PictureClock(stream).isKnown());
 }
 
 TEST(PictureClock, DoesNotBelieveATickBeyondTheSecond) {
   PictureClock clock(pictureStream("XVID"));
-  clock.learn(layer(25));
-  EXPECT_FALSE(clock.ticks(picture(27)));
+  clock.learn(clockLayer(25));
+  EXPECT_FALSE(clock.ticks(clockPicture(27)));
   EXPECT_FALSE(clock.ticks(Bytes(100)));
 }
 
 TEST(PictureClock, OfOtherCodecsIsUnknown) {
   PictureClock clock(pictureStream("MJPG"));
-  clock.learn(layer(25));
+  clock.learn(clockLayer(25));
   EXPECT_FALSE(clock.isKnown());
 }
 

@@ -17,7 +17,7 @@ using salvage::SlotState;
 using testing::ElementsAre;
 
 /// Ten pictures of 40 ms, each followed by sound of as long.
-std::unique_ptr<WrittenFilmBench> film() {
+std::unique_ptr<WrittenFilmBench> reportedFilm() {
   auto bench = pictureAndSound();
   for (int i = 0; i < 10; ++i) {
     bench->add(0, Bytes(10));
@@ -47,7 +47,7 @@ SalvageReport reportOf(const WrittenFilmBench& bench) {
 }
 
 TEST(SalvageReport, AFilmWithoutFaultIsClean) {
-  const SalvageReport report = reportOf(*film());
+  const SalvageReport report = reportOf(*reportedFilm());
   EXPECT_EQ(report.verdict, SalvageVerdict::clean);
   ASSERT_EQ(report.streams.size(), 2U);
   EXPECT_EQ(report.streams[0].all().chunks, 10U);
@@ -58,25 +58,25 @@ TEST(SalvageReport, AFilmWithoutFaultIsClean) {
 }
 
 TEST(SalvageReport, WhatWasMendedIsRepaired) {
-  const auto sizes = film();
+  const auto sizes = reportedFilm();
   sizes->plan.slots[3].state = SlotState::sizeMended;
   EXPECT_EQ(reportOf(*sizes).verdict, SalvageVerdict::repaired);
-  const auto index = film();
+  const auto index = reportedFilm();
   index->plan.indexedChunks = 3;
   EXPECT_EQ(reportOf(*index).verdict, SalvageVerdict::repaired);
-  const auto header = film();
+  const auto header = reportedFilm();
   header->header.streams[1].origin = salvage::HeaderOrigin::donor;
   EXPECT_EQ(reportOf(*header).verdict, SalvageVerdict::repaired);
-  const auto main = film();
+  const auto main = reportedFilm();
   main->header.main.reset();
   EXPECT_EQ(reportOf(*main).verdict, SalvageVerdict::repaired);
-  const auto hurt = film();
+  const auto hurt = reportedFilm();
   hurt->plan.spans.push_back(span(1, 2, 0, 0));
   EXPECT_EQ(reportOf(*hurt).verdict, SalvageVerdict::repaired);
 }
 
 TEST(SalvageReport, AStreamThatIsLeftOutIsALoss) {
-  const auto bench = film();
+  const auto bench = reportedFilm();
   SalvageReport report;
   report.streamsWithoutHeader = 1;
   salvage::describePlan(report, bench->plan, bench->header);
@@ -86,7 +86,7 @@ TEST(SalvageReport, AStreamThatIsLeftOutIsALoss) {
 TEST(SalvageReport, WhatIsLostOrHurtIsPartial) {
   for (const SlotState state :
        {SlotState::damaged, SlotState::torn, SlotState::cut, SlotState::lost, SlotState::refilled}) {
-    const auto bench = film();
+    const auto bench = reportedFilm();
     bench->plan.slots[4].state = state;
     const SalvageReport report = reportOf(*bench);
     EXPECT_EQ(report.verdict, SalvageVerdict::partial);
@@ -97,7 +97,7 @@ TEST(SalvageReport, WhatIsLostOrHurtIsPartial) {
 }
 
 TEST(SalvageReport, SyncIsWhatTheLostWouldHaveCost) {
-  const auto bench = film();
+  const auto bench = reportedFilm();
   for (const std::size_t slot : {4U, 6U, 8U}) bench->plan.slots[slot].state = SlotState::lost;
   EXPECT_NEAR(reportOf(*bench).syncBefore, 0.12, 1e-9);
   bench->plan.slots[5].state = SlotState::lost;
@@ -105,7 +105,7 @@ TEST(SalvageReport, SyncIsWhatTheLostWouldHaveCost) {
 }
 
 TEST(SalvageReport, SpansHaveTimesAndTheStreamsThatTheyTouch) {
-  const auto bench = film();
+  const auto bench = reportedFilm();
   bench->plan.slots[4].state = SlotState::lost;
   bench->plan.slots[5].state = SlotState::damaged;
   bench->plan.spans = {span(10, 20, 8, 4), span(100, 200, 4, 3), span(300, 301, 20, 0)};
@@ -122,7 +122,7 @@ TEST(SalvageReport, SpansHaveTimesAndTheStreamsThatTheyTouch) {
 }
 
 TEST(SalvageReport, NoMoreSpansThanThereIsRoomForAreTold) {
-  const auto bench = film();
+  const auto bench = reportedFilm();
   bench->plan.spans.resize(salvage::kMaxSpans + 7, span(1, 2, 0, 20));
   const SalvageReport report = reportOf(*bench);
   EXPECT_EQ(report.spans.size(), salvage::kMaxSpans);
@@ -130,7 +130,7 @@ TEST(SalvageReport, NoMoreSpansThanThereIsRoomForAreTold) {
 }
 
 TEST(PlanChoices, DamagedPicturesBecomeEmptyAndSoundStays) {
-  const auto bench = film();
+  const auto bench = reportedFilm();
   bench->plan.slots[2].state = SlotState::damaged;
   bench->plan.slots[3].state = SlotState::damaged;
   bench->plan.slots[4].state = SlotState::torn;
@@ -147,7 +147,7 @@ TEST(PlanChoices, DamagedPicturesBecomeEmptyAndSoundStays) {
 }
 
 TEST(PlanChoices, ClosedGapsMoveWhatFollowsUpAndSpansWithIt) {
-  const auto bench = film();
+  const auto bench = reportedFilm();
   for (const std::size_t slot : {1U, 4U, 5U}) bench->plan.slots[slot].state = SlotState::lost;
   bench->plan.slots[7].state = SlotState::refilled;
   bench->plan.spans = {span(1, 2, 0, 3), span(1, 2, 4, 4), span(1, 2, 99, 9)};

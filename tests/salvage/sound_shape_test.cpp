@@ -17,7 +17,7 @@ using salvage::SampledPayload;
 using salvage::soundShape;
 using salvage::StreamSample;
 
-StreamSample sampleOf(const std::vector<Bytes>& payloads) {
+StreamSample soundSampleOf(const std::vector<Bytes>& payloads) {
   StreamSample sample;
   for (const Bytes& payload : payloads) {
     const auto size = static_cast<std::uint32_t>(payload.size());
@@ -57,7 +57,7 @@ Bytes wave(std::size_t samples, unsigned channels, unsigned bits, double scale =
 }
 
 TEST(SoundShape, AFrameAChunkLastsItsSamples) {
-  const auto shape = soundShape(sampleOf({mp3Frame(), mp3Frame(418), mp3Frame(), mp3Frame()}));
+  const auto shape = soundShape(soundSampleOf({mp3Frame(), mp3Frame(418), mp3Frame(), mp3Frame()}));
   EXPECT_EQ(shape.codec, Codec::mp3);
   EXPECT_TRUE(shape.isOfFrames);
   EXPECT_EQ(shape.samples, 1152U);
@@ -75,19 +75,19 @@ TEST(SoundShape, FramesThatRunOnAreAStreamOfBytes) {
   for (std::size_t at = 100; at + 5000 < stream.size(); at += 5000)
     blocks.emplace_back(stream.begin() + static_cast<std::ptrdiff_t>(at),
                         stream.begin() + static_cast<std::ptrdiff_t>(at + 5000));
-  const auto shape = soundShape(sampleOf(blocks));
+  const auto shape = soundShape(soundSampleOf(blocks));
   EXPECT_EQ(shape.codec, Codec::mp3);
   EXPECT_FALSE(shape.isOfFrames);
   EXPECT_EQ(shape.bytesPerSecond, 417U * 44100U / 1152U);
 }
 
 TEST(SoundShape, SamplesOfSixteenBits) {
-  const auto mono = soundShape(sampleOf({wave(20000, 1, 16)}));
+  const auto mono = soundShape(soundSampleOf({wave(20000, 1, 16)}));
   EXPECT_EQ(mono.codec, Codec::pcm);
   EXPECT_EQ(mono.bits, 16);
   EXPECT_EQ(mono.channels, 1);
   EXPECT_EQ(mono.block, 2U);
-  const auto stereo = soundShape(sampleOf({wave(20000, 2, 16)}));
+  const auto stereo = soundShape(soundSampleOf({wave(20000, 2, 16)}));
   EXPECT_EQ(stereo.bits, 16);
   EXPECT_EQ(stereo.channels, 2);
   EXPECT_EQ(stereo.block, 4U);
@@ -99,21 +99,21 @@ TEST(SoundShape, ChannelsThatAreTheSameAreTwo) {
   for (std::size_t i = 0; i < mono.size(); i += 2) {
     for (int twice = 0; twice < 2; ++twice) both.insert(both.end(), {mono[i], mono[i + 1]});
   }
-  EXPECT_EQ(soundShape(sampleOf({both})).channels, 2);
+  EXPECT_EQ(soundShape(soundSampleOf({both})).channels, 2);
 }
 
 TEST(SoundShape, SamplesOfEightBits) {
-  const auto mono = soundShape(sampleOf({wave(20000, 1, 8, 8)}));
+  const auto mono = soundShape(soundSampleOf({wave(20000, 1, 8, 8)}));
   EXPECT_EQ(mono.codec, Codec::pcm);
   EXPECT_EQ(mono.bits, 8);
   EXPECT_EQ(mono.channels, 1);
-  EXPECT_EQ(soundShape(sampleOf({wave(20000, 2, 8, 8)})).channels, 2);
+  EXPECT_EQ(soundShape(soundSampleOf({wave(20000, 2, 8, 8)})).channels, 2);
 }
 
 TEST(SoundShape, OddChunksAreOfSingleBytes) {
   Bytes bytes = wave(9999, 1, 16);
   bytes.pop_back();
-  EXPECT_EQ(soundShape(sampleOf({bytes})).bits, 8);
+  EXPECT_EQ(soundShape(soundSampleOf({bytes})).bits, 8);
 }
 
 TEST(SoundShape, ALawIsToldByTheOrderOfItsLevels) {
@@ -126,7 +126,7 @@ TEST(SoundShape, ALawIsToldByTheOrderOfItsLevels) {
     const unsigned code = step >= 0 ? 0x80U | static_cast<unsigned>(step) : static_cast<unsigned>(-step - 1);
     bytes.push_back(static_cast<std::byte>(code ^ 0x55U));
   }
-  EXPECT_EQ(soundShape(sampleOf({bytes})).codec, Codec::aLaw);
+  EXPECT_EQ(soundShape(soundSampleOf({bytes})).codec, Codec::aLaw);
 }
 
 TEST(SoundShape, MuLawIsToldByTheOrderOfItsLevels) {
@@ -138,7 +138,7 @@ TEST(SoundShape, MuLawIsToldByTheOrderOfItsLevels) {
     const unsigned code = step >= 0 ? static_cast<unsigned>(step) : 0x80U | static_cast<unsigned>(-step - 1);
     bytes.push_back(static_cast<std::byte>(~code & 0xffU));
   }
-  EXPECT_EQ(soundShape(sampleOf({bytes})).codec, Codec::muLaw);
+  EXPECT_EQ(soundShape(soundSampleOf({bytes})).codec, Codec::muLaw);
 }
 
 Bytes imaBlocks(unsigned channels, std::size_t count) {
@@ -157,12 +157,12 @@ Bytes imaBlocks(unsigned channels, std::size_t count) {
 }
 
 TEST(SoundShape, ImaAdpcmHasItsHeadInEveryBlock) {
-  const auto stereo = soundShape(sampleOf({imaBlocks(2, 4), imaBlocks(2, 2)}));
+  const auto stereo = soundShape(soundSampleOf({imaBlocks(2, 4), imaBlocks(2, 2)}));
   EXPECT_EQ(stereo.codec, Codec::imaAdpcm);
   EXPECT_EQ(stereo.channels, 2);
   EXPECT_EQ(stereo.block, 512U);
   EXPECT_EQ(stereo.samples, 505U);
-  EXPECT_EQ(soundShape(sampleOf({imaBlocks(1, 4), imaBlocks(1, 2)})).channels, 1);
+  EXPECT_EQ(soundShape(soundSampleOf({imaBlocks(1, 4), imaBlocks(1, 2)})).channels, 1);
 }
 
 TEST(SoundShape, BlocksTooSmallForTheirHeadHoldNothing) {

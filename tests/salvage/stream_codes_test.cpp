@@ -10,7 +10,7 @@ using avi::FourCC;
 using salvage::StreamCodes;
 using salvage::SurvivingHeaders;
 
-SurvivingHeaders headersOf(std::vector<FourCC> types) {
+SurvivingHeaders headersWith(std::vector<FourCC> types) {
   SurvivingHeaders headers;
   headers.main.emplace().streams = static_cast<std::uint32_t>(types.size());
   for (const FourCC type : types) headers.streams.emplace_back().type = type;
@@ -32,7 +32,7 @@ TEST(StreamCodes, WithoutHeadersEveryNumberHasEverySuffix) {
 }
 
 TEST(StreamCodes, CompleteHeadersTellTypeAndNumber) {
-  const StreamCodes codes(headersOf({avi::kVids, avi::kAuds, FourCC{"txts"}, FourCC{"iavs"}}));
+  const StreamCodes codes(headersWith({avi::kVids, avi::kAuds, FourCC{"txts"}, FourCC{"iavs"}}));
   for (const FourCC code : {FourCC{"00db"}, FourCC{"00dc"}, FourCC{"00pc"}, FourCC{"01wb"}, FourCC{"02tx"},
                             FourCC{"02sb"}, FourCC{"03__"}, FourCC{"03dc"}})
     EXPECT_TRUE(codes.find(code).has_value()) << code.value;
@@ -44,7 +44,7 @@ TEST(StreamCodes, CompleteHeadersTellTypeAndNumber) {
 }
 
 TEST(StreamCodes, LostStreamHeadersLeaveEveryCodeOpen) {
-  SurvivingHeaders headers = headersOf({avi::kAuds});
+  SurvivingHeaders headers = headersWith({avi::kAuds});
   headers.main->streams = 2;
   EXPECT_TRUE(StreamCodes(headers).find(FourCC{"00dc"}).has_value());
   headers.main.reset();
@@ -52,7 +52,7 @@ TEST(StreamCodes, LostStreamHeadersLeaveEveryCodeOpen) {
 }
 
 TEST(StreamCodes, SuperIndexNamesFurtherSuffixes) {
-  SurvivingHeaders headers = headersOf({avi::kVids, avi::kAuds});
+  SurvivingHeaders headers = headersWith({avi::kVids, avi::kAuds});
   headers.streams[0].superIndex.emplace().chunkId = FourCC{"00iv"};
   const StreamCodes codes(headers);
   const auto found = codes.find(FourCC{"00iv"});
@@ -63,7 +63,7 @@ TEST(StreamCodes, SuperIndexNamesFurtherSuffixes) {
 }
 
 TEST(StreamCodes, HostileSuperIndexesNameNoMoreThanThereIsRoomFor) {
-  SurvivingHeaders headers = headersOf(std::vector<FourCC>(100, avi::kVids));
+  SurvivingHeaders headers = headersWith(std::vector<FourCC>(100, avi::kVids));
   for (std::size_t i = 0; i < headers.streams.size(); ++i) {
     FourCC code{"00aa"};
     code.value += static_cast<std::uint32_t>(i % 20) << 24U | static_cast<std::uint32_t>(i / 20) << 16U;
