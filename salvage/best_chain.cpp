@@ -30,13 +30,22 @@ std::int64_t ownScore(const Candidate& candidate, const std::vector<StreamFacts>
 /// Which candidates lie in a chunk that another closes on and that closes itself: even if they are a whole chain from
 /// another place, they are none of this one.
 std::vector<bool> insideProved(const CandidateList& candidates, const ChunkChain& chain) {
+  // Where chunks lie in step a wrong size may close, too; but then the last chunk inside closes there as well.
+  std::vector<bool> isClosedOn(candidates.size(), false);
+  std::vector<bool> isClosedOnTwice(candidates.size(), false);
+  for (std::size_t i = 0; i < candidates.size(); ++i) {
+    const std::uint32_t next = chain.next(i);
+    if (next == ChunkChain::kNone) continue;
+    isClosedOnTwice[next] = isClosedOn[next];
+    isClosedOn[next] = true;
+  }
   std::vector<bool> isInside(candidates.size(), false);
   std::uint64_t provedEnd = 0;
   for (std::size_t i = 0; i < candidates.size(); ++i) {
     const Candidate& candidate = candidates[i];
     isInside[i] = candidate.offset() < provedEnd;
     const bool isProved = candidate.kind() == CandidateKind::data && chain.is(i, ChainFact::isClosedOn) &&
-                          chain.is(i, ChainFact::closesOnCandidate);
+                          chain.is(i, ChainFact::closesOnCandidate) && !isClosedOnTwice[chain.next(i)];
     if (!isInside[i] && isProved) provedEnd = candidate.next();
   }
   return isInside;

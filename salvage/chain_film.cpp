@@ -186,6 +186,11 @@ void Filling::settle(std::uint64_t next) {
   }
   const bool isImplausible =
       facts != nullptr && facts->largest != 0 && held_->size > std::uint64_t{facts->largest} * 3 / 2;
+  if (isImplausible && facts->fixedSize && !isFixed(room) && *facts->fixedSize < room) {
+    keep(*facts->fixedSize, SlotState::sizeMended);
+    noteGap(held_->payload() + *facts->fixedSize + *facts->fixedSize % 2, next);
+    return;
+  }
   if (room > 0 && (isFixed(room) || isImplausible || completeness(lengthWithin(room)) == Fit::fits)) {
     keep(lengthWithin(room), SlotState::sizeMended);
     return;

@@ -1,6 +1,7 @@
 #include "salvage/repeated_chunks.h"
 
 #include <algorithm>
+#include <map>
 #include <optional>
 #include <span>
 #include <tuple>
@@ -39,6 +40,7 @@ class Repeats {
 
   [[nodiscard]] bool areAlike(std::size_t one, std::size_t other, std::size_t most);
   [[nodiscard]] bool isTelling(std::size_t slot);
+  [[nodiscard]] bool isDistinct(std::size_t slot, std::size_t length);
   [[nodiscard]] std::span<const std::size_t> ofSize(std::size_t slot) const;
   [[nodiscard]] std::size_t lengthAt(std::size_t slot, std::size_t end, std::size_t original, std::size_t originalEnd);
   [[nodiscard]] std::optional<Run> runAt(std::size_t slot, std::size_t end);
@@ -105,10 +107,30 @@ std::optional<Repeats::Run> Repeats::runAt(std::size_t slot, std::size_t end) {
     }
     if (best.length > anchor - slot) break;
   }
-  for (std::size_t i = 0; i < best.length; ++i) {
-    if (isTelling(slot + i)) return best;
+  return isDistinct(slot, best.length) ? std::optional(best) : std::nullopt;
+}
+
+/// Whether some slots of a row are more than silence, and none is as the one of its stream before it: films that stand
+/// still repeat themselves.
+bool Repeats::isDistinct(std::size_t slot, std::size_t length) {
+  std::map<std::uint8_t, std::size_t> last;
+  bool isFound = false;
+  for (std::size_t i = slot; i < slot + length; ++i) {
+    if (!isTelling(i)) continue;
+    isFound = true;
+    const auto [before, isFirst] = last.emplace(film_.slots[i].stream, i);
+    if (!isFirst && film_.slots[before->second].size == film_.slots[i].size && areAlike(before->second, i, kLargest))
+      return false;
+    before->second = i;
   }
-  return std::nullopt;
+  if (!isFound) return false;
+  // The one in front of the row may be a still picture's first.
+  for (const auto& [stream, number] : last) {
+    if (slot > 0 && film_.slots[slot - 1].stream == stream && film_.slots[slot - 1].size == film_.slots[slot].size &&
+        areAlike(slot - 1, slot, kLargest))
+      return false;
+  }
+  return true;
 }
 
 /// True when nothing is missing in the gap.
