@@ -156,7 +156,7 @@ TEST(ChainedFilmDamage, WrongSizeThatClosesHidesNoChunks) {
   MadeFilm film = chained();
   const std::uint64_t size = film.headers[27] - film.headers[20] - 8;
   overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[20]) + 4, static_cast<std::uint32_t>(size));
-  const Words words = planOf(film);
+  const Words words = planOfChain(film);
   for (std::size_t i = 21; i < 80; ++i) EXPECT_EQ(std::ranges::count(words, std::to_string(i)), 1) << i;
 }
 

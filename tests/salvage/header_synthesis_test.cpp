@@ -47,7 +47,7 @@ Bytes jpeg(std::size_t size) {
   return picture;
 }
 
-Bytes noise(std::size_t samples, unsigned seed) {
+Bytes noisePayload(std::size_t samples, unsigned seed) {
   std::mt19937 random(seed);
   int now = 0;
   Bytes bytes;
@@ -64,7 +64,7 @@ Bare jpegAndSound() {
   Bare film;
   for (unsigned i = 0; i < 40; ++i) {
     film.add("00dc", jpeg(300 + i));
-    film.add("01wb", noise(882, i));
+    film.add("01wb", noisePayload(882, i));
   }
   return film;
 }
@@ -127,7 +127,7 @@ TEST(HeaderSynthesis, LargePicturesGoWithFasterSound) {
     Bytes picture = jpeg(300 + i);
     picture[9] = std::byte{2};  // 576 pixels wide
     film.add("00dc", picture);
-    film.add("01wb", noise(1470, i));
+    film.add("01wb", noisePayload(1470, i));
   }
   const Found found(film);
   EXPECT_EQ(found.header.streams[0].header.rate, 30U);

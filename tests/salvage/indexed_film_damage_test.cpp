@@ -48,13 +48,13 @@ TEST(IndexedFilmDamage, ThreeDeletionsAreThreeDisplacements) {
 
 TEST(IndexedFilmDamage, BytesPutIntoSoundAreCutOut) {
   MadeFilm film;
-  film.insert(film.headers[21] + 8 + 600, noiseOf(777));
+  film.insert(film.headers[21] + 8 + 600, noise(777));
   EXPECT_EQ(planOfIndex(film), allBut(80));
 }
 
 TEST(IndexedFilmDamage, BytesPutIntoAPictureTearIt) {
   MadeFilm film;
-  film.insert(film.headers[20] + 8 + 300, noiseOf(777));
+  film.insert(film.headers[20] + 8 + 300, noise(777));
   const PlannedFilm planned(film.bytes);
   EXPECT_EQ(fates(planned, film), allBut(80, {{20, "torn0"}}));
   ASSERT_EQ(planned.plan.spans.size(), 1U);
