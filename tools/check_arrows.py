@@ -236,12 +236,12 @@ def sources(root):
                 yield os.path.relpath(os.path.join(folder, name), root)
 
 
-def main():
-    root = sys.argv[1] if len(sys.argv) > 1 else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
+def main(given):
+    root = given[0] if given else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
     broken = [line for path in sources(root) for line in broken_includes(root, path)]
     print("\n".join(broken) if broken else "Every include follows the arrows.")
     return 1 if broken else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(main(sys.argv[1:]))

@@ -127,8 +127,8 @@ def broken_links(root, pages):
                 yield f'{INDEX}:1: "{title}" of {os.path.basename(page.path)} is missing'
 
 
-def main():
-    arguments = [argument for argument in sys.argv[1:] if argument != "--verbose"]
+def main(given):
+    arguments = [argument for argument in given if argument != "--verbose"]
     root = arguments[0] if arguments else os.path.join(os.path.dirname(os.path.abspath(__file__)), "..")
     if not os.path.exists(os.path.join(root, INDEX)):
         print(f"{INDEX}:1: there is no index")
@@ -140,7 +140,7 @@ def main():
             pages[page.theme] = page
     seen = set()
     broken = [*broken_marks(root, pages, seen), *broken_titles(pages, seen), *broken_links(root, pages)]
-    if "--verbose" in sys.argv[1:]:
+    if "--verbose" in given:
         for page in pages.values():
             for title in page.titles:
                 if title in page.unmarked:
@@ -151,4 +151,4 @@ def main():
 
 
 if __name__ == "__main__":
-    sys.exit(main())
+    sys.exit(main(sys.argv[1:]))

@@ -3,13 +3,15 @@
 
 Usage: check_arrows_test.py PATH_OF_CHECK_ARROWS
 """
+import contextlib
+import importlib.util
+import io
 import os
-import subprocess
 import sys
 import tempfile
 import unittest
 
-CHECKER = ""
+CHECKER = None  # the module
 
 
 class CheckArrows(unittest.TestCase):
@@ -21,9 +23,10 @@ class CheckArrows(unittest.TestCase):
                 os.makedirs(os.path.dirname(whole), exist_ok=True)
                 with open(whole, "w", encoding="utf-8") as source:
                     source.write(text)
-            run = subprocess.run([sys.executable, CHECKER, root], capture_output=True, text=True, check=False)
-            self.assertEqual(run.stderr, "")
-            return run.returncode, run.stdout.splitlines()
+            said = io.StringIO()
+            with contextlib.redirect_stdout(said):
+                code = CHECKER.main([root])
+            return code, said.getvalue().splitlines()
 
     def assert_broken(self, files, line):
         code, lines = self.check(files)
@@ -193,5 +196,7 @@ class CheckArrows(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    CHECKER = os.path.abspath(sys.argv.pop(1))
+    found = importlib.util.spec_from_file_location("checker", sys.argv.pop(1))
+    CHECKER = importlib.util.module_from_spec(found)
+    found.loader.exec_module(CHECKER)
     unittest.main()

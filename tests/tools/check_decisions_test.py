@@ -3,13 +3,15 @@
 
 Usage: check_decisions_test.py PATH_OF_CHECK_DECISIONS
 """
+import contextlib
+import importlib.util
+import io
 import os
-import subprocess
 import sys
 import tempfile
 import unittest
 
-CHECKER = ""
+CHECKER = None  # the module
 WORD = "Decision"  # by itself, so that no line of this file is a mark
 MARK = f"// {WORD}: scan, Short reads end it\n"
 PAGE = "# The scan\n\nWhat counts.\n\n## Short reads end it\n\nThey do.\n"
@@ -36,9 +38,10 @@ class CheckDecisions(unittest.TestCase):
                 os.makedirs(os.path.dirname(whole), exist_ok=True)
                 with open(whole, "w", encoding="utf-8") as source:
                     source.write(text)
-            run = subprocess.run([sys.executable, CHECKER, *options, root], capture_output=True, text=True, check=False)
-            self.assertEqual(run.stderr, "")
-            return run.returncode, run.stdout.splitlines()
+            said = io.StringIO()
+            with contextlib.redirect_stdout(said):
+                code = CHECKER.main([*options, root])
+            return code, said.getvalue().splitlines()
 
     def assert_broken(self, files, *lines):
         code, told = self.check(files)
@@ -169,5 +172,7 @@ class CheckDecisions(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    CHECKER = os.path.abspath(sys.argv.pop(1))
+    found = importlib.util.spec_from_file_location("checker", sys.argv.pop(1))
+    CHECKER = importlib.util.module_from_spec(found)
+    found.loader.exec_module(CHECKER)
     unittest.main()
