@@ -42,14 +42,11 @@ endfunction()
 # zelvo_test(NAME SOURCES a_test.cpp USES zelvo::engine)
 #
 # One GoogleTest program per room. Each case becomes a CTest test; none may take longer than five minutes.
-# With APART its sources are compiled one by one.
 function(zelvo_test name)
-  cmake_parse_arguments(TEST "APART" "" "SOURCES;USES" ${ARGN})
+  cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE zelvo_flags zelvo_test_flags ${TEST_USES} GTest::gmock GTest::gtest_main)
-  if(NOT TEST_APART)
-    zelvo_join_sources(${name})
-  endif()
+  zelvo_join_sources(${name})
   if("zelvo::platform_qt" IN_LIST TEST_USES)
     zelvo_precompile(${name} qt_test)
   else()

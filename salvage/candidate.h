@@ -25,7 +25,7 @@ class Candidate {
   static constexpr std::uint64_t kOffsetLimit = std::uint64_t{1} << 40U;
 
   Candidate() = default;
-  /// `suffix`: of a stream's chunk, its number in StreamCodes. `head`: the first four bytes behind the header.
+  /// `suffix`: of a stream's chunk, its number in StreamCodes. `head`: the first four bytes after the header.
   Candidate(std::uint64_t offset, CandidateKind kind, std::uint8_t stream, std::uint8_t suffix, std::uint32_t size,
             std::uint32_t head)
       : offsetLow_(static_cast<std::uint32_t>(offset & 0xffffffffU)),
@@ -39,7 +39,7 @@ class Candidate {
   [[nodiscard]] std::uint64_t offset() const { return std::uint64_t{offsetHigh_} << 32U | offsetLow_; }
   /// ckSize, as it stands there.
   [[nodiscard]] std::uint32_t size() const { return size_; }
-  /// The first four bytes behind the header as a little-endian number: of a payload, or the type of a list or form.
+  /// The first four bytes after the header as a little-endian number: of a payload, or the type of a list or form.
   [[nodiscard]] std::uint32_t head() const { return head_; }
   /// The number in the code of a stream's chunk or of a standard index, 0 to 99.
   [[nodiscard]] std::uint8_t stream() const { return stream_; }
@@ -49,7 +49,7 @@ class Candidate {
   [[nodiscard]] bool isContainer() const { return kind_ == CandidateKind::list || kind_ == CandidateKind::form; }
   /// Where its payload ends, without a pad byte.
   [[nodiscard]] std::uint64_t payloadEnd() const { return offset() + 8 + size_; }
-  /// Where the next header is expected: behind the payload and the pad byte of an odd one.
+  /// Where the next header is expected: after the payload and the pad byte of an odd one.
   [[nodiscard]] std::uint64_t next() const { return isContainer() ? offset() + 12 : payloadEnd() + (size_ & 1U); }
 
  private:
@@ -75,7 +75,7 @@ class CandidateList {
   }
   [[nodiscard]] const Candidate& back() const { return (*this)[size_ - 1]; }
 
-  /// `candidate` lies behind all others.
+  /// `candidate` lies after all others.
   void add(const Candidate& candidate) {
     if (size_ % kBlock == 0 && size_ / kBlock == blocks_.size())
       blocks_.push_back(std::make_unique<Candidate[]>(kBlock));

@@ -200,7 +200,7 @@ void Filling::settle(std::uint64_t next) {
   noteTear(next, held_->next - next, mayBeWhole ? lengthWithin(room) : 0);
 }
 
-/// The data end behind the held chunk.
+/// The data end after the held chunk.
 void Filling::settleAtEnd() {
   if (!held_) {
     noteGap(within_.begin, within_.end);

@@ -37,7 +37,7 @@ bool hasSharpEnds(avi::InputFile& input, const ByteSpan& zeros) {
   return zeros.begin >= kEdge && !isClear(zeros.begin - kEdge) && !isClear(zeros.end);
 }
 
-/// The first of `spans` that ends behind `begin`.
+/// The first of `spans` that ends after `begin`.
 std::vector<ByteSpan>::const_iterator firstBehind(const std::vector<ByteSpan>& spans, std::uint64_t begin) {
   return std::ranges::upper_bound(spans, begin, {}, &ByteSpan::end);
 }

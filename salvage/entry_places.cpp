@@ -63,7 +63,7 @@ class Placing {
   EntryPlaces made_;
   std::vector<std::uint16_t> states_;
   std::vector<std::uint8_t> groups_;  ///< of each state
-  std::vector<std::size_t> cursors_;  ///< of each state: candidates in front of it are behind the walk
+  std::vector<std::size_t> cursors_;  ///< of each state: candidates in front of it are after the walk
   std::uint64_t reads_ = 0;
   std::uint64_t looks_ = 0;
 };

@@ -17,7 +17,7 @@ namespace zelvo::salvage {
 enum class Support : std::uint8_t {
   none,   ///< nothing of it
   code,   ///< a code of its stream with another size
-  size,   ///< its size behind another code
+  size,   ///< its size after another code
   exact,  ///< both
 };
 

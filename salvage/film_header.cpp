@@ -22,7 +22,7 @@ std::optional<std::size_t> numberInSuperIndex(const SurvivingStream& stream) {
   return tens * 10 + ones;
 }
 
-/// Whether the first survivor may be stream `first`, and the others those behind it.
+/// Whether the first survivor may be stream `first`, and the others those after it.
 bool mayBegin(const SurvivingHeaders& headers, const std::vector<SeenStream>& seen, std::size_t first) {
   for (std::size_t i = 0; i < headers.streams.size(); ++i) {
     const SurvivingStream& stream = headers.streams[i];

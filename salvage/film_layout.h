@@ -32,8 +32,8 @@ struct FormLayout {
   std::size_t endSlot = 0;
   std::uint64_t begin = 0;       ///< of the code "RIFF"
   std::uint64_t media = 0;       ///< of the code "LIST" of its "movi"
-  std::uint64_t mediaEnd = 0;    ///< behind the last chunk, where the standard indexes begin
-  std::uint64_t end = 0;         ///< behind all
+  std::uint64_t mediaEnd = 0;    ///< after the last chunk, where the standard indexes begin
+  std::uint64_t end = 0;         ///< after all
   std::vector<ChunkSum> chunks;  ///< by stream
 };
 

@@ -122,7 +122,7 @@ Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed
   return others;
 }
 
-/// Whether an index that no header speaks for is that of another film behind this one: it explains nothing of what
+/// Whether an index that no header speaks for is that of another film after this one: it explains nothing of what
 /// stands in front, and what it does not explain stands in front, too.
 bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
   constexpr std::size_t kMaxPercent = 90;

@@ -1,6 +1,6 @@
 // 1. The headers, whose every number the layout gives.
 // 2. Form by form: the chunks in their order, read through a window that slides over the input; then the standard
-//    indexes; behind the first form's list its "idx1".
+//    indexes; after the first form's list its "idx1".
 // Which pictures are keys is seen while they are copied, so it is there when the indexes are written.
 #include "salvage/film_writer.h"
 

@@ -18,7 +18,7 @@ inline constexpr std::size_t kTableEntry = 16;
 /// A table of entries, with or without its header "idx1".
 struct IndexTable {
   std::uint64_t begin = 0;              ///< of its first readable entry
-  std::uint64_t end = 0;                ///< behind its last readable one; unreadable ones may lie between
+  std::uint64_t end = 0;                ///< after its last readable one; unreadable ones may lie between
   std::optional<std::uint64_t> header;  ///< where its "idx1" stands
 };
 
@@ -67,7 +67,7 @@ class TableWalk {
 
   /// Offset of the entry that `take` wants next.
   [[nodiscard]] std::uint64_t next() const { return next_; }
-  /// Takes the next entry: the 16 bytes there and the 16 behind them, fewer where the data end. False once the table
+  /// Takes the next entry: the 16 bytes there and the 16 after them, fewer where the data end. False once the table
   /// has ended.
   bool take(std::span<const std::byte> bytes, const StreamCodes& codes);
   /// Behind the last readable entry.

@@ -22,7 +22,7 @@ using Bytes = std::span<const std::byte>;
 
 std::uint32_t number(Bytes bytes, std::size_t at) { return avi::loadLittleEndian32(bytes.subspan(at).first<4>()); }
 
-/// Calls `take` with each whole record of `size` bytes between `begin` and `end` that can be read, and the bytes behind
+/// Calls `take` with each whole record of `size` bytes between `begin` and `end` that can be read, and the bytes after
 /// it that came with it.
 template <class Take>
 void eachRecord(avi::InputFile& input, std::uint64_t begin, std::uint64_t end, std::size_t size, const Take& take) {

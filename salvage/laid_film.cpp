@@ -155,7 +155,7 @@ void Laying::laySupported(std::size_t entry, std::size_t next) {
   }
   const std::int64_t later = displacementOf(next);
   if (next == entry + 1 && later > displacementOf(entry)) {
-    // At the seam of a doubled span both copies of a header stand, and one of them has the whole payload behind it.
+    // At the seam of a doubled span both copies of a header stand, and one of them has the whole payload after it.
     if (isThere(next, displacementOf(entry))) {
       take(entry, payload, state);
     } else if (isThere(entry, later)) {
@@ -172,7 +172,7 @@ void Laying::laySupported(std::size_t entry, std::size_t next) {
   takePart(entry, payload, stop, SlotState::torn);
 }
 
-/// Entries between two supported ones, or in front of the first, or behind the last.
+/// Entries between two supported ones, or in front of the first, or after the last.
 void Laying::layBetween(std::size_t before, std::size_t after) {
   const std::size_t first = before == kNone ? 0 : before + 1;
   const std::size_t end = after == kNone ? entries_.size() : after;

@@ -2,7 +2,7 @@
 // 2. The places where a code may begin are found in all of it at once.
 // 3. Each is taken in order: a candidate is noted, a standard index is stepped over, a table is walked over entry by
 //    entry, through as many windows as it takes.
-// 4. The scan goes on behind what was taken, which may lie in front of the window's end: a table that ended in
+// 4. The scan goes on after what was taken, which may lie in front of the window's end: a table that ended in
 //    unreadable entries is left at its last readable one.
 #include "salvage/media_scan.h"
 
@@ -26,7 +26,7 @@ using avi::FourCC;
 constexpr std::size_t kPage = 4096;
 /// A window of one page could end before it had moved on.
 constexpr std::size_t kFewestPages = 2;
-/// What is looked at behind a position: three entries of a table.
+/// What is looked at after a position: three entries of a table.
 constexpr std::size_t kLookAhead = 64;
 constexpr std::size_t kChunkHeader = 8;
 

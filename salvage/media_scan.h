@@ -46,7 +46,7 @@ struct MediaScan {
   std::uint64_t unreadableBytes = 0;  ///< also of stretches that are not remembered
   std::uint64_t leftOut = 0;          ///< candidates and indexes that found no room
   std::uint64_t dropped = 0;          ///< candidates that made room for others
-  std::uint64_t end = 0;              ///< behind the last byte that was looked at
+  std::uint64_t end = 0;              ///< after the last byte that was looked at
   bool isComplete = false;            ///< false when `isEnding` ended it
 
   /// Where chunks may end though no candidate begins there: in front of each table.

@@ -21,7 +21,7 @@ namespace zelvo::salvage {
                                                        std::uint32_t size);
 
 /// `bytes`: a payload of `size` of which some bytes are missing at one place. The answer is how many bytes stand in
-/// front of that: so that no rows on both sides of it are compared, or so that the samples behind it begin at their
+/// front of that: so that no rows on both sides of it are compared, or so that the samples after it begin at their
 /// first byte. Nothing for other codecs, or where every place would do.
 /// \pre `bytes` is shorter than `size`.
 /// Thread: any.

@@ -13,13 +13,13 @@ namespace {
 
 using Head = std::span<const std::byte>;
 
-/// Some writers fill up a picture behind its end.
+/// Some writers fill up a picture after its end.
 constexpr std::size_t kMaxFill = 16;
 constexpr std::array<std::uint32_t, 3> kDvSizes{120000, 144000, 288000};
 
 Fit fitsWhen(bool claim) { return claim ? Fit::fits : Fit::contradicts; }
 
-/// The bytes behind the last end-of-image of a picture's tail; nothing without one.
+/// The bytes after the last end-of-image of a picture's tail; nothing without one.
 std::optional<std::size_t> behindEndOfImage(Head tail) {
   for (std::size_t end = tail.size(); end >= 2; --end) {
     if (tail[end - 2] == std::byte{0xff} && tail[end - 1] == std::byte{0xd9}) return tail.size() - end;

@@ -100,7 +100,7 @@ std::optional<PictureRate> rateInSet(SetReader& set) {
   return PictureRate{scale, units * 2};
 }
 
-/// `unit` begins behind the unit's own first byte.
+/// `unit` begins after the unit's own first byte.
 std::optional<PictureHeader> parameterSet(Payload unit) {
   constexpr std::size_t kMaxSet = 1024;
   SetReader set(unit.first(std::min(unit.size(), kMaxSet)));

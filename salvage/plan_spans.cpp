@@ -162,7 +162,7 @@ void Telling::tell(std::size_t number, const Slot& slot) {
   if (slot.isIndexed) ++entry_;
 }
 
-/// What the headers say was behind the last chunk.
+/// What the headers say was after the last chunk.
 void Telling::addTail() {
   const SurvivingHeaders& headers = from_.evidence.headers;
   std::uint64_t end = headers.media ? headers.media->offset + kChunkHeader + headers.media->size : 0;

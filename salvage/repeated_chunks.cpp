@@ -15,7 +15,7 @@ constexpr std::uint64_t kChunkHeader = 8;
 /// Smaller payloads may be alike by chance.
 constexpr std::uint32_t kSmallest = 32;
 constexpr std::uint32_t kLargest = std::uint32_t{4} << 20U;
-/// So many chunks of one size are compared with one behind a gap.
+/// So many chunks of one size are compared with one after a gap.
 constexpr std::size_t kMaxAlike = 16;
 constexpr std::size_t kMaxComparisons = 65'536;
 constexpr std::size_t kHead = 16;
@@ -32,7 +32,7 @@ class Repeats {
   void run();
 
  private:
-  /// A row of slots behind a gap that is alike one in front of it.
+  /// A row of slots after a gap that is alike one in front of it.
   struct Run {
     std::size_t original = 0;
     std::size_t length = 0;
@@ -99,7 +99,7 @@ std::optional<Repeats::Run> Repeats::runAt(std::size_t slot, std::size_t end) {
     for (const std::size_t other : alike) {
       if (other < anchor - slot) continue;
       const std::size_t original = other - (anchor - slot);
-      // What is behind may have been copied to here, but then nothing else stands before the next gap.
+      // What is after may have been copied to here, but then nothing else stands before the next gap.
       const bool isBehind = original >= end;
       if (original >= slot && !isBehind) continue;
       const std::size_t length = lengthAt(slot, end, original, isBehind ? film_.slots.size() : slot);

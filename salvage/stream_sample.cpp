@@ -47,7 +47,7 @@ std::vector<StreamSample> sampleStreams(avi::InputFile& input, const CandidateLi
     const std::uint64_t all = sample.seen.chunks;
     if (number >= all / 3 && sample.run.size() < kRun) sample.run.push_back(payloadOf(input, chunk, kRunFront));
     if (chunk.size() == 0) continue;
-    // Evenly: each time another share of the stream's chunks is behind.
+    // Evenly: each time another share of the stream's chunks is after.
     if (sample.sizes.size() < kSizes && sample.sizes.size() * all <= number * kSizes)
       sample.sizes.push_back(chunk.size());
     if (sample.payloads.size() < kPayloads && sample.payloads.size() * all <= number * kPayloads)

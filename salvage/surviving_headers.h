@@ -76,10 +76,10 @@ struct SurvivingHeaders {
   std::optional<std::uint32_t> openDmlFrames;  ///< dwTotalFrames of "dmlh"
   std::optional<std::uint32_t> formSize;       ///< of the form "AVI " at the very front, as it claims
   std::optional<MediaList> media;              ///< none within the reach of headers
-  platform::Bytes information;                 ///< what the list "INFO" holds behind its type; empty without one
+  platform::Bytes information;                 ///< what the list "INFO" holds after its type; empty without one
   std::uint64_t end = 0;                       ///< where the last piece that was found ends
 
-  /// Where chunks may begin: at the first "movi" list, without one behind the last header.
+  /// Where chunks may begin: at the first "movi" list, without one after the last header.
   [[nodiscard]] std::uint64_t mediaBegin() const { return media ? media->offset : end; }
   /// Whether the main header counts as many streams as were found.
   [[nodiscard]] bool areComplete() const { return main && !streams.empty() && main->streams == streams.size(); }

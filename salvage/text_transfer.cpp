@@ -11,7 +11,7 @@ constexpr std::size_t kBlock = 65'536;
 constexpr std::size_t kFront = std::size_t{1} << 20U;
 constexpr std::byte kReturn{0x0d};
 constexpr std::byte kFeed{0x0a};
-/// So many line feeds, each behind a return, are no chance.
+/// So many line feeds, each after a return, are no chance.
 constexpr std::uint64_t kFewest = 64;
 /// Later damage may have brought some feeds in.
 constexpr std::uint64_t kMaxLonePercent = 1;
@@ -25,7 +25,7 @@ struct Feeds {
   [[nodiscard]] bool cannotBeText() const { return lone >= kFewest / 4 && lone * 100 > all * kMaxLonePercent; }
 };
 
-/// Reads a block and the byte behind it, which says what becomes of the block's last one; what cannot be read is zero.
+/// Reads a block and the byte after it, which says what becomes of the block's last one; what cannot be read is zero.
 /// Answers how many of the block's bytes were read.
 std::size_t readBlock(platform::ReadableFile& file, std::size_t number, platform::Bytes& window,
                       std::error_code& error) {

@@ -17,7 +17,7 @@ namespace zelvo::salvage {
 /// Thread: any, several at once.
 class TextTransfer final : public platform::ReadableFile {
  public:
-  /// Nothing unless there are many 0A and nearly all of them stand behind a 0D. Of other films only the front is read,
+  /// Nothing unless there are many 0A and nearly all of them stand after a 0D. Of other films only the front is read,
   /// at most 1 MiB; of such a film all. `isEnding` is asked between reads and ends the search without an answer.
   /// Failure: what cannot be read holds no such bytes.
   /// \pre `file` outlives the answer.

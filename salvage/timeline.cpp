@@ -139,7 +139,7 @@ std::optional<double> Timeline::usualLag(const Track& track) const {
   return median({track.lags.begin() + static_cast<std::ptrdiff_t>(first), track.lags.end()});
 }
 
-/// The lag of each track behind a gap, as if nothing were missing in it; nothing where no chunk of it comes before
+/// The lag of each track after a gap, as if nothing were missing in it; nothing where no chunk of it comes before
 /// `end`.
 std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::size_t end) const {
   constexpr std::size_t kTight = 3;
@@ -220,7 +220,7 @@ void Timeline::lengthenLast(std::uint32_t size) {
   }
 }
 
-/// Nothing when no sound behind the gap tells, and a later gap may know more.
+/// Nothing when no sound after the gap tells, and a later gap may know more.
 std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size_t end, bool isLast,
                                                    std::optional<std::size_t> share) {
   Missing missing;
@@ -291,7 +291,7 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   std::vector<Slot> slots;
   std::vector<std::size_t> done(parts.size(), 0);
   while (refilled_ + slots.size() < most) {
-    // Whichever is furthest behind comes next.
+    // Whichever is furthest after comes next.
     std::optional<std::size_t> next;
     for (std::size_t i = 0; i < parts.size(); ++i) {
       const auto share = [&](std::size_t part) {

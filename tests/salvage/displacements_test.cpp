@@ -17,7 +17,7 @@ using salvage::TemplateEntry;
 
 constexpr std::uint64_t kEnd = 100'000'000;
 
-/// Entries one behind the other; `sizeOf` answers the size of each.
+/// Entries one after the other; `sizeOf` answers the size of each.
 template <class SizeOf>
 std::vector<TemplateEntry> entriesOf(std::size_t count, const SizeOf& sizeOf) {
   std::vector<TemplateEntry> entries;

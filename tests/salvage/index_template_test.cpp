@@ -271,7 +271,7 @@ TEST(IndexTemplate, OldIndexBeyondFourGibibytesGoesOnCounting) {
   scanned.headers.media = salvage::MediaList{0, 0};
   scanned.scan.tables.push_back({kTable, kTable + table.size(), std::nullopt});
   const auto plan = salvage::indexTemplate(*scanned.input, scanned.headers, scanned.codes, scanned.scan);
-  for (std::uint64_t& offset : expected) offset -= 8;  // 0xf0000000 lies behind the code "movi"
+  for (std::uint64_t& offset : expected) offset -= 8;  // 0xf0000000 lies after the code "movi"
   EXPECT_EQ(offsetsOf(plan), expected);
 }
 

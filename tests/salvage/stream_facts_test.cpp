@@ -14,7 +14,7 @@ using salvage::CandidateList;
 using salvage::Signature;
 using salvage::StreamFacts;
 
-/// Chunks one behind the other, so that all of them close but the last.
+/// Chunks one after the other, so that all of them close but the last.
 class Chunks {
  public:
   Chunks& add(std::uint8_t stream, std::uint32_t size, std::uint32_t head = 0) {

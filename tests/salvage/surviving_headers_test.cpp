@@ -120,7 +120,7 @@ TEST(SurvivingHeaders, FurtherChunksOfAStreamAreKeptAsTheyAre) {
   Bytes more = chunkOf("strd", "driver!");
   for (const Bytes& one : {chunkOf("strn", "a name"), chunkOf("JUNK", "xxxx"), chunkOf("vprp", "properties")})
     more.insert(more.end(), one.begin(), one.end());
-  insert(bytes, placeOf(bytes, "LIST", 2), more);  // behind the first stream's format
+  insert(bytes, placeOf(bytes, "LIST", 2), more);  // after the first stream's format
   insert(bytes, placeOf(bytes, "LIST", 2), chunkOf("LIST", "INFOISFTsome"));
   const SurvivingHeaders headers = headersOf(bytes);
   ASSERT_EQ(headers.streams.size(), 2U);
