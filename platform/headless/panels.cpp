@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/headless/yes_or_no.h"
+
 namespace zelvo::platform::headless {
 
 namespace {
-
-std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
 
 std::string nameOf(const Window& window) { return dynamic_cast<const HeadlessWindow&>(window).name(); }
 
