@@ -14,6 +14,7 @@
 #include "salvage/film_writer.h"
 #include "salvage/header_donor.h"
 #include "salvage/plan_choices.h"
+#include "salvage/recent_reads.h"
 #include "salvage/text_transfer.h"
 
 namespace zelvo::salvage {
@@ -48,7 +49,8 @@ class Work {
       : run_(run),
         file_(run.input, run.observer),
         text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
-        input_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_) {
+        recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
+        input_(recent_) {
     report_.inputSize = run.inputSize;
     report_.outputLimit = largestOutput(run.inputSize);
   }
@@ -141,6 +143,7 @@ class Work {
   const SalvageRun& run_;
   WatchedFile file_;
   const std::unique_ptr<TextTransfer> text_;  ///< the input as it was before it was taken for text
+  RecentReads recent_;
   avi::InputFile input_;
   FilmHeader header_;
   FilmPlan plan_;

@@ -21,7 +21,8 @@ std::uint8_t lowByte(std::uint32_t value) { return static_cast<std::uint8_t>(val
 std::optional<TableEntry> tableEntry(Bytes bytes, const StreamCodes& codes) {
   if (bytes.size() < kTableEntry) return std::nullopt;
   const TableEntry entry{avi::FourCC::at(bytes), number(bytes, 4), number(bytes, 8), number(bytes, 12)};
-  if (entry.flags > 0xffff || (entry.code != avi::kRec && !codes.findAnyStream(entry.code))) return std::nullopt;
+  if (entry.flags > kMaxTableFlags || (entry.code != avi::kRec && !codes.findAnyStream(entry.code)))
+    return std::nullopt;
   return entry;
 }
 

@@ -28,7 +28,8 @@ template <class Take>
 void eachRecord(avi::InputFile& input, std::uint64_t begin, std::uint64_t end, std::size_t size, const Take& take) {
   constexpr std::size_t kRecords = 4096;
   constexpr std::uint64_t kPage = 4096;
-  platform::Bytes window(kRecords * size);
+  platform::Bytes window(
+      static_cast<std::size_t>(std::min<std::uint64_t>(kRecords * size, end - std::min(begin, end))));
   std::uint64_t at = begin;
   while (at + size <= end) {
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(window.size(), end - at));
@@ -271,10 +272,12 @@ bool Reading::isExact(const TemplateEntry& entry) const {
 
 void Reading::merge() {
   std::vector<TemplateEntry>& entries = made_.entries;
-  std::ranges::sort(entries, [](const TemplateEntry& one, const TemplateEntry& other) {
-    return std::tuple(one.offset, one.stream, one.size, one.suffix, one.isForeign, one.isKey) <
-           std::tuple(other.offset, other.stream, other.size, other.suffix, other.isForeign, other.isKey);
-  });
+  const auto isBefore = [](const TemplateEntry& one, const TemplateEntry& other) {
+    if (one.offset != other.offset) return one.offset < other.offset;
+    return std::tuple(one.stream, one.size, one.suffix, one.isForeign, one.isKey) <
+           std::tuple(other.stream, other.size, other.suffix, other.isForeign, other.isKey);
+  };
+  if (!std::ranges::is_sorted(entries, isBefore)) std::ranges::sort(entries, isBefore);
   while (!entries.empty() && entries.back().offset >= Candidate::kOffsetLimit) {
     entries.pop_back();
     ++made_.leftOut;
@@ -316,7 +319,9 @@ IndexTemplate Reading::run() {
 
 IndexTemplate indexTemplate(avi::InputFile& input, const SurvivingHeaders& headers, const StreamCodes& codes,
                             const MediaScan& scan, std::size_t mostEntries) {
-  return Reading(input, headers, codes, scan, mostEntries).run();
+  constexpr std::uint64_t kAnyway = 262'144;
+  const std::uint64_t most = std::min<std::uint64_t>(mostEntries, kAnyway + input.size() / 64);
+  return Reading(input, headers, codes, scan, static_cast<std::size_t>(most)).run();
 }
 
 }  // namespace zelvo::salvage
