@@ -92,7 +92,7 @@ class Work {
     report_.indexes = index.tables;
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
-    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index});
+    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, run_.decoder});
     describePlan(report_, plan_, header_);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
     if (run_.choices.closesGaps) {

@@ -17,6 +17,7 @@
 #include "salvage/entry_places.h"
 #include "salvage/evidence.h"
 #include "salvage/film_streams.h"
+#include "salvage/laid_cuts.h"
 #include "salvage/laid_film.h"
 #include "salvage/plan_spans.h"
 #include "salvage/repeated_chunks.h"
@@ -301,7 +302,10 @@ FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   chooseEntries();
   plan_.indexedChunks = entries_.size();
-  join(layEntries(evidence_, streams_, entries_, places_));
+  LaidFilm laid = layEntries(evidence_, streams_, entries_, places_);
+  plan_.cutsFound = closeCuts(evidence_, laid);
+  plan_.cutsOpen = laid.openCuts.size();
+  join(std::move(laid));
   fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
   plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);

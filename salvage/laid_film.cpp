@@ -8,6 +8,7 @@
 
 #include "avi/byte_order.h"
 #include "salvage/cluster_order.h"
+#include "salvage/codec.h"
 #include "salvage/payload_cut.h"
 
 namespace zelvo::salvage {
@@ -124,6 +125,10 @@ void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t 
   take(entry, payload, SlotState::torn);
   Slot& slot = film_.slots[entry];
   if (size + added > kLongest || slot.size != size) return;
+  if (streams_.isPicture(slot.stream) && codecOf(headerOf(slot)) != Codec::rawPicture) {
+    film_.openCuts.push_back({static_cast<std::uint32_t>(entry), payload, added});
+    return;
+  }
   const platform::Bytes bytes = evidence_.input.readBytes(payload, static_cast<std::size_t>(size + added));
   if (bytes.size() != size + added) return;
   const auto cut = insertionIn(headerOf(slot), bytes, size);
