@@ -26,6 +26,7 @@ struct Link {
   std::uint32_t size = 0;                    ///< as it stands there
   std::uint8_t stream = FilmStreams::kNone;  ///< index in the film's header; `kNone` of what is no chunk of it
   bool isData = false;                       ///< a chunk, of whatever stream
+  bool isPalette = false;                    ///< a chunk that changes the palette
   SlotState state = SlotState::whole;
 
   [[nodiscard]] std::uint64_t payload() const { return offset + kChunkHeader; }
@@ -75,12 +76,19 @@ Link Filling::linkOf(const Candidate& candidate) const {
   link.size = candidate.size();
   link.isData = candidate.kind() == CandidateKind::data;
   if (link.isData) link.stream = streams_.indexOf(candidate.stream());
+  link.isPalette = link.isData && StreamCodes::isPalette(candidate.suffix());
   return link;
 }
 
 Link Filling::linkOf(const DeadHeader& header) const {
-  return {header.offset,        header.payloadEnd() + header.size % 2, header.size, header.stream, true,
-          SlotState::codeMended};
+  Link link;
+  link.offset = header.offset;
+  link.next = header.payloadEnd() + header.size % 2;
+  link.size = header.size;
+  link.stream = header.stream;
+  link.isData = true;
+  link.state = SlotState::codeMended;
+  return link;
 }
 
 const StreamFacts* Filling::factsOf(const Link& link) const {
@@ -96,6 +104,7 @@ void Filling::keep(std::uint32_t size, SlotState state) {
   slot.size = size;
   slot.stream = held_->stream;
   slot.state = state;
+  slot.isPalette = held_->isPalette;
   film_.slots.push_back(slot);
 }
 
@@ -164,6 +173,13 @@ void Filling::settle(std::uint64_t next) {
   if (closes || !held_->isData || held_->stream == FilmStreams::kNone || room > 0xfffffffe) {
     keep(held_->size, held_->state);
     if (!closes && held_->next < next) noteGap(held_->next, next);
+    return;
+  }
+  if (held_->isPalette) {
+    // What is known of the stream's pictures says nothing of it.
+    const bool isThere = held_->next < next;
+    if (isThere) keep(held_->size, held_->state);
+    noteGap(isThere ? held_->next : held_->payload(), next);
     return;
   }
   const StreamFacts* facts = factsOf(*held_);

@@ -193,8 +193,9 @@ void Planner::dropWild() {
 /// Whether the entries are as many pictures as the headers count.
 bool Planner::tellsAll() const {
   const auto& headers = evidence_.headers;
-  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(
-      entries_, [&](const TemplateEntry& entry) { return streams_.isPicture(streams_.indexOf(entry.stream)); }));
+  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(entries_, [&](const TemplateEntry& entry) {
+    return streams_.isPicture(streams_.indexOf(entry.stream)) && !StreamCodes::isPalette(entry.suffix);
+  }));
   const auto agrees = [&](std::uint64_t count) { return count != 0 && pictures + 1 >= count; };
   if (headers.openDmlFrames) return agrees(*headers.openDmlFrames);
   return (headers.main && agrees(headers.main->totalFrames)) ||
@@ -280,8 +281,7 @@ std::optional<std::uint64_t> Planner::countedPictures() const {
 std::optional<std::uint64_t> Planner::picturesOfAll() const {
   const auto counted = countedPictures();
   if (!counted || plan_.slots.empty()) return std::nullopt;
-  const auto there =
-      std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot.stream); });
+  const auto there = std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot); });
   const bool endsWithin =
       plan_.slots.back().state == SlotState::cut || (!gaps_.empty() && gaps_.back().before == plan_.slots.size());
   return endsWithin && static_cast<std::uint64_t>(there) < *counted ? std::nullopt : counted;

@@ -47,6 +47,7 @@ struct Slot {
   SlotState state = SlotState::whole;
   bool hasKeyFlag = false;  ///< an index of the film names it as a key chunk
   bool isIndexed = false;   ///< an index of the film names it, so `hasKeyFlag` counts
+  bool isPalette = false;   ///< it changes the palette of the pictures after it, and takes no time
 
   /// Whether it holds bytes of the input.
   [[nodiscard]] bool hasSource() const { return state != SlotState::lost && state != SlotState::refilled && size > 0; }

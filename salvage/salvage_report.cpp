@@ -129,7 +129,7 @@ void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader&
     for (; mark != marks.end() && mark->slot <= i; ++mark) times[mark->place] = now;
     const Slot& slot = plan.slots[i];
     const std::uint32_t size = payloadSize(slot, header);
-    const double seconds = paces[slot.stream].of(size);
+    const double seconds = slot.isPalette ? 0 : paces[slot.stream].of(size);
     SlotTally& tally = report.streams[slot.stream].slots[static_cast<std::size_t>(slot.state)];
     ++tally.chunks;
     tally.bytes += size;

@@ -60,6 +60,7 @@ class Timeline {
   [[nodiscard]] double seconds(const Slot& slot) const {
     return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9;
   }
+  [[nodiscard]] bool isPicture(const Slot& slot) const { return pictures_ == slot.stream && !slot.isPalette; }
   void advance(const Slot& slot);
   [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
   [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
@@ -96,7 +97,7 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
   std::vector<std::vector<std::uint32_t>> sizes(streams.count());
   constexpr std::size_t kSamples = 65'536;
   for (const Slot& slot : plan.slots) {
-    if (slot.size > 0 && slot.hasSource() && sizes[slot.stream].size() < kSamples)
+    if (slot.size > 0 && slot.hasSource() && !slot.isPalette && sizes[slot.stream].size() < kSamples)
       sizes[slot.stream].push_back(slot.size);
   }
   for (std::size_t i = 0; i < streams.count(); ++i) {
@@ -120,7 +121,7 @@ void Timeline::advance(const Slot& slot) {
   constexpr std::size_t kEnough = 8;
   constexpr std::size_t kMost = 4096;
   made_.push_back(slot);
-  if (pictures_ == slot.stream) pictureClock_ += pictureTime_;
+  if (isPicture(slot)) pictureClock_ += pictureTime_;
   for (Track& track : tracks_) {
     if (track.stream != slot.stream) continue;
     // Many films begin with more sound than usual, so the first chunk is no example.
@@ -150,7 +151,7 @@ std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::s
   std::size_t open = tracks_.size();
   for (std::size_t i = slot; i < std::min(end, slot + kMaxLooks) && open > 0; ++i) {
     const Slot& next = plan_.slots[i];
-    if (pictures_ == next.stream) pictureClock += pictureTime_;
+    if (isPicture(next)) pictureClock += pictureTime_;
     for (std::size_t t = 0; t < tracks_.size(); ++t) {
       if (tracks_[t].stream != next.stream) continue;
       const std::size_t wanted = isCoarse(tracks_[t]) ? 1 : kTight;
@@ -356,7 +357,7 @@ std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
 }
 
 std::uint64_t Timeline::pictures() const {
-  const auto count = [&](const Slot& slot) { return pictures_ == slot.stream && slot.state != SlotState::refilled; };
+  const auto count = [&](const Slot& slot) { return isPicture(slot) && slot.state != SlotState::refilled; };
   return static_cast<std::uint64_t>(std::ranges::count_if(made_, count));
 }
 
