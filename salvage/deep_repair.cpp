@@ -13,6 +13,7 @@
 #include "salvage/evidence.h"
 #include "salvage/film_writer.h"
 #include "salvage/header_donor.h"
+#include "salvage/late_information.h"
 #include "salvage/plan_choices.h"
 #include "salvage/text_transfer.h"
 
@@ -80,6 +81,7 @@ class Work {
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
     const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
+    if (header_.information.empty()) header_.information = informationAfterMedia(input_, scan.candidates);
     findLostHeaders(scan, chain, seen, index);
     const auto isSound = [](const FilmStream& stream) { return stream.header.type == avi::kAuds; };
     if (run_.choices.rates.samples && std::ranges::count_if(header_.streams, isSound) > 1)
