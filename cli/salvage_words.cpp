@@ -231,6 +231,11 @@ std::string spanWords(const salvage::SalvagedSpan& span, const SalvageReport& re
   return text + "; " + std::string(doneAbout(span.span.cause));
 }
 
+std::string transferWords(const SalvageReport& report) {
+  return "sent as if it were text, which put " + counted(report.returnsLeftOut, "byte") +
+         " in; they are left out, and places are told without them";
+}
+
 std::string whyNothing(const SalvageReport& report, const std::string& name) {
   if (report.inputSize == 0) return name + " is empty.";
   if (report.end == salvage::SalvageEnd::noHeader) {

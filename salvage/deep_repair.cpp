@@ -51,6 +51,7 @@ class Work {
         text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
         input_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_) {
     report_.inputSize = run.inputSize;
+    if (text_) report_.returnsLeftOut = run.inputSize - std::min(run.inputSize, text_->size());
     report_.outputLimit = largestOutput(run.inputSize);
   }
 
@@ -93,12 +94,9 @@ class Work {
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
     plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index});
-    describePlan(report_, plan_, header_);
+    describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
-    if (run_.choices.closesGaps) {
-      closeGaps(plan_);
-      report_.syncAfter = report_.syncBefore;
-    }
+    if (run_.choices.closesGaps) closeGaps(plan_);
     const bool hasMedia = std::ranges::any_of(plan_.slots, [](const Slot& slot) { return slot.hasSource(); });
     if (hasMedia) return SalvageEnd::planned;
     report_.verdict = SalvageVerdict::hopeless;

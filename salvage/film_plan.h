@@ -86,6 +86,8 @@ struct FilmPlan {
   std::vector<Piece> pieces;        ///< of slots of several pieces
   std::vector<PlanSpan> spans;      ///< rising by `begin`
   std::uint64_t indexedChunks = 0;  ///< entries of a believed index that the plan was made from
+  /// Seconds that sound and pictures are apart at worst, after gaps that only clocks tell of, more than before them.
+  double drift = 0;
 };
 
 struct Evidence;

@@ -48,7 +48,10 @@ class Timeline {
   [[nodiscard]] std::uint64_t pictures() const;
   /// How many pictures so many bytes hold at the most.
   [[nodiscard]] std::uint64_t picturesIn(std::uint64_t bytes) const;
-  void finish() { plan_.slots = std::move(made_); }
+  void finish() {
+    plan_.slots = std::move(made_);
+    plan_.drift = drift_;
+  }
 
  private:
   /// What is missing in a gap.
@@ -73,6 +76,7 @@ class Timeline {
   [[nodiscard]] std::size_t pickPictures(double estimate, double least, std::optional<double> turned) const;
   [[nodiscard]] std::optional<double> turnedBy(std::size_t slot, std::size_t end) const;
   void fill(std::size_t place, const Missing& missing);
+  void noteDrift(std::size_t slot, std::size_t end);
 
   const Evidence& evidence_;
   const FilmStreams& streams_;
@@ -88,6 +92,7 @@ class Timeline {
   std::size_t refilled_ = 0;
   std::optional<ClockTurns> turns_;
   bool hasPassedGap_ = false;
+  double drift_ = 0;  ///< as in FilmPlan
   std::vector<GapEstimate> estimates_;
 };
 
@@ -318,6 +323,15 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   }
 }
 
+/// Measures how far the sound after a filled gap is from where it usually is.
+void Timeline::noteDrift(std::size_t slot, std::size_t end) {
+  const auto behind = lagsBehind(slot, end);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (usual && behind[t]) drift_ = std::max(drift_, std::abs(*behind[t] - *usual));
+  }
+}
+
 void Timeline::run(const std::vector<GapEstimate>& shares) {
   if (pictures_) turns_.emplace(evidence_.input, evidence_.header.streams[*pictures_].header, *pictures_, plan_.slots);
   made_.reserve(plan_.slots.size());
@@ -347,6 +361,7 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
     const auto found = missing(open, end, g + 1 == gaps_.size(), share);
     isOpen = !found;
     if (found) fill(openPlace, *found);
+    if (found) noteDrift(gap.before, end);
   }
   for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
 }
