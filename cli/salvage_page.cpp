@@ -83,6 +83,7 @@ std::string_view paintOf(salvage::LossCause cause) {
   switch (cause) {
     case LossCause::sizeField:
     case LossCause::code:
+    case LossCause::moved:
       return "mended";
     case LossCause::inserted:
     case LossCause::doubled:

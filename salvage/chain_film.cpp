@@ -57,6 +57,8 @@ class Filling {
   [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
   [[nodiscard]] bool isFixed(std::uint64_t room) const;
   [[nodiscard]] Fit completeness(std::uint32_t size) const;
+  [[nodiscard]] bool isUsual(std::uint64_t size) const;
+  [[nodiscard]] bool isCompleteIn(std::uint64_t room) const;
   [[nodiscard]] bool mayBeLonger(std::uint64_t room) const;
 
   const Evidence& evidence_;
@@ -151,15 +153,33 @@ bool Filling::isFixed(std::uint64_t room) const {
   return facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
 }
 
+/// Whether a size is about as usual in the held chunk's stream as the one that stands there.
+bool Filling::isUsual(std::uint64_t size) const {
+  if (const StreamFacts* facts = factsOf(*held_)) {
+    // Where all sizes are near each other, one that stands apart is odd.
+    const std::uint64_t spread = std::max<std::uint64_t>((facts->largest - facts->smallest) / 2, facts->mean / 32);
+    const auto isWithin = [&](std::uint64_t one) {
+      return one + spread >= facts->smallest && one <= facts->largest + spread;
+    };
+    if (isWithin(held_->size) && !isWithin(size)) return false;
+  }
+  const std::uint8_t number = streams_.numberOf(held_->stream);
+  return ends_.usualness(number, static_cast<std::uint32_t>(size)) * 2 >= ends_.usualness(number, held_->size);
+}
+
+/// Whether the held chunk's payload is complete when it fills all of `room`. What only looks so, since the front of one
+/// payload and the end of another are left, has no usual size.
+bool Filling::isCompleteIn(std::uint64_t room) const {
+  return completeness(lengthWithin(room)) == Fit::fits && isUsual(lengthWithin(room));
+}
+
 /// Whether the held chunk rather fills all of `room` than ends where it says and is followed by a lost one.
 bool Filling::mayBeLonger(std::uint64_t room) const {
   const StreamFacts* facts = factsOf(*held_);
   if (facts == nullptr || completeness(lengthWithin(room)) == Fit::contradicts) return false;
   const auto longer = static_cast<std::uint32_t>(room);
   if (facts->fixedSize) return false;
-  const std::uint8_t number = streams_.numberOf(held_->stream);
-  if (longer > std::uint64_t{facts->largest} * 3 / 2) return false;
-  return ends_.usualness(number, longer) * 2 >= ends_.usualness(number, held_->size);
+  return longer <= std::uint64_t{facts->largest} * 3 / 2 && isUsual(longer);
 }
 
 /// The held chunk is followed by a header at `next`, and none is between.
@@ -183,7 +203,8 @@ void Filling::settle(std::uint64_t next) {
     return;
   }
   const StreamFacts* facts = factsOf(*held_);
-  const auto own = room == 0 ? std::nullopt : ownLength(room);
+  auto own = room == 0 ? std::nullopt : ownLength(room);
+  if (own && *own != held_->size && !isUsual(*own)) own.reset();
   if (own && *own + 1 >= room) {
     keep(*own, *own == held_->size ? held_->state : SlotState::sizeMended);
     return;
@@ -192,7 +213,7 @@ void Filling::settle(std::uint64_t next) {
     if (own && *own != held_->size) {
       keep(*own, SlotState::sizeMended);
       noteGap(held_->payload() + *own, next);
-    } else if (!own && (isFixed(room) || completeness(lengthWithin(room)) == Fit::fits)) {
+    } else if (!own && (isFixed(room) || isCompleteIn(room))) {
       keep(lengthWithin(room), SlotState::sizeMended);
     } else {
       keep(held_->size, held_->state);
@@ -207,11 +228,12 @@ void Filling::settle(std::uint64_t next) {
     noteGap(held_->payload() + *facts->fixedSize + *facts->fixedSize % 2, next);
     return;
   }
-  if (room > 0 && (isFixed(room) || isImplausible || completeness(lengthWithin(room)) == Fit::fits)) {
+  if (room > 0 && (isFixed(room) || isImplausible || isCompleteIn(room))) {
     keep(lengthWithin(room), SlotState::sizeMended);
     return;
   }
-  const bool mayBeWhole = room > 0 && !own && completeness(lengthWithin(room)) != Fit::contradicts;
+  const bool mayBeWhole =
+      room > 0 && !own && isUsual(lengthWithin(room)) && completeness(lengthWithin(room)) != Fit::contradicts;
   keep(static_cast<std::uint32_t>(room), SlotState::torn);
   noteTear(next, held_->next - next, mayBeWhole ? lengthWithin(room) : 0);
 }
