@@ -19,6 +19,7 @@
 #include "salvage/evidence.h"
 #include "salvage/film_streams.h"
 #include "salvage/laid_film.h"
+#include "salvage/lone_stretches.h"
 #include "salvage/plan_spans.h"
 #include "salvage/repeated_chunks.h"
 #include "salvage/timeline.h"
@@ -97,6 +98,7 @@ DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool
       tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - kChunkHeader) + kChunkHeader;
   DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
   dropChance(made, entries, evidence_.scan.candidates, isForeign);
+  dropLone(made, entries, evidence_.scan.candidates, evidence_.chain);
   return made;
 }
 
