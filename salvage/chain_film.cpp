@@ -7,6 +7,7 @@
 #include <array>
 #include <optional>
 
+#include "salvage/headless_payload.h"
 #include "salvage/payload_length.h"
 
 namespace zelvo::salvage {
@@ -37,7 +38,13 @@ class Filling {
  public:
   Filling(const Evidence& evidence, const FilmStreams& streams, ChunkEnds& ends, const std::vector<Codec>& codecs,
           const std::vector<PayloadShape>& shapes, ByteSpan within)
-      : evidence_(evidence), streams_(streams), within_(within), ends_(ends), codecs_(codecs), shapes_(shapes) {}
+      : evidence_(evidence),
+        streams_(streams),
+        within_(within),
+        ends_(ends),
+        codecs_(codecs),
+        shapes_(shapes),
+        headless_(evidence, streams, shapes) {}
 
   /// Takes the next header of the chain.
   void take(const Candidate& candidate, bool isForeign);
@@ -46,15 +53,21 @@ class Filling {
  private:
   [[nodiscard]] Link linkOf(const Candidate& candidate) const;
   [[nodiscard]] Link linkOf(const DeadHeader& header) const;
+  [[nodiscard]] std::optional<Link> linkBefore(std::uint64_t from, std::uint64_t target);
   void goOnTo(const Link& link);
   void settle(std::uint64_t next);
   void settleAtEnd();
   void keep(std::uint32_t size, SlotState state);
+  bool takeHeadless(std::uint64_t begin, std::uint64_t end);
   void noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer = 0);
   void noteTear(std::uint64_t at, std::uint64_t missing, std::uint32_t longer = 0);
-  [[nodiscard]] const StreamFacts* factsOf(const Link& link) const;
+  [[nodiscard]] const StreamFacts* factsOf(std::uint8_t stream) const;
   [[nodiscard]] std::optional<std::uint32_t> ownLength(std::uint64_t room) const;
-  [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const;
+  [[nodiscard]] std::uint32_t lengthIn(std::uint8_t stream, std::uint64_t payload, std::uint64_t room) const;
+  /// The same of the held chunk.
+  [[nodiscard]] std::uint32_t lengthWithin(std::uint64_t room) const {
+    return lengthIn(held_->stream, held_->payload(), room);
+  }
   [[nodiscard]] bool isFixed(std::uint64_t room) const;
   [[nodiscard]] Fit completeness(std::uint32_t size) const;
   [[nodiscard]] bool isUsual(std::uint64_t size) const;
@@ -67,6 +80,7 @@ class Filling {
   ChunkEnds& ends_;
   const std::vector<Codec>& codecs_;
   const std::vector<PayloadShape>& shapes_;
+  const HeadlessPayloads headless_;
   std::optional<Link> held_;
   ChainFilm film_;
 };
@@ -93,9 +107,9 @@ Link Filling::linkOf(const DeadHeader& header) const {
   return link;
 }
 
-const StreamFacts* Filling::factsOf(const Link& link) const {
-  if (link.stream == FilmStreams::kNone) return nullptr;
-  const std::uint8_t number = streams_.numberOf(link.stream);
+const StreamFacts* Filling::factsOf(std::uint8_t stream) const {
+  if (stream == FilmStreams::kNone) return nullptr;
+  const std::uint8_t number = streams_.numberOf(stream);
   return number < evidence_.facts.size() ? &evidence_.facts[number] : nullptr;
 }
 
@@ -114,6 +128,26 @@ void Filling::noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t long
   if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, longer, false});
 }
 
+/// Takes what lies between two chunks as one whose header is lost, if it is one to the byte.
+bool Filling::takeHeadless(std::uint64_t begin, std::uint64_t end) {
+  constexpr std::uint64_t kSmallest = 16;
+  if (end < begin + kChunkHeader + kSmallest || end - begin > kLongest) return false;
+  const std::uint64_t payload = begin + kChunkHeader;
+  for (std::size_t i = 0; i < streams_.count(); ++i) {
+    const auto stream = static_cast<std::uint8_t>(i);
+    const std::uint32_t size = lengthIn(stream, payload, end - payload);
+    if (!headless_.isSurely(stream, payload, size, film_.slots)) continue;
+    Slot slot;
+    slot.source = payload;
+    slot.size = size;
+    slot.stream = stream;
+    slot.state = SlotState::codeMended;
+    film_.slots.push_back(slot);
+    return true;
+  }
+  return false;
+}
+
 void Filling::noteTear(std::uint64_t at, std::uint64_t missing, std::uint32_t longer) {
   film_.gaps.push_back({film_.slots.size(), at, at, missing, longer, true});
 }
@@ -127,14 +161,14 @@ std::optional<std::uint32_t> Filling::ownLength(std::uint64_t room) const {
 }
 
 /// The length of a payload that fills `room` up to the next header, one pad byte left out.
-std::uint32_t Filling::lengthWithin(std::uint64_t room) const {
-  const StreamFacts* facts = factsOf(*held_);
+std::uint32_t Filling::lengthIn(std::uint8_t stream, std::uint64_t payload, std::uint64_t room) const {
+  const StreamFacts* facts = factsOf(stream);
   const auto size = static_cast<std::uint32_t>(room);
   if (facts != nullptr && facts->fixedSize && (*facts->fixedSize == size || *facts->fixedSize + 1 == size))
     return *facts->fixedSize;
-  if (streams_.countsBytes(held_->stream)) return size - size % streams_.blockOf(held_->stream);
+  if (streams_.countsBytes(stream)) return size - size % streams_.blockOf(stream);
   std::array<std::byte, 1> last{};
-  const bool hasLast = evidence_.input.read(held_->payload() + room - 1, last) == 1;
+  const bool hasLast = evidence_.input.read(payload + room - 1, last) == 1;
   return hasLast && last[0] == std::byte{0} ? size - 1 : size;
 }
 
@@ -149,13 +183,13 @@ Fit Filling::completeness(std::uint32_t size) const {
 
 /// Whether a chunk of the stream's one size fills the room.
 bool Filling::isFixed(std::uint64_t room) const {
-  const StreamFacts* facts = factsOf(*held_);
+  const StreamFacts* facts = factsOf(held_->stream);
   return facts != nullptr && facts->fixedSize && (*facts->fixedSize == room || *facts->fixedSize + 1 == room);
 }
 
 /// Whether a size is about as usual in the held chunk's stream as the one that stands there.
 bool Filling::isUsual(std::uint64_t size) const {
-  if (const StreamFacts* facts = factsOf(*held_)) {
+  if (const StreamFacts* facts = factsOf(held_->stream)) {
     // Where all sizes are near each other, one that stands apart is odd.
     const std::uint64_t spread = std::max<std::uint64_t>((facts->largest - facts->smallest) / 2, facts->mean / 32);
     const auto isWithin = [&](std::uint64_t one) {
@@ -175,7 +209,7 @@ bool Filling::isCompleteIn(std::uint64_t room) const {
 
 /// Whether the held chunk rather fills all of `room` than ends where it says and is followed by a lost one.
 bool Filling::mayBeLonger(std::uint64_t room) const {
-  const StreamFacts* facts = factsOf(*held_);
+  const StreamFacts* facts = factsOf(held_->stream);
   if (facts == nullptr || completeness(lengthWithin(room)) == Fit::contradicts) return false;
   const auto longer = static_cast<std::uint32_t>(room);
   if (facts->fixedSize) return false;
@@ -202,7 +236,7 @@ void Filling::settle(std::uint64_t next) {
     noteGap(isThere ? held_->next : held_->payload(), next);
     return;
   }
-  const StreamFacts* facts = factsOf(*held_);
+  const StreamFacts* facts = factsOf(held_->stream);
   auto own = room == 0 ? std::nullopt : ownLength(room);
   if (own && *own != held_->size && !isUsual(*own)) own.reset();
   if (own && *own + 1 >= room) {
@@ -217,7 +251,8 @@ void Filling::settle(std::uint64_t next) {
       keep(lengthWithin(room), SlotState::sizeMended);
     } else {
       keep(held_->size, held_->state);
-      noteGap(held_->next, next, !own && mayBeLonger(room) ? lengthWithin(room) : 0);
+      const std::uint32_t longer = !own && mayBeLonger(room) ? lengthWithin(room) : 0;
+      if (!takeHeadless(held_->next, next)) noteGap(held_->next, next, longer);
     }
     return;
   }
@@ -263,21 +298,43 @@ void Filling::settleAtEnd() {
   if (left > 0) keep(left, SlotState::cut);
 }
 
+/// A chunk that ends at `target` though the chain does not have it: its code is dead, or its size is wrong.
+std::optional<Link> Filling::linkBefore(std::uint64_t from, std::uint64_t target) {
+  if (const auto header = ends_.closingOn(from, target)) return linkOf(*header);
+  constexpr std::size_t kMaxBack = 16;
+  const CandidateList& candidates = evidence_.scan.candidates;
+  std::uint64_t looks = 0;
+  const std::size_t behind = candidates.firstAtOrAfter(target, 0, looks);
+  for (std::size_t i = behind; i > 0 && behind - i < kMaxBack && candidates[i - 1].offset() >= from; --i) {
+    Link link = linkOf(candidates[i - 1]);
+    if (link.stream == FilmStreams::kNone || link.isPalette || target <= link.payload()) continue;
+    const std::uint64_t room = target - link.payload();
+    if (room > kLongest) break;
+    const std::uint32_t size = lengthIn(link.stream, link.payload(), room);
+    if (!headless_.isSurely(link.stream, link.payload(), size, film_.slots)) continue;
+    link.size = size;
+    link.next = target;
+    link.state = SlotState::sizeMended;
+    return link;
+  }
+  return std::nullopt;
+}
+
 void Filling::goOnTo(const Link& link) {
   const bool closes = held_ && (held_->next == link.offset || (held_->isData && held_->payloadEnd() == link.offset));
-  std::vector<DeadHeader> dead;
+  std::vector<Link> found;  // from the last to the first
   if (!closes) {
     const std::uint64_t from = held_ ? held_->payload() : within_.begin;
     std::uint64_t target = link.offset;
-    while (auto header = ends_.closingOn(from, target)) {
-      dead.push_back(*header);
+    while (auto header = linkBefore(from, target)) {
+      found.push_back(*header);
       target = header->offset;
       if (held_ && held_->next == target) break;
     }
   }
-  for (; !dead.empty(); dead.pop_back()) {
-    settle(dead.back().offset);
-    held_ = linkOf(dead.back());
+  for (; !found.empty(); found.pop_back()) {
+    settle(found.back().offset);
+    held_ = found.back();
   }
   settle(link.offset);
   held_ = link;

@@ -31,24 +31,6 @@ bool isHurt(const FilmPlan& plan) {
       plan.slots, [](const Slot& slot) { return slot.state != SlotState::whole && slot.state != SlotState::cut; });
 }
 
-/// Nothing where it does not matter how neighbours differ.
-std::optional<SampleLayout> layoutOf(const SurvivingStream& stream, Codec codec) {
-  if (codec == Codec::pcm) {
-    const SoundFormat sound = soundFormat(stream);
-    if (sound.channels == 0 || (sound.bitsPerSample != 8 && sound.bitsPerSample != 16)) return std::nullopt;
-    return SampleLayout{std::size_t{sound.channels} * sound.bitsPerSample / 8, sound.bitsPerSample == 16};
-  }
-  if (codec != Codec::rawPicture) return std::nullopt;
-  constexpr std::size_t kCompression = 16;
-  constexpr std::uint32_t kRgb = 3;
-  const PictureFormat picture = pictureFormat(stream);
-  const bool isRgb = stream.format.size() < kCompression + 4 ||
-                     avi::loadLittleEndian32(std::span(stream.format).subspan<kCompression, 4>()) <= kRgb;
-  if (picture.bits == 24 || picture.bits == 32) return SampleLayout{picture.bits / std::size_t{8}, false};
-  if (isRgb || (picture.bits != 16 && picture.bits != 12)) return std::nullopt;
-  return SampleLayout{picture.bits == 16 ? std::size_t{4} : std::size_t{1}, false};
-}
-
 bool hasOwnMarks(Codec codec) {
   return codec == Codec::jpeg || codec == Codec::mp3 || codec == Codec::mp2 || codec == Codec::ac3;
 }
@@ -102,7 +84,7 @@ class Marking {
 void Marking::mark(std::uint8_t stream) {
   const SurvivingStream& header = evidence_.header.streams[stream].header;
   const Codec codec = codecOf(header);
-  const auto layout = layoutOf(header, codec);
+  const auto layout = sampleLayout(header);
   if (!layout && !hasOwnMarks(codec)) return;
   judged_.clear();
   std::size_t odd = 0;
@@ -137,6 +119,24 @@ void Marking::markAbove(std::uint32_t least) {
 }
 
 }  // namespace
+
+std::optional<SampleLayout> sampleLayout(const SurvivingStream& stream) {
+  const Codec codec = codecOf(stream);
+  if (codec == Codec::pcm) {
+    const SoundFormat sound = soundFormat(stream);
+    if (sound.channels == 0 || (sound.bitsPerSample != 8 && sound.bitsPerSample != 16)) return std::nullopt;
+    return SampleLayout{std::size_t{sound.channels} * sound.bitsPerSample / 8, sound.bitsPerSample == 16};
+  }
+  if (codec != Codec::rawPicture) return std::nullopt;
+  constexpr std::size_t kCompression = 16;
+  constexpr std::uint32_t kRgb = 3;
+  const PictureFormat picture = pictureFormat(stream);
+  const bool isRgb = stream.format.size() < kCompression + 4 ||
+                     avi::loadLittleEndian32(std::span(stream.format).subspan<kCompression, 4>()) <= kRgb;
+  if (picture.bits == 24 || picture.bits == 32) return SampleLayout{picture.bits / std::size_t{8}, false};
+  if (isRgb || (picture.bits != 16 && picture.bits != 12)) return std::nullopt;
+  return SampleLayout{picture.bits == 16 ? std::size_t{4} : std::size_t{1}, false};
+}
 
 std::uint32_t noiseOf(std::span<const std::byte> payload, std::uint64_t offset, const SampleLayout& layout) {
   std::uint32_t most = 0;

@@ -16,6 +16,9 @@ struct SampleLayout {
   bool isWide = false;     ///< of 16 bits, the low byte first, and signed; else of 8
 };
 
+/// Nothing where it does not matter how neighbours differ.
+[[nodiscard]] std::optional<SampleLayout> sampleLayout(const SurvivingStream& stream);
+
 /// How much neighbours differ in the noisiest whole sector of 512 bytes, in thousandths of what random bytes have; 0
 /// without a whole sector. `offset`: of the payload in the file, which the sectors lie in.
 /// Thread: any.
