@@ -23,7 +23,8 @@ ChunkEnds::ChunkEnds(const Evidence& evidence, const FilmStreams& streams) : evi
   sizes_.resize(kMaxStreams);
   const std::size_t step = std::max<std::size_t>(1, candidates.size() / kMaxSizes);
   for (std::size_t i = 0; i < candidates.size(); i += step) {
-    if (candidates[i].kind() == CandidateKind::data && evidence.chain.closes(i))
+    if (candidates[i].kind() == CandidateKind::data && !StreamCodes::isPalette(candidates[i].suffix()) &&
+        evidence.chain.closes(i))
       sizes_[candidates[i].stream()].push_back(candidates[i].size());
   }
   for (auto& sizes : sizes_) std::ranges::sort(sizes);

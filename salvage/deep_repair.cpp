@@ -13,6 +13,7 @@
 #include "salvage/evidence.h"
 #include "salvage/film_writer.h"
 #include "salvage/header_donor.h"
+#include "salvage/late_information.h"
 #include "salvage/plan_choices.h"
 #include "salvage/recent_reads.h"
 #include "salvage/text_transfer.h"
@@ -52,6 +53,7 @@ class Work {
         recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
         input_(recent_) {
     report_.inputSize = run.inputSize;
+    if (text_) report_.returnsLeftOut = run.inputSize - std::min(run.inputSize, text_->size());
     report_.outputLimit = largestOutput(run.inputSize);
   }
 
@@ -82,6 +84,7 @@ class Work {
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
     const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
+    if (header_.information.empty()) header_.information = informationAfterMedia(input_, scan.candidates);
     findLostHeaders(scan, chain, seen, index);
     const auto isSound = [](const FilmStream& stream) { return stream.header.type == avi::kAuds; };
     if (run_.choices.rates.samples && std::ranges::count_if(header_.streams, isSound) > 1)
@@ -93,12 +96,9 @@ class Work {
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
     plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, run_.decoder});
-    describePlan(report_, plan_, header_);
+    describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
-    if (run_.choices.closesGaps) {
-      closeGaps(plan_);
-      report_.syncAfter = report_.syncBefore;
-    }
+    if (run_.choices.closesGaps) closeGaps(plan_);
     const bool hasMedia = std::ranges::any_of(plan_.slots, [](const Slot& slot) { return slot.hasSource(); });
     if (hasMedia) return SalvageEnd::planned;
     report_.verdict = SalvageVerdict::hopeless;

@@ -12,6 +12,7 @@
 #include "avi/chunk_codes.h"
 #include "salvage/best_chain.h"
 #include "salvage/chain_film.h"
+#include "salvage/content_marks.h"
 #include "salvage/damage_marks.h"
 #include "salvage/displacements.h"
 #include "salvage/entry_places.h"
@@ -19,6 +20,7 @@
 #include "salvage/film_streams.h"
 #include "salvage/laid_cuts.h"
 #include "salvage/laid_film.h"
+#include "salvage/lone_stretches.h"
 #include "salvage/plan_spans.h"
 #include "salvage/repeated_chunks.h"
 #include "salvage/timeline.h"
@@ -49,6 +51,12 @@ class Planner {
     std::uint64_t size = 0;  ///< in the original
   };
 
+  /// A chunk of the chain that lacks its end, unless its size is wrong.
+  struct Tear {
+    MissingBytes missing;
+    std::uint64_t source = 0;  ///< of its slot
+  };
+
   /// Chunks of the chain beside those that an index explains.
   struct Others {
     std::size_t all = 0;  ///< of the chain
@@ -71,6 +79,7 @@ class Planner {
   [[nodiscard]] std::optional<std::uint64_t> countedPictures() const;
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
+  [[nodiscard]] std::vector<MissingBytes> missingWhereTorn() const;
   void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
 
   const Evidence& evidence_;
@@ -81,7 +90,7 @@ class Planner {
   EntryPlaces places_;
   FilmPlan plan_;
   std::vector<FilmGap> gaps_;
-  std::vector<MissingBytes> missing_;
+  std::vector<Tear> tears_;
 };
 
 DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool isForeign) const {
@@ -90,6 +99,7 @@ DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool
       tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - kChunkHeader) + kChunkHeader;
   DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
   dropChance(made, entries, evidence_.scan.candidates, isForeign);
+  dropLone(made, entries, evidence_.scan.candidates, evidence_.chain);
   return made;
 }
 
@@ -194,8 +204,9 @@ void Planner::dropWild() {
 /// Whether the entries are as many pictures as the headers count.
 bool Planner::tellsAll() const {
   const auto& headers = evidence_.headers;
-  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(
-      entries_, [&](const TemplateEntry& entry) { return streams_.isPicture(streams_.indexOf(entry.stream)); }));
+  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(entries_, [&](const TemplateEntry& entry) {
+    return streams_.isPicture(streams_.indexOf(entry.stream)) && !StreamCodes::isPalette(entry.suffix);
+  }));
   const auto agrees = [&](std::uint64_t count) { return count != 0 && pictures + 1 >= count; };
   if (headers.openDmlFrames) return agrees(*headers.openDmlFrames);
   return (headers.main && agrees(headers.main->totalFrames)) ||
@@ -238,7 +249,8 @@ void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileByte
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
     gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
-    if (gap.missing > 0) missing_.push_back({gap.begin, gap.missing});
+    if (gap.missing > 0 && gap.before > 0)
+      tears_.push_back({{gap.begin, gap.missing}, part.slots[gap.before - 1].source});
   }
   if (room != kEndless && room > fileBytes + kSlack && !part.gaps.empty()) gaps_.back().bytes += room - fileBytes;
   plan_.slots.insert(plan_.slots.end(), part.slots.begin(), part.slots.end());
@@ -281,8 +293,7 @@ std::optional<std::uint64_t> Planner::countedPictures() const {
 std::optional<std::uint64_t> Planner::picturesOfAll() const {
   const auto counted = countedPictures();
   if (!counted || plan_.slots.empty()) return std::nullopt;
-  const auto there =
-      std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot.stream); });
+  const auto there = std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot); });
   const bool endsWithin =
       plan_.slots.back().state == SlotState::cut || (!gaps_.empty() && gaps_.back().before == plan_.slots.size());
   return endsWithin && static_cast<std::uint64_t>(there) < *counted ? std::nullopt : counted;
@@ -298,6 +309,19 @@ std::optional<std::uint64_t> Planner::missingBytes() const {
   return declared - std::min(declared, found);
 }
 
+/// Of tears, those that are still some when the gaps are filled.
+std::vector<MissingBytes> Planner::missingWhereTorn() const {
+  std::vector<MissingBytes> missing;
+  auto tear = tears_.begin();
+  for (const Slot& slot : plan_.slots) {
+    if (tear == tears_.end()) break;
+    if (slot.isIndexed || slot.source != tear->source) continue;
+    if (slot.state == SlotState::torn) missing.push_back(tear->missing);
+    ++tear;
+  }
+  return missing;
+}
+
 FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   chooseEntries();
@@ -308,7 +332,8 @@ FilmPlan Planner::run() {
   join(std::move(laid));
   fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
-  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
+  markContent(evidence_, plan_);
+  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missingWhereTorn(), isForeign_}, plan_);
   return std::move(plan_);
 }
 

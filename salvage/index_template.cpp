@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <span>
 #include <tuple>
 #include <unordered_map>
@@ -19,6 +20,9 @@ namespace zelvo::salvage {
 namespace {
 
 using Bytes = std::span<const std::byte>;
+
+constexpr std::uint64_t kChunkHeader = 8;
+constexpr std::uint32_t kNotKey = 0x80000000;  // in the size of a standard index's entry
 
 std::uint32_t number(Bytes bytes, std::size_t at) { return avi::loadLittleEndian32(bytes.subspan(at).first<4>()); }
 
@@ -62,6 +66,7 @@ class Reading {
                                             std::uint64_t lastEnd) const;
   void readStandard(const StandardIndex& index);
   [[nodiscard]] Belonging belongingOf(const StandardIndex& index) const;
+  [[nodiscard]] bool isNextToOthersChunks(const StandardIndex& index, const SuperIndex& super) const;
   void add(const TemplateEntry& entry);
   void merge();
   [[nodiscard]] bool isExact(const TemplateEntry& entry) const;
@@ -237,11 +242,36 @@ Belonging Reading::belongingOf(const StandardIndex& index) const {
   const bool isNamed = std::ranges::any_of(super->entries, [&](const SuperIndexEntry& entry) {
     return entry.size == index.size || entry.size == std::uint64_t{index.size} + 8;
   });
-  return isNamed ? Belonging::belongs : Belonging::foreign;
+  return isNamed && !isNextToOthersChunks(index, *super) ? Belonging::belongs : Belonging::foreign;
+}
+
+/// Whether the chunks that an index names last stand in front of it, but elsewhere than the super index, which tells
+/// where the index itself was, would have them: another film's index may have the size of this film's.
+bool Reading::isNextToOthersChunks(const StandardIndex& index, const SuperIndex& super) const {
+  constexpr std::uint32_t kLast = 8;
+  constexpr std::size_t kMaxBack = 64;
+  constexpr std::size_t kFewest = 4;
+  const std::uint32_t count = std::min(index.entries, kLast);
+  const std::uint64_t first = index.offset + StandardIndex::kHead + (index.entries - count) * index.entrySize();
+  std::uint64_t looks = 0;
+  const std::size_t behind = scan_.candidates.firstAtOrAfter(index.offset, 0, looks);
+  std::map<std::int64_t, std::size_t> votes;  // for displacements
+  eachRecord(input_, first, first + count * index.entrySize(), index.entrySize(), [&](Bytes bytes) {
+    const std::uint64_t header = index.baseOffset + number(bytes, 0) - kChunkHeader;
+    for (std::size_t i = behind; i > 0 && behind - i < kMaxBack; --i) {
+      const Candidate& chunk = scan_.candidates[i - 1];
+      const bool isAlike = chunk.kind() == CandidateKind::data && chunk.stream() == index.stream &&
+                           chunk.size() == (number(bytes, 4) & ~kNotKey);
+      if (isAlike) ++votes[static_cast<std::int64_t>(chunk.offset()) - static_cast<std::int64_t>(header)];
+    }
+  });
+  const bool isWhereItWas = std::ranges::any_of(super.entries, [&](const SuperIndexEntry& entry) {
+    return votes.contains(static_cast<std::int64_t>(index.offset) - static_cast<std::int64_t>(entry.offset));
+  });
+  return !isWhereItWas && std::ranges::any_of(votes, [](const auto& vote) { return vote.second >= kFewest; });
 }
 
 void Reading::readStandard(const StandardIndex& index) {
-  constexpr std::uint32_t kNotKey = 0x80000000;
   const auto code = codes_.findAnyStream(index.chunkId);
   TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index)};
   const std::uint64_t end = std::min(index.end(), input_.size());

@@ -224,6 +224,7 @@ LaidFilm Laying::run() {
     slot.stream = streams_.indexOf(entries_[i].stream);
     slot.isIndexed = true;
     slot.hasKeyFlag = entries_[i].isKey;
+    slot.isPalette = StreamCodes::isPalette(entries_[i].suffix);
     if (isSupported(i)) headers_.push_back(headerOf(i));
   }
   if (const auto order = clusterOrder(entries_, places_, evidence_.scan.end)) {

@@ -72,6 +72,18 @@ std::string pairsOf(int count) {
 
 TEST(Timeline, WithoutGapsNothingIsFilled) { EXPECT_EQ(Gapped(20).filled({}), pairsOf(20)); }
 
+TEST(Timeline, WhatIsOutOfStepAfterAFilledGapIsMeasured) {
+  Gapped filled(30);
+  filled.lose(20, 6);
+  (void)filled.filled({{20, 3 * (1008 + 1288), 0, 0, false}});
+  EXPECT_NEAR(filled.plan.drift, 0, 1e-9);
+  // A third of a picture's time of sound is missing, for which no chunk is long enough.
+  Gapped odd(30);
+  odd.plan.slots[21].size -= 428;
+  (void)odd.filled({{22, 0, 0, 0, true}});
+  EXPECT_NEAR(odd.plan.drift, 428 / 32000.0, 1e-6);
+}
+
 TEST(Timeline, BytesTellHowManyPairsAreLost) {
   Gapped film(30);
   film.lose(20, 6);
