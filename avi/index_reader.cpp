@@ -16,7 +16,6 @@ constexpr std::uint64_t kStandardEntrySize = 8;   // dwOffset, dwSize
 constexpr std::uint64_t kOpenDmlHeaderSize = 24;  // before the entries of both
 constexpr std::uint32_t kKeyFrame = 0x10;         // AVIIF_KEYFRAME
 constexpr std::uint32_t kDeltaFrame = 0x80000000;
-constexpr std::uint64_t kChunkHeaderSize = 8;
 
 /// An entry of an old index whose offsets count from `base`.
 IndexEntry oldEntry(std::span<const std::byte> bytes, std::uint64_t base) {
@@ -133,7 +132,7 @@ void IndexReader::judgeSuper(IndexEntry& entry) {
   entry.found = *header;
   if (!isStandardIndex(header->id)) {
     entry.target = EntryTarget::noStandardIndex;
-  } else if (entry.size > std::uint64_t{header->size} + kChunkHeaderSize) {
+  } else if (entry.size > std::uint64_t{header->size} + kChunkHeader) {
     entry.target = EntryTarget::shorterThanIndex;
   }
 }
@@ -164,7 +163,7 @@ void IndexReader::standardEntries(IndexReport& report, std::uint64_t payload, Fo
     // dwOffset points after the chunk's header.
     const std::uint32_t length = littleEndian32At(*bytes, 4);
     IndexEntry entry{.id = id,
-                     .offset = base + littleEndian32At(*bytes, 0) - kChunkHeaderSize,
+                     .offset = base + littleEndian32At(*bytes, 0) - kChunkHeader,
                      .size = length & (kDeltaFrame - 1),
                      .isKeyFrame = (length & kDeltaFrame) == 0};
     judge(entry);
