@@ -4,8 +4,6 @@
 #include <array>
 #include <cstdio>
 
-#include "platform/headless/yes_or_no.h"
-
 namespace zelvo::platform::headless {
 
 namespace {

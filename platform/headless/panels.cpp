@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/headless/yes_or_no.h"
-
 namespace zelvo::platform::headless {
 
 namespace {
