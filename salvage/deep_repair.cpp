@@ -118,7 +118,8 @@ class Work {
       lost = sample();
     }
     if (!lost.empty())
-      report_.fields = synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates});
+      report_.fields =
+          synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates, &input_, run_.decoder});
     report_.streamsWithoutHeader = streamsWithoutHeader(header_, seen).size();
   }
 

@@ -90,6 +90,15 @@ bool giveExtra(AVCodecContext& context, const Bytes& extra) {
   return true;
 }
 
+/// What an encoder takes that has so many bits a pixel, else what it takes first.
+AVPixelFormat formatOf(const AVCodec& encoder, std::uint16_t bits) {
+  if (encoder.pix_fmts == nullptr) return AV_PIX_FMT_YUV420P;
+  for (const AVPixelFormat* format = encoder.pix_fmts; *format != AV_PIX_FMT_NONE; ++format) {
+    if (::av_get_bits_per_pixel(::av_pix_fmt_desc_get(*format)) == bits) return *format;
+  }
+  return encoder.pix_fmts[0];
+}
+
 PictureType typeOf(const AVFrame& frame) {
   switch (frame.pict_type) {
     case AV_PICTURE_TYPE_I:
@@ -244,7 +253,7 @@ Bytes DecoderSession::usualExtra(const TrialStream& stream) {
   setFields(*context, stream);
   constexpr int kPicturesASecond = 25;
   context->time_base = {1, kPicturesASecond};
-  context->pix_fmt = codec->pix_fmts != nullptr ? codec->pix_fmts[0] : AV_PIX_FMT_YUV420P;
+  context->pix_fmt = formatOf(*codec, stream.bits);
   if (::avcodec_open2(context.get(), codec, nullptr) < 0 || context->extradata_size <= 0) return {};
   const auto* const extra = reinterpret_cast<const std::byte*>(context->extradata);
   return {extra, extra + context->extradata_size};
