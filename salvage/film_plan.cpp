@@ -259,7 +259,8 @@ void Planner::join(LaidFilm laid) {
   const auto goOnTo = [&](std::size_t end) {
     for (; slot < end; ++slot) plan_.slots.push_back(laid.slots[slot]);
   };
-  for (const Room& room : rooms()) {
+  // Where clusters changed places, what lies between two chunks of the file did not in the film.
+  for (const Room& room : laid.isGathered ? std::vector<Room>{} : rooms()) {
     goOnTo(room.before);
     const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
     const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);

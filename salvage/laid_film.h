@@ -15,6 +15,7 @@ namespace zelvo::salvage {
 struct LaidFilm {
   std::vector<Slot> slots;  ///< one for each entry
   std::vector<Piece> pieces;
+  bool isGathered = false;  ///< clusters changed places, and each payload was taken from where its own lie
 };
 
 /// Makes a slot of each entry. A chunk whose neighbours moved as it did is taken as it stands, even if its own header
