@@ -122,7 +122,7 @@ Exit exitOf(const Outcome& outcome) {
   return Exit::ioFailed;
 }
 
-std::string_view verdictName(Verdict verdict) {
+std::string_view nameOf(Verdict verdict) {
   switch (verdict) {
     case Verdict::repaired:
       return "repaired";
@@ -165,7 +165,7 @@ void beginJson(JsonWriter& json, const Outcome& outcome) {
   json.pathMembers(outcome.inputPath);
   writeOptional(json, "size", outcome.inputSize);
   json.endObject();
-  json.member("outcome", verdictName(outcome.verdict));
+  json.member("outcome", nameOf(outcome.verdict));
   json.key("reason");
   if (outcome.reason.empty()) {
     json.null();

@@ -310,10 +310,16 @@ std::optional<Link> Filling::linkBefore(std::uint64_t from, std::uint64_t target
     if (link.stream == FilmStreams::kNone || link.isPalette || target <= link.payload()) continue;
     const std::uint64_t room = target - link.payload();
     if (room > kLongest) break;
+    // A code in its place says much: what goes with it need only be usual.
+    const StreamFacts* facts = factsOf(link.stream);
     const std::uint32_t size = lengthIn(link.stream, link.payload(), room);
-    if (!headless_.isSurely(link.stream, link.payload(), size, film_.slots)) continue;
-    link.size = size;
-    link.next = target;
+    const bool isUsualSize = facts != nullptr && size >= facts->smallest / 2 && size <= facts->largest * 3 / 2;
+    const bool isFilled =
+        isUsualSize && facts->signature.score(candidates[i - 1]) >= 0 && facts->fixedSizeScore(size) >= 0;
+    const std::uint32_t fixed = facts != nullptr ? facts->fixedSize.value_or(0) : 0;
+    if (!isFilled && (fixed == 0 || fixed > room)) continue;
+    link.size = isFilled ? size : fixed;
+    link.next = isFilled ? target : link.payloadEnd() + fixed % 2;
     link.state = SlotState::sizeMended;
     return link;
   }
@@ -326,7 +332,11 @@ void Filling::goOnTo(const Link& link) {
   if (!closes) {
     const std::uint64_t from = held_ ? held_->payload() : within_.begin;
     std::uint64_t target = link.offset;
+    // Each that has a wrong size makes the whole hole be searched for dead codes once more.
+    constexpr int kMaxSizes = 4;
+    int sizes = 0;
     while (auto header = linkBefore(from, target)) {
+      if (header->state == SlotState::sizeMended && ++sizes > kMaxSizes) break;
       found.push_back(*header);
       target = header->offset;
       if (held_ && held_->next == target) break;

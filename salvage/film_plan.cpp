@@ -132,7 +132,7 @@ Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed
   return others;
 }
 
-/// Whether an index that no header speaks for is that of another film after this one: it explains nothing of what
+/// Whether an index is that of another film after this one: it explains nothing of what
 /// stands in front, and what it does not explain stands in front, too.
 bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
   constexpr std::size_t kMaxPercent = 90;
@@ -152,14 +152,10 @@ bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 void Planner::chooseEntries() {
   entries_ = entriesOf([](const TemplateEntry& entry) { return !entry.isForeign; });
-  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
-  if (std::ranges::none_of(evidence_.index.tables, isKnown) &&
-      std::ranges::none_of(evidence_.index.standard, isKnown)) {
-    DisplacementCover explained = cover(entries_, true);
-    if (isOfFilmBehind(explained)) {
-      isForeign_ = std::move(explained.isClaimed);
-      entries_.clear();
-    }
+  // Films of one camera may be of one length, so that the headers speak for the other one's index, too.
+  if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained)) {
+    isForeign_ = std::move(explained.isClaimed);
+    entries_.clear();
   }
   if (std::ranges::any_of(evidence_.index.entries, &TemplateEntry::isForeign)) {
     std::vector<std::uint8_t> explained =
@@ -263,7 +259,8 @@ void Planner::join(LaidFilm laid) {
   const auto goOnTo = [&](std::size_t end) {
     for (; slot < end; ++slot) plan_.slots.push_back(laid.slots[slot]);
   };
-  for (const Room& room : rooms()) {
+  // Where clusters changed places, what lies between two chunks of the file did not in the film.
+  for (const Room& room : laid.isGathered ? std::vector<Room>{} : rooms()) {
     goOnTo(room.before);
     const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
     const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);

@@ -229,6 +229,7 @@ LaidFilm Laying::run() {
   }
   if (const auto order = clusterOrder(entries_, places_, evidence_.scan.end)) {
     gather(*order);
+    film_.isGathered = true;
     return std::move(film_);
   }
   std::ranges::sort(headers_);

@@ -71,6 +71,11 @@ class Timeline {
   [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
   [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
   [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
+  /// Whether nearly all of its chunks have one size.
+  [[nodiscard]] bool isFixed(const Track& track) const {
+    const std::uint8_t number = streams_.numberOf(track.stream);
+    return number < evidence_.facts.size() && evidence_.facts[number].fixedSize == track.chunkSize;
+  }
   [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast,
                                                std::optional<std::size_t> share);
   [[nodiscard]] bool isNothingMissing(const FilmGap& gap, std::size_t end) const;
@@ -281,13 +286,17 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   if (pictures_ && missing.pictures > 0) parts.push_back({*pictures_, missing.pictures, 0});
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
     const Track& track = tracks_[t];
-    const auto count = static_cast<std::size_t>(std::min(1e6, std::round(missing.sound[t] / track.chunkTime)));
+    // Where a chunk lasts for many pictures, its place among them is a matter of chance, and less than most of one
+    // none.
+    const double half = isCoarse(track) ? 0.25 : 0.5;
+    const auto count = static_cast<std::size_t>(std::min(1e6, std::floor(missing.sound[t] / track.chunkTime + half)));
     if (count == 0) continue;
     std::uint32_t size = track.chunkSize;
     // Most lost chunks had the usual size; a difference that is not heard is none.
     constexpr double kUnheard = 0.02;
     const double apart = std::abs(missing.sound[t] - static_cast<double>(count) * track.chunkTime);
-    if (streams_.countsBytes(track.stream) && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
+    const bool isAdapted = streams_.countsBytes(track.stream) && !(isCoarse(track) && isFixed(track));
+    if (isAdapted && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
       size = static_cast<std::uint32_t>(missing.sound[t] / static_cast<double>(count) / track.chunkTime * size);
       size -= size % streams_.blockOf(track.stream);
     }
@@ -339,7 +348,8 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
     open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, 0, gap.isTorn || (isOpen && open.isTorn)};
     const std::size_t filled = estimates_.size();
     const auto share = filled < shares.size() ? std::optional(shares[filled].pictures) : std::nullopt;
-    const auto found = missing(open, end, g + 1 == gaps_.size(), share);
+    const bool isLast = g + 1 == gaps_.size() || gaps_[g + 1].before >= plan_.slots.size();
+    const auto found = missing(open, end, isLast, share);
     isOpen = !found;
     if (found) fill(openPlace, *found);
     if (found) noteDrift(gap.before, end);

@@ -146,7 +146,8 @@ def picture(rows, kinds, chosen):
     ]
     for i, tool in enumerate(chosen):
         x = left + i * 115
-        parts.append(f'<rect x="{x}" y="8" width="10" height="10" fill="{colours[i]}"/><text x="{x + 15}" y="17">{tool}</text>')
+        parts.append(f'<rect x="{x}" y="8" width="10" height="10" fill="{colours[i]}"/>')
+        parts.append(f'<text x="{x + 15}" y="17">{tool}</text>')
     y = 34
     for kind in kinds:
         middle = y + len(chosen) * bar / 2 + 4
@@ -156,7 +157,8 @@ def picture(rows, kinds, chosen):
             length = max(1.0, wide * value)
             title = f"{tool}: {shown(value)}"
             parts.append(
-                f'<rect x="{left}" y="{y}" width="{length:.1f}" height="{bar - 1}" fill="{colours[i]}"><title>{title}</title></rect>'
+                f'<rect x="{left}" y="{y}" width="{length:.1f}" height="{bar - 1}" fill="{colours[i]}">'
+                f"<title>{title}</title></rect>"
             )
             y += bar
         y += gap
@@ -195,7 +197,8 @@ def main():
             shutil.rmtree(work)
 
     beside = [tool for tool in chosen if not tool.startswith("without ")]
-    whole = ["", f"{len(rows)} damaged films; {shown(mean(row[2] for row in rows))} of their chunks are there in one piece."]
+    left = shown(mean(row[2] for row in rows))
+    whole = ["", f"{len(rows)} damaged films; {left} of their chunks are there in one piece."]
     means = summary(rows, {tool: tool for tool in beside}) + whole
     details = table(rows, kinds, beside, "in sync")
     print("\n".join([*means, "", "Pictures in step with the sound:", "", *details]))

@@ -81,7 +81,7 @@ class Original:
         return [hit for i, hit in enumerate(kept) if apart[i] in apart[max(0, i - 1) : i] + apart[i + 1 : i + 2]]
 
     def score(self, path):
-        """Shares of pictures found, of sound found, of pictures found in step with the sound, of seeks that end right."""
+        """Shares of pictures found, of sound found, of pictures in step with the sound, of seeks that end right."""
         played = pictures(path)
         known = [(self.number[digest], at) for at, digest in played if digest in self.number]
         found = [known[i] for i in longest_rise([number for number, _ in known])]

@@ -130,7 +130,8 @@ def bytes_missing(film, chance, other):
 
 
 def bytes_inserted(film, chance, other):
-    return edited(film, [(at, at, chance.randbytes(chance.randrange(1001, 9000, 2))) for at in places(film, chance, 3, 9)])
+    put = [chance.randbytes(chance.randrange(1001, 9000, 2)) for _ in range(3)]
+    return edited(film, [(at, at, some) for at, some in zip(places(film, chance, 3, 9), put)])
 
 
 def sizes_wrong(film, chance, other):
