@@ -31,9 +31,9 @@ function(zelvo_room name)
   endif()
 endfunction()
 
-# zelvo_join_sources(TARGET IS_WANTED): where it is wanted, the sources of a target are compiled several at a time, since
-# each of them takes longer over its headers than over itself. A name of an unnamed namespace is then one of all of
-# them.
+# zelvo_join_sources(TARGET IS_WANTED): where it is wanted, the sources of a target are compiled several at a time,
+# since each of them takes longer over its headers than over itself. A name of an unnamed namespace is then one of all
+# of them.
 function(zelvo_join_sources target is_wanted)
   if(is_wanted)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
