@@ -15,6 +15,7 @@
 #include "salvage/header_donor.h"
 #include "salvage/plan_choices.h"
 #include "salvage/text_transfer.h"
+#include "salvage/tried_keys.h"
 
 namespace zelvo::salvage {
 
@@ -91,6 +92,9 @@ class Work {
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
     plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, run_.decoder});
+    if (run_.decoder != nullptr && !isEnding())
+      flagKeysByDecoding(*run_.decoder, input_, header_, TrialBudget(), plan_);
+    report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
     describePlan(report_, plan_, header_);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
     if (run_.choices.closesGaps) {
@@ -102,6 +106,8 @@ class Work {
     report_.verdict = SalvageVerdict::hopeless;
     return SalvageEnd::noMedia;
   }
+
+  [[nodiscard]] bool canDecode() const { return run_.decoder != nullptr && run_.decoder->isThere(); }
 
   /// Gives streams a header that have none: a donor's, else one that is put together.
   void findLostHeaders(const MediaScan& scan, const ChunkChain& chain, const std::vector<SeenStream>& seen,
