@@ -209,6 +209,11 @@ class OneSalvage {
       warn(outcome, counted(left, "stream") + " of " + printable(input.path) + (left == 1 ? " is" : " are") +
                         " left out: the header is lost, and nothing tells what it holds. A --donor may help.");
     }
+    if (told.report->lacksDecoder) {
+      warn(outcome, "parts of " + printable(input.path) +
+                        " could have been found by decoding, but the program zelvo-avi-decoder, which lies beside "
+                        "zelvo-avi, is missing or did not last.");
+    }
     if (const auto warning = readsFailed(
             input.path, outcome.readFailures,
             told.report->unreadable > 0

@@ -17,6 +17,7 @@
 #include "salvage/plan_choices.h"
 #include "salvage/recent_reads.h"
 #include "salvage/text_transfer.h"
+#include "salvage/tried_keys.h"
 
 namespace zelvo::salvage {
 
@@ -96,6 +97,9 @@ class Work {
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
     plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, run_.decoder});
+    if (run_.decoder != nullptr && !isEnding())
+      flagKeysByDecoding(*run_.decoder, input_, header_, TrialBudget(), plan_);
+    report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
     describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
     if (run_.choices.closesGaps) closeGaps(plan_);
@@ -104,6 +108,8 @@ class Work {
     report_.verdict = SalvageVerdict::hopeless;
     return SalvageEnd::noMedia;
   }
+
+  [[nodiscard]] bool canDecode() const { return run_.decoder != nullptr && run_.decoder->isThere(); }
 
   /// Gives streams a header that have none: a donor's, else one that is put together.
   void findLostHeaders(const MediaScan& scan, const ChunkChain& chain, const std::vector<SeenStream>& seen,

@@ -5,6 +5,7 @@
 
 #include "salvage/codec.h"
 #include "salvage/cut_search.h"
+#include "salvage/slot_payload.h"
 
 namespace zelvo::salvage {
 
@@ -32,16 +33,7 @@ class Cuts {
 
  private:
   [[nodiscard]] platform::Bytes read(const Slot& slot) const {
-    if (slot.pieces == Slot::kOnePiece) return evidence_.input.readBytes(slot.source, slot.size);
-    platform::Bytes bytes;
-    for (std::size_t piece = slot.pieces; bytes.size() < slot.size; ++piece) {
-      const Piece& part = film_.pieces[piece];
-      const platform::Bytes more = part.offset == Piece::kSilence ? platform::Bytes(part.size)
-                                                                  : evidence_.input.readBytes(part.offset, part.size);
-      bytes.insert(bytes.end(), more.begin(), more.end());
-      if (more.size() < part.size) break;
-    }
-    return bytes;
+    return readPayload(evidence_.input, slot, film_.pieces);
   }
 
   [[nodiscard]] bool isOf(const Slot& slot, std::uint8_t stream) const {

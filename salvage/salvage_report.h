@@ -82,6 +82,7 @@ struct SalvageReport {
   std::vector<FoundField> fields;        ///< of headers that were put together
   std::size_t streamsWithoutHeader = 0;  ///< left out: nothing tells what they hold
   bool isDonorUseless = false;           ///< a donor was given, headers are lost, and none of its could stand in
+  bool lacksDecoder = false;             ///< payloads were to be tried by decoding, and nothing could do it
   std::vector<TemplateSource> indexes;   ///< that were found, tables first
   std::uint64_t indexedChunks = 0;       ///< that the plan has from an index
   std::vector<SalvagedSpan> spans;       ///< rising by where they lie in the damaged file

@@ -154,30 +154,20 @@ class ShapeTrials {
   struct Scored {
     TrialShape shape;
     double score = 0;
-    const std::vector<Bytes>* keys = nullptr;
-    bool isRefuted = false;
+    bool isFlat = false;  ///< a plane of it is, as of pictures without colour
   };
 
-  /// Scores each size. \return the first one, if any, that is beyond doubt
-  std::optional<TrialShape> tryCodec(const TrialCodec& codec, std::span<const PictureSize> sizes) {
+  /// Scores a codec at a size. \return it when it is beyond doubt
+  std::optional<TrialShape> tryCodec(const TrialCodec& codec, PictureSize size) {
     const std::vector<Bytes>& keys = keysOf(codec.codec);
-    if (keys.empty()) return std::nullopt;
-    for (const PictureSize size : sizes) {
-      if (!isPlausible(codec, size, keys.front().size())) continue;
-      Scored one;
-      one.shape = {codec.codec, avi::FourCC::at(std::as_bytes(std::span(codec.code))), size, codec.bits, {}};
-      one.keys = &keys;
-      if (codec.needsExtra) {
-        one.shape.extra = decoder_.usualExtra(streamOf(one.shape));
-        if (one.shape.extra.empty()) return std::nullopt;
-      }
-      if (!score(one)) continue;
-      if (one.score < kGoodScore) {
-        if (endsAtEdge(one)) return one.shape;
-        one.isRefuted = true;
-      }
-      scored_.push_back(std::move(one));
-    }
+    if (keys.empty() || !isPlausible(codec, size, keys.front().size())) return std::nullopt;
+    Scored one;
+    one.shape = {codec.codec, avi::FourCC::at(std::as_bytes(std::span(codec.code))), size, codec.bits, {}};
+    if (codec.needsExtra) one.shape.extra = decoder_.usualExtra(streamOf(one.shape));
+    if ((codec.needsExtra && one.shape.extra.empty()) || !score(one, keys)) return std::nullopt;
+    const bool isGood = one.score < kGoodScore && !one.isFlat;
+    if (isGood && endsAtEdge(one, keys)) return one.shape;
+    if (!isGood) scored_.push_back(std::move(one));
     return std::nullopt;
   }
 
@@ -239,33 +229,34 @@ class ShapeTrials {
   }
 
   /// False when it can be none: the decoder complains, or what comes is rough.
-  bool score(Scored& one) {
+  bool score(Scored& one, const std::vector<Bytes>& keys) {
     const TrialStream stream = streamOf(one.shape);
     if (!decoder_.open(stream)) return false;
     std::uint32_t complaints = 0;
     // This one complains of most sizes, which costs less than pictures.
     if (one.shape.codec == Codec::msMpeg4)
-      static_cast<void>(decode(stream, one.keys->front(), WantedPlanes::none, complaints));
+      static_cast<void>(decode(stream, keys.front(), WantedPlanes::none, complaints));
     if (complaints > kMaxComplaints) return false;
-    for (const Bytes& key : *one.keys) {
+    for (const Bytes& key : keys) {
       complaints = 0;
       const Planes planes = decode(stream, key, WantedPlanes::all, complaints);
       if (complaints > kMaxComplaints || planes.empty() || planes.front().width != stream.width ||
           planes.front().height != stream.height || isMostlyFlat(planes.front()))
         return false;
+      one.isFlat = one.isFlat || std::ranges::any_of(planes, isMostlyFlat);
       const double rough = roughness(planes);
       if (rough > kMaxRoughness) return false;
-      one.score += (kOfComplaint * complaints + rough) / static_cast<double>(one.keys->size());
+      one.score += (kOfComplaint * complaints + rough) / static_cast<double>(keys.size());
     }
     return true;
   }
 
   /// Whether the end of a payload is an edge of its picture.
-  [[nodiscard]] bool endsAtEdge(const Scored& one) {
+  [[nodiscard]] bool endsAtEdge(const Scored& one, const std::vector<Bytes>& keys) {
     const TrialStream stream = streamOf(one.shape);
     if (!decoder_.open(stream)) return false;
     std::uint32_t complaints = 0;
-    Bytes payload = one.keys->front();
+    Bytes payload = keys.front();
     const Planes whole = decode(stream, payload, WantedPlanes::all, complaints);
     const auto tail = static_cast<std::ptrdiff_t>(payload.size() / 64 + 4);
     std::fill(payload.end() - tail, payload.end(), std::byte{0});
@@ -283,13 +274,15 @@ class ShapeTrials {
 
   [[nodiscard]] std::optional<TrialShape> best(Codec likely, std::span<const PictureSize> sizes) {
     scored_.clear();
-    for (const TrialCodec& codec : kCodecs) {
-      if (codec.codec != likely) continue;
-      if (auto found = tryCodec(codec, sizes)) return found;
+    for (const PictureSize size : sizes) {
+      for (const TrialCodec& codec : kCodecs) {
+        if (codec.codec != likely) continue;
+        if (auto found = tryCodec(codec, size)) return found;
+      }
     }
     std::ranges::stable_sort(scored_, {}, &Scored::score);
     for (const Scored& one : scored_) {
-      if (!one.isRefuted && endsAtEdge(one)) return one.shape;
+      if (endsAtEdge(one, keysOf(one.shape.codec))) return one.shape;
     }
     return std::nullopt;
   }

@@ -4,6 +4,7 @@
 
 #include "tests/salvage/known_pictures.h"
 #include "tests/salvage/made_film.h"
+#include "tests/salvage/salvage_bench.h"
 
 namespace zelvo::tests {
 namespace {
@@ -51,6 +52,16 @@ TEST_F(LaidCuts, WithoutADecoderThePictureStaysTorn) {
   EXPECT_EQ(planned.plan.cutsFound, 0U);
   EXPECT_EQ(planned.plan.cutsOpen, 1U);
 }
+
+TEST_F(LaidCuts, RunWithoutADecoderSaysThatItLacksOne) {
+  film.insert(film.headers[20] + 8 + 300, noise(777));
+  SalvageBench bench(film.bytes);
+  EXPECT_TRUE(bench.perform().lacksDecoder);
+  bench.decoder = &decoder;
+  EXPECT_FALSE(bench.perform().lacksDecoder);
+}
+
+TEST_F(LaidCuts, WholeFilmNeedsNoDecoder) { EXPECT_FALSE(SalvageBench(film.bytes).perform().lacksDecoder); }
 
 TEST_F(LaidCuts, UnknownCodecStaysTorn) {
   decoder.isKnown = false;
