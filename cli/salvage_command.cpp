@@ -122,6 +122,7 @@ class OneSalvage {
                             .observer = progress_,
                             .cancel = cancel,
                             .workers = environment_.workers,
+                            .decoder = &environment_.trialDecoder,
                             .choices = choices_.repair,
                             .makeOutput = {}};
     if (!choices_.isDry) {

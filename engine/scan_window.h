@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "avi/input_file.h"
-#include "engine/look_ahead.h"
 #include "engine/look_ahead_map.h"
 #include "platform/page_bytes.h"
 

@@ -7,6 +7,7 @@
 #include <array>
 #include <optional>
 
+#include "avi/chunk_codes.h"
 #include "salvage/headless_payload.h"
 #include "salvage/payload_length.h"
 
@@ -14,7 +15,6 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Fewer bytes between chunks hold nothing.
 constexpr std::uint64_t kSmallestGap = 8;
 /// Payloads that are longer are not read to find their end.
@@ -30,7 +30,7 @@ struct Link {
   bool isPalette = false;                    ///< a chunk that changes the palette
   SlotState state = SlotState::whole;
 
-  [[nodiscard]] std::uint64_t payload() const { return offset + kChunkHeader; }
+  [[nodiscard]] std::uint64_t payload() const { return offset + avi::kChunkHeader; }
   [[nodiscard]] std::uint64_t payloadEnd() const { return payload() + size; }
 };
 
@@ -131,8 +131,8 @@ void Filling::noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t long
 /// Takes what lies between two chunks as one whose header is lost, if it is one to the byte.
 bool Filling::takeHeadless(std::uint64_t begin, std::uint64_t end) {
   constexpr std::uint64_t kSmallest = 16;
-  if (end < begin + kChunkHeader + kSmallest || end - begin > kLongest) return false;
-  const std::uint64_t payload = begin + kChunkHeader;
+  if (end < begin + avi::kChunkHeader + kSmallest || end - begin > kLongest) return false;
+  const std::uint64_t payload = begin + avi::kChunkHeader;
   constexpr int kMaxTries = 8;
   int tries = 0;
   for (std::size_t i = 0; i < streams_.count() && tries < kMaxTries; ++i) {

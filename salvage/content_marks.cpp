@@ -13,12 +13,12 @@ namespace zelvo::salvage {
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
+using ByteView = std::span<const std::byte>;
 
 constexpr std::size_t kSectorSize = 512;
 constexpr std::uint32_t kLongest = std::uint32_t{8} << 20U;
 /// Fewer payloads are no rule.
-constexpr std::size_t kFewest = 8;
+constexpr std::size_t kFewestJudged = 8;
 constexpr std::uint32_t kOdd = 1000;
 
 bool isPresent(const Slot& slot) {
@@ -36,17 +36,17 @@ bool hasOwnMarks(Codec codec) {
 }
 
 /// Whether the payload's own marks go on nearly to its end: some writers pad.
-bool isMarkedToItsEnd(Codec codec, Bytes payload) {
+bool isMarkedToItsEnd(Codec codec, ByteView payload) {
   const auto length = payloadLength(codec, payload);
   return length && std::uint64_t{*length} * 8 >= std::uint64_t{payload.size()} * 7;
 }
 
-std::int32_t wide(Bytes bytes, std::size_t at) {
+std::int32_t wide(ByteView bytes, std::size_t at) {
   return static_cast<std::int16_t>(avi::loadLittleEndian16(bytes.subspan(at).first<2>()));
 }
 
 /// In thousandths of what random bytes have.
-std::uint32_t noiseIn(Bytes sector, const SampleLayout& layout) {
+std::uint32_t noiseIn(ByteView sector, const SampleLayout& layout) {
   const std::size_t step = layout.isWide ? 2 : 1;
   // Two random numbers are a third of their range apart.
   const std::uint64_t random = layout.isWide ? 65'536 / 3 : 256 / 3;
@@ -100,7 +100,7 @@ void Marking::mark(std::uint8_t stream) {
     if (oddity == kOdd) ++odd;
     judged_.push_back({static_cast<std::uint32_t>(i), oddity});
   }
-  if (judged_.size() < kFewest) return;
+  if (judged_.size() < kFewestJudged) return;
   if (layout) {
     constexpr std::uint32_t kNoise = 800;
     constexpr std::uint32_t kUsual = 550;  // of a stream in which noise stands out

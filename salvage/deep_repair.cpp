@@ -15,6 +15,7 @@
 #include "salvage/header_donor.h"
 #include "salvage/late_information.h"
 #include "salvage/plan_choices.h"
+#include "salvage/recent_reads.h"
 #include "salvage/text_transfer.h"
 
 namespace zelvo::salvage {
@@ -49,7 +50,8 @@ class Work {
       : run_(run),
         file_(run.input, run.observer),
         text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
-        input_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_) {
+        recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
+        input_(recent_) {
     report_.inputSize = run.inputSize;
     if (text_) report_.returnsLeftOut = run.inputSize - std::min(run.inputSize, text_->size());
     report_.outputLimit = largestOutput(run.inputSize);
@@ -93,7 +95,7 @@ class Work {
     report_.indexes = index.tables;
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
-    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index});
+    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, run_.decoder});
     describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
     if (run_.choices.closesGaps) closeGaps(plan_);
@@ -116,7 +118,8 @@ class Work {
       lost = sample();
     }
     if (!lost.empty())
-      report_.fields = synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates});
+      report_.fields =
+          synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates, &input_, run_.decoder});
     report_.streamsWithoutHeader = streamsWithoutHeader(header_, seen).size();
   }
 
@@ -141,6 +144,7 @@ class Work {
   const SalvageRun& run_;
   WatchedFile file_;
   const std::unique_ptr<TextTransfer> text_;  ///< the input as it was before it was taken for text
+  RecentReads recent_;
   avi::InputFile input_;
   FilmHeader header_;
   FilmPlan plan_;

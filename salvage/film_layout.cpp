@@ -5,20 +5,20 @@
 #include <algorithm>
 #include <limits>
 
+#include "avi/chunk_codes.h"
 #include "salvage/header_writer.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 constexpr std::uint64_t kListHeader = 12;
 constexpr std::uint64_t kTableEntry = 16;
 constexpr std::uint64_t kStandardEntry = 8;
 
 bool isGone(const Slot& slot) { return slot.state == SlotState::lost || slot.state == SlotState::refilled; }
 
-std::uint64_t chunkSize(std::uint32_t payload) { return kChunkHeader + payload + (payload & 1U); }
+std::uint64_t chunkSize(std::uint32_t payload) { return avi::kChunkHeader + payload + (payload & 1U); }
 
 void count(ChunkSum& sum, std::uint32_t payload) {
   ++sum.chunks;
@@ -70,7 +70,7 @@ void place(FilmLayout& layout) {
     for (const ChunkSum& sum : form.chunks) {
       if (sum.chunks > 0) at += standardIndexSize(sum.chunks);
     }
-    if (isFirst) at += kChunkHeader + kTableEntry * form.written;
+    if (isFirst) at += avi::kChunkHeader + kTableEntry * form.written;
     form.end = at;
   }
 }

@@ -18,6 +18,7 @@
 #include "salvage/entry_places.h"
 #include "salvage/evidence.h"
 #include "salvage/film_streams.h"
+#include "salvage/laid_cuts.h"
 #include "salvage/laid_film.h"
 #include "salvage/lone_stretches.h"
 #include "salvage/plan_spans.h"
@@ -28,7 +29,6 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Of the original; less holds no chunk that is worth looking for.
 constexpr std::uint64_t kSmallestRoom = 16;
 constexpr std::uint64_t kEndless = std::numeric_limits<std::uint64_t>::max();
@@ -95,7 +95,7 @@ class Planner {
 DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool isForeign) const {
   const auto& tables = evidence_.scan.tables;
   const std::uint64_t indexBegin =
-      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - kChunkHeader) + kChunkHeader;
+      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - avi::kChunkHeader) + avi::kChunkHeader;
   DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
   dropChance(made, entries, evidence_.scan.candidates, isForeign);
   dropLone(made, entries, evidence_.scan.candidates, evidence_.chain);
@@ -237,7 +237,7 @@ std::vector<Planner::Room> Planner::rooms() const {
 void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes) {
   constexpr std::uint64_t kSlack = 64;
   std::uint64_t found = 0;
-  for (const Slot& slot : part.slots) found += slot.size + kChunkHeader;
+  for (const Slot& slot : part.slots) found += slot.size + avi::kChunkHeader;
   if (room != kEndless && found > room + kSlack) return;
   std::uint64_t left = room == kEndless ? kEndless : room - std::min(room, found);
   for (ChainGap& gap : part.gaps) {
@@ -298,9 +298,10 @@ std::optional<std::uint64_t> Planner::picturesOfAll() const {
 /// How many bytes of the media the file lacks by the size of their list, when there is one list and its end is there.
 std::optional<std::uint64_t> Planner::missingBytes() const {
   const auto& media = evidence_.headers.media;
-  if (!picturesOfAll() || !media || media->size <= kChunkHeader || evidence_.headers.openDmlFrames) return std::nullopt;
+  if (!picturesOfAll() || !media || media->size <= avi::kChunkHeader || evidence_.headers.openDmlFrames)
+    return std::nullopt;
   const Slot& last = plan_.slots.back();
-  const std::uint64_t declared = media->offset + kChunkHeader + media->size;
+  const std::uint64_t declared = media->offset + avi::kChunkHeader + media->size;
   const std::uint64_t found = last.source + last.size + last.size % 2;
   return declared - std::min(declared, found);
 }
@@ -322,7 +323,10 @@ FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
   chooseEntries();
   plan_.indexedChunks = entries_.size();
-  join(layEntries(evidence_, streams_, entries_, places_));
+  LaidFilm laid = layEntries(evidence_, streams_, entries_, places_);
+  plan_.cutsFound = closeCuts(evidence_, laid);
+  plan_.cutsOpen = laid.openCuts.size();
+  join(std::move(laid));
   fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
   markContent(evidence_, plan_);

@@ -4,13 +4,13 @@
 #include <span>
 
 #include "avi/byte_order.h"
+#include "avi/chunk_codes.h"
 #include "salvage/content_marks.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Payloads that are longer are not compared.
 constexpr std::uint32_t kLongest = std::uint32_t{8} << 20U;
 constexpr int kFewestBits = 16;
@@ -42,7 +42,7 @@ bool HeadlessPayloads::isSurely(std::uint8_t stream, std::uint64_t payload, std:
   const platform::Bytes head = evidence_.input.readBytes(payload, length);
   const platform::Bytes tail = evidence_.input.readBytes(payload + size - length, length);
   if (head.size() < 4) return false;
-  const Candidate candidate(payload - kChunkHeader, CandidateKind::data, number, 0, size,
+  const Candidate candidate(payload - avi::kChunkHeader, CandidateKind::data, number, 0, size,
                             avi::loadLittleEndian32(std::span(head).first<4>()));
   return facts.signature.score(candidate) > 0 && shapes_[stream].isComplete(head, tail, size) != Fit::contradicts;
 }

@@ -19,12 +19,9 @@ namespace zelvo::salvage {
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
+using ByteView = std::span<const std::byte>;
 
-constexpr std::uint64_t kChunkHeader = 8;
 constexpr std::uint32_t kNotKey = 0x80000000;  // in the size of a standard index's entry
-
-std::uint32_t number(Bytes bytes, std::size_t at) { return avi::loadLittleEndian32(bytes.subspan(at).first<4>()); }
 
 /// Calls `take` with each whole record of `size` bytes between `begin` and `end` that can be read, and the bytes after
 /// it that came with it.
@@ -32,12 +29,13 @@ template <class Take>
 void eachRecord(avi::InputFile& input, std::uint64_t begin, std::uint64_t end, std::size_t size, const Take& take) {
   constexpr std::size_t kRecords = 4096;
   constexpr std::uint64_t kPage = 4096;
-  platform::Bytes window(kRecords * size);
+  platform::Bytes window(
+      static_cast<std::size_t>(std::min<std::uint64_t>(kRecords * size, end - std::min(begin, end))));
   std::uint64_t at = begin;
   while (at + size <= end) {
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(window.size(), end - at));
     const std::size_t count = input.read(at, std::span(window).first(wanted)) / size * size;
-    for (std::size_t i = 0; i < count; i += size) take(Bytes(window).subspan(i, count - i));
+    for (std::size_t i = 0; i < count; i += size) take(ByteView(window).subspan(i, count - i));
     at += count;
     if (count > 0) continue;
     if (at >= input.size()) return;
@@ -109,7 +107,7 @@ void Reading::readTable(const IndexTable& table) {
   TemplateSource source{table.begin, 0, Belonging::unknown};
   std::uint64_t wrapped = 0;
   std::uint32_t last = 0;
-  eachRecord(input_, table.begin, table.end, kTableEntry, [&](Bytes bytes) {
+  eachRecord(input_, table.begin, table.end, kTableEntry, [&](ByteView bytes) {
     const auto entry = tableEntry(bytes, codes_);
     if (!entry) return;
     --part.unreadable;
@@ -255,12 +253,12 @@ bool Reading::isNextToOthersChunks(const StandardIndex& index, const SuperIndex&
   std::uint64_t looks = 0;
   const std::size_t behind = scan_.candidates.firstAtOrAfter(index.offset, 0, looks);
   std::map<std::int64_t, std::size_t> votes;  // for displacements
-  eachRecord(input_, first, first + count * index.entrySize(), index.entrySize(), [&](Bytes bytes) {
-    const std::uint64_t header = index.baseOffset + number(bytes, 0) - kChunkHeader;
+  eachRecord(input_, first, first + count * index.entrySize(), index.entrySize(), [&](ByteView bytes) {
+    const std::uint64_t header = index.baseOffset + avi::littleEndian32At(bytes, 0) - avi::kChunkHeader;
     for (std::size_t i = behind; i > 0 && behind - i < kMaxBack; --i) {
       const Candidate& chunk = scan_.candidates[i - 1];
       const bool isAlike = chunk.kind() == CandidateKind::data && chunk.stream() == index.stream &&
-                           chunk.size() == (number(bytes, 4) & ~kNotKey);
+                           chunk.size() == (avi::littleEndian32At(bytes, 4) & ~kNotKey);
       if (isAlike) ++votes[static_cast<std::int64_t>(chunk.offset()) - static_cast<std::int64_t>(header)];
     }
   });
@@ -275,14 +273,14 @@ void Reading::readStandard(const StandardIndex& index) {
   TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index)};
   const std::uint64_t end = std::min(index.end(), input_.size());
   if (code) {
-    eachRecord(input_, source.offset, end, index.entrySize(), [&](Bytes bytes) {
+    eachRecord(input_, source.offset, end, index.entrySize(), [&](ByteView bytes) {
       ++source.entries;
-      const std::uint64_t payload = index.baseOffset + number(bytes, 0);
+      const std::uint64_t payload = index.baseOffset + avi::littleEndian32At(bytes, 0);
       if (payload < 8 || payload < index.baseOffset) {
         ++made_.leftOut;
         return;
       }
-      const std::uint32_t size = number(bytes, 4);
+      const std::uint32_t size = avi::littleEndian32At(bytes, 4);
       add({payload - 8, size & ~kNotKey, code->stream, code->suffix, (size & kNotKey) == 0,
            source.belonging == Belonging::foreign});
     });
@@ -301,10 +299,12 @@ bool Reading::isExact(const TemplateEntry& entry) const {
 
 void Reading::merge() {
   std::vector<TemplateEntry>& entries = made_.entries;
-  std::ranges::sort(entries, [](const TemplateEntry& one, const TemplateEntry& other) {
-    return std::tuple(one.offset, one.stream, one.size, one.suffix, one.isForeign, one.isKey) <
-           std::tuple(other.offset, other.stream, other.size, other.suffix, other.isForeign, other.isKey);
-  });
+  const auto isBefore = [](const TemplateEntry& one, const TemplateEntry& other) {
+    if (one.offset != other.offset) return one.offset < other.offset;
+    return std::tuple(one.stream, one.size, one.suffix, one.isForeign, one.isKey) <
+           std::tuple(other.stream, other.size, other.suffix, other.isForeign, other.isKey);
+  };
+  if (!std::ranges::is_sorted(entries, isBefore)) std::ranges::sort(entries, isBefore);
   while (!entries.empty() && entries.back().offset >= Candidate::kOffsetLimit) {
     entries.pop_back();
     ++made_.leftOut;
@@ -346,7 +346,9 @@ IndexTemplate Reading::run() {
 
 IndexTemplate indexTemplate(avi::InputFile& input, const SurvivingHeaders& headers, const StreamCodes& codes,
                             const MediaScan& scan, std::size_t mostEntries) {
-  return Reading(input, headers, codes, scan, mostEntries).run();
+  constexpr std::uint64_t kAnyway = 262'144;
+  const std::uint64_t most = std::min<std::uint64_t>(mostEntries, kAnyway + input.size() / 64);
+  return Reading(input, headers, codes, scan, static_cast<std::size_t>(most)).run();
 }
 
 }  // namespace zelvo::salvage

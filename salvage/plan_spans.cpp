@@ -12,8 +12,6 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
-
 class Telling {
  public:
   Telling(const SpanEvidence& from, const FilmPlan& plan) : from_(from), plan_(plan) {}
@@ -75,7 +73,7 @@ void Telling::findForms() {
                         media.offset() == form.next() && media.head() == avi::kMovi.value;
     if (!isForm) continue;
     const std::uint64_t found = form.offset() - last.file;
-    const std::uint64_t told = kChunkHeader + last.size + last.size % 2;
+    const std::uint64_t told = avi::kChunkHeader + last.size + last.size % 2;
     const bool isTrue = told + kSlack >= found && told <= found + found / 2 + kSlack;
     last = {form.offset(), last.original + (isTrue ? told : found), form.size()};
     forms_.push_back(last);
@@ -113,7 +111,7 @@ void Telling::place(const Slot& slot) {
   hasPlace_ = slot.hasSource() || (slot.size == 0 && slot.source != 0);
   hasOriginal_ = slot.isIndexed || hasPlace_;
   if (hasPlace_) {
-    fileBegin_ = slot.source - std::min(slot.source, kChunkHeader);
+    fileBegin_ = slot.source - std::min(slot.source, avi::kChunkHeader);
     const bool isOnePiece = slot.pieces == Slot::kOnePiece;
     fileStop_ = slot.source + (isOnePiece ? slot.size : plan_.pieces[slot.pieces].size);
   }
@@ -162,7 +160,7 @@ std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
   const std::int64_t place = from_.places.headerOf(entry_, from_.entries);
   if (place < 0 || static_cast<std::uint64_t>(place) >= from_.evidence.scan.end) return LossCause::cut;
   const auto begin = static_cast<std::uint64_t>(place);
-  const std::uint64_t end = begin + kChunkHeader + from_.entries[entry_].size;
+  const std::uint64_t end = begin + avi::kChunkHeader + from_.entries[entry_].size;
   const LossCause inPlace = causeInFile(begin, end);
   return liesBetweenMoves_[entry_] && inPlace == LossCause::overwritten ? LossCause::missing : inPlace;
 }
@@ -205,20 +203,20 @@ void Telling::tell(std::size_t number, const Slot& slot) {
   if (hasPlace_) fileEnd_ = fileStop_;
   if (hasOriginal_) originalEnd_ = originalStop_;
   if (hasPlace_) refilled_ = 0;
-  if (slot.state == SlotState::refilled) refilled_ += kChunkHeader + usualSize(slot);
+  if (slot.state == SlotState::refilled) refilled_ += avi::kChunkHeader + usualSize(slot);
   if (slot.isIndexed) ++entry_;
 }
 
 /// What the headers say was after the last chunk.
 void Telling::addTail() {
   const SurvivingHeaders& headers = from_.evidence.headers;
-  std::uint64_t end = headers.media ? headers.media->offset + kChunkHeader + headers.media->size : 0;
+  std::uint64_t end = headers.media ? headers.media->offset + avi::kChunkHeader + headers.media->size : 0;
   for (const SurvivingStream& stream : headers.streams) {
     if (!stream.superIndex) continue;
     for (const SuperIndexEntry& entry : stream.superIndex->entries)
       end = std::max(end, std::min(entry.offset, Candidate::kOffsetLimit));
   }
-  if (!forms_.empty()) end = std::max(end, forms_.back().original + kChunkHeader + forms_.back().size);
+  if (!forms_.empty()) end = std::max(end, forms_.back().original + avi::kChunkHeader + forms_.back().size);
   const std::uint64_t fileSize = from_.evidence.scan.end;
   const auto inFile = static_cast<std::int64_t>(end) - shift_;
   if (originalEnd_ >= end || inFile <= static_cast<std::int64_t>(fileSize)) return;

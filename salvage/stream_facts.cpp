@@ -43,24 +43,27 @@ struct BitCounts {
   }
 };
 
-/// The value that a share of `perMille` thousandths do not exceed; of sorted sizes, at least one.
-std::uint32_t quantile(std::span<const std::uint32_t> sorted, std::uint64_t perMille) {
-  const std::uint64_t rank = (sorted.size() * perMille + 999) / 1000;
-  return sorted[static_cast<std::size_t>(std::max<std::uint64_t>(rank, 1) - 1)];
+/// The value that a share of `perMille` thousandths do not exceed; of at least one size. Changes the order of `sizes`.
+std::uint32_t quantile(std::span<std::uint32_t> sizes, std::uint64_t perMille) {
+  const std::uint64_t rank = std::max<std::uint64_t>(1, (sizes.size() * perMille + 999) / 1000);
+  const auto place = sizes.begin() + static_cast<std::ptrdiff_t>(rank - 1);
+  std::ranges::nth_element(sizes, place);
+  return *place;
 }
 
-std::optional<std::uint32_t> fixedSize(std::span<const std::uint32_t> sorted) {
+std::optional<std::uint32_t> fixedSize(std::span<std::uint32_t> sizes) {
   // What more than half have stands in the middle.
-  const std::uint32_t candidate = sorted[sorted.size() / 2];
-  const auto [first, last] = std::ranges::equal_range(sorted, candidate);
-  if (static_cast<std::uint64_t>(last - first) * 100 < sorted.size() * kFixedPercent) return std::nullopt;
+  const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
+  std::ranges::nth_element(sizes, middle);
+  const std::uint32_t candidate = *middle;
+  const auto alike = static_cast<std::uint64_t>(std::ranges::count(sizes, candidate));
+  if (alike * 100 < sizes.size() * kFixedPercent) return std::nullopt;
   return candidate;
 }
 
 /// `sizes`: of the chunks that are not empty.
 void learnSizes(std::span<std::uint32_t> sizes, StreamFacts& facts) {
   if (sizes.empty()) return;
-  std::ranges::sort(sizes);
   for (const std::uint32_t size : sizes) facts.bytes += size;
   facts.mean = static_cast<std::uint32_t>(facts.bytes / sizes.size());
   facts.smallest = quantile(sizes, 5);

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "avi/chunk_codes.h"
 #include "salvage/clock_turns.h"
 #include "salvage/gap_share.h"
 #include "salvage/refill.h"
@@ -20,7 +21,6 @@ namespace zelvo::salvage {
 namespace {
 
 constexpr std::size_t kMaxLooks = 4096;
-constexpr std::uint64_t kChunkHeader = 8;
 
 double median(std::vector<double> values) {
   std::ranges::sort(values);
@@ -127,7 +127,7 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
     pictureTime_ = time;
     double sum = 0;
     for (const std::uint32_t size : sizes[i]) sum += size;
-    pictureBytes_ = kChunkHeader + sum / static_cast<double>(sizes[i].size());
+    pictureBytes_ = avi::kChunkHeader + sum / static_cast<double>(sizes[i].size());
   }
 }
 
@@ -192,7 +192,7 @@ double Timeline::picturesByBytes(std::uint64_t bytes, const std::vector<double>&
   double left = static_cast<double>(bytes);
   double perPicture = pictureBytes_;
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const double rate = (tracks_[t].chunkSize + static_cast<double>(kChunkHeader)) / tracks_[t].chunkTime;
+    const double rate = (tracks_[t].chunkSize + static_cast<double>(avi::kChunkHeader)) / tracks_[t].chunkTime;
     left -= shift[t] * rate;
     perPicture += pictureTime_ * rate;
   }
@@ -272,7 +272,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
     double time = shift[t] + static_cast<double>(missing.pictures) * pictureTime_;
     if (!pictures_)
-      time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + kChunkHeader) * tracks_[t].chunkTime;
+      time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + avi::kChunkHeader) * tracks_[t].chunkTime;
     missing.sound.push_back(std::max(0.0, time));
   }
   estimates_.push_back({missing.pictures, gap.bytes, isExact});
