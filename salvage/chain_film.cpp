@@ -133,8 +133,12 @@ bool Filling::takeHeadless(std::uint64_t begin, std::uint64_t end) {
   constexpr std::uint64_t kSmallest = 16;
   if (end < begin + avi::kChunkHeader + kSmallest || end - begin > kLongest) return false;
   const std::uint64_t payload = begin + avi::kChunkHeader;
-  for (std::size_t i = 0; i < streams_.count(); ++i) {
+  constexpr int kMaxTries = 8;
+  int tries = 0;
+  for (std::size_t i = 0; i < streams_.count() && tries < kMaxTries; ++i) {
     const auto stream = static_cast<std::uint8_t>(i);
+    if (!headless_.mayFill(stream, end - payload)) continue;
+    ++tries;
     const std::uint32_t size = lengthIn(stream, payload, end - payload);
     if (!headless_.isSurely(stream, payload, size, film_.slots)) continue;
     Slot slot;

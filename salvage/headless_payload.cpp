@@ -13,12 +13,21 @@ namespace {
 
 /// Payloads that are longer are not compared.
 constexpr std::uint32_t kLongest = std::uint32_t{8} << 20U;
+constexpr int kFewestBits = 16;
 
 }  // namespace
 
+bool HeadlessPayloads::mayFill(std::uint8_t stream, std::uint64_t room) const {
+  const std::uint8_t number = streams_.numberOf(stream);
+  if (number >= evidence_.facts.size() || room > kLongest) return false;
+  const StreamFacts& facts = evidence_.facts[number];
+  if (facts.fixedSize) return *facts.fixedSize == room || *facts.fixedSize + std::uint64_t{1} == room;
+  return facts.signature.constantBits() >= kFewestBits && room >= facts.smallest / 2 &&
+         room <= std::uint64_t{facts.largest} * 3 / 2;
+}
+
 bool HeadlessPayloads::isSurely(std::uint8_t stream, std::uint64_t payload, std::uint32_t size,
                                 const std::vector<Slot>& before) const {
-  constexpr int kFewestBits = 16;
   const std::uint8_t number = streams_.numberOf(stream);
   if (number >= evidence_.facts.size() || size == 0 || size > kLongest) return false;
   const StreamFacts& facts = evidence_.facts[number];
@@ -27,8 +36,7 @@ bool HeadlessPayloads::isSurely(std::uint8_t stream, std::uint64_t payload, std:
     const auto last = std::ranges::find(before.rbegin(), before.rend(), stream, &Slot::stream);
     return isLike(last == before.rend() ? nullptr : &*last, stream, payload, size);
   }
-  if (facts.signature.constantBits() < kFewestBits || size < facts.smallest / 2 || size > facts.largest * 3 / 2)
-    return false;
+  if (!mayFill(stream, size)) return false;
   constexpr std::uint32_t kEdge = 64;
   const std::size_t length = std::min(kEdge, size);
   const platform::Bytes head = evidence_.input.readBytes(payload, length);

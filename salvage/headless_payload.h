@@ -18,6 +18,9 @@ class HeadlessPayloads {
   HeadlessPayloads(const Evidence& evidence, const FilmStreams& streams, const std::vector<PayloadShape>& shapes)
       : evidence_(evidence), streams_(streams), shapes_(shapes) {}
 
+  /// Whether a stream has payloads that fill `room`, a pad byte left out, and by which they are known. Reads nothing.
+  [[nodiscard]] bool mayFill(std::uint8_t stream, std::uint64_t room) const;
+
   /// Whether the payload at `payload` is surely one of a stream: by the one size that the stream's chunks have and
   /// content like that of the last one of `before`, or by bits that all of them begin with.
   /// Failure: what cannot be read is none.

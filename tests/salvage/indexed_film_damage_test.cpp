@@ -166,5 +166,17 @@ TEST(IndexedFilmDamage, HalfOfAnotherFilmOfTheSameLengthIsLeftOut) {
   EXPECT_EQ(Words(words.begin(), words.begin() + 40), allBut(40));
 }
 
+TEST(IndexedFilmDamage, FirstChunkAloneInItsPlaceStays) {
+  MadeFilm film;
+  film.remove(film.headers[1], 300);
+  const Words words = planOfIndex(film);
+  ASSERT_EQ(words.size(), 80U);
+  EXPECT_EQ(words[0], "0");
+  EXPECT_EQ(Words(words.begin() + 2, words.end()), [] {
+    const Words all = allBut(80);
+    return Words(all.begin() + 2, all.end());
+  }());
+}
+
 }  // namespace
 }  // namespace zelvo::tests
