@@ -87,6 +87,8 @@ std::string_view nameOf(LossCause cause) {
       return "code";
     case LossCause::cut:
       return "cut";
+    case LossCause::moved:
+      return "moved";
     case LossCause::unreadable:
       break;
   }
@@ -106,6 +108,8 @@ std::string_view doneAbout(LossCause cause) {
     case LossCause::doubled:
     case LossCause::foreign:
       return "left out";
+    case LossCause::moved:
+      return "put together again";
     case LossCause::sizeField:
       return "the size is mended";
     case LossCause::code:
@@ -118,6 +122,7 @@ std::string_view wordsFor(LossCause cause) {
   if (cause == LossCause::sizeField) return "wrong size";
   if (cause == LossCause::code) return "wrong code";
   if (cause == LossCause::cut) return "cut off";
+  if (cause == LossCause::moved) return "in parts at several places";
   return nameOf(cause);
 }
 
@@ -229,6 +234,11 @@ std::string spanWords(const salvage::SalvagedSpan& span, const SalvageReport& re
   }
   if (!span.streams.empty()) text += ")";
   return text + "; " + std::string(doneAbout(span.span.cause));
+}
+
+std::string transferWords(const SalvageReport& report) {
+  return "sent as if it were text, which put " + counted(report.returnsLeftOut, "byte") +
+         " in; they are left out, and places are told without them";
 }
 
 std::string whyNothing(const SalvageReport& report, const std::string& name) {

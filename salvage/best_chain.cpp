@@ -1,24 +1,27 @@
-// From the last candidate to the first: the best that can follow each is known when its turn comes.
+// From the last candidate to the first: the best that can follow each is known when its turn comes. The best of so many
+// in a row is kept for each place where such a row may begin, so that looking ahead takes one look.
 #include "salvage/best_chain.h"
 
 #include <algorithm>
+#include <array>
 
 namespace zelvo::salvage {
 
 namespace {
 
 constexpr std::size_t kLookAhead = 40;
-/// Hundredths.
-constexpr std::int64_t kChunk = 100;
-constexpr std::int64_t kContainer = 50;
-constexpr std::int64_t kSkipped = 20;
-constexpr std::int64_t kCloses = 200;
-constexpr std::int64_t kClosesUnpadded = 150;
-constexpr std::int64_t kBytesBetween = -100;
-constexpr std::int64_t kOverlaps = -160;
-constexpr std::int64_t kNever = -1'000'000'000'000;
+/// Hundredths. A chunk and its link come to 450 at the most, so that four million of them do not overflow.
+constexpr std::int32_t kChunk = 100;
+constexpr std::int32_t kContainer = 50;
+constexpr std::int32_t kSkipped = 20;
+constexpr std::int32_t kCloses = 200;
+constexpr std::int32_t kClosesUnpadded = 150;
+constexpr std::int32_t kBytesBetween = -100;
+constexpr std::int32_t kOverlaps = -160;
+constexpr std::int32_t kNever = -1'000'000'000;
+constexpr std::int32_t kMost = 2'000'000'000;
 
-std::int64_t ownScore(const Candidate& candidate, const std::vector<StreamFacts>& facts) {
+std::int32_t ownScore(const Candidate& candidate, const std::vector<StreamFacts>& facts) {
   if (candidate.isContainer()) return kContainer;
   if (candidate.kind() != CandidateKind::data) return kSkipped;
   if (candidate.stream() >= facts.size()) return kChunk;
@@ -51,23 +54,55 @@ std::vector<bool> insideProved(const CandidateList& candidates, const ChunkChain
   return isInside;
 }
 
+/// The scores of all chains from one candidate on, and the best of the rows of `kLookAhead` candidates.
+/// Filled from the last candidate to the first.
+class Scores {
+ public:
+  explicit Scores(std::size_t count) : best_(count), rows_(count) {}
+
+  [[nodiscard]] std::int32_t operator[](std::size_t number) const { return best_[number]; }
+  void set(std::size_t number, std::int32_t score) {
+    best_[number] = score;
+    // Of those that are worse and lie after it nothing is heard again.
+    while (first_ != last_ && best_[open_[(last_ - 1) % kRing]] <= score) --last_;
+    open_[last_++ % kRing] = static_cast<std::uint32_t>(number);
+    if (open_[first_ % kRing] >= number + kLookAhead) ++first_;
+    rows_[number] = open_[first_ % kRing];
+  }
+  /// The best of the row that begins at `number`; of equal ones the first.
+  [[nodiscard]] std::size_t bestOfRow(std::size_t number) const { return rows_[number]; }
+  [[nodiscard]] std::size_t bestOfAll() const {
+    return static_cast<std::size_t>(std::ranges::max_element(best_) - best_.begin());
+  }
+
+ private:
+  static constexpr std::size_t kRing = 64;
+  static_assert(kRing > kLookAhead);
+
+  std::vector<std::int32_t> best_;
+  std::vector<std::uint32_t> rows_;
+  std::array<std::uint32_t, kRing> open_{};  ///< of the row at hand: falling scores, the best first
+  std::uint64_t first_ = 0;
+  std::uint64_t last_ = 0;
+};
+
 }  // namespace
 
 std::vector<std::uint32_t> bestChain(const CandidateList& candidates, const ChunkChain& chain,
                                      const std::vector<StreamFacts>& facts) {
   const std::size_t count = candidates.size();
-  std::vector<std::int64_t> best(count);
+  Scores best(count);
   std::vector<std::uint32_t> following(count, ChunkChain::kNone);
   const std::vector<bool> isInside = insideProved(candidates, chain);
   std::uint64_t looks = 0;
   for (std::size_t i = count; i-- > 0;) {
     if (isInside[i]) {
-      best[i] = kNever;
+      best.set(i, kNever);
       continue;
     }
     const Candidate& candidate = candidates[i];
-    std::int64_t score = chain.is(i, ChainFact::closesOnEnd) ? kCloses : 0;
-    const auto consider = [&](std::size_t next, std::int64_t link) {
+    std::int32_t score = chain.is(i, ChainFact::closesOnEnd) ? kCloses : 0;
+    const auto consider = [&](std::size_t next, std::int32_t link) {
       if (best[next] + link <= score) return;
       score = best[next] + link;
       following[i] = static_cast<std::uint32_t>(next);
@@ -75,14 +110,20 @@ std::vector<std::uint32_t> bestChain(const CandidateList& candidates, const Chun
     const std::uint32_t successor = chain.next(i);
     if (successor != ChunkChain::kNone)
       consider(successor, chain.is(i, ChainFact::closesOnCandidate) ? kCloses : kClosesUnpadded);
-    const std::size_t behind = candidates.firstAtOrAfter(candidate.next(), i + 1, looks);
-    for (std::size_t j = i + 1; j < std::min(behind, i + 1 + kLookAhead); ++j) consider(j, kOverlaps);
-    for (std::size_t j = behind; j < std::min(count, behind + kLookAhead); ++j) consider(j, kBytesBetween);
-    best[i] = ownScore(candidate, facts) + score;
+    const std::size_t behind = chain.is(i, ChainFact::closesOnCandidate)
+                                   ? successor
+                                   : candidates.firstAtOrAfter(candidate.next(), i + 1, looks);
+    if (behind >= i + 1 + kLookAhead) {
+      consider(best.bestOfRow(i + 1), kOverlaps);
+    } else {
+      for (std::size_t j = i + 1; j < behind; ++j) consider(j, kOverlaps);
+    }
+    if (behind < count) consider(best.bestOfRow(behind), kBytesBetween);
+    best.set(i, std::min(kMost, ownScore(candidate, facts) + score));
   }
   std::vector<std::uint32_t> numbers;
   if (count == 0) return numbers;
-  auto at = static_cast<std::uint32_t>(std::ranges::max_element(best) - best.begin());
+  auto at = static_cast<std::uint32_t>(best.bestOfAll());
   for (; at != ChunkChain::kNone; at = following[at]) numbers.push_back(at);
   return numbers;
 }

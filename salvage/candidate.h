@@ -79,18 +79,21 @@ class CandidateList {
   void add(const Candidate& candidate) {
     if (size_ % kBlock == 0 && size_ / kBlock == blocks_.size())
       blocks_.push_back(std::make_unique<Candidate[]>(kBlock));
+    directory_.clear();
     blocks_[size_ / kBlock][size_ % kBlock] = candidate;
     ++size_;
   }
   /// Takes away those from `offset` on.
   void dropFrom(std::uint64_t offset) {
+    directory_.clear();
     while (size_ > 0 && back().offset() >= offset) --size_;
   }
-  /// Keeps those of whose number `keeps` says so, in their order.
+  /// Of those from number `from` on, keeps those of whose number `keeps` says so, in their order.
   template <class Keeps>
-  void thin(const Keeps& keeps) {
-    std::size_t kept = 0;
-    for (std::size_t i = 0; i < size_; ++i) {
+  void thin(const Keeps& keeps, std::size_t from = 0) {
+    directory_.clear();
+    std::size_t kept = from;
+    for (std::size_t i = from; i < size_; ++i) {
       if (!keeps(i)) continue;
       blocks_[kept / kBlock][kept % kBlock] = (*this)[i];
       ++kept;
@@ -98,6 +101,9 @@ class CandidateList {
     size_ = kept;
     blocks_.resize((size_ + kBlock - 1) / kBlock);
   }
+  /// Makes the directory by which far ones are found in a few looks; it goes when the list changes. Takes a byte of
+  /// memory a candidate.
+  void makeDirectory();
   /// The first one from number `from` on whose offset is `offset` or more; `size()` without one. The search widens step
   /// by step, so a near one is found at once. `looks` grows by the number of candidates looked at.
   [[nodiscard]] std::size_t firstAtOrAfter(std::uint64_t offset, std::size_t from, std::uint64_t& looks) const;
@@ -105,8 +111,14 @@ class CandidateList {
  private:
   static constexpr std::size_t kBlock = std::size_t{1} << 16U;
 
+  /// Narrows `low` and `high`, between which the answer for `offset` lies, by the directory.
+  void narrow(std::uint64_t offset, std::size_t& low, std::size_t& high) const;
+
   std::vector<std::unique_ptr<Candidate[]>> blocks_;
   std::size_t size_ = 0;
+  /// Offsets are cut into ranges of 2 to the `directoryShift_`: the first candidate of each, and `size_` at the end.
+  std::vector<std::uint32_t> directory_;
+  unsigned directoryShift_ = 0;
 };
 
 }  // namespace zelvo::salvage

@@ -32,8 +32,7 @@ ChunkChain linkChunks(const CandidateList& candidates, std::span<const std::uint
   const std::size_t count = candidates.size();
   chain.next_.assign(count, ChunkChain::kNone);
   chain.facts_.assign(count, 0);
-  const auto candidateAt = [&](std::uint64_t offset, std::size_t from) {
-    const std::size_t found = candidates.firstAtOrAfter(offset, from, chain.looks_);
+  const auto ifAt = [&](std::size_t found, std::uint64_t offset) {
     return found < count && candidates[found].offset() == offset ? static_cast<std::uint32_t>(found)
                                                                  : ChunkChain::kNone;
   };
@@ -46,7 +45,8 @@ ChunkChain linkChunks(const CandidateList& candidates, std::span<const std::uint
       note(i, ChainFact::exceedsData);
       continue;
     }
-    chain.next_[i] = candidateAt(candidate.next(), i + 1);
+    const std::size_t behind = candidates.firstAtOrAfter(candidate.next(), i + 1, chain.looks_);
+    chain.next_[i] = ifAt(behind, candidate.next());
     if (chain.next_[i] != ChunkChain::kNone) {
       note(i, ChainFact::closesOnCandidate);
       note(chain.next_[i], ChainFact::isClosedOn);
@@ -55,7 +55,7 @@ ChunkChain linkChunks(const CandidateList& candidates, std::span<const std::uint
     const bool isLast = !candidate.isContainer() && candidate.payloadEnd() == dataEnd;
     if (isLast || std::ranges::binary_search(ends, candidate.next())) note(i, ChainFact::closesOnEnd);
     if (candidate.isContainer() || candidate.next() == candidate.payloadEnd()) continue;
-    const std::uint32_t unpadded = candidateAt(candidate.payloadEnd(), i + 1);
+    const std::uint32_t unpadded = ifAt(behind - 1, candidate.payloadEnd());
     if (unpadded == ChunkChain::kNone) continue;
     note(i, ChainFact::closesUnpadded);
     if (chain.next_[i] == ChunkChain::kNone) chain.next_[i] = unpadded;

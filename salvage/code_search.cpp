@@ -1,5 +1,5 @@
 // Two bytes tell enough: in compressed data fewer than two in a thousand positions pass. Sixteen positions are compared
-// at once, and only those that pass are looked at further, by the caller.
+// at once, and only where some pass are third bytes compared, lest a row of digits be a row of codes.
 #include "salvage/code_search.h"
 
 #include <array>
@@ -46,8 +46,12 @@ constexpr Classes kSecond = secondBytes();
 void findCodeBeginningsPortably(std::span<const std::byte> bytes, std::size_t positions,
                                 std::vector<std::uint32_t>& found) {
   for (std::size_t i = 0; i < positions; ++i) {
-    const auto first = kFirst[static_cast<std::size_t>(bytes[i])];
-    if ((first & kSecond[static_cast<std::size_t>(bytes[i + 1])]) != 0) found.push_back(static_cast<std::uint32_t>(i));
+    const auto classOf = [&](const Classes& classes, std::size_t at) {
+      return classes[static_cast<std::size_t>(bytes[at])];
+    };
+    const auto fits = static_cast<std::uint8_t>(classOf(kFirst, i) & classOf(kSecond, i + 1));
+    if (fits == 0 || (fits == kDigits && classOf(kFirst, i + 2) == kDigits)) continue;
+    found.push_back(static_cast<std::uint32_t>(i));
   }
 }
 
@@ -74,7 +78,9 @@ std::uint32_t beginnings(const std::byte* at) {
   const __m128i listOrForm = _mm_and_si128(_mm_or_si128(is(first, 'L'), is(first, 'R')), is(second, 'I'));
   const __m128i junk = _mm_and_si128(is(first, 'J'), is(second, 'U'));
   const __m128i index = _mm_and_si128(is(first, 'i'), _mm_or_si128(is(second, 'd'), is(second, 'x')));
-  const __m128i any = _mm_or_si128(_mm_or_si128(digits, listOrForm), _mm_or_si128(junk, index));
+  const __m128i letters = _mm_or_si128(listOrForm, _mm_or_si128(junk, index));
+  if (_mm_movemask_epi8(_mm_or_si128(digits, letters)) == 0) return 0;
+  const __m128i any = _mm_or_si128(_mm_andnot_si128(isDigit(load16(at + 2)), digits), letters);
   return static_cast<std::uint32_t>(_mm_movemask_epi8(any));
 }
 

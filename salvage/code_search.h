@@ -11,8 +11,9 @@ namespace zelvo::salvage {
 /// The bytes that must follow the last position, whatever they hold.
 inline constexpr std::size_t kSearchMargin = 32;
 
-/// Appends to `found`, rising, each of the first `positions` positions of `bytes` whose two bytes begin a code that the
-/// scan asks for: two digits, or the first two letters of "LIST", "RIFF", "JUNK", "idx1" or "ix00".
+/// Appends to `found`, rising, each of the first `positions` positions of `bytes` whose bytes begin a code that the
+/// scan asks for: two digits that no third follows, or the first two letters of "LIST", "RIFF", "JUNK", "idx1" or
+/// "ix00".
 /// \pre `bytes` is at least `positions` + `kSearchMargin` long.
 void findCodeBeginnings(std::span<const std::byte> bytes, std::size_t positions, std::vector<std::uint32_t>& found);
 

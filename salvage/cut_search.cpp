@@ -16,7 +16,7 @@ namespace zelvo::salvage {
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
+using ByteView = std::span<const std::byte>;
 
 /// Cuts on both sides of one without complaint that are tried as well.
 constexpr std::uint32_t kAround = 96;
@@ -32,7 +32,7 @@ struct TriedCut {
 
 class CutSearch {
  public:
-  CutSearch(PayloadTrial& trial, Bytes bytes, std::uint32_t size)
+  CutSearch(PayloadTrial& trial, ByteView bytes, std::uint32_t size)
       : trial_(trial), bytes_(bytes), size_(size), added_(bytes.size() - size) {}
 
   std::optional<std::uint32_t> run() {
@@ -47,7 +47,7 @@ class CutSearch {
   }
 
  private:
-  [[nodiscard]] Bytes cutAt(std::uint32_t cut) {
+  [[nodiscard]] ByteView cutAt(std::uint32_t cut) {
     payload_.assign(bytes_.begin(), bytes_.begin() + cut);
     payload_.insert(payload_.end(), bytes_.begin() + static_cast<std::ptrdiff_t>(cut + added_), bytes_.end());
     return payload_;
@@ -141,7 +141,7 @@ class CutSearch {
   }
 
   PayloadTrial& trial_;
-  const Bytes bytes_;
+  const ByteView bytes_;
   const std::uint32_t size_;
   const std::size_t added_;
   std::uint32_t usual_ = 0;
@@ -152,7 +152,7 @@ class CutSearch {
 
 }  // namespace
 
-std::optional<std::uint32_t> searchCut(PayloadTrial& trial, Bytes bytes, std::uint32_t size) {
+std::optional<std::uint32_t> searchCut(PayloadTrial& trial, ByteView bytes, std::uint32_t size) {
   return CutSearch(trial, bytes, size).run();
 }
 

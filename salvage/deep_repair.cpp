@@ -13,7 +13,9 @@
 #include "salvage/evidence.h"
 #include "salvage/film_writer.h"
 #include "salvage/header_donor.h"
+#include "salvage/late_information.h"
 #include "salvage/plan_choices.h"
+#include "salvage/recent_reads.h"
 #include "salvage/text_transfer.h"
 #include "salvage/tried_keys.h"
 
@@ -49,8 +51,10 @@ class Work {
       : run_(run),
         file_(run.input, run.observer),
         text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
-        input_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_) {
+        recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
+        input_(recent_) {
     report_.inputSize = run.inputSize;
+    if (text_) report_.returnsLeftOut = run.inputSize - std::min(run.inputSize, text_->size());
     report_.outputLimit = largestOutput(run.inputSize);
   }
 
@@ -81,6 +85,7 @@ class Work {
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
     const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
+    if (header_.information.empty()) header_.information = informationAfterMedia(input_, scan.candidates);
     findLostHeaders(scan, chain, seen, index);
     const auto isSound = [](const FilmStream& stream) { return stream.header.type == avi::kAuds; };
     if (run_.choices.rates.samples && std::ranges::count_if(header_.streams, isSound) > 1)
@@ -95,12 +100,9 @@ class Work {
     if (run_.decoder != nullptr && !isEnding())
       flagKeysByDecoding(*run_.decoder, input_, header_, TrialBudget(), plan_);
     report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
-    describePlan(report_, plan_, header_);
+    describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
-    if (run_.choices.closesGaps) {
-      closeGaps(plan_);
-      report_.syncAfter = report_.syncBefore;
-    }
+    if (run_.choices.closesGaps) closeGaps(plan_);
     const bool hasMedia = std::ranges::any_of(plan_.slots, [](const Slot& slot) { return slot.hasSource(); });
     if (hasMedia) return SalvageEnd::planned;
     report_.verdict = SalvageVerdict::hopeless;
@@ -148,6 +150,7 @@ class Work {
   const SalvageRun& run_;
   WatchedFile file_;
   const std::unique_ptr<TextTransfer> text_;  ///< the input as it was before it was taken for text
+  RecentReads recent_;
   avi::InputFile input_;
   FilmHeader header_;
   FilmPlan plan_;

@@ -1,14 +1,13 @@
 // 1. The displacement zero, and the one that the index's own place tells, are walked over the entries.
 // 2. What is left of entries and headers is joined by stream and size: rare sizes first, common ones near by after.
 // 3. The pairs are sorted by displacement. The one that explains most is taken, and followed to both sides of each of
-// its
-//    entries; ranks only ever fall, so that a queue of the ranks as they were last seen gives the greedy order.
+//    its entries; ranks only ever fall, so that a queue of the ranks as they were last seen gives the greedy order.
 #include "salvage/displacements.h"
 
 #include <algorithm>
+#include <compare>
 #include <cstdlib>
 #include <queue>
-#include <tuple>
 #include <utility>
 
 namespace zelvo::salvage {
@@ -20,24 +19,49 @@ constexpr std::size_t kRare = 8;
 /// Of common sizes so many headers near an entry are tried.
 constexpr std::size_t kNear = 16;
 constexpr int kMaxMisses = 4;
+/// So many entries bear a displacement out together.
+constexpr std::size_t kMany = 4;
+/// So unique one entry does so alone, in thousandths.
+constexpr std::uint64_t kUnique = 950;
 
-struct Pair {
-  std::int64_t displacement = 0;
-  std::uint32_t entry = 0;
-  std::uint32_t candidate = 0;
+/// An entry and a header that may be its own; sorted by displacement and entry.
+class Pair {
+ public:
+  Pair(std::int64_t displacement, std::uint32_t entry, std::uint32_t candidate)
+      : key_(static_cast<std::uint64_t>(displacement + kBias) << kEntryBits | entry), candidate_(candidate) {}
+
+  [[nodiscard]] std::int64_t displacement() const { return static_cast<std::int64_t>(key_ >> kEntryBits) - kBias; }
+  [[nodiscard]] std::uint32_t entry() const {
+    return static_cast<std::uint32_t>(key_ & ((std::uint64_t{1} << kEntryBits) - 1));
+  }
+  [[nodiscard]] std::uint32_t candidate() const { return candidate_; }
+  friend bool operator<(const Pair& one, const Pair& other) { return one.key_ < other.key_; }
+
+ private:
+  static constexpr unsigned kEntryBits = 23;
+  static constexpr auto kBias = static_cast<std::int64_t>(Candidate::kOffsetLimit);
+
+  std::uint64_t key_;
+  std::uint32_t candidate_;
 };
 
-/// Headers or entries of one stream and size, by number.
-struct Keyed {
-  std::uint64_t key = 0;
-  std::uint32_t number = 0;
+/// An entry or a header by stream, size and number, so that sorted ones of one stream and size are together.
+class Keyed {
+ public:
+  static constexpr unsigned kNumberBits = 24;
+
+  Keyed(std::uint8_t stream, std::uint32_t size, std::size_t number)
+      : value_((std::uint64_t{stream} << 32U | size) << kNumberBits | number) {}
+
+  [[nodiscard]] std::uint64_t key() const { return value_ >> kNumberBits; }
+  [[nodiscard]] std::uint32_t number() const {
+    return static_cast<std::uint32_t>(value_ & ((std::uint64_t{1} << kNumberBits) - 1));
+  }
+  friend auto operator<=>(const Keyed&, const Keyed&) = default;
+
+ private:
+  std::uint64_t value_;
 };
-
-bool isBefore(const Keyed& one, const Keyed& other) {
-  return std::tuple(one.key, one.number) < std::tuple(other.key, other.number);
-}
-
-std::uint64_t keyOf(std::uint8_t stream, std::uint32_t size) { return std::uint64_t{stream} << 32U | size; }
 
 class Cover {
  public:
@@ -75,16 +99,17 @@ class Cover {
 
   [[nodiscard]] std::uint32_t headerOf(std::size_t entry, std::int64_t displacement, std::size_t from) const;
   [[nodiscard]] bool isOpen(const Pair& pair) const {
-    return cover_.ofEntry[pair.entry] == DisplacementCover::kNone && cover_.isClaimed[pair.candidate] == 0;
+    return cover_.ofEntry[pair.entry()] == DisplacementCover::kNone && cover_.isClaimed[pair.candidate()] == 0;
   }
   void walk(std::int64_t displacement);
   void explain(std::size_t entry, std::uint32_t candidate, std::uint16_t number);
   void follow(const Pair& seed, std::uint16_t number);
   void joinRare();
   void joinNear();
+  void findOpen();
   template <class Join>
   void join(const Join& join);
-  void nearTo(const Keyed& entry, std::span<const Keyed> headers);
+  [[nodiscard]] bool mayBeAcceptable(const Group& group, const Gain& gain) const;
   void addPair(std::uint32_t entry, std::uint32_t candidate);
   bool choose();
   [[nodiscard]] Gain gainOf(const Group& group) const;
@@ -99,6 +124,9 @@ class Cover {
   const DisplacementLimits& limits_;
   DisplacementCover cover_;
   std::size_t unexplained_;
+  std::vector<Keyed> openEntries_;  ///< sorted
+  std::vector<Keyed> openHeaders_;  ///< sorted
+  bool areOpenFound_ = false;
   std::vector<Pair> pairs_;
   std::vector<std::uint32_t> multiplicity_;  ///< of each pair: how often its size occurs on either side
   mutable std::uint64_t looks_ = 0;
@@ -150,12 +178,12 @@ void Cover::walk(std::int64_t displacement) {
 void Cover::follow(const Pair& seed, std::uint16_t number) {
   constexpr auto kNowhere = std::numeric_limits<std::uint32_t>::max();
   for (const bool isForward : {true, false}) {
-    std::size_t at = seed.entry;
+    std::size_t at = seed.entry();
     int misses = 0;
     while (isForward ? at + 1 < entries_.size() : at > 0) {
       at = isForward ? at + 1 : at - 1;
       if (cover_.ofEntry[at] != DisplacementCover::kNone) break;
-      const std::uint32_t header = headerOf(at, seed.displacement, isForward ? seed.candidate : 0);
+      const std::uint32_t header = headerOf(at, seed.displacement(), isForward ? seed.candidate() : 0);
       if (header != kNowhere) {
         explain(at, header, number);
         misses = 0;
@@ -168,36 +196,60 @@ void Cover::follow(const Pair& seed, std::uint16_t number) {
 
 void Cover::addPair(std::uint32_t entry, std::uint32_t candidate) {
   if (pairs_.size() >= limits_.pairs) return;
-  pairs_.push_back(
-      {static_cast<std::int64_t>(candidates_[candidate].offset()) - static_cast<std::int64_t>(entries_[entry].offset),
-       entry, candidate});
+  pairs_.emplace_back(
+      static_cast<std::int64_t>(candidates_[candidate].offset()) - static_cast<std::int64_t>(entries_[entry].offset),
+      entry, candidate);
+}
+
+/// Finds the entries and the headers that are left.
+void Cover::findOpen() {
+  if (areOpenFound_) {
+    std::erase_if(openEntries_,
+                  [&](const Keyed& entry) { return cover_.ofEntry[entry.number()] != DisplacementCover::kNone; });
+    std::erase_if(openHeaders_, [&](const Keyed& header) { return cover_.isClaimed[header.number()] != 0; });
+    return;
+  }
+  areOpenFound_ = true;
+  const auto isOpenHeader = [&](std::size_t i) {
+    return cover_.isClaimed[i] == 0 && candidates_[i].kind() == CandidateKind::data;
+  };
+  std::size_t headers = 0;
+  for (std::size_t i = 0; i < candidates_.size(); ++i) headers += isOpenHeader(i) ? 1U : 0U;
+  openHeaders_.reserve(headers);
+  for (std::size_t i = 0; i < candidates_.size(); ++i) {
+    if (isOpenHeader(i)) openHeaders_.emplace_back(candidates_[i].stream(), candidates_[i].size(), i);
+  }
+  std::ranges::sort(openHeaders_);
+  // Entries of sizes that no header has are joined with nothing. Most of them are known by a bit.
+  constexpr unsigned kBits = 22;
+  const auto bitOf = [](std::uint64_t key) {
+    return static_cast<std::size_t>(key * 0x9e3779b97f4a7c15U >> (64U - kBits));
+  };
+  std::vector<bool> isHeaders(std::size_t{1} << kBits);
+  for (const Keyed& header : openHeaders_) isHeaders[bitOf(header.key())] = true;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    const Keyed entry(entries_[i].stream, entries_[i].size, i);
+    if (cover_.ofEntry[i] == DisplacementCover::kNone && isHeaders[bitOf(entry.key())]) openEntries_.push_back(entry);
+  }
+  std::ranges::sort(openEntries_);
 }
 
 /// Calls `join` with the entries and the headers of each stream and size, among those that are left.
 template <class Join>
 void Cover::join(const Join& join) {
-  std::vector<Keyed> entries;
-  std::vector<Keyed> headers;
-  for (std::size_t i = 0; i < entries_.size(); ++i) {
-    if (cover_.ofEntry[i] == DisplacementCover::kNone)
-      entries.push_back({keyOf(entries_[i].stream, entries_[i].size), static_cast<std::uint32_t>(i)});
-  }
-  for (std::size_t i = 0; i < candidates_.size(); ++i) {
-    if (cover_.isClaimed[i] == 0 && candidates_[i].kind() == CandidateKind::data)
-      headers.push_back({keyOf(candidates_[i].stream(), candidates_[i].size()), static_cast<std::uint32_t>(i)});
-  }
-  std::ranges::sort(entries, isBefore);
-  std::ranges::sort(headers, isBefore);
+  findOpen();
   pairs_.clear();
+  const std::span<const Keyed> entries = openEntries_;
+  const std::span<const Keyed> headers = openHeaders_;
   std::size_t header = 0;
-  for (std::size_t i = 0; i < entries.size();) {
-    const std::uint64_t key = entries[i].key;
+  for (std::size_t i = 0; i < entries.size() && pairs_.size() < limits_.pairs;) {
+    const std::uint64_t key = entries[i].key();
     std::size_t end = i;
-    while (end < entries.size() && entries[end].key == key) ++end;
-    while (header < headers.size() && headers[header].key < key) ++header;
+    while (end < entries.size() && entries[end].key() == key) ++end;
+    while (header < headers.size() && headers[header].key() < key) ++header;
     const std::size_t firstHeader = header;
-    while (header < headers.size() && headers[header].key == key) ++header;
-    join(std::span(entries).subspan(i, end - i), std::span(headers).subspan(firstHeader, header - firstHeader));
+    while (header < headers.size() && headers[header].key() == key) ++header;
+    join(entries.subspan(i, end - i), headers.subspan(firstHeader, header - firstHeader));
     i = end;
   }
 }
@@ -206,18 +258,9 @@ void Cover::joinRare() {
   join([&](std::span<const Keyed> entries, std::span<const Keyed> headers) {
     if (entries.size() > kRare || headers.size() > kRare) return;
     for (const Keyed& entry : entries) {
-      for (const Keyed& header : headers) addPair(entry.number, header.number);
+      for (const Keyed& header : headers) addPair(entry.number(), header.number());
     }
   });
-}
-
-void Cover::nearTo(const Keyed& entry, std::span<const Keyed> headers) {
-  const std::uint64_t place = entries_[entry.number].offset;
-  const auto offsetOf = [&](const Keyed& header) { return candidates_[header.number].offset(); };
-  const auto at = static_cast<std::size_t>(std::ranges::lower_bound(headers, place, {}, offsetOf) - headers.begin());
-  const std::size_t begin = at > kNear / 2 ? at - kNear / 2 : 0;
-  for (std::size_t i = begin; i < std::min(headers.size(), begin + kNear); ++i)
-    addPair(entry.number, headers[i].number);
 }
 
 void Cover::joinNear() {
@@ -225,12 +268,18 @@ void Cover::joinNear() {
   join([&](std::span<const Keyed> entries, std::span<const Keyed> headers) {
     const bool areFew =
         entries.size() <= kAllWithAll && headers.size() <= kAllWithAll / std::max<std::size_t>(1, entries.size());
+    std::size_t at = 0;  // the first header that stands no earlier than the entry did
     for (const Keyed& entry : entries) {
       if (areFew) {
-        for (const Keyed& header : headers) addPair(entry.number, header.number);
-      } else {
-        nearTo(entry, headers);
+        for (const Keyed& header : headers) addPair(entry.number(), header.number());
+        continue;
       }
+      if (pairs_.size() >= limits_.pairs) return;
+      const std::uint64_t place = entries_[entry.number()].offset;
+      while (at < headers.size() && candidates_[headers[at].number()].offset() < place) ++at;
+      const std::size_t begin = at > kNear / 2 ? at - kNear / 2 : 0;
+      for (std::size_t i = begin; i < std::min(headers.size(), begin + kNear); ++i)
+        addPair(entry.number(), headers[i].number());
     }
   });
 }
@@ -242,8 +291,8 @@ Cover::Gain Cover::gainOf(const Group& group) const {
     if (!isOpen(pairs_[i])) continue;
     ++gain.entries;
     gain.uniqueness += 1000 / multiplicity_[i];
-    if (last != std::numeric_limits<std::uint32_t>::max() && last + 1 == pairs_[i].entry) ++gain.neighbours;
-    last = pairs_[i].entry;
+    if (last != std::numeric_limits<std::uint32_t>::max() && last + 1 == pairs_[i].entry()) ++gain.neighbours;
+    last = pairs_[i].entry();
   }
   return gain;
 }
@@ -251,13 +300,16 @@ Cover::Gain Cover::gainOf(const Group& group) const {
 std::int64_t Cover::rankOf(const Group& group, const Gain& gain) const {
   constexpr std::int64_t kNearBytes = 64 * 1024;
   constexpr std::int64_t kBonus = 300;
-  const std::int64_t value = pairs_[group.begin].displacement;
+  const std::int64_t value = pairs_[group.begin].displacement();
   const bool isEndShift = cover_.endShift == value;
   const bool isNear = std::abs(value) <= kNearBytes + static_cast<std::int64_t>(dataEnd_ / 50);
   const bool isLikely = isNear || isEndShift || DisplacementCover::areAligned(value, first());
   std::int64_t rank = static_cast<std::int64_t>(gain.entries) * (isLikely ? 200 : 100);
   if (DisplacementCover::areAligned(value, first())) rank += kBonus;
   if (isEndShift) rank += kBonus;
+  // Where bytes are only missing, or only too many, chunks move more and more the one way.
+  const std::int64_t end = cover_.endShift.value_or(0);
+  if (end != 0 && value >= std::min(first(), end) && value <= std::max(first(), end)) rank += kBonus / 3;
   return rank;
 }
 
@@ -266,7 +318,7 @@ std::int64_t Cover::rankOf(const Group& group, const Gain& gain) const {
 bool Cover::takesPlaces(const Group& group) const {
   for (std::size_t i = group.begin; i < group.end; ++i) {
     if (!isOpen(pairs_[i])) continue;
-    const std::int64_t place = static_cast<std::int64_t>(candidates_[pairs_[i].candidate].offset()) - first();
+    const std::int64_t place = static_cast<std::int64_t>(candidates_[pairs_[i].candidate()].offset()) - first();
     if (place < 0) return false;
     const auto after =
         std::ranges::upper_bound(entries_, static_cast<std::uint64_t>(place), {}, &TemplateEntry::offset);
@@ -276,35 +328,40 @@ bool Cover::takesPlaces(const Group& group) const {
 }
 
 bool Cover::isAcceptable(const Group& group, const Gain& gain) const {
-  constexpr std::size_t kMany = 4;
   const bool isNearlyAll = unexplained_ * 20 <= entries_.size();
   if (gain.entries >= kMany && (gain.neighbours > 0 || isNearlyAll)) return true;
-  if (gain.uniqueness >= 950 || gain.neighbours >= 2) return true;
-  return DisplacementCover::areAligned(pairs_[group.begin].displacement, first()) &&
+  if (gain.uniqueness >= kUnique || gain.neighbours >= 2) return true;
+  return DisplacementCover::areAligned(pairs_[group.begin].displacement(), first()) &&
          unexplained_ * 4 <= entries_.size() && takesPlaces(group);
+}
+
+/// Whether what explains so much may be acceptable when all others are chosen. It never comes to more.
+bool Cover::mayBeAcceptable(const Group& group, const Gain& gain) const {
+  return gain.entries >= kMany || gain.uniqueness >= kUnique || gain.neighbours >= 2 || cover_.values.empty() ||
+         DisplacementCover::areAligned(pairs_[group.begin].displacement(), first());
 }
 
 /// Takes displacements of the joined pairs until none explains enough. True when one was taken.
 bool Cover::choose() {
-  std::ranges::sort(pairs_, [](const Pair& one, const Pair& other) {
-    return std::tuple(one.displacement, one.entry, one.candidate) <
-           std::tuple(other.displacement, other.entry, other.candidate);
-  });
+  std::sort(pairs_.begin(), pairs_.end());
   // How often each entry and each header is paired says how much one pair is worth.
   std::vector<std::uint32_t> ofEntry(entries_.size());
   std::vector<std::uint32_t> ofCandidate(candidates_.size());
   for (const Pair& pair : pairs_) {
-    ++ofEntry[pair.entry];
-    ++ofCandidate[pair.candidate];
+    ++ofEntry[pair.entry()];
+    ++ofCandidate[pair.candidate()];
   }
   multiplicity_.clear();
-  for (const Pair& pair : pairs_) multiplicity_.push_back(std::max(ofEntry[pair.entry], ofCandidate[pair.candidate]));
+  for (const Pair& pair : pairs_)
+    multiplicity_.push_back(std::max(ofEntry[pair.entry()], ofCandidate[pair.candidate()]));
   std::priority_queue<Group> queue;
   for (std::size_t begin = 0; begin < pairs_.size();) {
     Group group{begin, begin, 0};
-    while (group.end < pairs_.size() && pairs_[group.end].displacement == pairs_[begin].displacement) ++group.end;
+    while (group.end < pairs_.size() && pairs_[group.end].displacement() == pairs_[begin].displacement()) ++group.end;
     begin = group.end;
-    group.rank = rankOf(group, gainOf(group));
+    const Gain gain = gainOf(group);
+    if (!mayBeAcceptable(group, gain)) continue;
+    group.rank = rankOf(group, gain);
     queue.push(group);
   }
   bool hasTaken = false;
@@ -320,13 +377,13 @@ bool Cover::choose() {
       continue;
     }
     if (!isAcceptable(group, gain)) continue;
-    const std::int64_t value = pairs_[group.begin].displacement;
+    const std::int64_t value = pairs_[group.begin].displacement();
     const auto known = std::ranges::find(cover_.values, value);
     const auto number = static_cast<std::uint16_t>(known - cover_.values.begin());
     if (known == cover_.values.end()) cover_.values.push_back(value);
     for (std::size_t i = group.begin; i < group.end; ++i) {
       if (!isOpen(pairs_[i])) continue;
-      explain(pairs_[i].entry, pairs_[i].candidate, number);
+      explain(pairs_[i].entry(), pairs_[i].candidate(), number);
       follow(pairs_[i], number);
     }
     hasTaken = true;

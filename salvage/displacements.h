@@ -18,7 +18,7 @@ namespace zelvo::salvage {
 /// Bounds of the search, so that no index and no film makes it long.
 struct DisplacementLimits {
   std::size_t displacements = 250;
-  std::size_t pairs = 2'000'000;  ///< of an entry and a header that may be its own, held at a time: 16 bytes each
+  std::size_t pairs = 1'000'000;  ///< of an entry and a header that may be its own, held at a time: 16 bytes each
 };
 
 /// Which headers stand for which entries.
@@ -47,7 +47,8 @@ void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries
 /// Explains as many entries as possible by headers of their stream and size, greedily: the displacement that explains
 /// most comes first, and a header that one entry explains supports no other. `indexBegin`: where the table of the index
 /// stands, 0 without one. `dataEnd`: where the file ends.
-/// Takes seven bytes of memory a candidate and two an entry beside the pairs.
+/// Takes up to 13 bytes of memory a candidate and 14 an entry beside the pairs.
+/// \pre fewer than eight million entries and as many candidates
 /// Thread: any.
 [[nodiscard]] DisplacementCover coverEntries(std::span<const TemplateEntry> entries, const CandidateList& candidates,
                                              std::uint64_t indexBegin, std::uint64_t dataEnd,

@@ -12,6 +12,7 @@
 #include "avi/chunk_codes.h"
 #include "salvage/best_chain.h"
 #include "salvage/chain_film.h"
+#include "salvage/content_marks.h"
 #include "salvage/damage_marks.h"
 #include "salvage/displacements.h"
 #include "salvage/entry_places.h"
@@ -19,6 +20,7 @@
 #include "salvage/film_streams.h"
 #include "salvage/laid_cuts.h"
 #include "salvage/laid_film.h"
+#include "salvage/lone_stretches.h"
 #include "salvage/plan_spans.h"
 #include "salvage/repeated_chunks.h"
 #include "salvage/timeline.h"
@@ -27,7 +29,6 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Of the original; less holds no chunk that is worth looking for.
 constexpr std::uint64_t kSmallestRoom = 16;
 constexpr std::uint64_t kEndless = std::numeric_limits<std::uint64_t>::max();
@@ -47,6 +48,12 @@ class Planner {
     std::int64_t begin = 0;  ///< in the file
     std::int64_t end = 0;
     std::uint64_t size = 0;  ///< in the original
+  };
+
+  /// A chunk of the chain that lacks its end, unless its size is wrong.
+  struct Tear {
+    MissingBytes missing;
+    std::uint64_t source = 0;  ///< of its slot
   };
 
   /// Chunks of the chain beside those that an index explains.
@@ -71,6 +78,7 @@ class Planner {
   [[nodiscard]] std::optional<std::uint64_t> countedPictures() const;
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
+  [[nodiscard]] std::vector<MissingBytes> missingWhereTorn() const;
   void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
 
   const Evidence& evidence_;
@@ -81,15 +89,16 @@ class Planner {
   EntryPlaces places_;
   FilmPlan plan_;
   std::vector<FilmGap> gaps_;
-  std::vector<MissingBytes> missing_;
+  std::vector<Tear> tears_;
 };
 
 DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool isForeign) const {
   const auto& tables = evidence_.scan.tables;
   const std::uint64_t indexBegin =
-      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - kChunkHeader) + kChunkHeader;
+      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - avi::kChunkHeader) + avi::kChunkHeader;
   DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
   dropChance(made, entries, evidence_.scan.candidates, isForeign);
+  dropLone(made, entries, evidence_.scan.candidates, evidence_.chain);
   return made;
 }
 
@@ -123,7 +132,7 @@ Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed
   return others;
 }
 
-/// Whether an index that no header speaks for is that of another film after this one: it explains nothing of what
+/// Whether an index is that of another film after this one: it explains nothing of what
 /// stands in front, and what it does not explain stands in front, too.
 bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
   constexpr std::size_t kMaxPercent = 90;
@@ -143,14 +152,10 @@ bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 void Planner::chooseEntries() {
   entries_ = entriesOf([](const TemplateEntry& entry) { return !entry.isForeign; });
-  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
-  if (std::ranges::none_of(evidence_.index.tables, isKnown) &&
-      std::ranges::none_of(evidence_.index.standard, isKnown)) {
-    DisplacementCover explained = cover(entries_, true);
-    if (isOfFilmBehind(explained)) {
-      isForeign_ = std::move(explained.isClaimed);
-      entries_.clear();
-    }
+  // Films of one camera may be of one length, so that the headers speak for the other one's index, too.
+  if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained)) {
+    isForeign_ = std::move(explained.isClaimed);
+    entries_.clear();
   }
   if (std::ranges::any_of(evidence_.index.entries, &TemplateEntry::isForeign)) {
     std::vector<std::uint8_t> explained =
@@ -194,8 +199,9 @@ void Planner::dropWild() {
 /// Whether the entries are as many pictures as the headers count.
 bool Planner::tellsAll() const {
   const auto& headers = evidence_.headers;
-  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(
-      entries_, [&](const TemplateEntry& entry) { return streams_.isPicture(streams_.indexOf(entry.stream)); }));
+  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(entries_, [&](const TemplateEntry& entry) {
+    return streams_.isPicture(streams_.indexOf(entry.stream)) && !StreamCodes::isPalette(entry.suffix);
+  }));
   const auto agrees = [&](std::uint64_t count) { return count != 0 && pictures + 1 >= count; };
   if (headers.openDmlFrames) return agrees(*headers.openDmlFrames);
   return (headers.main && agrees(headers.main->totalFrames)) ||
@@ -231,14 +237,15 @@ std::vector<Planner::Room> Planner::rooms() const {
 void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes) {
   constexpr std::uint64_t kSlack = 64;
   std::uint64_t found = 0;
-  for (const Slot& slot : part.slots) found += slot.size + kChunkHeader;
+  for (const Slot& slot : part.slots) found += slot.size + avi::kChunkHeader;
   if (room != kEndless && found > room + kSlack) return;
   std::uint64_t left = room == kEndless ? kEndless : room - std::min(room, found);
   for (ChainGap& gap : part.gaps) {
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
     gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
-    if (gap.missing > 0) missing_.push_back({gap.begin, gap.missing});
+    if (gap.missing > 0 && gap.before > 0)
+      tears_.push_back({{gap.begin, gap.missing}, part.slots[gap.before - 1].source});
   }
   if (room != kEndless && room > fileBytes + kSlack && !part.gaps.empty()) gaps_.back().bytes += room - fileBytes;
   plan_.slots.insert(plan_.slots.end(), part.slots.begin(), part.slots.end());
@@ -252,7 +259,8 @@ void Planner::join(LaidFilm laid) {
   const auto goOnTo = [&](std::size_t end) {
     for (; slot < end; ++slot) plan_.slots.push_back(laid.slots[slot]);
   };
-  for (const Room& room : rooms()) {
+  // Where clusters changed places, what lies between two chunks of the file did not in the film.
+  for (const Room& room : laid.isGathered ? std::vector<Room>{} : rooms()) {
     goOnTo(room.before);
     const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
     const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);
@@ -281,8 +289,7 @@ std::optional<std::uint64_t> Planner::countedPictures() const {
 std::optional<std::uint64_t> Planner::picturesOfAll() const {
   const auto counted = countedPictures();
   if (!counted || plan_.slots.empty()) return std::nullopt;
-  const auto there =
-      std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot.stream); });
+  const auto there = std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot); });
   const bool endsWithin =
       plan_.slots.back().state == SlotState::cut || (!gaps_.empty() && gaps_.back().before == plan_.slots.size());
   return endsWithin && static_cast<std::uint64_t>(there) < *counted ? std::nullopt : counted;
@@ -291,11 +298,25 @@ std::optional<std::uint64_t> Planner::picturesOfAll() const {
 /// How many bytes of the media the file lacks by the size of their list, when there is one list and its end is there.
 std::optional<std::uint64_t> Planner::missingBytes() const {
   const auto& media = evidence_.headers.media;
-  if (!picturesOfAll() || !media || media->size <= kChunkHeader || evidence_.headers.openDmlFrames) return std::nullopt;
+  if (!picturesOfAll() || !media || media->size <= avi::kChunkHeader || evidence_.headers.openDmlFrames)
+    return std::nullopt;
   const Slot& last = plan_.slots.back();
-  const std::uint64_t declared = media->offset + kChunkHeader + media->size;
+  const std::uint64_t declared = media->offset + avi::kChunkHeader + media->size;
   const std::uint64_t found = last.source + last.size + last.size % 2;
   return declared - std::min(declared, found);
+}
+
+/// Of tears, those that are still some when the gaps are filled.
+std::vector<MissingBytes> Planner::missingWhereTorn() const {
+  std::vector<MissingBytes> missing;
+  auto tear = tears_.begin();
+  for (const Slot& slot : plan_.slots) {
+    if (tear == tears_.end()) break;
+    if (slot.isIndexed || slot.source != tear->source) continue;
+    if (slot.state == SlotState::torn) missing.push_back(tear->missing);
+    ++tear;
+  }
+  return missing;
 }
 
 FilmPlan Planner::run() {
@@ -308,7 +329,8 @@ FilmPlan Planner::run() {
   join(std::move(laid));
   fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
-  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
+  markContent(evidence_, plan_);
+  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missingWhereTorn(), isForeign_}, plan_);
   return std::move(plan_);
 }
 

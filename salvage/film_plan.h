@@ -47,6 +47,7 @@ struct Slot {
   SlotState state = SlotState::whole;
   bool hasKeyFlag = false;  ///< an index of the film names it as a key chunk
   bool isIndexed = false;   ///< an index of the film names it, so `hasKeyFlag` counts
+  bool isPalette = false;   ///< it changes the palette of the pictures after it, and takes no time
 
   /// Whether it holds bytes of the input.
   [[nodiscard]] bool hasSource() const { return state != SlotState::lost && state != SlotState::refilled && size > 0; }
@@ -65,6 +66,7 @@ enum class LossCause : std::uint8_t {
   code,         ///< a chunk's code was wrong
   cut,          ///< the file ends early
   unreadable,   ///< the disk did not give it
+  moved,        ///< its parts lie at several places; nothing of it is lost
 };
 
 /// One stretch of damage.
@@ -87,6 +89,8 @@ struct FilmPlan {
   std::uint64_t indexedChunks = 0;  ///< entries of a believed index that the plan was made from
   std::size_t cutsFound = 0;        ///< places inside pictures where foreign bytes begin, that decoding has found
   std::size_t cutsOpen = 0;         ///< that it has not found, or could not look for
+  /// Seconds that sound and pictures are apart at worst, after gaps that only clocks tell of, more than before them.
+  double drift = 0;
 };
 
 struct Evidence;

@@ -46,27 +46,42 @@ std::vector<std::uint64_t> onceOf(std::vector<std::uint64_t> keys) {
   return keys;
 }
 
-}  // namespace
-
-void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries, const CandidateList& candidates,
-                bool isStrict) {
+/// Notes how many entries of each stretch have a size of their own.
+void countUnique(std::vector<Stretch>& stretches, const DisplacementCover& cover,
+                 std::span<const TemplateEntry> entries) {
   std::vector<std::uint64_t> keys;
   keys.reserve(entries.size());
   for (const TemplateEntry& entry : entries) keys.push_back(keyOf(entry.stream, entry.size));
   const std::vector<std::uint64_t> once = onceOf(std::move(keys));
+  for (Stretch& stretch : stretches) {
+    for (std::size_t i = stretch.first; i <= stretch.last; ++i) {
+      if (cover.ofEntry[i] == DisplacementCover::kNone) continue;
+      if (std::ranges::binary_search(once, keyOf(entries[i].stream, entries[i].size))) ++stretch.unique;
+    }
+  }
+}
+
+}  // namespace
+
+void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries, const CandidateList& candidates,
+                bool isStrict) {
   std::vector<Stretch> stretches;
   for (std::size_t i = 0; i < entries.size(); ++i) {
     if (cover.ofEntry[i] == DisplacementCover::kNone) continue;
     if (stretches.empty() || cover.ofEntry[stretches.back().last] != cover.ofEntry[i])
       stretches.push_back({i, i, 0, 0});
-    Stretch& stretch = stretches.back();
-    stretch.last = i;
-    ++stretch.entries;
-    if (std::ranges::binary_search(once, keyOf(entries[i].stream, entries[i].size))) ++stretch.unique;
+    stretches.back().last = i;
+    ++stretches.back().entries;
   }
-  std::size_t firm = 0;
-  for (const Stretch& stretch : stretches) firm += stretch.isFirm(entries.size()) ? stretch.entries : 0;
-  if (!isStrict && firm * 100 >= entries.size() * kFirmPercent) return;
+  const auto areMostFirm = [&] {
+    std::size_t firm = 0;
+    for (const Stretch& stretch : stretches) firm += stretch.isFirm(entries.size()) ? stretch.entries : 0;
+    return firm * 100 >= entries.size() * kFirmPercent;
+  };
+  // Mostly it is plain before all sizes are counted.
+  if (!isStrict && areMostFirm()) return;
+  countUnique(stretches, cover, entries);
+  if (!isStrict && areMostFirm()) return;
   std::uint64_t looks = 0;
   for (const Stretch& stretch : stretches) {
     // In a film's own index a size that no other entry has speaks for itself.

@@ -14,6 +14,8 @@ namespace zelvo::salvage {
 
 /// AVIOLDINDEX: ckid, dwFlags, dwChunkOffset, dwChunkLength.
 inline constexpr std::size_t kTableEntry = 16;
+/// dwFlags of an entry are not larger.
+inline constexpr std::uint32_t kMaxTableFlags = 0xffff;
 
 /// A table of entries, with or without its header "idx1".
 struct IndexTable {

@@ -23,6 +23,7 @@ struct LaidFilm {
   std::vector<Slot> slots;  ///< one for each entry
   std::vector<Piece> pieces;
   std::vector<OpenCut> openCuts;  ///< rising by slot
+  bool isGathered = false;        ///< clusters changed places, and each payload was taken from where its own lie
 };
 
 /// Makes a slot of each entry. A chunk whose neighbours moved as it did is taken as it stands, even if its own header

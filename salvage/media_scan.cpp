@@ -16,6 +16,7 @@
 #include "platform/page_bytes.h"
 #include "salvage/chunk_chain.h"
 #include "salvage/code_search.h"
+#include "salvage/crowded_codes.h"
 
 namespace zelvo::salvage {
 
@@ -28,7 +29,6 @@ constexpr std::size_t kPage = 4096;
 constexpr std::size_t kFewestPages = 2;
 /// What is looked at after a position: three entries of a table.
 constexpr std::size_t kLookAhead = 64;
-constexpr std::size_t kChunkHeader = 8;
 
 class Scan {
  public:
@@ -42,8 +42,13 @@ class Scan {
 
   void readOn();
   [[nodiscard]] bool hasMore() const { return at_ < limit_; }
-  void begin() { limit_ = std::min(input_.size(), Candidate::kOffsetLimit); }
+  void begin() {
+    limit_ = std::min(input_.size(), Candidate::kOffsetLimit);
+    mostCandidates_ = limits_.candidatesOf(limit_ - std::min(limit_, at_));
+  }
   MediaScan takeFound(bool isComplete) {
+    endRegion();
+    found_.candidates.makeDirectory();
     found_.isComplete = isComplete;
     found_.end = std::min(at_, limit_);
     return std::move(found_);
@@ -64,6 +69,9 @@ class Scan {
   void visitStandardIndex(std::uint64_t offset, std::span<const std::byte> bytes);
   void visitIndexHeader(std::uint64_t offset, std::uint32_t size);
   void add(const Candidate& candidate);
+  void makeRoom(std::uint64_t offset);
+  void endRegion();
+  void dropFrom(std::uint64_t offset);
   void skipUnreadable(std::uint64_t from, std::error_code cause);
 
   avi::InputFile& input_;
@@ -83,7 +91,11 @@ class Scan {
   IndexTable table_;                          ///< what `walk_` walks over, or walked over last
   std::optional<std::uint64_t> indexHeader_;  ///< the last "idx1"
   std::uint64_t indexHeaderEnd_ = 0;          ///< where it says that it ends
-  std::uint64_t thinnedAt_ = 0;               ///< thinned out no more until so many were left out
+  std::size_t mostCandidates_ = 0;
+  std::uint64_t thinnedAt_ = 0;  ///< thinned out no more until so many were left out
+  CrowdedCodes crowds_;
+  std::uint64_t regionEnd_ = 0;    ///< of the region at hand of `crowds_`
+  std::size_t firstOfRegion_ = 0;  ///< number of its first candidate
 };
 
 void Scan::skipUnreadable(std::uint64_t from, std::error_code cause) {
@@ -181,13 +193,17 @@ void Scan::endTable() {
 
 void Scan::visit(std::uint64_t offset) {
   const auto bytes = held(offset);
-  if (bytes.size() < kChunkHeader) return;
+  if (bytes.size() < avi::kChunkHeader) return;
+  if (bytes[0] <= std::byte{'9'}) {
+    visitStreamCode(offset, bytes);
+    return;
+  }
   const FourCC code = FourCC::at(bytes);
   const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan<4, 4>());
   const bool isList = code == avi::kList;
   if (isList || code == avi::kRiff) {
-    if (bytes.size() < kChunkHeader + 4) return;
-    const FourCC type = FourCC::at(bytes.subspan(kChunkHeader));
+    if (bytes.size() < avi::kChunkHeader + 4) return;
+    const FourCC type = FourCC::at(bytes.subspan(avi::kChunkHeader));
     const CandidateKind kind = !isList                                   ? CandidateKind::form
                                : type == avi::kMovi || type == avi::kRec ? CandidateKind::list
                                                                          : CandidateKind::skipped;
@@ -198,15 +214,13 @@ void Scan::visit(std::uint64_t offset) {
     visitIndexHeader(offset, size);
   } else if (avi::isStandardIndex(code)) {
     visitStandardIndex(offset, bytes);
-  } else {
-    visitStreamCode(offset, bytes);
   }
 }
 
 void Scan::visitIndexHeader(std::uint64_t offset, std::uint32_t size) {
   add({offset, CandidateKind::skipped, 0, 0, size, 0});
   indexHeader_ = offset;
-  indexHeaderEnd_ = offset + kChunkHeader + size;
+  indexHeaderEnd_ = offset + avi::kChunkHeader + size;
 }
 
 void Scan::visitStandardIndex(std::uint64_t offset, std::span<const std::byte> bytes) {
@@ -232,60 +246,82 @@ void Scan::beginTable(std::uint64_t offset) {
   // Entries in front of this one that stand alone are no candidates, either.
   if (continuesTable) {
     table_.header = before.header;
-    found_.candidates.dropFrom(before.end);
-  } else if (isWithin && (offset - *indexHeader_ - kChunkHeader) % kTableEntry == 0) {
+    dropFrom(before.end);
+  } else if (isWithin && (offset - *indexHeader_ - avi::kChunkHeader) % kTableEntry == 0) {
     table_.header = indexHeader_;
-    if (offset - *indexHeader_ <= kChunkHeader + TableWalk::kMaxUnreadable * kTableEntry)
-      found_.candidates.dropFrom(*indexHeader_ + 1);
+    if (offset - *indexHeader_ <= avi::kChunkHeader + TableWalk::kMaxUnreadable * kTableEntry)
+      dropFrom(*indexHeader_ + 1);
   }
   walk_.emplace(offset, isWithin && table_.header ? indexHeaderEnd_ : 0);
 }
 
 void Scan::visitStreamCode(std::uint64_t offset, std::span<const std::byte> bytes) {
-  const FourCC code = FourCC::at(bytes);
-  if (!codes_.findAnyStream(code)) return;
-  if (beginsTable(bytes, codes_)) {
+  const auto code = codes_.findAnyStream(FourCC::at(bytes));
+  if (!code) return;
+  const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan<4, 4>());
+  if (size <= kMaxTableFlags && beginsTable(bytes, codes_)) {
     beginTable(offset);
     return;
   }
-  const auto known = codes_.find(code);
-  if (!known) return;
-  const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan<4, 4>());
+  if (!codes_.has(*code)) return;
   std::uint32_t head = 0;
-  for (std::size_t i = 0; i < std::min<std::size_t>(4, bytes.size() - kChunkHeader); ++i)
-    head |= static_cast<std::uint32_t>(bytes[kChunkHeader + i]) << 8U * i;
-  add({offset, CandidateKind::data, known->stream, known->suffix, size, head});
+  for (std::size_t i = 0; i < std::min<std::size_t>(4, bytes.size() - avi::kChunkHeader); ++i)
+    head |= static_cast<std::uint32_t>(bytes[avi::kChunkHeader + i]) << 8U * i;
+  add({offset, CandidateKind::data, code->stream, code->suffix, size, head});
+}
+
+void Scan::dropFrom(std::uint64_t offset) {
+  found_.candidates.dropFrom(offset);
+  firstOfRegion_ = std::min(firstOfRegion_, found_.candidates.size());
+}
+
+void Scan::endRegion() {
+  if (firstOfRegion_ < found_.candidates.size()) found_.dropped += crowds_.thin(found_.candidates, firstOfRegion_);
+  firstOfRegion_ = found_.candidates.size();
+}
+
+/// Drops what nothing speaks for. What is expected from `offset` on has not been seen yet, so only what ends before can
+/// be judged.
+void Scan::makeRoom(std::uint64_t offset) {
+  CandidateList& candidates = found_.candidates;
+  candidates.makeDirectory();
+  const ChunkChain chain = linkChunks(candidates, found_.chunkEnds(), limit_);
+  const std::size_t before = candidates.size();
+  candidates.thin([&](std::size_t i) {
+    const std::uint64_t next = candidates[i].next();
+    return chain.closes(i) || chain.is(i, ChainFact::isClosedOn) || (next >= offset && next <= limit_);
+  });
+  firstOfRegion_ = std::min(firstOfRegion_, candidates.size());
+  found_.dropped += before - candidates.size();
+  // Doing it again and again for little would be slow.
+  if (mostCandidates_ - candidates.size() < mostCandidates_ / 4) thinnedAt_ = 2 * found_.leftOut + mostCandidates_ / 4;
 }
 
 void Scan::add(const Candidate& candidate) {
-  CandidateList& candidates = found_.candidates;
-  if (candidates.size() >= limits_.candidates && found_.leftOut >= thinnedAt_) {
-    // What is expected from here on has not been seen yet, so only what ends before can be judged.
-    const ChunkChain chain = linkChunks(candidates, found_.chunkEnds(), limit_);
-    const std::size_t before = candidates.size();
-    candidates.thin([&](std::size_t i) {
-      const std::uint64_t next = candidates[i].next();
-      return chain.closes(i) || chain.is(i, ChainFact::isClosedOn) || (next >= candidate.offset() && next <= limit_);
-    });
-    found_.dropped += before - candidates.size();
-    // Doing it again and again for little would be slow.
-    thinnedAt_ =
-        found_.leftOut + (limits_.candidates - candidates.size() < limits_.candidates / 4 ? limits_.candidates / 4 : 0);
+  if (candidate.offset() >= regionEnd_) {
+    endRegion();
+    regionEnd_ = (candidate.offset() / CrowdedCodes::kRegion + 1) * CrowdedCodes::kRegion;
   }
-  if (candidates.size() >= limits_.candidates) {
+  if (found_.candidates.size() >= mostCandidates_ && found_.leftOut >= thinnedAt_) makeRoom(candidate.offset());
+  if (found_.candidates.size() >= mostCandidates_) {
     ++found_.leftOut;
     return;
   }
-  candidates.add(candidate);
+  found_.candidates.add(candidate);
 }
 
 }  // namespace
+
+std::size_t ScanLimits::candidatesOf(std::uint64_t bytes) const {
+  constexpr std::uint64_t kAnyway = 262'144;
+  return static_cast<std::size_t>(std::min<std::uint64_t>(candidates, kAnyway + bytes / 128));
+}
 
 std::vector<std::uint64_t> MediaScan::chunkEnds() const {
   std::vector<std::uint64_t> ends;
   ends.reserve(tables.size());
   for (const IndexTable& table : tables) {
-    if (table.begin >= kChunkHeader) ends.push_back(table.begin - kChunkHeader);
+    if (table.begin >= avi::kChunkHeader) ends.push_back(table.begin - avi::kChunkHeader);
   }
   return ends;
 }

@@ -28,12 +28,16 @@ inline constexpr std::uint64_t kSector = 512;
 /// How much a scan reads at a time and remembers, so that no input takes more memory than these say.
 struct ScanLimits {
   std::size_t windowSize = std::size_t{1} << 20U;  ///< in whole pages of 4096, at least two
-  /// Of 16 bytes each. When there are more, those that close on nothing and that nothing closes on are dropped; when
-  /// that makes too little room, later ones are left out.
+  /// Of 16 bytes each; fewer for a short file, see `candidatesOf`. When there are more, those that close on nothing and
+  /// that nothing closes on are dropped; when that makes too little room, later ones are left out.
   std::size_t candidates = 4'000'000;
   std::size_t indexes = 262'144;  ///< tables and standard indexes, each; later ones are masked but not remembered
   std::size_t unreadable = 65'536;
   std::size_t zeroed = 65'536;  ///< stretches of zeros; later ones are not remembered
+
+  /// How many candidates are kept of so many bytes: short of the limit, as many as make a whole film of chunks of 120
+  /// bytes and a quarter of a million more, so that the time for a file grows with its size, whatever it holds.
+  [[nodiscard]] std::size_t candidatesOf(std::uint64_t bytes) const;
 };
 
 struct MediaScan {

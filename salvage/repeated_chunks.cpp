@@ -4,28 +4,34 @@
 #include <map>
 #include <optional>
 #include <span>
-#include <tuple>
 #include <vector>
+
+#include "avi/chunk_codes.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Smaller payloads may be alike by chance.
-constexpr std::uint32_t kSmallest = 32;
+constexpr std::uint32_t kSmallestHashed = 32;
 constexpr std::uint32_t kLargest = std::uint32_t{4} << 20U;
 /// So many chunks of one size are compared with one after a gap.
 constexpr std::size_t kMaxAlike = 16;
 constexpr std::size_t kMaxComparisons = 65'536;
+/// So many times the bytes of a chain are compared, and these in any case.
+constexpr std::uint64_t kMaxCompared = 4;
+constexpr std::uint64_t kComparedAnyway = 65'536;
 constexpr std::size_t kHead = 16;
 
 class Repeats {
  public:
   Repeats(avi::InputFile& input, ChainFilm& film) : input_(input), film_(film) {
-    for (std::size_t i = 0; i < film.slots.size(); ++i) bySize_.push_back(i);
-    std::ranges::sort(bySize_, {},
-                      [&](std::size_t i) { return std::tuple(film_.slots[i].stream, film_.slots[i].size, i); });
+    for (std::size_t i = 0; i < film.slots.size(); ++i) {
+      if (film.slots[i].size >= kSmallestHashed)
+        bySize_.push_back(keyOf(film.slots[i]) << kNumberBits | static_cast<std::uint64_t>(i));
+    }
+    std::ranges::sort(bySize_);
+    for (const Slot& slot : film.slots) maxComparedBytes_ += kMaxCompared * slot.size;
     isDropped_.assign(film.slots.size(), false);
   }
 
@@ -41,7 +47,8 @@ class Repeats {
   [[nodiscard]] bool areAlike(std::size_t one, std::size_t other, std::size_t most);
   [[nodiscard]] bool isTelling(std::size_t slot);
   [[nodiscard]] bool isDistinct(std::size_t slot, std::size_t length);
-  [[nodiscard]] std::span<const std::size_t> ofSize(std::size_t slot) const;
+  [[nodiscard]] static std::uint64_t keyOf(const Slot& slot) { return std::uint64_t{slot.stream} << 32U | slot.size; }
+  [[nodiscard]] std::span<const std::uint64_t> ofSize(std::size_t slot) const;
   [[nodiscard]] std::size_t lengthAt(std::size_t slot, std::size_t end, std::size_t original, std::size_t originalEnd);
   [[nodiscard]] std::optional<Run> runAt(std::size_t slot, std::size_t end);
   [[nodiscard]] bool drop(ChainGap& gap, std::size_t end, const Run& run);
@@ -49,9 +56,14 @@ class Repeats {
 
   avi::InputFile& input_;
   ChainFilm& film_;
-  std::vector<std::size_t> bySize_;  ///< slots by stream and size
+  static constexpr unsigned kNumberBits = 24;
+
+  std::vector<std::uint64_t>
+      bySize_;  ///< slots that are not small by stream and size: these and, in the low bits, its number
   std::vector<bool> isDropped_;
   std::size_t comparisons_ = 0;
+  std::uint64_t comparedBytes_ = 0;  ///< of both sides together
+  std::uint64_t maxComparedBytes_ = kComparedAnyway;
 };
 
 /// Whether both have the same first `most` bytes.
@@ -59,7 +71,9 @@ bool Repeats::areAlike(std::size_t one, std::size_t other, std::size_t most) {
   const Slot& first = film_.slots[one];
   const Slot& second = film_.slots[other];
   const std::size_t size = std::min<std::size_t>(most, std::min(first.size, second.size));
-  if (first.stream != second.stream || ++comparisons_ > kMaxComparisons) return false;
+  if (first.stream != second.stream || ++comparisons_ > kMaxComparisons || comparedBytes_ > maxComparedBytes_)
+    return false;
+  comparedBytes_ += 2 * std::uint64_t{size};
   const platform::Bytes bytes = input_.readBytes(first.source, size);
   return bytes.size() == size && bytes == input_.readBytes(second.source, size);
 }
@@ -67,15 +81,15 @@ bool Repeats::areAlike(std::size_t one, std::size_t other, std::size_t most) {
 /// Whether a payload is more than silence or a black picture.
 bool Repeats::isTelling(std::size_t slot) {
   const Slot& chosen = film_.slots[slot];
-  if (chosen.size < kSmallest) return false;
+  if (chosen.size < kSmallestHashed) return false;
   const platform::Bytes bytes = input_.readBytes(chosen.source, std::min<std::size_t>(chosen.size, 4096));
   return std::ranges::any_of(bytes, [&](std::byte byte) { return byte != bytes.front(); });
 }
 
-/// The slots of the stream and size of one, that one among them.
-std::span<const std::size_t> Repeats::ofSize(std::size_t slot) const {
-  const auto key = [&](std::size_t i) { return std::tuple(film_.slots[i].stream, film_.slots[i].size); };
-  const auto [first, last] = std::ranges::equal_range(bySize_, key(slot), {}, key);
+/// The slots of the stream and size of one, that one among them, as they stand in `bySize_`.
+std::span<const std::uint64_t> Repeats::ofSize(std::size_t slot) const {
+  const auto [first, last] = std::ranges::equal_range(bySize_, keyOf(film_.slots[slot]), {},
+                                                      [](std::uint64_t value) { return value >> kNumberBits; });
   return {first, last};
 }
 
@@ -94,9 +108,11 @@ std::optional<Repeats::Run> Repeats::runAt(std::size_t slot, std::size_t end) {
   constexpr std::size_t kAnchors = 12;
   Run best;
   for (std::size_t anchor = slot; anchor < std::min(end, slot + kAnchors); ++anchor) {
+    if (film_.slots[anchor].size < kSmallestHashed) continue;
     const auto alike = ofSize(anchor);
-    if (film_.slots[anchor].size < kSmallest || alike.size() > kMaxAlike) continue;
-    for (const std::size_t other : alike) {
+    if (alike.size() > kMaxAlike) continue;
+    for (const std::uint64_t value : alike) {
+      const auto other = static_cast<std::size_t>(value & ((std::uint64_t{1} << kNumberBits) - 1));
       if (other < anchor - slot) continue;
       const std::size_t original = other - (anchor - slot);
       // What is after may have been copied to here, but then nothing else stands before the next gap.
@@ -148,7 +164,7 @@ bool Repeats::drop(ChainGap& gap, std::size_t end, const Run& run) {
   if (goesOn && behind + 1 == end) isDropped_[behind++] = true;
   const Slot& lastSlot = film_.slots[behind - 1];
   gap.end = std::max(gap.end, lastSlot.source + lastSlot.size);
-  gap.begin = std::min(gap.begin, film_.slots[first].source - std::min(film_.slots[first].source, kChunkHeader));
+  gap.begin = std::min(gap.begin, film_.slots[first].source - std::min(film_.slots[first].source, avi::kChunkHeader));
   gap.isTorn = false;
   gap.longer = 0;
   return false;

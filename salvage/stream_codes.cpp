@@ -11,7 +11,7 @@ using avi::FourCC;
 
 /// Of every stream number; the digits do not count here.
 constexpr std::array kUsual{FourCC{"00db"}, FourCC{"00dc"}, FourCC{"00pc"}, FourCC{"00wb"},
-                            FourCC{"00tx"}, FourCC{"00sb"}, FourCC{"00__"}};
+                            FourCC{"00tx"}, FourCC{"00sb"}, FourCC{"00__"}};  // StreamCodes::kPalette is one of them.
 
 std::uint16_t suffixOf(FourCC code) { return static_cast<std::uint16_t>(code.value >> 16U); }
 
@@ -32,7 +32,12 @@ bool mayCarry(FourCC type, FourCC usual) {
 }  // namespace
 
 StreamCodes::StreamCodes() {
-  for (const FourCC usual : kUsual) suffixes_.push_back(suffixOf(usual));
+  static_assert(kUsual[kPalette] == FourCC{"00pc"});
+  numbers_.assign(std::size_t{1} << 16U, kMaxSuffixes);
+  for (const FourCC usual : kUsual) {
+    numbers_[suffixOf(usual)] = static_cast<std::uint8_t>(suffixes_.size());
+    suffixes_.push_back(suffixOf(usual));
+  }
   allowed_.fill(0xffff);
 }
 
@@ -56,28 +61,22 @@ StreamCodes::StreamCodes(const SurvivingHeaders& headers) : StreamCodes() {
 }
 
 std::optional<std::uint8_t> StreamCodes::noteSuffix(FourCC code) {
-  const auto known = std::ranges::find(suffixes_, suffixOf(code));
-  const auto number = static_cast<std::uint8_t>(known - suffixes_.begin());
-  if (known != suffixes_.end()) return number;
+  const std::uint8_t known = numbers_[suffixOf(code)];
+  if (known < kMaxSuffixes) return known;
   const auto isPlain = [](std::uint32_t byte) { return byte > 0x20 && byte < 0x7f; };
-  if (suffixes_.size() == kMaxSuffixes || !isPlain(code.value >> 16U & 0xffU) || !isPlain(code.value >> 24U))
+  const std::uint32_t first = code.value >> 16U & 0xffU;
+  const bool isDigit = first >= '0' && first <= '9';
+  if (suffixes_.size() == kMaxSuffixes || isDigit || !isPlain(first) || !isPlain(code.value >> 24U))
     return std::nullopt;
+  const auto number = static_cast<std::uint8_t>(suffixes_.size());
+  numbers_[suffixOf(code)] = number;
   suffixes_.push_back(suffixOf(code));
   return number;
 }
 
-std::optional<StreamCode> StreamCodes::findAnyStream(FourCC code) const {
-  const auto stream = streamOf(code);
-  if (!stream) return std::nullopt;
-  const auto known = std::ranges::find(suffixes_, suffixOf(code));
-  if (known == suffixes_.end()) return std::nullopt;
-  return StreamCode{*stream, static_cast<std::uint8_t>(known - suffixes_.begin())};
-}
-
 std::optional<StreamCode> StreamCodes::find(FourCC code) const {
   const auto found = findAnyStream(code);
-  if (!found || (std::uint32_t{allowed_[found->stream]} >> found->suffix & 1U) == 0) return std::nullopt;
-  return found;
+  return found && has(*found) ? found : std::nullopt;
 }
 
 FourCC StreamCodes::codeOf(StreamCode code) const {

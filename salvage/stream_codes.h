@@ -22,7 +22,7 @@ struct StreamCode {
 /// Thread: any, once made.
 class StreamCodes {
  public:
-  /// More suffixes than this are not kept.
+  /// More suffixes than this are not kept, and none that begins with a digit.
   static constexpr std::size_t kMaxSuffixes = 16;
 
   /// Every stream number with every usual suffix: "db", "dc", "pc", "wb", "tx", "sb" and "__".
@@ -31,18 +31,34 @@ class StreamCodes {
   /// that its super index names. Where headers are lost, every stream with every suffix.
   explicit StreamCodes(const SurvivingHeaders& headers);
 
+  /// Whether chunks with this suffix are changes of a palette, "pc": no pictures, and they take no time.
+  [[nodiscard]] static bool isPalette(std::uint8_t suffix) { return suffix == kPalette; }
+
   /// What the code says when a stream here may have such chunks.
   [[nodiscard]] std::optional<StreamCode> find(avi::FourCC code) const;
   /// The same of any stream number with any suffix known here.
-  [[nodiscard]] std::optional<StreamCode> findAnyStream(avi::FourCC code) const;
+  [[nodiscard]] std::optional<StreamCode> findAnyStream(avi::FourCC code) const {
+    const std::uint8_t suffix = numbers_[code.value >> 16U];
+    const std::uint32_t tens = (code.value & 0xffU) - '0';
+    const std::uint32_t ones = (code.value >> 8U & 0xffU) - '0';
+    if (suffix == kMaxSuffixes || tens > 9 || ones > 9) return std::nullopt;
+    return StreamCode{static_cast<std::uint8_t>(tens * 10 + ones), suffix};
+  }
+  /// Whether a stream here may have chunks of such a code.
+  [[nodiscard]] bool has(StreamCode code) const {
+    return (std::uint32_t{allowed_[code.stream]} >> code.suffix & 1U) != 0;
+  }
   /// The code of such chunks.
   [[nodiscard]] avi::FourCC codeOf(StreamCode code) const;
 
  private:
+  static constexpr std::uint8_t kPalette = 2;
+
   /// The number of the suffix, noted if it is new; nothing once there are `kMaxSuffixes`.
   std::optional<std::uint8_t> noteSuffix(avi::FourCC code);
 
   std::vector<std::uint16_t> suffixes_;               ///< third and fourth byte of the code, the third one low
+  std::vector<std::uint8_t> numbers_;                 ///< by suffix: its number, `kMaxSuffixes` without one
   std::array<std::uint16_t, kMaxStreams> allowed_{};  ///< by stream: a bit for each suffix
 };
 

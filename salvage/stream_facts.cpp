@@ -5,6 +5,8 @@
 #include <bit>
 #include <span>
 
+#include "salvage/stream_codes.h"
+
 namespace zelvo::salvage {
 
 namespace {
@@ -16,7 +18,7 @@ constexpr std::uint64_t kFixedPercent = 85;
 
 bool isTrusted(const CandidateList& candidates, const ChunkChain& chain, std::size_t number) {
   return candidates[number].kind() == CandidateKind::data && candidates[number].stream() < kMaxStreams &&
-         chain.closes(number);
+         !StreamCodes::isPalette(candidates[number].suffix()) && chain.closes(number);
 }
 
 /// How often each bit of the first four bytes is set.
@@ -41,24 +43,27 @@ struct BitCounts {
   }
 };
 
-/// The value that a share of `perMille` thousandths do not exceed; of sorted sizes, at least one.
-std::uint32_t quantile(std::span<const std::uint32_t> sorted, std::uint64_t perMille) {
-  const std::uint64_t rank = (sorted.size() * perMille + 999) / 1000;
-  return sorted[static_cast<std::size_t>(std::max<std::uint64_t>(rank, 1) - 1)];
+/// The value that a share of `perMille` thousandths do not exceed; of at least one size. Changes the order of `sizes`.
+std::uint32_t quantile(std::span<std::uint32_t> sizes, std::uint64_t perMille) {
+  const std::uint64_t rank = std::max<std::uint64_t>(1, (sizes.size() * perMille + 999) / 1000);
+  const auto place = sizes.begin() + static_cast<std::ptrdiff_t>(rank - 1);
+  std::ranges::nth_element(sizes, place);
+  return *place;
 }
 
-std::optional<std::uint32_t> fixedSize(std::span<const std::uint32_t> sorted) {
+std::optional<std::uint32_t> fixedSize(std::span<std::uint32_t> sizes) {
   // What more than half have stands in the middle.
-  const std::uint32_t candidate = sorted[sorted.size() / 2];
-  const auto [first, last] = std::ranges::equal_range(sorted, candidate);
-  if (static_cast<std::uint64_t>(last - first) * 100 < sorted.size() * kFixedPercent) return std::nullopt;
+  const auto middle = sizes.begin() + static_cast<std::ptrdiff_t>(sizes.size() / 2);
+  std::ranges::nth_element(sizes, middle);
+  const std::uint32_t candidate = *middle;
+  const auto alike = static_cast<std::uint64_t>(std::ranges::count(sizes, candidate));
+  if (alike * 100 < sizes.size() * kFixedPercent) return std::nullopt;
   return candidate;
 }
 
 /// `sizes`: of the chunks that are not empty.
 void learnSizes(std::span<std::uint32_t> sizes, StreamFacts& facts) {
   if (sizes.empty()) return;
-  std::ranges::sort(sizes);
   for (const std::uint32_t size : sizes) facts.bytes += size;
   facts.mean = static_cast<std::uint32_t>(facts.bytes / sizes.size());
   facts.smallest = quantile(sizes, 5);
@@ -75,7 +80,7 @@ int Signature::score(const Candidate& candidate) const {
   constexpr int kFewest = 4;
   constexpr int kEnough = 14;
   const int count = constantBits();
-  if (count < kFewest || candidate.size() < 4) return 0;
+  if (count < kFewest || candidate.size() < 4 || StreamCodes::isPalette(candidate.suffix())) return 0;
   const int weight = std::min(100, count * 100 / kEnough);
   return (candidate.head() & mask) == bits ? weight : -weight;
 }

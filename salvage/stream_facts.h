@@ -43,7 +43,7 @@ struct StreamFacts {
   [[nodiscard]] int oversizePenalty(std::uint32_t size) const;
 };
 
-/// The facts of each stream, by its number: up to the highest that has a trusted chunk. O(c log c) in time; takes four
+/// The facts of each stream, by its number: up to the highest that has a trusted chunk. O(c) in time; takes four
 /// bytes of memory a trusted chunk.
 /// \pre `chain` is that of `candidates`.
 /// Thread: any.

@@ -16,15 +16,6 @@ extern "C" {
 
 namespace zelvo::platform::linux_ {
 
-namespace {
-
-/// Messages since the last look.
-std::uint32_t complaints = 0;
-
-void countComplaint(void* /*sender*/, int level, const char* /*format*/, va_list /*values*/) {
-  if (level <= AV_LOG_INFO && complaints < std::numeric_limits<std::uint32_t>::max()) ++complaints;
-}
-
 struct ContextEnd {
   void operator()(AVCodecContext* context) const { ::avcodec_free_context(&context); }
 };
@@ -35,6 +26,15 @@ struct FrameEnd {
   void operator()(AVFrame* frame) const { ::av_frame_free(&frame); }
 };
 using Context = std::unique_ptr<AVCodecContext, ContextEnd>;
+
+namespace {
+
+/// Messages since the last look.
+std::uint32_t complaints = 0;
+
+void countComplaint(void* /*sender*/, int level, const char* /*format*/, va_list /*values*/) {
+  if (level <= AV_LOG_INFO && complaints < std::numeric_limits<std::uint32_t>::max()) ++complaints;
+}
 
 AVCodecID codecOf(std::uint32_t code) {
   const AVCodecTag* const tags[] = {::avformat_get_riff_video_tags(), nullptr};

@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace zelvo::tests {
 namespace {
 
@@ -69,6 +71,59 @@ TEST(CandidateList, NearCandidateIsFoundInFewLooks) {
   looks = 0;
   EXPECT_EQ(list.firstAtOrAfter(900000, 0, looks), 90000U);
   EXPECT_LE(looks, 40U);
+}
+
+TEST(CandidateList, DirectoryChangesNoAnswer) {
+  std::mt19937_64 random(9);
+  for (int round = 0; round < 40; ++round) {
+    CandidateList list;
+    std::uint64_t at = random() % 3 == 0 ? std::uint64_t{1} << 39U : 0;
+    const std::uint64_t step = round % 2 == 0 ? 20 : 100'000'000;
+    for (std::size_t i = 0; i < 1 + random() % 2000; ++i) {
+      at += 1 + random() % (i % 50 == 0 ? step * 100 : step);
+      list.add({at, CandidateKind::data, 0, 0, 0, 0});
+    }
+    CandidateList with;
+    for (std::size_t i = 0; i < list.size(); ++i) with.add(list[i]);
+    with.makeDirectory();
+    for (int i = 0; i < 300; ++i) {
+      const std::uint64_t wanted =
+          i % 2 == 0 ? list[random() % list.size()].offset() + random() % 3 : random() % (at * 2);
+      const std::size_t from = i % 3 == 0 ? random() % list.size() : 0;
+      std::uint64_t looks = 0;
+      EXPECT_EQ(with.firstAtOrAfter(wanted, from, looks), list.firstAtOrAfter(wanted, from, looks));
+    }
+  }
+}
+
+TEST(CandidateList, FarCandidateIsFoundInFewLooksByTheDirectory) {
+  CandidateList list = every(10, 100000);
+  list.makeDirectory();
+  std::uint64_t looks = 0;
+  EXPECT_EQ(list.firstAtOrAfter(900000, 0, looks), 90000U);
+  EXPECT_LE(looks, 8U);
+}
+
+TEST(CandidateList, DirectoryGoesWhenTheListChanges) {
+  CandidateList list = every(10, 1000);
+  list.makeDirectory();
+  list.dropFrom(5000);
+  std::uint64_t looks = 0;
+  EXPECT_EQ(list.firstAtOrAfter(9000, 0, looks), 500U);
+  list.makeDirectory();
+  list.thin([](std::size_t number) { return number % 2 == 0; });
+  EXPECT_EQ(list.firstAtOrAfter(4000, 0, looks), 200U);
+  list.makeDirectory();
+  list.add({7000, CandidateKind::data, 0, 0, 0, 0});
+  EXPECT_EQ(list.firstAtOrAfter(6000, 0, looks), 250U);
+}
+
+TEST(CandidateList, ThinsFromANumberOn) {
+  CandidateList list = every(10, 100);
+  list.thin([](std::size_t number) { return number % 10 == 0; }, 50);
+  ASSERT_EQ(list.size(), 55U);
+  EXPECT_EQ(list[49].offset(), 490U);
+  EXPECT_EQ(list[51].offset(), 600U);
 }
 
 TEST(CandidateList, ThinningKeepsWhatItIsTold) {

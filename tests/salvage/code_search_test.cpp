@@ -41,9 +41,15 @@ TEST(CodeSearch, NeighboursOfTheAsciiDigitsAreNoDigits) {
 
 TEST(CodeSearch, NothingIsFoundBehindTheLastPosition) {
   platform::Bytes bytes;
-  appendText(bytes, "..0000");
+  appendText(bytes, "..00d0");
   EXPECT_EQ(found(bytes, 3), (Positions{2}));
   EXPECT_EQ(found(bytes, 0), Positions{});
+}
+
+TEST(CodeSearch, LastTwoDigitsOfARowBeginACode) {
+  platform::Bytes bytes;
+  appendText(bytes, "12345dc 00000000000000000000000000000000wb ix00 00");
+  EXPECT_EQ(found(bytes, bytes.size()), (Positions{3, 38, 43, 45, 48}));
 }
 
 TEST(CodeSearch, AgreesWithTheLiteralSearchOnAnyBytes) {

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string_view>
 
+#include "salvage/crowded_codes.h"
 #include "tests/salvage/scanned_film.h"
 
 namespace zelvo::tests {
@@ -12,6 +14,7 @@ namespace {
 
 using platform::Bytes;
 using salvage::CandidateKind;
+using salvage::CrowdedCodes;
 using Offsets = std::vector<std::uint64_t>;
 
 AviBuilder scannedBuilder(int pairs = 40) { return AviBuilder().interleaved(pairs, 1000, 101); }
@@ -224,17 +227,43 @@ TEST(MediaScan, HostileDenseCandidatesMakeRoomForChunksThatClose) {
 }
 
 TEST(MediaScan, HostileCandidatesThatAllLeadFartherAreLeftOutOnceThereIsNoRoom) {
-  constexpr std::uint32_t kCount = 100000;
+  constexpr std::uint32_t kCount = 30000;
+  constexpr std::uint32_t kApart = 80;
   Bytes bytes;
   for (std::uint32_t i = 0; i < kCount; ++i) {
     appendText(bytes, "00dc");
-    appendNumber(bytes, (kCount - i - 1) * 8);  // each to the very end
+    appendNumber(bytes, (kCount - i) * kApart - 8);  // each to the very end
+    bytes.resize((i + 1) * kApart);
   }
   ScannedFilm scanned(std::move(bytes));
   scanned.limits.candidates = 5000;
   scanned.scanFrom(0);
   EXPECT_EQ(scanned.scan.candidates.size(), 5000U);
   EXPECT_EQ(scanned.scan.leftOut, kCount - 5000U);
+}
+
+TEST(MediaScan, HostileCodesWithoutRoomBetweenThemMakeRoomForTheFilm) {
+  const Bytes film = scannedBuilder().build();
+  Bytes bytes = film;
+  for (std::uint32_t i = 0; i < 200000; ++i) {
+    appendText(bytes, "00dc");
+    appendNumber(bytes, 0x1000000 + i);
+  }
+  ScannedFilm scanned(std::move(bytes));
+  scanned.run();
+  EXPECT_GE(scanned.scan.dropped, 199'000U);
+  // One block in front of them and one after them may be half full.
+  EXPECT_LE(scanned.scan.candidates.size(), 82 + 2 * CrowdedCodes::kMostInBlock);
+  const auto found = scanned.trusted();
+  for (const std::uint64_t chunk : chunkOffsets(scannedBuilder()))
+    EXPECT_TRUE(std::ranges::binary_search(found, chunk));
+}
+
+TEST(MediaScan, HostileCandidatesOfAShortFileAreFewer) {
+  constexpr salvage::ScanLimits kLimits;
+  EXPECT_EQ(kLimits.candidatesOf(0), 262'144U);
+  EXPECT_EQ(kLimits.candidatesOf(128'000'000), 1'262'144U);
+  EXPECT_EQ(kLimits.candidatesOf(std::uint64_t{1} << 40U), kLimits.candidates);
 }
 
 TEST(MediaScan, HostileDigitsAlonePassQuickly) {
