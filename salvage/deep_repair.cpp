@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "avi/input_file.h"
@@ -39,6 +40,31 @@ class WatchedFile final : public platform::ReadableFile {
   SalvageObserver& observer_;
 };
 
+/// A decoder that has nothing to say any more once the run is stopped.
+class StoppableDecoder final : public platform::TrialDecoder {
+ public:
+  StoppableDecoder(platform::TrialDecoder& decoder, const platform::CancelMark& cancel)
+      : decoder_(decoder), cancel_(cancel) {}
+  [[nodiscard]] bool open(const platform::TrialStream& stream) override {
+    return !cancel_.abandoned() && decoder_.open(stream);
+  }
+  [[nodiscard]] std::optional<platform::TrialAnswer> decode(std::span<const std::byte> payload,
+                                                            platform::WantedPlanes wanted) override {
+    return cancel_.abandoned() ? std::nullopt : decoder_.decode(payload, wanted);
+  }
+  [[nodiscard]] std::optional<platform::TrialAnswer> finish(platform::WantedPlanes wanted) override {
+    return cancel_.abandoned() ? std::nullopt : decoder_.finish(wanted);
+  }
+  [[nodiscard]] platform::Bytes usualExtra(const platform::TrialStream& stream) override {
+    return cancel_.abandoned() ? platform::Bytes() : decoder_.usualExtra(stream);
+  }
+  [[nodiscard]] bool isThere() override { return decoder_.isThere(); }
+
+ private:
+  platform::TrialDecoder& decoder_;
+  const platform::CancelMark& cancel_;
+};
+
 /// How large the output may be: an output that is much larger than its input is a fault or an attack.
 std::uint64_t largestOutput(std::uint64_t inputSize) {
   constexpr std::uint64_t kRoom = std::uint64_t{16} << 20U;
@@ -53,6 +79,7 @@ class Work {
         text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
         recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
         input_(recent_) {
+    if (run.decoder != nullptr) decoder_.emplace(*run.decoder, run.cancel);
     report_.inputSize = run.inputSize;
     if (text_) report_.returnsLeftOut = run.inputSize - std::min(run.inputSize, text_->size());
     report_.outputLimit = largestOutput(run.inputSize);
@@ -96,9 +123,8 @@ class Work {
     report_.indexes = index.tables;
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
-    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, run_.decoder});
-    if (run_.decoder != nullptr && !isEnding())
-      flagKeysByDecoding(*run_.decoder, input_, header_, TrialBudget(), plan_);
+    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, decoder()});
+    if (decoder_) flagKeysByDecoding(*decoder_, input_, header_, TrialBudget(), plan_);
     report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
     describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
@@ -109,7 +135,8 @@ class Work {
     return SalvageEnd::noMedia;
   }
 
-  [[nodiscard]] bool canDecode() const { return run_.decoder != nullptr && run_.decoder->isThere(); }
+  [[nodiscard]] platform::TrialDecoder* decoder() { return decoder_ ? &*decoder_ : nullptr; }
+  [[nodiscard]] bool canDecode() { return decoder_ && decoder_->isThere(); }
 
   /// Gives streams a header that have none: a donor's, else one that is put together.
   void findLostHeaders(const MediaScan& scan, const ChunkChain& chain, const std::vector<SeenStream>& seen,
@@ -125,7 +152,7 @@ class Work {
     }
     if (!lost.empty())
       report_.fields =
-          synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates, &input_, run_.decoder});
+          synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates, &input_, decoder()});
     report_.streamsWithoutHeader = streamsWithoutHeader(header_, seen).size();
   }
 
@@ -152,6 +179,7 @@ class Work {
   const std::unique_ptr<TextTransfer> text_;  ///< the input as it was before it was taken for text
   RecentReads recent_;
   avi::InputFile input_;
+  std::optional<StoppableDecoder> decoder_;  ///< none when the run has none
   FilmHeader header_;
   FilmPlan plan_;
   SalvageReport report_;

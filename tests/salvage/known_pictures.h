@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <set>
@@ -28,6 +29,7 @@ class KnownPictures final : public platform::TrialDecoder {
   [[nodiscard]] std::optional<platform::TrialAnswer> decode(std::span<const std::byte> payload,
                                                             platform::WantedPlanes wanted) override {
     ++decodes;
+    if (onDecode) onDecode();
     const platform::Bytes bytes(payload.begin(), payload.end());
     if (deadly.contains(bytes)) return std::nullopt;
     std::size_t most = 0;
@@ -69,6 +71,7 @@ class KnownPictures final : public platform::TrialDecoder {
   std::set<platform::Bytes> deadly;  ///< payloads that no decoder survives
   std::vector<platform::TrialStream> opened;
   std::size_t decodes = 0;
+  std::function<void()> onDecode;
 
  private:
   std::vector<platform::Bytes> payloads_;

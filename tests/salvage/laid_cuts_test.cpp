@@ -61,6 +61,15 @@ TEST_F(LaidCuts, RunWithoutADecoderSaysThatItLacksOne) {
   EXPECT_FALSE(bench.perform().lacksDecoder);
 }
 
+TEST_F(LaidCuts, StopEndsTheDecoding) {
+  film.insert(film.headers[20] + 8 + 300, noise(777));
+  SalvageBench bench(film.bytes);
+  bench.decoder = &decoder;
+  decoder.onDecode = [&] { bench.cancel.abandon(); };
+  EXPECT_EQ(bench.perform().end, salvage::SalvageEnd::stopped);
+  EXPECT_EQ(decoder.decodes, 1U);
+}
+
 TEST_F(LaidCuts, WholeFilmNeedsNoDecoder) { EXPECT_FALSE(SalvageBench(film.bytes).perform().lacksDecoder); }
 
 TEST_F(LaidCuts, UnknownCodecStaysTorn) {
