@@ -146,14 +146,18 @@ bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
     if (number == DisplacementCover::kNone) ++lost;
     if (isInFront) ++lostInFront;
   }
-  return lostInFront > 0 && lostInFront * 100 >= lost * kMaxPercent;
+  return lostInFront * 4 >= cover.ofEntry.size() && lostInFront * 100 >= lost * kMaxPercent;
 }
 
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 void Planner::chooseEntries() {
   entries_ = entriesOf([](const TemplateEntry& entry) { return !entry.isForeign; });
   // Films of one camera may be of one length, so that the headers speak for the other one's index, too.
-  if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained)) {
+  // What speaks for an index asks for more doubt of the opposite: short stretches count then.
+  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
+  const bool isSpokenFor =
+      std::ranges::any_of(evidence_.index.tables, isKnown) || std::ranges::any_of(evidence_.index.standard, isKnown);
+  if (DisplacementCover explained = cover(entries_, !isSpokenFor); isOfFilmBehind(explained)) {
     isForeign_ = std::move(explained.isClaimed);
     entries_.clear();
   }
