@@ -72,6 +72,7 @@ class Planner {
   [[nodiscard]] std::vector<TemplateEntry> entriesOf(const IsWanted& isWanted) const;
   [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
   [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
+  [[nodiscard]] bool mayBeOwn(const DisplacementCover& firm) const;
   [[nodiscard]] std::vector<Room> rooms() const;
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
@@ -149,11 +150,28 @@ bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
   return lostInFront > 0 && lostInFront * 100 >= lost * kMaxPercent;
 }
 
+/// Whether an index that something speaks for explains half of what is left of it, or nearly all chunks of the chain,
+/// by stretches too short to count otherwise.
+bool Planner::mayBeOwn(const DisplacementCover& firm) const {
+  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
+  if (std::ranges::none_of(evidence_.index.tables, isKnown) && std::ranges::none_of(evidence_.index.standard, isKnown))
+    return false;
+  const DisplacementCover all = cover(entries_, false);
+  std::size_t left = 0;
+  std::size_t explained = 0;
+  for (std::size_t i = 0; i < entries_.size(); ++i) {
+    if (firm.ofEntry[i] != DisplacementCover::kNone) continue;
+    ++left;
+    if (all.ofEntry[i] != DisplacementCover::kNone) ++explained;
+  }
+  return explained * 2 >= left || !othersBeside(all.isClaimed).areMany();
+}
+
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 void Planner::chooseEntries() {
   entries_ = entriesOf([](const TemplateEntry& entry) { return !entry.isForeign; });
   // Films of one camera may be of one length, so that the headers speak for the other one's index, too.
-  if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained)) {
+  if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained) && !mayBeOwn(explained)) {
     isForeign_ = std::move(explained.isClaimed);
     entries_.clear();
   }

@@ -178,5 +178,15 @@ TEST(IndexedFilmDamage, FirstChunkAloneInItsPlaceStays) {
   }());
 }
 
+TEST(IndexedFilmDamage, OwnIndexOfAShortFilmStaysItsOwnWhereMuchIsMissingInFront) {
+  MadeFilm film(20);
+  std::map<std::size_t, std::string> torn;
+  for (const std::size_t chunk : {20U, 16U, 12U, 8U, 4U}) {
+    film.remove(film.headers[chunk] + 77, 203);
+    torn[chunk] = "torn0";
+  }
+  EXPECT_EQ(planOfIndex(film), allBut(40, torn));
+}
+
 }  // namespace
 }  // namespace zelvo::tests
