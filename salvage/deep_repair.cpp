@@ -74,13 +74,13 @@ class Work {
     if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);
     run_.observer.stage(SalvageStage::searching);
-    const MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, [this] { return isEnding(); });
+    MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, [this] { return isEnding(); });
     if (isEnding()) return SalvageEnd::stopped;
 
     run_.observer.stage(SalvageStage::weighing);
-    const ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
+    ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
-    const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
+    IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
     findLostHeaders(scan, chain, seen, index);
     const auto isSound = [](const FilmStream& stream) { return stream.header.type == avi::kAuds; };
@@ -92,7 +92,8 @@ class Work {
     report_.indexes = index.tables;
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
-    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index});
+    SpentEvidence spent{scan, chain, index};
+    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index}, &spent);
     describePlan(report_, plan_, header_);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
     if (run_.choices.closesGaps) {

@@ -128,7 +128,7 @@ class Cover {
   std::vector<Keyed> openHeaders_;  ///< sorted
   bool areOpenFound_ = false;
   std::vector<Pair> pairs_;
-  std::vector<std::uint32_t> multiplicity_;  ///< of each pair: how often its size occurs on either side
+  std::vector<std::uint16_t> multiplicity_;  ///< of each pair: how often its size occurs on either side
   mutable std::uint64_t looks_ = 0;
 };
 
@@ -227,6 +227,7 @@ void Cover::findOpen() {
   };
   std::vector<bool> isHeaders(std::size_t{1} << kBits);
   for (const Keyed& header : openHeaders_) isHeaders[bitOf(header.key())] = true;
+  openEntries_.reserve(unexplained_);
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     const Keyed entry(entries_[i].stream, entries_[i].size, i);
     if (cover_.ofEntry[i] == DisplacementCover::kNone && isHeaders[bitOf(entry.key())]) openEntries_.push_back(entry);
@@ -290,7 +291,7 @@ Cover::Gain Cover::gainOf(const Group& group) const {
   for (std::size_t i = group.begin; i < group.end; ++i) {
     if (!isOpen(pairs_[i])) continue;
     ++gain.entries;
-    gain.uniqueness += 1000 / multiplicity_[i];
+    gain.uniqueness += 1000U / multiplicity_[i];
     if (last != std::numeric_limits<std::uint32_t>::max() && last + 1 == pairs_[i].entry()) ++gain.neighbours;
     last = pairs_[i].entry();
   }
@@ -342,13 +343,18 @@ bool Cover::mayBeAcceptable(const Group& group, const Gain& gain) const {
 bool Cover::choose() {
   std::sort(pairs_.begin(), pairs_.end());
   // How often each entry and each header is paired says how much one pair is worth.
-  std::vector<std::uint32_t> ofEntry(entries_.size());
-  std::vector<std::uint32_t> ofCandidate(candidates_.size());
+  std::vector<std::uint16_t> ofEntry(entries_.size());
+  std::vector<std::uint16_t> ofCandidate(candidates_.size());
+  const auto countUp = [](std::uint16_t& count) {
+    // More than 1000 are worth nothing.
+    if (count < 0xffff) ++count;
+  };
   for (const Pair& pair : pairs_) {
-    ++ofEntry[pair.entry()];
-    ++ofCandidate[pair.candidate()];
+    countUp(ofEntry[pair.entry()]);
+    countUp(ofCandidate[pair.candidate()]);
   }
   multiplicity_.clear();
+  multiplicity_.reserve(pairs_.size());
   for (const Pair& pair : pairs_)
     multiplicity_.push_back(std::max(ofEntry[pair.entry()], ofCandidate[pair.candidate()]));
   std::priority_queue<Group> queue;

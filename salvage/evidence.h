@@ -26,4 +26,11 @@ struct Evidence {
   const IndexTemplate& index;
 };
 
+/// What may be let go while the plan is made, since of a large film it takes more memory than the plan.
+struct SpentEvidence {
+  MediaScan& scan;
+  ChunkChain& chain;
+  IndexTemplate& index;
+};
+
 }  // namespace zelvo::salvage

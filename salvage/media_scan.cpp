@@ -46,6 +46,7 @@ class Scan {
   void begin() {
     limit_ = std::min(input_.size(), Candidate::kOffsetLimit);
     mostCandidates_ = limits_.candidatesOf(limit_ - std::min(limit_, at_));
+    found_.candidates.reserve(mostCandidates_);
   }
   MediaScan takeFound(bool isComplete) {
     endRegion();

@@ -30,7 +30,7 @@ struct ScanLimits {
   std::size_t windowSize = std::size_t{1} << 20U;  ///< in whole pages of 4096, at least two
   /// Of 16 bytes each; fewer for a short file, see `candidatesOf`. When there are more, those that close on nothing and
   /// that nothing closes on are dropped; when that makes too little room, later ones are left out.
-  std::size_t candidates = 4'000'000;
+  std::size_t candidates = 3'000'000;
   std::size_t indexes = 262'144;  ///< tables and standard indexes, each; later ones are masked but not remembered
   std::size_t unreadable = 65'536;
   std::size_t zeroed = 65'536;  ///< stretches of zeros; later ones are not remembered
