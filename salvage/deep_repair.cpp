@@ -21,20 +21,28 @@ namespace zelvo::salvage {
 
 namespace {
 
-/// Tells the observer how much was read.
+/// Counts how much was read, whoever reads.
 class WatchedFile final : public platform::ReadableFile {
  public:
   WatchedFile(platform::ReadableFile& file, SalvageObserver& observer) : file_(file), observer_(observer) {}
   platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     const platform::IoResult result = file_.readAt(offset, into);
-    observer_.read(result.count);
+    read_.add(result.count);
     return result;
+  }
+  /// Tells the observer of what was read since. Thread: the one that repairs.
+  void tell() {
+    const std::uint64_t read = read_;
+    if (read != told_) observer_.read(read - told_);
+    told_ = read;
   }
   std::uint64_t size() override { return file_.size(); }
 
  private:
   platform::ReadableFile& file_;
   SalvageObserver& observer_;
+  platform::Relaxed<std::uint64_t> read_;
+  std::uint64_t told_ = 0;
 };
 
 /// How large the output may be: an output that is much larger than its input is a fault or an attack.
@@ -73,8 +81,14 @@ class Work {
     report_.headersClaimed = headers.main ? headers.main->streams : 0;
     if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);
+    file_.tell();
     run_.observer.stage(SalvageStage::searching);
-    MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, [this] { return isEnding(); });
+    const auto isEndingAfterTelling = [this] {
+      file_.tell();
+      return isEnding();
+    };
+    MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, isEndingAfterTelling, {}, &run_.workers);
+    file_.tell();
     if (isEnding()) return SalvageEnd::stopped;
 
     run_.observer.stage(SalvageStage::weighing);
