@@ -1,7 +1,8 @@
 // 1. The displacement zero, and the one that the index's own place tells, are walked over the entries.
 // 2. What is left of entries and headers is joined by stream and size: rare sizes first, common ones near by after.
 // 3. The pairs are sorted by displacement. The one that explains most is taken, and followed to both sides of each of
-//    its entries; ranks only ever fall, so that a queue of the ranks as they were last seen gives the greedy order.
+//    its entries; but for the first choice ranks only ever fall, so that a queue of the ranks as they were last seen
+//    gives the greedy order.
 #include "salvage/displacements.h"
 
 #include <algorithm>
@@ -109,6 +110,7 @@ class Cover {
   void findOpen();
   template <class Join>
   void join(const Join& join);
+  void rankAgain(std::priority_queue<Group>& queue) const;
   [[nodiscard]] bool mayBeAcceptable(const Group& group, const Gain& gain) const;
   void addPair(std::uint32_t entry, std::uint32_t candidate);
   bool choose();
@@ -339,6 +341,16 @@ bool Cover::mayBeAcceptable(const Group& group, const Gain& gain) const {
          DisplacementCover::areAligned(pairs_[group.begin].displacement(), first());
 }
 
+void Cover::rankAgain(std::priority_queue<Group>& queue) const {
+  std::priority_queue<Group> ranked;
+  for (; !queue.empty(); queue.pop()) {
+    Group group = queue.top();
+    group.rank = rankOf(group, gainOf(group));
+    ranked.push(group);
+  }
+  queue = std::move(ranked);
+}
+
 /// Takes displacements of the joined pairs until none explains enough. True when one was taken.
 bool Cover::choose() {
   std::sort(pairs_.begin(), pairs_.end());
@@ -383,12 +395,15 @@ bool Cover::choose() {
     const std::int64_t value = pairs_[group.begin].displacement();
     const auto known = std::ranges::find(cover_.values, value);
     const auto number = static_cast<std::uint16_t>(known - cover_.values.begin());
+    const bool isFirst = cover_.values.empty();
     if (known == cover_.values.end()) cover_.values.push_back(value);
     for (std::size_t i = group.begin; i < group.end; ++i) {
       if (!isOpen(pairs_[i])) continue;
       explain(pairs_[i].entry(), pairs_[i].candidate(), number);
       follow(pairs_[i], number);
     }
+    // Only now is it known which others are aligned with the first, and these rise.
+    if (isFirst) rankAgain(queue);
     hasTaken = true;
   }
   return hasTaken;
