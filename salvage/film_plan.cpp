@@ -28,6 +28,8 @@ namespace {
 constexpr std::uint64_t kChunkHeader = 8;
 /// Of the original; less holds no chunk that is worth looking for.
 constexpr std::uint64_t kSmallestRoom = 16;
+/// Chunks of the chain that come to more than this with those of the index are left out.
+constexpr std::size_t kMaxSlots = 3'500'000;
 constexpr std::uint64_t kEndless = std::numeric_limits<std::uint64_t>::max();
 
 std::uint64_t paddedEnd(const TemplateEntry& entry) { return entry.end() + entry.size % 2; }
@@ -176,6 +178,7 @@ void Planner::chooseEntries() {
       std::ranges::sort(entries_, {}, &TemplateEntry::offset);
     }
     foreign = {};
+    if (entries_.size() < entries_.capacity() / 2) entries_.shrink_to_fit();
   }
   const DisplacementCover own = cover(entries_, false);
   for (std::size_t i = 0; i < isForeign_.size(); ++i) {
@@ -252,9 +255,11 @@ void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes)
   for (const Slot& slot : part.slots) found += slot.size + kChunkHeader;
   if (room.size != kEndless && found > room.size + kSlack) return;
   std::uint64_t left = room.size == kEndless ? kEndless : room.size - std::min(room.size, found);
+  const std::size_t planned = plan_.slots.size() + parts_.size();
+  part.slots.resize(std::min(part.slots.size(), kMaxSlots - std::min(kMaxSlots, planned)));
   const std::size_t place = room.before + parts_.size();
   for (ChainGap& gap : part.gaps) {
-    if (gaps_.size() >= ChainFilm::kMaxGaps) break;
+    if (gaps_.size() >= ChainFilm::kMaxGaps || gap.before > part.slots.size()) break;
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
     gaps_.push_back({place + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
