@@ -4,11 +4,11 @@
 
 namespace zelvo::app {
 
-std::string ScratchPath::choose(std::uint8_t negvalue, const std::optional<std::string>& input) {
+std::string ScratchPath::choose(std::uint8_t which, const std::optional<std::string>& input) {
   constexpr int kMaxPairs = 4;
   if (!pair_) pair_ = paths_.claim();
   for (int tried = 0; pair_ && tried < kMaxPairs; ++tried) {
-    const std::string& path = negvalue == 1 ? pair_->first : pair_->second;
+    const std::string& path = which == 1 ? pair_->first : pair_->second;
     if (paths_.mayWrite(path, input)) return path;
     // Decision: runs, Scratch pairs are held by a lock
     pair_ = paths_.claimAnother();

@@ -14,10 +14,10 @@ class ScratchPath {
  public:
   explicit ScratchPath(platform::ScratchPaths& paths) : paths_(paths), pair_(paths.claim()) {}
 
-  /// The path for `negvalue` (1: the first, any other: the second) and a run of `input`. Where that path cannot be
+  /// The path for `which` (1: the first, any other: the second) and a run of `input`. Where that path cannot be
   /// written, since its folder is gone, a link or another's file stands there or it is the input itself, another pair
   /// takes over. Answers an empty path when no pair can be written; it is asked for again at the next call.
-  [[nodiscard]] std::string choose(std::uint8_t negvalue, const std::optional<std::string>& input);
+  [[nodiscard]] std::string choose(std::uint8_t which, const std::optional<std::string>& input);
 
   /// A pair below `folder` takes over, and is remembered. False, and nothing changes, when none can be held there.
   [[nodiscard]] bool moveTo(const std::string& folder);

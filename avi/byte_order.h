@@ -17,6 +17,11 @@ namespace zelvo::avi {
          static_cast<std::uint32_t>(bytes[2]) << 16U | static_cast<std::uint32_t>(bytes[3]) << 24U;
 }
 
+/// The four bytes at `offset`, which must lie within `bytes`.
+[[nodiscard]] constexpr std::uint32_t littleEndian32At(std::span<const std::byte> bytes, std::size_t offset) {
+  return loadLittleEndian32(bytes.subspan(offset).first<4>());
+}
+
 [[nodiscard]] constexpr std::uint64_t loadLittleEndian64(std::span<const std::byte, 8> bytes) {
   return loadLittleEndian32(bytes.first<4>()) | std::uint64_t{loadLittleEndian32(bytes.last<4>())} << 32U;
 }

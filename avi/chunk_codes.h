@@ -1,6 +1,8 @@
 /// Four-character codes by what they name: which look like codes at all, which name a stream's data, which an index.
 #pragma once
 
+#include <cstdint>
+
 #include "avi/fourcc.h"
 
 namespace zelvo::avi {
@@ -13,6 +15,9 @@ inline constexpr FourCC kDmlh{"dmlh"};
 inline constexpr FourCC kVprp{"vprp"};
 inline constexpr FourCC kAvix{"AVIX"};
 inline constexpr FourCC kOdml{"odml"};
+
+/// Bytes of a chunk's header: its code and its size.
+inline constexpr std::uint64_t kChunkHeader = 8;
 
 /// Four printable ASCII characters.
 [[nodiscard]] bool isPrintable(FourCC code);

@@ -25,10 +25,6 @@ std::optional<std::size_t> find(std::span<const std::byte> bytes, FourCC code, s
   return at;
 }
 
-std::uint32_t numberAt(std::span<const std::byte> bytes, std::size_t offset) {
-  return loadLittleEndian32(bytes.subspan(offset).first<4>());
-}
-
 }  // namespace
 
 std::optional<double> filmLength(platform::ReadableFile& file) {
@@ -42,10 +38,10 @@ std::optional<double> filmLength(platform::ReadableFile& file) {
   bytes.resize(result.count);
   const auto avih = find(bytes, kAvih, kTotalFrames + 4);
   if (!avih) return std::nullopt;
-  const double each = numberAt(bytes, *avih + kMicroseconds);
-  std::uint32_t frames = numberAt(bytes, *avih + kTotalFrames);
+  const double each = littleEndian32At(bytes, *avih + kMicroseconds);
+  std::uint32_t frames = littleEndian32At(bytes, *avih + kTotalFrames);
   if (const auto dmlh = find(bytes, kDmlh, kDmlhFrames + 4))
-    frames = std::max(frames, numberAt(bytes, *dmlh + kDmlhFrames));
+    frames = std::max(frames, littleEndian32At(bytes, *dmlh + kDmlhFrames));
   if (frames == 0 || each < kFastest || each > kSlowest) return std::nullopt;
   return each * frames / 1e6;
 }

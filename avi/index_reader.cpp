@@ -16,21 +16,13 @@ constexpr std::uint64_t kStandardEntrySize = 8;   // dwOffset, dwSize
 constexpr std::uint64_t kOpenDmlHeaderSize = 24;  // before the entries of both
 constexpr std::uint32_t kKeyFrame = 0x10;         // AVIIF_KEYFRAME
 constexpr std::uint32_t kDeltaFrame = 0x80000000;
-constexpr std::uint64_t kChunkHeaderSize = 8;
-
-/// What fails on a disk is a sector at least, so entries that begin in one that failed are not tried again.
-constexpr std::uint64_t kSectorSize = 512;
-
-std::uint32_t numberAt(std::span<const std::byte> bytes, std::size_t offset) {
-  return loadLittleEndian32(bytes.subspan(offset).first<4>());
-}
 
 /// An entry of an old index whose offsets count from `base`.
 IndexEntry oldEntry(std::span<const std::byte> bytes, std::uint64_t base) {
   return {.id = FourCC::at(bytes),
-          .offset = base + numberAt(bytes, 8),
-          .size = numberAt(bytes, 12),
-          .isKeyFrame = (numberAt(bytes, 4) & kKeyFrame) != 0};
+          .offset = base + littleEndian32At(bytes, 8),
+          .size = littleEndian32At(bytes, 12),
+          .isKeyFrame = (littleEndian32At(bytes, 4) & kKeyFrame) != 0};
 }
 
 }  // namespace
@@ -140,7 +132,7 @@ void IndexReader::judgeSuper(IndexEntry& entry) {
   entry.found = *header;
   if (!isStandardIndex(header->id)) {
     entry.target = EntryTarget::noStandardIndex;
-  } else if (entry.size > std::uint64_t{header->size} + kChunkHeaderSize) {
+  } else if (entry.size > std::uint64_t{header->size} + kChunkHeader) {
     entry.target = EntryTarget::shorterThanIndex;
   }
 }
@@ -153,7 +145,7 @@ void IndexReader::superEntries(IndexReport& report, std::uint64_t payload, FourC
       countUnreadable(report);
       continue;
     }
-    IndexEntry entry{.id = id, .offset = loadLittleEndian64(bytes->first<8>()), .size = numberAt(*bytes, 8)};
+    IndexEntry entry{.id = id, .offset = loadLittleEndian64(bytes->first<8>()), .size = littleEndian32At(*bytes, 8)};
     judgeSuper(entry);
     count(report, entry);
   }
@@ -169,9 +161,9 @@ void IndexReader::standardEntries(IndexReport& report, std::uint64_t payload, Fo
       continue;
     }
     // dwOffset points after the chunk's header.
-    const std::uint32_t length = numberAt(*bytes, 4);
+    const std::uint32_t length = littleEndian32At(*bytes, 4);
     IndexEntry entry{.id = id,
-                     .offset = base + numberAt(*bytes, 0) - kChunkHeaderSize,
+                     .offset = base + littleEndian32At(*bytes, 0) - kChunkHeader,
                      .size = length & (kDeltaFrame - 1),
                      .isKeyFrame = (length & kDeltaFrame) == 0};
     judge(entry);
@@ -196,7 +188,7 @@ IndexReport IndexReader::openDmlIndex(std::uint64_t payload, std::uint64_t size)
   const std::uint64_t entrySize = standard ? kStandardEntrySize : kSuperEntrySize;
   const FourCC id = FourCC::at(header.subspan(8));
   const std::uint64_t base = loadLittleEndian64(header.subspan<12, 8>());
-  report.entries = numberAt(header, 4);
+  report.entries = littleEndian32At(header, 4);
   const std::uint64_t room = (size - kOpenDmlHeaderSize) / entrySize;
   if (longsPerEntry * 4 != entrySize) {
     report.remark = IndexRemark::unknownEntries;

@@ -20,7 +20,6 @@ bool isLandmark(std::span<const std::byte> bytes) {
 constexpr std::uint64_t kHeaderSize = 8;
 constexpr std::uint64_t kTypeSize = 4;
 constexpr std::size_t kPieceSize = 4096;  // of what is searched at a time
-constexpr std::uint64_t kSectorSize = 512;
 constexpr std::uint64_t kPageSize = 4096;
 
 std::uint64_t nextMultiple(std::uint64_t offset, std::uint64_t unit) { return (offset / unit + 1) * unit; }

@@ -6,6 +6,9 @@
 
 namespace zelvo::avi {
 
+/// What fails on a disk is a sector at least.
+inline constexpr std::uint64_t kSectorSize = 512;
+
 /// Reads that failed, the end of the file not counted among them.
 struct ReadFailures {
   std::uint64_t count = 0;

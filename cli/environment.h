@@ -11,6 +11,7 @@
 #include "platform/property_lists.h"
 #include "platform/relaxed.h"
 #include "platform/storage_view.h"
+#include "platform/trial_decoder.h"
 #include "platform/workers.h"
 
 namespace zelvo::cli {
@@ -27,6 +28,7 @@ struct Environment {
   std::function<void(const std::function<bool()>&)> runUntil;
   std::function<StorageView()> lookAtStorage;  ///< for the commands that want it: reading it takes milliseconds
   platform::PropertyLists& propertyLists;
+  platform::TrialDecoder& trialDecoder;
   Console& console;
   const platform::Relaxed<bool>& stopRequested;  ///< raised by a signal; never lowered
 };

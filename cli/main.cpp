@@ -10,8 +10,10 @@
 
 #include "cli/command_line.h"
 #include "cli/environment.h"
+#include "platform/linux/bundle.h"
 #include "platform/linux/path_probe_child.h"
 #include "platform/linux/services.h"
+#include "platform/linux/trial_decoder.h"
 
 namespace {
 
@@ -50,7 +52,9 @@ void giveBackLargeBlocks() {
 
 zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console) {
   using zelvo::platform::linux_::LinuxPathProbe;
+  using zelvo::platform::linux_::LinuxTrialDecoder;
   zelvo::platform::linux_::Services system(LinuxPathProbe::thisProgram());
+  LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(zelvo::platform::linux_::LinuxBundle::runningProgram()));
   zelvo::cli::Environment environment{
       .files = system.files,
       .fileManager = system.fileManager,
@@ -60,6 +64,7 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
       .runUntil = [&](const std::function<bool()>& done) { system.mainQueue.runUntil(done); },
       .lookAtStorage = [&] { return system.lookAtStorage(); },
       .propertyLists = system.propertyLists,
+      .trialDecoder = decoder,
       .console = console,
       .stopRequested = stopRequested};
   return command.run(environment);

@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint64_t kResultVersion = 1;
 
-std::string_view nameOf(engine::StreamKind kind) { return kind == engine::StreamKind::video ? "video" : "audio"; }
+std::string_view kindName(engine::StreamKind kind) { return kind == engine::StreamKind::video ? "video" : "audio"; }
 
 std::string codecInWords(const engine::StreamReport& stream) {
   if (!stream.formatTag) return stream.codec.empty() ? "codec not named" : printable(stream.codec);
@@ -46,7 +46,7 @@ void writeMembers(JsonWriter& json, const engine::StreamReport& stream) {
 
 /// The first stream of a kind, under that kind's name.
 void writeFirst(JsonWriter& json, const std::vector<engine::StreamReport>& streams, engine::StreamKind kind) {
-  json.key(nameOf(kind));
+  json.key(kindName(kind));
   const auto first = std::find_if(streams.begin(), streams.end(), [&](const auto& one) { return one.kind == kind; });
   if (first == streams.end()) {
     json.null();
@@ -62,7 +62,7 @@ void writeAll(JsonWriter& json, const std::vector<engine::StreamReport>& streams
   json.beginArray();
   for (const engine::StreamReport& stream : streams) {
     json.beginObject();
-    json.member("kind", nameOf(stream.kind));
+    json.member("kind", kindName(stream.kind));
     writeMembers(json, stream);
     json.endObject();
   }

@@ -22,7 +22,7 @@ constexpr std::size_t kLongestName = 255;
 /// Reading and writing by the owner alone.
 constexpr std::uint32_t kOwnerOnly = 0600;
 
-std::string_view nameOf(std::string_view path) {
+std::string_view fileName(std::string_view path) {
   const std::size_t slash = path.rfind('/');
   return slash == std::string_view::npos ? path : path.substr(slash + 1);
 }
@@ -43,9 +43,9 @@ std::string_view withoutVideoEnding(std::string_view name) {
 }
 
 std::string outputPath(const std::string& input, const std::optional<std::string>& directory, std::string_view ending) {
-  const std::string name = std::string(withoutVideoEnding(nameOf(input))) + std::string(ending);
+  const std::string name = std::string(withoutVideoEnding(fileName(input))) + std::string(ending);
   if (directory) return platform::pathIn(*directory, name);
-  return input.substr(0, input.size() - nameOf(input).size()) + name;
+  return input.substr(0, input.size() - fileName(input).size()) + name;
 }
 
 std::string hiddenName() {
@@ -153,7 +153,7 @@ std::optional<std::string> refusal(const OutputChoice& output, platform::FileMan
   if (output.path.ends_with('/')) {
     return "the output must be named as a file, not as a folder: " + shown;
   }
-  if (nameOf(output.path).size() > kLongestName) {
+  if (fileName(output.path).size() > kLongestName) {
     return "the name of the output would be too long: " + shown + "; name a shorter one with -o.";
   }
   const auto target = fileManager.attributesFollowingLinks(output.path);

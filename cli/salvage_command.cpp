@@ -122,6 +122,7 @@ class OneSalvage {
                             .observer = progress_,
                             .cancel = cancel,
                             .workers = environment_.workers,
+                            .decoder = &environment_.trialDecoder,
                             .choices = choices_.repair,
                             .makeOutput = {}};
     if (!choices_.isDry) {
@@ -207,6 +208,11 @@ class OneSalvage {
     if (const std::size_t left = told.report->streamsWithoutHeader; left > 0) {
       warn(outcome, counted(left, "stream") + " of " + printable(input.path) + (left == 1 ? " is" : " are") +
                         " left out: the header is lost, and nothing tells what it holds. A --donor may help.");
+    }
+    if (told.report->lacksDecoder) {
+      warn(outcome, "parts of " + printable(input.path) +
+                        " could have been found by decoding, but the program zelvo-avi-decoder, which lies beside "
+                        "zelvo-avi, is missing or did not last.");
     }
     if (const auto warning = readsFailed(
             input.path, outcome.readFailures,

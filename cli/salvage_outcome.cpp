@@ -146,6 +146,7 @@ void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
   json.beginObject();
   json.member("verdict", nameOf(report->verdict));
   json.member("sentence", verdictSentence(*report));
+  json.member("returns_left_out", report->returnsLeftOut);
   json.member("main_header", report->hasMainHeader ? "own" : "synthesised");
   writeStreams(json, *report);
   writeFields(json, *report);
@@ -173,6 +174,7 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
     text += line(std::string(1, static_cast<char>(kind.front() - 'a' + 'A')) + kind.substr(1),
                  codecOf(stream) + ", " + streamWords(stream));
   }
+  if (report.returnsLeftOut > 0) text += line("Transfer", transferWords(report));
   text += line("Headers", headerWords(report));
   for (const salvage::FoundField& field : report.fields) {
     if (!field.alternatives.empty()) text += line("Chosen", choiceWords(field));

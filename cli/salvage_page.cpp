@@ -83,6 +83,7 @@ std::string_view paintOf(salvage::LossCause cause) {
   switch (cause) {
     case LossCause::sizeField:
     case LossCause::code:
+    case LossCause::moved:
       return "mended";
     case LossCause::inserted:
     case LossCause::doubled:
@@ -149,10 +150,11 @@ std::string picture(const SalvageReport& report) {
   Bars bars;
   const std::size_t told = std::min(report.spans.size(), kMaxRows);
   bars.begin("The damaged file", shownSize(report.inputSize));
+  const auto bytes = static_cast<double>(report.inputSize - report.returnsLeftOut);
   for (std::size_t i = 0; i < told; ++i) {
     const SalvagedSpan& span = report.spans[i];
-    bars.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end),
-              static_cast<double>(report.inputSize), paintOf(span.span.cause), spanWords(span, report));
+    bars.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end), bytes, paintOf(span.span.cause),
+              spanWords(span, report));
   }
   for (std::size_t stream = 0; stream < report.streams.size(); ++stream) {
     const double seconds = report.streams[stream].all().seconds;
@@ -259,6 +261,7 @@ std::string salvagePage(const SalvageOutcome& outcome) {
   const std::string verdict(nameOf(report.verdict));
   page += "<p><span class=\"verdict " + verdict + "\">" + verdict + "</span></p>\n<p>" +
           escaped(verdictSentence(report)) + "</p>\n";
+  if (report.returnsLeftOut > 0) page += "<p>The file was " + escaped(transferWords(report)) + ".</p>\n";
   if (!base.reason.empty()) page += "<p>" + escaped(base.reason) + "</p>\n";
   if (base.outputPath) {
     page += "<p class=\"soft\">Written: " + escaped(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +

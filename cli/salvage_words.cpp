@@ -33,11 +33,17 @@ std::string share(const SlotTally& tally, std::string_view what) {
 }
 
 /// Seconds of the film's first stream of a type that are not as they were; nothing of a film without one.
+/// Of the stream of the kind that is hurt worst; nullopt without one.
 std::optional<double> secondsHurt(const SalvageReport& report, avi::FourCC type) {
-  const auto stream = std::ranges::find(report.streams, type, &SalvagedStream::type);
-  if (stream == report.streams.end()) return std::nullopt;
-  return stream->notWhole().seconds;
+  std::optional<double> most;
+  for (const SalvagedStream& stream : report.streams) {
+    if (stream.type == type) most = std::max(most.value_or(0), stream.notWhole().seconds);
+  }
+  return most;
 }
+
+/// What is there is never "0.0 s".
+std::string shownAmount(double seconds) { return seconds < 0.05 ? "less than 0.1 s" : fixedPoint(seconds, 1) + " s"; }
 
 }  // namespace
 
@@ -87,6 +93,8 @@ std::string_view nameOf(LossCause cause) {
       return "code";
     case LossCause::cut:
       return "cut";
+    case LossCause::moved:
+      return "moved";
     case LossCause::unreadable:
       break;
   }
@@ -106,6 +114,8 @@ std::string_view doneAbout(LossCause cause) {
     case LossCause::doubled:
     case LossCause::foreign:
       return "left out";
+    case LossCause::moved:
+      return "put together again";
     case LossCause::sizeField:
       return "the size is mended";
     case LossCause::code:
@@ -118,6 +128,7 @@ std::string_view wordsFor(LossCause cause) {
   if (cause == LossCause::sizeField) return "wrong size";
   if (cause == LossCause::code) return "wrong code";
   if (cause == LossCause::cut) return "cut off";
+  if (cause == LossCause::moved) return "in parts at several places";
   return nameOf(cause);
 }
 
@@ -202,11 +213,16 @@ std::string verdictSentence(const SalvageReport& report) {
     if (video.value_or(0) + sound.value_or(0) == 0) return text + ".";
     text += "; ";
   }
-  if (video) text += fixedPoint(*video, 1) + " s of its pictures";
-  if (video && sound) text += " and ";
-  if (sound) text += fixedPoint(*sound, 1) + " s of its sound";
-  if (!video && !sound) text += "some of it";
-  return text + " are lost or hurt, the rest is there, in step.";
+  const bool isVideoHurt = video.value_or(0) > 0;
+  const bool isSoundHurt = sound.value_or(0) > 0;
+  if (isVideoHurt) text += shownAmount(*video) + " of its pictures";
+  if (isVideoHurt && isSoundHurt) text += " and ";
+  if (isSoundHurt) text += shownAmount(*sound) + " of its sound";
+  if (!isVideoHurt && !isSoundHurt) return text + "a part of it is lost or hurt, the rest is there, in step.";
+  text += isVideoHurt ? " are lost or hurt" : " is lost or hurt";
+  if (video && !isVideoHurt) return text + ", all of its pictures are there, in step.";
+  if (sound && !isSoundHurt) return text + ", all of its sound is there, in step.";
+  return text + ", the rest is there, in step.";
 }
 
 std::string streamWords(const SalvagedStream& stream) {
@@ -229,6 +245,11 @@ std::string spanWords(const salvage::SalvagedSpan& span, const SalvageReport& re
   }
   if (!span.streams.empty()) text += ")";
   return text + "; " + std::string(doneAbout(span.span.cause));
+}
+
+std::string transferWords(const SalvageReport& report) {
+  return "sent as if it were text, which put " + counted(report.returnsLeftOut, "byte") +
+         " in; they are left out, and places are told without them";
 }
 
 std::string whyNothing(const SalvageReport& report, const std::string& name) {

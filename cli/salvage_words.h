@@ -35,6 +35,9 @@ namespace zelvo::cli {
 /// "1:02:03.45", "2:03.45".
 [[nodiscard]] std::string shownTime(double seconds);
 
+/// What a transfer as text had done, and that it is undone.
+[[nodiscard]] std::string transferWords(const salvage::SalvageReport& report);
+
 /// Why nothing was written; a sentence about the input called `name`, which is printable already.
 [[nodiscard]] std::string whyNothing(const salvage::SalvageReport& report, const std::string& name);
 

@@ -16,6 +16,7 @@ function(zelvo_room name)
     else()
       zelvo_precompile(${target_name} std)
     endif()
+    zelvo_join_sources(${target_name} ${ZELVO_JOIN_ROOMS})
     set(scope PUBLIC)
   else()
     add_library(${target_name} INTERFACE)
@@ -30,11 +31,11 @@ function(zelvo_room name)
   endif()
 endfunction()
 
-# zelvo_join_sources(TARGET): where it is asked for, the sources of a test program are compiled several at a time, since
-# each of them takes longer over its headers than over itself. A name of an unnamed namespace is then one of all of
-# them.
-function(zelvo_join_sources target)
-  if(ZELVO_JOIN_TESTS)
+# zelvo_join_sources(TARGET IS_WANTED): where it is wanted, the sources of a target are compiled several at a time,
+# since each of them takes longer over its headers than over itself. A name of an unnamed namespace is then one of all
+# of them.
+function(zelvo_join_sources target is_wanted)
+  if(is_wanted)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
   endif()
 endfunction()
@@ -46,7 +47,7 @@ function(zelvo_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${TEST_SOURCES})
   target_link_libraries(${name} PRIVATE zelvo_flags zelvo_test_flags ${TEST_USES} GTest::gmock GTest::gtest_main)
-  zelvo_join_sources(${name})
+  zelvo_join_sources(${name} ${ZELVO_JOIN_TESTS})
   if("zelvo::platform_qt" IN_LIST TEST_USES)
     zelvo_precompile(${name} qt_test)
   else()

@@ -1,5 +1,6 @@
 #include "engine/candidate_reader.h"
 
+#include "avi/byte_order.h"
 #include "engine/data_codes.h"
 
 namespace zelvo::engine {
@@ -28,9 +29,9 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
   }
   const std::span<const std::byte> bytes = window_.block(block, last_, ownRead);
   finder_.find(bytes, positions, found_);
-  if (window_.isDense()) {
-    for (const std::uint16_t i : found_.positions()) window_.expectLookAheadOf(ScanWindow::startOf(block) + i);
-  }
+  const std::size_t valid = window_.validFrom(block);
+  const bool isDense = window_.isDense();
+  if (isDense) window_.expectLookAheads(block, found_.positions());
   std::size_t next = candidates.size();
   candidates.resize(next + found_.positions().size());
   for (const std::uint16_t i : found_.positions()) {
@@ -40,10 +41,14 @@ void CandidateReader::readBlock(std::uint32_t block, std::vector<Candidate>& can
     candidate.code = avi::FourCC::at(bytes.subspan(i));
     // Deliberate: these sums wrap at 32 bits, as block offsets do. // Decision: scan, Scan offsets wrap at 32 bits
     const std::uint32_t position = candidate.position();
-    candidate.size = window_.numberAt(position + 4);
+    candidate.size = i + std::size_t{8} <= valid ? avi::loadLittleEndian32(bytes.subspan(i + std::size_t{4}).first<4>())
+                                                 : window_.numberAt(position + 4);
     if (candidate.sizeIsRefused()) continue;
-    candidate.lookAheadCount =
-        static_cast<std::uint8_t>(window_.readLookAhead(position + 8 + candidate.size, candidate.lookAhead));
+    const std::uint32_t payloadEnd = position + 8 + candidate.size;
+    if (isDense) candidate.found = window_.foundBeyond(payloadEnd);
+    if (!candidate.found) {
+      candidate.lookAheadCount = static_cast<std::uint8_t>(window_.readLookAhead(payloadEnd, candidate.lookAhead));
+    }
     // Silence may be all zeros; a picture is not, which its first byte tells nearly always.
     const std::size_t payload = i + std::size_t{8};
     // Decision: scan, Blank pictures do not count

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "avi/fourcc.h"
@@ -20,16 +21,20 @@ struct Candidate {
   static constexpr std::uint32_t kSmallestRefusedSize = 10000000;
 
   std::uint32_t block = 0;
-  std::uint16_t inBlock = 0;           ///< 0 to 1023
-  std::uint8_t lookAheadCount = 0;     ///< how many bytes of `lookAhead` could be read; none when the size is refused
-  std::array<std::byte, 6> lookAhead;  ///< what lies after the payload
-  bool isBlank = false;                ///< a picture of nothing but zero bytes
+  std::uint16_t inBlock = 0;  ///< 0 to 1023
+  /// How many bytes of `lookAhead` could be read; none when the size is refused or `found` tells what they hold.
+  std::uint8_t lookAheadCount = 0;
+  std::array<std::byte, kLookAheadSize> lookAhead;  ///< what lies after the payload
+  std::optional<LookAheadFind> found;               ///< what all of the look-ahead holds, where that is known already
+  bool isBlank = false;                             ///< a picture of nothing but zero bytes
   avi::FourCC code;
   std::uint32_t size = 0;  ///< the size field
 
   [[nodiscard]] bool sizeIsRefused() const { return size == 0 || size >= kSmallestRefusedSize; }
   /// Deliberate: computed in 32 bits, as block offsets are.
   [[nodiscard]] std::uint32_t position() const { return ScanWindow::startOf(block) + inBlock; }
+  /// Deliberate: so is where the payload ends.
+  [[nodiscard]] std::uint32_t payloadEnd() const { return position() + 8 + size; }
 };
 
 /// Reads of one block and its candidates that failed.
@@ -54,15 +59,12 @@ struct Stretch {
 /// Thread: one; each thread has a reader of its own.
 class CandidateReader {
  public:
-  /// `last` is the number of the input's last block, `mod` how many of its bytes count; `farAhead` as in ScanWindow.
-  CandidateReader(avi::InputFile& input, std::uint32_t last, std::uint32_t mod, bool farAhead)
-      : window_(input, farAhead), last_(last), mod_(mod) {}
+  /// `last` is the number of the input's last block, `mod` how many of its bytes count.
+  CandidateReader(avi::InputFile& input, std::uint32_t last, std::uint32_t mod)
+      : window_(input), last_(last), mod_(mod) {}
 
   /// Replaces `content` by that of the stretch.
   void read(const Stretch& stretch, StretchContent& content);
-
-  /// True once the input has proved dense with candidates.
-  [[nodiscard]] bool isDense() const { return window_.isDense(); }
 
  private:
   void readBlock(std::uint32_t block, std::vector<Candidate>& candidates);

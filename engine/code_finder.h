@@ -27,11 +27,17 @@ class FoundCodes {
   std::size_t count_ = 0;
 };
 
+/// The places among 64 at which a code starts: bit 0 stands for the first.
+struct CodeBits {
+  std::uint64_t data = 0;     ///< a data chunk's
+  std::uint64_t padding = 0;  ///< "JUNK"
+};
+
 /// Thread: any; one finder may serve several.
 class CodeFinder {
  public:
   /// Bytes that must lie in `bytes` after the last position tested.
-  static constexpr std::size_t kMargin = 64;
+  static constexpr std::size_t kMargin = 192;
   static constexpr std::size_t kMaxPositions = avi::InputFile::kBlockSize;
 
   /// A kind that this processor lacks falls back to `portable`.
@@ -44,9 +50,15 @@ class CodeFinder {
     find_(bytes.data(), positions, found);
   }
 
+  /// The codes that start at the 64 places from `bytes` on, of which 64 + 3 bytes are looked at and up to `kMargin`
+  /// bytes more are read.
+  [[nodiscard]] CodeBits bits(const std::byte* bytes) const { return bits_(bytes); }
+
  private:
   using Find = void (*)(const std::byte* bytes, std::size_t positions, FoundCodes& found);
+  using Bits = CodeBits (*)(const std::byte* bytes);
   Find find_;
+  Bits bits_;
 };
 
 }  // namespace zelvo::engine

@@ -15,6 +15,7 @@ namespace {
 
 /// Steps of the animation whose values are computed together.
 constexpr std::size_t kStepsAtOnce = 8;
+constexpr std::array<double, kStepsAtOnce> kOffsets{0, 1, 2, 3, 4, 5, 6, 7};
 
 }  // namespace
 
@@ -41,7 +42,8 @@ void RepairFile::progressupdation(const Run& run) {
     // It stays stopped, so the rest of the count would do nothing.
     if (mark.cancelled()) return;
     // The divisions are the dearest part of a step, and a handful together cost little more than one.
-    for (std::size_t k = 0; k < kStepsAtOnce; ++k) percents[k] = static_cast<double>(first + k) * 100.0 / divisor;
+    const auto firstAsDouble = static_cast<double>(first);  // counting on in doubles is exact below 2^53
+    for (std::size_t k = 0; k < kStepsAtOnce; ++k) percents[k] = (firstAsDouble + kOffsets[k]) * 100.0 / divisor;
     const auto values = std::span(percents).first(std::min<std::uint64_t>(kStepsAtOnce, steps - first + 1));
     if (values.back() <= 80.0) {
       for (const double percent : values) take(percent);

@@ -5,6 +5,7 @@
 // 3. Record what is accepted.
 #include <algorithm>
 #include <array>
+#include <optional>
 
 #include "avi/fourcc.h"
 #include "engine/candidate_reader.h"
@@ -24,52 +25,63 @@ namespace {
 /// It starts as six zero bytes in every run. // Decision: scan, The look-ahead buffer stays stale
 class LookAheadBuffer {
  public:
-  void overwriteFront(const std::array<std::byte, 6>& bytes, std::size_t count) {
-    if (count == bytes.size()) {
-      bytes_ = bytes;
+  explicit LookAheadBuffer(avi::InputFile& input) : input_(input) {}
+
+  /// Takes the look-ahead of a candidate whose size is accepted and answers what it holds then.
+  [[nodiscard]] LookAheadFind take(const Candidate& candidate) {
+    if (candidate.found) {
+      // All six bytes are new, and are looked at again only if the next candidate leaves some of them.
+      unread_ = candidate.payloadEnd();
+      return *candidate.found;
+    }
+    if (candidate.lookAheadCount == bytes_.size()) {
+      bytes_ = candidate.lookAhead;
     } else {
-      std::copy_n(bytes.begin(), count, bytes_.begin());
+      if (unread_) static_cast<void>(input_.tryRead(*unread_, bytes_));
+      std::copy_n(candidate.lookAhead.begin(), candidate.lookAheadCount, bytes_.begin());
     }
-  }
-  [[nodiscard]] bool holdsCode() const {
-    for (std::size_t at = 0; at <= 2; ++at) {
-      const avi::FourCC code = codeAt(at);
-      if (isDataCode(code) || code == avi::kJunk) return true;
-    }
-    return false;
-  }
-  /// Only one code can stand among the three positions, since none holds the beginning of another.
-  [[nodiscard]] bool holdsPadding() const {
-    return codeAt(0) == avi::kJunk || codeAt(1) == avi::kJunk || codeAt(2) == avi::kJunk;
+    unread_.reset();
+    return held();
   }
 
  private:
-  [[nodiscard]] avi::FourCC codeAt(std::size_t at) const { return avi::FourCC::at(std::span(bytes_).subspan(at)); }
+  [[nodiscard]] LookAheadFind held() const {
+    for (std::size_t at = 0; at <= 2; ++at) {
+      const avi::FourCC code = avi::FourCC::at(std::span(bytes_).subspan(at));
+      if (code == avi::kJunk) return LookAheadFind::padding;
+      if (isDataCode(code)) return LookAheadFind::chunk;
+    }
+    return LookAheadFind::nothing;
+  }
 
-  std::array<std::byte, 6> bytes_{};
+  avi::InputFile& input_;
+  std::array<std::byte, kLookAheadSize> bytes_{};
+  std::optional<std::uint32_t> unread_;  ///< where the bytes stand, when they are not in `bytes_`
 };
 
 /// Judges candidates, which must come in file order, and records what it accepts.
 class SampleScan {
  public:
-  SampleScan(RepairState& state, platform::Log& log) : state_(state), log_(log) {}
+  SampleScan(RepairState& state, const RepairContext& run)
+      : state_(state), log_(run.observer.log()), lookAhead_(run.input) {}
 
   void judge(const Candidate& candidate) {
     state_.videosamplesize = candidate.size;
     if (candidate.sizeIsRefused()) return;
-    lookAhead_.overwriteFront(candidate.lookAhead, candidate.lookAheadCount);
-    if (!lookAhead_.holdsCode()) return;
+    const LookAheadFind found = lookAhead_.take(candidate);
+    if (found == LookAheadFind::nothing) return;
+    const bool isPadded = found == LookAheadFind::padding;
     if (isSoundCode(candidate.code)) {
-      record(candidate, state_.audiosamplecount, state_.audiosamplesizearray, state_.audiosampleoffsetarray,
+      record(candidate, isPadded, state_.audiosamplecount, state_.audiosamplesizearray, state_.audiosampleoffsetarray,
              audioFullTold_);
     } else {
-      record(candidate, state_.videosamplecount, state_.videosamplesizearray, state_.videosampleoffsetarray,
+      record(candidate, isPadded, state_.videosamplecount, state_.videosamplesizearray, state_.videosampleoffsetarray,
              videoFullTold_);
     }
   }
 
  private:
-  void record(const Candidate& candidate, std::uint64_t& count, SampleTable& sizes, SampleTable& offsets,
+  void record(const Candidate& candidate, bool isPadded, std::uint64_t& count, SampleTable& sizes, SampleTable& offsets,
               bool& fullTold) {
     if (count == kLargestSampleCount) {  // Decision: scan, A full table ends its kind only
       if (!fullTold) {
@@ -86,7 +98,7 @@ class SampleScan {
                       .size = candidate.size,
                       .isSound = isSoundCode(candidate.code),
                       .isBlank = candidate.isBlank,
-                      .isPaddedBehind = lookAhead_.holdsPadding()});
+                      .isPaddedBehind = isPadded});
   }
 
   RepairState& state_;
@@ -100,7 +112,7 @@ class SampleScan {
 
 void scanSamples(RepairState& state, const RepairContext& run) {
   if (run.stopRequested()) return;
-  SampleScan scan(state, run.observer.log());
+  SampleScan scan(state, run);
   const std::uint32_t last = state.numberofsectors;
   StretchQueue stretches(run.input, last, state.mod, run.workers);
   std::span<const Candidate> candidates;

@@ -18,8 +18,7 @@ bool allZero(std::span<const std::byte> bytes) {
 
 }  // namespace
 
-ScanWindow::ScanWindow(avi::InputFile& input, bool farAhead)
-    : input_(input), farAhead_(farAhead), bytes_(kWindowSize + CodeFinder::kMargin) {}
+ScanWindow::ScanWindow(avi::InputFile& input) : input_(input), bytes_(kWindowSize + CodeFinder::kMargin), map_(input) {}
 
 std::span<const std::byte> ScanWindow::block(std::uint32_t number, std::uint32_t last, std::size_t ownRead) {
   if (firstBlock_ == 0 || number < firstBlock_ || number - firstBlock_ >= blocks_) moveTo(number, last);
@@ -49,7 +48,7 @@ void ScanWindow::moveTo(std::uint32_t number, std::uint32_t last) {
   std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(result.count), bytes_.end(), std::byte{0});
   if (beyondWindow_ > kDense) {
     dense_ = true;
-    if (farAhead_ && !readsFail_) moveRing();
+    if (!readsFail_) map_.cover(start_, start_ + kWindowSize + kReach);
   }
   beyondWindow_ = 0;
 }
@@ -59,10 +58,6 @@ void ScanWindow::readBlockAlone(std::uint32_t number, std::size_t ownRead) {
   read(startOf(number), std::span(bytes_).first(ownRead));
 }
 
-bool ScanWindow::inWindow(std::uint64_t offset, std::size_t size) const {
-  return offset >= start_ && offset + size <= start_ + valid_;
-}
-
 std::uint32_t ScanWindow::numberAt(std::uint32_t offset) {
   if (inWindow(offset, 4)) return avi::loadLittleEndian32(std::span(bytes_).subspan(offset - start_).first<4>());
   std::array<std::byte, 4> number{};
@@ -70,22 +65,13 @@ std::uint32_t ScanWindow::numberAt(std::uint32_t offset) {
   return avi::loadLittleEndian32(number);
 }
 
-std::size_t ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte, 6> into) {
+std::size_t ScanWindow::readLookAhead(std::uint32_t offset, std::span<std::byte, kLookAheadSize> into) {
   if (inWindow(offset, into.size())) {
     std::memcpy(into.data(), bytes_.data() + (offset - start_), into.size());
     return into.size();
   }
   ++beyondWindow_;
-  if (!inRing(offset, into.size())) return read(offset, into);
-  const std::size_t at = offset % kRingSize;
-  const std::size_t first = std::min(into.size(), kRingSize - at);
-  if (first == into.size()) {
-    std::memcpy(into.data(), ring_.data() + at, into.size());
-  } else {
-    std::memcpy(into.data(), ring_.data() + at, first);
-    std::memcpy(into.data() + first, ring_.data(), into.size() - first);
-  }
-  return into.size();
+  return map_.isBeyondInput(offset) ? 0 : read(offset, into);
 }
 
 bool ScanWindow::isAllZero(std::uint64_t offset, std::uint64_t size) {
@@ -109,30 +95,15 @@ bool ScanWindow::isAllZero(std::uint64_t offset, std::uint64_t size) {
   return true;
 }
 
-void ScanWindow::expectLookAheadOf(std::uint32_t position) const {
-  if (!inWindow(std::uint64_t{position} + 4, 4)) return;
-  const auto size = std::span(bytes_).subspan(position + 4 - start_).first<4>();
-  const std::uint32_t lookAhead = position + 8 + avi::loadLittleEndian32(size);
-  if (inRing(lookAhead, 1)) __builtin_prefetch(ring_.data() + lookAhead % kRingSize);
-}
-
-bool ScanWindow::inRing(std::uint64_t offset, std::size_t size) const {
-  return offset >= ringStart_ && offset + size <= ringEnd_;
-}
-
-void ScanWindow::moveRing() {
-  if (ring_.empty()) ring_.resize(kRingSize);
-  const std::uint64_t wantedEnd = start_ + kWindowSize + kReach;
-  if (start_ < ringStart_ || start_ > ringEnd_) ringEnd_ = start_;
-  // What is read now overwrites what lies more than a ring's length before it.
-  while (ringEnd_ < wantedEnd) {
-    const std::size_t at = ringEnd_ % kRingSize;
-    const std::size_t step = std::min<std::uint64_t>(wantedEnd - ringEnd_, kRingSize - at);
-    const platform::IoResult result = input_.tryRead(ringEnd_, std::span(ring_).subspan(at, step));
-    ringEnd_ += result.count;
-    if (result.count < step) break;
+void ScanWindow::expectLookAheads(std::uint32_t block, std::span<const std::uint16_t> positions) const {
+  const std::size_t valid = validFrom(block);
+  const std::uint32_t start = startOf(block);
+  const auto bytes = std::span(bytes_).subspan(start - start_);
+  for (const std::size_t at : positions) {
+    if (at + 8 > valid) break;
+    const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan(at + 4).first<4>());
+    __builtin_prefetch(map_.placeOf(start + static_cast<std::uint32_t>(at) + 8 + size));
   }
-  ringStart_ = std::max(start_, ringEnd_ > kRingSize ? ringEnd_ - kRingSize : 0);
 }
 
 }  // namespace zelvo::engine

@@ -18,7 +18,7 @@ StretchQueue::StretchQueue(avi::InputFile& input, std::uint32_t last, std::uint3
       last_(last),
       mod_(mod),
       stretches_(last / Stretch::kBlocks + (last % Stretch::kBlocks != 0 ? 1 : 0)),
-      reader_(input, last, mod, true) {
+      reader_(input, last, mod) {
   if (stretches_ >= kWorthHelping && workers.processors() > 1) {
     helper_ = workers.startHelper([this] { help(); });
     if (!helper_) throw std::system_error(platform::noThread());
@@ -64,11 +64,9 @@ void StretchQueue::help() {
 }
 
 void StretchQueue::readAlong() {
-  // An input dense with candidates is read by the other thread alone: it keeps 10 MB of look-ahead, and two of these
-  // would push each other out of the processor's cache.
-  CandidateReader reader(input_, last_, mod_, false);
+  CandidateReader reader(input_, last_, mod_);
   std::unique_lock lock(mutex_);
-  while (!ending_ && nextToTake_ < stretches_ && !reader.isDense()) {
+  while (!ending_ && nextToTake_ < stretches_) {
     if (!readOne(reader, lock)) changed_.wait(lock);
   }
 }

@@ -4,14 +4,14 @@
 #include <array>
 
 #include "avi/byte_order.h"
+#include "avi/chunk_codes.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Zeros and small numbers are everywhere.
-constexpr std::uint32_t kSmallest = 16;
+constexpr std::uint32_t kSmallestPayload = 16;
 /// A chunk that is longer is not looked for.
 constexpr std::uint64_t kReach = std::uint64_t{8} << 20U;
 constexpr std::size_t kMaxSizes = 65'536;
@@ -23,7 +23,8 @@ ChunkEnds::ChunkEnds(const Evidence& evidence, const FilmStreams& streams) : evi
   sizes_.resize(kMaxStreams);
   const std::size_t step = std::max<std::size_t>(1, candidates.size() / kMaxSizes);
   for (std::size_t i = 0; i < candidates.size(); i += step) {
-    if (candidates[i].kind() == CandidateKind::data && evidence.chain.closes(i))
+    if (candidates[i].kind() == CandidateKind::data && !StreamCodes::isPalette(candidates[i].suffix()) &&
+        evidence.chain.closes(i))
       sizes_[candidates[i].stream()].push_back(candidates[i].size());
   }
   for (auto& sizes : sizes_) std::ranges::sort(sizes);
@@ -62,20 +63,20 @@ std::uint8_t ChunkEnds::streamOf(std::uint64_t offset, std::uint32_t size) {
 
 std::optional<DeadHeader> ChunkEnds::closingOn(std::uint64_t from, std::uint64_t end) {
   constexpr std::uint64_t kWindow = 65'536;
-  if (end < kChunkHeader + kSmallest) return std::nullopt;
+  if (end < avi::kChunkHeader + kSmallestPayload) return std::nullopt;
   const std::uint64_t first = std::max(from, end > kReach ? end - kReach : 0);
-  std::uint64_t stop = end - kChunkHeader - kSmallest + 1;  // headers in front of here
-  platform::Bytes window(static_cast<std::size_t>(std::min(kWindow, stop - std::min(stop, first)) + kChunkHeader));
+  std::uint64_t stop = end - avi::kChunkHeader - kSmallestPayload + 1;  // headers in front of here
+  platform::Bytes window(static_cast<std::size_t>(std::min(kWindow, stop - std::min(stop, first)) + avi::kChunkHeader));
   while (stop > first) {
     const std::uint64_t begin = std::max(first, stop > kWindow ? stop - kWindow : 0);
-    const auto wanted = static_cast<std::size_t>(stop - begin + kChunkHeader - 1);
+    const auto wanted = static_cast<std::size_t>(stop - begin + avi::kChunkHeader - 1);
     const std::size_t held = evidence_.input.read(begin, std::span(window).first(wanted));
     for (std::uint64_t at = stop; at-- > begin;) {
       const auto place = static_cast<std::size_t>(at - begin);
-      if (place + kChunkHeader > held) continue;
+      if (place + avi::kChunkHeader > held) continue;
       const std::uint32_t size =
           avi::loadLittleEndian32(std::span<const std::byte>(window).subspan(place + 4).first<4>());
-      if (size < kSmallest || at + kChunkHeader + size + size % 2 != end) continue;
+      if (size < kSmallestPayload || at + avi::kChunkHeader + size + size % 2 != end) continue;
       const std::uint8_t stream = streamOf(at, size);
       if (stream != FilmStreams::kNone) return DeadHeader{at, size, stream};
     }

@@ -36,7 +36,7 @@ std::optional<double> ClockTurns::phase(std::span<const Slot> slots, bool isBack
   const double turn = clock_.turn();
   for (std::size_t i = 0; i < std::min(slots.size(), kMaxLooks) && phases.size() < kClocks; ++i) {
     const Slot& slot = isBackwards ? slots[slots.size() - 1 - i] : slots[i];
-    if (slot.stream != stream_) continue;
+    if (slot.stream != stream_ || slot.isPalette) continue;
     if (isBackwards) --number;
     if (slot.hasSource()) {
       const auto head = input_.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead));

@@ -8,7 +8,7 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kSmallest = 512;
+constexpr std::uint64_t kSmallestCluster = 512;
 constexpr std::uint64_t kLargest = std::uint64_t{1} << 20U;
 constexpr std::uint32_t kNowhere = std::numeric_limits<std::uint32_t>::max();
 /// So many of the headers that moved may contradict: displacements of constant sizes are chance at times.
@@ -126,7 +126,7 @@ std::optional<ClusterOrder> clusterOrder(std::span<const TemplateEntry> entries,
     ++exact;
     if (places.displacements[places.places[i].displacement] != 0) ++moved;
   }
-  for (std::uint64_t size = kLargest; size >= kSmallest; size /= 2) {
+  for (std::uint64_t size = kLargest; size >= kSmallestCluster; size /= 2) {
     std::size_t agreeing = 0;
     const std::vector<Vote> votes = votesFor(size, entries, places, agreeing);
     if ((exact - agreeing) * 100 > moved * kContradictingPercent) continue;

@@ -12,20 +12,20 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint32_t kNone = std::numeric_limits<std::uint32_t>::max();
+constexpr std::uint32_t kNoPlace = std::numeric_limits<std::uint32_t>::max();
 constexpr std::size_t kWord = 64;
 /// So many candidates in front of the region may close on one of it.
 constexpr std::size_t kLookBack = 4096;
 
 }  // namespace
 
-/// The number in the region of the candidate at `offset`; `kNone` without one.
+/// The number in the region of the candidate at `offset`; `kNoPlace` without one.
 std::uint32_t CrowdedCodes::at(std::uint64_t offset) const {
-  if (offset < region_ || offset >= region_ + kRegion) return kNone;
+  if (offset < region_ || offset >= region_ + kRegion) return kNoPlace;
   const auto place = static_cast<std::size_t>(offset - region_);
   const std::uint64_t word = bits_[place / kWord];
   const std::uint64_t bit = std::uint64_t{1} << place % kWord;
-  if ((word & bit) == 0) return kNone;
+  if ((word & bit) == 0) return kNoPlace;
   return firsts_[place / kWord] + static_cast<std::uint32_t>(std::popcount(word & (bit - 1)));
 }
 
@@ -44,14 +44,14 @@ void CrowdedCodes::mark(const CandidateList& candidates, std::size_t first) {
 }
 
 void CrowdedCodes::link(const CandidateList& candidates, std::size_t first) {
-  places_.assign(candidates.size() - first, Place{.before = kNone});
+  places_.assign(candidates.size() - first, Place{.before = kNoPlace});
   for (std::size_t i = first - std::min(first, kLookBack); i < first; ++i) {
     const std::uint32_t next = at(candidates[i].next());
-    if (next != kNone) places_[next].depth = 1;
+    if (next != kNoPlace) places_[next].depth = 1;
   }
   for (std::uint32_t i = 0; i < places_.size(); ++i) {
     const std::uint32_t next = at(candidates[first + i].next());
-    if (next == kNone) continue;
+    if (next == kNoPlace) continue;
     places_[i].leadsOn = true;
     if (places_[i].depth < places_[next].depth) continue;
     places_[next].depth = places_[i].depth + 1;
@@ -75,7 +75,7 @@ std::size_t CrowdedCodes::thin(CandidateList& candidates, std::size_t first) {
   for (std::size_t i = count; i-- > 0;) {
     Place& place = places_[i];
     if (!isCrowded(counts_[blockOf(first + i)]) || (!place.leadsOn && place.depth > 0)) place.stays = true;
-    if (place.stays && place.before != kNone) places_[place.before].stays = true;
+    if (place.stays && place.before != kNoPlace) places_[place.before].stays = true;
   }
   candidates.thin([&](std::size_t i) { return places_[i - first].stays; }, first);
   return first + count - candidates.size();

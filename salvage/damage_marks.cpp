@@ -61,7 +61,8 @@ void markDamage(const Evidence& evidence, FilmPlan& plan) {
   for (const FilmStream& stream : evidence.header.streams) holdsZeros.push_back(mayHoldZeros(codecOf(stream.header)));
   const auto isHurt = [&](const Slot& slot, std::uint64_t begin, std::uint64_t size) {
     const std::uint64_t end = begin + size;
-    if (touches(unreadable, begin, end) || touches(holdsZeros[slot.stream] ? sharp : zeroed, begin, end)) return true;
+    const bool holds = holdsZeros[slot.stream] || slot.isPalette;
+    if (touches(unreadable, begin, end) || touches(holds ? sharp : zeroed, begin, end)) return true;
     // A payload's own zeros do not go on over the next header.
     const auto behind = firstBehind(zeroed, end + kHeader - 1);
     return behind != zeroed.end() && behind->begin < end;

@@ -13,9 +13,11 @@
 #include "salvage/evidence.h"
 #include "salvage/film_writer.h"
 #include "salvage/header_donor.h"
+#include "salvage/late_information.h"
 #include "salvage/plan_choices.h"
 #include "salvage/recent_reads.h"
 #include "salvage/text_transfer.h"
+#include "salvage/tried_keys.h"
 
 namespace zelvo::salvage {
 
@@ -60,6 +62,7 @@ class Work {
         recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
         input_(recent_) {
     report_.inputSize = run.inputSize;
+    if (text_) report_.returnsLeftOut = run.inputSize - std::min(run.inputSize, text_->size());
     report_.outputLimit = largestOutput(run.inputSize);
   }
 
@@ -96,6 +99,7 @@ class Work {
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
     IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
+    if (header_.information.empty()) header_.information = informationAfterMedia(input_, scan.candidates);
     findLostHeaders(scan, chain, seen, index);
     const auto isSound = [](const FilmStream& stream) { return stream.header.type == avi::kAuds; };
     if (run_.choices.rates.samples && std::ranges::count_if(header_.streams, isSound) > 1)
@@ -107,18 +111,20 @@ class Work {
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
     SpentEvidence spent{scan, chain, index};
-    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index}, &spent);
-    describePlan(report_, plan_, header_);
+    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, run_.decoder}, &spent);
+    if (run_.decoder != nullptr && !isEnding())
+      flagKeysByDecoding(*run_.decoder, input_, header_, TrialBudget(), plan_);
+    report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
+    describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
-    if (run_.choices.closesGaps) {
-      closeGaps(plan_);
-      report_.syncAfter = report_.syncBefore;
-    }
+    if (run_.choices.closesGaps) closeGaps(plan_);
     const bool hasMedia = std::ranges::any_of(plan_.slots, [](const Slot& slot) { return slot.hasSource(); });
     if (hasMedia) return SalvageEnd::planned;
     report_.verdict = SalvageVerdict::hopeless;
     return SalvageEnd::noMedia;
   }
+
+  [[nodiscard]] bool canDecode() const { return run_.decoder != nullptr && run_.decoder->isThere(); }
 
   /// Gives streams a header that have none: a donor's, else one that is put together.
   void findLostHeaders(const MediaScan& scan, const ChunkChain& chain, const std::vector<SeenStream>& seen,
@@ -133,7 +139,8 @@ class Work {
       lost = sample();
     }
     if (!lost.empty())
-      report_.fields = synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates});
+      report_.fields =
+          synthesiseHeaders(header_, {lost, index, scan.candidates, chain, run_.choices.rates, &input_, run_.decoder});
     report_.streamsWithoutHeader = streamsWithoutHeader(header_, seen).size();
   }
 

@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "platform/files.h"
+#include "platform/trial_decoder.h"
 #include "platform/workers.h"
 #include "salvage/header_synthesis.h"
 #include "salvage/salvage_report.h"
@@ -44,6 +45,7 @@ struct SalvageRun {
   SalvageObserver& observer;
   const platform::CancelMark& cancel;
   platform::Workers& workers;
+  platform::TrialDecoder* decoder = nullptr;  ///< what compressed payloads are tried with; null without one
   SalvageChoices choices;
   /// Asked once, before anything is written, for an empty file that is to become so long; null when there is none. Not
   /// set for a dry run.

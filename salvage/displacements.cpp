@@ -310,6 +310,9 @@ std::int64_t Cover::rankOf(const Group& group, const Gain& gain) const {
   std::int64_t rank = static_cast<std::int64_t>(gain.entries) * (isLikely ? 200 : 100);
   if (DisplacementCover::areAligned(value, first())) rank += kBonus;
   if (isEndShift) rank += kBonus;
+  // Where bytes are only missing, or only too many, chunks move more and more the one way.
+  const std::int64_t end = cover_.endShift.value_or(0);
+  if (end != 0 && value >= std::min(first(), end) && value <= std::max(first(), end)) rank += kBonus / 3;
   return rank;
 }
 

@@ -20,6 +20,7 @@ constexpr std::uint64_t kMaxReads = 262'144;
 /// Hundredths.
 constexpr int kExact = 300;
 constexpr int kClaimedByAnother = 40;
+constexpr int kChosen = 100;
 constexpr int kCodeOnly = 120;
 constexpr int kSizeOnly = 160;
 constexpr int kNextExact = 100;
@@ -32,6 +33,7 @@ constexpr int kAlignedChange = 90;
 struct Found {
   Support support = Support::none;
   bool isClaimed = false;  ///< by another entry
+  bool isChosen = false;   ///< as this entry's own
   bool isOutside = false;
   std::int8_t signature = 0;
 };
@@ -113,6 +115,7 @@ Found Placing::lookAt(std::size_t entry, std::size_t state) {
     const Candidate& header = candidates_[cursor];
     if (header.kind() == CandidateKind::data && header.stream() == wanted.stream) {
       found.support = header.size() == wanted.size ? Support::exact : Support::code;
+      found.isChosen = cover_.ofEntry[entry] == states_[state];
       found.isClaimed = cover_.isClaimed[cursor] != 0 && cover_.ofEntry[entry] != states_[state];
     }
     judge(header);
@@ -139,6 +142,7 @@ int Placing::score(const Found& own, const Found* next) const {
   if (own.isOutside) return kOutside;
   int score = own.signature / 2;
   if (own.support == Support::exact) score += own.isClaimed ? kClaimedByAnother : kExact;
+  if (own.isChosen) score += kChosen;
   if (own.support == Support::code) score += kCodeOnly;
   if (own.support == Support::size) score += kSizeOnly;
   if (next != nullptr && next->support == Support::exact && !next->isClaimed) score += kNextExact;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "avi/input_file.h"
+#include "platform/trial_decoder.h"
 #include "salvage/chunk_chain.h"
 #include "salvage/film_header.h"
 #include "salvage/index_template.h"
@@ -24,6 +25,7 @@ struct Evidence {
   const ChunkChain& chain;
   const std::vector<StreamFacts>& facts;
   const IndexTemplate& index;
+  platform::TrialDecoder* decoder = nullptr;  ///< null when nothing can be tried
 };
 
 /// What may be let go while the plan is made, since of a large film it takes more memory than the plan.

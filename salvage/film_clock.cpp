@@ -120,12 +120,13 @@ std::optional<SoundShare> soundShare(const IndexTemplate& index, const Candidate
                                      const ChunkChain& chain, std::uint8_t pictures, std::uint8_t sound) {
   Share byIndex(pictures, sound);
   for (const TemplateEntry& entry : index.entries) {
-    if (!entry.isForeign) byIndex.meet(entry.stream, entry.size);
+    if (!entry.isForeign && !StreamCodes::isPalette(entry.suffix)) byIndex.meet(entry.stream, entry.size);
   }
   if (const auto found = byIndex.found()) return found;
   Share byChain(pictures, sound);
   for (std::size_t i = 0; i < candidates.size(); ++i) {
-    if (candidates[i].kind() == CandidateKind::data && chain.closes(i))
+    if (candidates[i].kind() == CandidateKind::data && !StreamCodes::isPalette(candidates[i].suffix()) &&
+        chain.closes(i))
       byChain.meet(candidates[i].stream(), candidates[i].size());
   }
   return byChain.found();

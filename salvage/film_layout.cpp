@@ -5,20 +5,20 @@
 #include <algorithm>
 #include <limits>
 
+#include "avi/chunk_codes.h"
 #include "salvage/header_writer.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 constexpr std::uint64_t kListHeader = 12;
 constexpr std::uint64_t kTableEntry = 16;
 constexpr std::uint64_t kStandardEntry = 8;
 
 bool isGone(const Slot& slot) { return slot.state == SlotState::lost || slot.state == SlotState::refilled; }
 
-std::uint64_t chunkSize(std::uint32_t payload) { return kChunkHeader + payload + (payload & 1U); }
+std::uint64_t chunkSize(std::uint32_t payload) { return avi::kChunkHeader + payload + (payload & 1U); }
 
 void count(ChunkSum& sum, std::uint32_t payload) {
   ++sum.chunks;
@@ -36,6 +36,10 @@ bool shareOut(const FilmPlan& plan, const FilmHeader& header, std::uint64_t form
   std::uint64_t used = 0;
   for (std::size_t i = 0; i < layout.slots; ++i) {
     const Slot& slot = plan.slots[i];
+    if (!isWritten(slot)) {
+      layout.forms.back().endSlot = i + 1;
+      continue;
+    }
     const std::uint32_t payload = payloadSize(slot, header);
     const std::uint64_t needed = chunkSize(payload) + kStandardEntry + kTableEntry;
     if (used > 0 && used + needed > formSize) {
@@ -47,6 +51,8 @@ bool shareOut(const FilmPlan& plan, const FilmHeader& header, std::uint64_t form
     FormLayout& form = layout.forms.back();
     form.endSlot = i + 1;
     form.mediaEnd += chunkSize(payload);  // a length so far
+    ++form.written;
+    if (slot.isPalette) continue;
     count(form.chunks[slot.stream], payload);
     count(layout.chunks[slot.stream], payload);
   }
@@ -64,12 +70,17 @@ void place(FilmLayout& layout) {
     for (const ChunkSum& sum : form.chunks) {
       if (sum.chunks > 0) at += standardIndexSize(sum.chunks);
     }
-    if (isFirst) at += kChunkHeader + kTableEntry * (form.endSlot - form.firstSlot);
+    if (isFirst) at += avi::kChunkHeader + kTableEntry * form.written;
     form.end = at;
   }
 }
 
 }  // namespace
+
+bool isWritten(const Slot& slot) {
+  return !slot.isPalette || slot.state == SlotState::whole || slot.state == SlotState::sizeMended ||
+         slot.state == SlotState::codeMended;
+}
 
 std::uint32_t payloadSize(const Slot& slot, const FilmHeader& header) {
   if (isGone(slot) && header.streams[slot.stream].header.type != avi::kAuds) return 0;
@@ -78,7 +89,9 @@ std::uint32_t payloadSize(const Slot& slot, const FilmHeader& header) {
 
 std::uint64_t roughSize(const FilmPlan& plan, const FilmHeader& header) {
   std::uint64_t size = 0;
-  for (const Slot& slot : plan.slots) size += chunkSize(payloadSize(slot, header)) + kStandardEntry;
+  for (const Slot& slot : plan.slots) {
+    if (isWritten(slot)) size += chunkSize(payloadSize(slot, header)) + kStandardEntry;
+  }
   return size;
 }
 

@@ -21,7 +21,7 @@ inline constexpr std::size_t kMaxForms = 4096;
 
 /// Chunks of one stream.
 struct ChunkSum {
-  std::uint64_t chunks = 0;
+  std::uint64_t chunks = 0;   ///< changes of a palette are none
   std::uint64_t bytes = 0;    ///< of their payloads
   std::uint32_t largest = 0;  ///< of their payloads
 };
@@ -30,6 +30,7 @@ struct ChunkSum {
 struct FormLayout {
   std::size_t firstSlot = 0;
   std::size_t endSlot = 0;
+  std::size_t written = 0;       ///< how many of these slots are written
   std::uint64_t begin = 0;       ///< of the code "RIFF"
   std::uint64_t media = 0;       ///< of the code "LIST" of its "movi"
   std::uint64_t mediaEnd = 0;    ///< after the last chunk, where the standard indexes begin
@@ -44,6 +45,9 @@ struct FilmLayout {
   std::uint64_t headerSize = 0;   ///< of what stands in front of the first "movi" list
   [[nodiscard]] std::uint64_t size() const { return forms.back().end; }
 };
+
+/// Whether a slot becomes a chunk: a change of the palette that is not whole would spoil every picture after it.
+[[nodiscard]] bool isWritten(const Slot& slot);
 
 /// How long a slot's payload is in the repaired film: a lost picture is an empty chunk, whatever size an index names.
 [[nodiscard]] std::uint32_t payloadSize(const Slot& slot, const FilmHeader& header);

@@ -11,12 +11,15 @@
 #include "avi/chunk_codes.h"
 #include "salvage/best_chain.h"
 #include "salvage/chain_film.h"
+#include "salvage/content_marks.h"
 #include "salvage/damage_marks.h"
 #include "salvage/displacements.h"
 #include "salvage/entry_places.h"
 #include "salvage/evidence.h"
 #include "salvage/film_streams.h"
+#include "salvage/laid_cuts.h"
 #include "salvage/laid_film.h"
+#include "salvage/lone_stretches.h"
 #include "salvage/plan_spans.h"
 #include "salvage/repeated_chunks.h"
 #include "salvage/timeline.h"
@@ -25,7 +28,6 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Of the original; less holds no chunk that is worth looking for.
 constexpr std::uint64_t kSmallestRoom = 16;
 /// Chunks of the chain that come to more than this with those of the index are left out.
@@ -56,6 +58,12 @@ class Planner {
     std::size_t end = 0;
   };
 
+  /// A chunk of the chain that lacks its end, unless its size is wrong.
+  struct Tear {
+    MissingBytes missing;
+    std::uint64_t source = 0;  ///< of its slot
+  };
+
   /// Chunks of the chain beside those that an index explains.
   struct Others {
     std::size_t all = 0;  ///< of the chain
@@ -78,6 +86,7 @@ class Planner {
   [[nodiscard]] std::optional<std::uint64_t> countedPictures() const;
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
+  [[nodiscard]] std::vector<MissingBytes> missingWhereTorn() const;
   void addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes);
   void insertParts();
 
@@ -92,15 +101,16 @@ class Planner {
   std::vector<Slot> parts_;  ///< of the chain, to be put in between those that the index tells
   std::vector<PartPlace> partPlaces_;
   std::vector<FilmGap> gaps_;
-  std::vector<MissingBytes> missing_;
+  std::vector<Tear> tears_;
 };
 
 DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool isForeign) const {
   const auto& tables = evidence_.scan.tables;
   const std::uint64_t indexBegin =
-      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - kChunkHeader) + kChunkHeader;
+      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - avi::kChunkHeader) + avi::kChunkHeader;
   DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
   dropChance(made, entries, evidence_.scan.candidates, isForeign);
+  dropLone(made, entries, evidence_.scan.candidates, evidence_.chain);
   return made;
 }
 
@@ -130,7 +140,7 @@ Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed
   return others;
 }
 
-/// Whether an index that no header speaks for is that of another film after this one: it explains nothing of what
+/// Whether an index is that of another film after this one: it explains nothing of what
 /// stands in front, and what it does not explain stands in front, too.
 bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
   constexpr std::size_t kMaxPercent = 90;
@@ -160,14 +170,10 @@ void Planner::chooseEntries() {
     foreign.assign(first, entries_.end());
     entries_.erase(first, entries_.end());
   }
-  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
-  if (std::ranges::none_of(evidence_.index.tables, isKnown) &&
-      std::ranges::none_of(evidence_.index.standard, isKnown)) {
-    DisplacementCover explained = cover(entries_, true);
-    if (isOfFilmBehind(explained)) {
-      isForeign_ = std::move(explained.isClaimed);
-      entries_.clear();
-    }
+  // Films of one camera may be of one length, so that the headers speak for the other one's index, too.
+  if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained)) {
+    isForeign_ = std::move(explained.isClaimed);
+    entries_.clear();
   }
   if (hasForeign) {
     std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
@@ -213,8 +219,9 @@ void Planner::dropWild() {
 /// Whether the entries are as many pictures as the headers count.
 bool Planner::tellsAll() const {
   const auto& headers = evidence_.headers;
-  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(
-      entries_, [&](const TemplateEntry& entry) { return streams_.isPicture(streams_.indexOf(entry.stream)); }));
+  const auto pictures = static_cast<std::uint64_t>(std::ranges::count_if(entries_, [&](const TemplateEntry& entry) {
+    return streams_.isPicture(streams_.indexOf(entry.stream)) && !StreamCodes::isPalette(entry.suffix);
+  }));
   const auto agrees = [&](std::uint64_t count) { return count != 0 && pictures + 1 >= count; };
   if (headers.openDmlFrames) return agrees(*headers.openDmlFrames);
   return (headers.main && agrees(headers.main->totalFrames)) ||
@@ -252,7 +259,7 @@ void Planner::eachRoom(const Visit& visit) const {
 void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes) {
   constexpr std::uint64_t kSlack = 64;
   std::uint64_t found = 0;
-  for (const Slot& slot : part.slots) found += slot.size + kChunkHeader;
+  for (const Slot& slot : part.slots) found += slot.size + avi::kChunkHeader;
   if (room.size != kEndless && found > room.size + kSlack) return;
   std::uint64_t left = room.size == kEndless ? kEndless : room.size - std::min(room.size, found);
   const std::size_t planned = plan_.slots.size() + parts_.size();
@@ -263,7 +270,8 @@ void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes)
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
     gaps_.push_back({place + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
-    if (gap.missing > 0) missing_.push_back({gap.begin, gap.missing});
+    if (gap.missing > 0 && gap.before > 0)
+      tears_.push_back({{gap.begin, gap.missing}, part.slots[gap.before - 1].source});
   }
   if (room.size != kEndless && room.size > fileBytes + kSlack && !part.gaps.empty() && !gaps_.empty())
     gaps_.back().bytes += room.size - fileBytes;
@@ -300,14 +308,16 @@ void Planner::join(LaidFilm laid) {
   plan_.slots = std::move(laid.slots);
   {
     ChainFilms films(evidence_, streams_, chain_, isForeign_);
-    eachRoom([&](const Room& room) {
+    const auto fill = [&](const Room& room) {
       const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
       const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);
       if (begin >= end) return;
       ChainFilm part = films.part({begin, end});
       dropRepeated(evidence_.input, part);
       addPart(std::move(part), room, end - begin);
-    });
+    };
+    // Where clusters changed places, what lies between two chunks of the file did not in the film.
+    if (!laid.isGathered) eachRoom(fill);
   }
   chain_ = {};
   // Foreign chunks are told by their candidates.
@@ -335,8 +345,7 @@ std::optional<std::uint64_t> Planner::countedPictures() const {
 std::optional<std::uint64_t> Planner::picturesOfAll() const {
   const auto counted = countedPictures();
   if (!counted || plan_.slots.empty()) return std::nullopt;
-  const auto there =
-      std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot.stream); });
+  const auto there = std::ranges::count_if(plan_.slots, [&](const Slot& slot) { return streams_.isPicture(slot); });
   const bool endsWithin =
       plan_.slots.back().state == SlotState::cut || (!gaps_.empty() && gaps_.back().before == plan_.slots.size());
   return endsWithin && static_cast<std::uint64_t>(there) < *counted ? std::nullopt : counted;
@@ -345,11 +354,25 @@ std::optional<std::uint64_t> Planner::picturesOfAll() const {
 /// How many bytes of the media the file lacks by the size of their list, when there is one list and its end is there.
 std::optional<std::uint64_t> Planner::missingBytes() const {
   const auto& media = evidence_.headers.media;
-  if (!picturesOfAll() || !media || media->size <= kChunkHeader || evidence_.headers.openDmlFrames) return std::nullopt;
+  if (!picturesOfAll() || !media || media->size <= avi::kChunkHeader || evidence_.headers.openDmlFrames)
+    return std::nullopt;
   const Slot& last = plan_.slots.back();
-  const std::uint64_t declared = media->offset + kChunkHeader + media->size;
+  const std::uint64_t declared = media->offset + avi::kChunkHeader + media->size;
   const std::uint64_t found = last.source + last.size + last.size % 2;
   return declared - std::min(declared, found);
+}
+
+/// Of tears, those that are still some when the gaps are filled.
+std::vector<MissingBytes> Planner::missingWhereTorn() const {
+  std::vector<MissingBytes> missing;
+  auto tear = tears_.begin();
+  for (const Slot& slot : plan_.slots) {
+    if (tear == tears_.end()) break;
+    if (slot.isIndexed || slot.source != tear->source) continue;
+    if (slot.state == SlotState::torn) missing.push_back(tear->missing);
+    ++tear;
+  }
+  return missing;
 }
 
 FilmPlan Planner::run() {
@@ -357,10 +380,14 @@ FilmPlan Planner::run() {
   if (spent_ != nullptr) spent_->chain.forgetLinks();
   chooseEntries();
   plan_.indexedChunks = entries_.size();
-  join(layEntries(evidence_, streams_, entries_, places_));
+  LaidFilm laid = layEntries(evidence_, streams_, entries_, places_);
+  plan_.cutsFound = closeCuts(evidence_, laid);
+  plan_.cutsOpen = laid.openCuts.size();
+  join(std::move(laid));
   fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
-  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missing_, isForeign_}, plan_);
+  markContent(evidence_, plan_);
+  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missingWhereTorn(), isForeign_}, plan_);
   return std::move(plan_);
 }
 

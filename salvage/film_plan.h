@@ -45,6 +45,7 @@ struct Slot {
   SlotState state = SlotState::whole;
   bool hasKeyFlag : 1 = false;       ///< an index of the film names it as a key chunk
   bool isIndexed : 1 = false;        ///< an index of the film names it, so `hasKeyFlag` counts
+  bool isPalette : 1 = false;        ///< it changes the palette of the pictures after it, and takes no time
   std::uint32_t size = 0;            ///< of its payload in the repaired film; of lost and refilled ones that of the
                                      ///< silence, 0 for pictures
   std::uint32_t pieces = kOnePiece;  ///< else the number of its first piece in `FilmPlan::pieces`, and there are
@@ -67,6 +68,7 @@ enum class LossCause : std::uint8_t {
   code,         ///< a chunk's code was wrong
   cut,          ///< the file ends early
   unreadable,   ///< the disk did not give it
+  moved,        ///< its parts lie at several places; nothing of it is lost
 };
 
 /// One stretch of damage.
@@ -87,6 +89,10 @@ struct FilmPlan {
   std::vector<Piece> pieces;        ///< of slots of several pieces
   std::vector<PlanSpan> spans;      ///< rising by `begin`
   std::uint64_t indexedChunks = 0;  ///< entries of a believed index that the plan was made from
+  std::size_t cutsFound = 0;        ///< places inside pictures where foreign bytes begin, that decoding has found
+  std::size_t cutsOpen = 0;         ///< that it has not found, or could not look for
+  /// Seconds that sound and pictures are apart at worst, after gaps that only clocks tell of, more than before them.
+  double drift = 0;
 };
 
 struct Evidence;

@@ -32,6 +32,9 @@ class FilmStreams {
   /// How long a chunk of so many bytes plays, in nanoseconds; 0 for a stream without a clock.
   [[nodiscard]] std::int64_t duration(std::uint8_t index, std::uint64_t size) const;
 
+  /// Whether a slot stands for a picture: a change of the palette does not.
+  [[nodiscard]] bool isPicture(const Slot& slot) const { return isPicture(slot.stream) && !slot.isPalette; }
+
  private:
   struct Stream {
     std::uint8_t number = 0;

@@ -100,13 +100,13 @@ class Writer {
       out_.code(avi::kAvix);
     }
     std::uint64_t mediaEnd = form.end;
-    if (isFirst) mediaEnd -= 8 + 16 * std::uint64_t{form.endSlot - form.firstSlot};
+    if (isFirst) mediaEnd -= 8 + 16 * std::uint64_t{form.written};
     out_.code(avi::kList);
     out_.number32(static_cast<std::uint32_t>(mediaEnd - form.media - 8));
     out_.code(avi::kMovi);
     for (std::size_t slot = form.firstSlot; slot < form.endSlot; ++slot) {
       if (slot % 64 == 0 && !mayGoOn()) return false;
-      writeChunk(slot);
+      if (isWritten(writing_.plan.slots[slot])) writeChunk(slot);
     }
     for (std::size_t stream = 0; stream < streams_.size(); ++stream) {
       if (form.chunks[stream].chunks > 0) writeStandardIndex(form, stream);
@@ -119,9 +119,11 @@ class Writer {
     const Slot& slot = writing_.plan.slots[number];
     const std::uint32_t size = sizeOf(number);
     Stream& stream = streams_[slot.stream];
-    out_.code(chunkCode(writing_.header, slot.stream));
+    out_.code(chunkCode(writing_.header, slot));
     out_.number32(size);
-    if (!slot.hasSource()) {
+    if (slot.isPalette) {
+      copyPayload(slot, size, stream.silence);
+    } else if (!slot.hasSource()) {
       isKey_[number] = !stream.isVideo;
       if (size > 0) writeSilence(stream.silence, size);
     } else {
@@ -208,7 +210,7 @@ class Writer {
     out_.number64(base);
     out_.number32(0);  // dwReserved
     eachChunk(form, [&](std::size_t slot, std::uint64_t offset, std::uint32_t size) {
-      if (writing_.plan.slots[slot].stream != stream) return;
+      if (writing_.plan.slots[slot].stream != stream || writing_.plan.slots[slot].isPalette) return;
       constexpr std::uint32_t kNoKey = 0x80000000U;
       out_.number32(static_cast<std::uint32_t>(offset + 8 - base));
       out_.number32(size | (isKey_[slot] ? 0 : kNoKey));
@@ -217,21 +219,25 @@ class Writer {
 
   void writeTable(const FormLayout& form) {
     constexpr std::uint32_t kKeyFlag = 0x10;  // AVIIF_KEYFRAME
+    constexpr std::uint32_t kNoTime = 0x100;  // AVIIF_NO_TIME
     out_.code(avi::kIdx1);
-    out_.number32(static_cast<std::uint32_t>(16 * (form.endSlot - form.firstSlot)));
+    out_.number32(static_cast<std::uint32_t>(16 * form.written));
     eachChunk(form, [&](std::size_t slot, std::uint64_t offset, std::uint32_t size) {
-      out_.code(chunkCode(writing_.header, writing_.plan.slots[slot].stream));
-      out_.number32(isKey_[slot] ? kKeyFlag : 0);
+      out_.code(chunkCode(writing_.header, writing_.plan.slots[slot]));
+      const std::uint32_t flags = writing_.plan.slots[slot].isPalette ? kNoTime : 0;
+      out_.number32(isKey_[slot] ? kKeyFlag : flags);
       out_.number32(static_cast<std::uint32_t>(offset - form.media - 8));
       out_.number32(size);
     });
   }
 
-  /// Calls `visit` with each of a form's slots, the offset of its chunk in the output and the size of its payload.
+  /// Calls `visit` with each of a form's slots that is written, the offset of its chunk in the output and the size of
+  /// its payload.
   template <class Visit>
   void eachChunk(const FormLayout& form, const Visit& visit) const {
     std::uint64_t offset = form.media + 12;
     for (std::size_t slot = form.firstSlot; slot < form.endSlot; ++slot) {
+      if (!isWritten(writing_.plan.slots[slot])) continue;
       const std::uint32_t size = sizeOf(slot);
       visit(slot, offset, size);
       offset += 8 + std::uint64_t{size} + size % 2;

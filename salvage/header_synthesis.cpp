@@ -11,6 +11,7 @@
 
 #include "salvage/film_clock.h"
 #include "salvage/stream_header.h"
+#include "salvage/trial_shape.h"
 
 namespace zelvo::salvage {
 
@@ -87,12 +88,28 @@ class Synthesis {
     for (const StreamSample& sample : lost_.streams) {
       const avi::FourCC type = streamTypeOf(sample.seen.code);
       if (type == avi::kVids) {
-        PictureShape shape = pictureShape(sample, known);
+        PictureShape shape = shapeOf(sample, known);
         if (shape.codec != Codec::unknown) pictures_.push_back({sample, std::move(shape)});
       } else if (type == avi::kAuds) {
         sounds_.push_back({sample, soundShape(sample), std::nullopt});
       }
     }
+  }
+
+  /// By the marks of its codec; where there are none, by trial.
+  [[nodiscard]] PictureShape shapeOf(const StreamSample& sample, std::optional<PictureSize> known) {
+    PictureShape shape = pictureShape(sample, known);
+    const auto likely = codecWithoutMarks(sample);
+    if (!likely || lost_.input == nullptr || lost_.decoder == nullptr) return shape;
+    const TrialChunks chunks{*lost_.input, lost_.candidates, lost_.chain, sample.seen.number};
+    const auto tried = tryShapes(*lost_.decoder, chunks, *likely, known, budget_);
+    if (!tried) return shape;
+    shape.codec = tried->codec;
+    shape.compression = tried->compression;
+    shape.size = tried->size;
+    shape.bits = tried->bits;
+    shape.extra = tried->extra;
+    return shape;
   }
 
   /// The number of the film's first stream of pictures.
@@ -230,6 +247,7 @@ class Synthesis {
   std::optional<PictureRate> rate_;
   std::vector<RatePair> pairs_;  ///< set when the rates were chosen among these
   std::vector<FoundField> fields_;
+  TrialBudget budget_;
 };
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/trial_decoder.h"
 #include "salvage/film_header.h"
 #include "salvage/index_template.h"
 #include "salvage/stream_sample.h"
@@ -33,11 +34,13 @@ struct LostHeaders {
   const CandidateList& candidates;
   const ChunkChain& chain;
   KnownRates known;
+  avi::InputFile* input = nullptr;            ///< where the chunks lie; null when payloads are not to be tried
+  platform::TrialDecoder* decoder = nullptr;  ///< what they are tried with; null without one
 };
 
 /// Adds to `header` each of the streams that can be recognised, and tells what was found. A stream of text, and
 /// pictures of an unknown codec or size, cannot.
-/// Thread: any.
+/// Thread: any; seconds at the most where pictures must be tried.
 std::vector<FoundField> synthesiseHeaders(FilmHeader& header, const LostHeaders& lost);
 
 /// Sets the rates that the user knows better in headers that are there: of every stream of pictures, and of sound in

@@ -195,6 +195,13 @@ FourCC chunkCode(const FilmHeader& header, std::size_t stream) {
   return code;
 }
 
+FourCC chunkCode(const FilmHeader& header, const Slot& slot) {
+  constexpr FourCC kPalette{"00pc"};
+  FourCC code = chunkCode(header, std::size_t{slot.stream});
+  if (slot.isPalette) code.value = (kPalette.value & 0xffff0000U) | (code.value & 0xffffU);
+  return code;
+}
+
 std::uint64_t streamLength(const FilmStream& stream, const ChunkSum& chunks) {
   if (stream.header.type != avi::kAuds || stream.header.sampleSize == 0) return chunks.chunks;
   return chunks.bytes / stream.header.sampleSize;

@@ -10,23 +10,22 @@ namespace zelvo::salvage {
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
-
-std::uint32_t number(Bytes bytes, std::size_t at) { return avi::loadLittleEndian32(bytes.subspan(at).first<4>()); }
+using ByteView = std::span<const std::byte>;
 
 std::uint8_t lowByte(std::uint32_t value) { return static_cast<std::uint8_t>(value & 0xffU); }
 
 }  // namespace
 
-std::optional<TableEntry> tableEntry(Bytes bytes, const StreamCodes& codes) {
+std::optional<TableEntry> tableEntry(ByteView bytes, const StreamCodes& codes) {
   if (bytes.size() < kTableEntry) return std::nullopt;
-  const TableEntry entry{avi::FourCC::at(bytes), number(bytes, 4), number(bytes, 8), number(bytes, 12)};
+  const TableEntry entry{avi::FourCC::at(bytes), avi::littleEndian32At(bytes, 4), avi::littleEndian32At(bytes, 8),
+                         avi::littleEndian32At(bytes, 12)};
   if (entry.flags > kMaxTableFlags || (entry.code != avi::kRec && !codes.findAnyStream(entry.code)))
     return std::nullopt;
   return entry;
 }
 
-bool beginsTable(Bytes bytes, const StreamCodes& codes) {
+bool beginsTable(ByteView bytes, const StreamCodes& codes) {
   constexpr std::size_t kEnough = 3;
   // Chunks of eight bytes stand 16 bytes apart, too; no entry has this as its only flag.
   constexpr std::uint32_t kChunkOfEight = 8;
@@ -40,13 +39,13 @@ bool beginsTable(Bytes bytes, const StreamCodes& codes) {
   return !std::ranges::all_of(entries, [](const TableEntry& entry) { return entry.flags == kChunkOfEight; });
 }
 
-std::optional<StandardIndex> standardIndex(Bytes bytes, std::uint64_t offset) {
+std::optional<StandardIndex> standardIndex(ByteView bytes, std::uint64_t offset) {
   constexpr std::uint64_t kHeadInPayload = StandardIndex::kHead - 8;
   constexpr std::uint32_t kOfChunks = 1;
   if (bytes.size() < StandardIndex::kHead) return std::nullopt;
-  const std::uint32_t code = number(bytes, 0);
+  const std::uint32_t code = avi::littleEndian32At(bytes, 0);
   if (!avi::isStandardIndex(avi::FourCC::at(bytes))) return std::nullopt;
-  const std::uint32_t shape = number(bytes, 8);  // wLongsPerEntry, bIndexSubType, bIndexType
+  const std::uint32_t shape = avi::littleEndian32At(bytes, 8);  // wLongsPerEntry, bIndexSubType, bIndexType
   const std::uint32_t longs = shape & 0xffffU;
   const std::uint32_t subType = shape >> 16U & 0xffU;
   if (shape >> 24U != kOfChunks || !((longs == 2 && subType == 0) || (longs == 3 && subType == 1))) return std::nullopt;
@@ -54,15 +53,15 @@ std::optional<StandardIndex> standardIndex(Bytes bytes, std::uint64_t offset) {
   index.offset = offset;
   index.stream = lowByte((lowByte(code >> 16U) - std::uint32_t{'0'}) * 10 + (code >> 24U) - '0');
   index.isOfFields = longs == 3;
-  index.size = number(bytes, 4);
-  index.entries = number(bytes, 12);
+  index.size = avi::littleEndian32At(bytes, 4);
+  index.entries = avi::littleEndian32At(bytes, 12);
   index.chunkId = avi::FourCC::at(bytes.subspan(16));
-  index.baseOffset = number(bytes, 20) | std::uint64_t{number(bytes, 24)} << 32U;
+  index.baseOffset = avi::littleEndian32At(bytes, 20) | std::uint64_t{avi::littleEndian32At(bytes, 24)} << 32U;
   if (kHeadInPayload + std::uint64_t{index.entries} * index.entrySize() > index.size) return std::nullopt;
   return index;
 }
 
-bool TableWalk::take(Bytes bytes, const StreamCodes& codes) {
+bool TableWalk::take(ByteView bytes, const StreamCodes& codes) {
   const bool isReadable = tableEntry(bytes, codes).has_value();
   // Behind unreadable entries one that is readable may be a chunk; two in a row are not.
   const bool continuesTable =

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <span>
 #include <tuple>
 #include <unordered_map>
@@ -18,9 +19,9 @@ namespace zelvo::salvage {
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
+using ByteView = std::span<const std::byte>;
 
-std::uint32_t number(Bytes bytes, std::size_t at) { return avi::loadLittleEndian32(bytes.subspan(at).first<4>()); }
+constexpr std::uint32_t kNotKey = 0x80000000;  // in the size of a standard index's entry
 
 /// Calls `take` with each whole record of `size` bytes between `begin` and `end` that can be read, and the bytes after
 /// it that came with it.
@@ -34,7 +35,7 @@ void eachRecord(avi::InputFile& input, std::uint64_t begin, std::uint64_t end, s
   while (at + size <= end) {
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(window.size(), end - at));
     const std::size_t count = input.read(at, std::span(window).first(wanted)) / size * size;
-    for (std::size_t i = 0; i < count; i += size) take(Bytes(window).subspan(i, count - i));
+    for (std::size_t i = 0; i < count; i += size) take(ByteView(window).subspan(i, count - i));
     at += count;
     if (count > 0) continue;
     if (at >= input.size()) return;
@@ -62,6 +63,7 @@ class Reading {
                                             std::uint64_t lastEnd) const;
   void readStandard(const StandardIndex& index);
   [[nodiscard]] Belonging belongingOf(const StandardIndex& index) const;
+  [[nodiscard]] bool isNextToOthersChunks(const StandardIndex& index, const SuperIndex& super) const;
   void add(const TemplateEntry& entry);
   void merge();
   [[nodiscard]] bool isExact(const TemplateEntry& entry) const;
@@ -105,7 +107,7 @@ void Reading::readTable(const IndexTable& table) {
   TemplateSource source{table.begin, 0, Belonging::unknown};
   std::uint64_t wrapped = 0;
   std::uint32_t last = 0;
-  eachRecord(input_, table.begin, table.end, kTableEntry, [&](Bytes bytes) {
+  eachRecord(input_, table.begin, table.end, kTableEntry, [&](ByteView bytes) {
     const auto entry = tableEntry(bytes, codes_);
     if (!entry) return;
     --part.unreadable;
@@ -237,23 +239,48 @@ Belonging Reading::belongingOf(const StandardIndex& index) const {
   const bool isNamed = std::ranges::any_of(super->entries, [&](const SuperIndexEntry& entry) {
     return entry.size == index.size || entry.size == std::uint64_t{index.size} + 8;
   });
-  return isNamed ? Belonging::belongs : Belonging::foreign;
+  return isNamed && !isNextToOthersChunks(index, *super) ? Belonging::belongs : Belonging::foreign;
+}
+
+/// Whether the chunks that an index names last stand in front of it, but elsewhere than the super index, which tells
+/// where the index itself was, would have them: another film's index may have the size of this film's.
+bool Reading::isNextToOthersChunks(const StandardIndex& index, const SuperIndex& super) const {
+  constexpr std::uint32_t kLast = 8;
+  constexpr std::size_t kMaxBack = 64;
+  constexpr std::size_t kFewest = 4;
+  const std::uint32_t count = std::min(index.entries, kLast);
+  const std::uint64_t first = index.offset + StandardIndex::kHead + (index.entries - count) * index.entrySize();
+  std::uint64_t looks = 0;
+  const std::size_t behind = scan_.candidates.firstAtOrAfter(index.offset, 0, looks);
+  std::map<std::int64_t, std::size_t> votes;  // for displacements
+  eachRecord(input_, first, first + count * index.entrySize(), index.entrySize(), [&](ByteView bytes) {
+    const std::uint64_t header = index.baseOffset + avi::littleEndian32At(bytes, 0) - avi::kChunkHeader;
+    for (std::size_t i = behind; i > 0 && behind - i < kMaxBack; --i) {
+      const Candidate& chunk = scan_.candidates[i - 1];
+      const bool isAlike = chunk.kind() == CandidateKind::data && chunk.stream() == index.stream &&
+                           chunk.size() == (avi::littleEndian32At(bytes, 4) & ~kNotKey);
+      if (isAlike) ++votes[static_cast<std::int64_t>(chunk.offset()) - static_cast<std::int64_t>(header)];
+    }
+  });
+  const bool isWhereItWas = std::ranges::any_of(super.entries, [&](const SuperIndexEntry& entry) {
+    return votes.contains(static_cast<std::int64_t>(index.offset) - static_cast<std::int64_t>(entry.offset));
+  });
+  return !isWhereItWas && std::ranges::any_of(votes, [](const auto& vote) { return vote.second >= kFewest; });
 }
 
 void Reading::readStandard(const StandardIndex& index) {
-  constexpr std::uint32_t kNotKey = 0x80000000;
   const auto code = codes_.findAnyStream(index.chunkId);
   TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index)};
   const std::uint64_t end = std::min(index.end(), input_.size());
   if (code) {
-    eachRecord(input_, source.offset, end, index.entrySize(), [&](Bytes bytes) {
+    eachRecord(input_, source.offset, end, index.entrySize(), [&](ByteView bytes) {
       ++source.entries;
-      const std::uint64_t payload = index.baseOffset + number(bytes, 0);
+      const std::uint64_t payload = index.baseOffset + avi::littleEndian32At(bytes, 0);
       if (payload < 8 || payload < index.baseOffset) {
         ++made_.leftOut;
         return;
       }
-      const std::uint32_t size = number(bytes, 4);
+      const std::uint32_t size = avi::littleEndian32At(bytes, 4);
       add({payload - 8, size & ~kNotKey, code->stream, code->suffix, (size & kNotKey) == 0,
            source.belonging == Belonging::foreign});
     });

@@ -7,14 +7,15 @@
 #include <initializer_list>
 
 #include "avi/byte_order.h"
+#include "avi/chunk_codes.h"
 #include "salvage/cluster_order.h"
+#include "salvage/codec.h"
 #include "salvage/payload_cut.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Payloads that are longer are not read to find where they were cut.
 constexpr std::uint64_t kLongest = std::uint64_t{8} << 20U;
 
@@ -82,7 +83,7 @@ bool Laying::isPlausible(std::size_t entry, std::uint64_t payload) const {
   if (wanted.stream >= evidence_.facts.size() || wanted.size < 4) return true;
   std::array<std::byte, 4> head{};
   if (evidence_.input.read(payload, head) < head.size()) return false;
-  const Candidate candidate(payload - kChunkHeader, CandidateKind::data, wanted.stream, wanted.suffix, wanted.size,
+  const Candidate candidate(payload - avi::kChunkHeader, CandidateKind::data, wanted.stream, wanted.suffix, wanted.size,
                             avi::loadLittleEndian32(head));
   return evidence_.facts[wanted.stream].signature.score(candidate) >= 0;
 }
@@ -124,6 +125,10 @@ void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t 
   take(entry, payload, SlotState::torn);
   Slot& slot = film_.slots[entry];
   if (size + added > kLongest || slot.size != size) return;
+  if (streams_.isPicture(slot.stream) && codecOf(headerOf(slot)) != Codec::rawPicture) {
+    film_.openCuts.push_back({static_cast<std::uint32_t>(entry), payload, added});
+    return;
+  }
   const platform::Bytes bytes = evidence_.input.readBytes(payload, static_cast<std::size_t>(size + added));
   if (bytes.size() != size + added) return;
   const auto cut = insertionIn(headerOf(slot), bytes, size);
@@ -145,7 +150,7 @@ void Laying::lose(std::size_t entry) {
 
 /// `entry` and `next` are supported, and none between them is; `next` may be `kNone`.
 void Laying::laySupported(std::size_t entry, std::size_t next) {
-  const std::uint64_t payload = headerOf(entry) + kChunkHeader;
+  const std::uint64_t payload = headerOf(entry) + avi::kChunkHeader;
   SlotState state = SlotState::whole;
   if (places_.places[entry].support == Support::code) state = SlotState::sizeMended;
   if (places_.places[entry].support == Support::size) state = SlotState::codeMended;
@@ -161,7 +166,7 @@ void Laying::laySupported(std::size_t entry, std::size_t next) {
     } else if (isThere(entry, later)) {
       take(entry,
            static_cast<std::uint64_t>(places_.headerOf(next, entries_)) -
-               (entries_[next].offset - entries_[entry].offset) + kChunkHeader,
+               (entries_[next].offset - entries_[entry].offset) + avi::kChunkHeader,
            state);
     } else {
       takeAround(entry, payload, static_cast<std::uint64_t>(later - displacementOf(entry)));
@@ -181,7 +186,7 @@ void Laying::layBetween(std::size_t before, std::size_t after) {
   const std::int64_t displacement = displacementOf(before == kNone ? after : before);
   const auto mediaBegin = static_cast<std::int64_t>(evidence_.headers.mediaBegin());
   for (std::size_t i = first; i < end; ++i) {
-    const std::int64_t payload = static_cast<std::int64_t>(entries_[i].offset + kChunkHeader) + displacement;
+    const std::int64_t payload = static_cast<std::int64_t>(entries_[i].offset + avi::kChunkHeader) + displacement;
     const bool isInside = payload > mediaBegin && static_cast<std::uint64_t>(payload) < evidence_.scan.end;
     if (isInPlace && isInside && isPlausible(i, static_cast<std::uint64_t>(payload))) {
       take(i, static_cast<std::uint64_t>(payload), SlotState::damaged);
@@ -195,7 +200,7 @@ void Laying::layBetween(std::size_t before, std::size_t after) {
 void Laying::gather(const ClusterOrder& order) {
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     Slot& slot = film_.slots[i];
-    const std::uint64_t payload = entries_[i].offset + kChunkHeader;
+    const std::uint64_t payload = entries_[i].offset + avi::kChunkHeader;
     const auto pieces = order.piecesOf(payload, payload + entries_[i].size, evidence_.scan.end);
     std::uint32_t there = 0;
     for (const Piece& piece : pieces) there += piece.size;
@@ -219,10 +224,12 @@ LaidFilm Laying::run() {
     slot.stream = streams_.indexOf(entries_[i].stream);
     slot.isIndexed = true;
     slot.hasKeyFlag = entries_[i].isKey;
+    slot.isPalette = StreamCodes::isPalette(entries_[i].suffix);
     if (isSupported(i)) headers_.push_back(headerOf(i));
   }
   if (const auto order = clusterOrder(entries_, places_, evidence_.scan.end)) {
     gather(*order);
+    film_.isGathered = true;
     return std::move(film_);
   }
   std::ranges::sort(headers_);

@@ -26,7 +26,6 @@ using avi::FourCC;
 constexpr std::size_t kPage = SearchedWindows::kPage;
 /// A window of one page could end before it had moved on.
 constexpr std::size_t kFewestPages = 2;
-constexpr std::size_t kChunkHeader = 8;
 
 class Scan {
  public:
@@ -180,7 +179,7 @@ void Scan::endTable() {
 
 void Scan::visit(std::uint64_t offset) {
   const auto bytes = held(offset);
-  if (bytes.size() < kChunkHeader) return;
+  if (bytes.size() < avi::kChunkHeader) return;
   if (bytes[0] <= std::byte{'9'}) {
     visitStreamCode(offset, bytes);
     return;
@@ -189,8 +188,8 @@ void Scan::visit(std::uint64_t offset) {
   const std::uint32_t size = avi::loadLittleEndian32(bytes.subspan<4, 4>());
   const bool isList = code == avi::kList;
   if (isList || code == avi::kRiff) {
-    if (bytes.size() < kChunkHeader + 4) return;
-    const FourCC type = FourCC::at(bytes.subspan(kChunkHeader));
+    if (bytes.size() < avi::kChunkHeader + 4) return;
+    const FourCC type = FourCC::at(bytes.subspan(avi::kChunkHeader));
     const CandidateKind kind = !isList                                   ? CandidateKind::form
                                : type == avi::kMovi || type == avi::kRec ? CandidateKind::list
                                                                          : CandidateKind::skipped;
@@ -207,7 +206,7 @@ void Scan::visit(std::uint64_t offset) {
 void Scan::visitIndexHeader(std::uint64_t offset, std::uint32_t size) {
   add({offset, CandidateKind::skipped, 0, 0, size, 0});
   indexHeader_ = offset;
-  indexHeaderEnd_ = offset + kChunkHeader + size;
+  indexHeaderEnd_ = offset + avi::kChunkHeader + size;
 }
 
 void Scan::visitStandardIndex(std::uint64_t offset, std::span<const std::byte> bytes) {
@@ -234,9 +233,10 @@ void Scan::beginTable(std::uint64_t offset) {
   if (continuesTable) {
     table_.header = before.header;
     dropFrom(before.end);
-  } else if (isWithin && (offset - *indexHeader_ - kChunkHeader) % kTableEntry == 0) {
+  } else if (isWithin && (offset - *indexHeader_ - avi::kChunkHeader) % kTableEntry == 0) {
     table_.header = indexHeader_;
-    if (offset - *indexHeader_ <= kChunkHeader + TableWalk::kMaxUnreadable * kTableEntry) dropFrom(*indexHeader_ + 1);
+    if (offset - *indexHeader_ <= avi::kChunkHeader + TableWalk::kMaxUnreadable * kTableEntry)
+      dropFrom(*indexHeader_ + 1);
   }
   walk_.emplace(offset, isWithin && table_.header ? indexHeaderEnd_ : 0);
 }
@@ -251,8 +251,8 @@ void Scan::visitStreamCode(std::uint64_t offset, std::span<const std::byte> byte
   }
   if (!codes_.has(*code)) return;
   std::uint32_t head = 0;
-  for (std::size_t i = 0; i < std::min<std::size_t>(4, bytes.size() - kChunkHeader); ++i)
-    head |= static_cast<std::uint32_t>(bytes[kChunkHeader + i]) << 8U * i;
+  for (std::size_t i = 0; i < std::min<std::size_t>(4, bytes.size() - avi::kChunkHeader); ++i)
+    head |= static_cast<std::uint32_t>(bytes[avi::kChunkHeader + i]) << 8U * i;
   add({offset, CandidateKind::data, code->stream, code->suffix, size, head});
 }
 
@@ -307,7 +307,7 @@ std::vector<std::uint64_t> MediaScan::chunkEnds() const {
   std::vector<std::uint64_t> ends;
   ends.reserve(tables.size());
   for (const IndexTable& table : tables) {
-    if (table.begin >= kChunkHeader) ends.push_back(table.begin - kChunkHeader);
+    if (table.begin >= avi::kChunkHeader) ends.push_back(table.begin - avi::kChunkHeader);
   }
   return ends;
 }

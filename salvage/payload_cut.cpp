@@ -12,15 +12,15 @@ namespace zelvo::salvage {
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
+using ByteView = std::span<const std::byte>;
 
-std::int64_t valueAt(Bytes bytes, std::size_t place) { return static_cast<std::int64_t>(bytes[place]); }
+std::int64_t valueAt(ByteView bytes, std::size_t place) { return static_cast<std::int64_t>(bytes[place]); }
 
-std::int64_t apart(Bytes bytes, std::size_t one, std::size_t other) {
+std::int64_t apart(ByteView bytes, std::size_t one, std::size_t other) {
   return std::abs(valueAt(bytes, one) - valueAt(bytes, other));
 }
 
-/// Bytes of a row; 0 when the format does not tell.
+/// ByteView of a row; 0 when the format does not tell.
 std::size_t rowOf(const SurvivingStream& stream) {
   constexpr std::uint32_t kMaxWidth = 65'536;
   const PictureFormat format = pictureFormat(stream);
@@ -33,7 +33,7 @@ std::size_t rowOf(const SurvivingStream& stream) {
 std::size_t sampleOf(const SurvivingStream& stream) { return soundFormat(stream).bitsPerSample / 8U; }
 
 /// How loud the byte at `place` makes sound as byte number `number` of a payload: only the highest of a sample counts.
-std::int64_t loudness(Bytes bytes, std::size_t place, std::size_t number, std::size_t sample) {
+std::int64_t loudness(ByteView bytes, std::size_t place, std::size_t number, std::size_t sample) {
   if (number % sample != sample - 1) return 0;
   const std::int64_t value = valueAt(bytes, place);
   if (sample == 1) return std::abs(value - 128);
@@ -58,7 +58,7 @@ std::uint32_t cheapest(std::size_t last, const Step& step) {
 
 }  // namespace
 
-std::optional<std::uint32_t> insertionIn(const SurvivingStream& stream, Bytes bytes, std::uint32_t size) {
+std::optional<std::uint32_t> insertionIn(const SurvivingStream& stream, ByteView bytes, std::uint32_t size) {
   const std::size_t added = bytes.size() - size;
   const Codec codec = codecOf(stream);
   if (codec == Codec::rawPicture) {
@@ -84,7 +84,7 @@ std::optional<std::uint32_t> insertionIn(const SurvivingStream& stream, Bytes by
   });
 }
 
-std::optional<std::uint32_t> tearIn(const SurvivingStream& stream, Bytes bytes, std::uint32_t size) {
+std::optional<std::uint32_t> tearIn(const SurvivingStream& stream, ByteView bytes, std::uint32_t size) {
   const std::size_t missing = size - bytes.size();
   const Codec codec = codecOf(stream);
   if (codec == Codec::rawPicture) {

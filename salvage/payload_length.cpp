@@ -6,7 +6,7 @@ namespace zelvo::salvage {
 
 namespace {
 
-using Bytes = std::span<const std::byte>;
+using ByteView = std::span<const std::byte>;
 
 constexpr unsigned kMarker = 0xff;
 constexpr unsigned kStartOfImage = 0xd8;
@@ -16,10 +16,10 @@ constexpr unsigned kLastRestart = 0xd7;
 constexpr unsigned kStartOfScan = 0xda;
 constexpr unsigned kFirstSegment = 0xc0;
 
-unsigned at(Bytes bytes, std::size_t place) { return static_cast<unsigned>(bytes[place]); }
+unsigned at(ByteView bytes, std::size_t place) { return static_cast<unsigned>(bytes[place]); }
 
 /// Where the next marker stands that is no part of a scan's data.
-std::optional<std::size_t> markerAfterScan(Bytes bytes, std::size_t from) {
+std::optional<std::size_t> markerAfterScan(ByteView bytes, std::size_t from) {
   for (std::size_t i = from; i + 1 < bytes.size(); ++i) {
     if (at(bytes, i) != kMarker) continue;
     const unsigned type = at(bytes, i + 1);
@@ -30,7 +30,7 @@ std::optional<std::size_t> markerAfterScan(Bytes bytes, std::size_t from) {
   return std::nullopt;
 }
 
-std::optional<std::size_t> pictureLength(Bytes bytes) {
+std::optional<std::size_t> pictureLength(ByteView bytes) {
   if (bytes.size() < 4 || at(bytes, 0) != kMarker || at(bytes, 1) != kStartOfImage) return std::nullopt;
   std::size_t next = 2;
   while (next + 4 <= bytes.size()) {
@@ -52,14 +52,14 @@ std::optional<std::size_t> pictureLength(Bytes bytes) {
   return std::nullopt;
 }
 
-std::optional<std::uint32_t> jpegLength(Bytes bytes) {
+std::optional<std::uint32_t> jpegLength(ByteView bytes) {
   const auto first = pictureLength(bytes);
   if (!first) return std::nullopt;
   const auto second = pictureLength(bytes.subspan(*first));
   return static_cast<std::uint32_t>(*first + second.value_or(0));
 }
 
-std::optional<std::uint32_t> framesLength(Codec codec, Bytes bytes) {
+std::optional<std::uint32_t> framesLength(Codec codec, ByteView bytes) {
   std::size_t length = 0;
   while (true) {
     const auto frame = soundFrame(codec, bytes.subspan(length));
@@ -72,7 +72,7 @@ std::optional<std::uint32_t> framesLength(Codec codec, Bytes bytes) {
 
 }  // namespace
 
-std::optional<std::uint32_t> payloadLength(Codec codec, Bytes bytes) {
+std::optional<std::uint32_t> payloadLength(Codec codec, ByteView bytes) {
   switch (codec) {
     case Codec::jpeg:
       return jpegLength(bytes);

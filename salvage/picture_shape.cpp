@@ -210,6 +210,15 @@ void take(const std::optional<PictureHeader>& header, PictureShape& shape) {
 
 }  // namespace
 
+std::optional<Codec> codecWithoutMarks(const StreamSample& sample) {
+  const Codec codec = codecOfPictures(sample);
+  if (codec == Codec::ffv1 || codec == Codec::wmv2) return codec;
+  if (codec != Codec::msMpeg4) return std::nullopt;
+  // The first bit of its pictures is 0, whatever their type.
+  const auto isLow = [](const SampledPayload& payload) { return firstBits(payload, 1) == 0; };
+  return holdsFor(sample, 100, isLow) ? Codec::msMpeg4 : Codec::intra;
+}
+
 PictureShape pictureShape(const StreamSample& sample, std::optional<PictureSize> known) {
   PictureShape shape;
   shape.codec = codecOfPictures(sample);

@@ -18,6 +18,7 @@ struct PictureShape {
   PictureSize size;         ///< zeros when nothing tells it
   std::uint16_t bits = 24;  ///< biBitCount
   bool isTopDown = false;   ///< of raw RGB: biHeight is negative
+  platform::Bytes extra;    ///< that follows the BITMAPINFOHEADER
   std::optional<PictureRate> rate;
   std::vector<RawShape> others;  ///< of raw pictures: shapes that fit less well
 };
@@ -25,5 +26,10 @@ struct PictureShape {
 /// `known`: the picture's size where a main header says it. Codec::unknown when nothing is recognised.
 /// Thread: any.
 [[nodiscard]] PictureShape pictureShape(const StreamSample& sample, std::optional<PictureSize> known);
+
+/// Of pictures whose payloads bear no marks, what they may be by the first bits of each: FFV1, WMV 8, MS-MPEG4 or a
+/// relative, or else `intra`, such as HuffYUV. Nothing of pictures that bear marks or have all one size.
+/// Thread: any.
+[[nodiscard]] std::optional<Codec> codecWithoutMarks(const StreamSample& sample);
 
 }  // namespace zelvo::salvage

@@ -5,13 +5,13 @@
 #include <algorithm>
 #include <optional>
 
+#include "avi/chunk_codes.h"
 #include "salvage/damage_marks.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Later ones are not told.
 constexpr std::size_t kMaxSpans = 262'144;
 
@@ -22,12 +22,21 @@ class Telling {
   std::vector<PlanSpan> run();
 
  private:
+  /// A form after the first.
+  struct Form {
+    std::uint64_t file = 0;      ///< where it begins
+    std::uint64_t original = 0;  ///< the same in the original
+    std::uint64_t size = 0;      ///< as it says
+  };
+
   void tell(std::size_t number, const Slot& slot);
   void place(const Slot& slot);
   [[nodiscard]] std::optional<LossCause> causeOf(const Slot& slot) const;
   [[nodiscard]] LossCause causeInFile(std::uint64_t begin, std::uint64_t end) const;
   [[nodiscard]] std::optional<std::int64_t> turn(std::size_t entry) const;
+  [[nodiscard]] std::uint64_t usualSize(const Slot& slot) const;
   void findMoves();
+  void findForms();
   void endOpen();
   void addTail();
   void addForeign();
@@ -39,6 +48,9 @@ class Telling {
   std::size_t entry_ = 0;               ///< of the next slot that is indexed
   std::vector<bool> liesBetweenMoves_;  ///< of each entry
   std::size_t missing_ = 0;             ///< the next of `from_.missing`
+  std::vector<Form> forms_;             ///< rising
+  std::size_t form_ = 0;                ///< the next of them
+  std::uint64_t refilled_ = 0;          ///< about how long the chunks are that were filled in since the last slot
   std::int64_t shift_ = 0;              ///< offsets in the original less those in the file, where no index tells
   std::uint64_t fileEnd_ = 0;           ///< what is told so far
   std::uint64_t originalEnd_ = 0;
@@ -50,6 +62,26 @@ class Telling {
   std::uint64_t originalBegin_ = 0;
   std::uint64_t originalStop_ = 0;
 };
+
+/// Where forms began in the original: each behind the one before it, as long as that says it is. One whose size cannot
+/// be true tells nothing.
+void Telling::findForms() {
+  constexpr std::uint64_t kSlack = std::uint64_t{1} << 20U;
+  const CandidateList& candidates = from_.evidence.scan.candidates;
+  Form last{0, 0, from_.evidence.headers.formSize.value_or(0)};
+  for (std::size_t i = 0; i + 1 < candidates.size(); ++i) {
+    const Candidate& form = candidates[i];
+    const Candidate& media = candidates[i + 1];
+    const bool isForm = form.kind() == CandidateKind::form && form.head() == avi::kAvix.value &&
+                        media.offset() == form.next() && media.head() == avi::kMovi.value;
+    if (!isForm) continue;
+    const std::uint64_t found = form.offset() - last.file;
+    const std::uint64_t told = avi::kChunkHeader + last.size + last.size % 2;
+    const bool isTrue = told + kSlack >= found && told <= found + found / 2 + kSlack;
+    last = {form.offset(), last.original + (isTrue ? told : found), form.size()};
+    forms_.push_back(last);
+  }
+}
 
 /// How much further the next entry moved than this one; nothing for the last.
 std::optional<std::int64_t> Telling::turn(std::size_t entry) const {
@@ -82,7 +114,7 @@ void Telling::place(const Slot& slot) {
   hasPlace_ = slot.hasSource() || (slot.size == 0 && slot.source != 0);
   hasOriginal_ = slot.isIndexed || hasPlace_;
   if (hasPlace_) {
-    fileBegin_ = slot.source - std::min(slot.source, kChunkHeader);
+    fileBegin_ = slot.source - std::min(slot.source, avi::kChunkHeader);
     const bool isOnePiece = slot.pieces == Slot::kOnePiece;
     fileStop_ = slot.source + (isOnePiece ? slot.size : plan_.pieces[slot.pieces].size);
   }
@@ -94,6 +126,11 @@ void Telling::place(const Slot& slot) {
   } else if (hasPlace_) {
     while (missing_ < from_.missing.size() && from_.missing[missing_].offset <= fileBegin_)
       shift_ += static_cast<std::int64_t>(from_.missing[missing_++].bytes);
+    // Chunks that only clocks tell of, and that the file has not half the room for, are missing from it.
+    const std::uint64_t room = fileBegin_ - std::min(fileBegin_, fileEnd_);
+    if (room * 2 < refilled_) shift_ += static_cast<std::int64_t>(refilled_ - room);
+    for (; form_ < forms_.size() && forms_[form_].file <= fileBegin_; ++form_)
+      shift_ = static_cast<std::int64_t>(forms_[form_].original) - static_cast<std::int64_t>(forms_[form_].file);
     const auto moved = [&](std::uint64_t offset) {
       return static_cast<std::uint64_t>(std::max<std::int64_t>(0, static_cast<std::int64_t>(offset) + shift_));
     };
@@ -105,7 +142,8 @@ void Telling::place(const Slot& slot) {
 std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
   switch (slot.state) {
     case SlotState::whole:
-      return std::nullopt;
+      if (slot.pieces == Slot::kOnePiece) return std::nullopt;
+      return LossCause::moved;
     case SlotState::sizeMended:
       return LossCause::sizeField;
     case SlotState::codeMended:
@@ -125,9 +163,15 @@ std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
   const std::int64_t place = from_.places.headerOf(entry_, from_.entries);
   if (place < 0 || static_cast<std::uint64_t>(place) >= from_.evidence.scan.end) return LossCause::cut;
   const auto begin = static_cast<std::uint64_t>(place);
-  const std::uint64_t end = begin + kChunkHeader + from_.entries[entry_].size;
+  const std::uint64_t end = begin + avi::kChunkHeader + from_.entries[entry_].size;
   const LossCause inPlace = causeInFile(begin, end);
   return liesBetweenMoves_[entry_] && inPlace == LossCause::overwritten ? LossCause::missing : inPlace;
+}
+
+std::uint64_t Telling::usualSize(const Slot& slot) const {
+  const auto& facts = from_.evidence.facts;
+  const std::uint8_t number = from_.streams.numberOf(slot.stream);
+  return slot.size == 0 && number < facts.size() ? facts[number].mean : slot.size;
 }
 
 /// The open span reaches up to the slot at hand.
@@ -161,18 +205,21 @@ void Telling::tell(std::size_t number, const Slot& slot) {
   }
   if (hasPlace_) fileEnd_ = fileStop_;
   if (hasOriginal_) originalEnd_ = originalStop_;
+  if (hasPlace_) refilled_ = 0;
+  if (slot.state == SlotState::refilled) refilled_ += avi::kChunkHeader + usualSize(slot);
   if (slot.isIndexed) ++entry_;
 }
 
 /// What the headers say was after the last chunk.
 void Telling::addTail() {
   const SurvivingHeaders& headers = from_.evidence.headers;
-  std::uint64_t end = headers.media ? headers.media->offset + kChunkHeader + headers.media->size : 0;
+  std::uint64_t end = headers.media ? headers.media->offset + avi::kChunkHeader + headers.media->size : 0;
   for (const SurvivingStream& stream : headers.streams) {
     if (!stream.superIndex) continue;
     for (const SuperIndexEntry& entry : stream.superIndex->entries)
       end = std::max(end, std::min(entry.offset, Candidate::kOffsetLimit));
   }
+  if (!forms_.empty()) end = std::max(end, forms_.back().original + avi::kChunkHeader + forms_.back().size);
   const std::uint64_t fileSize = from_.evidence.scan.end;
   const auto inFile = static_cast<std::int64_t>(end) - shift_;
   if (originalEnd_ >= end || inFile <= static_cast<std::int64_t>(fileSize)) return;
@@ -211,6 +258,7 @@ void Telling::addForeign() {
 std::vector<PlanSpan> Telling::run() {
   fileEnd_ = originalEnd_ = from_.evidence.headers.mediaBegin();
   findMoves();
+  findForms();
   for (std::size_t i = 0; i < plan_.slots.size(); ++i) tell(i, plan_.slots[i]);
   hasPlace_ = hasOriginal_ = false;
   endOpen();

@@ -12,7 +12,7 @@ namespace {
 using Pictures = std::vector<std::span<const std::byte>>;
 
 constexpr std::uint32_t kSmallestSide = 16;
-constexpr std::uint32_t kLargestSide = 8192;
+constexpr std::uint32_t kLargestRawSide = 8192;
 /// So many bytes of each picture are compared at the most.
 constexpr std::size_t kCompared = 32768;
 /// Luma and chroma of packed YUV differ by so much more than bytes of RGB.
@@ -70,11 +70,11 @@ std::vector<RawShape> rawShapes(std::uint32_t size, const Pictures& pictures, st
   for (const std::uint16_t bits : {std::uint16_t{24}, std::uint16_t{32}, std::uint16_t{16}, std::uint16_t{8}}) {
     if (packed != PixelLayout::rgb && bits != kPackedBits) continue;
     const double across = difference(pictures, packed != PixelLayout::rgb ? 4 : bits / 8);
-    for (std::uint32_t width = kSmallestSide; width <= kLargestSide; ++width) {
+    for (std::uint32_t width = kSmallestSide; width <= kLargestRawSide; ++width) {
       const std::uint32_t row = (width * bits + 31) / 32 * 4;
       if (size % row != 0) continue;
       const PictureSize sides{width, size / row};
-      if (sides.height < kSmallestSide || sides.height > kLargestSide) continue;
+      if (sides.height < kSmallestSide || sides.height > kLargestRawSide) continue;
       if (known && (sides.width != known->width || sides.height != known->height)) continue;
       if (sides.width > 4 * sides.height || sides.height > 3 * sides.width) continue;
       const double down = difference(pictures, row);

@@ -6,13 +6,14 @@
 #include <span>
 #include <vector>
 
+#include "avi/chunk_codes.h"
+
 namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kChunkHeader = 8;
 /// Smaller payloads may be alike by chance.
-constexpr std::uint32_t kSmallest = 32;
+constexpr std::uint32_t kSmallestHashed = 32;
 constexpr std::uint32_t kLargest = std::uint32_t{4} << 20U;
 /// So many chunks of one size are compared with one after a gap.
 constexpr std::size_t kMaxAlike = 16;
@@ -26,7 +27,7 @@ class Repeats {
  public:
   Repeats(avi::InputFile& input, ChainFilm& film) : input_(input), film_(film) {
     for (std::size_t i = 0; i < film.slots.size(); ++i) {
-      if (film.slots[i].size >= kSmallest)
+      if (film.slots[i].size >= kSmallestHashed)
         bySize_.push_back(keyOf(film.slots[i]) << kNumberBits | static_cast<std::uint64_t>(i));
     }
     std::ranges::sort(bySize_);
@@ -80,7 +81,7 @@ bool Repeats::areAlike(std::size_t one, std::size_t other, std::size_t most) {
 /// Whether a payload is more than silence or a black picture.
 bool Repeats::isTelling(std::size_t slot) {
   const Slot& chosen = film_.slots[slot];
-  if (chosen.size < kSmallest) return false;
+  if (chosen.size < kSmallestHashed) return false;
   const platform::Bytes bytes = input_.readBytes(chosen.source, std::min<std::size_t>(chosen.size, 4096));
   return std::ranges::any_of(bytes, [&](std::byte byte) { return byte != bytes.front(); });
 }
@@ -107,7 +108,7 @@ std::optional<Repeats::Run> Repeats::runAt(std::size_t slot, std::size_t end) {
   constexpr std::size_t kAnchors = 12;
   Run best;
   for (std::size_t anchor = slot; anchor < std::min(end, slot + kAnchors); ++anchor) {
-    if (film_.slots[anchor].size < kSmallest) continue;
+    if (film_.slots[anchor].size < kSmallestHashed) continue;
     const auto alike = ofSize(anchor);
     if (alike.size() > kMaxAlike) continue;
     for (const std::uint64_t value : alike) {
@@ -163,7 +164,7 @@ bool Repeats::drop(ChainGap& gap, std::size_t end, const Run& run) {
   if (goesOn && behind + 1 == end) isDropped_[behind++] = true;
   const Slot& lastSlot = film_.slots[behind - 1];
   gap.end = std::max(gap.end, lastSlot.source + lastSlot.size);
-  gap.begin = std::min(gap.begin, film_.slots[first].source - std::min(film_.slots[first].source, kChunkHeader));
+  gap.begin = std::min(gap.begin, film_.slots[first].source - std::min(film_.slots[first].source, avi::kChunkHeader));
   gap.isTorn = false;
   gap.longer = 0;
   return false;

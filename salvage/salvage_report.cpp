@@ -87,7 +87,8 @@ void tellSpans(SalvageReport& report, const FilmPlan& plan, const std::vector<do
 
 SalvageVerdict verdictOf(const SalvageReport& report, const FilmPlan& plan) {
   bool isWhole = true;
-  bool isUntouched = report.hasMainHeader && report.headersClaimed == report.streams.size() && report.spans.empty() &&
+  bool isUntouched = report.returnsLeftOut == 0 && report.hasMainHeader &&
+                     report.headersClaimed == report.streams.size() && report.spans.empty() &&
                      plan.indexedChunks == plan.slots.size();
   for (const SalvagedStream& stream : report.streams) {
     if (stream.notWhole().chunks > 0) isWhole = false;
@@ -103,7 +104,7 @@ SalvageVerdict verdictOf(const SalvageReport& report, const FilmPlan& plan) {
 SlotTally SalvagedStream::all() const { return sum(*this, SlotState::whole); }
 SlotTally SalvagedStream::notWhole() const { return sum(*this, SlotState::damaged); }
 
-void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader& header) {
+void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader& header, bool closesGaps) {
   struct Mark {
     std::size_t slot;
     std::size_t place;
@@ -122,21 +123,31 @@ void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader&
     paces.emplace_back(stream.header);
   }
   const std::size_t clock = clockStream(header);
-  std::vector<double> gone(header.streams.size());  // seconds lost so far
+  std::vector<double> gone(header.streams.size());    // seconds lost so far
+  std::vector<double> behind(header.streams.size());  // seconds by which what is written lags so far
+  report.syncAfter = plan.drift;
   double now = 0;
   auto mark = marks.begin();
   for (std::size_t i = 0; i < plan.slots.size(); ++i) {
     for (; mark != marks.end() && mark->slot <= i; ++mark) times[mark->place] = now;
     const Slot& slot = plan.slots[i];
     const std::uint32_t size = payloadSize(slot, header);
-    const double seconds = paces[slot.stream].of(size);
+    const double seconds = slot.isPalette ? 0 : paces[slot.stream].of(size);
     SlotTally& tally = report.streams[slot.stream].slots[static_cast<std::size_t>(slot.state)];
     ++tally.chunks;
     tally.bytes += size;
     tally.seconds += seconds;
     if (slot.stream == clock) now += seconds;
-    if (!isGone(slot.state)) continue;
+    if (!isGone(slot.state)) {
+      for (std::size_t other = 0; other < behind.size(); ++other) {
+        const bool isConcerned = other == slot.stream || slot.stream == clock;
+        if (isConcerned && header.streams[other].header.type == avi::kAuds)
+          report.syncAfter = std::max(report.syncAfter, std::abs(behind[other] - behind[clock]));
+      }
+      continue;
+    }
     gone[slot.stream] += seconds;
+    if (closesGaps) behind[slot.stream] += seconds;
     for (std::size_t other = 0; other < gone.size(); ++other) {
       const bool isConcerned = other == slot.stream || slot.stream == clock;
       if (isConcerned && header.streams[other].header.type == avi::kAuds)

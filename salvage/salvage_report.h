@@ -71,6 +71,9 @@ struct SalvageReport {
   SalvageEnd end = SalvageEnd::noMedia;
   SalvageVerdict verdict = SalvageVerdict::hopeless;
   std::uint64_t inputSize = 0;
+  /// Returns in front of line feeds that a transfer as text had put in. They are left out, and all offsets are those
+  /// without them.
+  std::uint64_t returnsLeftOut = 0;
   std::uint64_t outputSize = 0;      ///< of the film that was or would be written
   std::uint64_t outputLimit = 0;     ///< how large it may be
   bool hasMainHeader = false;        ///< the damaged film's own "avih" survives
@@ -79,11 +82,13 @@ struct SalvageReport {
   std::vector<FoundField> fields;        ///< of headers that were put together
   std::size_t streamsWithoutHeader = 0;  ///< left out: nothing tells what they hold
   bool isDonorUseless = false;           ///< a donor was given, headers are lost, and none of its could stand in
+  bool lacksDecoder = false;             ///< payloads were to be tried by decoding, and nothing could do it
   std::vector<TemplateSource> indexes;   ///< that were found, tables first
   std::uint64_t indexedChunks = 0;       ///< that the plan has from an index
   std::vector<SalvagedSpan> spans;       ///< rising by where they lie in the damaged file
   std::uint64_t spansLeftOut = 0;        ///< for which there was no room
-  /// How far sound and pictures would be apart at worst if what is lost were just left out, and how far they are.
+  /// How far sound and pictures would be apart at worst if what is lost were just left out, and how far they are, each
+  /// against the film as it was.
   double syncBefore = 0;
   double syncAfter = 0;
   std::uint64_t unreadable = 0;  ///< bytes of payloads in whose place zeros were written
@@ -94,7 +99,7 @@ struct SalvageReport {
 /// More spans than this are not told one by one.
 inline constexpr std::size_t kMaxSpans = 10'000;
 
-/// Fills in what the plan tells: streams, spans, sync and verdict.
-void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader& header);
+/// Fills in what the plan tells: streams, spans, sync and verdict. `closesGaps`: what is lost is not written.
+void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader& header, bool closesGaps = false);
 
 }  // namespace zelvo::salvage

@@ -20,7 +20,8 @@ std::vector<SeenStream> seenStreams(const CandidateList& candidates, const Chunk
   std::array<std::array<std::uint64_t, StreamCodes::kMaxSuffixes>, kMaxStreams> counts{};
   for (std::size_t i = 0; i < candidates.size(); ++i) {
     const Candidate& candidate = candidates[i];
-    if (candidate.kind() == CandidateKind::data && chain.closes(i) && candidate.suffix() < StreamCodes::kMaxSuffixes)
+    if (candidate.kind() == CandidateKind::data && chain.closes(i) && candidate.suffix() < StreamCodes::kMaxSuffixes &&
+        !StreamCodes::isPalette(candidate.suffix()))
       ++counts[candidate.stream()][candidate.suffix()];
   }
   std::vector<SeenStream> seen;

@@ -11,7 +11,7 @@ using avi::FourCC;
 
 /// Of every stream number; the digits do not count here.
 constexpr std::array kUsual{FourCC{"00db"}, FourCC{"00dc"}, FourCC{"00pc"}, FourCC{"00wb"},
-                            FourCC{"00tx"}, FourCC{"00sb"}, FourCC{"00__"}};
+                            FourCC{"00tx"}, FourCC{"00sb"}, FourCC{"00__"}};  // StreamCodes::kPalette is one of them.
 
 std::uint16_t suffixOf(FourCC code) { return static_cast<std::uint16_t>(code.value >> 16U); }
 
@@ -32,6 +32,7 @@ bool mayCarry(FourCC type, FourCC usual) {
 }  // namespace
 
 StreamCodes::StreamCodes() {
+  static_assert(kUsual[kPalette] == FourCC{"00pc"});
   numbers_.assign(std::size_t{1} << 16U, kMaxSuffixes);
   for (const FourCC usual : kUsual) {
     numbers_[suffixOf(usual)] = static_cast<std::uint8_t>(suffixes_.size());

@@ -31,6 +31,9 @@ class StreamCodes {
   /// that its super index names. Where headers are lost, every stream with every suffix.
   explicit StreamCodes(const SurvivingHeaders& headers);
 
+  /// Whether chunks with this suffix are changes of a palette, "pc": no pictures, and they take no time.
+  [[nodiscard]] static bool isPalette(std::uint8_t suffix) { return suffix == kPalette; }
+
   /// What the code says when a stream here may have such chunks.
   [[nodiscard]] std::optional<StreamCode> find(avi::FourCC code) const;
   /// The same of any stream number with any suffix known here.
@@ -49,6 +52,8 @@ class StreamCodes {
   [[nodiscard]] avi::FourCC codeOf(StreamCode code) const;
 
  private:
+  static constexpr std::uint8_t kPalette = 2;
+
   /// The number of the suffix, noted if it is new; nothing once there are `kMaxSuffixes`.
   std::optional<std::uint8_t> noteSuffix(avi::FourCC code);
 

@@ -5,6 +5,8 @@
 #include <bit>
 #include <span>
 
+#include "salvage/stream_codes.h"
+
 namespace zelvo::salvage {
 
 namespace {
@@ -16,7 +18,7 @@ constexpr std::uint64_t kFixedPercent = 85;
 
 bool isTrusted(const CandidateList& candidates, const ChunkChain& chain, std::size_t number) {
   return candidates[number].kind() == CandidateKind::data && candidates[number].stream() < kMaxStreams &&
-         chain.closes(number);
+         !StreamCodes::isPalette(candidates[number].suffix()) && chain.closes(number);
 }
 
 /// How often each bit of the first four bytes is set.
@@ -78,7 +80,7 @@ int Signature::score(const Candidate& candidate) const {
   constexpr int kFewest = 4;
   constexpr int kEnough = 14;
   const int count = constantBits();
-  if (count < kFewest || candidate.size() < 4) return 0;
+  if (count < kFewest || candidate.size() < 4 || StreamCodes::isPalette(candidate.suffix())) return 0;
   const int weight = std::min(100, count * 100 / kEnough);
   return (candidate.head() & mask) == bits ? weight : -weight;
 }

@@ -137,7 +137,10 @@ SurvivingStream makePictureHeader(const PictureShape& shape, PictureRate rate) {
   put(stream.format, shape.compression.value, 4);
   put(stream.format, row * shape.size.height, 4);
   stream.format.resize(40);
-  if (shape.codec == Codec::wmv2) {
+  if (!shape.extra.empty()) {
+    stream.format.insert(stream.format.end(), shape.extra.begin(), shape.extra.end());
+    store(stream.format, 0, static_cast<std::uint32_t>(stream.format.size()));
+  } else if (shape.codec == Codec::wmv2) {
     // Pictures a second and kilobits, which no decoder needs, and the tools that one writer always uses.
     for (const unsigned byte : {0xcbU, 0x0dU, 0xb4U, 0x80U}) put(stream.format, byte, 1);
     avi::storeLittleEndian32(std::span(stream.format).first<4>(), 44);

@@ -40,7 +40,8 @@ std::vector<StreamSample> sampleStreams(avi::InputFile& input, const CandidateLi
   std::vector<std::uint64_t> met(seen.size());
   for (std::size_t i = 0; i < candidates.size(); ++i) {
     const Candidate& chunk = candidates[i];
-    if (chunk.kind() != CandidateKind::data || !chain.closes(i) || place[chunk.stream()] == seen.size()) continue;
+    if (chunk.kind() != CandidateKind::data || StreamCodes::isPalette(chunk.suffix())) continue;
+    if (!chain.closes(i) || place[chunk.stream()] == seen.size()) continue;
     const std::size_t stream = place[chunk.stream()];
     StreamSample& sample = samples[stream];
     const std::uint64_t number = met[stream]++;

@@ -21,7 +21,6 @@ using avi::FourCC;
 using Front = std::span<const std::byte>;
 
 constexpr FourCC kStrd{"strd"};
-constexpr std::size_t kChunkHeader = 8;
 constexpr std::size_t kListHeader = 12;
 /// A stream's list holds fewer chunks than this.
 constexpr int kMaxChunks = 32;
@@ -51,13 +50,15 @@ std::uint64_t number64(Front bytes, std::size_t at) {
 
 /// The payload of the chunk at `at`; nothing when it does not end within `front`.
 std::optional<Front> payloadAt(Front front, std::size_t at) {
-  if (front.size() < kChunkHeader || at > front.size() - kChunkHeader) return std::nullopt;
+  if (front.size() < avi::kChunkHeader || at > front.size() - avi::kChunkHeader) return std::nullopt;
   const std::uint32_t size = number(front, at + 4);
-  if (size > front.size() - at - kChunkHeader) return std::nullopt;
-  return front.subspan(at + kChunkHeader, size);
+  if (size > front.size() - at - avi::kChunkHeader) return std::nullopt;
+  return front.subspan(at + avi::kChunkHeader, size);
 }
 
-std::size_t endOf(std::size_t at, Front payload) { return at + kChunkHeader + payload.size() + payload.size() % 2; }
+std::size_t endOf(std::size_t at, Front payload) {
+  return at + avi::kChunkHeader + payload.size() + payload.size() % 2;
+}
 
 std::optional<FourCC> codeAt(Front front, std::size_t at) {
   if (front.size() < 4 || at > front.size() - 4) return std::nullopt;
@@ -202,7 +203,7 @@ std::optional<MediaList> firstMediaList(Front front) {
     const bool isLater = at >= kListHeader && FourCC::at(front.subspan(at - kListHeader)) == avi::kRiff &&
                          FourCC::at(front.subspan(at - 4)) == avi::kAvix;
     if (isLater) return std::nullopt;
-    if (FourCC::at(front.subspan(at + kChunkHeader)) == avi::kMovi) return MediaList{at, number(front, at + 4)};
+    if (FourCC::at(front.subspan(at + avi::kChunkHeader)) == avi::kMovi) return MediaList{at, number(front, at + 4)};
     ++from;
   }
 }
@@ -218,12 +219,12 @@ bool isHeaderCode(FourCC code) {
 /// Notes the header at `at`, if one is there and was read whole, and answers where to go on.
 std::size_t noteHeader(Front front, const Unread& unread, FourCC code, std::size_t at, SurvivingHeaders& headers) {
   const auto payload = isHeaderCode(code) ? payloadAt(front, at) : std::nullopt;
-  if (!payload || !isRead(unread, at, at + kChunkHeader + payload->size())) return at;
+  if (!payload || !isRead(unread, at, at + avi::kChunkHeader + payload->size())) return at;
   std::size_t end = at;
   if (code == avi::kStrh && headers.streams.size() < kMaxStreams) {
     auto stream = streamAt(front, at, end);
     if (!stream) return at;
-    if (!isRead(unread, at, at + 2 * kChunkHeader + stream->header.size() + stream->format.size())) return end;
+    if (!isRead(unread, at, at + 2 * avi::kChunkHeader + stream->header.size() + stream->format.size())) return end;
     headers.streams.push_back(std::move(*stream));
   } else if (code == avi::kAvih && !headers.main && payload->size() >= 40) {
     headers.main = mainHeader(*payload, at);
@@ -249,7 +250,7 @@ SurvivingHeaders survivingHeaders(avi::InputFile& input) {
   SurvivingHeaders headers;
   headers.media = firstMediaList(front);
   if (front.size() >= kListHeader && FourCC::at(front) == avi::kRiff &&
-      FourCC::at(front.subspan(kChunkHeader)) == avi::kAvi) {
+      FourCC::at(front.subspan(avi::kChunkHeader)) == avi::kAvi) {
     headers.formSize = number(front, 4);
     headers.end = kListHeader;
   }

@@ -8,7 +8,7 @@ namespace {
 
 constexpr std::size_t kBlock = 65'536;
 /// What this much of a film does not show, the rest is not read for.
-constexpr std::size_t kFront = std::size_t{1} << 20U;
+constexpr std::size_t kSampled = std::size_t{1} << 20U;
 constexpr std::byte kReturn{0x0d};
 constexpr std::byte kFeed{0x0a};
 /// So many line feeds, each after a return, are no chance.
@@ -63,7 +63,7 @@ bool TextTransfer::readAll(const std::function<bool()>& isEnding) {
       before = window[i];
       size_ += isAdded(window, i) ? 0U : 1U;
     }
-    const bool isLongEnough = number * kBlock >= kFront;
+    const bool isLongEnough = number * kBlock >= kSampled;
     if (feeds.cannotBeText() || (isLongEnough && !feeds.areText())) return false;
   }
   begins_.push_back(size_);

@@ -6,19 +6,21 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <memory>
 #include <optional>
 #include <utility>
 #include <vector>
 
+#include "avi/chunk_codes.h"
 #include "salvage/clock_turns.h"
 #include "salvage/gap_share.h"
+#include "salvage/refill.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
 constexpr std::size_t kMaxLooks = 4096;
-constexpr std::uint64_t kChunkHeader = 8;
 
 double median(std::vector<double> values) {
   std::ranges::sort(values);
@@ -37,8 +39,9 @@ struct Track {
 
 class Timeline {
  public:
+  /// `lengthens`: where nothing is missing, the slot before a gap may take its bytes.
   Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, const WholeFilm& whole,
-           FilmPlan& plan);
+           bool lengthens, FilmPlan& plan);
 
   /// `shares`: how many pictures each gap that is filled lacks, when that is known.
   void run(const std::vector<GapEstimate>& shares);
@@ -48,7 +51,10 @@ class Timeline {
   [[nodiscard]] std::uint64_t pictures() const;
   /// How many pictures so many bytes hold at the most.
   [[nodiscard]] std::uint64_t picturesIn(std::uint64_t bytes) const;
-  void finish() { plan_.slots = std::move(made_); }
+  void finish() {
+    plan_.slots = std::move(made_);
+    plan_.drift = drift_;
+  }
 
  private:
   /// What is missing in a gap.
@@ -60,10 +66,16 @@ class Timeline {
   [[nodiscard]] double seconds(const Slot& slot) const {
     return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9;
   }
+  [[nodiscard]] bool isPicture(const Slot& slot) const { return pictures_ == slot.stream && !slot.isPalette; }
   void advance(const Slot& slot);
   [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
   [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
   [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
+  /// Whether nearly all of its chunks have one size.
+  [[nodiscard]] bool isFixed(const Track& track) const {
+    const std::uint8_t number = streams_.numberOf(track.stream);
+    return number < evidence_.facts.size() && evidence_.facts[number].fixedSize == track.chunkSize;
+  }
   [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast,
                                                std::optional<std::size_t> share);
   [[nodiscard]] bool isNothingMissing(const FilmGap& gap, std::size_t end) const;
@@ -72,11 +84,13 @@ class Timeline {
   [[nodiscard]] std::size_t pickPictures(double estimate, double least, std::optional<double> turned) const;
   [[nodiscard]] std::optional<double> turnedBy(std::size_t slot, std::size_t end) const;
   void fill(std::size_t place, const Missing& missing);
+  void noteDrift(std::size_t slot, std::size_t end);
 
   const Evidence& evidence_;
   const FilmStreams& streams_;
   std::span<const FilmGap> gaps_;
   const WholeFilm& whole_;
+  const bool lengthens_;
   FilmPlan& plan_;
   std::vector<Slot> made_;
   std::vector<Track> tracks_;
@@ -87,16 +101,17 @@ class Timeline {
   std::size_t refilled_ = 0;
   std::optional<ClockTurns> turns_;
   bool hasPassedGap_ = false;
+  double drift_ = 0;  ///< as in FilmPlan
   std::vector<GapEstimate> estimates_;
 };
 
 Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
-                   const WholeFilm& whole, FilmPlan& plan)
-    : evidence_(evidence), streams_(streams), gaps_(gaps), whole_(whole), plan_(plan) {
+                   const WholeFilm& whole, bool lengthens, FilmPlan& plan)
+    : evidence_(evidence), streams_(streams), gaps_(gaps), whole_(whole), lengthens_(lengthens), plan_(plan) {
   std::vector<std::vector<std::uint32_t>> sizes(streams.count());
   constexpr std::size_t kSamples = 65'536;
   for (const Slot& slot : plan.slots) {
-    if (slot.size > 0 && slot.hasSource() && sizes[slot.stream].size() < kSamples)
+    if (slot.size > 0 && slot.hasSource() && !slot.isPalette && sizes[slot.stream].size() < kSamples)
       sizes[slot.stream].push_back(slot.size);
   }
   for (std::size_t i = 0; i < streams.count(); ++i) {
@@ -112,7 +127,7 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
     pictureTime_ = time;
     double sum = 0;
     for (const std::uint32_t size : sizes[i]) sum += size;
-    pictureBytes_ = kChunkHeader + sum / static_cast<double>(sizes[i].size());
+    pictureBytes_ = avi::kChunkHeader + sum / static_cast<double>(sizes[i].size());
   }
 }
 
@@ -120,7 +135,7 @@ void Timeline::advance(const Slot& slot) {
   constexpr std::size_t kEnough = 8;
   constexpr std::size_t kMost = 4096;
   made_.push_back(slot);
-  if (pictures_ == slot.stream) pictureClock_ += pictureTime_;
+  if (isPicture(slot)) pictureClock_ += pictureTime_;
   for (Track& track : tracks_) {
     if (track.stream != slot.stream) continue;
     // Many films begin with more sound than usual, so the first chunk is no example.
@@ -150,7 +165,7 @@ std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::s
   std::size_t open = tracks_.size();
   for (std::size_t i = slot; i < std::min(end, slot + kMaxLooks) && open > 0; ++i) {
     const Slot& next = plan_.slots[i];
-    if (pictures_ == next.stream) pictureClock += pictureTime_;
+    if (isPicture(next)) pictureClock += pictureTime_;
     for (std::size_t t = 0; t < tracks_.size(); ++t) {
       if (tracks_[t].stream != next.stream) continue;
       const std::size_t wanted = isCoarse(tracks_[t]) ? 1 : kTight;
@@ -177,7 +192,7 @@ double Timeline::picturesByBytes(std::uint64_t bytes, const std::vector<double>&
   double left = static_cast<double>(bytes);
   double perPicture = pictureBytes_;
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const double rate = (tracks_[t].chunkSize + static_cast<double>(kChunkHeader)) / tracks_[t].chunkTime;
+    const double rate = (tracks_[t].chunkSize + static_cast<double>(avi::kChunkHeader)) / tracks_[t].chunkTime;
     left -= shift[t] * rate;
     perPicture += pictureTime_ * rate;
   }
@@ -257,7 +272,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
     double time = shift[t] + static_cast<double>(missing.pictures) * pictureTime_;
     if (!pictures_)
-      time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + kChunkHeader) * tracks_[t].chunkTime;
+      time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + avi::kChunkHeader) * tracks_[t].chunkTime;
     missing.sound.push_back(std::max(0.0, time));
   }
   estimates_.push_back({missing.pictures, gap.bytes, isExact});
@@ -267,46 +282,27 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
 /// Puts what is missing in at a place of what is made already, in turn.
 void Timeline::fill(std::size_t place, const Missing& missing) {
   const std::size_t most = plan_.slots.size() + 4096;
-  struct Part {
-    std::uint8_t stream;
-    std::size_t count;
-    std::uint32_t size;
-  };
-  std::vector<Part> parts;
+  std::vector<Refill> parts;
   if (pictures_ && missing.pictures > 0) parts.push_back({*pictures_, missing.pictures, 0});
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
     const Track& track = tracks_[t];
-    const auto count = static_cast<std::size_t>(std::min(1e6, std::round(missing.sound[t] / track.chunkTime)));
+    // Where a chunk lasts for many pictures, its place among them is a matter of chance, and less than most of one
+    // none.
+    const double half = isCoarse(track) ? 0.25 : 0.5;
+    const auto count = static_cast<std::size_t>(std::min(1e6, std::floor(missing.sound[t] / track.chunkTime + half)));
     if (count == 0) continue;
     std::uint32_t size = track.chunkSize;
     // Most lost chunks had the usual size; a difference that is not heard is none.
     constexpr double kUnheard = 0.02;
     const double apart = std::abs(missing.sound[t] - static_cast<double>(count) * track.chunkTime);
-    if (streams_.countsBytes(track.stream) && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
+    const bool isAdapted = streams_.countsBytes(track.stream) && !(isCoarse(track) && isFixed(track));
+    if (isAdapted && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
       size = static_cast<std::uint32_t>(missing.sound[t] / static_cast<double>(count) / track.chunkTime * size);
       size -= size % streams_.blockOf(track.stream);
     }
     parts.push_back({track.stream, count, size});
   }
-  std::vector<Slot> slots;
-  std::vector<std::size_t> done(parts.size(), 0);
-  while (refilled_ + slots.size() < most) {
-    // Whichever is furthest after comes next.
-    std::optional<std::size_t> next;
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-      const auto share = [&](std::size_t part) {
-        return static_cast<double>(done[part]) / static_cast<double>(parts[part].count);
-      };
-      if (done[i] < parts[i].count && (!next || share(i) < share(*next))) next = i;
-    }
-    if (!next) break;
-    ++done[*next];
-    Slot slot;
-    slot.stream = parts[*next].stream;
-    slot.size = parts[*next].size;
-    slot.state = SlotState::refilled;
-    slots.push_back(slot);
-  }
+  const std::vector<Slot> slots = refillInTurn(parts, most - std::min(most, refilled_));
   refilled_ += slots.size();
   made_.insert(made_.begin() + static_cast<std::ptrdiff_t>(place), slots.begin(), slots.end());
   for (const Slot& slot : slots) {
@@ -314,6 +310,15 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
     for (Track& track : tracks_) {
       if (track.stream == slot.stream) track.clock += seconds(slot);
     }
+  }
+}
+
+/// Measures how far the sound after a filled gap is from where it usually is.
+void Timeline::noteDrift(std::size_t slot, std::size_t end) {
+  const auto behind = lagsBehind(slot, end);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (usual && behind[t]) drift_ = std::max(drift_, std::abs(*behind[t] - *usual));
   }
 }
 
@@ -332,7 +337,7 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
     hasPassedGap_ = hasPassedGap_ || slot > 0;
     const std::size_t end = g + 1 < gaps_.size() ? gaps_[g + 1].before : plan_.slots.size();
     if (slot == 0) continue;
-    if (gap.longer != 0 && made_.back().state != SlotState::refilled && isNothingMissing(gap, end)) {
+    if (lengthens_ && gap.longer != 0 && made_.back().state != SlotState::refilled && isNothingMissing(gap, end)) {
       lengthenLast(gap.longer);
       continue;
     }
@@ -343,9 +348,11 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
     open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, 0, gap.isTorn || (isOpen && open.isTorn)};
     const std::size_t filled = estimates_.size();
     const auto share = filled < shares.size() ? std::optional(shares[filled].pictures) : std::nullopt;
-    const auto found = missing(open, end, g + 1 == gaps_.size(), share);
+    const bool isLast = g + 1 == gaps_.size() || gaps_[g + 1].before >= plan_.slots.size();
+    const auto found = missing(open, end, isLast, share);
     isOpen = !found;
     if (found) fill(openPlace, *found);
+    if (found) noteDrift(gap.before, end);
   }
   for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
 }
@@ -356,7 +363,7 @@ std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
 }
 
 std::uint64_t Timeline::pictures() const {
-  const auto count = [&](const Slot& slot) { return pictures_ == slot.stream && slot.state != SlotState::refilled; };
+  const auto count = [&](const Slot& slot) { return isPicture(slot) && slot.state != SlotState::refilled; };
   return static_cast<std::uint64_t>(std::ranges::count_if(made_, count));
 }
 
@@ -365,18 +372,23 @@ std::uint64_t Timeline::pictures() const {
 void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
               const WholeFilm& whole, FilmPlan& plan) {
   if (gaps.empty()) return;
-  Timeline timeline(evidence, streams, gaps, whole, plan);
-  timeline.run({});
-  std::vector<GapEstimate> shares = timeline.estimates();
-  const std::uint64_t there = timeline.pictures();
-  if (whole.pictures && there <= *whole.pictures &&
-      shareOut(shares, *whole.pictures - there, timeline.picturesIn(whole.missing.value_or(0)))) {
-    Timeline again(evidence, streams, gaps, whole, plan);
-    again.run(shares);
-    again.finish();
-  } else {
-    timeline.finish();
+  auto timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, true, plan);
+  timeline->run({});
+  // Sound and pictures that are lost for as long leave the clocks on both sides in step, as a wrong size does. When
+  // pictures are missing all the same, and no gap is left that may have held them, that is what happened.
+  const bool lengthens = !whole.pictures || timeline->pictures() >= *whole.pictures || !timeline->estimates().empty();
+  if (!lengthens) {
+    timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, false, plan);
+    timeline->run({});
   }
+  std::vector<GapEstimate> shares = timeline->estimates();
+  const std::uint64_t there = timeline->pictures();
+  if (whole.pictures && there <= *whole.pictures &&
+      shareOut(shares, *whole.pictures - there, timeline->picturesIn(whole.missing.value_or(0)))) {
+    timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, lengthens, plan);
+    timeline->run(shares);
+  }
+  timeline->finish();
 }
 
 }  // namespace zelvo::salvage

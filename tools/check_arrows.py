@@ -103,6 +103,7 @@ TEST_ARROWS = {
         "platform/headless",
         "avi",
         "engine",
+        "salvage",
         "storage",
         "update",
         "cli",

@@ -8,8 +8,6 @@ namespace zelvo::platform::headless {
 
 namespace {
 
-const char* yesOrNo(bool value) { return value ? "yes" : "no"; }
-
 std::string percentText(double percent) {
   std::array<char, 40> text{};
   const int length = std::snprintf(text.data(), text.size(), "%.6g", percent);
@@ -39,12 +37,12 @@ std::string HeadlessTextField::stringValue() const {
 void HeadlessButton::setEnabled(bool enabled) {
   const std::lock_guard lock(mutex_);
   enabled_ = enabled;
-  note(std::string("setEnabled(") + yesOrNo(enabled) + ")");
+  note("setEnabled(" + yesOrNo(enabled) + ")");
 }
 void HeadlessButton::setHidden(bool hidden) {
   const std::lock_guard lock(mutex_);
   hidden_ = hidden;
-  note(std::string("setHidden(") + yesOrNo(hidden) + ")");
+  note("setHidden(" + yesOrNo(hidden) + ")");
 }
 void HeadlessButton::setState(State state) {
   const std::lock_guard lock(mutex_);
@@ -90,7 +88,7 @@ void HeadlessProgressBar::setDoubleValue(double percent) {
 void HeadlessProgressBar::setUsesThreadedAnimation(bool threaded) {
   const std::lock_guard lock(mutex_);
   threaded_ = threaded;
-  note(std::string("setUsesThreadedAnimation(") + yesOrNo(threaded) + ")");
+  note("setUsesThreadedAnimation(" + yesOrNo(threaded) + ")");
 }
 double HeadlessProgressBar::doubleValue() const {
   const std::lock_guard lock(mutex_);

@@ -9,6 +9,9 @@
 
 namespace zelvo::platform::headless {
 
+/// A switch as a line tells it.
+[[nodiscard]] inline std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
+
 /// Thread: any.
 class Events {
  public:

@@ -7,8 +7,6 @@ namespace zelvo::platform::headless {
 
 namespace {
 
-std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
-
 std::string nameOf(const Window& window) { return dynamic_cast<const HeadlessWindow&>(window).name(); }
 
 void add(Events* events, const std::string& line) {

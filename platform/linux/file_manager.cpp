@@ -10,13 +10,13 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "platform/linux/descriptor.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::error_code lastError() { return {errno, std::generic_category()}; }
 
 FileAttributes attributesFrom(const struct stat& status) {
   FileAttributes attributes;

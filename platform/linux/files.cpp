@@ -13,35 +13,16 @@
 #include <climits>
 #include <utility>
 
+#include "platform/linux/descriptor.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace {
-
-std::error_code lastError() { return {errno, std::generic_category()}; }
 
 /// The system takes at most this many bytes at a time.
 constexpr std::size_t kLargestTransfer = 0x7ffff000;
 /// Positions beyond this cannot be named to the system; a file ends long before.
 constexpr std::uint64_t kLargestOffset = 0x7fffffffffffffff;
-
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() { static_cast<void>(close()); }
-
-  [[nodiscard]] int number() const { return number_; }
-  [[nodiscard]] std::error_code close() {
-    if (number_ < 0) return {};
-    // An interrupted close has closed the descriptor all the same.
-    return ::close(std::exchange(number_, -1)) == 0 || errno == EINTR ? std::error_code{} : lastError();
-  }
-
- private:
-  int number_;
-};
 
 /// Repeats one positioned transfer until `size` bytes are done, it answers 0, or it fails.
 template <class Transfer>
@@ -197,7 +178,7 @@ int openRetrying(const std::string& path, int flags) {
 Opened<ReadableFile> LinuxFiles::openForReading(const std::string& path) {
   // O_NONBLOCK: opening a pipe must not wait for a writer. It changes nothing for a regular file.
   Descriptor descriptor(openRetrying(path, O_RDONLY | O_NONBLOCK));
-  if (descriptor.number() < 0) return {nullptr, lastError()};
+  if (!descriptor.isOpen()) return {nullptr, lastError()};
   struct stat status {};
   if (::fstat(descriptor.number(), &status) != 0) return {nullptr, lastError()};
   if (S_ISDIR(status.st_mode)) return {nullptr, std::make_error_code(std::errc::is_a_directory)};

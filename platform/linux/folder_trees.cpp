@@ -16,29 +16,13 @@
 #include <utility>
 #include <vector>
 
+#include "platform/linux/descriptor.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-std::error_code lastError() { return {errno, std::generic_category()}; }
-
-/// A descriptor that is closed.
-class Descriptor {
- public:
-  explicit Descriptor(int number) : number_(number) {}
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-  ~Descriptor() {
-    if (number_ >= 0) ::close(number_);
-  }
-  [[nodiscard]] int number() const { return number_; }
-  [[nodiscard]] bool isOpen() const { return number_ >= 0; }
-
- private:
-  int number_;
-};
 
 /// What an entry is and which mount it belongs to; the file systems behind two mounts may be one.
 struct Place {
@@ -59,12 +43,12 @@ std::optional<Place> placeOf(int folder, const char* name, int flags) {
 }
 
 std::vector<std::string> entriesOf(int folder) {
-  struct CloseFolder {
+  struct CloseListing {
     void operator()(DIR* open) const { ::closedir(open); }
   };
   std::vector<std::string> names;
   const int copy = ::fcntl(folder, F_DUPFD_CLOEXEC, 3);
-  const std::unique_ptr<DIR, CloseFolder> open(copy < 0 ? nullptr : ::fdopendir(copy));
+  const std::unique_ptr<DIR, CloseListing> open(copy < 0 ? nullptr : ::fdopendir(copy));
   if (!open) {
     if (copy >= 0) ::close(copy);
     return names;

@@ -7,13 +7,12 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "platform/linux/descriptor.h"
 #include "platform/linux/files.h"
 
 namespace zelvo::platform::linux_ {
 
 namespace {
-
-std::error_code lastError() { return {errno, std::generic_category()}; }
 
 /// For file systems that know neither the exclusive rename nor hard links (FAT over some drivers): the look and the
 /// rename are two steps there, so a file that appears just in between is replaced.

@@ -193,13 +193,13 @@ plist_t nodeOf(const PropertyValue& tree) {
 }
 
 /// One list to be read on a thread of its own.
-struct Reading {
+struct ListReading {
   std::span<const std::byte> bytes;
   std::optional<PropertyValue> tree;
 };
 
 void* read(void* context) {
-  auto& reading = *static_cast<Reading*>(context);
+  auto& reading = *static_cast<ListReading*>(context);
   plist_t parsed = nullptr;
   plist_from_memory(reinterpret_cast<const char*>(reading.bytes.data()),
                     static_cast<std::uint32_t>(reading.bytes.size()), &parsed);
@@ -213,7 +213,7 @@ void* read(void* context) {
 std::optional<PropertyValue> readOnLargeStack(std::span<const std::byte> bytes) {
   constexpr std::size_t kLeastStack = std::size_t{8} * 1024 * 1024;
   constexpr std::size_t kStackPerByte = 64;
-  Reading reading{bytes, std::nullopt};
+  ListReading reading{bytes, std::nullopt};
   pthread_attr_t attributes;
   pthread_t thread{};
   if (::pthread_attr_init(&attributes) != 0) return std::nullopt;

@@ -26,9 +26,10 @@ class Settings {
     const int session = request.hasOwnSession ? POSIX_SPAWN_SETSID : 0;
     note(::posix_spawnattr_setflags(&attributes_,
                                     static_cast<short>(session | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF)));
+    if (request.input) note(::posix_spawn_file_actions_adddup2(&actions_, *request.input, STDIN_FILENO));
     if (request.output) note(::posix_spawn_file_actions_adddup2(&actions_, *request.output, STDOUT_FILENO));
     for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-      if (stream == STDOUT_FILENO && request.output) continue;
+      if (stream == STDIN_FILENO ? request.input.has_value() : stream == STDOUT_FILENO && request.output) continue;
       const int mode = stream == STDIN_FILENO ? O_RDONLY : O_WRONLY;
       note(::posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", mode, 0));
     }

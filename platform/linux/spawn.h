@@ -17,6 +17,7 @@ struct SpawnRequest {
   bool searchesPath = false;                 ///< looks for the program in the PATH
   bool hasOwnSession = false;                ///< no terminal, and no signal that is meant for this process's group
   bool keepsFolder = false;                  ///< else it begins in "/"
+  std::optional<int> input = std::nullopt;   ///< descriptor that becomes its standard input
   std::optional<int> output = std::nullopt;  ///< descriptor that becomes its standard output
   std::optional<std::vector<std::string>> environment =
       std::nullopt;  ///< "NAME=value" each; this process's own without it

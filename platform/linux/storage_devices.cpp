@@ -12,11 +12,13 @@
 #include <string_view>
 #include <tuple>
 
+#include "platform/linux/c_text.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace {
 
-struct Unref {
+struct DeviceUnref {
   void operator()(udev* context) const { udev_unref(context); }
   void operator()(udev_enumerate* enumeration) const { udev_enumerate_unref(enumeration); }
   void operator()(udev_device* device) const { udev_device_unref(device); }
@@ -24,8 +26,6 @@ struct Unref {
 
 constexpr std::uint64_t kSectorSize = 512;  // of the kernel's "size", whatever the disk's own blocks are
 constexpr std::uint64_t kOpticalBlockSize = 2048;
-
-std::string textOrEmpty(const char* text) { return text ? text : ""; }
 
 std::string property(udev_device* device, const char* key) {
   return device ? textOrEmpty(udev_device_get_property_value(device, key)) : "";
@@ -197,8 +197,8 @@ std::vector<BlockDevice> readBlockDevices(const std::string& folder, std::error_
     error = {errno, std::generic_category()};
     return {};
   }
-  const std::unique_ptr<udev, Unref> context(udev_new());
-  const std::unique_ptr<udev_enumerate, Unref> enumeration(context ? udev_enumerate_new(context.get()) : nullptr);
+  const std::unique_ptr<udev, DeviceUnref> context(udev_new());
+  const std::unique_ptr<udev_enumerate, DeviceUnref> enumeration(context ? udev_enumerate_new(context.get()) : nullptr);
   if (!enumeration) {
     error = {errno, std::generic_category()};
     return {};
@@ -212,7 +212,7 @@ std::vector<BlockDevice> readBlockDevices(const std::string& folder, std::error_
   std::vector<BlockDevice> devices;
   udev_list_entry* entry = udev_enumerate_get_list_entry(enumeration.get());
   for (; entry; entry = udev_list_entry_get_next(entry)) {
-    const std::unique_ptr<udev_device, Unref> from(
+    const std::unique_ptr<udev_device, DeviceUnref> from(
         udev_device_new_from_syspath(context.get(), udev_list_entry_get_name(entry)));
     BlockDevice device;
     // A device may go away between the listing and the look at it.

@@ -8,16 +8,16 @@
 #include <set>
 #include <string_view>
 
+#include "platform/linux/c_text.h"
+
 namespace zelvo::platform::linux_ {
 
 namespace {
 
-struct Unref {
+struct MountUnref {
   void operator()(libmnt_table* table) const { mnt_unref_table(table); }
   void operator()(libmnt_iter* iterator) const { mnt_free_iter(iterator); }
 };
-
-std::string textOrEmpty(const char* text) { return text ? text : ""; }
 
 bool isReadOnly(const char* options) { return options && mnt_optstr_get_option(options, "ro", nullptr, nullptr) == 0; }
 
@@ -49,8 +49,8 @@ Mount mountFrom(libmnt_fs* line) {
 }  // namespace
 
 std::vector<Mount> readMountTable(const std::string& path, std::error_code& error) {
-  const std::unique_ptr<libmnt_table, Unref> table(mnt_new_table());
-  const std::unique_ptr<libmnt_iter, Unref> lastFirst(mnt_new_iter(MNT_ITER_BACKWARD));
+  const std::unique_ptr<libmnt_table, MountUnref> table(mnt_new_table());
+  const std::unique_ptr<libmnt_iter, MountUnref> lastFirst(mnt_new_iter(MNT_ITER_BACKWARD));
   if (!table || !lastFirst) {
     error = std::make_error_code(std::errc::not_enough_memory);
     return {};

@@ -15,8 +15,6 @@
 
 namespace zelvo::platform::linux_ {
 
-namespace {
-
 class ThreadWorker final : public Worker {
  public:
   explicit ThreadWorker(std::shared_ptr<CancelMark> mark) : mark_(std::move(mark)) {}
@@ -50,6 +48,8 @@ class ThreadWorker final : public Worker {
   std::error_code failure_;
   bool finished_ = false;
 };
+
+namespace {
 
 /// Signals are the main thread's: a worker blocks them all, so that no read or write of a run is interrupted.
 class SignalsBlocked {

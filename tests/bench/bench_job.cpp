@@ -3,10 +3,10 @@
 //                          8 bytes), "full" (more small chunks of both kinds than the tables hold)
 //   scan FILE              the engine up to the end of its sample scan
 //   scan-literal FILE      the same scan, word for word: one small read per block, copied, a loop over its bytes; it
-//   tells
-//                          the same elements of its progress, once per block
+//                          tells the same elements of its progress, once per block
 //   repair IN OUT          a whole repair, without waiting for the disk
 //   progress BLOCKS        the progress animation of an input of that many blocks; prints nanoseconds a step
+//   divide BLOCKS          only what no animation can leave out: a division and a store a step, one after the other
 // Each prints its own peak memory, in KiB, on its last line.
 #include <chrono>
 #include <cstdio>
@@ -194,6 +194,19 @@ struct Animation {
                           .hourstextfield = text}};
 };
 
+int divide(std::uint32_t blocks) {
+  NoRelay relay;
+  const std::uint64_t steps = std::uint64_t{blocks} * 10;
+  const auto divisor = static_cast<double>(steps);
+  const auto start = std::chrono::steady_clock::now();
+  for (std::uint64_t step = 1; step <= steps; ++step) {
+    relay.setProgressBarValue(static_cast<double>(step) * 100.0 / divisor);
+  }
+  const std::chrono::duration<double, std::nano> spent = std::chrono::steady_clock::now() - start;
+  std::printf("%.3f\n", spent.count() / static_cast<double>(steps));
+  return 0;
+}
+
 int progress(std::uint32_t blocks) {
   auto bench = std::make_unique<Animation>();
   bench->job.numberofsectors = blocks;
@@ -233,6 +246,8 @@ int main(int argc, char** argv) {
     result = repair(argv[2], argv[3]);
   } else if (command == "progress" && argc == 3) {
     result = progress(static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10)));
+  } else if (command == "divide" && argc == 3) {
+    result = divide(static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10)));
   }
   printPeakMemory();
   return result;

@@ -7,6 +7,7 @@
 
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "platform/headless/trial_decoder.h"
 #include "platform/linux/file_manager.h"
 #include "platform/linux/files.h"
 #include "platform/linux/main_queue.h"
@@ -126,6 +127,7 @@ class ReadFailure : public testing::Test {
     Console console(false);
     const platform::Relaxed<bool> stop;
     platform::linux_::LinuxPropertyLists propertyLists;
+    platform::headless::HeadlessTrialDecoder trialDecoder;
     Environment environment{.files = files,
                             .fileManager = fileManager,
                             .newFiles = newFiles_,
@@ -134,6 +136,7 @@ class ReadFailure : public testing::Test {
                             .runUntil = [&](const auto& done) { queue.runUntil(done); },
                             .lookAtStorage = {},
                             .propertyLists = propertyLists,
+                            .trialDecoder = trialDecoder,
                             .console = console,
                             .stopRequested = stop};
     for (const Option& option : command->options()) {

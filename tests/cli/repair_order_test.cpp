@@ -11,6 +11,7 @@
 
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "platform/headless/trial_decoder.h"
 #include "platform/linux/file_manager.h"
 #include "platform/linux/files.h"
 #include "platform/linux/main_queue.h"
@@ -119,6 +120,7 @@ class RepairOrder : public testing::Test {
     platform::linux_::LinuxWorkers workers;
     Console console(false);
     platform::linux_::LinuxPropertyLists propertyLists;
+    platform::headless::HeadlessTrialDecoder trialDecoder;
     Environment environment{.files = files,
                             .fileManager = fileManager,
                             .newFiles = names_,
@@ -131,6 +133,7 @@ class RepairOrder : public testing::Test {
                                 },
                             .lookAtStorage = {},
                             .propertyLists = propertyLists,
+                            .trialDecoder = trialDecoder,
                             .console = console,
                             .stopRequested = stop_};
     const auto command = makeRepairCommand();

@@ -27,6 +27,16 @@ std::string damagedFilm() {
   return bytes;
 }
 
+/// The film with line feeds in its payloads, sent as if it were text.
+std::string sentFilm() {
+  std::string bytes = film();
+  const std::size_t media = bytes.find("movi");
+  for (std::size_t i = 0; i < 15; ++i) bytes.replace(media + 100 + i * 616, 20, 20, '\n');
+  std::string sent;
+  for (const char byte : bytes) sent += byte == '\n' ? std::string("\r\n") : std::string(1, byte);
+  return sent;
+}
+
 TEST(SalvageCommand, UndamagedFilmIsCleanAndKeepsItsChunks) {
   const TempFolder folder;
   writeFile(folder / "in.avi", film());
@@ -194,6 +204,16 @@ TEST(SalvageCommand, ReportsAreOfTheKindThatTheirNamesSay) {
   EXPECT_THAT(page, Not(HasSubstr("http")));
 }
 
+TEST(SalvageCommand, ATransferAsTextIsUndoneAndTold) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", sentFilm());
+  const Ended ended = runZelvoAvi({"salvage", folder / "in.avi", "--report", folder / "r.html"});
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.out, HasSubstr("Transfer:  sent as if it were text, which put "));
+  EXPECT_THAT(ended.out, HasSubstr("all of its pictures and sound are there again"));
+  EXPECT_THAT(readFile(folder / "r.html"), HasSubstr("<p>The file was sent as if it were text"));
+}
+
 TEST(SalvageCommand, AReportReplacesNothing) {
   const TempFolder folder;
   writeFile(folder / "in.avi", film());
@@ -260,10 +280,11 @@ TEST(SalvageCommand, EveryJsonIsAsDocumented) {
   std::fill_n(headless.begin(), headless.find("movi") - 8, '\0');
   writeFile(folder / "headless.avi", headless);
   writeFile(folder / "other.avi", std::string(9000, 'x'));
+  writeFile(folder / "sent.avi", sentFilm());
 
   const Ended ended = runZelvoAvi({"salvage", "--json", folder / "good.avi", folder / "hurt.avi",
                                    folder / "headless.avi", folder / "other.avi", folder / "none.avi"});
-  const Ended dry = runZelvoAvi({"salvage", "--json", "--dry-run", folder / "hurt.avi"});
+  const Ended dry = runZelvoAvi({"salvage", "--json", "--dry-run", folder / "hurt.avi", folder / "sent.avi"});
 
   EXPECT_EQ(std::count(ended.out.begin(), ended.out.end(), '\n'), 5);
   for (const char* const outcome : {"repaired", "not-supported", "failed"})

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/bytes.h"
@@ -106,6 +108,39 @@ TEST_P(CodeFinderOf, AgreesWithANaiveSearchOnBytesOfTheCodesOwnLetters) {
     ASSERT_EQ(find(bytes, positions), expected) << "round " << round << ", " << positions << " positions";
   }
   EXPECT_GT(hits, 1000U);
+}
+
+TEST_P(CodeFinderOf, BitsNameEachPlaceOfEachCode) {
+  for (const std::string code : {"00db", "00dc", "01wb", "JUNK"}) {
+    for (std::size_t place = 0; place < 64; ++place) {
+      platform::Bytes bytes = blankWindow();
+      overwrite(bytes, place, code);
+      const engine::CodeBits bits = finder.bits(bytes.data());
+      const std::uint64_t expected = std::uint64_t{1} << place;
+      ASSERT_EQ(bits.data, code == "JUNK" ? 0 : expected) << code << " at " << place;
+      ASSERT_EQ(bits.padding, code == "JUNK" ? expected : 0) << code << " at " << place;
+    }
+    platform::Bytes bytes = blankWindow();
+    overwrite(bytes, 64, code);
+    ASSERT_EQ(finder.bits(bytes.data()).data + finder.bits(bytes.data()).padding, 0U) << code << " at 64";
+  }
+}
+
+TEST_P(CodeFinderOf, BitsAgreeWithANaiveSearchOnBytesOfTheCodesOwnLetters) {
+  std::mt19937 random(3);
+  constexpr std::string_view kLetters = "0001dbcwbJUNK";
+  constexpr std::array<const char*, 8> kNear{"00db", "00dc", "01wb", "JUNK", "01wc", "00wb", "01dc", "JUNJ"};
+  platform::Bytes bytes = blankWindow();
+  for (int round = 0; round < 3000; ++round) {
+    for (std::byte& byte : bytes) byte = static_cast<std::byte>(kLetters[random() % kLetters.size()]);
+    for (int code = 0; code < 10; ++code) overwrite(bytes, random() % 67, kNear[random() % kNear.size()]);
+    const engine::CodeBits bits = finder.bits(bytes.data());
+    for (std::size_t place = 0; place < 64; ++place) {
+      const std::string code = textAt(bytes, place, 4);
+      ASSERT_EQ(bits.data >> place & 1U, code == "00db" || code == "00dc" || code == "01wb" ? 1U : 0U) << code;
+      ASSERT_EQ(bits.padding >> place & 1U, code == "JUNK" ? 1U : 0U) << code;
+    }
+  }
 }
 
 std::string kindName(const testing::TestParamInfo<CodeFinderKind>& named) {

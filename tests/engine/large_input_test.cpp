@@ -32,9 +32,11 @@ Bytes startOfFile() {
 
 /// Tells the literal scan which blocks are known to be zero, so that it is done in this life.
 void skipWhatIsZero(LiteralComparison& comparison) {
-  comparison.knownZero = [&file = comparison.files.at("/in.avi")](std::uint32_t offset) {
+  const MemoryFile& content = comparison.files.at("/in.avi");
+  comparison.knownZero = [&file = content, first = content.islands.begin()->first](std::uint32_t offset) {
     constexpr std::uint64_t kRead = 3072;
     if (offset < file.bytes.size()) return false;
+    if (offset + kRead <= first) return true;  // nearly always, and there are four million blocks
     return std::ranges::none_of(file.islands, [&](const auto& island) {
       return island.first < offset + kRead && offset < island.first + island.second.size();
     });

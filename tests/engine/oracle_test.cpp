@@ -24,8 +24,8 @@ constexpr std::size_t kWindow = engine::ScanWindow::kBlocks * kBlock;
 constexpr std::size_t kTail = engine::ScanWindow::kReadAhead;
 /// Inputs of this length are read by two threads.
 constexpr std::size_t kShared = 4 * kWindow;
-/// It keeps what a look-ahead can reach of a dense input in a ring of this length.
-constexpr std::size_t kRing = 10000014 + 2 * (kWindow + kTail);
+/// What a look-ahead can reach of a dense input is kept in bits that come round after this many places.
+constexpr std::size_t kRound = engine::LookAheadMap::kPositions;
 
 DamagedInput undamaged(std::string name, Bytes bytes) {
   DamagedInput input;
@@ -110,26 +110,26 @@ TEST(Oracle, AgreesOnDenseCandidatesOfAllReaches) {
   EXPECT_GT(comparison.chunksCompared, 100000U);
 }
 
-void agreeOnDenseInputsLongerThanTheRing(bool failing) {
+void agreeOnDenseInputsLongerThanARound(bool failing) {
   LiteralComparison comparison;
   for (std::uint64_t seed = 1; seed <= 2; ++seed) {
-    const std::size_t size = kRing + 1300001 * seed;
+    const std::size_t size = kRound + 1300001 * seed;
     ASSERT_EQ(comparison.scanAndWrite(DamageGenerator(seed).dense(size, 9999999, failing)), "");
   }
   EXPECT_GT(comparison.chunksCompared, 100000U);
 }
 
-TEST(Oracle, AgreesOnDenseInputsLongerThanTheRing) { agreeOnDenseInputsLongerThanTheRing(false); }
-TEST(Oracle, AgreesOnDenseInputsLongerThanTheRingWhoseReadsFail) { agreeOnDenseInputsLongerThanTheRing(true); }
+TEST(Oracle, AgreesOnDenseInputsLongerThanARound) { agreeOnDenseInputsLongerThanARound(false); }
+TEST(Oracle, AgreesOnDenseInputsLongerThanARoundWhoseReadsFail) { agreeOnDenseInputsLongerThanARound(true); }
 
-TEST(Oracle, AgreesOnLookAheadsAcrossTheEndOfTheRing) {
+TEST(Oracle, AgreesOnLookAheadsAcrossTheEndOfARound) {
   LiteralComparison comparison;
   comparison.largestOutput = 0;
   for (std::size_t shift = 0; shift < 8; ++shift) {
-    // Codes everywhere, 8 bytes apart; from 5 MB on each looks at one of the 80,000 bytes around the ring's end.
+    // Codes everywhere, 8 bytes apart; from 5 MB on each looks at one of the 80,000 bytes around the round's end.
     Bytes bytes(shift);
-    for (std::uint64_t k = 0; bytes.size() < kRing + 60000; ++k) {
-      const std::uint64_t aim = kRing - 40000 + k % 80000;
+    for (std::uint64_t k = 0; bytes.size() < kRound + 60000; ++k) {
+      const std::uint64_t aim = kRound - 40000 + k % 80000;
       const bool aims = bytes.size() > 5000000 && bytes.size() + 8 < aim;
       appendText(bytes, "00dc");
       appendNumber(bytes, aims ? static_cast<std::uint32_t>(aim - bytes.size() - 4) : 4000000);

@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <random>
 #include <string>
 
 #include "engine/code_finder.h"
+#include "tests/support/avi_builder.h"
 #include "tests/support/byte_text.h"
 #include "tests/support/memory_files.h"
 
@@ -140,27 +142,67 @@ TEST_F(ScanWindow, LookAheadAtTheEndOverwritesOnlyTheFront) {
   EXPECT_EQ(lookAhead(4000000000U), "stale!");
 }
 
-TEST_F(ScanWindow, DenseInputCostsFewReads) {
-  open(randomBytes(6000 * kBlock));
-  std::uint64_t lookAheads = 0;
-  for (std::uint32_t number = 1; number < 5000; ++number) {
-    static_cast<void>(blockText(number));
-    for (std::uint32_t at = 0; at < kBlock; at += 64, ++lookAheads) {
-      static_cast<void>(lookAhead(static_cast<std::uint32_t>((number - 1) * kBlock + at + 1000000)));
-    }
-  }
-  EXPECT_LT(content->reads, lookAheads / 10);
-}
-
-TEST_F(ScanWindow, DenseLookAheadsAtTheFarthestReachAreThoseOfSeparateReads) {
-  open(randomBytes(13000 * kBlock + 5));
+TEST_F(ScanWindow, DenseInputKnowsWhatIsFoundBeyondTheWindow) {
+  platform::Bytes bytes(13000 * kBlock + 5, std::byte{0x20});
+  for (std::size_t at = 1; at + 4 < bytes.size(); at += 977) overwrite(bytes, at, at % 2 == 0 ? "JUNK" : "01wb");
+  open(std::move(bytes));
+  std::uint64_t asked = 0;
+  std::uint64_t found = 0;
   for (std::uint32_t number = 1; number < 1500; ++number) {
     static_cast<void>(blockText(number));
     for (std::uint32_t at = 0; at < kBlock; at += 16) {
       const auto offset = static_cast<std::uint32_t>((number - 1) * kBlock + at + 8 + 9999999);
-      ASSERT_EQ(lookAhead(offset), directLookAhead(offset)) << offset;
+      const std::optional<engine::LookAheadFind> known = window->foundBeyond(offset);
+      if (!known) {
+        ASSERT_EQ(lookAhead(offset), directLookAhead(offset)) << offset;
+        continue;
+      }
+      ++asked;
+      // The first of the codes that starts at or after the place.
+      const std::size_t code = (offset + 975) / 977 * 977 + 1;
+      const auto expected = code > offset + 2 ? engine::LookAheadFind::nothing
+                            : code % 2 == 0   ? engine::LookAheadFind::padding
+                                              : engine::LookAheadFind::chunk;
+      ASSERT_EQ(*known, expected) << offset;
+      if (*known != engine::LookAheadFind::nothing) ++found;
     }
   }
+  EXPECT_GT(asked, 70000U);
+  EXPECT_GT(found, 100U);
+  EXPECT_LT(content->reads, 2U * 256 * 64 + 300) << "only the first window's are read one by one, and so are ours";
+}
+
+TEST_F(ScanWindow, WhatLiesInTheWindowIsNeverFoundBeyondIt) {
+  open(randomBytes(1200 * kBlock));
+  static_cast<void>(blockText(1));
+  EXPECT_FALSE(window->foundBeyond(600 * kBlock)) << "not dense yet";
+  for (int i = 0; i < 65; ++i) static_cast<void>(lookAhead(600 * kBlock));
+  static_cast<void>(blockText(257));
+  EXPECT_FALSE(window->foundBeyond(257 * kBlock)) << "it can be looked at";
+  EXPECT_TRUE(window->foundBeyond(1000 * kBlock));
+  EXPECT_FALSE(window->foundBeyond(100 * kBlock)) << "before the window";
+}
+
+TEST_F(ScanWindow, LooksFoundBeyondTheWindowKeepAnInputDense) {
+  open(randomBytes(1200 * kBlock));
+  static_cast<void>(blockText(1));
+  for (int i = 0; i < 65; ++i) static_cast<void>(lookAhead(600 * kBlock));
+  static_cast<void>(blockText(257));
+  for (int i = 0; i < 65; ++i) static_cast<void>(window->foundBeyond(1000 * kBlock));
+  static_cast<void>(blockText(513));
+  EXPECT_TRUE(window->foundBeyond(1100 * kBlock));
+}
+
+TEST_F(ScanWindow, DenseInputIsNotReadBeyondItsEnd) {
+  open(randomBytes(1200 * kBlock));
+  static_cast<void>(blockText(1));
+  for (int i = 0; i < 65; ++i) static_cast<void>(lookAhead(5000 * kBlock));
+  static_cast<void>(blockText(257));
+  const std::uint64_t reads = content->reads;
+  EXPECT_EQ(lookAhead(1200 * kBlock), "stale!");
+  EXPECT_EQ(lookAhead(5000 * kBlock), "stale!");
+  EXPECT_EQ(content->reads, reads);
+  EXPECT_EQ(lookAhead(1200 * kBlock - 3), directLookAhead(1200 * kBlock - 3));
 }
 
 TEST_F(ScanWindow, BlocksAroundABadByteAreThoseOfSeparateReads) {

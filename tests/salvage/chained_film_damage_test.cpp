@@ -173,5 +173,37 @@ TEST(ChainedFilmDamage, HostileDenseHeadersComeToAnEnd) {
   EXPECT_EQ(Words(words.begin(), words.begin() + 40), allBut(40));
 }
 
+TEST(ChainedFilmDamage, ChunksWhoseWholeHeaderIsOverwrittenComeBack) {
+  for (const std::size_t chunk : {20U, 21U}) {
+    MadeFilm film(40, 1, false);
+    film.fill(film.headers[chunk], 8, std::byte{0xee});
+    const PlannedFilm planned(film.bytes);
+    EXPECT_EQ(fates(planned, film), allBut(80)) << chunk;
+    EXPECT_EQ(planned.plan.slots[chunk].state, SlotState::codeMended);
+  }
+}
+
+TEST(ChainedFilmDamage, BytesThatAreNoChunksAreNotTakenForOne) {
+  MadeFilm film(40, 1, false);
+  film.insert(film.headers[30], noise(900));
+  EXPECT_EQ(PlannedFilm(film.bytes).plan.slots.size(), 80U);
+}
+
+TEST(ChainedFilmDamage, WrongSizesInARowAreMended) {
+  MadeFilm film(40, 1, false);
+  for (const std::size_t chunk : {20U, 21U, 22U, 23U})
+    overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[chunk]) + 4,
+                    static_cast<std::uint32_t>(0x76543210 + 977 * chunk));
+  const PlannedFilm planned(film.bytes);
+  ASSERT_EQ(planned.plan.slots.size(), 80U);
+  for (const std::size_t chunk : {20U, 21U, 22U, 23U}) {
+    const salvage::Slot& slot = planned.plan.slots[chunk];
+    EXPECT_EQ(slot.state, SlotState::sizeMended);
+    EXPECT_EQ(slot.source, film.headers[chunk] + 8);
+    // Of a picture, whose size may be odd, the pad byte may be taken in.
+    EXPECT_EQ(slot.size + slot.size % 2, film.payloads[chunk].size() + film.payloads[chunk].size() % 2);
+  }
+}
+
 }  // namespace
 }  // namespace zelvo::tests

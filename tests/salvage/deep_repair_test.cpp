@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/salvage/salvage_bench.h"
+#include "tests/salvage/scanned_film.h"
 #include "tests/support/avi_builder.h"
 
 namespace zelvo::tests {
@@ -127,6 +128,27 @@ TEST(DeepRepair, AHelperChangesNoByte) {
     outputs.push_back(run.files.content("/out.avi"));
   }
   EXPECT_EQ(outputs[0], outputs[1]);
+}
+
+TEST(DeepRepair, AFilmSentAsTextIsWholeAgainAndTold) {
+  AviBuilder builder;
+  builder.interleaved(40, 300, 101);
+  Bytes original = builder.build();
+  for (const std::uint64_t header : chunkOffsets(builder)) {
+    for (std::size_t i = 10; i < 100; i += 30) original[static_cast<std::size_t>(header) + i] = std::byte{0x0a};
+  }
+  Bytes sent;
+  for (const std::byte byte : original) {
+    if (byte == std::byte{0x0a}) sent.push_back(std::byte{0x0d});
+    sent.push_back(byte);
+  }
+  Bench whole(original);
+  EXPECT_EQ(whole.perform().returnsLeftOut, 0U);
+  Bench run(sent);
+  const SalvageReport report = run.perform();
+  EXPECT_EQ(report.returnsLeftOut, sent.size() - original.size());
+  EXPECT_EQ(report.verdict, SalvageVerdict::repaired);
+  EXPECT_EQ(run.files.content("/out.avi"), whole.files.content("/out.avi"));
 }
 
 TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {

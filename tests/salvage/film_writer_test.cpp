@@ -225,5 +225,40 @@ TEST(FilmWriter, AStopEndsIt) {
   EXPECT_LT(film->bytes.size(), 200'000U);
 }
 
+TEST(FilmWriter, PaletteChangesKeepTheirCodeAndPlaceAndAreNoPictures) {
+  WrittenFilmBench film;
+  film.with(pictureStream("MRLE"), "00dc").with(soundStream(1, 1, 8000, 2, 16, 2), "01wb");
+  film.add(0, numbered({0, 1}));
+  film.add(0, numbered({7, 1, 0, 0, 9, 9, 9, 0})).isPalette = true;
+  film.add(0, numbered({0, 2}));
+  film.add(1, numbered({1, 2}));
+  film.write();
+  EXPECT_THAT(film.chunks(), ElementsAre("00dc:00 01", "00pc:07 01 00 00 09 09 09 00", "00dc:00 02", "01wb:01 02"));
+  EXPECT_THAT(film.notes.problems, IsEmpty());
+  EXPECT_EQ(fieldOf(film.notes.mainHeader, "dwTotalFrames"), 2U);
+  EXPECT_EQ(fieldOf(film.notes.streamHeaders.at(0), "dwLength"), 2U);
+  EXPECT_EQ(film.keysIn(avi::kIx00).size(), 2U);
+  const avi::OutlineItem table = film.all(avi::kIdx1).at(0);
+  EXPECT_EQ(table.size, 4U * 16U);
+  EXPECT_EQ(textAt(film.bytes, table.offset + 8 + 16, 4), "00pc");
+  EXPECT_EQ(numberAt(film.bytes, table.offset + 8 + 20), 0x100U);
+}
+
+TEST(FilmWriter, PaletteChangesThatAreNotWholeAreLeftOut) {
+  WrittenFilmBench film;
+  film.with(pictureStream("MRLE"), "00dc");
+  film.add(0, numbered({0, 1}));
+  for (const SlotState state : {SlotState::damaged, SlotState::torn, SlotState::cut, SlotState::lost}) {
+    Slot& slot = film.add(0, numbered({7, 1, 0, 0, 9, 9, 9, 0}));
+    slot.isPalette = true;
+    slot.state = state;
+  }
+  film.add(0, numbered({0, 2}));
+  film.write(100);
+  EXPECT_THAT(film.chunks(), ElementsAre("00dc:00 01", "00dc:00 02"));
+  EXPECT_THAT(film.notes.problems, IsEmpty());
+  EXPECT_EQ(film.bytes.size(), film.layout.size());
+}
+
 }  // namespace
 }  // namespace zelvo::tests

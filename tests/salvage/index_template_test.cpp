@@ -253,6 +253,34 @@ TEST(IndexTemplate, StandardIndexBelongsWhenTheSuperIndexKnowsItsSize) {
   }
 }
 
+TEST(IndexTemplate, StandardIndexOfTheSameSizeIsForeignNextToChunksThatWereElsewhere) {
+  AviBuilder builder = indexedFilm();
+  builder.withIndex = false;
+  const Offsets whole = chunkOffsets(builder);
+  std::vector<std::pair<std::uint32_t, std::uint32_t>> entries;
+  for (std::size_t i = 0; i < whole.size(); i += 2)
+    entries.emplace_back(static_cast<std::uint32_t>(whole[i]) + 8, builder.chunks[i].size);
+  Bytes bytes = builder.build();
+  const std::uint64_t place = bytes.size();
+  appendStandard(bytes, "ix00", "00dc", 0, entries);
+  // In front of it, its last chunks stand or are gone.
+  for (const std::uint64_t moved : {0U, 4000U}) {
+    for (const bool isDamaged : {false, true}) {
+      Bytes made = bytes;
+      if (isDamaged)
+        std::fill(made.begin() + static_cast<std::ptrdiff_t>(whole[60]),
+                  made.begin() + static_cast<std::ptrdiff_t>(place), std::byte{0});
+      ScannedFilm scanned(made);
+      scanned.run();
+      scanned.headers.streams.at(0).superIndex.emplace().entries.push_back(
+          {place + moved, 32 + 8 * static_cast<std::uint32_t>(entries.size()), 0});
+      const auto plan = salvage::indexTemplate(*scanned.input, scanned.headers, scanned.codes, scanned.scan);
+      ASSERT_EQ(plan.standard.size(), 1U);
+      EXPECT_EQ(plan.standard[0].belonging, moved == 0 || isDamaged ? Belonging::belongs : Belonging::foreign);
+    }
+  }
+}
+
 TEST(IndexTemplate, OldIndexBeyondFourGibibytesGoesOnCounting) {
   constexpr std::uint64_t kTable = std::uint64_t{5} << 30U;
   ScannedFilm scanned(Bytes{});

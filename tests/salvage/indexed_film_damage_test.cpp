@@ -153,5 +153,30 @@ TEST(IndexedFilmDamage, ChunksThatAPartlyLostIndexLeavesOutAreFoundByTheirChain)
   EXPECT_EQ(planOfIndex(film), allBut(80));
 }
 
+TEST(IndexedFilmDamage, HalfOfAnotherFilmOfTheSameLengthIsLeftOut) {
+  const MadeFilm other(40, 2);
+  MadeFilm film;
+  film.cut(film.headers[40] + 100);
+  const platform::Bytes behind =
+      other.part(other.headers[40] - 70, other.bytes.size() - static_cast<std::size_t>(other.headers[40]) + 70);
+  film.bytes.insert(film.bytes.end(), behind.begin(), behind.end());
+  const Words words = planOfIndex(film);
+  ASSERT_GE(words.size(), 40U);
+  EXPECT_LE(words.size(), 42U);
+  EXPECT_EQ(Words(words.begin(), words.begin() + 40), allBut(40));
+}
+
+TEST(IndexedFilmDamage, FirstChunkAloneInItsPlaceStays) {
+  MadeFilm film;
+  film.remove(film.headers[1], 300);
+  const Words words = planOfIndex(film);
+  ASSERT_EQ(words.size(), 80U);
+  EXPECT_EQ(words[0], "0");
+  EXPECT_EQ(Words(words.begin() + 2, words.end()), [] {
+    const Words all = allBut(80);
+    return Words(all.begin() + 2, all.end());
+  }());
+}
+
 }  // namespace
 }  // namespace zelvo::tests

@@ -25,7 +25,8 @@ namespace zelvo::tests {
 
 /// Thread: one.
 struct PlannedFilm {
-  explicit PlannedFilm(platform::Bytes bytes) : scanned(std::move(bytes)) {
+  explicit PlannedFilm(platform::Bytes bytes, platform::TrialDecoder* trialDecoder = nullptr)
+      : scanned(std::move(bytes)), decoder(trialDecoder) {
     scanned.run();
     header = headerOf(scanned.headers);
     facts = salvage::learnStreams(scanned.scan.candidates, scanned.chain);
@@ -33,7 +34,7 @@ struct PlannedFilm {
     plan = salvage::planFilm(evidence());
   }
   [[nodiscard]] salvage::Evidence evidence() const {
-    return {*scanned.input, scanned.headers, header, scanned.codes, scanned.scan, scanned.chain, facts, index};
+    return {*scanned.input, scanned.headers, header, scanned.codes, scanned.scan, scanned.chain, facts, index, decoder};
   }
   /// Where the payloads lie, slot by slot; 0 for those of which nothing is left.
   [[nodiscard]] std::vector<std::uint64_t> sources() const {
@@ -43,6 +44,7 @@ struct PlannedFilm {
   }
 
   ScannedFilm scanned;
+  platform::TrialDecoder* decoder;
   salvage::FilmHeader header;
   std::vector<salvage::StreamFacts> facts;
   salvage::IndexTemplate index;

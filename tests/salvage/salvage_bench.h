@@ -40,6 +40,7 @@ struct SalvageBench {
                             .observer = notes,
                             .cancel = cancel,
                             .workers = workers,
+                            .decoder = decoder,
                             .choices = choices,
                             .makeOutput = {}};
     if (!isDry) {
@@ -57,6 +58,7 @@ struct SalvageBench {
   platform::CancelMark cancel;
   platform::headless::HeadlessWorkers workers;
   salvage::SalvageChoices choices;
+  platform::TrialDecoder* decoder = nullptr;
   std::function<void(MemoryFile&)> onInput;
   std::function<void(MemoryFile&)> onOutput;
   bool isDry = false;

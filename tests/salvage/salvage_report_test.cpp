@@ -67,6 +67,13 @@ TEST(SalvageReport, WhatWasMendedIsRepaired) {
   const auto header = reportedFilm();
   header->header.streams[1].origin = salvage::HeaderOrigin::donor;
   EXPECT_EQ(reportOf(*header).verdict, SalvageVerdict::repaired);
+  SalvageReport undone;
+  undone.hasMainHeader = true;
+  undone.headersClaimed = 2;
+  undone.returnsLeftOut = 1;
+  const auto sent = reportedFilm();
+  salvage::describePlan(undone, sent->plan, sent->header);
+  EXPECT_EQ(undone.verdict, SalvageVerdict::repaired);
   const auto main = reportedFilm();
   main->header.main.reset();
   EXPECT_EQ(reportOf(*main).verdict, SalvageVerdict::repaired);
@@ -102,6 +109,23 @@ TEST(SalvageReport, SyncIsWhatTheLostWouldHaveCost) {
   EXPECT_NEAR(reportOf(*bench).syncBefore, 0.12, 1e-9);
   bench->plan.slots[5].state = SlotState::lost;
   EXPECT_NEAR(reportOf(*bench).syncBefore, 0.08, 1e-9);
+}
+
+TEST(SalvageReport, SyncIsMeasuredInTheFilmThatIsWritten) {
+  const auto bench = reportedFilm();
+  for (const std::size_t slot : {4U, 6U, 8U}) bench->plan.slots[slot].state = SlotState::lost;
+  const auto syncOf = [&](bool closesGaps) {
+    SalvageReport report;
+    salvage::describePlan(report, bench->plan, bench->header, closesGaps);
+    return report.syncAfter;
+  };
+  EXPECT_EQ(syncOf(false), 0);
+  EXPECT_NEAR(syncOf(true), 0.12, 1e-9);
+  // As much of the sound is lost, too, so that what comes after is in step again.
+  for (const std::size_t slot : {5U, 7U, 9U}) bench->plan.slots[slot].state = SlotState::lost;
+  EXPECT_NEAR(syncOf(true), 0, 1e-9);
+  bench->plan.drift = 0.05;
+  EXPECT_NEAR(syncOf(false), 0.05, 1e-9);
 }
 
 TEST(SalvageReport, SpansHaveTimesAndTheStreamsThatTheyTouch) {

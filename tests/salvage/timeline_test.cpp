@@ -1,6 +1,8 @@
 // Films kept in step over gaps.
 #include "salvage/timeline.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "tests/salvage/codec_films.h"
@@ -71,6 +73,18 @@ std::string pairsOf(int count) {
 }
 
 TEST(Timeline, WithoutGapsNothingIsFilled) { EXPECT_EQ(Gapped(20).filled({}), pairsOf(20)); }
+
+TEST(Timeline, WhatIsOutOfStepAfterAFilledGapIsMeasured) {
+  Gapped filled(30);
+  filled.lose(20, 6);
+  (void)filled.filled({{20, 3 * (1008 + 1288), 0, 0, false}});
+  EXPECT_NEAR(filled.plan.drift, 0, 1e-9);
+  // A third of a picture's time of sound is missing, for which no chunk is long enough.
+  Gapped odd(30);
+  odd.plan.slots[21].size -= 428;
+  (void)odd.filled({{22, 0, 0, 0, true}});
+  EXPECT_NEAR(odd.plan.drift, 428 / 32000.0, 1e-6);
+}
 
 TEST(Timeline, BytesTellHowManyPairsAreLost) {
   Gapped film(30);
@@ -155,6 +169,24 @@ TEST(Timeline, HostileGapIsFilledUpToABound) {
   film.lose(20, 2);
   film.filled({{20, std::uint64_t{1} << 40U, 0, false}});
   EXPECT_LE(film.plan.slots.size(), 2 * 60U + 4096U);
+}
+
+TEST(Timeline, SoundThatComesInLongChunksNowAndThenIsNotMissed) {
+  Gapped film(0);
+  for (const int pictures : {3, 5, 8, 3, 6, 4}) {
+    for (int i = 0; i < pictures; ++i) film.add(0, 1000);
+    film.add(1, 6680);  // as long as 5.2 pictures
+  }
+  const std::string text = film.filled({{12, 0, 0, 300, true}});
+  EXPECT_EQ(text, "pppspppppsppppppppspppsppppppspppps");
+}
+
+TEST(Timeline, GapBehindTheLastSoundIsFilledThoughTheFilmIsCut) {
+  Gapped film(20);
+  for (int i = 0; i < 6; ++i) film.add(0, 1000);
+  const std::size_t end = film.plan.slots.size();
+  const std::string text = film.filled({{end - 3, 2 * (1008 + 1288), 0, 0, false}, {end, 0, 0, 0, true}});
+  EXPECT_EQ(std::count(text.begin(), text.end(), 'P'), 2);
 }
 
 }  // namespace

@@ -73,11 +73,11 @@ void AviBuilder::appendStream(Bytes& hdrl, bool video) const {
   appendNumber(strl, 0);  // dwInitialFrames
   appendNumber(strl, video ? videoScale : audioScale);
   appendNumber(strl, video ? videoRate : audioRate);
-  appendNumber(strl, 0);                                          // dwStart
-  appendNumber(strl, static_cast<std::uint32_t>(chunks.size()));  // dwLength
-  appendNumber(strl, 65536);                                      // dwSuggestedBufferSize
-  appendNumber(strl, 0xffffffff);                                 // dwQuality
-  appendNumber(strl, 0);                                          // dwSampleSize
+  appendNumber(strl, 0);                                                           // dwStart
+  appendNumber(strl, frames.value_or(static_cast<std::uint32_t>(chunks.size())));  // dwLength
+  appendNumber(strl, 65536);                                                       // dwSuggestedBufferSize
+  appendNumber(strl, 0xffffffff);                                                  // dwQuality
+  appendNumber(strl, 0);                                                           // dwSampleSize
   appendNumber(strl, 0);
   appendNumber(strl, video ? height << 16U | width : 0);  // rcFrame
   appendText(strl, "strf");
@@ -94,11 +94,11 @@ void AviBuilder::appendStream(Bytes& hdrl, bool video) const {
   } else {
     appendNumber(strl, audioFormatSize);
     const std::size_t start = strl.size();
-    append16(strl, 0x55);  // wFormatTag
-    append16(strl, 2);     // nChannels
+    append16(strl, audioFormatTag);
+    append16(strl, 2);  // nChannels
     appendNumber(strl, 44100);
-    appendNumber(strl, audioRate);
-    append16(strl, 1);                                                 // nBlockAlign
+    appendNumber(strl, audioBytesPerSecond.value_or(audioRate));
+    append16(strl, audioBlockAlign);
     append16(strl, 16);                                                // wBitsPerSample
     append16(strl, static_cast<std::uint16_t>(audioFormatSize - 18));  // cbSize
     append16(strl, 1);
@@ -108,21 +108,25 @@ void AviBuilder::appendStream(Bytes& hdrl, bool video) const {
   appendList(hdrl, "strl", strl);
 }
 
-Bytes AviBuilder::headers() const {
-  Bytes hdrl;
+void AviBuilder::appendMainHeader(Bytes& hdrl) const {
   appendText(hdrl, "avih");
   appendNumber(hdrl, avihSize);
   appendNumber(hdrl, microSecPerFrame);
   appendNumber(hdrl, 1000000);  // dwMaxBytesPerSec
   appendNumber(hdrl, 0);        // dwPaddingGranularity
   appendNumber(hdrl, 0x10);     // dwFlags: has an index
-  appendNumber(hdrl, static_cast<std::uint32_t>(chunks.size()));
+  appendNumber(hdrl, frames.value_or(static_cast<std::uint32_t>(chunks.size())));
   appendNumber(hdrl, 0);  // dwInitialFrames
   appendNumber(hdrl, 2);  // dwStreams
   appendNumber(hdrl, 65536);
   appendNumber(hdrl, width);
   appendNumber(hdrl, height);
   for (int i = 0; i < 4; ++i) appendNumber(hdrl, 0);
+}
+
+Bytes AviBuilder::headers() const {
+  Bytes hdrl;
+  if (withMainHeader) appendMainHeader(hdrl);
   if (withVideoStream) appendStream(hdrl, true);
   if (withAudioStream) appendStream(hdrl, false);
   Bytes out;
@@ -144,6 +148,7 @@ Bytes AviBuilder::build() const {
     appendNumber(idx1, chunk.size);
     appendChunk(movi, chunk.code, chunk.size, chunk.fill);
   }
+  if (withTrailer) appendChunk(movi, "JUNK", 16, std::byte{0});
   appendList(out, "movi", movi);
   if (withIndex) {
     appendText(out, "idx1");

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -41,12 +42,18 @@ class AviBuilder {
   std::uint32_t videoRate = 25;
   std::uint32_t audioScale = 1;
   std::uint32_t audioRate = 8000;
+  std::uint16_t audioFormatTag = 0x55;
+  std::uint16_t audioBlockAlign = 1;
+  std::optional<std::uint32_t> audioBytesPerSecond;  ///< `audioRate` unless it is set
   /// Size of the audio format; the four bytes at its offset 16 (cbSize and two more) are set so that they count.
   std::uint32_t audioFormatSize = 30;
   std::uint32_t avihSize = 56;
+  std::optional<std::uint32_t> frames;  ///< what the headers count; all chunks unless it is set
+  bool withMainHeader = true;
   bool withVideoStream = true;
   bool withAudioStream = true;
   bool withIndex = true;
+  bool withTrailer = false;  ///< a "JUNK" chunk after the data, which a code after the last payload is
   std::vector<AviChunk> chunks;
 
   /// `count` video chunks, each followed by an audio chunk.
@@ -60,6 +67,7 @@ class AviBuilder {
   [[nodiscard]] platform::Bytes headers() const;
 
  private:
+  void appendMainHeader(platform::Bytes& hdrl) const;
   void appendStream(platform::Bytes& hdrl, bool video) const;
 };
 

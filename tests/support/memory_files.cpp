@@ -26,14 +26,13 @@ class MemoryReadableFile final : public platform::ReadableFile {
 
   IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     if (file_->onRead) file_->onRead(offset, into.size());
-    const bool bad = offset < file_->badReadEnd && offset + into.size() > file_->badReadStart;
-    if (bad && file_->beforeBadRead) file_->beforeBadRead();
+    if (file_->beforeBadRead && isBad(offset, into.size())) file_->beforeBadRead();
     const std::lock_guard lock(file_->mutex);
     ++file_->reads;
     file_->largestRead = std::max<std::uint64_t>(file_->largestRead, into.size());
     if (offset >= file_->size || into.empty()) return {};
     IoResult result{static_cast<std::size_t>(std::min<std::uint64_t>(into.size(), file_->size - offset)), {}};
-    if (offset < file_->badReadEnd && offset + result.count > file_->badReadStart) {
+    if (touchesBad(offset, result.count)) {
       result.count = offset >= file_->badReadStart ? 0 : static_cast<std::size_t>(file_->badReadStart - offset);
       result.error = file_->readError;
     }
@@ -63,6 +62,14 @@ class MemoryReadableFile final : public platform::ReadableFile {
   }
 
  private:
+  [[nodiscard]] bool isBad(std::uint64_t offset, std::size_t size) const {
+    const std::lock_guard lock(file_->mutex);
+    return touchesBad(offset, size);
+  }
+  [[nodiscard]] bool touchesBad(std::uint64_t offset, std::size_t size) const {
+    return offset < file_->badReadEnd && offset + size > file_->badReadStart;
+  }
+
   std::shared_ptr<MemoryFile> file_;
 };
 

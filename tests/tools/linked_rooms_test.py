@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The command line carries nothing of the window: neither its repair job nor elements that nobody sees.
+"""The command line carries nothing of the window, neither its repair job nor elements that nobody sees, and no decoder.
 
 Usage: linked_rooms_test.py PROGRAM
 """
@@ -20,7 +20,11 @@ def main():
     foreign = sorted({symbol for symbol in symbols if any(name in symbol for name in FOREIGN)})
     for symbol in foreign[:20]:
         print(f"{sys.argv[1]} links {symbol}")
-    return 1 if foreign else 0
+    needed = subprocess.run(["readelf", "-d", sys.argv[1]], text=True, check=True, stdout=subprocess.PIPE).stdout
+    decoders = [line for line in needed.splitlines() if "libav" in line]
+    for line in decoders:
+        print(f"{sys.argv[1]} needs {line.split()[-1]}")
+    return 1 if foreign or decoders else 0
 
 
 if __name__ == "__main__":

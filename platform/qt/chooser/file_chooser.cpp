@@ -19,7 +19,7 @@ namespace zelvo::platform::qt {
 
 namespace {
 
-constexpr int kGap = 12;
+constexpr int kChooserGap = 12;
 constexpr int kFieldHeight = 32;
 constexpr int kWarningSize = 20;
 constexpr int kRing = 2;
@@ -62,7 +62,7 @@ FileChooser::FileChooser(PanelStack& stack, std::shared_ptr<ChooserFiles> files,
   auto* const label = new QLabel(nameLabel);
   label->setBuddy(name_);
   auto* const field = new QHBoxLayout;
-  field->setSpacing(kGap);
+  field->setSpacing(kChooserGap);
   field->addWidget(label);
   field->addWidget(name_, 1);
 
@@ -72,7 +72,7 @@ FileChooser::FileChooser(PanelStack& stack, std::shared_ptr<ChooserFiles> files,
   quiet.setColor(QPalette::WindowText, secondaryText(palette()));
   note_->setPalette(quiet);
   auto* const line = new QHBoxLayout;
-  line->setSpacing(kGap / 2);
+  line->setSpacing(kChooserGap / 2);
   line->addWidget(warning_, 0, Qt::AlignTop);
   line->addWidget(sentence_, 1);
   line->addWidget(note_, 1);
@@ -81,7 +81,7 @@ FileChooser::FileChooser(PanelStack& stack, std::shared_ptr<ChooserFiles> files,
 
   auto* const all = new QVBoxLayout(this);
   all->setContentsMargins(kRing, 0, kRing, kRing);
-  all->setSpacing(kGap);
+  all->setSpacing(kChooserGap);
   all->addWidget(browser_, 1);
   all->addLayout(field);
   all->addLayout(line);

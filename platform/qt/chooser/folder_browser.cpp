@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "platform/paths.h"
+#include "platform/qt/chooser/folder_listing.h"
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/drawing/text.h"
 #include "platform/qt/texts.h"
@@ -22,13 +23,11 @@ namespace zelvo::platform::qt {
 
 namespace {
 
-constexpr int kGap = 12;
+constexpr int kBrowserGap = 12;
 constexpr int kPlacesWidth = 150;
 constexpr int kColumnGap = 28;
 constexpr int kIconSize = 20;
 constexpr int kRowHeight = 28;
-
-QString shownPath(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
 
 QIcon icon(QStyle::StandardPixmap which) { return QApplication::style()->standardIcon(which); }
 
@@ -71,8 +70,8 @@ class FolderBrowser::List final : public QTreeView {
     if (model() == nullptr || model()->rowCount() > 0) return;
     QPainter painter(viewport());
     painter.setPen(secondaryText(palette()));
-    painter.drawText(viewport()->rect().adjusted(kGap, kGap, -kGap, -kGap), Qt::AlignCenter | Qt::TextWordWrap,
-                     emptyText_);
+    painter.drawText(viewport()->rect().adjusted(kBrowserGap, kBrowserGap, -kBrowserGap, -kBrowserGap),
+                     Qt::AlignCenter | Qt::TextWordWrap, emptyText_);
   }
 
  private:
@@ -90,7 +89,7 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, std::shared_p
       model_(new FolderModel(icon(QStyle::SP_DirIcon), icon(pictures, "film-drop"), this)),
       reader_(queue, std::move(files)) {
   auto* const top = new QHBoxLayout;
-  top->setSpacing(kGap);
+  top->setSpacing(kBrowserGap);
   up_->setToolTip(texts::upTip());
   top->addWidget(up_);
   top->addWidget(path_, 1);
@@ -120,12 +119,12 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, std::shared_p
   list_->header()->resizeSection(FolderModel::changed, metrics.horizontalAdvance(widestDate) + kColumnGap);
 
   auto* const middle = new QHBoxLayout;
-  middle->setSpacing(kGap);
+  middle->setSpacing(kBrowserGap);
   middle->addWidget(placeList_);
   middle->addWidget(list_, 1);
   auto* const all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
-  all->setSpacing(kGap);
+  all->setSpacing(kBrowserGap);
   all->addLayout(top);
   all->addLayout(middle, 1);
 

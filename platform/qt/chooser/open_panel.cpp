@@ -3,16 +3,11 @@
 
 #include "platform/paths.h"
 #include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/chooser/folder_listing.h"
 #include "platform/qt/drawing/text.h"
 #include "platform/qt/texts.h"
 
 namespace zelvo::platform::qt {
-
-namespace {
-
-QString shownPath(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
-
-}  // namespace
 
 void QtOpenPanel::beginSheetModalForWindow(Window&, std::function<void(int answer)> completion) {
   filename_.reset();

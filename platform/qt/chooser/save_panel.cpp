@@ -3,6 +3,7 @@
 
 #include "platform/paths.h"
 #include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/chooser/folder_listing.h"
 #include "platform/qt/drawing/text.h"
 #include "platform/qt/texts.h"
 
@@ -11,8 +12,6 @@ namespace zelvo::platform::qt {
 namespace {
 
 constexpr std::size_t kLongestName = 255;  // bytes; what the usual file systems take
-
-QString shownPath(const std::string& path) { return QFile::decodeName(QByteArray::fromStdString(path)); }
 
 bool isThere(PathKind kind) { return kind != PathKind::nothing && kind != PathKind::noPermission; }
 

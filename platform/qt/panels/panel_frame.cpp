@@ -17,7 +17,7 @@ namespace {
 constexpr int kPanelWidth = 460;
 constexpr int kMargin = 28;
 constexpr int kShadow = 14;
-constexpr int kGap = 12;
+constexpr int kFrameGap = 12;
 constexpr int kPictureSize = 44;
 
 /// A modal dialog named after its title.
@@ -64,16 +64,16 @@ PanelFrame::PanelFrame(PanelOwner& owner, const PanelText& text)
   hide();
   column_ = new QVBoxLayout(this);
   column_->setContentsMargins(kMargin + kShadow, kMargin + kShadow, kMargin + kShadow, kMargin + kShadow);
-  column_->setSpacing(2 * kGap);
+  column_->setSpacing(2 * kFrameGap);
 
   auto* const head = new QHBoxLayout;
-  head->setSpacing(kMargin - kGap / 2);
+  head->setSpacing(kMargin - kFrameGap / 2);
   if (!text.picture.isEmpty()) {
     picture_ = new PictureWidget(owner.pictures(), plain(text.picture), QSize(kPictureSize, kPictureSize));
     head->addWidget(picture_, 0, Qt::AlignTop);
   }
   content_ = new QVBoxLayout;
-  content_->setSpacing(kGap);
+  content_->setSpacing(kFrameGap);
   titleLabel_ = textLabel(text.title, textFont(kTitlePixels, QFont::DemiBold));
   content_->addWidget(titleLabel_);
   message_ = textLabel(text.message, textFont(kTextPixels));
@@ -84,7 +84,7 @@ PanelFrame::PanelFrame(PanelOwner& owner, const PanelText& text)
   column_->addLayout(head, 1);
 
   buttonRow_ = new QHBoxLayout;
-  buttonRow_->setSpacing(kGap);
+  buttonRow_->setSpacing(kFrameGap);
   buttonRow_->addStretch(1);
   column_->addLayout(buttonRow_);
 }

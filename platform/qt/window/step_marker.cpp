@@ -14,7 +14,7 @@ constexpr int kSteps = 3;
 constexpr int kMark = 24;
 constexpr int kLabelGap = 8;
 constexpr int kBetween = 44;
-constexpr int kHeight = 32;
+constexpr int kMarkerHeight = 32;
 
 int labelWidth(const QFontMetrics& metrics, int step) { return metrics.horizontalAdvance(texts::stepName(step)); }
 
@@ -29,7 +29,7 @@ StepMarker::StepMarker(int step, QWidget* parent) : QLabel(parent), step_(step) 
 QSize StepMarker::sizeHint() const {
   int width = 0;
   for (int step = 0; step < kSteps; ++step) width += kMark + kLabelGap + labelWidth(fontMetrics(), step);
-  return {width + (kSteps - 1) * kBetween, kHeight};
+  return {width + (kSteps - 1) * kBetween, kMarkerHeight};
 }
 
 void StepMarker::paintEvent(QPaintEvent*) {

@@ -1,0 +1,50 @@
+/// How much of decoding a film's repair may still ask for. It is counted in pixels, never in time, so that the same
+/// film always comes out the same.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/trial_decoder.h"
+
+namespace zelvo::salvage {
+
+class TrialBudget {
+ public:
+  /// For all of a film: some thousand pictures of a small one, some hundred of a large one; seconds of work.
+  static constexpr std::uint64_t kOfFilm = std::uint64_t{1} << 30U;
+  /// What a payload costs at least.
+  static constexpr std::uint64_t kLeast = std::uint64_t{1} << 17U;
+
+  explicit TrialBudget(std::uint64_t pixels = kOfFilm) : left_(pixels) {}
+
+  /// Takes what so many payloads of a stream cost. False when there is not so much left.
+  [[nodiscard]] bool take(const platform::TrialStream& stream, std::size_t payloads = 1) {
+    const std::uint64_t cost = costOf(stream) * payloads;
+    if (cost > left_) return false;
+    left_ -= cost;
+    return true;
+  }
+  /// How many payloads of a stream it is enough for.
+  [[nodiscard]] std::size_t payloadsOf(const platform::TrialStream& stream) const {
+    return static_cast<std::size_t>(left_ / costOf(stream));
+  }
+  /// Splits off what a part of the work may cost.
+  [[nodiscard]] TrialBudget share(std::uint64_t parts) {
+    const TrialBudget part(left_ / parts);
+    left_ -= part.left_;
+    return part;
+  }
+  /// Takes back what a part has left.
+  void giveBack(const TrialBudget& part) { left_ += part.left_; }
+
+ private:
+  [[nodiscard]] static std::uint64_t costOf(const platform::TrialStream& stream) {
+    return std::max(std::uint64_t{stream.width} * stream.height, kLeast);
+  }
+
+  std::uint64_t left_;
+};
+
+}  // namespace zelvo::salvage
