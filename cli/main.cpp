@@ -1,4 +1,5 @@
 // zelvo-avi, the command line: joins the engine with the system.
+#include <malloc.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -42,6 +43,13 @@ void installSignals() {
   sigaction(SIGXFSZ, &ignore, nullptr);
 }
 
+/// The system has each large block of memory again as soon as it is freed: otherwise what one stage of a deep repair
+/// needed would stay beside what the next one takes.
+void giveBackLargeBlocks() {
+  constexpr int kLarge = 1 << 22;
+  static_cast<void>(mallopt(M_MMAP_THRESHOLD, kLarge));
+}
+
 zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console) {
   using zelvo::platform::linux_::LinuxPathProbe;
   using zelvo::platform::linux_::LinuxTrialDecoder;
@@ -77,6 +85,7 @@ int main(int argc, char** argv) {
   const std::span<char* const> arguments(argv, static_cast<std::size_t>(argc));
   if (zelvo::platform::linux_::isProbeChild(arguments)) zelvo::platform::linux_::answerForPaths(arguments);
   installSignals();
+  giveBackLargeBlocks();
   zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1, ::isatty(STDOUT_FILENO) == 1);
   zelvo::cli::Exit exit = zelvo::cli::Exit::ioFailed;
   try {

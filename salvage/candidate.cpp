@@ -14,16 +14,16 @@ constexpr std::size_t kNear = 1;
 void CandidateList::makeDirectory() {
   constexpr std::size_t kPerRange = 4;
   directory_.clear();
-  if (size_ == 0) return;
+  if (size() == 0) return;
   directoryShift_ = 0;
-  while ((back().offset() >> directoryShift_) >= std::max<std::size_t>(1, size_ / kPerRange)) ++directoryShift_;
+  while ((back().offset() >> directoryShift_) >= std::max<std::size_t>(1, size() / kPerRange)) ++directoryShift_;
   const auto ranges = static_cast<std::size_t>((back().offset() >> directoryShift_) + 1);
   directory_.reserve(ranges + 1);
-  for (std::size_t i = 0; i < size_; ++i) {
+  for (std::size_t i = 0; i < size(); ++i) {
     const std::uint64_t range = (*this)[i].offset() >> directoryShift_;
     while (directory_.size() <= range) directory_.push_back(static_cast<std::uint32_t>(i));
   }
-  directory_.push_back(static_cast<std::uint32_t>(size_));
+  directory_.push_back(static_cast<std::uint32_t>(size()));
 }
 
 void CandidateList::narrow(std::uint64_t offset, std::size_t& low, std::size_t& high) const {
@@ -44,14 +44,14 @@ std::size_t CandidateList::firstAtOrAfter(std::uint64_t offset, std::size_t from
   std::size_t low = from;
   std::size_t step = 1;
   std::size_t high = from;
-  while (high < size_ && liesBefore(high)) {
+  while (high < size() && liesBefore(high)) {
     low = high + 1;
     if (step > kNear && !directory_.empty()) {
-      high = size_;
+      high = size();
       narrow(offset, low, high);
       break;
     }
-    high = std::min(size_, high + step);
+    high = std::min(size(), high + step);
     step *= 2;
   }
   while (low < high) {

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "avi/fourcc.h"
@@ -63,43 +62,37 @@ class Candidate {
 };
 static_assert(sizeof(Candidate) == 16);
 
-/// Candidates in rising order of their offsets. It grows by blocks, so that growing never holds two copies.
+/// Candidates in rising order of their offsets.
 /// Thread: one; several may read.
 class CandidateList {
  public:
-  [[nodiscard]] std::size_t size() const { return size_; }
-  [[nodiscard]] bool empty() const { return size_ == 0; }
+  [[nodiscard]] std::size_t size() const { return candidates_.size(); }
+  [[nodiscard]] bool empty() const { return candidates_.empty(); }
   /// `number` below `size()`.
-  [[nodiscard]] const Candidate& operator[](std::size_t number) const {
-    return blocks_[number / kBlock][number % kBlock];
-  }
-  [[nodiscard]] const Candidate& back() const { return (*this)[size_ - 1]; }
+  [[nodiscard]] const Candidate& operator[](std::size_t number) const { return candidates_[number]; }
+  [[nodiscard]] const Candidate& back() const { return candidates_.back(); }
 
+  /// Makes room for so many at once, so that growing never holds two copies. What is not used takes no memory.
+  void reserve(std::size_t count) { candidates_.reserve(count); }
   /// `candidate` lies after all others.
   void add(const Candidate& candidate) {
-    if (size_ % kBlock == 0 && size_ / kBlock == blocks_.size())
-      blocks_.push_back(std::make_unique<Candidate[]>(kBlock));
+    candidates_.push_back(candidate);
     directory_.clear();
-    blocks_[size_ / kBlock][size_ % kBlock] = candidate;
-    ++size_;
   }
   /// Takes away those from `offset` on.
   void dropFrom(std::uint64_t offset) {
     directory_.clear();
-    while (size_ > 0 && back().offset() >= offset) --size_;
+    while (!empty() && back().offset() >= offset) candidates_.pop_back();
   }
   /// Of those from number `from` on, keeps those of whose number `keeps` says so, in their order.
   template <class Keeps>
   void thin(const Keeps& keeps, std::size_t from = 0) {
     directory_.clear();
     std::size_t kept = from;
-    for (std::size_t i = from; i < size_; ++i) {
-      if (!keeps(i)) continue;
-      blocks_[kept / kBlock][kept % kBlock] = (*this)[i];
-      ++kept;
+    for (std::size_t i = from; i < size(); ++i) {
+      if (keeps(i)) candidates_[kept++] = candidates_[i];
     }
-    size_ = kept;
-    blocks_.resize((size_ + kBlock - 1) / kBlock);
+    candidates_.resize(kept);
   }
   /// Makes the directory by which far ones are found in a few looks; it goes when the list changes. Takes a byte of
   /// memory a candidate.
@@ -109,14 +102,12 @@ class CandidateList {
   [[nodiscard]] std::size_t firstAtOrAfter(std::uint64_t offset, std::size_t from, std::uint64_t& looks) const;
 
  private:
-  static constexpr std::size_t kBlock = std::size_t{1} << 16U;
-
   /// Narrows `low` and `high`, between which the answer for `offset` lies, by the directory.
   void narrow(std::uint64_t offset, std::size_t& low, std::size_t& high) const;
 
-  std::vector<std::unique_ptr<Candidate[]>> blocks_;
-  std::size_t size_ = 0;
-  /// Offsets are cut into ranges of 2 to the `directoryShift_`: the first candidate of each, and `size_` at the end.
+  std::vector<Candidate> candidates_;
+  /// Offsets are cut into ranges of 2 to the `directoryShift_`: the first candidate of each, and their number at the
+  /// end.
   std::vector<std::uint32_t> directory_;
   unsigned directoryShift_ = 0;
 };

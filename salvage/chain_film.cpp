@@ -46,6 +46,7 @@ class Filling {
         shapes_(shapes),
         headless_(evidence, streams, shapes) {}
 
+  void reserve(std::size_t slots) { film_.slots.reserve(slots); }
   /// Takes the next header of the chain.
   void take(const Candidate& candidate, bool isForeign);
   ChainFilm end();
@@ -116,7 +117,7 @@ const StreamFacts* Filling::factsOf(std::uint8_t stream) const {
 void Filling::keep(std::uint32_t size, SlotState state) {
   if (held_->stream == FilmStreams::kNone) return;
   Slot slot;
-  slot.source = held_->payload();
+  slot.source = held_->payload() & Slot::kSourceMask;
   slot.size = size;
   slot.stream = held_->stream;
   slot.state = state;
@@ -125,7 +126,8 @@ void Filling::keep(std::uint32_t size, SlotState state) {
 }
 
 void Filling::noteGap(std::uint64_t begin, std::uint64_t end, std::uint32_t longer) {
-  if (end >= begin + kSmallestGap) film_.gaps.push_back({film_.slots.size(), begin, end, 0, longer, false});
+  if (end >= begin + kSmallestGap && film_.gaps.size() < ChainFilm::kMaxGaps)
+    film_.gaps.push_back({film_.slots.size(), begin, end, 0, longer, false});
 }
 
 /// Takes what lies between two chunks as one whose header is lost, if it is one to the byte.
@@ -142,7 +144,7 @@ bool Filling::takeHeadless(std::uint64_t begin, std::uint64_t end) {
     const std::uint32_t size = lengthIn(stream, payload, end - payload);
     if (!headless_.isSurely(stream, payload, size, film_.slots)) continue;
     Slot slot;
-    slot.source = payload;
+    slot.source = payload & Slot::kSourceMask;
     slot.size = size;
     slot.stream = stream;
     slot.state = SlotState::codeMended;
@@ -153,7 +155,8 @@ bool Filling::takeHeadless(std::uint64_t begin, std::uint64_t end) {
 }
 
 void Filling::noteTear(std::uint64_t at, std::uint64_t missing, std::uint32_t longer) {
-  film_.gaps.push_back({film_.slots.size(), at, at, missing, longer, true});
+  if (film_.gaps.size() < ChainFilm::kMaxGaps)
+    film_.gaps.push_back({film_.slots.size(), at, at, missing, longer, true});
 }
 
 /// The length that the codec of the held chunk finds within `room` bytes.
@@ -379,8 +382,10 @@ ChainFilms::ChainFilms(const Evidence& evidence, const FilmStreams& streams, std
 ChainFilm ChainFilms::part(ByteSpan within) {
   const CandidateList& candidates = evidence_.scan.candidates;
   Filling filling(evidence_, streams_, ends_, codecs_, shapes_, within);
-  const auto first = std::ranges::lower_bound(chain_, within.begin, {},
-                                              [&](std::uint32_t number) { return candidates[number].offset(); });
+  const auto offsetOf = [&](std::uint32_t number) { return candidates[number].offset(); };
+  const auto first = std::ranges::lower_bound(chain_, within.begin, {}, offsetOf);
+  filling.reserve(
+      static_cast<std::size_t>(std::ranges::lower_bound(first, chain_.end(), within.end, {}, offsetOf) - first));
   for (auto at = first; at != chain_.end() && candidates[*at].offset() < within.end; ++at)
     filling.take(candidates[*at], !isForeign_.empty() && isForeign_[*at] != 0);
   return filling.end();

@@ -27,6 +27,9 @@ struct ChainGap {
 };
 
 struct ChainFilm {
+  /// What is missing in later gaps is not asked.
+  static constexpr std::size_t kMaxGaps = 262'144;
+
   std::vector<Slot> slots;
   std::vector<ChainGap> gaps;  ///< rising
 };

@@ -16,8 +16,7 @@ std::vector<std::uint64_t> endsBesidesCandidates(const CandidateList& candidates
     if (candidate.isContainer() && candidate.payloadEnd() < dataEnd) ends.push_back(candidate.payloadEnd());
   }
   std::ranges::sort(ends);
-  const auto repeated = std::ranges::unique(ends);
-  ends.erase(repeated.begin(), repeated.end());
+  ends.erase(std::unique(ends.begin(), ends.end()), ends.end());
   return ends;
 }
 

@@ -36,6 +36,8 @@ class ChunkChain {
     return is(number, ChainFact::closesOnCandidate) || is(number, ChainFact::closesOnEnd);
   }
   [[nodiscard]] std::size_t size() const { return facts_.size(); }
+  /// Keeps the facts alone; `next` may not be asked any more.
+  void forgetLinks() { next_ = {}; }
   /// How many candidates were looked at: near linear, whatever they are.
   [[nodiscard]] std::uint64_t looks() const { return looks_; }
 

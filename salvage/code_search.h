@@ -9,7 +9,7 @@
 namespace zelvo::salvage {
 
 /// The bytes that must follow the last position, whatever they hold.
-inline constexpr std::size_t kSearchMargin = 32;
+inline constexpr std::size_t kSearchMargin = 64;
 
 /// Appends to `found`, rising, each of the first `positions` positions of `bytes` whose bytes begin a code that the
 /// scan asks for: two digits that no third follows, or the first two letters of "LIST", "RIFF", "JUNK", "idx1" or

@@ -24,20 +24,28 @@ namespace zelvo::salvage {
 
 namespace {
 
-/// Tells the observer how much was read.
+/// Counts how much was read, whoever reads.
 class WatchedFile final : public platform::ReadableFile {
  public:
   WatchedFile(platform::ReadableFile& file, SalvageObserver& observer) : file_(file), observer_(observer) {}
   platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     const platform::IoResult result = file_.readAt(offset, into);
-    observer_.read(result.count);
+    read_.add(result.count);
     return result;
+  }
+  /// Tells the observer of what was read since. Thread: the one that repairs.
+  void tell() {
+    const std::uint64_t read = read_;
+    if (read != told_) observer_.read(read - told_);
+    told_ = read;
   }
   std::uint64_t size() override { return file_.size(); }
 
  private:
   platform::ReadableFile& file_;
   SalvageObserver& observer_;
+  platform::Relaxed<std::uint64_t> read_;
+  std::uint64_t told_ = 0;
 };
 
 /// A decoder that has nothing to say any more once the run is stopped.
@@ -103,14 +111,20 @@ class Work {
     report_.headersClaimed = headers.main ? headers.main->streams : 0;
     if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);
+    file_.tell();
     run_.observer.stage(SalvageStage::searching);
-    const MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, [this] { return isEnding(); });
+    const auto isEndingAfterTelling = [this] {
+      file_.tell();
+      return isEnding();
+    };
+    MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, isEndingAfterTelling, {}, &run_.workers);
+    file_.tell();
     if (isEnding()) return SalvageEnd::stopped;
 
     run_.observer.stage(SalvageStage::weighing);
-    const ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
+    ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
-    const IndexTemplate index = indexTemplate(input_, headers, codes, scan);
+    IndexTemplate index = indexTemplate(input_, headers, codes, scan);
     header_ = filmHeader(headers, seen);
     if (header_.information.empty()) header_.information = informationAfterMedia(input_, scan.candidates);
     findLostHeaders(scan, chain, seen, index);
@@ -123,7 +137,8 @@ class Work {
     report_.indexes = index.tables;
     report_.indexes.insert(report_.indexes.end(), index.standard.begin(), index.standard.end());
     if (isEnding()) return SalvageEnd::stopped;
-    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, decoder()});
+    SpentEvidence spent{scan, chain, index};
+    plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, decoder()}, &spent);
     if (decoder_) flagKeysByDecoding(*decoder_, input_, header_, TrialBudget(), plan_);
     report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
     describePlan(report_, plan_, header_, run_.choices.closesGaps);

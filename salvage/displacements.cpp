@@ -1,7 +1,8 @@
 // 1. The displacement zero, and the one that the index's own place tells, are walked over the entries.
 // 2. What is left of entries and headers is joined by stream and size: rare sizes first, common ones near by after.
 // 3. The pairs are sorted by displacement. The one that explains most is taken, and followed to both sides of each of
-//    its entries; ranks only ever fall, so that a queue of the ranks as they were last seen gives the greedy order.
+//    its entries; but for the first choice ranks only ever fall, so that a queue of the ranks as they were last seen
+//    gives the greedy order.
 #include "salvage/displacements.h"
 
 #include <algorithm>
@@ -109,6 +110,7 @@ class Cover {
   void findOpen();
   template <class Join>
   void join(const Join& join);
+  void rankAgain(std::priority_queue<Group>& queue) const;
   [[nodiscard]] bool mayBeAcceptable(const Group& group, const Gain& gain) const;
   void addPair(std::uint32_t entry, std::uint32_t candidate);
   bool choose();
@@ -128,7 +130,7 @@ class Cover {
   std::vector<Keyed> openHeaders_;  ///< sorted
   bool areOpenFound_ = false;
   std::vector<Pair> pairs_;
-  std::vector<std::uint32_t> multiplicity_;  ///< of each pair: how often its size occurs on either side
+  std::vector<std::uint16_t> multiplicity_;  ///< of each pair: how often its size occurs on either side
   mutable std::uint64_t looks_ = 0;
 };
 
@@ -227,6 +229,7 @@ void Cover::findOpen() {
   };
   std::vector<bool> isHeaders(std::size_t{1} << kBits);
   for (const Keyed& header : openHeaders_) isHeaders[bitOf(header.key())] = true;
+  openEntries_.reserve(unexplained_);
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     const Keyed entry(entries_[i].stream, entries_[i].size, i);
     if (cover_.ofEntry[i] == DisplacementCover::kNone && isHeaders[bitOf(entry.key())]) openEntries_.push_back(entry);
@@ -290,7 +293,7 @@ Cover::Gain Cover::gainOf(const Group& group) const {
   for (std::size_t i = group.begin; i < group.end; ++i) {
     if (!isOpen(pairs_[i])) continue;
     ++gain.entries;
-    gain.uniqueness += 1000 / multiplicity_[i];
+    gain.uniqueness += 1000U / multiplicity_[i];
     if (last != std::numeric_limits<std::uint32_t>::max() && last + 1 == pairs_[i].entry()) ++gain.neighbours;
     last = pairs_[i].entry();
   }
@@ -341,17 +344,32 @@ bool Cover::mayBeAcceptable(const Group& group, const Gain& gain) const {
          DisplacementCover::areAligned(pairs_[group.begin].displacement(), first());
 }
 
+void Cover::rankAgain(std::priority_queue<Group>& queue) const {
+  std::priority_queue<Group> ranked;
+  for (; !queue.empty(); queue.pop()) {
+    Group group = queue.top();
+    group.rank = rankOf(group, gainOf(group));
+    ranked.push(group);
+  }
+  queue = std::move(ranked);
+}
+
 /// Takes displacements of the joined pairs until none explains enough. True when one was taken.
 bool Cover::choose() {
   std::sort(pairs_.begin(), pairs_.end());
   // How often each entry and each header is paired says how much one pair is worth.
-  std::vector<std::uint32_t> ofEntry(entries_.size());
-  std::vector<std::uint32_t> ofCandidate(candidates_.size());
+  std::vector<std::uint16_t> ofEntry(entries_.size());
+  std::vector<std::uint16_t> ofCandidate(candidates_.size());
+  const auto countUp = [](std::uint16_t& count) {
+    // More than 1000 are worth nothing.
+    if (count < 0xffff) ++count;
+  };
   for (const Pair& pair : pairs_) {
-    ++ofEntry[pair.entry()];
-    ++ofCandidate[pair.candidate()];
+    countUp(ofEntry[pair.entry()]);
+    countUp(ofCandidate[pair.candidate()]);
   }
   multiplicity_.clear();
+  multiplicity_.reserve(pairs_.size());
   for (const Pair& pair : pairs_)
     multiplicity_.push_back(std::max(ofEntry[pair.entry()], ofCandidate[pair.candidate()]));
   std::priority_queue<Group> queue;
@@ -380,12 +398,15 @@ bool Cover::choose() {
     const std::int64_t value = pairs_[group.begin].displacement();
     const auto known = std::ranges::find(cover_.values, value);
     const auto number = static_cast<std::uint16_t>(known - cover_.values.begin());
+    const bool isFirst = cover_.values.empty();
     if (known == cover_.values.end()) cover_.values.push_back(value);
     for (std::size_t i = group.begin; i < group.end; ++i) {
       if (!isOpen(pairs_[i])) continue;
       explain(pairs_[i].entry(), pairs_[i].candidate(), number);
       follow(pairs_[i], number);
     }
+    // Only now is it known which others are aligned with the first, and these rise.
+    if (isFirst) rankAgain(queue);
     hasTaken = true;
   }
   return hasTaken;

@@ -18,7 +18,7 @@ namespace zelvo::salvage {
 /// Bounds of the search, so that no index and no film makes it long.
 struct DisplacementLimits {
   std::size_t displacements = 250;
-  std::size_t pairs = 1'000'000;  ///< of an entry and a header that may be its own, held at a time: 16 bytes each
+  std::size_t pairs = 500'000;  ///< of an entry and a header that may be its own, held at a time: 16 bytes each
 };
 
 /// Which headers stand for which entries.

@@ -28,4 +28,11 @@ struct Evidence {
   platform::TrialDecoder* decoder = nullptr;  ///< null when nothing can be tried
 };
 
+/// What may be let go while the plan is made, since of a large film it takes more memory than the plan.
+struct SpentEvidence {
+  MediaScan& scan;
+  ChunkChain& chain;
+  IndexTemplate& index;
+};
+
 }  // namespace zelvo::salvage

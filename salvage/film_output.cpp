@@ -7,6 +7,7 @@ namespace zelvo::salvage {
 
 FilmOutput::FilmOutput(platform::WritableFile& file, platform::Workers& workers) : file_(file) {
   if (workers.processors() > 1) helper_ = workers.startHelper([this] { serve(); });
+  if (helper_) sender_ = workers.startHelper([this] { send(); });
 }
 
 FilmOutput::~FilmOutput() { static_cast<void>(finish()); }
@@ -42,6 +43,8 @@ std::optional<avi::WriteFailure> FilmOutput::finish() {
   }
   if (helper_) helper_->join();
   helper_.reset();
+  if (sender_) sender_->join();
+  sender_.reset();
   return failure_;
 }
 
@@ -78,9 +81,29 @@ void FilmOutput::write(const Buffer& buffer, std::uint64_t number) {
   if (hasFailed_) return;
   const std::uint64_t offset = number * kBuffer;
   const platform::IoResult result = file_.writeAt(offset, std::span(buffer.bytes).first(buffer.used));
-  if (!result.error) return;
-  failure_ = avi::WriteFailure{offset + result.count, result.error};
+  if (result.error) noteFailure(offset + result.count, result.error);
+}
+
+void FilmOutput::noteFailure(std::uint64_t offset, std::error_code cause) {
+  const std::lock_guard lock(mutex_);
+  if (!failure_) failure_ = avi::WriteFailure{offset, cause};
   hasFailed_ = true;
+}
+
+void FilmOutput::send() {
+  std::uint64_t sent = 0;
+  std::unique_lock lock(mutex_);
+  while (true) {
+    changed_.wait(lock, [&] { return written_ - sent >= kSentTogether || isEnded_; });
+    // The rest is left to the flush.
+    if (isEnded_ || hasFailed_) return;
+    const std::uint64_t end = written_;
+    lock.unlock();
+    const std::error_code error = file_.writeOut(sent * kBuffer, (end - sent) * kBuffer);
+    if (error) noteFailure(sent * kBuffer, error);
+    sent = end;
+    lock.lock();
+  }
 }
 
 }  // namespace zelvo::salvage

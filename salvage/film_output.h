@@ -1,5 +1,6 @@
 /// The output of a salvage, written from front to back: what is appended gathers in large buffers, and a helper thread
-/// writes those that are full while the next one fills. Offsets and sizes are in bytes.
+/// writes those that are full while the next one fills. Another sends to the medium what is written, so that the flush
+/// at the end has little to wait for. Offsets and sizes are in bytes.
 #pragma once
 
 #include <array>
@@ -53,6 +54,8 @@ class FilmOutput {
 
  private:
   static constexpr std::size_t kBuffer = std::size_t{1} << 19U;
+  /// So many buffers are sent to the medium together.
+  static constexpr std::uint64_t kSentTogether = 16;
 
   struct Buffer {
     platform::PageBytes bytes{kBuffer};
@@ -64,19 +67,23 @@ class FilmOutput {
   /// The helper's: writes what is handed over until the end.
   void serve();
   void write(const Buffer& buffer, std::uint64_t number);
+  /// The sender's: sends to the medium what is written, until the end.
+  void send();
+  void noteFailure(std::uint64_t offset, std::error_code cause);
 
   platform::WritableFile& file_;
   std::array<Buffer, 3> buffers_;
   std::uint64_t filled_ = 0;  ///< buffers that were full, all told
   platform::Relaxed<bool> hasFailed_;
   std::shared_ptr<platform::Worker> helper_;
+  std::shared_ptr<platform::Worker> sender_;
 
   std::mutex mutex_;
   std::condition_variable changed_;
   std::uint64_t handed_ = 0;   ///< buffers that wait or are written
   std::uint64_t written_ = 0;  ///< of these
   bool isEnded_ = false;
-  std::optional<avi::WriteFailure> failure_;
+  std::optional<avi::WriteFailure> failure_;  ///< the first
 };
 
 }  // namespace zelvo::salvage

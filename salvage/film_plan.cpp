@@ -5,7 +5,6 @@
 #include "salvage/film_plan.h"
 
 #include <algorithm>
-#include <iterator>
 #include <limits>
 #include <utility>
 
@@ -31,13 +30,16 @@ namespace {
 
 /// Of the original; less holds no chunk that is worth looking for.
 constexpr std::uint64_t kSmallestRoom = 16;
+/// Chunks of the chain that come to more than this with those of the index are left out.
+constexpr std::size_t kMaxSlots = 3'500'000;
 constexpr std::uint64_t kEndless = std::numeric_limits<std::uint64_t>::max();
 
 std::uint64_t paddedEnd(const TemplateEntry& entry) { return entry.end() + entry.size % 2; }
 
 class Planner {
  public:
-  explicit Planner(const Evidence& evidence) : evidence_(evidence), streams_(evidence.header) {}
+  Planner(const Evidence& evidence, SpentEvidence* spent)
+      : evidence_(evidence), spent_(spent), streams_(evidence.header) {}
 
   FilmPlan run();
 
@@ -48,6 +50,12 @@ class Planner {
     std::int64_t begin = 0;  ///< in the file
     std::int64_t end = 0;
     std::uint64_t size = 0;  ///< in the original
+  };
+
+  /// The slots of a room, up to number `end` of all that are put in, stand in front of number `before` of the others.
+  struct PartPlace {
+    std::size_t before = 0;
+    std::size_t end = 0;
   };
 
   /// A chunk of the chain that lacks its end, unless its size is wrong.
@@ -68,27 +76,31 @@ class Planner {
   void chooseEntries();
   void dropWild();
   [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
-  template <class IsWanted>
-  [[nodiscard]] std::vector<TemplateEntry> entriesOf(const IsWanted& isWanted) const;
+  [[nodiscard]] std::vector<TemplateEntry> takeEntries() const;
   [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
   [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
   [[nodiscard]] bool mayBeOwn(const DisplacementCover& firm) const;
-  [[nodiscard]] std::vector<Room> rooms() const;
+  template <class Visit>
+  void eachRoom(const Visit& visit) const;
   [[nodiscard]] bool tellsAll() const;
   void join(LaidFilm laid);
   [[nodiscard]] std::optional<std::uint64_t> countedPictures() const;
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
   [[nodiscard]] std::vector<MissingBytes> missingWhereTorn() const;
-  void addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes);
+  void addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes);
+  void insertParts();
 
   const Evidence& evidence_;
+  SpentEvidence* const spent_;
   const FilmStreams streams_;
   std::vector<std::uint32_t> chain_;
   std::vector<TemplateEntry> entries_;   ///< of the film's own indexes
   std::vector<std::uint8_t> isForeign_;  ///< of each candidate, when a foreign index explains some
   EntryPlaces places_;
   FilmPlan plan_;
+  std::vector<Slot> parts_;  ///< of the chain, to be put in between those that the index tells
+  std::vector<PartPlace> partPlaces_;
   std::vector<FilmGap> gaps_;
   std::vector<Tear> tears_;
 };
@@ -103,15 +115,11 @@ DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool
   return made;
 }
 
-/// The entries of the film's streams that `isWanted` chooses.
-template <class IsWanted>
-std::vector<TemplateEntry> Planner::entriesOf(const IsWanted& isWanted) const {
-  const auto counts = [&](const TemplateEntry& entry) {
-    return streams_.indexOf(entry.stream) != FilmStreams::kNone && isWanted(entry);
-  };
-  std::vector<TemplateEntry> entries;
-  entries.reserve(static_cast<std::size_t>(std::ranges::count_if(evidence_.index.entries, counts)));
-  std::ranges::copy_if(evidence_.index.entries, std::back_inserter(entries), counts);
+/// The entries of the film's streams.
+std::vector<TemplateEntry> Planner::takeEntries() const {
+  std::vector<TemplateEntry> entries = spent_ != nullptr ? std::move(spent_->index.entries) : evidence_.index.entries;
+  std::erase_if(entries,
+                [&](const TemplateEntry& entry) { return streams_.indexOf(entry.stream) == FilmStreams::kNone; });
   return entries;
 }
 
@@ -169,20 +177,32 @@ bool Planner::mayBeOwn(const DisplacementCover& firm) const {
 
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 void Planner::chooseEntries() {
-  entries_ = entriesOf([](const TemplateEntry& entry) { return !entry.isForeign; });
+  entries_ = takeEntries();
+  // Own ones first, so that the others are cut off.
+  const bool hasForeign = std::ranges::any_of(entries_, &TemplateEntry::isForeign);
+  std::vector<TemplateEntry> foreign;
+  if (hasForeign) {
+    std::ranges::sort(entries_, {},
+                      [](const TemplateEntry& entry) { return std::pair(entry.isForeign, entry.offset); });
+    const auto first = std::ranges::find(entries_, true, &TemplateEntry::isForeign);
+    foreign.assign(first, entries_.end());
+    entries_.erase(first, entries_.end());
+  }
   // Films of one camera may be of one length, so that the headers speak for the other one's index, too.
   if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained) && !mayBeOwn(explained)) {
     isForeign_ = std::move(explained.isClaimed);
     entries_.clear();
   }
-  if (std::ranges::any_of(evidence_.index.entries, &TemplateEntry::isForeign)) {
-    std::vector<std::uint8_t> explained =
-        cover(entriesOf([](const TemplateEntry& entry) { return entry.isForeign; }), true).isClaimed;
+  if (hasForeign) {
+    std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
     if (othersBeside(explained).areMany()) {
       isForeign_ = std::move(explained);
     } else {
-      entries_ = entriesOf([](const TemplateEntry&) { return true; });
+      entries_.insert(entries_.end(), foreign.begin(), foreign.end());
+      std::ranges::sort(entries_, {}, &TemplateEntry::offset);
     }
+    foreign = {};
+    if (entries_.size() < entries_.capacity() / 2) entries_.shrink_to_fit();
   }
   const DisplacementCover own = cover(entries_, false);
   for (std::size_t i = 0; i < isForeign_.size(); ++i) {
@@ -228,13 +248,16 @@ bool Planner::tellsAll() const {
          });
 }
 
-std::vector<Planner::Room> Planner::rooms() const {
+template <class Visit>
+void Planner::eachRoom(const Visit& visit) const {
   const auto mediaBegin = evidence_.headers.mediaBegin();
   const auto dataEnd = static_cast<std::int64_t>(evidence_.scan.end);
-  if (entries_.empty()) return {{0, static_cast<std::int64_t>(mediaBegin), dataEnd, kEndless}};
-  std::vector<Room> rooms;
+  if (entries_.empty()) {
+    visit({0, static_cast<std::int64_t>(mediaBegin), dataEnd, kEndless});
+    return;
+  }
   const auto add = [&](const Room& room) {
-    if (room.size >= kSmallestRoom && room.end > room.begin) rooms.push_back(room);
+    if (room.size >= kSmallestRoom && room.end > room.begin) visit(room);
   };
   const std::uint64_t first = entries_.front().offset;
   add({0, static_cast<std::int64_t>(mediaBegin), places_.headerOf(0, entries_), first - std::min(first, mediaBegin)});
@@ -248,46 +271,79 @@ std::vector<Planner::Room> Planner::rooms() const {
     if (room >= kSmallestRoom) add({i + 1, endOf(i), places_.headerOf(i + 1, entries_), room});
   }
   if (!tellsAll()) add({entries_.size(), std::max<std::int64_t>(0, endOf(entries_.size() - 1)), dataEnd, kEndless});
-  return rooms;
 }
 
 /// Adds a part of the chain, unless it is more than the original had room for: then it is a copy, or another film's.
-void Planner::addPart(ChainFilm part, std::uint64_t room, std::uint64_t fileBytes) {
+void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes) {
   constexpr std::uint64_t kSlack = 64;
   std::uint64_t found = 0;
   for (const Slot& slot : part.slots) found += slot.size + avi::kChunkHeader;
-  if (room != kEndless && found > room + kSlack) return;
-  std::uint64_t left = room == kEndless ? kEndless : room - std::min(room, found);
+  if (room.size != kEndless && found > room.size + kSlack) return;
+  std::uint64_t left = room.size == kEndless ? kEndless : room.size - std::min(room.size, found);
+  const std::size_t planned = plan_.slots.size() + parts_.size();
+  part.slots.resize(std::min(part.slots.size(), kMaxSlots - std::min(kMaxSlots, planned)));
+  const std::size_t place = room.before + parts_.size();
   for (ChainGap& gap : part.gaps) {
+    if (gaps_.size() >= ChainFilm::kMaxGaps || gap.before > part.slots.size()) break;
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
-    gaps_.push_back({plan_.slots.size() + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
+    gaps_.push_back({place + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
     if (gap.missing > 0 && gap.before > 0)
       tears_.push_back({{gap.begin, gap.missing}, part.slots[gap.before - 1].source});
   }
-  if (room != kEndless && room > fileBytes + kSlack && !part.gaps.empty()) gaps_.back().bytes += room - fileBytes;
-  plan_.slots.insert(plan_.slots.end(), part.slots.begin(), part.slots.end());
+  if (room.size != kEndless && room.size > fileBytes + kSlack && !part.gaps.empty() && !gaps_.empty())
+    gaps_.back().bytes += room.size - fileBytes;
+  if (part.slots.empty()) return;
+  if (parts_.empty()) {
+    parts_ = std::move(part.slots);
+  } else {
+    parts_.insert(parts_.end(), part.slots.begin(), part.slots.end());
+  }
+  partPlaces_.push_back({room.before, parts_.size()});
+}
+
+/// Puts the parts in between the slots of the index.
+void Planner::insertParts() {
+  std::vector<Slot> laid = std::move(plan_.slots);
+  plan_.slots.clear();
+  if (laid.empty() || parts_.empty()) {
+    plan_.slots = std::move(laid.empty() ? parts_ : laid);
+    return;
+  }
+  plan_.slots.reserve(laid.size() + parts_.size());
+  std::size_t slot = 0;
+  std::size_t part = 0;
+  for (const PartPlace& place : partPlaces_) {
+    for (; slot < place.before; ++slot) plan_.slots.push_back(laid[slot]);
+    for (; part < place.end; ++part) plan_.slots.push_back(parts_[part]);
+  }
+  for (; slot < laid.size(); ++slot) plan_.slots.push_back(laid[slot]);
+  parts_ = {};
 }
 
 void Planner::join(LaidFilm laid) {
   plan_.pieces = std::move(laid.pieces);
-  plan_.slots.reserve(laid.slots.size());
-  ChainFilms films(evidence_, streams_, chain_, isForeign_);
-  std::size_t slot = 0;
-  const auto goOnTo = [&](std::size_t end) {
-    for (; slot < end; ++slot) plan_.slots.push_back(laid.slots[slot]);
-  };
-  // Where clusters changed places, what lies between two chunks of the file did not in the film.
-  for (const Room& room : laid.isGathered ? std::vector<Room>{} : rooms()) {
-    goOnTo(room.before);
-    const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
-    const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);
-    if (begin >= end) continue;
-    ChainFilm part = films.part({begin, end});
-    dropRepeated(evidence_.input, part);
-    addPart(std::move(part), room.size, end - begin);
+  plan_.slots = std::move(laid.slots);
+  {
+    ChainFilms films(evidence_, streams_, chain_, isForeign_);
+    const auto fill = [&](const Room& room) {
+      const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
+      const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);
+      if (begin >= end) return;
+      ChainFilm part = films.part({begin, end});
+      dropRepeated(evidence_.input, part);
+      addPart(std::move(part), room, end - begin);
+    };
+    // Where clusters changed places, what lies between two chunks of the file did not in the film.
+    if (!laid.isGathered) eachRoom(fill);
   }
-  goOnTo(laid.slots.size());
+  chain_ = {};
+  // Foreign chunks are told by their candidates.
+  if (spent_ != nullptr && isForeign_.empty()) {
+    spent_->scan.candidates = {};
+    spent_->chain = {};
+  }
+  insertParts();
 }
 
 /// How many pictures the headers count; nothing when they do not tell.
@@ -339,6 +395,7 @@ std::vector<MissingBytes> Planner::missingWhereTorn() const {
 
 FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
+  if (spent_ != nullptr) spent_->chain.forgetLinks();
   chooseEntries();
   plan_.indexedChunks = entries_.size();
   LaidFilm laid = layEntries(evidence_, streams_, entries_, places_);
@@ -354,6 +411,6 @@ FilmPlan Planner::run() {
 
 }  // namespace
 
-FilmPlan planFilm(const Evidence& evidence) { return Planner(evidence).run(); }
+FilmPlan planFilm(const Evidence& evidence, SpentEvidence* spent) { return Planner(evidence, spent).run(); }
 
 }  // namespace zelvo::salvage

@@ -34,25 +34,27 @@ struct Piece {
   friend bool operator==(const Piece&, const Piece&) = default;
 };
 
-/// A chunk of the repaired film: 24 bytes.
+/// A chunk of the repaired film: 16 bytes.
 struct Slot {
   static constexpr std::uint32_t kOnePiece = std::numeric_limits<std::uint32_t>::max();
+  /// Offsets are smaller: 1 TiB.
+  static constexpr std::uint64_t kSourceMask = (std::uint64_t{1} << 40U) - 1;
 
-  std::uint64_t source = 0;          ///< where its payload lies in the input; of lost and refilled ones nothing
+  std::uint64_t source : 40 = 0;  ///< where its payload lies in the input; of lost and refilled ones nothing
+  std::uint8_t stream = 0;        ///< index in the repaired film's list of streams
+  SlotState state = SlotState::whole;
+  bool hasKeyFlag : 1 = false;       ///< an index of the film names it as a key chunk
+  bool isIndexed : 1 = false;        ///< an index of the film names it, so `hasKeyFlag` counts
+  bool isPalette : 1 = false;        ///< it changes the palette of the pictures after it, and takes no time
   std::uint32_t size = 0;            ///< of its payload in the repaired film; of lost and refilled ones that of the
                                      ///< silence, 0 for pictures
   std::uint32_t pieces = kOnePiece;  ///< else the number of its first piece in `FilmPlan::pieces`, and there are
                                      ///< as many as add up to `size`
-  std::uint8_t stream = 0;           ///< index in the repaired film's list of streams
-  SlotState state = SlotState::whole;
-  bool hasKeyFlag = false;  ///< an index of the film names it as a key chunk
-  bool isIndexed = false;   ///< an index of the film names it, so `hasKeyFlag` counts
-  bool isPalette = false;   ///< it changes the palette of the pictures after it, and takes no time
 
   /// Whether it holds bytes of the input.
   [[nodiscard]] bool hasSource() const { return state != SlotState::lost && state != SlotState::refilled && size > 0; }
 };
-static_assert(sizeof(Slot) == 24);
+static_assert(sizeof(Slot) == 16);
 
 /// Why part of a film is not as it was.
 enum class LossCause : std::uint8_t {
@@ -94,10 +96,12 @@ struct FilmPlan {
 };
 
 struct Evidence;
+struct SpentEvidence;
 
 /// Weighs the evidence and plans the film: by its index where one survives, by the chain of its chunks elsewhere.
+/// `spent`: the same evidence, parts of which are let go as soon as the plan needs them no more; null keeps all.
 /// Failure: what cannot be read is no evidence.
 /// Thread: any.
-[[nodiscard]] FilmPlan planFilm(const Evidence& evidence);
+[[nodiscard]] FilmPlan planFilm(const Evidence& evidence, SpentEvidence* spent = nullptr);
 
 }  // namespace zelvo::salvage

@@ -51,9 +51,9 @@ struct IndexTemplate {
   std::uint64_t leftOut = 0;             ///< entries that found no room or that lie beyond all files
 };
 
-/// Entries beyond this number are left out: 64 MiB. Of a short file fewer are kept: as many as a whole film of chunks
+/// Entries beyond this number are left out: 48 MiB. Of a short file fewer are kept: as many as a whole film of chunks
 /// of 56 bytes has, and a quarter of a million more, so that the time for a file grows with its size.
-inline constexpr std::size_t kMaxTemplateEntries = 4'000'000;
+inline constexpr std::size_t kMaxTemplateEntries = 3'000'000;
 
 /// Reads the indexes that the scan found and merges them by original offset. Where entries overlap, one whose header
 /// stands just there stays, else the one that ends first, so that a wild size costs that entry alone.

@@ -107,7 +107,7 @@ void Laying::takePart(std::size_t entry, std::uint64_t payload, std::uint64_t en
     return;
   }
   slot.state = state;
-  slot.source = payload;
+  slot.source = payload & Slot::kSourceMask;
   slot.size = there;
   if (there == wanted || !keepsLength || state == SlotState::cut) return;
   slot.size = entries_[entry].size;
@@ -209,7 +209,7 @@ void Laying::gather(const ClusterOrder& order) {
       continue;
     }
     slot.size = there;
-    slot.source = pieces.empty() ? 0 : pieces.front().offset;
+    slot.source = pieces.empty() ? 0 : pieces.front().offset & Slot::kSourceMask;
     if (there < entries_[i].size) slot.state = SlotState::cut;
     if (pieces.size() < 2) continue;
     slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());

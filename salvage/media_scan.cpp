@@ -1,5 +1,5 @@
 // 1. A window of the file is read; it begins on a page and shares its last bytes with the next one.
-// 2. The places where a code may begin are found in all of it at once.
+// 2. The places where a code may begin were found in all of it at once.
 // 3. Each is taken in order: a candidate is noted, a standard index is stepped over, a table is walked over entry by
 //    entry, through as many windows as it takes.
 // 4. The scan goes on after what was taken, which may lie in front of the window's end: a table that ended in
@@ -13,10 +13,9 @@
 
 #include "avi/byte_order.h"
 #include "avi/chunk_codes.h"
-#include "platform/page_bytes.h"
 #include "salvage/chunk_chain.h"
-#include "salvage/code_search.h"
 #include "salvage/crowded_codes.h"
+#include "salvage/searched_windows.h"
 
 namespace zelvo::salvage {
 
@@ -24,20 +23,18 @@ namespace {
 
 using avi::FourCC;
 
-constexpr std::size_t kPage = 4096;
+constexpr std::size_t kPage = SearchedWindows::kPage;
 /// A window of one page could end before it had moved on.
 constexpr std::size_t kFewestPages = 2;
-/// What is looked at after a position: three entries of a table.
-constexpr std::size_t kLookAhead = 64;
 
 class Scan {
  public:
-  Scan(avi::InputFile& input, std::uint64_t begin, const StreamCodes& codes, const ScanLimits& limits)
+  Scan(avi::InputFile& input, std::uint64_t begin, const StreamCodes& codes, const ScanLimits& limits,
+       platform::Workers* workers)
       : input_(input),
         codes_(codes),
         limits_(limits),
-        windowSize_(std::max(limits.windowSize / kPage, kFewestPages) * kPage),
-        window_(windowSize_ + kSearchMargin),
+        windows_(input, std::max(limits.windowSize / kPage, kFewestPages) * kPage, workers),
         at_(begin) {}
 
   void readOn();
@@ -45,6 +42,7 @@ class Scan {
   void begin() {
     limit_ = std::min(input_.size(), Candidate::kOffsetLimit);
     mostCandidates_ = limits_.candidatesOf(limit_ - std::min(limit_, at_));
+    found_.candidates.reserve(mostCandidates_);
   }
   MediaScan takeFound(bool isComplete) {
     endRegion();
@@ -56,8 +54,8 @@ class Scan {
 
  private:
   [[nodiscard]] std::span<const std::byte> held(std::uint64_t from) const {
-    return std::span<const std::byte>(window_).subspan(static_cast<std::size_t>(from - start_),
-                                                       static_cast<std::size_t>(heldEnd_ - from));
+    return std::span<const std::byte>(window_->bytes)
+        .subspan(static_cast<std::size_t>(from - start_), static_cast<std::size_t>(heldEnd_ - from));
   }
   void scanWindow();
   void noteZeros();
@@ -77,9 +75,8 @@ class Scan {
   avi::InputFile& input_;
   const StreamCodes& codes_;
   const ScanLimits& limits_;
-  const std::size_t windowSize_;
-  platform::PageBytes window_;
-  std::vector<std::uint32_t> beginnings_;
+  SearchedWindows windows_;
+  const SearchedWindow* window_ = nullptr;  ///< the one at hand
   MediaScan found_;
   std::uint64_t zerosAt_ = 0;  ///< sectors before it have been looked at
   std::uint64_t at_;           ///< everything before it has been taken
@@ -125,42 +122,31 @@ void Scan::noteZeros() {
 
 void Scan::readOn() {
   start_ = at_ / kPage * kPage;
-  const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(windowSize_, limit_ - start_));
-  const platform::IoResult result = input_.tryRead(start_, std::span(window_).first(wanted));
-  heldEnd_ = start_ + result.count;
-  endsHere_ = result.count < wanted || heldEnd_ == limit_;
+  window_ = &windows_.at(start_, limit_);
+  heldEnd_ = start_ + window_->count;
+  endsHere_ = window_->isLast;
   noteZeros();
   if (heldEnd_ > at_) scanWindow();
   if (!endsHere_ || at_ < heldEnd_) return;
   if (walk_) endTable();
   if (at_ < heldEnd_) return;
-  if (result.error) {
+  if (window_->error) {
     // An index may have led beyond what cannot be read.
-    if (at_ < (heldEnd_ / kPage + 1) * kPage) skipUnreadable(std::max(at_, heldEnd_), result.error);
-  } else if (result.count < wanted) {
+    if (at_ < (heldEnd_ / kPage + 1) * kPage) skipUnreadable(std::max(at_, heldEnd_), window_->error);
+  } else if (window_->count < window_->wanted) {
     limit_ = heldEnd_;  // The file has become shorter.
   }
 }
 
 void Scan::scanWindow() {
-  const std::uint64_t last = endsHere_ ? heldEnd_ : heldEnd_ - kLookAhead;
   if (walk_ && walkTable()) return;
   if (at_ < start_) return;  // A table ended before this window.
-  if (at_ < last) {
-    const auto first = static_cast<std::size_t>(at_ - start_);
-    std::fill_n(window_.begin() + (heldEnd_ - start_), kSearchMargin, std::byte{0});
-    beginnings_.clear();
-    const auto positions = static_cast<std::size_t>(last - at_);
-    findCodeBeginnings(std::span(window_).subspan(first, positions + (heldEnd_ - last) + kSearchMargin), positions,
-                       beginnings_);
-    const std::uint64_t from = at_;
-    for (const std::uint32_t beginning : beginnings_) {
-      if (from + beginning < at_) continue;
-      visit(from + beginning);
-      if (walk_ && walkTable()) return;
-    }
+  for (const std::uint32_t beginning : window_->beginnings) {
+    if (start_ + beginning < at_) continue;
+    visit(start_ + beginning);
+    if (walk_ && walkTable()) return;
   }
-  at_ = std::max(at_, last);
+  at_ = std::max(at_, endsHere_ ? heldEnd_ : heldEnd_ - SearchedWindows::kLookAhead);
 }
 
 /// True while the table goes on beyond the window.
@@ -327,8 +313,8 @@ std::vector<std::uint64_t> MediaScan::chunkEnds() const {
 }
 
 MediaScan scanMedia(avi::InputFile& input, std::uint64_t begin, const StreamCodes& codes,
-                    const std::function<bool()>& isEnding, const ScanLimits& limits) {
-  Scan scan(input, begin, codes, limits);
+                    const std::function<bool()>& isEnding, const ScanLimits& limits, platform::Workers* workers) {
+  Scan scan(input, begin, codes, limits, workers);
   scan.begin();
   while (scan.hasMore()) {
     if (isEnding()) return scan.takeFound(false);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "avi/input_file.h"
+#include "platform/workers.h"
 #include "salvage/candidate.h"
 #include "salvage/index_places.h"
 #include "salvage/stream_codes.h"
@@ -27,10 +28,10 @@ inline constexpr std::uint64_t kSector = 512;
 
 /// How much a scan reads at a time and remembers, so that no input takes more memory than these say.
 struct ScanLimits {
-  std::size_t windowSize = std::size_t{1} << 20U;  ///< in whole pages of 4096, at least two
+  std::size_t windowSize = std::size_t{1} << 18U;  ///< in whole pages of 4096, at least two
   /// Of 16 bytes each; fewer for a short file, see `candidatesOf`. When there are more, those that close on nothing and
   /// that nothing closes on are dropped; when that makes too little room, later ones are left out.
-  std::size_t candidates = 4'000'000;
+  std::size_t candidates = 3'000'000;
   std::size_t indexes = 262'144;  ///< tables and standard indexes, each; later ones are masked but not remembered
   std::size_t unreadable = 65'536;
   std::size_t zeroed = 65'536;  ///< stretches of zeros; later ones are not remembered
@@ -59,10 +60,11 @@ struct MediaScan {
 
 /// Scans from `begin` to the end of the file. Each byte is read once, but for the little that windows and tables share.
 /// A code counts when `codes` has it; a table of another film's codes is recognised all the same.
-/// `isEnding` is asked before each read and ends the scan.
+/// `isEnding` is asked before each window and ends the scan. A helper of `workers` shares the reading; null for none.
 /// Failure: what cannot be read is skipped in steps of 4096 bytes and remembered, by the input too.
 /// Thread: any.
 [[nodiscard]] MediaScan scanMedia(avi::InputFile& input, std::uint64_t begin, const StreamCodes& codes,
-                                  const std::function<bool()>& isEnding, const ScanLimits& limits = {});
+                                  const std::function<bool()>& isEnding, const ScanLimits& limits = {},
+                                  platform::Workers* workers = nullptr);
 
 }  // namespace zelvo::salvage

@@ -12,6 +12,9 @@ namespace zelvo::salvage {
 
 namespace {
 
+/// Later ones are not told.
+constexpr std::size_t kMaxSpans = 262'144;
+
 class Telling {
  public:
   Telling(const SpanEvidence& from, const FilmPlan& plan) : from_(from), plan_(plan) {}
@@ -177,7 +180,7 @@ void Telling::endOpen() {
   if (hasPlace_ && open_->end <= open_->begin) open_->end = std::max(open_->begin, fileBegin_);
   if (hasOriginal_ && open_->originalEnd < originalBegin_ && open_->originalEnd == open_->originalBegin)
     open_->originalEnd = originalBegin_;
-  spans_.push_back(*open_);
+  if (spans_.size() < kMaxSpans) spans_.push_back(*open_);
   open_.reset();
 }
 
@@ -241,6 +244,7 @@ void Telling::addForeign() {
       continue;
     }
     if (!isOpen) {
+      if (spans_.size() >= kMaxSpans) return;
       PlanSpan span;
       span.begin = candidate.offset();
       span.cause = LossCause::foreign;

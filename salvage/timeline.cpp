@@ -324,7 +324,7 @@ void Timeline::noteDrift(std::size_t slot, std::size_t end) {
 
 void Timeline::run(const std::vector<GapEstimate>& shares) {
   if (pictures_) turns_.emplace(evidence_.input, evidence_.header.streams[*pictures_].header, *pictures_, plan_.slots);
-  made_.reserve(plan_.slots.size());
+  made_.reserve(2 * plan_.slots.size());  // What is not used takes no memory, and growing would hold both.
   std::size_t slot = 0;
   FilmGap open;                 // what earlier gaps left to be filled
   std::size_t openPlace = 0;    // where the largest of them is, in what is made

@@ -20,7 +20,7 @@ NO_ROOM = "the standard library"
 # Which rooms the tests of a room may include, besides themselves. A file's room is the longest entry that its path
 # starts with.
 TEST_ARROWS = {
-    "tests/support": {"platform", "platform/linux", "platform/headless", "avi", "engine"},
+    "tests/support": {"platform", "platform/linux", "platform/headless", "avi", "engine", "salvage"},
     "tests/platform": {"platform", "platform/linux", "platform/headless", "tests/support"},
     "tests/platform/headless": {"platform", "platform/headless", "tests/support"},
     "tests/platform/linux": {

@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <initializer_list>
 
 namespace zelvo::platform::linux_ {
 

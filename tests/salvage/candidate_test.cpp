@@ -43,7 +43,7 @@ TEST(Candidate, ListsAndFormsAreEnteredAndOthersSteppedOver) {
   EXPECT_EQ(Candidate(1000, CandidateKind::index, 0, 0, 500, 0).next(), 1508U);
 }
 
-TEST(CandidateList, KeepsOrderBeyondItsBlocks) {
+TEST(CandidateList, KeepsOrder) {
   constexpr std::size_t kCount = 200000;
   const CandidateList list = every(8, kCount);
   ASSERT_EQ(list.size(), kCount);

@@ -25,10 +25,10 @@ Positions found(platform::Bytes bytes, std::size_t positions) {
 
 TEST(CodeSearch, FindsEachCodeAtEveryPositionOfAVector) {
   for (const std::string_view code : {"00dc", "99wb", "07__", "LIST", "RIFF", "JUNK", "idx1", "ix04"}) {
-    for (std::size_t at = 0; at < 40; ++at) {
-      platform::Bytes bytes(64);
+    for (std::size_t at = 0; at < 90; ++at) {
+      platform::Bytes bytes(96);
       overwrite(bytes, at, code.substr(0, 2));
-      EXPECT_EQ(found(bytes, 48), at < 48 ? Positions{static_cast<std::uint32_t>(at)} : Positions{}) << code << at;
+      EXPECT_EQ(found(bytes, 80), at < 80 ? Positions{static_cast<std::uint32_t>(at)} : Positions{}) << code << at;
     }
   }
 }

@@ -49,8 +49,7 @@ TEST(FilmWriter, SlotsOutOfOrderInTheInputAreReadWhereTheyLie) {
   const auto film = pictureAndSound();
   film->add(0, keyPicture());
   film->add(0, otherPicture());
-  std::swap(film->plan.slots[0].source, film->plan.slots[1].source);
-  std::swap(film->plan.slots[0].size, film->plan.slots[1].size);
+  std::swap(film->plan.slots[0], film->plan.slots[1]);
   film->write();
   EXPECT_THAT(film->chunks(), ElementsAre("00dc:00 00 01 b6 50 03", "00dc:00 00 01 b6 10 01 02"));
 }

@@ -35,7 +35,7 @@ struct Gapped {
   }
   void add(std::uint8_t stream, std::uint32_t size) {
     Slot slot;
-    slot.source = 1000 + plan.slots.size();
+    slot.source = (1000 + plan.slots.size()) & salvage::Slot::kSourceMask;
     slot.size = size;
     slot.stream = stream;
     plan.slots.push_back(slot);

@@ -62,7 +62,7 @@ class TriedKeys : public testing::Test {
     for (const char type : types) {
       for (const std::uint8_t stream : {std::uint8_t{0}, std::uint8_t{1}}) {
         salvage::Slot slot;
-        slot.source = bytes.size();
+        slot.source = bytes.size() & salvage::Slot::kSourceMask;
         slot.size = 10;
         slot.stream = stream;
         bytes.resize(bytes.size() + 10, static_cast<std::byte>(type));

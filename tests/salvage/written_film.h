@@ -64,7 +64,7 @@ struct WrittenFilmBench {
   /// Adds a slot whose payload, put at the end of the input, is `payload`.
   salvage::Slot& add(std::uint8_t stream, const platform::Bytes& payload) {
     salvage::Slot slot;
-    slot.source = input.size();
+    slot.source = input.size() & salvage::Slot::kSourceMask;
     slot.size = static_cast<std::uint32_t>(payload.size());
     slot.stream = stream;
     input.insert(input.end(), payload.begin(), payload.end());
