@@ -6,10 +6,11 @@
 #include "salvage/displacements.h"
 
 #include <algorithm>
-#include <compare>
 #include <cstdlib>
 #include <queue>
 #include <utility>
+
+#include "salvage/entry_pairs.h"
 
 namespace zelvo::salvage {
 
@@ -24,45 +25,6 @@ constexpr int kMaxMisses = 4;
 constexpr std::size_t kMany = 4;
 /// So unique one entry does so alone, in thousandths.
 constexpr std::uint64_t kUnique = 950;
-
-/// An entry and a header that may be its own; sorted by displacement and entry.
-class Pair {
- public:
-  Pair(std::int64_t displacement, std::uint32_t entry, std::uint32_t candidate)
-      : key_(static_cast<std::uint64_t>(displacement + kBias) << kEntryBits | entry), candidate_(candidate) {}
-
-  [[nodiscard]] std::int64_t displacement() const { return static_cast<std::int64_t>(key_ >> kEntryBits) - kBias; }
-  [[nodiscard]] std::uint32_t entry() const {
-    return static_cast<std::uint32_t>(key_ & ((std::uint64_t{1} << kEntryBits) - 1));
-  }
-  [[nodiscard]] std::uint32_t candidate() const { return candidate_; }
-  friend bool operator<(const Pair& one, const Pair& other) { return one.key_ < other.key_; }
-
- private:
-  static constexpr unsigned kEntryBits = 23;
-  static constexpr auto kBias = static_cast<std::int64_t>(Candidate::kOffsetLimit);
-
-  std::uint64_t key_;
-  std::uint32_t candidate_;
-};
-
-/// An entry or a header by stream, size and number, so that sorted ones of one stream and size are together.
-class Keyed {
- public:
-  static constexpr unsigned kNumberBits = 24;
-
-  Keyed(std::uint8_t stream, std::uint32_t size, std::size_t number)
-      : value_((std::uint64_t{stream} << 32U | size) << kNumberBits | number) {}
-
-  [[nodiscard]] std::uint64_t key() const { return value_ >> kNumberBits; }
-  [[nodiscard]] std::uint32_t number() const {
-    return static_cast<std::uint32_t>(value_ & ((std::uint64_t{1} << kNumberBits) - 1));
-  }
-  friend auto operator<=>(const Keyed&, const Keyed&) = default;
-
- private:
-  std::uint64_t value_;
-};
 
 class Cover {
  public:

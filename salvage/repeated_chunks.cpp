@@ -88,8 +88,9 @@ bool Repeats::isTelling(std::size_t slot) {
 
 /// The slots of the stream and size of one, that one among them, as they stand in `bySize_`.
 std::span<const std::uint64_t> Repeats::ofSize(std::size_t slot) const {
-  const auto [first, last] = std::ranges::equal_range(bySize_, keyOf(film_.slots[slot]), {},
-                                                      [](std::uint64_t value) { return value >> kNumberBits; });
+  const auto sizeOf = [](std::uint64_t value) { return value >> kNumberBits; };
+  const auto first = std::ranges::lower_bound(bySize_, keyOf(film_.slots[slot]), {}, sizeOf);
+  const auto last = std::ranges::upper_bound(bySize_, keyOf(film_.slots[slot]), {}, sizeOf);
   return {first, last};
 }
 

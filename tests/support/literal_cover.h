@@ -142,6 +142,9 @@ class Cover {
         static_cast<std::int64_t>(entries) * (isNear || isEndShift || isAligned(displacement) ? 200 : 100);
     if (isAligned(displacement)) rank += 300;
     if (isEndShift) rank += 300;
+    const std::int64_t first = made_.values.empty() ? 0 : made_.values.front();
+    const std::int64_t end = made_.endShift.value_or(0);
+    if (end != 0 && std::min(first, end) <= displacement && displacement <= std::max(first, end)) rank += 100;
     return rank;
   }
   /// Whether each header stands where the original had a chunk that the entries know.
