@@ -12,11 +12,10 @@ namespace zelvo::salvage {
 SearchedWindow::SearchedWindow(std::size_t size) : bytes(size + kSearchMargin) { beginnings.reserve(size / 2 + 1); }
 
 SearchedWindows::SearchedWindows(avi::InputFile& input, std::size_t windowSize, platform::Workers* workers)
-    : input_(input), windowSize_(windowSize) {
-  const bool mayShare = workers != nullptr && workers->processors() > 1;
+    : input_(input), windowSize_(windowSize), isShared_(workers != nullptr && workers->processors() > 1) {
   for (auto& window : windows_) {
     window = std::make_unique<SearchedWindow>(windowSize);
-    if (!mayShare) return;
+    if (!isShared_) return;
   }
   helper_ = workers->startHelper([this] { serve(); });
 }
@@ -32,7 +31,7 @@ SearchedWindows::~SearchedWindows() {
 
 /// Whether a window after the one that is looked at waits to be read and has a place.
 bool SearchedWindows::mayReadAhead() const {
-  return helper_ && !hasComeShort_ && next_ > 0 && claimed_ < next_ - 1 + kWindows && startOf(claimed_) < limit_;
+  return isShared_ && !hasComeShort_ && next_ > 0 && claimed_ < next_ - 1 + kWindows && startOf(claimed_) < limit_;
 }
 
 void SearchedWindows::readAndSearch(SearchedWindow& window, std::uint64_t start, std::uint64_t limit) {
@@ -52,7 +51,7 @@ void SearchedWindows::readAndSearch(SearchedWindow& window, std::uint64_t start,
 void SearchedWindows::perform(std::uint64_t job, std::unique_lock<std::mutex>& lock) {
   const std::uint64_t start = startOf(job);
   const std::uint64_t limit = limit_;
-  SearchedWindow& window = helper_ ? windowOf(job) : *windows_[0];
+  SearchedWindow& window = isShared_ ? windowOf(job) : *windows_[0];
   isDone_[job % kWindows] = false;
   ++busy_;
   lock.unlock();
@@ -94,7 +93,7 @@ const SearchedWindow& SearchedWindows::at(std::uint64_t start, std::uint64_t lim
       changed_.wait(lock);
     }
   }
-  return helper_ ? windowOf(job) : *windows_[0];
+  return isShared_ ? windowOf(job) : *windows_[0];
 }
 
 }  // namespace zelvo::salvage

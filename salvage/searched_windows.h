@@ -65,6 +65,7 @@ class SearchedWindows {
 
   avi::InputFile& input_;
   const std::size_t windowSize_;
+  const bool isShared_;  ///< with a helper, which looks at it while it is still being started
   std::array<std::unique_ptr<SearchedWindow>, kWindows> windows_;
 
   std::mutex mutex_;
