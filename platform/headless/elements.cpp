@@ -37,12 +37,12 @@ std::string HeadlessTextField::stringValue() const {
 void HeadlessButton::setEnabled(bool enabled) {
   const std::lock_guard lock(mutex_);
   enabled_ = enabled;
-  note("setEnabled(" + yesOrNo(enabled) + ")");
+  note(std::string("setEnabled(") + yesOrNo(enabled) + ")");
 }
 void HeadlessButton::setHidden(bool hidden) {
   const std::lock_guard lock(mutex_);
   hidden_ = hidden;
-  note("setHidden(" + yesOrNo(hidden) + ")");
+  note(std::string("setHidden(") + yesOrNo(hidden) + ")");
 }
 void HeadlessButton::setState(State state) {
   const std::lock_guard lock(mutex_);
@@ -88,7 +88,7 @@ void HeadlessProgressBar::setDoubleValue(double percent) {
 void HeadlessProgressBar::setUsesThreadedAnimation(bool threaded) {
   const std::lock_guard lock(mutex_);
   threaded_ = threaded;
-  note("setUsesThreadedAnimation(" + yesOrNo(threaded) + ")");
+  note(std::string("setUsesThreadedAnimation(") + yesOrNo(threaded) + ")");
 }
 double HeadlessProgressBar::doubleValue() const {
   const std::lock_guard lock(mutex_);

@@ -10,7 +10,7 @@
 namespace zelvo::platform::headless {
 
 /// A switch as a line tells it.
-[[nodiscard]] inline std::string yesOrNo(bool value) { return value ? "yes" : "no"; }
+[[nodiscard]] inline const char* yesOrNo(bool value) { return value ? "yes" : "no"; }
 
 /// Thread: any.
 class Events {

@@ -24,14 +24,20 @@ void HeadlessOpenPanel::setAllowedFileTypes(std::vector<std::string> extensions)
   extensions_ = std::move(extensions);
 }
 void HeadlessOpenPanel::setTreatsFilePackagesAsDirectories(bool treats) {
-  note("setTreatsFilePackagesAsDirectories(" + yesOrNo(treats) + ")");
+  note(std::string("setTreatsFilePackagesAsDirectories(") + yesOrNo(treats) + ")");
 }
-void HeadlessOpenPanel::setExtensionHidden(bool hidden) { note("setExtensionHidden(" + yesOrNo(hidden) + ")"); }
-void HeadlessOpenPanel::setCanChooseDirectories(bool can) { note("setCanChooseDirectories(" + yesOrNo(can) + ")"); }
-void HeadlessOpenPanel::setCanChooseFiles(bool can) { note("setCanChooseFiles(" + yesOrNo(can) + ")"); }
-void HeadlessOpenPanel::setCanCreateDirectories(bool can) { note("setCanCreateDirectories(" + yesOrNo(can) + ")"); }
+void HeadlessOpenPanel::setExtensionHidden(bool hidden) {
+  note(std::string("setExtensionHidden(") + yesOrNo(hidden) + ")");
+}
+void HeadlessOpenPanel::setCanChooseDirectories(bool can) {
+  note(std::string("setCanChooseDirectories(") + yesOrNo(can) + ")");
+}
+void HeadlessOpenPanel::setCanChooseFiles(bool can) { note(std::string("setCanChooseFiles(") + yesOrNo(can) + ")"); }
+void HeadlessOpenPanel::setCanCreateDirectories(bool can) {
+  note(std::string("setCanCreateDirectories(") + yesOrNo(can) + ")");
+}
 void HeadlessOpenPanel::setAllowsMultipleSelection(bool allows) {
-  note("setAllowsMultipleSelection(" + yesOrNo(allows) + ")");
+  note(std::string("setAllowsMultipleSelection(") + yesOrNo(allows) + ")");
 }
 void HeadlessOpenPanel::setPrompt(std::string_view text) { note("setPrompt(" + std::string(text) + ")"); }
 void HeadlessOpenPanel::beginSheetModalForWindow(Window& over, std::function<void(int answer)> completion) {
@@ -53,7 +59,9 @@ void HeadlessOpenPanel::cancel() {
 void HeadlessSavePanel::note(const std::string& what) const { add(events_, "savePanel." + what); }
 
 void HeadlessSavePanel::setPrompt(std::string_view text) { note("setPrompt(" + std::string(text) + ")"); }
-void HeadlessSavePanel::setCanCreateDirectories(bool can) { note("setCanCreateDirectories(" + yesOrNo(can) + ")"); }
+void HeadlessSavePanel::setCanCreateDirectories(bool can) {
+  note(std::string("setCanCreateDirectories(") + yesOrNo(can) + ")");
+}
 void HeadlessSavePanel::beginSheet(const std::optional<std::string>& directory, std::string_view name, Window& over,
                                    std::function<void(int answer)> completion) {
   note("beginSheet(" + directory.value_or("default folder") + ", " + std::string(name) + ", " + nameOf(over) + ")");

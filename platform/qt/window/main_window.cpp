@@ -24,7 +24,7 @@ namespace {
 constexpr int kWidth = 960;
 constexpr int kHeight = 620;
 constexpr int kLeastWidth = 640;
-constexpr int kLeastHeight = 420;
+constexpr int kLeastWindowHeight = 420;
 /// What a window manager may put round the window, whose measures nobody knows before it is shown.
 constexpr QSize kFrameRoom(8, 40);
 
@@ -68,7 +68,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
   setWindowTitle(texts::productName());
   setAcceptDrops(true);
   resize(kWidth, kHeight);
-  setMinimumSize(kLeastWidth, kLeastHeight);
+  setMinimumSize(kLeastWidth, kLeastWindowHeight);
   auto* const all = new QVBoxLayout(this);
   all->setContentsMargins(0, 0, 0, 0);
   all->addWidget(content_);
