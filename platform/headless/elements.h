@@ -22,6 +22,7 @@ class Named {
   [[nodiscard]] const std::string& name() const { return name_; }
 
  protected:
+  [[nodiscard]] bool isNoted() const { return events_ != nullptr; }
   void note(const std::string& what) const {
     if (events_ != nullptr) events_->add(name_ + "." + what);
   }
