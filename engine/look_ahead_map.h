@@ -39,8 +39,10 @@ class LookAheadMap {
     return isNear && (padding_[position / 64] & bit) != 0 ? LookAheadFind::padding : LookAheadFind::chunk;
   }
 
-  /// Where at() looks, for fetching it beforehand.
-  [[nodiscard]] const void* placeOf(std::uint64_t offset) const { return &codes_[offset % kPositions / 64]; }
+  /// Where at() looks, for fetching it beforehand; null when the place is not covered.
+  [[nodiscard]] const void* placeOf(std::uint64_t offset) const {
+    return offset >= start_ && offset < end_ ? &codes_[offset % kPositions / 64] : nullptr;
+  }
 
   /// True when the input is known to have ended at or before `offset`.
   [[nodiscard]] bool isBeyondInput(std::uint64_t offset) const { return offset >= inputEnd_; }

@@ -73,6 +73,15 @@ TEST_F(LookAheadMapTest, KnowsNothingAtFirst) {
   EXPECT_EQ(known(0, 10000), 0U);
 }
 
+TEST_F(LookAheadMapTest, OnlyWhatIsCoveredHasAPlace) {
+  open(manyCodes(5 * kPiece, 7));
+  EXPECT_EQ(map->placeOf(0), nullptr) << "an input may prove dense where it cannot be read";
+  map->cover(1024, 2 * kPiece);
+  EXPECT_EQ(map->placeOf(1023), nullptr);
+  EXPECT_NE(map->placeOf(1024), nullptr);
+  EXPECT_EQ(map->placeOf(5 * kPiece), nullptr);
+}
+
 TEST_F(LookAheadMapTest, EachPlaceIsWhatASearchFinds) {
   open(manyCodes(5 * kPiece, 2));
   map->cover(1024, 3 * kPiece);
