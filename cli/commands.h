@@ -17,5 +17,7 @@ namespace zelvo::cli {
 [[nodiscard]] std::unique_ptr<Command> makeRepairCommand();
 /// `salvage`: brings back what is left of damaged AVI files.
 [[nodiscard]] std::unique_ptr<Command> makeSalvageCommand();
+/// `verify`: plays films through without showing them, and tells what is wrong.
+[[nodiscard]] std::unique_ptr<Command> makeVerifyCommand();
 
 }  // namespace zelvo::cli

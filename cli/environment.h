@@ -6,6 +6,7 @@
 #include "cli/console.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
+#include "platform/film_player.h"
 #include "platform/main_queue.h"
 #include "platform/new_files.h"
 #include "platform/property_lists.h"
@@ -29,6 +30,7 @@ struct Environment {
   std::function<StorageView()> lookAtStorage;  ///< for the commands that want it: reading it takes milliseconds
   platform::PropertyLists& propertyLists;
   platform::TrialDecoder& trialDecoder;
+  platform::FilmPlayer& filmPlayer;
   Console& console;
   const platform::Relaxed<bool>& stopRequested;  ///< raised by a signal; never lowered
 };

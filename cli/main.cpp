@@ -11,6 +11,7 @@
 #include "cli/command_line.h"
 #include "cli/environment.h"
 #include "platform/linux/bundle.h"
+#include "platform/linux/film_player.h"
 #include "platform/linux/path_probe_child.h"
 #include "platform/linux/services.h"
 #include "platform/linux/trial_decoder.h"
@@ -51,10 +52,13 @@ void giveBackLargeBlocks() {
 }
 
 zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console) {
+  using zelvo::platform::linux_::LinuxBundle;
+  using zelvo::platform::linux_::LinuxFilmPlayer;
   using zelvo::platform::linux_::LinuxPathProbe;
   using zelvo::platform::linux_::LinuxTrialDecoder;
   zelvo::platform::linux_::Services system(LinuxPathProbe::thisProgram());
-  LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(zelvo::platform::linux_::LinuxBundle::runningProgram()));
+  LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(LinuxBundle::runningProgram()));
+  LinuxFilmPlayer player(LinuxFilmPlayer::programBeside(LinuxBundle::runningProgram()));
   zelvo::cli::Environment environment{
       .files = system.files,
       .fileManager = system.fileManager,
@@ -65,6 +69,7 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
       .lookAtStorage = [&] { return system.lookAtStorage(); },
       .propertyLists = system.propertyLists,
       .trialDecoder = decoder,
+      .filmPlayer = player,
       .console = console,
       .stopRequested = stopRequested};
   return command.run(environment);

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <map>
 #include <optional>
+#include <set>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -26,6 +28,21 @@ constexpr std::uint64_t kQuiet = 1000;
 
 std::uint64_t offsetOf(const AVPacket& packet) {
   return packet.pos < 0 ? PlayedPacket::kNowhere : static_cast<std::uint64_t>(packet.pos);
+}
+
+/// Whether an H.264 packet says that decoding may begin with it, although its picture does not stand alone: the whole
+/// picture is refreshed bit by bit after it (a recovery point, in supplemental information of type 6).
+bool isRecoveryPoint(AVCodecID codec, const AVPacket& packet) {
+  constexpr int kMaxHead = 4096;
+  constexpr std::uint8_t kInformation = 6;
+  constexpr std::uint8_t kRecoveryPoint = 6;
+  if (codec != AV_CODEC_ID_H264) return false;
+  const std::span head(packet.data, static_cast<std::size_t>(std::clamp(packet.size, 0, kMaxHead)));
+  for (std::size_t i = 0; i + 5 <= head.size(); ++i) {
+    const bool isUnit = head[i] == 0 && head[i + 1] == 0 && head[i + 2] == 1;
+    if (isUnit && (head[i + 3] & 0x1fU) == kInformation && head[i + 4] == kRecoveryPoint) return true;
+  }
+  return false;
 }
 
 /// A picture of the film, as it is when the film is played through.
@@ -157,8 +174,9 @@ class Run {
     const AVRational base = context.streams[stream]->time_base;
     const std::int64_t stamp = packet.dts != AV_NOPTS_VALUE ? packet.dts : packet.pts;
     if (stamp != AV_NOPTS_VALUE) lastTimes_[stream] = bounded(::av_rescale_q(stamp, base, kMicroseconds));
-    const std::int64_t duration =
-        std::max<std::int64_t>(0, bounded(::av_rescale_q(packet.duration, base, kMicroseconds)));
+    // A picture takes one unit of its stream's clock. What sound takes only the next packet tells.
+    const std::int64_t units = packet.duration > 0 ? packet.duration : decoder.kind() == PlayedKind::video ? 1 : 0;
+    const std::int64_t duration = std::max<std::int64_t>(0, bounded(::av_rescale_q(units, base, kMicroseconds)));
     records_.add(PlayedPacket{.stream = static_cast<std::uint32_t>(stream),
                               .number = number,
                               .time = lastTimes_[stream],
@@ -171,6 +189,10 @@ class Run {
     records_.flush();
     hasPacket_ = true;
     lastStream_ = stream;
+    if (isKey && isRecoveryPoint(context.streams[stream]->codecpar->codec_id, packet)) {
+      recovers_.insert(number);
+      if (recovers_.size() > kMarks) recovers_.erase(recovers_.begin());
+    }
     numberOf_[stream] = number;
     if (sought_ == stream && packet.size > 0 && task_.seeks > 0) marks_.packet(packet, number);
     if (!isDecoded || packet.size <= 0) return;
@@ -198,7 +220,7 @@ class Run {
       record.a = static_cast<std::uint64_t>(frame.nb_samples);
       record.b = static_cast<std::uint64_t>(frame.sample_rate);
     } else {
-      if (frame.key_frame != 0) record.flags |= PlayerRecord::kFlagOne;
+      if (frame.key_frame != 0 || recovers_.contains(number)) record.flags |= PlayerRecord::kFlagOne;
       if (sought_ == stream && task_.seeks > 0) marks_.picture(frame, number);
     }
     records_.add(record);
@@ -309,6 +331,7 @@ class Run {
   std::vector<bool> awaitsKey_;
   std::vector<std::int64_t> lastTimes_;
   std::map<std::size_t, std::uint64_t> numberOf_;  ///< of each stream's last packet
+  std::set<std::uint64_t> recovers_;               ///< the last packets that say so of themselves
   std::vector<std::uint64_t> early_;
   std::optional<std::size_t> sought_;
   Marks marks_;
