@@ -15,53 +15,24 @@
 #include "cli/new_output.h"
 #include "cli/salvage_outcome.h"
 #include "cli/salvage_page.h"
+#include "cli/salvage_progress.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
 #include "cli/worker_run.h"
 #include "platform/ran_out.h"
 #include "salvage/deep_repair.h"
+#include "salvage/film_check.h"
 
 namespace zelvo::cli {
 
 namespace {
-
-/// How far a run is. Thread: any.
-class SalvageProgress final : public salvage::SalvageObserver {
- public:
-  void stage(salvage::SalvageStage stage) override {
-    read_ = 0;
-    stage_ = stage;
-  }
-  void read(std::uint64_t bytes) override { read_.add(bytes); }
-  void beginFlushing() { isFlushing_ = true; }
-
-  [[nodiscard]] Stage shown() const {
-    if (isFlushing_) return Stage::flushing;
-    switch (stage_) {
-      case salvage::SalvageStage::readingHeaders:
-        return Stage::analysing;
-      case salvage::SalvageStage::searching:
-        return Stage::scanning;
-      case salvage::SalvageStage::weighing:
-        return Stage::weighing;
-      case salvage::SalvageStage::writing:
-        break;
-    }
-    return Stage::writing;
-  }
-  [[nodiscard]] std::uint64_t bytesRead() const { return read_; }
-
- private:
-  platform::Relaxed<salvage::SalvageStage> stage_;
-  platform::Relaxed<std::uint64_t> read_;
-  platform::Relaxed<bool> isFlushing_;
-};
 
 /// What was chosen for all inputs.
 struct Choices {
   salvage::SalvageChoices repair;
   std::shared_ptr<platform::ReadableFile> donor;  ///< null without one
   bool isDry = false;
+  bool verifies = false;  ///< plays the film that was written
 };
 
 class OneSalvage {
@@ -137,9 +108,36 @@ class OneSalvage {
     }
     salvage::SalvageReport report = salvage::salvage(run);
     if (report.end != salvage::SalvageEnd::written || report.writeFailure) return report;
+    if (choices_.verifies) {
+      if (const std::error_code error = verify(cancel)) {
+        report.writeFailure = {report.outputSize, error};
+        return report;
+      }
+    }
     progress_.beginFlushing();
     if (const std::error_code error = hidden_.flushAndClose()) report.writeFailure = {report.outputSize, error};
     return report;
+  }
+
+  /// Plays what was written, before it has its final name. Pictures that its index falsely calls keys are not called so
+  /// any more; then it is played again.
+  /// \return why the index could not be changed. Thread: the worker.
+  std::error_code verify(const platform::CancelMark& cancel) {
+    progress_.beginPlaying();
+    auto opened = environment_.files.openForReading(hidden_.path());
+    if (!opened.file) return opened.error;
+    const salvage::FilmCheckRun run{.file = *opened.file,
+                                    .path = hidden_.path(),
+                                    .player = environment_.filmPlayer,
+                                    .choices = {},
+                                    .cancel = cancel,
+                                    .progress = [this](std::uint64_t offset) { progress_.played(offset); }};
+    played_ = salvage::checkFilm(run);
+    if (played_->falseKeys.empty() || cancel.abandoned()) return {};
+    keysDropped_ = played_->falseKeyPictures();
+    const std::error_code error = salvage::dropKeyFlags(*hidden_.file(), played_->falseKeys);
+    if (!error) played_ = salvage::checkFilm(run);
+    return error;
   }
 
   void showProgress(ProgressLine& line, std::uint64_t inputSize) {
@@ -154,6 +152,9 @@ class OneSalvage {
     } else if (stage == Stage::writing) {
       all = expected_;
       done = written_;
+    } else if (stage == Stage::playing) {
+      all = expected_;
+      done = progress_.playedUpTo();
     }
     environment_.console.progress(line.text(now, stage, done, all));
   }
@@ -201,6 +202,14 @@ class OneSalvage {
       if (const auto warning = output_.keepName()) warn(outcome, *warning);
     }
     outcome.outputSize = told.report->outputSize;
+    told.played = std::move(played_);
+    told.keysDropped = keysDropped_;
+    if (told.played && told.played->end == platform::PlayEnd::noPlayer) {
+      warn(outcome,
+           "the film was not verified, since the program zelvo-avi-player, which lies beside zelvo-avi, is "
+           "missing or cannot run here.");
+      told.played.reset();
+    }
     if (told.report->isDonorUseless) {
       warn(outcome, "the donor's headers cannot be those of " + printable(input.path) +
                         "; lost ones were put together from what is left.");
@@ -235,6 +244,8 @@ class OneSalvage {
   platform::Relaxed<std::uint64_t> expected_;
   SalvageProgress progress_;
   HiddenFile hidden_;
+  std::optional<salvage::FilmCheck> played_;  ///< what playing the output showed
+  std::uint64_t keysDropped_ = 0;
   std::string obstacle_;  ///< why there will be no output; a sentence
 };
 
@@ -273,6 +284,7 @@ class SalvageCommand final : public Command {
         {"--damaged", "pictures that are damaged: keep them (default), or put empty ones there, which seeks better",
          &damaged_, "keep|empty"},
         {"--gaps", "time that is lost: fill it (default), or close it up", &gaps_, "fill|close"},
+        {"--verify", "play the film that was written by decoding it, and tell what plays", &choices_.verifies},
         {"--dry-run", "write nothing but the report", &choices_.isDry},
         {"-f,--force", "replace an existing output", &force_},
         {"--allow-growth", "write the film even if it is much larger than its input", &choices_.repair.allowsGrowth},
@@ -291,6 +303,7 @@ class SalvageCommand final : public Command {
     if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
+    if (choices_.verifies && choices_.isDry) return "--verify plays what is written, and --dry-run writes nothing.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
     if (gaps_ && *gaps_ != "fill" && *gaps_ != "close") return "--gaps is either fill or close.";
     return std::nullopt;

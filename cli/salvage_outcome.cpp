@@ -6,6 +6,7 @@
 #include "cli/json_writer.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "cli/verify_words.h"
 
 namespace zelvo::cli {
 
@@ -137,7 +138,8 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
   json.member("spans_left_out", report.spansLeftOut);
 }
 
-void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
+void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
+  const std::optional<SalvageReport>& report = outcome.report;
   json.key("report");
   if (!report) {
     json.null();
@@ -157,7 +159,20 @@ void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
   json.key("sync_after");
   json.seconds(report->syncAfter);
   json.member("unreadable", report->unreadable);
+  json.key("plays");
+  writeCheck(json, outcome.played);
+  json.member("keys_dropped", outcome.keysDropped);
   json.endObject();
+}
+
+/// What playing it showed, when that was wanted.
+std::string playedWords(const SalvageOutcome& outcome, bool all) {
+  if (!outcome.played) return {};
+  std::string text = line("Plays", verdictSentence(*outcome.played));
+  for (const std::string& fault : checkLines(*outcome.played, all)) text += line("Fault", fault);
+  if (outcome.keysDropped > 0)
+    text += line("Keys", counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows");
+  return text;
 }
 
 }  // namespace
@@ -190,6 +205,7 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
   const std::string output = base.outputPath.value_or("");
   text += line("Written", printable(output) + " (" + shownSize(base.outputSize.value_or(0)) + ", in " +
                               shownSeconds(base.seconds) + ")");
+  text += playedWords(outcome, spans);
   text += line("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
   return text + line("Unchanged", input);
 }
@@ -205,7 +221,7 @@ std::string inJson(const SalvageOutcome& outcome) {
   json.beginObject();
   json.member("version", kSalvageVersion);
   beginJson(json, outcome.outcome);
-  writeReport(json, outcome.report);
+  writeReport(json, outcome);
   endJson(json, outcome.outcome);
   json.endObject();
   return json.take() + "\n";

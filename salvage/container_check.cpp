@@ -108,6 +108,14 @@ class Findings final : public avi::OutlineSink {
 
 }  // namespace
 
+void ContainerCheck::metPictures(std::uint32_t stream, std::uint64_t pictures) {
+  std::erase_if(shortStreams, [&](ShortStream& one) {
+    if (one.stream != stream) return false;
+    one.found = std::max(one.found, pictures);
+    return one.promised <= one.found + fewOf(one.promised);
+  });
+}
+
 bool ContainerCheck::hasShortIndex() const { return !lacksIndex() && indexed + fewOf(chunks) < chunks; }
 
 ContainerCheck checkContainer(platform::ReadableFile& file, const std::function<bool()>& isEnding) {

@@ -39,6 +39,9 @@ struct ContainerCheck {
   [[nodiscard]] bool lacksIndex() const { return chunks > 0 && indexed == 0; }
   /// Whether an index is there and leaves a part of the film out.
   [[nodiscard]] bool hasShortIndex() const;
+  /// Takes it back that a stream is short of pictures when so many were met elsewhere: a wrong size may hide chunks
+  /// from a walk through the container that a player finds all the same.
+  void metPictures(std::uint32_t stream, std::uint64_t pictures);
   [[nodiscard]] bool isFaultless() const {
     return problemCount == 0 && !lacksIndex() && !hasShortIndex() && shortStreams.empty();
   }

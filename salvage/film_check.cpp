@@ -69,6 +69,8 @@ FilmCheck checkFilm(const FilmCheckRun& run) {
   });
   check.wasConfined = run.player.wasConfined();
   check.play = count.finish();
+  for (const PlayedStreamTally& stream : check.play.streams)
+    check.container.metPictures(stream.told.stream, stream.packets);
   check.falseKeys = falseKeysIn(run, check.play);
   if (run.cancel.abandoned()) check.end = PlayEnd::interrupted;
   return check;
