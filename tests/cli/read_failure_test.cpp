@@ -7,6 +7,7 @@
 
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "platform/headless/film_player.h"
 #include "platform/headless/trial_decoder.h"
 #include "platform/linux/file_manager.h"
 #include "platform/linux/files.h"
@@ -128,6 +129,7 @@ class ReadFailure : public testing::Test {
     const platform::Relaxed<bool> stop;
     platform::linux_::LinuxPropertyLists propertyLists;
     platform::headless::HeadlessTrialDecoder trialDecoder;
+    platform::headless::HeadlessFilmPlayer filmPlayer;
     Environment environment{.files = files,
                             .fileManager = fileManager,
                             .newFiles = newFiles_,
@@ -137,6 +139,7 @@ class ReadFailure : public testing::Test {
                             .lookAtStorage = {},
                             .propertyLists = propertyLists,
                             .trialDecoder = trialDecoder,
+                            .filmPlayer = filmPlayer,
                             .console = console,
                             .stopRequested = stop};
     for (const Option& option : command->options()) {
