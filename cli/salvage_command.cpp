@@ -11,10 +11,11 @@
 #include <utility>
 
 #include "cli/batch.h"
-#include "cli/job_progress.h"
 #include "cli/new_output.h"
+#include "cli/rescue_choice.h"
 #include "cli/salvage_outcome.h"
 #include "cli/salvage_page.h"
+#include "cli/salvage_progress.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
 #include "cli/worker_run.h"
@@ -25,42 +26,11 @@ namespace zelvo::cli {
 
 namespace {
 
-/// How far a run is. Thread: any.
-class SalvageProgress final : public salvage::SalvageObserver {
- public:
-  void stage(salvage::SalvageStage stage) override {
-    read_ = 0;
-    stage_ = stage;
-  }
-  void read(std::uint64_t bytes) override { read_.add(bytes); }
-  void beginFlushing() { isFlushing_ = true; }
-
-  [[nodiscard]] Stage shown() const {
-    if (isFlushing_) return Stage::flushing;
-    switch (stage_) {
-      case salvage::SalvageStage::readingHeaders:
-        return Stage::analysing;
-      case salvage::SalvageStage::searching:
-        return Stage::scanning;
-      case salvage::SalvageStage::weighing:
-        return Stage::weighing;
-      case salvage::SalvageStage::writing:
-        break;
-    }
-    return Stage::writing;
-  }
-  [[nodiscard]] std::uint64_t bytesRead() const { return read_; }
-
- private:
-  platform::Relaxed<salvage::SalvageStage> stage_;
-  platform::Relaxed<std::uint64_t> read_;
-  platform::Relaxed<bool> isFlushing_;
-};
-
 /// What was chosen for all inputs.
 struct Choices {
   salvage::SalvageChoices repair;
   std::shared_ptr<platform::ReadableFile> donor;  ///< null without one
+  std::shared_ptr<const ChosenRescue> rescue;     ///< null without a map
   bool isDry = false;
 };
 
@@ -86,6 +56,14 @@ class OneSalvage {
     if (refused) {
       told.outcome.reason = std::move(*refused);
       return told;
+    }
+    if (choices_.rescue) {
+      auto rescue = choices_.rescue->of(printable(inputPath), input.attributes.size);
+      if (auto* sentence = std::get_if<std::string>(&rescue)) {
+        told.outcome.reason = std::move(*sentence);
+        return told;
+      }
+      rescue_ = std::move(std::get<salvage::FilmRescue>(rescue));
     }
     work(input, told);
     told.outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -118,6 +96,7 @@ class OneSalvage {
   salvage::SalvageReport repair(const ChosenInput& input, const platform::CancelMark& cancel) {
     salvage::SalvageRun run{.input = *input.file,
                             .inputSize = input.attributes.size,
+                            .rescue = rescue_ ? &*rescue_ : nullptr,
                             .donor = choices_.donor.get(),
                             .observer = progress_,
                             .cancel = cancel,
@@ -231,6 +210,7 @@ class OneSalvage {
   Environment& environment_;
   NewOutput output_;
   const Choices& choices_;
+  std::optional<salvage::FilmRescue> rescue_;
   platform::Relaxed<std::uint64_t> written_;
   platform::Relaxed<std::uint64_t> expected_;
   SalvageProgress progress_;
@@ -260,7 +240,7 @@ std::optional<ReportWriter> reportOf(std::string_view path) {
 class SalvageCommand final : public Command {
  public:
   std::vector<Option> options() override {
-    return {
+    std::vector<Option> options = {
         {"INPUT", "damaged AVI files; they are only read, never changed", &inputs_},
         {"-o,--output", "where to write the film (for one input)", &output_, "OUTPUT"},
         {"--output-dir", "folder for the films, each named NAME-salvaged.avi", &outputFolder_, "DIR"},
@@ -280,6 +260,11 @@ class SalvageCommand final : public Command {
         {"-q,--quiet", "print errors only", &quiet_},
         {"-v,--verbose", "tell each stretch of damage", &verbose_},
     };
+    rescue_.addTo(options);
+    options.push_back({"--wanted",
+                       "write down what of it would bring most back, as a domain map for ddrescue -m (for one input)",
+                       &wanted_, "FILE"});
+    return options;
   }
 
   std::optional<std::string> misuse() const override {
@@ -288,6 +273,9 @@ class SalvageCommand final : public Command {
     if (inputs_.size() > 1 && donor_) return "--donor takes one input.";
     if (inputs_.size() > 1 && report_) return "--report takes one input.";
     if (report_ && !reportOf(*report_)) return "--report takes a name that ends in .json, .html or .txt.";
+    if (wanted_ && !rescue_.mapPath()) return "--wanted needs --map.";
+    if (wanted_ && (wanted_ == output_ || wanted_ == report_)) return "--wanted and another option name the same file.";
+    if (auto sentence = rescue_.misuse(inputs_.size())) return sentence;
     if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
@@ -310,6 +298,17 @@ class SalvageCommand final : public Command {
       }
       choices_.donor = std::get<ChosenInput>(chosen).file;
     }
+    auto rescue = rescue_.read(environment);
+    if (const auto* sentence = std::get_if<std::string>(&rescue)) {
+      environment.console.error(*sentence);
+      return Exit::ioFailed;
+    }
+    choices_.rescue = std::get<std::shared_ptr<const ChosenRescue>>(rescue);
+    const std::string film = choices_.isDry ? std::string() : placeFor(inputs_.front()).path;
+    if (auto sentence = rescue_.replacedBy({film, report_.value_or(""), wanted_.value_or("")}, environment)) {
+      environment.console.error(*sentence);
+      return Exit::ioFailed;
+    }
     Batch batch(environment, inputs_.size(), json_);
     workOnEach(
         environment, batch, inputs_, [this](const std::string& input) { return placeFor(input); },
@@ -320,6 +319,7 @@ class SalvageCommand final : public Command {
           } else {
             told = OneSalvage(environment, all, assignment.place, choices_).run(assignment.input);
           }
+          if (wanted_) writeWanted(environment, told);
           if (report_) writeReport(environment, all, told);
           batch.report(told.outcome, inWords(told, verbose_), json_ ? inJson(told) : std::string());
           return told.outcome.outputPath;
@@ -337,6 +337,17 @@ class SalvageCommand final : public Command {
     }
   }
 
+  /// The same of the map of what is wanted; it replaces neither the film nor the map that it was made from.
+  void writeWanted(Environment& environment, const SalvageOutcome& told) {
+    if (!told.report || !told.report->rescue) return;
+    const CommandInputs inputs({inputs_.front(), *rescue_.mapPath()}, environment.fileManager);
+    const std::string text = salvage::domainMap(salvage::wantedPlaces(*told.report->rescue), choices_.rescue->map.end);
+    if (auto sentence = writeText(environment, inputs, {*wanted_, force_, false}, text)) {
+      environment.console.error(*sentence);
+      reportExit_ = Exit::ioFailed;
+    }
+  }
+
   [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
     if (output_) return {*output_, force_, false};
     return {salvagedPath(input, outputFolder_), force_, false};
@@ -346,6 +357,8 @@ class SalvageCommand final : public Command {
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;
   std::optional<std::string> report_;
+  RescueChoice rescue_;
+  std::optional<std::string> wanted_;
   std::optional<std::string> donor_;
   std::optional<std::string> fps_;
   std::optional<std::string> rate_;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "cli/json_writer.h"
+#include "cli/rescue_words.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
 
@@ -35,6 +36,15 @@ std::string choiceWords(const salvage::FoundField& field) {
   std::string text = field.name + " " + field.value + " of stream " + std::to_string(field.stream) + "; might also be ";
   for (const std::string& other : field.alternatives)
     text += (&other == &field.alternatives.front() ? "" : ", ") + other;
+  return text;
+}
+
+std::string rescueLines(const salvage::RescueReport& rescue, bool all) {
+  std::string text = line("Disk", rescueWords(rescue));
+  const std::string wanted = wantedWords(rescue);
+  if (!wanted.empty()) text += line("Wanted", wanted);
+  for (std::size_t i = 0; all && i < std::min(rescue.wanted, kMaxToldPlaces); ++i)
+    text += line("Wanted", gainWords(rescue.gains[i]));
   return text;
 }
 
@@ -157,6 +167,7 @@ void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
   json.key("sync_after");
   json.seconds(report->syncAfter);
   json.member("unreadable", report->unreadable);
+  writeRescue(json, report->rescue);
   json.endObject();
 }
 
@@ -184,6 +195,7 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
   } else if (!report.spans.empty()) {
     text += line("Damage", counted(report.spans.size() + report.spansLeftOut, "place") + "; --verbose tells each");
   }
+  if (report.rescue) text += rescueLines(*report.rescue, spans);
   if (base.verdict == Verdict::repairable) {
     return text + line("Output", shownSize(base.outputSize.value_or(0)) + " would be written");
   }

@@ -6,6 +6,7 @@
 #include <array>
 #include <string_view>
 
+#include "cli/rescue_words.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
 
@@ -92,6 +93,7 @@ std::string_view paintOf(salvage::LossCause cause) {
     case LossCause::overwritten:
     case LossCause::zeroed:
     case LossCause::unreadable:
+    case LossCause::unrescued:
       return "hurt";
     case LossCause::missing:
     case LossCause::cut:
@@ -236,6 +238,32 @@ std::string fieldTable(const SalvageReport& report) {
   return text + "</table></div>\n";
 }
 
+std::string rescueTable(const std::optional<salvage::RescueReport>& rescue) {
+  if (!rescue) return {};
+  const std::string wanted = wantedWords(*rescue);
+  std::string text = "<h2>What the disk did not give</h2>\n<p>" + escaped(rescueWords(*rescue)) + ". " +
+                     (wanted.empty() ? "" : escaped(wanted) + ".") + "</p>\n";
+  if (rescue->gains.empty()) return text;
+  text +=
+      "<div class=\"wide\"><table><tr><th class=\"n\">From byte of the map<th class=\"n\">To byte<th "
+      "class=\"n\">Seconds"
+      "<th class=\"n\">Seconds per MiB<th>Holds<th>Wanted</tr>\n";
+  const std::size_t told = std::min(rescue->gains.size(), kMaxRows);
+  for (std::size_t i = 0; i < told; ++i) {
+    const salvage::RescueGain& gain = rescue->gains[i];
+    text += "<tr>" + cell(shownNumber(gain.place.begin), true) + cell(shownNumber(gain.place.end), true) +
+            cell(fixedPoint(gain.seconds, 2), true) + cell(fixedPoint(gain.perMebibyte(), 2), true) +
+            cell(gain.holdsHeaders  ? "headers"
+                 : gain.seconds > 0 ? "film"
+                                    : "nothing known") +
+            cell(i < rescue->wanted ? "yes" : "no") + "</tr>\n";
+  }
+  text += "</table></div>\n";
+  if (told < rescue->gains.size())
+    text += "<p class=\"soft\">" + counted(rescue->gains.size() - told, "more place") + " not shown.</p>\n";
+  return text;
+}
+
 std::string details(const SalvageReport& report) {
   std::uint64_t entries = 0;
   for (const salvage::TemplateSource& index : report.indexes) entries += index.entries;
@@ -268,7 +296,7 @@ std::string salvagePage(const SalvageOutcome& outcome) {
             ". The damaged file is unchanged.</p>\n";
   }
   page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
-          fieldTable(report) + details(report);
+          rescueTable(report.rescue) + fieldTable(report) + details(report);
   return page + "</body>\n</html>\n";
 }
 

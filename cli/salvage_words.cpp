@@ -95,6 +95,8 @@ std::string_view nameOf(LossCause cause) {
       return "cut";
     case LossCause::moved:
       return "moved";
+    case LossCause::unrescued:
+      return "not-rescued";
     case LossCause::unreadable:
       break;
   }
@@ -106,6 +108,7 @@ std::string_view doneAbout(LossCause cause) {
     case LossCause::overwritten:
     case LossCause::zeroed:
     case LossCause::unreadable:
+    case LossCause::unrescued:
       return "what is left is kept, the time of what is lost is filled";
     case LossCause::missing:
     case LossCause::cut:
@@ -128,6 +131,7 @@ std::string_view wordsFor(LossCause cause) {
   if (cause == LossCause::sizeField) return "wrong size";
   if (cause == LossCause::code) return "wrong code";
   if (cause == LossCause::cut) return "cut off";
+  if (cause == LossCause::unrescued) return "not rescued from the disk";
   if (cause == LossCause::moved) return "in parts at several places";
   return nameOf(cause);
 }
@@ -139,7 +143,8 @@ std::string_view evidenceOf(const salvage::SalvagedSpan& span, const SalvageRepo
 std::string_view confidenceOf(const salvage::SalvagedSpan& span, const SalvageReport& report) {
   // That sizes and codes were wrong is proved by the chunks around them, which close on one another.
   const LossCause cause = span.span.cause;
-  const bool isProved = cause == LossCause::sizeField || cause == LossCause::code || cause == LossCause::unreadable;
+  const bool isProved = cause == LossCause::sizeField || cause == LossCause::code || cause == LossCause::unreadable ||
+                        cause == LossCause::unrescued;
   return isProved || evidenceOf(span, report) == "index" ? "high" : "fair";
 }
 

@@ -9,6 +9,7 @@
 #include "platform/trial_decoder.h"
 #include "platform/workers.h"
 #include "salvage/header_synthesis.h"
+#include "salvage/rescue_map.h"
 #include "salvage/salvage_report.h"
 
 namespace zelvo::salvage {
@@ -41,6 +42,7 @@ struct SalvageChoices {
 struct SalvageRun {
   platform::ReadableFile& input;
   std::uint64_t inputSize = 0;              ///< as found when the input was chosen
+  const FilmRescue* rescue = nullptr;       ///< what the map of its rescue says; null without one
   platform::ReadableFile* donor = nullptr;  ///< a film whose headers stand in for lost ones; null without one
   SalvageObserver& observer;
   const platform::CancelMark& cancel;

@@ -13,6 +13,7 @@
 #include "salvage/film_plan.h"
 #include "salvage/header_synthesis.h"
 #include "salvage/index_template.h"
+#include "salvage/rescue_gains.h"
 
 namespace zelvo::salvage {
 
@@ -92,6 +93,7 @@ struct SalvageReport {
   double syncBefore = 0;
   double syncAfter = 0;
   std::uint64_t unreadable = 0;  ///< bytes of payloads in whose place zeros were written
+  std::optional<RescueReport> rescue;  ///< of a film with the map of its rescue
   avi::ReadFailures readFailures;
   std::optional<avi::WriteFailure> writeFailure;
 };

@@ -1,0 +1,44 @@
+/// How far a deep repair is, for who shows it.
+#pragma once
+
+#include <cstdint>
+
+#include "cli/job_progress.h"
+#include "platform/relaxed.h"
+#include "salvage/deep_repair.h"
+
+namespace zelvo::cli {
+
+/// Thread: any.
+class SalvageProgress final : public salvage::SalvageObserver {
+ public:
+  void stage(salvage::SalvageStage stage) override {
+    read_ = 0;
+    stage_ = stage;
+  }
+  void read(std::uint64_t bytes) override { read_.add(bytes); }
+  void beginFlushing() { isFlushing_ = true; }
+
+  [[nodiscard]] Stage shown() const {
+    if (isFlushing_) return Stage::flushing;
+    switch (stage_) {
+      case salvage::SalvageStage::readingHeaders:
+        return Stage::analysing;
+      case salvage::SalvageStage::searching:
+        return Stage::scanning;
+      case salvage::SalvageStage::weighing:
+        return Stage::weighing;
+      case salvage::SalvageStage::writing:
+        break;
+    }
+    return Stage::writing;
+  }
+  [[nodiscard]] std::uint64_t bytesRead() const { return read_; }
+
+ private:
+  platform::Relaxed<salvage::SalvageStage> stage_;
+  platform::Relaxed<std::uint64_t> read_;
+  platform::Relaxed<bool> isFlushing_;
+};
+
+}  // namespace zelvo::cli
