@@ -45,7 +45,7 @@ class OneSalvage {
   [[nodiscard]] SalvageOutcome run(const std::string& inputPath) {
     const auto start = std::chrono::steady_clock::now();
     SalvageOutcome told{.outcome = outcomeOf("salvage", inputPath), .report = {}};
-    auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager);
+    auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager, FirstByte::left);
     if (auto* sentence = std::get_if<std::string>(&chosen)) {
       told.outcome.reason = std::move(*sentence);
       return told;
@@ -103,6 +103,8 @@ class OneSalvage {
                             .workers = environment_.workers,
                             .decoder = &environment_.trialDecoder,
                             .choices = choices_.repair,
+                            .sharedInput = input.file,
+                            .sharedDonor = choices_.donor,
                             .makeOutput = {}};
     if (!choices_.isDry) {
       run.makeOutput = [this](std::uint64_t size) -> platform::WritableFile* {
@@ -291,7 +293,7 @@ class SalvageCommand final : public Command {
     if (fps_) choices_.repair.rates.pictures = numberIn(*fps_, 0.01, 1000);
     if (rate_) choices_.repair.rates.samples = static_cast<std::uint32_t>(*numberIn(*rate_, 100, 1e6));
     if (donor_) {
-      auto chosen = chooseInput(*donor_, environment.files, environment.fileManager);
+      auto chosen = chooseInput(*donor_, environment.files, environment.fileManager, FirstByte::left);
       if (const auto* sentence = std::get_if<std::string>(&chosen)) {
         environment.console.error(*sentence);
         return Exit::ioFailed;

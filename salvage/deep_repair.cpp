@@ -18,6 +18,8 @@
 #include "salvage/plan_choices.h"
 #include "salvage/recent_reads.h"
 #include "salvage/rescued_file.h"
+#include "salvage/retried_reads.h"
+#include "salvage/stoppable_reads.h"
 #include "salvage/text_transfer.h"
 #include "salvage/tried_keys.h"
 
@@ -84,7 +86,10 @@ class Work {
  public:
   explicit Work(const SalvageRun& run)
       : run_(run),
-        rescued_(run.input, run.rescue != nullptr ? run.rescue->lost : kNothing),
+        stoppable_(stoppable(run, run.sharedInput)),
+        stoppableDonor_(stoppable(run, run.sharedDonor)),
+        retried_(stoppable_ ? static_cast<platform::ReadableFile&>(*stoppable_) : run.input),
+        rescued_(retried_, run.rescue != nullptr ? run.rescue->lost : kNothing),
         file_(rescued_, run.observer),
         text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
         recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
@@ -108,6 +113,11 @@ class Work {
 
  private:
   [[nodiscard]] bool isEnding() const { return run_.cancel.abandoned(); }
+
+  static std::unique_ptr<StoppableReads> stoppable(const SalvageRun& run,
+                                                   std::shared_ptr<platform::ReadableFile> file) {
+    return file ? std::make_unique<StoppableReads>(std::move(file), run.cancel, run.workers) : nullptr;
+  }
 
   SalvageEnd makePlan() {
     run_.observer.stage(SalvageStage::readingHeaders);
@@ -178,7 +188,7 @@ class Work {
     };
     std::vector<StreamSample> lost = sample();
     if (!lost.empty() && run_.donor != nullptr) {
-      avi::InputFile donor(*run_.donor);
+      avi::InputFile donor(stoppableDonor_ ? static_cast<platform::ReadableFile&>(*stoppableDonor_) : *run_.donor);
       report_.isDonorUseless = takeFromDonor(header_, survivingHeaders(donor), lost) == 0;
       lost = sample();
     }
@@ -209,6 +219,9 @@ class Work {
   static inline const std::vector<ByteSpan> kNothing;
 
   const SalvageRun& run_;
+  const std::unique_ptr<StoppableReads> stoppable_;  ///< null where reads are waited for, as the next
+  const std::unique_ptr<StoppableReads> stoppableDonor_;
+  RetriedReads retried_;
   RescuedFile rescued_;
   WatchedFile file_;
   const std::unique_ptr<TextTransfer> text_;  ///< the input as it was before it was taken for text

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 #include "platform/files.h"
 #include "platform/trial_decoder.h"
@@ -49,6 +50,10 @@ struct SalvageRun {
   platform::Workers& workers;
   platform::TrialDecoder* decoder = nullptr;  ///< what compressed payloads are tried with; null without one
   SalvageChoices choices;
+  /// The same files as `input` and `donor`, for reads that hang and outlive the run after a stop; where they are null,
+  /// a stop waits for reads.
+  std::shared_ptr<platform::ReadableFile> sharedInput = nullptr;
+  std::shared_ptr<platform::ReadableFile> sharedDonor = nullptr;
   /// Asked once, before anything is written, for an empty file that is to become so long; null when there is none. Not
   /// set for a dry run.
   std::function<platform::WritableFile*(std::uint64_t size)> makeOutput;
