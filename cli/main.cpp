@@ -12,6 +12,7 @@
 
 #include "cli/command_line.h"
 #include "cli/environment.h"
+#include "cli/told_parent.h"
 #include "platform/linux/bundle.h"
 #include "platform/linux/checksums.h"
 #include "platform/linux/film_programs.h"
@@ -20,7 +21,6 @@
 #include "platform/linux/path_probe_child.h"
 #include "platform/linux/services.h"
 #include "platform/linux/trial_decoder.h"
-#include "salvage/batch_queue.h"
 
 namespace {
 
@@ -69,10 +69,7 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
   if (parent != nullptr) {
     system.workers.useAtMost(parent->threads());
     if (parent->wantsProgress()) {
-      console.setProgressTo([&](std::string_view line) {
-        parent->tell(zelvo::salvage::filmMessage(
-            {zelvo::salvage::FilmMessage::Kind::progress, std::string(line), std::nullopt}));
-      });
+      console.setProgressTo([parent](std::string_view line) { zelvo::cli::tellProgress(*parent, line); });
     }
   }
   LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(zelvo::platform::linux_::LinuxBundle::runningProgram()));

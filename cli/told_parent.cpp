@@ -73,6 +73,10 @@ std::optional<std::string> askForName(Environment& environment, Outcome& outcome
   return printable(outcome.inputPath) + " was left undone: its batch ended, or could not write its journal.";
 }
 
+void tellProgress(platform::FilmParent& parent, std::string_view line) {
+  parent.tell(salvage::filmMessage({salvage::FilmMessage::Kind::progress, std::string(line), {}}));
+}
+
 void tellEnd(Environment& environment, Outcome outcome) {
   if (environment.parent == nullptr) return;
   const std::string output = outcome.outputPath.value_or("");

@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "cli/environment.h"
 #include "cli/outcome.h"
@@ -15,6 +16,9 @@ namespace zelvo::cli {
 /// \return a sentence when the output may not get its name
 [[nodiscard]] std::optional<std::string> askForName(Environment& environment, Outcome& outcome,
                                                     const std::string& hiddenPath);
+
+/// Tells how far it is.
+void tellProgress(platform::FilmParent& parent, std::string_view line);
 
 /// Tells the end of the film.
 void tellEnd(Environment& environment, Outcome outcome);

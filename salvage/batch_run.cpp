@@ -156,8 +156,9 @@ void BatchRun::end(std::size_t film, const FilmResult& result) {
   if (result.line && result.isLast) {
     known.line = *result.line;
     complete(film, known.line);
-    const int exit = result.end && result.end->exit >= 0 ? result.end->exit : kFailedExit;
-    if (exit != known.line.exit && !isDone(exit)) known.line.exit = exit;
+    // A program that was killed after it had told its end has come to it all the same.
+    const int exit = result.end && result.end->signal == 0 ? result.end->exit : known.line.exit;
+    if (!isDone(exit)) known.line.exit = exit;
     known.line.state = isDone(known.line.exit) ? LineState::done : LineState::failed;
   } else if (result.line && isInPlace(*result.line->output, services_.fileManager)) {
     known.line = *result.line;
