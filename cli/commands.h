@@ -17,5 +17,7 @@ namespace zelvo::cli {
 [[nodiscard]] std::unique_ptr<Command> makeRepairCommand();
 /// `salvage`: brings back what is left of damaged AVI files.
 [[nodiscard]] std::unique_ptr<Command> makeSalvageCommand();
+/// `summary`: what journals of batches say together.
+[[nodiscard]] std::unique_ptr<Command> makeSummaryCommand();
 
 }  // namespace zelvo::cli

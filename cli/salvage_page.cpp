@@ -6,6 +6,7 @@
 #include <array>
 #include <string_view>
 
+#include "cli/html_text.h"
 #include "cli/rescue_words.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
@@ -55,29 +56,6 @@ svg .soft { fill: var(--soft); }
 rect.mark:hover { stroke: var(--text); stroke-width: 2; }
 )";
 
-std::string escaped(std::string_view text) {
-  std::string out;
-  for (const char c : printable(text)) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out;
-}
-
 /// How a stretch of damage is painted.
 std::string_view paintOf(salvage::LossCause cause) {
   using salvage::LossCause;
@@ -115,7 +93,7 @@ std::string rectangle(double x, int y, double width, std::string_view paint, con
   std::string text = "<rect" + std::string(isMark ? " class=\"mark fill-" : " rx=\"3\" class=\"fill-") +
                      std::string(paint) + "\" x=\"" + fixedPoint(x, 2) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
                      fixedPoint(width, 2) + "\" height=\"" + std::to_string(kBarHeight) + "\"";
-  return text + (isMark ? "><title>" + escaped(title) + "</title></rect>\n" : "/>\n");
+  return text + (isMark ? "><title>" + htmlText(title) + "</title></rect>\n" : "/>\n");
 }
 
 /// A bar with marks from `begin` to `end` of `all`.
@@ -123,9 +101,9 @@ class Bars {
  public:
   void begin(const std::string& label, const std::string& all) {
     const int y = 4 + rows_ * kRow;
-    out_ += "<text x=\"0\" y=\"" + std::to_string(y + 11) + "\">" + escaped(label) +
+    out_ += "<text x=\"0\" y=\"" + std::to_string(y + 11) + "\">" + htmlText(label) +
             "</text><text class=\"soft\" text-anchor=\"end\" x=\"1000\" y=\"" + std::to_string(y + 11) + "\">" +
-            escaped(all) + "</text>\n" + rectangle(0, y + 17, kBar, "whole", "");
+            htmlText(all) + "</text>\n" + rectangle(0, y + 17, kBar, "whole", "");
     ++rows_;
   }
   void mark(double begin, double end, double all, std::string_view paint, const std::string& title) {
@@ -175,7 +153,7 @@ std::string picture(const SalvageReport& report) {
 }
 
 std::string cell(const std::string& text, bool isNumber = false) {
-  return (isNumber ? "<td class=\"n\">" : "<td>") + escaped(text) + "</td>";
+  return (isNumber ? "<td class=\"n\">" : "<td>") + htmlText(text) + "</td>";
 }
 
 std::string streamTable(const SalvageReport& report) {
@@ -279,20 +257,20 @@ std::string details(const SalvageReport& report) {
 
 std::string salvagePage(const SalvageOutcome& outcome) {
   const Outcome& base = outcome.outcome;
-  const std::string name = escaped(base.inputPath);
+  const std::string name = htmlText(base.inputPath);
   std::string page =
       "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
       name + "</title>\n<style>" + std::string(kStyle) + "</style>\n</head>\n<body>\n<h1>" + name + "</h1>\n";
-  if (!outcome.report) return page + "<p>" + escaped(base.reason) + "</p>\n</body>\n</html>\n";
+  if (!outcome.report) return page + "<p>" + htmlText(base.reason) + "</p>\n</body>\n</html>\n";
   const SalvageReport& report = *outcome.report;
   const std::string verdict(nameOf(report.verdict));
   page += "<p><span class=\"verdict " + verdict + "\">" + verdict + "</span></p>\n<p>" +
-          escaped(verdictSentence(report)) + "</p>\n";
-  if (report.returnsLeftOut > 0) page += "<p>The file was " + escaped(transferWords(report)) + ".</p>\n";
-  if (!base.reason.empty()) page += "<p>" + escaped(base.reason) + "</p>\n";
+          htmlText(verdictSentence(report)) + "</p>\n";
+  if (report.returnsLeftOut > 0) page += "<p>The file was " + htmlText(transferWords(report)) + ".</p>\n";
+  if (!base.reason.empty()) page += "<p>" + htmlText(base.reason) + "</p>\n";
   if (base.outputPath) {
-    page += "<p class=\"soft\">Written: " + escaped(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
+    page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
             ". The damaged file is unchanged.</p>\n";
   }
   page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
