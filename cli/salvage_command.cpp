@@ -25,6 +25,7 @@
 #include "cli/worker_run.h"
 #include "platform/ran_out.h"
 #include "salvage/deep_repair.h"
+#include "salvage/film_check.h"
 
 namespace zelvo::cli {
 
@@ -36,6 +37,7 @@ struct Choices {
   std::shared_ptr<platform::ReadableFile> donor;  ///< null without one
   std::shared_ptr<const ChosenRescue> rescue;     ///< null without a map
   bool isDry = false;
+  bool verifies = false;  ///< plays the film that was written
 };
 
 class OneSalvage {
@@ -121,9 +123,36 @@ class OneSalvage {
     }
     salvage::SalvageReport report = salvage::salvage(run);
     if (report.end != salvage::SalvageEnd::written || report.writeFailure) return report;
+    if (choices_.verifies) {
+      if (const std::error_code error = verify(cancel)) {
+        report.writeFailure = {report.outputSize, error};
+        return report;
+      }
+    }
     progress_.beginFlushing();
     if (const std::error_code error = hidden_.flushAndClose()) report.writeFailure = {report.outputSize, error};
     return report;
+  }
+
+  /// Plays what was written, before it has its final name. Pictures that its index falsely calls keys are not called so
+  /// any more; then it is played again.
+  /// \return why the index could not be changed. Thread: the worker.
+  std::error_code verify(const platform::CancelMark& cancel) {
+    progress_.beginPlaying();
+    auto opened = environment_.files.openForReading(hidden_.path());
+    if (!opened.file) return opened.error;
+    const salvage::FilmCheckRun run{.file = *opened.file,
+                                    .path = hidden_.path(),
+                                    .player = environment_.filmPlayer,
+                                    .choices = {},
+                                    .cancel = cancel,
+                                    .progress = [this](std::uint64_t offset) { progress_.played(offset); }};
+    played_ = salvage::checkFilm(run);
+    if (played_->falseKeys.empty() || cancel.abandoned()) return {};
+    keysDropped_ = played_->falseKeyPictures();
+    const std::error_code error = salvage::dropKeyFlags(*hidden_.file(), played_->falseKeys);
+    if (!error) played_ = salvage::checkFilm(run);
+    return error;
   }
 
   void showProgress(ProgressLine& line, std::uint64_t inputSize) {
@@ -138,6 +167,9 @@ class OneSalvage {
     } else if (stage == Stage::writing) {
       all = expected_;
       done = written_;
+    } else if (stage == Stage::playing) {
+      all = expected_;
+      done = progress_.playedUpTo();
     }
     environment_.console.progress(line.text(now, stage, done, all));
   }
@@ -180,6 +212,14 @@ class OneSalvage {
       outcome.verdict = Verdict::repairable;
     } else if (!nameOutput(outcome)) {
       return;
+    }
+    told.played = std::move(played_);
+    told.keysDropped = keysDropped_;
+    if (told.played && told.played->end == platform::PlayEnd::noPlayer) {
+      warn(outcome,
+           "the film was not verified, since the program zelvo-avi-player, which lies beside zelvo-avi, is "
+           "missing or cannot run here.");
+      told.played.reset();
     }
     if (told.report->isDonorUseless) {
       warn(outcome, "the donor's headers cannot be those of " + printable(input.path) +
@@ -235,6 +275,8 @@ class OneSalvage {
   platform::Relaxed<std::uint64_t> expected_;
   SalvageProgress progress_;
   HiddenFile hidden_;
+  std::optional<salvage::FilmCheck> played_;  ///< what playing the output showed
+  std::uint64_t keysDropped_ = 0;
   std::string obstacle_;  ///< why there will be no output; a sentence
 };
 
@@ -276,6 +318,7 @@ class SalvageCommand final : public Command {
         {"--damaged", "pictures that are damaged: keep them (default), or put empty ones there, which seeks better",
          &damaged_, "keep|empty"},
         {"--gaps", "time that is lost: fill it (default), or close it up", &gaps_, "fill|close"},
+        {"--verify", "play the film that was written by decoding it, and tell what plays", &choices_.verifies},
         {"--dry-run", "write nothing but the report", &choices_.isDry},
         {"-f,--force", "replace an existing output", &force_},
         {"--allow-growth", "write the film even if it is much larger than its input", &choices_.repair.allowsGrowth},
@@ -303,6 +346,7 @@ class SalvageCommand final : public Command {
     if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
+    if (choices_.verifies && choices_.isDry) return "--verify plays what is written, and --dry-run writes nothing.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
     if (gaps_ && *gaps_ != "fill" && *gaps_ != "close") return "--gaps is either fill or close.";
     if (batch_.namesMore() && (output_ || donor_ || report_ || rescue_.mapPath())) {

@@ -10,6 +10,7 @@
 #include "cli/rescue_words.h"
 #include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "cli/verify_words.h"
 
 namespace zelvo::cli {
 
@@ -253,6 +254,19 @@ std::string details(const SalvageReport& report) {
          " s apart.</p>\n";
 }
 
+/// What playing the film showed, when that was wanted.
+std::string playing(const SalvageOutcome& outcome) {
+  if (!outcome.played) return {};
+  std::string text = "<h2>Does it play?</h2>\n<p>" + escaped(verdictSentence(*outcome.played)) + "</p>\n";
+  if (outcome.keysDropped > 0)
+    text += "<p>" + counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows.</p>\n";
+  const std::vector<std::string> faults = checkLines(*outcome.played, true);
+  if (faults.empty()) return text;
+  text += "<ul>\n";
+  for (const std::string& fault : faults) text += "<li>" + escaped(fault) + "</li>\n";
+  return text + "</ul>\n";
+}
+
 }  // namespace
 
 std::string salvagePage(const SalvageOutcome& outcome) {
@@ -273,6 +287,7 @@ std::string salvagePage(const SalvageOutcome& outcome) {
     page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
             ". The damaged file is unchanged.</p>\n";
   }
+  page += playing(outcome);
   page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
           rescueTable(report.rescue) + fieldTable(report) + details(report);
   return page + "</body>\n</html>\n";
