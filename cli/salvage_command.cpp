@@ -15,7 +15,6 @@
 #include "cli/new_output.h"
 #include "cli/salvage_outcome.h"
 #include "cli/salvage_page.h"
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
 #include "cli/worker_run.h"
 #include "platform/ran_out.h"

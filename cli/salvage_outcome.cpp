@@ -4,8 +4,8 @@
 #include <array>
 
 #include "cli/json_writer.h"
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 
@@ -129,7 +129,7 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
     json.member("chunks", span.span.slots);
     json.key("streams");
     json.beginArray();
-    for (const std::uint8_t stream : span.streams) json.number(stream);
+    for (const salvage::SpanShare& share : span.streams) json.number(share.stream);
     json.endArray();
     json.endObject();
   }
@@ -209,6 +209,22 @@ std::string inJson(const SalvageOutcome& outcome) {
   endJson(json, outcome.outcome);
   json.endObject();
   return json.take() + "\n";
+}
+
+std::string whyNothing(const SalvageReport& report, const std::string& name) {
+  if (report.inputSize == 0) return name + " is empty.";
+  if (report.end == salvage::SalvageEnd::noHeader) {
+    return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
+  }
+  if (report.end == salvage::SalvageEnd::manySounds) {
+    return name + " has several sound tracks; --rate is for a film that has one.";
+  }
+  if (report.end == salvage::SalvageEnd::tooLarge) {
+    return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +
+           " large, and no more than " + shownSize(report.outputLimit) +
+           " can be right; use --allow-growth to have it all the same.";
+  }
+  return "nothing can be brought back from " + name + ": no picture and no sound was found in it.";
 }
 
 }  // namespace zelvo::cli

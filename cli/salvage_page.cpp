@@ -6,8 +6,8 @@
 #include <array>
 #include <string_view>
 
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 
@@ -15,6 +15,7 @@ namespace {
 
 using salvage::SalvagedSpan;
 using salvage::SalvageReport;
+using salvage::shownTime;
 using salvage::SlotState;
 
 constexpr double kBar = 1000;
@@ -161,7 +162,7 @@ std::string picture(const SalvageReport& report) {
     bars.begin(streamName(report, stream) + ", " + codecOf(report.streams[stream]), shownTime(seconds));
     for (std::size_t i = 0; i < told; ++i) {
       const SalvagedSpan& span = report.spans[i];
-      if (std::ranges::count(span.streams, stream) == 0) continue;
+      if (std::ranges::count(span.streams, stream, &salvage::SpanShare::stream) == 0) continue;
       bars.mark(span.begin, span.end, seconds, paintOf(span.span.cause), spanWords(span, report));
     }
   }
@@ -207,9 +208,9 @@ std::string spanTable(const SalvageReport& report) {
   for (std::size_t i = 0; i < told; ++i) {
     const SalvagedSpan& span = report.spans[i];
     std::string streams;
-    for (const std::uint8_t stream : span.streams)
-      streams +=
-          (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[stream])) + " " + std::to_string(stream);
+    for (const salvage::SpanShare& share : span.streams)
+      streams += (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[share.stream])) + " " +
+                 std::to_string(share.stream);
     std::string time = shownTime(span.begin);
     if (span.end > span.begin) time += " to " + shownTime(span.end);
     text += "<tr>" + cell(shownNumber(span.span.begin), true) + cell(shownNumber(span.span.end), true) +

@@ -108,6 +108,7 @@ class Work {
     run_.observer.stage(SalvageStage::readingHeaders);
     const SurvivingHeaders headers = survivingHeaders(input_);
     report_.hasMainHeader = headers.main.has_value();
+    if (headers.main || !headers.streams.empty()) report_.headerEnd = headers.mediaBegin();
     report_.headersClaimed = headers.main ? headers.main->streams : 0;
     if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);
