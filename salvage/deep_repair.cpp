@@ -124,6 +124,7 @@ class Work {
     const SurvivingHeaders headers = survivingHeaders(input_, unrescued_);
     mediaBegin_ = headers.mediaBegin();
     report_.hasMainHeader = headers.main.has_value();
+    if (headers.main || !headers.streams.empty()) report_.headerEnd = headers.mediaBegin();
     report_.headersClaimed = headers.main ? headers.main->streams : 0;
     if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);

@@ -274,7 +274,8 @@ bool Reading::isNextToOthersChunks(const StandardIndex& index, const SuperIndex&
 
 void Reading::readStandard(const StandardIndex& index) {
   const auto code = codes_.findAnyStream(index.chunkId);
-  TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index)};
+  TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index),
+                        static_cast<std::uint32_t>(index.entrySize())};
   const std::uint64_t end = std::min(index.end(), input_.size());
   if (code) {
     eachRecord(input_, scan_.unrescued, source.offset, end, index.entrySize(), [&](ByteView bytes) {
