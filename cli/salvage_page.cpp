@@ -6,33 +6,29 @@
 #include <array>
 #include <string_view>
 
-<<<<<<< HEAD
 #include "cli/html_text.h"
 #include "cli/rescue_words.h"
 #include "cli/shown_text.h"
 #include "cli/verify_words.h"
-    =======
-#include "cli/shown_text.h"
 #include "salvage/salvage_words.h"
-    >>>>>>> window-deep
 
-    namespace zelvo::cli {
+namespace zelvo::cli {
 
-  namespace {
+namespace {
 
-  using salvage::SalvagedSpan;
-  using salvage::SalvageReport;
-  using salvage::SlotState;
+using salvage::SalvagedSpan;
+using salvage::SalvageReport;
+using salvage::SlotState;
 
-  constexpr double kBar = 1000;
-  constexpr int kBarHeight = 22;
-  constexpr int kRow = 46;
-  /// Narrower marks could not be seen, or met with a pointer.
-  constexpr double kThinnest = 2;
-  /// More spans than this make a page that no reader reads; the first ones are told.
-  constexpr std::size_t kMaxRows = 2000;
+constexpr double kBar = 1000;
+constexpr int kBarHeight = 22;
+constexpr int kRow = 46;
+/// Narrower marks could not be seen, or met with a pointer.
+constexpr double kThinnest = 2;
+/// More spans than this make a page that no reader reads; the first ones are told.
+constexpr std::size_t kMaxRows = 2000;
 
-  constexpr std::string_view kStyle = R"(
+constexpr std::string_view kStyle = R"(
 :root { color-scheme: light dark; --page: #ffffff; --text: #1c2430; --soft: #5b6675; --line: #d5dbe3; --card: #f4f6f9;
   --whole: #3b9b6d; --lost: #c8372d; --hurt: #e08a1e; --mended: #2f7fd1; --extra: #8a5cc2; }
 @media (prefers-color-scheme: dark) { :root { --page: #14181f; --text: #e6eaf0; --soft: #9aa6b6; --line: #323b48;
@@ -61,241 +57,241 @@ svg .soft { fill: var(--soft); }
 rect.mark:hover { stroke: var(--text); stroke-width: 2; }
 )";
 
-  /// How a stretch of damage is painted.
-  std::string_view paintOf(salvage::LossCause cause) {
-    using salvage::LossCause;
-    switch (cause) {
-      case LossCause::sizeField:
-      case LossCause::code:
-      case LossCause::moved:
-        return "mended";
-      case LossCause::inserted:
-      case LossCause::doubled:
-      case LossCause::foreign:
-        return "extra";
-      case LossCause::overwritten:
-      case LossCause::zeroed:
-      case LossCause::unreadable:
-      case LossCause::unrescued:
-        return "hurt";
-      case LossCause::missing:
-      case LossCause::cut:
-        break;
-    }
-    return "lost";
+/// How a stretch of damage is painted.
+std::string_view paintOf(salvage::LossCause cause) {
+  using salvage::LossCause;
+  switch (cause) {
+    case LossCause::sizeField:
+    case LossCause::code:
+    case LossCause::moved:
+      return "mended";
+    case LossCause::inserted:
+    case LossCause::doubled:
+    case LossCause::foreign:
+      return "extra";
+    case LossCause::overwritten:
+    case LossCause::zeroed:
+    case LossCause::unreadable:
+    case LossCause::unrescued:
+      return "hurt";
+    case LossCause::missing:
+    case LossCause::cut:
+      break;
+  }
+  return "lost";
+}
+
+struct Key {
+  std::string_view paint;
+  std::string_view words;
+};
+constexpr std::array kKeys = {Key{"whole", "as it was"}, Key{"mended", "mended"},
+                              Key{"hurt", "overwritten or unreadable"}, Key{"lost", "missing"},
+                              Key{"extra", "not of this film"}};
+
+std::string rectangle(double x, int y, double width, std::string_view paint, const std::string& title) {
+  const bool isMark = !title.empty();
+  std::string text = "<rect" + std::string(isMark ? " class=\"mark fill-" : " rx=\"3\" class=\"fill-") +
+                     std::string(paint) + "\" x=\"" + fixedPoint(x, 2) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
+                     fixedPoint(width, 2) + "\" height=\"" + std::to_string(kBarHeight) + "\"";
+  return text + (isMark ? "><title>" + htmlText(title) + "</title></rect>\n" : "/>\n");
+}
+
+/// A bar with marks from `begin` to `end` of `all`.
+class Bars {
+ public:
+  void begin(const std::string& label, const std::string& all) {
+    const int y = 4 + rows_ * kRow;
+    out_ += "<text x=\"0\" y=\"" + std::to_string(y + 11) + "\">" + htmlText(label) +
+            "</text><text class=\"soft\" text-anchor=\"end\" x=\"1000\" y=\"" + std::to_string(y + 11) + "\">" +
+            htmlText(all) + "</text>\n" + rectangle(0, y + 17, kBar, "whole", "");
+    ++rows_;
+  }
+  void mark(double begin, double end, double all, std::string_view paint, const std::string& title) {
+    if (all <= 0) return;
+    const double width = std::clamp((end - begin) / all * kBar, kThinnest, kBar);
+    const double x = std::clamp(begin / all * kBar, 0.0, kBar - width);
+    out_ += rectangle(x, 4 + (rows_ - 1) * kRow + 17, width, paint, title);
+  }
+  [[nodiscard]] std::string drawing() const {
+    return "<svg viewBox=\"0 0 1000 " + std::to_string(rows_ * kRow) +
+           "\" role=\"img\" aria-label=\"Where the film is damaged\">\n" + out_ + "</svg>\n";
   }
 
-  struct Key {
-    std::string_view paint;
-    std::string_view words;
-  };
-  constexpr std::array kKeys = {Key{"whole", "as it was"}, Key{"mended", "mended"},
-                                Key{"hurt", "overwritten or unreadable"}, Key{"lost", "missing"},
-                                Key{"extra", "not of this film"}};
+ private:
+  std::string out_;
+  int rows_ = 0;
+};
 
-  std::string rectangle(double x, int y, double width, std::string_view paint, const std::string& title) {
-    const bool isMark = !title.empty();
-    std::string text = "<rect" + std::string(isMark ? " class=\"mark fill-" : " rx=\"3\" class=\"fill-") +
-                       std::string(paint) + "\" x=\"" + fixedPoint(x, 2) + "\" y=\"" + std::to_string(y) +
-                       "\" width=\"" + fixedPoint(width, 2) + "\" height=\"" + std::to_string(kBarHeight) + "\"";
-    return text + (isMark ? "><title>" + htmlText(title) + "</title></rect>\n" : "/>\n");
+std::string streamName(const SalvageReport& report, std::size_t stream) {
+  return "Stream " + std::to_string(stream) + ": " + std::string(kindOf(report.streams[stream]));
+}
+
+std::string picture(const SalvageReport& report) {
+  Bars bars;
+  const std::size_t told = std::min(report.spans.size(), kMaxRows);
+  bars.begin("The damaged file", shownSize(report.inputSize));
+  const auto bytes = static_cast<double>(report.inputSize - report.returnsLeftOut);
+  for (std::size_t i = 0; i < told; ++i) {
+    const SalvagedSpan& span = report.spans[i];
+    bars.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end), bytes, paintOf(span.span.cause),
+              spanWords(span, report));
   }
-
-  /// A bar with marks from `begin` to `end` of `all`.
-  class Bars {
-   public:
-    void begin(const std::string& label, const std::string& all) {
-      const int y = 4 + rows_ * kRow;
-      out_ += "<text x=\"0\" y=\"" + std::to_string(y + 11) + "\">" + htmlText(label) +
-              "</text><text class=\"soft\" text-anchor=\"end\" x=\"1000\" y=\"" + std::to_string(y + 11) + "\">" +
-              htmlText(all) + "</text>\n" + rectangle(0, y + 17, kBar, "whole", "");
-      ++rows_;
-    }
-    void mark(double begin, double end, double all, std::string_view paint, const std::string& title) {
-      if (all <= 0) return;
-      const double width = std::clamp((end - begin) / all * kBar, kThinnest, kBar);
-      const double x = std::clamp(begin / all * kBar, 0.0, kBar - width);
-      out_ += rectangle(x, 4 + (rows_ - 1) * kRow + 17, width, paint, title);
-    }
-    [[nodiscard]] std::string drawing() const {
-      return "<svg viewBox=\"0 0 1000 " + std::to_string(rows_ * kRow) +
-             "\" role=\"img\" aria-label=\"Where the film is damaged\">\n" + out_ + "</svg>\n";
-    }
-
-   private:
-    std::string out_;
-    int rows_ = 0;
-  };
-
-  std::string streamName(const SalvageReport& report, std::size_t stream) {
-    return "Stream " + std::to_string(stream) + ": " + std::string(kindOf(report.streams[stream]));
-  }
-
-  std::string picture(const SalvageReport& report) {
-    Bars bars;
-    const std::size_t told = std::min(report.spans.size(), kMaxRows);
-    bars.begin("The damaged file", shownSize(report.inputSize));
-    const auto bytes = static_cast<double>(report.inputSize - report.returnsLeftOut);
+  for (std::size_t stream = 0; stream < report.streams.size(); ++stream) {
+    const double seconds = report.streams[stream].all().seconds;
+    bars.begin(streamName(report, stream) + ", " + codecOf(report.streams[stream]), shownTime(seconds));
     for (std::size_t i = 0; i < told; ++i) {
       const SalvagedSpan& span = report.spans[i];
-      bars.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end), bytes,
-                paintOf(span.span.cause), spanWords(span, report));
+      if (std::ranges::count(span.streams, stream, &salvage::SpanShare::stream) == 0) continue;
+      bars.mark(span.begin, span.end, seconds, paintOf(span.span.cause), spanWords(span, report));
     }
-    for (std::size_t stream = 0; stream < report.streams.size(); ++stream) {
-      const double seconds = report.streams[stream].all().seconds;
-      bars.begin(streamName(report, stream) + ", " + codecOf(report.streams[stream]), shownTime(seconds));
-      for (std::size_t i = 0; i < told; ++i) {
-        const SalvagedSpan& span = report.spans[i];
-        if (std::ranges::count(span.streams, stream, &salvage::SpanShare::stream) == 0) continue;
-        bars.mark(span.begin, span.end, seconds, paintOf(span.span.cause), spanWords(span, report));
-      }
-    }
-    std::string text = "<figure>\n" + bars.drawing() + "<div class=\"key\">";
-    for (const Key& key : kKeys) {
-      text += "<span><i class=\"fill-" + std::string(key.paint) + "\"></i>" + std::string(key.words) + "</span>";
-    }
-    return text + "</div></figure>\n";
   }
-
-  std::string cell(const std::string& text, bool isNumber = false) {
-    return (isNumber ? "<td class=\"n\">" : "<td>") + htmlText(text) + "</td>";
+  std::string text = "<figure>\n" + bars.drawing() + "<div class=\"key\">";
+  for (const Key& key : kKeys) {
+    text += "<span><i class=\"fill-" + std::string(key.paint) + "\"></i>" + std::string(key.words) + "</span>";
   }
+  return text + "</div></figure>\n";
+}
 
-  std::string streamTable(const SalvageReport& report) {
-    std::string text =
-        "<h2>Streams</h2>\n<div class=\"wide\"><table><tr><th>Stream<th>Codec<th>Header<th class=\"n\">Length"
-        "<th class=\"n\">Chunks<th class=\"n\">Whole<th class=\"n\">Mended<th class=\"n\">Damaged<th class=\"n\">Lost"
-        "</tr>\n";
-    const auto both = [](const salvage::SalvagedStream& stream, SlotState one, SlotState other) {
-      return shownNumber(stream.of(one).chunks + stream.of(other).chunks);
-    };
-    for (std::size_t i = 0; i < report.streams.size(); ++i) {
-      const salvage::SalvagedStream& stream = report.streams[i];
-      text += "<tr>" + cell(streamName(report, i)) + cell(codecOf(stream)) + cell(std::string(nameOf(stream.origin))) +
-              cell(shownTime(stream.all().seconds), true) + cell(shownNumber(stream.all().chunks), true) +
-              cell(shownNumber(stream.of(SlotState::whole).chunks), true) +
-              cell(both(stream, SlotState::sizeMended, SlotState::codeMended), true) +
-              cell(shownNumber(stream.notWhole().chunks - stream.of(SlotState::lost).chunks -
-                               stream.of(SlotState::refilled).chunks),
-                   true) +
-              cell(both(stream, SlotState::lost, SlotState::refilled), true) + "</tr>\n";
-    }
-    return text + "</table></div>\n";
+std::string cell(const std::string& text, bool isNumber = false) {
+  return (isNumber ? "<td class=\"n\">" : "<td>") + htmlText(text) + "</td>";
+}
+
+std::string streamTable(const SalvageReport& report) {
+  std::string text =
+      "<h2>Streams</h2>\n<div class=\"wide\"><table><tr><th>Stream<th>Codec<th>Header<th class=\"n\">Length"
+      "<th class=\"n\">Chunks<th class=\"n\">Whole<th class=\"n\">Mended<th class=\"n\">Damaged<th class=\"n\">Lost"
+      "</tr>\n";
+  const auto both = [](const salvage::SalvagedStream& stream, SlotState one, SlotState other) {
+    return shownNumber(stream.of(one).chunks + stream.of(other).chunks);
+  };
+  for (std::size_t i = 0; i < report.streams.size(); ++i) {
+    const salvage::SalvagedStream& stream = report.streams[i];
+    text += "<tr>" + cell(streamName(report, i)) + cell(codecOf(stream)) + cell(std::string(nameOf(stream.origin))) +
+            cell(shownTime(stream.all().seconds), true) + cell(shownNumber(stream.all().chunks), true) +
+            cell(shownNumber(stream.of(SlotState::whole).chunks), true) +
+            cell(both(stream, SlotState::sizeMended, SlotState::codeMended), true) +
+            cell(shownNumber(stream.notWhole().chunks - stream.of(SlotState::lost).chunks -
+                             stream.of(SlotState::refilled).chunks),
+                 true) +
+            cell(both(stream, SlotState::lost, SlotState::refilled), true) + "</tr>\n";
   }
+  return text + "</table></div>\n";
+}
 
-  std::string spanTable(const SalvageReport& report) {
-    if (report.spans.empty()) return {};
-    std::string text =
-        "<h2>Damage, place by place</h2>\n<div class=\"wide\"><table><tr><th class=\"n\">From byte<th class=\"n\">To "
-        "byte"
-        "<th class=\"n\">Time<th>Streams<th>What<th>What was done<th>Known by</tr>\n";
-    const std::size_t told = std::min(report.spans.size(), kMaxRows);
-    for (std::size_t i = 0; i < told; ++i) {
-      const SalvagedSpan& span = report.spans[i];
-      std::string streams;
-      for (const salvage::SpanShare& share : span.streams)
-        streams += (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[share.stream])) + " " +
-                   std::to_string(share.stream);
-      std::string time = shownTime(span.begin);
-      if (span.end > span.begin) time += " to " + shownTime(span.end);
-      text += "<tr>" + cell(shownNumber(span.span.begin), true) + cell(shownNumber(span.span.end), true) +
-              cell(time, true) + cell(streams) + cell(std::string(wordsFor(span.span.cause))) +
-              cell(std::string(doneAbout(span.span.cause))) + cell(std::string(evidenceOf(span, report))) + "</tr>\n";
-    }
-    text += "</table></div>\n";
-    const std::uint64_t left = report.spans.size() - told + report.spansLeftOut;
-    if (left > 0) text += "<p class=\"soft\">" + counted(left, "more place") + " not shown.</p>\n";
-    return text;
+std::string spanTable(const SalvageReport& report) {
+  if (report.spans.empty()) return {};
+  std::string text =
+      "<h2>Damage, place by place</h2>\n<div class=\"wide\"><table><tr><th class=\"n\">From byte<th class=\"n\">To "
+      "byte"
+      "<th class=\"n\">Time<th>Streams<th>What<th>What was done<th>Known by</tr>\n";
+  const std::size_t told = std::min(report.spans.size(), kMaxRows);
+  for (std::size_t i = 0; i < told; ++i) {
+    const SalvagedSpan& span = report.spans[i];
+    std::string streams;
+    for (const salvage::SpanShare& share : span.streams)
+      streams += (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[share.stream])) + " " +
+                 std::to_string(share.stream);
+    std::string time = shownTime(span.begin);
+    if (span.end > span.begin) time += " to " + shownTime(span.end);
+    text += "<tr>" + cell(shownNumber(span.span.begin), true) + cell(shownNumber(span.span.end), true) +
+            cell(time, true) + cell(streams) + cell(std::string(wordsFor(span.span.cause))) +
+            cell(std::string(doneAbout(span.span.cause))) + cell(std::string(evidenceOf(span, report))) + "</tr>\n";
   }
+  text += "</table></div>\n";
+  const std::uint64_t left = report.spans.size() - told + report.spansLeftOut;
+  if (left > 0) text += "<p class=\"soft\">" + counted(left, "more place") + " not shown.</p>\n";
+  return text;
+}
 
-  std::string fieldTable(const SalvageReport& report) {
-    if (report.fields.empty()) return {};
-    std::string text =
-        "<h2>Headers that were put together</h2>\n<div class=\"wide\"><table><tr><th>Stream<th>Field<th>Value"
-        "<th>Might also be</tr>\n";
-    for (const salvage::FoundField& field : report.fields) {
-      std::string others;
-      for (const std::string& other : field.alternatives) others += (others.empty() ? "" : "; ") + other;
-      text +=
-          "<tr>" + cell(std::to_string(field.stream)) + cell(field.name) + cell(field.value) + cell(others) + "</tr>\n";
-    }
-    return text + "</table></div>\n";
-  }
-
-  std::string rescueTable(const std::optional<salvage::RescueReport>& rescue) {
-    if (!rescue) return {};
-    const std::string wanted = wantedWords(*rescue);
-    std::string text = "<h2>What the disk did not give</h2>\n<p>" + escaped(rescueWords(*rescue)) + ". " +
-                       (wanted.empty() ? "" : escaped(wanted) + ".") + "</p>\n";
-    if (rescue->gains.empty()) return text;
+std::string fieldTable(const SalvageReport& report) {
+  if (report.fields.empty()) return {};
+  std::string text =
+      "<h2>Headers that were put together</h2>\n<div class=\"wide\"><table><tr><th>Stream<th>Field<th>Value"
+      "<th>Might also be</tr>\n";
+  for (const salvage::FoundField& field : report.fields) {
+    std::string others;
+    for (const std::string& other : field.alternatives) others += (others.empty() ? "" : "; ") + other;
     text +=
-        "<div class=\"wide\"><table><tr><th class=\"n\">From byte of the map<th class=\"n\">To byte<th "
-        "class=\"n\">Seconds"
-        "<th class=\"n\">Seconds per MiB<th>Holds<th>Wanted</tr>\n";
-    const std::size_t told = std::min(rescue->gains.size(), kMaxRows);
-    for (std::size_t i = 0; i < told; ++i) {
-      const salvage::RescueGain& gain = rescue->gains[i];
-      text += "<tr>" + cell(shownNumber(gain.place.begin), true) + cell(shownNumber(gain.place.end), true) +
-              cell(fixedPoint(gain.seconds, 2), true) + cell(fixedPoint(gain.perMebibyte(), 2), true) +
-              cell(gain.holdsHeaders  ? "headers"
-                   : gain.seconds > 0 ? "film"
-                                      : "nothing known") +
-              cell(i < rescue->wanted ? "yes" : "no") + "</tr>\n";
-    }
-    text += "</table></div>\n";
-    if (told < rescue->gains.size())
-      text += "<p class=\"soft\">" + counted(rescue->gains.size() - told, "more place") + " not shown.</p>\n";
-    return text;
+        "<tr>" + cell(std::to_string(field.stream)) + cell(field.name) + cell(field.value) + cell(others) + "</tr>\n";
   }
+  return text + "</table></div>\n";
+}
 
-  std::string details(const SalvageReport& report) {
-    std::uint64_t entries = 0;
-    for (const salvage::TemplateSource& index : report.indexes) entries += index.entries;
-    std::string text = "<h2>Indexes and sync</h2>\n<p>" + counted(report.indexes.size(), "index part") + " with " +
-                       shownNumber(entries) + " entries found; " + counted(report.indexedChunks, "chunk") +
-                       " of the film placed by them.</p>\n";
-    return text + "<p>Had the lost parts just been left out, sound and pictures would be up to " +
-           fixedPoint(report.syncBefore, 2) + " s apart; now they are " + fixedPoint(report.syncAfter, 2) +
-           " s apart.</p>\n";
+std::string rescueTable(const std::optional<salvage::RescueReport>& rescue) {
+  if (!rescue) return {};
+  const std::string wanted = wantedWords(*rescue);
+  std::string text = "<h2>What the disk did not give</h2>\n<p>" + escaped(rescueWords(*rescue)) + ". " +
+                     (wanted.empty() ? "" : escaped(wanted) + ".") + "</p>\n";
+  if (rescue->gains.empty()) return text;
+  text +=
+      "<div class=\"wide\"><table><tr><th class=\"n\">From byte of the map<th class=\"n\">To byte<th "
+      "class=\"n\">Seconds"
+      "<th class=\"n\">Seconds per MiB<th>Holds<th>Wanted</tr>\n";
+  const std::size_t told = std::min(rescue->gains.size(), kMaxRows);
+  for (std::size_t i = 0; i < told; ++i) {
+    const salvage::RescueGain& gain = rescue->gains[i];
+    text += "<tr>" + cell(shownNumber(gain.place.begin), true) + cell(shownNumber(gain.place.end), true) +
+            cell(fixedPoint(gain.seconds, 2), true) + cell(fixedPoint(gain.perMebibyte(), 2), true) +
+            cell(gain.holdsHeaders  ? "headers"
+                 : gain.seconds > 0 ? "film"
+                                    : "nothing known") +
+            cell(i < rescue->wanted ? "yes" : "no") + "</tr>\n";
   }
+  text += "</table></div>\n";
+  if (told < rescue->gains.size())
+    text += "<p class=\"soft\">" + counted(rescue->gains.size() - told, "more place") + " not shown.</p>\n";
+  return text;
+}
 
-  /// What playing the film showed, when that was wanted.
-  std::string playing(const SalvageOutcome& outcome) {
-    if (!outcome.played) return {};
-    std::string text = "<h2>Does it play?</h2>\n<p>" + escaped(verdictSentence(*outcome.played)) + "</p>\n";
-    if (outcome.keysDropped > 0)
-      text += "<p>" + counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows.</p>\n";
-    const std::vector<std::string> faults = checkLines(*outcome.played, true);
-    if (faults.empty()) return text;
-    text += "<ul>\n";
-    for (const std::string& fault : faults) text += "<li>" + escaped(fault) + "</li>\n";
-    return text + "</ul>\n";
+std::string details(const SalvageReport& report) {
+  std::uint64_t entries = 0;
+  for (const salvage::TemplateSource& index : report.indexes) entries += index.entries;
+  std::string text = "<h2>Indexes and sync</h2>\n<p>" + counted(report.indexes.size(), "index part") + " with " +
+                     shownNumber(entries) + " entries found; " + counted(report.indexedChunks, "chunk") +
+                     " of the film placed by them.</p>\n";
+  return text + "<p>Had the lost parts just been left out, sound and pictures would be up to " +
+         fixedPoint(report.syncBefore, 2) + " s apart; now they are " + fixedPoint(report.syncAfter, 2) +
+         " s apart.</p>\n";
+}
+
+/// What playing the film showed, when that was wanted.
+std::string playing(const SalvageOutcome& outcome) {
+  if (!outcome.played) return {};
+  std::string text = "<h2>Does it play?</h2>\n<p>" + escaped(verdictSentence(*outcome.played)) + "</p>\n";
+  if (outcome.keysDropped > 0)
+    text += "<p>" + counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows.</p>\n";
+  const std::vector<std::string> faults = checkLines(*outcome.played, true);
+  if (faults.empty()) return text;
+  text += "<ul>\n";
+  for (const std::string& fault : faults) text += "<li>" + escaped(fault) + "</li>\n";
+  return text + "</ul>\n";
+}
+
+}  // namespace
+
+std::string salvagePage(const SalvageOutcome& outcome) {
+  const Outcome& base = outcome.outcome;
+  const std::string name = htmlText(base.inputPath);
+  std::string page =
+      "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+      "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
+      name + "</title>\n<style>" + std::string(kStyle) + "</style>\n</head>\n<body>\n<h1>" + name + "</h1>\n";
+  if (!outcome.report) return page + "<p>" + htmlText(base.reason) + "</p>\n</body>\n</html>\n";
+  const SalvageReport& report = *outcome.report;
+  const std::string verdict(nameOf(report.verdict));
+  page += "<p><span class=\"verdict " + verdict + "\">" + verdict + "</span></p>\n<p>" +
+          htmlText(verdictSentence(report)) + "</p>\n";
+  if (report.returnsLeftOut > 0) page += "<p>The file was " + htmlText(transferWords(report)) + ".</p>\n";
+  if (!base.reason.empty()) page += "<p>" + htmlText(base.reason) + "</p>\n";
+  if (base.outputPath) {
+    page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
+            ". The damaged file is unchanged.</p>\n";
   }
-
-  }  // namespace
-
-  std::string salvagePage(const SalvageOutcome& outcome) {
-    const Outcome& base = outcome.outcome;
-    const std::string name = htmlText(base.inputPath);
-    std::string page =
-        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-        "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
-        name + "</title>\n<style>" + std::string(kStyle) + "</style>\n</head>\n<body>\n<h1>" + name + "</h1>\n";
-    if (!outcome.report) return page + "<p>" + htmlText(base.reason) + "</p>\n</body>\n</html>\n";
-    const SalvageReport& report = *outcome.report;
-    const std::string verdict(nameOf(report.verdict));
-    page += "<p><span class=\"verdict " + verdict + "\">" + verdict + "</span></p>\n<p>" +
-            htmlText(verdictSentence(report)) + "</p>\n";
-    if (report.returnsLeftOut > 0) page += "<p>The file was " + htmlText(transferWords(report)) + ".</p>\n";
-    if (!base.reason.empty()) page += "<p>" + htmlText(base.reason) + "</p>\n";
-    if (base.outputPath) {
-      page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " +
-              shownSize(base.outputSize.value_or(0)) + ". The damaged file is unchanged.</p>\n";
-    }
-    page += playing(outcome);
-    page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
-            rescueTable(report.rescue) + fieldTable(report) + details(report);
-    return page + "</body>\n</html>\n";
-  }
+  page += playing(outcome);
+  page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
+          rescueTable(report.rescue) + fieldTable(report) + details(report);
+  return page + "</body>\n</html>\n";
+}
 
 }  // namespace zelvo::cli
