@@ -86,6 +86,7 @@ FilmFacts factsOf(const salvage::SalvageReport& report) {
   for (std::size_t i = 0; i < std::min(report.streams.size(), kMaxFactStreams); ++i) {
     streams.emplace_back(std::string(kindOf(report.streams[i])), report.streams[i].all().seconds);
   }
+  if (report.verdict == salvage::SalvageVerdict::hopeless) file.mark(0, static_cast<double>(report.inputSize), 'l');
   for (const salvage::SalvagedSpan& span : report.spans) {
     const char letter = letterOf(span.span.cause);
     file.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end), letter);
