@@ -27,6 +27,11 @@ constexpr std::array kCommands = {
                "  zelvo-avi check holiday.avi                      can it be repaired, and what is in it?\n"
                "  zelvo-avi check --quiet *.avi && echo all fine   the exit code alone\n",
                makeCheckCommand},
+    CommandRow{"verify", "Play films through by decoding them, and tell what is wrong",
+               "  zelvo-avi verify holiday.avi                     does it play throughout?\n"
+               "  zelvo-avi verify --verbose holiday.avi           tells each fault with its time and byte\n"
+               "  zelvo-avi verify --quiet *.avi && echo all play  the exit code alone\n",
+               makeVerifyCommand},
     CommandRow{
         "inspect", "Print the structure of an AVI file",
         "  zelvo-avi inspect holiday.avi                    lists, headers, indexes, and what is wrong with them\n"

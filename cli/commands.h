@@ -19,5 +19,7 @@ namespace zelvo::cli {
 [[nodiscard]] std::unique_ptr<Command> makeSalvageCommand();
 /// `summary`: what journals of batches say together.
 [[nodiscard]] std::unique_ptr<Command> makeSummaryCommand();
+/// `verify`: plays films through without showing them, and tells what is wrong.
+[[nodiscard]] std::unique_ptr<Command> makeVerifyCommand();
 
 }  // namespace zelvo::cli

@@ -7,6 +7,7 @@
 #include "platform/checksums.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
+#include "platform/film_player.h"
 #include "platform/film_programs.h"
 #include "platform/locked_files.h"
 #include "platform/main_queue.h"
@@ -33,6 +34,7 @@ struct Environment {
   std::function<StorageView()> lookAtStorage;  ///< for the commands that want it: reading it takes milliseconds
   platform::PropertyLists& propertyLists;
   platform::TrialDecoder& trialDecoder;
+  platform::FilmPlayer& filmPlayer;
   Console& console;
   const platform::Relaxed<bool>& stopRequested;  ///< raised by a signal; never lowered
   // What batches stand on. Null in programs that know none.

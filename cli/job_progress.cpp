@@ -27,6 +27,8 @@ std::string_view stageName(Stage stage) {
       return "waiting for the disk";
     case Stage::inspecting:
       return "reading";
+    case Stage::playing:
+      return "decoding";
     case Stage::none:
       break;
   }

@@ -15,6 +15,7 @@
 #include "cli/told_parent.h"
 #include "platform/linux/bundle.h"
 #include "platform/linux/checksums.h"
+#include "platform/linux/film_player.h"
 #include "platform/linux/film_programs.h"
 #include "platform/linux/locked_files.h"
 #include "platform/linux/memory_view.h"
@@ -59,20 +60,23 @@ void giveBackLargeBlocks() {
 
 zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console,
                             zelvo::platform::linux_::LinuxFilmParent* parent) {
+  using zelvo::platform::linux_::LinuxBundle;
+  using zelvo::platform::linux_::LinuxFilmPlayer;
   using zelvo::platform::linux_::LinuxPathProbe;
   using zelvo::platform::linux_::LinuxTrialDecoder;
   zelvo::platform::linux_::Services system(LinuxPathProbe::thisProgram());
   zelvo::platform::linux_::LinuxLockedFiles lockedFiles;
   zelvo::platform::linux_::LinuxChecksums checksums;
   zelvo::platform::linux_::LinuxMemoryView memory;
-  zelvo::platform::linux_::LinuxFilmPrograms filmPrograms(zelvo::platform::linux_::LinuxBundle::runningProgram());
+  zelvo::platform::linux_::LinuxFilmPrograms filmPrograms(LinuxBundle::runningProgram());
   if (parent != nullptr) {
     system.workers.useAtMost(parent->threads());
     if (parent->wantsProgress()) {
       console.setProgressTo([parent](std::string_view line) { zelvo::cli::tellProgress(*parent, line); });
     }
   }
-  LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(zelvo::platform::linux_::LinuxBundle::runningProgram()));
+  LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(LinuxBundle::runningProgram()));
+  LinuxFilmPlayer player(LinuxFilmPlayer::programBeside(LinuxBundle::runningProgram()));
   zelvo::cli::Environment environment{
       .files = system.files,
       .fileManager = system.fileManager,
@@ -83,6 +87,7 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
       .lookAtStorage = [&] { return system.lookAtStorage(); },
       .propertyLists = system.propertyLists,
       .trialDecoder = decoder,
+      .filmPlayer = player,
       .console = console,
       .stopRequested = stopRequested,
       .lockedFiles = &lockedFiles,

@@ -21,6 +21,8 @@ enum class Verdict {
   repairable,    ///< a repair would write one
   notSupported,  ///< an AVI that cannot be repaired
   invalid,       ///< not an AVI file
+  plays,         ///< throughout, as decoding shows
+  faults,        ///< it does not
   stopped,
   failed,  ///< reading or writing failed or was refused
 };

@@ -14,57 +14,29 @@
 #include "cli/batch_command.h"
 #include "cli/job_progress.h"
 #include "cli/new_output.h"
+#include "cli/rescue_choice.h"
 #include "cli/salvage_facts.h"
 #include "cli/salvage_outcome.h"
 #include "cli/salvage_page.h"
-#include "cli/salvage_words.h"
+#include "cli/salvage_progress.h"
 #include "cli/shown_text.h"
 #include "cli/told_parent.h"
 #include "cli/worker_run.h"
 #include "platform/ran_out.h"
 #include "salvage/deep_repair.h"
+#include "salvage/film_check.h"
 
 namespace zelvo::cli {
 
 namespace {
 
-/// How far a run is. Thread: any.
-class SalvageProgress final : public salvage::SalvageObserver {
- public:
-  void stage(salvage::SalvageStage stage) override {
-    read_ = 0;
-    stage_ = stage;
-  }
-  void read(std::uint64_t bytes) override { read_.add(bytes); }
-  void beginFlushing() { isFlushing_ = true; }
-
-  [[nodiscard]] Stage shown() const {
-    if (isFlushing_) return Stage::flushing;
-    switch (stage_) {
-      case salvage::SalvageStage::readingHeaders:
-        return Stage::analysing;
-      case salvage::SalvageStage::searching:
-        return Stage::scanning;
-      case salvage::SalvageStage::weighing:
-        return Stage::weighing;
-      case salvage::SalvageStage::writing:
-        break;
-    }
-    return Stage::writing;
-  }
-  [[nodiscard]] std::uint64_t bytesRead() const { return read_; }
-
- private:
-  platform::Relaxed<salvage::SalvageStage> stage_;
-  platform::Relaxed<std::uint64_t> read_;
-  platform::Relaxed<bool> isFlushing_;
-};
-
 /// What was chosen for all inputs.
 struct Choices {
   salvage::SalvageChoices repair;
   std::shared_ptr<platform::ReadableFile> donor;  ///< null without one
+  std::shared_ptr<const ChosenRescue> rescue;     ///< null without a map
   bool isDry = false;
+  bool verifies = false;  ///< plays the film that was written
 };
 
 class OneSalvage {
@@ -77,7 +49,7 @@ class OneSalvage {
 
   [[nodiscard]] SalvageOutcome run(const std::string& inputPath) {
     SalvageOutcome told{.outcome = outcomeOf("salvage", inputPath), .report = {}};
-    auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager);
+    auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager, FirstByte::left);
     if (auto* sentence = std::get_if<std::string>(&chosen)) {
       told.outcome.reason = std::move(*sentence);
       return told;
@@ -88,6 +60,14 @@ class OneSalvage {
     if (refused) {
       told.outcome.reason = std::move(*refused);
       return told;
+    }
+    if (choices_.rescue) {
+      auto rescue = choices_.rescue->of(printable(inputPath), input.attributes.size);
+      if (auto* sentence = std::get_if<std::string>(&rescue)) {
+        told.outcome.reason = std::move(*sentence);
+        return told;
+      }
+      rescue_ = std::move(std::get<salvage::FilmRescue>(rescue));
     }
     work(input, told);
     told.outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
@@ -120,12 +100,15 @@ class OneSalvage {
   salvage::SalvageReport repair(const ChosenInput& input, const platform::CancelMark& cancel) {
     salvage::SalvageRun run{.input = *input.file,
                             .inputSize = input.attributes.size,
+                            .rescue = rescue_ ? &*rescue_ : nullptr,
                             .donor = choices_.donor.get(),
                             .observer = progress_,
                             .cancel = cancel,
                             .workers = environment_.workers,
                             .decoder = &environment_.trialDecoder,
                             .choices = choices_.repair,
+                            .sharedInput = input.file,
+                            .sharedDonor = choices_.donor,
                             .makeOutput = {}};
     if (!choices_.isDry) {
       run.makeOutput = [this](std::uint64_t size) -> platform::WritableFile* {
@@ -139,9 +122,36 @@ class OneSalvage {
     }
     salvage::SalvageReport report = salvage::salvage(run);
     if (report.end != salvage::SalvageEnd::written || report.writeFailure) return report;
+    if (choices_.verifies) {
+      if (const std::error_code error = verify(cancel)) {
+        report.writeFailure = {report.outputSize, error};
+        return report;
+      }
+    }
     progress_.beginFlushing();
     if (const std::error_code error = hidden_.flushAndClose()) report.writeFailure = {report.outputSize, error};
     return report;
+  }
+
+  /// Plays what was written, before it has its final name. Pictures that its index falsely calls keys are not called
+  /// so any more; then it is played again.
+  /// \return why the index could not be changed. Thread: the worker.
+  std::error_code verify(const platform::CancelMark& cancel) {
+    progress_.beginPlaying();
+    auto opened = environment_.files.openForReading(hidden_.path());
+    if (!opened.file) return opened.error;
+    const salvage::FilmCheckRun run{.file = *opened.file,
+                                    .path = hidden_.path(),
+                                    .player = environment_.filmPlayer,
+                                    .choices = {},
+                                    .cancel = cancel,
+                                    .progress = [this](std::uint64_t offset) { progress_.played(offset); }};
+    played_ = salvage::checkFilm(run);
+    if (played_->falseKeys.empty() || cancel.abandoned()) return {};
+    keysDropped_ = played_->falseKeyPictures();
+    const std::error_code error = salvage::dropKeyFlags(*hidden_.file(), played_->falseKeys);
+    if (!error) played_ = salvage::checkFilm(run);
+    return error;
   }
 
   void showProgress(ProgressLine& line, std::uint64_t inputSize) {
@@ -156,6 +166,9 @@ class OneSalvage {
     } else if (stage == Stage::writing) {
       all = expected_;
       done = written_;
+    } else if (stage == Stage::playing) {
+      all = expected_;
+      done = progress_.playedUpTo();
     }
     environment_.console.progress(line.text(now, stage, done, all));
   }
@@ -198,6 +211,14 @@ class OneSalvage {
       outcome.verdict = Verdict::repairable;
     } else if (!nameOutput(outcome)) {
       return;
+    }
+    told.played = std::move(played_);
+    told.keysDropped = keysDropped_;
+    if (told.played && told.played->end == platform::PlayEnd::noPlayer) {
+      warn(outcome,
+           "the film was not verified, since the program zelvo-avi-player, which lies beside zelvo-avi, is "
+           "missing or cannot run here.");
+      told.played.reset();
     }
     if (told.report->isDonorUseless) {
       warn(outcome, "the donor's headers cannot be those of " + printable(input.path) +
@@ -248,10 +269,13 @@ class OneSalvage {
   const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   NewOutput output_;
   const Choices& choices_;
+  std::optional<salvage::FilmRescue> rescue_;
   platform::Relaxed<std::uint64_t> written_;
   platform::Relaxed<std::uint64_t> expected_;
   SalvageProgress progress_;
   HiddenFile hidden_;
+  std::optional<salvage::FilmCheck> played_;  ///< what playing the output showed
+  std::uint64_t keysDropped_ = 0;
   std::string obstacle_;  ///< why there will be no output; a sentence
 };
 
@@ -293,6 +317,7 @@ class SalvageCommand final : public Command {
         {"--damaged", "pictures that are damaged: keep them (default), or put empty ones there, which seeks better",
          &damaged_, "keep|empty"},
         {"--gaps", "time that is lost: fill it (default), or close it up", &gaps_, "fill|close"},
+        {"--verify", "play the film that was written by decoding it, and tell what plays", &choices_.verifies},
         {"--dry-run", "write nothing but the report", &choices_.isDry},
         {"-f,--force", "replace an existing output", &force_},
         {"--allow-growth", "write the film even if it is much larger than its input", &choices_.repair.allowsGrowth},
@@ -300,6 +325,10 @@ class SalvageCommand final : public Command {
         {"-q,--quiet", "print errors only", &quiet_},
         {"-v,--verbose", "tell each stretch of damage", &verbose_},
     };
+    rescue_.addTo(options);
+    options.push_back({"--wanted",
+                       "write down what of it would bring most back, as a domain map for ddrescue -m (for one input)",
+                       &wanted_, "FILE"});
     batch_.addTo(options);
     return options;
   }
@@ -310,13 +339,17 @@ class SalvageCommand final : public Command {
     if (inputs_.size() > 1 && donor_) return "--donor takes one input.";
     if (inputs_.size() > 1 && report_) return "--report takes one input.";
     if (report_ && !reportOf(*report_)) return "--report takes a name that ends in .json, .html or .txt.";
+    if (wanted_ && !rescue_.mapPath()) return "--wanted needs --map.";
+    if (wanted_ && (wanted_ == output_ || wanted_ == report_)) return "--wanted and another option name the same file.";
+    if (auto sentence = rescue_.misuse(inputs_.size())) return sentence;
     if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
+    if (choices_.verifies && choices_.isDry) return "--verify plays what is written, and --dry-run writes nothing.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
     if (gaps_ && *gaps_ != "fill" && *gaps_ != "close") return "--gaps is either fill or close.";
-    if (batch_.namesMore() && (output_ || donor_ || report_)) {
-      return "--output, --donor and --report take one input, and no folder or list.";
+    if (batch_.namesMore() && (output_ || donor_ || report_ || rescue_.mapPath())) {
+      return "--output, --donor, --report and --map take one input, and no folder or list.";
     }
     return batch_.misuse(inputs_);
   }
@@ -328,7 +361,7 @@ class SalvageCommand final : public Command {
     if (fps_) choices_.repair.rates.pictures = numberIn(*fps_, 0.01, 1000);
     if (rate_) choices_.repair.rates.samples = static_cast<std::uint32_t>(*numberIn(*rate_, 100, 1e6));
     if (donor_) {
-      auto chosen = chooseInput(*donor_, environment.files, environment.fileManager);
+      auto chosen = chooseInput(*donor_, environment.files, environment.fileManager, FirstByte::left);
       if (const auto* sentence = std::get_if<std::string>(&chosen)) {
         environment.console.error(*sentence);
         return Exit::ioFailed;
@@ -349,6 +382,17 @@ class SalvageCommand final : public Command {
                          return inJson(SalvageOutcome{outcome, {}});
                        }});
     }
+    auto rescue = rescue_.read(environment);
+    if (const auto* sentence = std::get_if<std::string>(&rescue)) {
+      environment.console.error(*sentence);
+      return Exit::ioFailed;
+    }
+    choices_.rescue = std::get<std::shared_ptr<const ChosenRescue>>(rescue);
+    const std::string film = choices_.isDry ? std::string() : placeFor(inputs_.front()).path;
+    if (auto sentence = rescue_.replacedBy({film, report_.value_or(""), wanted_.value_or("")}, environment)) {
+      environment.console.error(*sentence);
+      return Exit::ioFailed;
+    }
     Batch batch(environment, inputs_.size(), json_);
     workOnEach(
         environment, batch, inputs_, [this](const std::string& input) { return placeFor(input); },
@@ -359,6 +403,7 @@ class SalvageCommand final : public Command {
           } else {
             told = OneSalvage(environment, all, assignment.place, choices_).run(assignment.input);
           }
+          if (wanted_) writeWanted(environment, told);
           if (report_) writeReport(environment, all, told);
           batch.report(told.outcome, inWords(told, verbose_), json_ ? inJson(told) : std::string());
           return told.outcome.outputPath;
@@ -376,6 +421,17 @@ class SalvageCommand final : public Command {
     }
   }
 
+  /// The same of the map of what is wanted; it replaces neither the film nor the map that it was made from.
+  void writeWanted(Environment& environment, const SalvageOutcome& told) {
+    if (!told.report || !told.report->rescue) return;
+    const CommandInputs inputs({inputs_.front(), *rescue_.mapPath()}, environment.fileManager);
+    const std::string text = salvage::domainMap(salvage::wantedPlaces(*told.report->rescue), choices_.rescue->map.end);
+    if (auto sentence = writeText(environment, inputs, {*wanted_, force_, false}, text)) {
+      environment.console.error(*sentence);
+      reportExit_ = Exit::ioFailed;
+    }
+  }
+
   [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
     if (output_) return {*output_, force_, false};
     return {salvagedPath(input, outputFolder_), force_, false};
@@ -386,6 +442,8 @@ class SalvageCommand final : public Command {
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;
   std::optional<std::string> report_;
+  RescueChoice rescue_;
+  std::optional<std::string> wanted_;
   std::optional<std::string> donor_;
   std::optional<std::string> fps_;
   std::optional<std::string> rate_;

@@ -1,9 +1,8 @@
 #include "cli/salvage_facts.h"
+#include "salvage/salvage_words.h"
 
 #include <algorithm>
 #include <cmath>
-
-#include "cli/salvage_words.h"
 
 namespace zelvo::cli {
 

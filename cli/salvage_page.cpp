@@ -7,8 +7,10 @@
 #include <string_view>
 
 #include "cli/html_text.h"
-#include "cli/salvage_words.h"
+#include "cli/rescue_words.h"
 #include "cli/shown_text.h"
+#include "cli/verify_words.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 
@@ -70,6 +72,7 @@ std::string_view paintOf(salvage::LossCause cause) {
     case LossCause::overwritten:
     case LossCause::zeroed:
     case LossCause::unreadable:
+    case LossCause::unrescued:
       return "hurt";
     case LossCause::missing:
     case LossCause::cut:
@@ -139,7 +142,7 @@ std::string picture(const SalvageReport& report) {
     bars.begin(streamName(report, stream) + ", " + codecOf(report.streams[stream]), shownTime(seconds));
     for (std::size_t i = 0; i < told; ++i) {
       const SalvagedSpan& span = report.spans[i];
-      if (std::ranges::count(span.streams, stream) == 0) continue;
+      if (std::ranges::count(span.streams, stream, &salvage::SpanShare::stream) == 0) continue;
       bars.mark(span.begin, span.end, seconds, paintOf(span.span.cause), spanWords(span, report));
     }
   }
@@ -179,15 +182,16 @@ std::string streamTable(const SalvageReport& report) {
 std::string spanTable(const SalvageReport& report) {
   if (report.spans.empty()) return {};
   std::string text =
-      "<h2>Damage, place by place</h2>\n<div class=\"wide\"><table><tr><th class=\"n\">From byte<th class=\"n\">To byte"
+      "<h2>Damage, place by place</h2>\n<div class=\"wide\"><table><tr><th class=\"n\">From byte<th class=\"n\">To "
+      "byte"
       "<th class=\"n\">Time<th>Streams<th>What<th>What was done<th>Known by</tr>\n";
   const std::size_t told = std::min(report.spans.size(), kMaxRows);
   for (std::size_t i = 0; i < told; ++i) {
     const SalvagedSpan& span = report.spans[i];
     std::string streams;
-    for (const std::uint8_t stream : span.streams)
-      streams +=
-          (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[stream])) + " " + std::to_string(stream);
+    for (const salvage::SpanShare& share : span.streams)
+      streams += (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[share.stream])) + " " +
+                 std::to_string(share.stream);
     std::string time = shownTime(span.begin);
     if (span.end > span.begin) time += " to " + shownTime(span.end);
     text += "<tr>" + cell(shownNumber(span.span.begin), true) + cell(shownNumber(span.span.end), true) +
@@ -214,6 +218,32 @@ std::string fieldTable(const SalvageReport& report) {
   return text + "</table></div>\n";
 }
 
+std::string rescueTable(const std::optional<salvage::RescueReport>& rescue) {
+  if (!rescue) return {};
+  const std::string wanted = wantedWords(*rescue);
+  std::string text = "<h2>What the disk did not give</h2>\n<p>" + escaped(rescueWords(*rescue)) + ". " +
+                     (wanted.empty() ? "" : escaped(wanted) + ".") + "</p>\n";
+  if (rescue->gains.empty()) return text;
+  text +=
+      "<div class=\"wide\"><table><tr><th class=\"n\">From byte of the map<th class=\"n\">To byte<th "
+      "class=\"n\">Seconds"
+      "<th class=\"n\">Seconds per MiB<th>Holds<th>Wanted</tr>\n";
+  const std::size_t told = std::min(rescue->gains.size(), kMaxRows);
+  for (std::size_t i = 0; i < told; ++i) {
+    const salvage::RescueGain& gain = rescue->gains[i];
+    text += "<tr>" + cell(shownNumber(gain.place.begin), true) + cell(shownNumber(gain.place.end), true) +
+            cell(fixedPoint(gain.seconds, 2), true) + cell(fixedPoint(gain.perMebibyte(), 2), true) +
+            cell(gain.holdsHeaders  ? "headers"
+                 : gain.seconds > 0 ? "film"
+                                    : "nothing known") +
+            cell(i < rescue->wanted ? "yes" : "no") + "</tr>\n";
+  }
+  text += "</table></div>\n";
+  if (told < rescue->gains.size())
+    text += "<p class=\"soft\">" + counted(rescue->gains.size() - told, "more place") + " not shown.</p>\n";
+  return text;
+}
+
 std::string details(const SalvageReport& report) {
   std::uint64_t entries = 0;
   for (const salvage::TemplateSource& index : report.indexes) entries += index.entries;
@@ -223,6 +253,19 @@ std::string details(const SalvageReport& report) {
   return text + "<p>Had the lost parts just been left out, sound and pictures would be up to " +
          fixedPoint(report.syncBefore, 2) + " s apart; now they are " + fixedPoint(report.syncAfter, 2) +
          " s apart.</p>\n";
+}
+
+/// What playing the film showed, when that was wanted.
+std::string playing(const SalvageOutcome& outcome) {
+  if (!outcome.played) return {};
+  std::string text = "<h2>Does it play?</h2>\n<p>" + escaped(verdictSentence(*outcome.played)) + "</p>\n";
+  if (outcome.keysDropped > 0)
+    text += "<p>" + counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows.</p>\n";
+  const std::vector<std::string> faults = checkLines(*outcome.played, true);
+  if (faults.empty()) return text;
+  text += "<ul>\n";
+  for (const std::string& fault : faults) text += "<li>" + escaped(fault) + "</li>\n";
+  return text + "</ul>\n";
 }
 
 }  // namespace
@@ -245,8 +288,9 @@ std::string salvagePage(const SalvageOutcome& outcome) {
     page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
             ". The damaged file is unchanged.</p>\n";
   }
+  page += playing(outcome);
   page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
-          fieldTable(report) + details(report);
+          rescueTable(report.rescue) + fieldTable(report) + details(report);
   return page + "</body>\n</html>\n";
 }
 

@@ -39,6 +39,7 @@ struct TemplateSource {
   std::uint64_t offset = 0;   ///< of its first entry in the damaged file
   std::uint64_t entries = 0;  ///< that were read, lists not counted
   Belonging belonging = Belonging::unknown;
+  std::uint32_t entrySize = 16;  ///< of a table; 8 of a standard index
 };
 
 struct IndexTemplate {

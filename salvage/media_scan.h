@@ -9,19 +9,12 @@
 
 #include "avi/input_file.h"
 #include "platform/workers.h"
+#include "salvage/byte_span.h"
 #include "salvage/candidate.h"
 #include "salvage/index_places.h"
 #include "salvage/stream_codes.h"
 
 namespace zelvo::salvage {
-
-/// Bytes from `begin` up to, not including, `end`.
-struct ByteSpan {
-  std::uint64_t begin = 0;
-  std::uint64_t end = 0;
-
-  friend bool operator==(const ByteSpan&, const ByteSpan&) = default;
-};
 
 /// The smallest unit that disks lose.
 inline constexpr std::uint64_t kSector = 512;
@@ -48,6 +41,8 @@ struct MediaScan {
   std::vector<ByteSpan> unreadable;            ///< rising, apart from one another
   /// Stretches of whole sectors of `kSector` that hold zeros alone: rising, apart from one another.
   std::vector<ByteSpan> zeroed;
+  /// What a rescue map says was not rescued; zeros stand there. Rising, apart; may reach beyond the end of the file.
+  std::vector<ByteSpan> unrescued;
   std::uint64_t unreadableBytes = 0;  ///< also of stretches that are not remembered
   std::uint64_t leftOut = 0;          ///< candidates and indexes that found no room
   std::uint64_t dropped = 0;          ///< candidates that made room for others

@@ -32,6 +32,10 @@ class Telling {
   void tell(std::size_t number, const Slot& slot);
   void place(const Slot& slot);
   [[nodiscard]] std::optional<LossCause> causeOf(const Slot& slot) const;
+  [[nodiscard]] std::optional<LossCause> causeBesideDisk(const Slot& slot) const;
+  [[nodiscard]] bool isUnrescued(std::uint64_t begin, std::uint64_t end) const {
+    return touches(from_.evidence.scan.unrescued, begin, end);
+  }
   [[nodiscard]] LossCause causeInFile(std::uint64_t begin, std::uint64_t end) const;
   [[nodiscard]] std::optional<std::int64_t> turn(std::size_t entry) const;
   [[nodiscard]] std::uint64_t usualSize(const Slot& slot) const;
@@ -91,6 +95,7 @@ std::optional<std::int64_t> Telling::turn(std::size_t entry) const {
 }
 
 LossCause Telling::causeInFile(std::uint64_t begin, std::uint64_t end) const {
+  if (isUnrescued(begin, end)) return LossCause::unrescued;
   if (touches(from_.evidence.scan.unreadable, begin, end)) return LossCause::unreadable;
   return touches(from_.evidence.scan.zeroed, begin, end) ? LossCause::zeroed : LossCause::overwritten;
 }
@@ -139,7 +144,14 @@ void Telling::place(const Slot& slot) {
   }
 }
 
+/// A chunk of which something is lost lost it to the disk when it, or the file's end that cuts it, was not rescued.
 std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
+  const bool isHurt = slot.state == SlotState::torn || slot.state == SlotState::cut;
+  if (isHurt && isUnrescued(fileBegin_, fileStop_ + 1)) return LossCause::unrescued;
+  return causeBesideDisk(slot);
+}
+
+std::optional<LossCause> Telling::causeBesideDisk(const Slot& slot) const {
   switch (slot.state) {
     case SlotState::whole:
       if (slot.pieces == Slot::kOnePiece) return std::nullopt;
@@ -161,9 +173,10 @@ std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
   }
   if (!slot.isIndexed) return LossCause::missing;
   const std::int64_t place = from_.places.headerOf(entry_, from_.entries);
-  if (place < 0 || static_cast<std::uint64_t>(place) >= from_.evidence.scan.end) return LossCause::cut;
+  if (place < 0) return LossCause::cut;
   const auto begin = static_cast<std::uint64_t>(place);
   const std::uint64_t end = begin + avi::kChunkHeader + from_.entries[entry_].size;
+  if (begin >= from_.evidence.scan.end) return isUnrescued(begin, end) ? LossCause::unrescued : LossCause::cut;
   const LossCause inPlace = causeInFile(begin, end);
   return liesBetweenMoves_[entry_] && inPlace == LossCause::overwritten ? LossCause::missing : inPlace;
 }
@@ -180,6 +193,11 @@ void Telling::endOpen() {
   if (hasPlace_ && open_->end <= open_->begin) open_->end = std::max(open_->begin, fileBegin_);
   if (hasOriginal_ && open_->originalEnd < originalBegin_ && open_->originalEnd == open_->originalBegin)
     open_->originalEnd = originalBegin_;
+  const std::uint64_t next = hasPlace_ ? fileBegin_ : open_->end;
+  if (open_->cause == LossCause::missing && isUnrescued(open_->begin, next)) {
+    open_->cause = LossCause::unrescued;
+    open_->end = std::max(open_->end, next);
+  }
   if (spans_.size() < kMaxSpans) spans_.push_back(*open_);
   open_.reset();
 }
@@ -200,6 +218,11 @@ void Telling::tell(std::size_t number, const Slot& slot) {
       open_ = span;
     }
     if (hasPlace_) open_->end = std::max(open_->end, fileStop_);
+    if (*cause == LossCause::unrescued && !hasPlace_ && slot.isIndexed) {
+      const std::int64_t place = std::max<std::int64_t>(0, from_.places.headerOf(entry_, from_.entries));
+      open_->end =
+          std::max(open_->end, static_cast<std::uint64_t>(place) + avi::kChunkHeader + from_.entries[entry_].size);
+    }
     if (hasOriginal_) open_->originalEnd = std::max(*open_->originalEnd, originalStop_);
     ++open_->slots;
   }
@@ -229,7 +252,7 @@ void Telling::addTail() {
   span.originalBegin = originalEnd_;
   span.originalEnd = end;
   span.firstSlot = static_cast<std::uint32_t>(plan_.slots.size());
-  span.cause = LossCause::cut;
+  span.cause = isUnrescued(span.begin, static_cast<std::uint64_t>(inFile)) ? LossCause::unrescued : LossCause::cut;
   spans_.push_back(span);
 }
 

@@ -126,6 +126,16 @@ std::shared_ptr<Worker> LinuxWorkers::startHelper(std::function<void()> body) {
   return start(std::make_shared<CancelMark>(), std::move(body));
 }
 
+bool LinuxWorkers::startApart(std::function<void()> body) {
+  return !ranOut([&body] {
+    const SignalsBlocked blocked;
+    std::thread([work = std::move(body)] {
+      // Nobody is there to be told that memory ran out.
+      static_cast<void>(ranOut(work));
+    }).detach();
+  });
+}
+
 unsigned LinuxWorkers::processors() const {
   cpu_set_t allowed;
   CPU_ZERO(&allowed);
