@@ -23,8 +23,10 @@ namespace {
 
 using salvage::ToldAs;
 
-/// How long another run may hold the journal: one that was killed lets go within moments, one that is alive does not.
-constexpr std::chrono::seconds kJournalPatience{30};
+/// How long another run may hold the journal: one that was killed lets go within moments. A run that is to go on where
+/// that one was waits longer: on a cluster it may have been started before the other was ended.
+constexpr std::chrono::seconds kJournalPatience{10};
+constexpr std::chrono::minutes kResumePatience{10};
 
 constexpr std::array<std::string_view, 5> kPlaces{"INPUT", "-o,--output", "--output-dir", "--into", "--report"};
 constexpr std::array<std::string_view, 4> kManners{"--json", "-q,--quiet", "-v,--verbose", "-f,--force"};
@@ -248,7 +250,8 @@ Exit runBatch(Environment& environment, const BatchOptions& options, const Batch
 
   std::unique_ptr<salvage::BatchJournal> journal;
   if (options.journal()) {
-    auto opened = salvage::BatchJournal::open(*environment.lockedFiles, *options.journal(), kJournalPatience,
+    auto opened = salvage::BatchJournal::open(*environment.lockedFiles, *options.journal(),
+                                              options.resumes() ? kResumePatience : kJournalPatience,
                                               [&] { return !environment.stopRequested; });
     if (const auto* refusal = std::get_if<salvage::JournalRefusal>(&opened)) {
       console.error(journalRefusal(*options.journal(), *refusal));

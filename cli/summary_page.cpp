@@ -32,7 +32,7 @@ body { margin: 0 auto; max-width: 88rem; padding: 2rem 1.25rem 4rem; background:
   font: 16px/1.5 system-ui, sans-serif; }
 h1 { font-size: 1.6rem; margin: 0 0 .2rem; } h2 { font-size: 1.1rem; margin: 2rem 0 .6rem; }
 p { margin: .3rem 0; } .soft { color: var(--soft); }
-.tiles { display: grid; grid-template-columns: repeat(auto-fit, minmax(11rem, 1fr)); gap: .8rem; margin: 1.2rem 0; }
+.tiles { display: grid; grid-template-columns: repeat(auto-fit, minmax(9.5rem, 1fr)); gap: .8rem; margin: 1.2rem 0; }
 .tile { background: var(--card); border: 1px solid var(--line); border-radius: .6rem; padding: .7rem .9rem; }
 .tile b { display: block; font-size: 1.35rem; font-weight: 650; font-variant-numeric: tabular-nums; }
 .tile span { color: var(--soft); font-size: .9rem; }
@@ -49,9 +49,11 @@ th, td { text-align: left; padding: .45rem .7rem; border-bottom: 1px solid var(-
 tbody tr:last-child td { border-bottom: 0; } tbody tr:hover { background: var(--shade); }
 th { color: var(--soft); font-weight: 600; white-space: nowrap; position: sticky; top: 0; background: var(--card); }
 th button { all: unset; cursor: pointer; } th button:focus-visible { outline: 2px solid var(--mended); }
-th[aria-sort=ascending] button::after { content: " \2191"; } th[aria-sort=descending] button::after { content: " \2193"; }
+th[aria-sort=ascending] button::after { content: " \2191"; }
+th[aria-sort=descending] button::after { content: " \2193"; }
 td.n, th.n { text-align: right; white-space: nowrap; }
-td.name { min-width: 13rem; max-width: 30rem; overflow-wrap: anywhere; } td.name small { color: var(--soft); display: block; }
+td.name { min-width: 13rem; max-width: 30rem; overflow-wrap: anywhere; }
+td.name small { color: var(--soft); display: block; }
 td.pic { width: 24rem; min-width: 14rem; } td.pic svg { display: block; width: 100%; }
 .verdict { display: inline-block; padding: 0 .55rem; border-radius: .8rem; color: #fff; font-size: .85rem;
   font-weight: 600; white-space: nowrap; background: #5b6675; }
@@ -208,13 +210,12 @@ std::string summaryPage(const salvage::CollectionSummary& summary, std::size_t j
       (journals == 1 ? " tells" : " tell") + ".</p>\n<div class=\"tiles\">\n";
   if (totals.filmSeconds > 0) {
     page += tile(shownLength(totals.filmSeconds), "of film") + tile(shownLength(totals.lostSeconds), "lost or hurt") +
-            tile(shownShare(totals.lostSeconds / totals.filmSeconds), "of all is lost or hurt");
+            tile(shownShare(totals.lostSeconds / totals.filmSeconds), "of all of it");
   }
   page +=
       tile(shownSize(totals.inputBytes), "read") + tile(shownSize(totals.outputBytes), "written") +
-      tile(shownLength(totals.workSeconds), "of work") +
-      tile(shownSize(totals.peakMemory), "of memory for one film at most") + "</div>\n" + verdictBar(worst) +
-      "<h2>Films, the worst first</h2>\n" + filmTable(worst) +
+      tile(shownLength(totals.workSeconds), "of work") + tile(shownSize(totals.peakMemory), "of memory for a film") +
+      "</div>\n" + verdictBar(worst) + "<h2>Films, the worst first</h2>\n" + filmTable(worst) +
       "<div class=\"key\"><span><i class=\"w\"></i>as it was</span><span><i class=\"m\"></i>mended</span>"
       "<span><i class=\"x\"></i>not of this film</span><span><i class=\"h\"></i>overwritten or unreadable</span>"
       "<span><i class=\"l\"></i>missing</span></div>\n<p class=\"soft\">The upper bar of a picture is the damaged file "

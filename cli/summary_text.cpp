@@ -57,6 +57,7 @@ std::string csvText(std::string_view text) {
 
 std::string shownLength(double seconds) {
   if (!(seconds < 1e15)) return "very long";
+  if (seconds > 0 && seconds < 9.95) return fixedPoint(seconds, 1) + " s";
   const auto whole = static_cast<std::uint64_t>(std::max(0.0, seconds) + 0.5);
   if (whole < 60) return shownNumber(whole) + " s";
   if (whole < 3600) return shownNumber(whole / 60) + " min " + shownNumber(whole % 60) + " s";

@@ -18,7 +18,7 @@ inline constexpr std::size_t kWorstFilms = 20;
 /// for a formula has an apostrophe before it.
 [[nodiscard]] std::string summaryInCsv(const salvage::CollectionSummary& summary);
 
-/// "2 h 5 min", "3 min 5 s", "12 s".
+/// "2 h 5 min", "3 min 5 s", "12 s", "1.2 s".
 [[nodiscard]] std::string shownLength(double seconds);
 /// "3.9 %".
 [[nodiscard]] std::string shownShare(double share);
