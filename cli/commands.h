@@ -17,5 +17,7 @@ namespace zelvo::cli {
 [[nodiscard]] std::unique_ptr<Command> makeRepairCommand();
 /// `salvage`: brings back what is left of damaged AVI files.
 [[nodiscard]] std::unique_ptr<Command> makeSalvageCommand();
+/// `triage`: tells what is left of damaged AVI files, by a quick look.
+[[nodiscard]] std::unique_ptr<Command> makeTriageCommand();
 
 }  // namespace zelvo::cli
