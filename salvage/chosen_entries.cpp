@@ -50,7 +50,8 @@ DisplacementCover Choosing::coverOf(std::span<const TemplateEntry> entries) cons
   const auto& tables = evidence_.scan.tables;
   const std::uint64_t indexBegin =
       tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - avi::kChunkHeader) + avi::kChunkHeader;
-  return coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
+  return coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end,
+                      DisplacementLimits::ofFile(evidence_.scan.end));
 }
 
 /// The part of a cover that is no chance.
@@ -117,9 +118,9 @@ bool Choosing::mayBeOwn(std::span<const TemplateEntry> entries, const Displaceme
 ChosenEntries Choosing::run() {
   // Own ones first, so that the others are cut off.
   std::size_t owned = made_.entries.size();
+  const auto rank = [](const TemplateEntry& entry) { return std::pair(entry.isForeign, entry.offset); };
   if (std::ranges::any_of(made_.entries, &TemplateEntry::isForeign)) {
-    std::ranges::sort(made_.entries, {},
-                      [](const TemplateEntry& entry) { return std::pair(entry.isForeign, entry.offset); });
+    if (!std::ranges::is_sorted(made_.entries, {}, rank)) std::ranges::sort(made_.entries, {}, rank);
     owned = static_cast<std::size_t>(std::ranges::find(made_.entries, true, &TemplateEntry::isForeign) -
                                      made_.entries.begin());
   }
@@ -143,7 +144,7 @@ ChosenEntries Choosing::run() {
       made_.isForeign = std::move(explained);
       made_.entries.resize(owned);
     } else {
-      std::ranges::sort(made_.entries, {}, &TemplateEntry::offset);
+      if (owned > 0) std::ranges::sort(made_.entries, {}, &TemplateEntry::offset);
       all.reset();
     }
   }

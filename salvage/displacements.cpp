@@ -398,6 +398,14 @@ DisplacementCover Cover::run() {
 
 }  // namespace
 
+DisplacementLimits DisplacementLimits::ofFile(std::uint64_t bytes) {
+  constexpr std::uint64_t kFewest = 100'000;
+  constexpr std::uint64_t kBytesEach = 512;
+  DisplacementLimits limits;
+  limits.pairs = std::min(limits.pairs, static_cast<std::size_t>(std::max<std::uint64_t>(kFewest, bytes / kBytesEach)));
+  return limits;
+}
+
 DisplacementCover coverEntries(std::span<const TemplateEntry> entries, const CandidateList& candidates,
                                std::uint64_t indexBegin, std::uint64_t dataEnd, const DisplacementLimits& limits) {
   return Cover(entries, candidates, indexBegin, dataEnd, limits).run();

@@ -37,7 +37,7 @@ struct ScanLimits {
   std::size_t zeroed = 65'536;  ///< stretches of zeros; later ones are not remembered
 
   /// How many candidates are kept of so many bytes: short of the limit, as many as make a whole film of chunks of 120
-  /// bytes and a quarter of a million more, so that the time for a file grows with its size, whatever it holds.
+  /// bytes and an eighth of a million more, so that the time for a file grows with its size, whatever it holds.
   [[nodiscard]] std::size_t candidatesOf(std::uint64_t bytes) const;
 };
 
