@@ -17,7 +17,7 @@ std::string unreadable(const std::string& path, std::error_code error) {
 }  // namespace
 
 std::variant<ChosenInput, std::string> chooseInput(const std::string& path, platform::Files& files,
-                                                   platform::FileManager& fileManager) {
+                                                   platform::FileManager& fileManager, FirstByte firstByte) {
   using Kind = platform::FileAttributes::Kind;
   if (path.empty()) return "an input's name is empty.";
   const auto attributes = fileManager.attributesFollowingLinks(path);
@@ -32,6 +32,7 @@ std::variant<ChosenInput, std::string> chooseInput(const std::string& path, plat
   auto opened = files.openForReading(path);
   if (!opened.file) return unreadable(path, opened.error);
   if (!attributes) return printable(path) + " cannot be looked at.";
+  if (firstByte == FirstByte::left) return ChosenInput{path, *attributes, std::move(opened.file)};
   std::array<std::byte, 1> first{};
   const platform::IoResult probe = opened.file->readAt(0, first);
   if (probe.error) return unreadable(path, probe.error);

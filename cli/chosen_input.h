@@ -18,10 +18,15 @@ struct ChosenInput {
   std::shared_ptr<platform::ReadableFile> file;
 };
 
+/// Whether the first byte of an input is tried. Of a failing disk it is not: the rest may be there, and a stop would
+/// have to wait for a read that hangs.
+enum class FirstByte { tried, left };
+
 /// Follows links and opens the file. What is not a regular file, or cannot be read, is answered as a sentence for the
 /// user instead.
 [[nodiscard]] std::variant<ChosenInput, std::string> chooseInput(const std::string& path, platform::Files& files,
-                                                                 platform::FileManager& fileManager);
+                                                                 platform::FileManager& fileManager,
+                                                                 FirstByte firstByte = FirstByte::tried);
 
 /// A sentence when the file is shorter by now than when it was chosen, so that nothing of it can be trusted.
 [[nodiscard]] std::optional<std::string> becameShorter(const ChosenInput& input);

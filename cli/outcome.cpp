@@ -147,6 +147,14 @@ std::string_view nameOf(Verdict verdict) {
   return "failed";
 }
 
+Verdict verdictOf(std::string_view name) {
+  for (const Verdict one :
+       {Verdict::repaired, Verdict::repairable, Verdict::notSupported, Verdict::invalid, Verdict::stopped}) {
+    if (nameOf(one) == name) return one;
+  }
+  return Verdict::failed;
+}
+
 std::string inWords(const Outcome& outcome) {
   const std::string input = printable(outcome.inputPath);
   std::string text;

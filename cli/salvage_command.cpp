@@ -11,13 +11,16 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/batch_command.h"
 #include "cli/job_progress.h"
 #include "cli/new_output.h"
+#include "cli/rescue_choice.h"
+#include "cli/salvage_facts.h"
 #include "cli/salvage_outcome.h"
 #include "cli/salvage_page.h"
 #include "cli/salvage_progress.h"
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "cli/told_parent.h"
 #include "cli/worker_run.h"
 #include "platform/ran_out.h"
 #include "salvage/deep_repair.h"
@@ -31,6 +34,7 @@ namespace {
 struct Choices {
   salvage::SalvageChoices repair;
   std::shared_ptr<platform::ReadableFile> donor;  ///< null without one
+  std::shared_ptr<const ChosenRescue> rescue;     ///< null without a map
   bool isDry = false;
   bool verifies = false;  ///< plays the film that was written
 };
@@ -44,9 +48,8 @@ class OneSalvage {
         hidden_(environment.fileManager, environment.newFiles, written_) {}
 
   [[nodiscard]] SalvageOutcome run(const std::string& inputPath) {
-    const auto start = std::chrono::steady_clock::now();
     SalvageOutcome told{.outcome = outcomeOf("salvage", inputPath), .report = {}};
-    auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager);
+    auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager, FirstByte::left);
     if (auto* sentence = std::get_if<std::string>(&chosen)) {
       told.outcome.reason = std::move(*sentence);
       return told;
@@ -58,8 +61,16 @@ class OneSalvage {
       told.outcome.reason = std::move(*refused);
       return told;
     }
+    if (choices_.rescue) {
+      auto rescue = choices_.rescue->of(printable(inputPath), input.attributes.size);
+      if (auto* sentence = std::get_if<std::string>(&rescue)) {
+        told.outcome.reason = std::move(*sentence);
+        return told;
+      }
+      rescue_ = std::move(std::get<salvage::FilmRescue>(rescue));
+    }
     work(input, told);
-    told.outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    told.outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
     return told;
   }
 
@@ -89,12 +100,15 @@ class OneSalvage {
   salvage::SalvageReport repair(const ChosenInput& input, const platform::CancelMark& cancel) {
     salvage::SalvageRun run{.input = *input.file,
                             .inputSize = input.attributes.size,
+                            .rescue = rescue_ ? &*rescue_ : nullptr,
                             .donor = choices_.donor.get(),
                             .observer = progress_,
                             .cancel = cancel,
                             .workers = environment_.workers,
                             .decoder = &environment_.trialDecoder,
                             .choices = choices_.repair,
+                            .sharedInput = input.file,
+                            .sharedDonor = choices_.donor,
                             .makeOutput = {}};
     if (!choices_.isDry) {
       run.makeOutput = [this](std::uint64_t size) -> platform::WritableFile* {
@@ -119,8 +133,8 @@ class OneSalvage {
     return report;
   }
 
-  /// Plays what was written, before it has its final name. Pictures that its index falsely calls keys are not called so
-  /// any more; then it is played again.
+  /// Plays what was written, before it has its final name. Pictures that its index falsely calls keys are not called
+  /// so any more; then it is played again.
   /// \return why the index could not be changed. Thread: the worker.
   std::error_code verify(const platform::CancelMark& cancel) {
     progress_.beginPlaying();
@@ -174,6 +188,7 @@ class OneSalvage {
     }
     using salvage::SalvageEnd;
     told.report = std::move(report);
+    outcome.facts = factsOf(*told.report);
     const SalvageEnd end = told.report->end;
     if (end == SalvageEnd::noMedia || end == SalvageEnd::noHeader) {
       outcome.reason = whyNothing(*told.report, name) + " It is unchanged.";
@@ -191,17 +206,12 @@ class OneSalvage {
 
   void finish(const ChosenInput& input, SalvageOutcome& told) {
     Outcome& outcome = told.outcome;
+    outcome.outputSize = told.report->outputSize;
     if (choices_.isDry) {
       outcome.verdict = Verdict::repairable;
-    } else if (auto sentence = output_.publish(hidden_)) {
-      outcome.reason = std::move(*sentence);
+    } else if (!nameOutput(outcome)) {
       return;
-    } else {
-      outcome.verdict = Verdict::repaired;
-      outcome.outputPath = output_.path();
-      if (const auto warning = output_.keepName()) warn(outcome, *warning);
     }
-    outcome.outputSize = told.report->outputSize;
     told.played = std::move(played_);
     told.keysDropped = keysDropped_;
     if (told.played && told.played->end == platform::PlayEnd::noPlayer) {
@@ -232,14 +242,34 @@ class OneSalvage {
     }
   }
 
+  /// False when it could not get its name; the outcome says why.
+  bool nameOutput(Outcome& outcome) {
+    outcome.verdict = Verdict::repaired;
+    outcome.outputPath = output_.path();
+    outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+    auto refused = askForName(environment_, outcome, hidden_.path());
+    if (!refused) refused = output_.publish(hidden_);
+    if (refused) {
+      outcome.verdict = environment_.stopRequested ? Verdict::stopped : Verdict::failed;
+      outcome.reason = std::move(*refused);
+      outcome.outputPath.reset();
+      outcome.outputSize.reset();
+      return false;
+    }
+    if (const auto warning = output_.keepName()) warn(outcome, *warning);
+    return true;
+  }
+
   void warn(Outcome& outcome, const std::string& sentence) {
     environment_.console.warning(sentence);
     outcome.warnings.push_back(sentence);
   }
 
   Environment& environment_;
+  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   NewOutput output_;
   const Choices& choices_;
+  std::optional<salvage::FilmRescue> rescue_;
   platform::Relaxed<std::uint64_t> written_;
   platform::Relaxed<std::uint64_t> expected_;
   SalvageProgress progress_;
@@ -271,8 +301,11 @@ std::optional<ReportWriter> reportOf(std::string_view path) {
 class SalvageCommand final : public Command {
  public:
   std::vector<Option> options() override {
-    return {
-        {"INPUT", "damaged AVI files; they are only read, never changed", &inputs_},
+    std::vector<Option> options = {
+        {.names = "INPUT",
+         .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
+         .target = &inputs_,
+         .mayLack = true},
         {"-o,--output", "where to write the film (for one input)", &output_, "OUTPUT"},
         {"--output-dir", "folder for the films, each named NAME-salvaged.avi", &outputFolder_, "DIR"},
         {"--donor", "an undamaged film of the same camera, whose headers stand in for lost ones (for one input)",
@@ -292,6 +325,12 @@ class SalvageCommand final : public Command {
         {"-q,--quiet", "print errors only", &quiet_},
         {"-v,--verbose", "tell each stretch of damage", &verbose_},
     };
+    rescue_.addTo(options);
+    options.push_back({"--wanted",
+                       "write down what of it would bring most back, as a domain map for ddrescue -m (for one input)",
+                       &wanted_, "FILE"});
+    batch_.addTo(options);
+    return options;
   }
 
   std::optional<std::string> misuse() const override {
@@ -300,13 +339,19 @@ class SalvageCommand final : public Command {
     if (inputs_.size() > 1 && donor_) return "--donor takes one input.";
     if (inputs_.size() > 1 && report_) return "--report takes one input.";
     if (report_ && !reportOf(*report_)) return "--report takes a name that ends in .json, .html or .txt.";
+    if (wanted_ && !rescue_.mapPath()) return "--wanted needs --map.";
+    if (wanted_ && (wanted_ == output_ || wanted_ == report_)) return "--wanted and another option name the same file.";
+    if (auto sentence = rescue_.misuse(inputs_.size())) return sentence;
     if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
     if (choices_.verifies && choices_.isDry) return "--verify plays what is written, and --dry-run writes nothing.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
     if (gaps_ && *gaps_ != "fill" && *gaps_ != "close") return "--gaps is either fill or close.";
-    return std::nullopt;
+    if (batch_.namesMore() && (output_ || donor_ || report_ || rescue_.mapPath())) {
+      return "--output, --donor, --report and --map take one input, and no folder or list.";
+    }
+    return batch_.misuse(inputs_);
   }
 
   Exit run(Environment& environment) override {
@@ -316,12 +361,37 @@ class SalvageCommand final : public Command {
     if (fps_) choices_.repair.rates.pictures = numberIn(*fps_, 0.01, 1000);
     if (rate_) choices_.repair.rates.samples = static_cast<std::uint32_t>(*numberIn(*rate_, 100, 1e6));
     if (donor_) {
-      auto chosen = chooseInput(*donor_, environment.files, environment.fileManager);
+      auto chosen = chooseInput(*donor_, environment.files, environment.fileManager, FirstByte::left);
       if (const auto* sentence = std::get_if<std::string>(&chosen)) {
         environment.console.error(*sentence);
         return Exit::ioFailed;
       }
       choices_.donor = std::get<ChosenInput>(chosen).file;
+    }
+    if (isBatch(environment, batch_, inputs_)) {
+      return runBatch(environment, batch_,
+                      {.name = "salvage",
+                       .options = options(),
+                       .inputs = inputs_,
+                       .output = output_,
+                       .outputFolder = outputFolder_,
+                       .outputPath = salvagedPath,
+                       .isDry = choices_.isDry,
+                       .isJson = json_,
+                       .json = [](const Outcome& outcome) {
+                         return inJson(SalvageOutcome{outcome, {}});
+                       }});
+    }
+    auto rescue = rescue_.read(environment);
+    if (const auto* sentence = std::get_if<std::string>(&rescue)) {
+      environment.console.error(*sentence);
+      return Exit::ioFailed;
+    }
+    choices_.rescue = std::get<std::shared_ptr<const ChosenRescue>>(rescue);
+    const std::string film = choices_.isDry ? std::string() : placeFor(inputs_.front()).path;
+    if (auto sentence = rescue_.replacedBy({film, report_.value_or(""), wanted_.value_or("")}, environment)) {
+      environment.console.error(*sentence);
+      return Exit::ioFailed;
     }
     Batch batch(environment, inputs_.size(), json_);
     workOnEach(
@@ -333,6 +403,7 @@ class SalvageCommand final : public Command {
           } else {
             told = OneSalvage(environment, all, assignment.place, choices_).run(assignment.input);
           }
+          if (wanted_) writeWanted(environment, told);
           if (report_) writeReport(environment, all, told);
           batch.report(told.outcome, inWords(told, verbose_), json_ ? inJson(told) : std::string());
           return told.outcome.outputPath;
@@ -350,15 +421,29 @@ class SalvageCommand final : public Command {
     }
   }
 
+  /// The same of the map of what is wanted; it replaces neither the film nor the map that it was made from.
+  void writeWanted(Environment& environment, const SalvageOutcome& told) {
+    if (!told.report || !told.report->rescue) return;
+    const CommandInputs inputs({inputs_.front(), *rescue_.mapPath()}, environment.fileManager);
+    const std::string text = salvage::domainMap(salvage::wantedPlaces(*told.report->rescue), choices_.rescue->map.end);
+    if (auto sentence = writeText(environment, inputs, {*wanted_, force_, false}, text)) {
+      environment.console.error(*sentence);
+      reportExit_ = Exit::ioFailed;
+    }
+  }
+
   [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
     if (output_) return {*output_, force_, false};
     return {salvagedPath(input, outputFolder_), force_, false};
   }
 
+  BatchOptions batch_;
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;
   std::optional<std::string> report_;
+  RescueChoice rescue_;
+  std::optional<std::string> wanted_;
   std::optional<std::string> donor_;
   std::optional<std::string> fps_;
   std::optional<std::string> rate_;

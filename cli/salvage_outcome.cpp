@@ -4,9 +4,10 @@
 #include <array>
 
 #include "cli/json_writer.h"
-#include "cli/salvage_words.h"
+#include "cli/rescue_words.h"
 #include "cli/shown_text.h"
 #include "cli/verify_words.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 
@@ -36,6 +37,15 @@ std::string choiceWords(const salvage::FoundField& field) {
   std::string text = field.name + " " + field.value + " of stream " + std::to_string(field.stream) + "; might also be ";
   for (const std::string& other : field.alternatives)
     text += (&other == &field.alternatives.front() ? "" : ", ") + other;
+  return text;
+}
+
+std::string rescueLines(const salvage::RescueReport& rescue, bool all) {
+  std::string text = line("Disk", rescueWords(rescue));
+  const std::string wanted = wantedWords(rescue);
+  if (!wanted.empty()) text += line("Wanted", wanted);
+  for (std::size_t i = 0; all && i < std::min(rescue.wanted, kMaxToldPlaces); ++i)
+    text += line("Wanted", gainWords(rescue.gains[i]));
   return text;
 }
 
@@ -130,7 +140,7 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
     json.member("chunks", span.span.slots);
     json.key("streams");
     json.beginArray();
-    for (const std::uint8_t stream : span.streams) json.number(stream);
+    for (const salvage::SpanShare& share : span.streams) json.number(share.stream);
     json.endArray();
     json.endObject();
   }
@@ -159,6 +169,7 @@ void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
   json.key("sync_after");
   json.seconds(report->syncAfter);
   json.member("unreadable", report->unreadable);
+  writeRescue(json, report->rescue);
   json.key("plays");
   writeCheck(json, outcome.played);
   json.member("keys_dropped", outcome.keysDropped);
@@ -199,6 +210,7 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
   } else if (!report.spans.empty()) {
     text += line("Damage", counted(report.spans.size() + report.spansLeftOut, "place") + "; --verbose tells each");
   }
+  if (report.rescue) text += rescueLines(*report.rescue, spans);
   if (base.verdict == Verdict::repairable) {
     return text + line("Output", shownSize(base.outputSize.value_or(0)) + " would be written");
   }
@@ -225,6 +237,22 @@ std::string inJson(const SalvageOutcome& outcome) {
   endJson(json, outcome.outcome);
   json.endObject();
   return json.take() + "\n";
+}
+
+std::string whyNothing(const SalvageReport& report, const std::string& name) {
+  if (report.inputSize == 0) return name + " is empty.";
+  if (report.end == salvage::SalvageEnd::noHeader) {
+    return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
+  }
+  if (report.end == salvage::SalvageEnd::manySounds) {
+    return name + " has several sound tracks; --rate is for a film that has one.";
+  }
+  if (report.end == salvage::SalvageEnd::tooLarge) {
+    return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +
+           " large, and no more than " + shownSize(report.outputLimit) +
+           " can be right; use --allow-growth to have it all the same.";
+  }
+  return "nothing can be brought back from " + name + ": no picture and no sound was found in it.";
 }
 
 }  // namespace zelvo::cli

@@ -24,4 +24,7 @@ struct SalvageOutcome {
 /// One line, its end included; docs/cli-salvage.schema.json describes it.
 [[nodiscard]] std::string inJson(const SalvageOutcome& outcome);
 
+/// Why nothing was written; a sentence about the input called `name`, which is printable already.
+[[nodiscard]] std::string whyNothing(const salvage::SalvageReport& report, const std::string& name);
+
 }  // namespace zelvo::cli

@@ -26,6 +26,10 @@ class ReadableFile {
   /// Fills `into` from `offset` on, going on after interruptions until it is full, the file ends or a read fails.
   [[nodiscard]] virtual IoResult readAt(std::uint64_t offset, std::span<std::byte> into) = 0;
 
+  /// Fills the front of `into` with what can be read without waiting for a disk or a server; answers how much that is.
+  /// 0 says nothing: not where the file ends, nor whether a read fails. A file that knows no better answers 0.
+  [[nodiscard]] virtual std::size_t readAtOnce(std::uint64_t /*offset*/, std::span<std::byte> /*into*/) { return 0; }
+
   /// Fills `pieces` one after the other with the bytes from `offset` on, as one `readAt` of their length together
   /// would. A file that knows no better reads each on its own.
   [[nodiscard]] virtual IoResult readScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) {

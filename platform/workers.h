@@ -53,6 +53,9 @@ class Workers {
   virtual std::shared_ptr<Worker> start(std::shared_ptr<CancelMark> mark, std::function<void()> body) = 0;
   /// Starts a helper of the calling thread at once, also where a test decides when workers run. The caller joins it.
   virtual std::shared_ptr<Worker> startHelper(std::function<void()> body) = 0;
+  /// Starts a body that nobody waits for, not even these workers when they go: it may hang in the system for good, and
+  /// holds all that it touches itself. False where there is no thread, or no way to leave one behind.
+  [[nodiscard]] virtual bool startApart(std::function<void()> /*body*/) { return false; }
   /// How many threads can really run side by side, this one included.
   [[nodiscard]] virtual unsigned processors() const = 0;
   /// Waits for every body started so far, and for those that they start.

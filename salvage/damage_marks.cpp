@@ -52,7 +52,8 @@ bool touches(const std::vector<ByteSpan>& spans, std::uint64_t begin, std::uint6
 void markDamage(const Evidence& evidence, FilmPlan& plan) {
   const auto& zeroed = evidence.scan.zeroed;
   const auto& unreadable = evidence.scan.unreadable;
-  if (zeroed.empty() && unreadable.empty()) return;
+  const auto& unrescued = evidence.scan.unrescued;
+  if (zeroed.empty() && unreadable.empty() && unrescued.empty()) return;
   std::vector<ByteSpan> sharp;
   for (const ByteSpan& zeros : zeroed) {
     if (hasSharpEnds(evidence.input, zeros)) sharp.push_back(zeros);
@@ -62,7 +63,8 @@ void markDamage(const Evidence& evidence, FilmPlan& plan) {
   const auto isHurt = [&](const Slot& slot, std::uint64_t begin, std::uint64_t size) {
     const std::uint64_t end = begin + size;
     const bool holds = holdsZeros[slot.stream] || slot.isPalette;
-    if (touches(unreadable, begin, end) || touches(holds ? sharp : zeroed, begin, end)) return true;
+    if (touches(unreadable, begin, end) || touches(unrescued, begin, end)) return true;
+    if (touches(holds ? sharp : zeroed, begin, end)) return true;
     // A payload's own zeros do not go on over the next header.
     const auto behind = firstBehind(zeroed, end + kHeader - 1);
     return behind != zeroed.end() && behind->begin < end;

@@ -7,7 +7,8 @@
 
 namespace zelvo::salvage {
 
-/// Marks the slots as damaged in whose payloads whole sectors are zero or could not be read. Sound and pictures without
+/// Marks the slots as damaged in whose payloads whole sectors are zero, could not be read or were not
+/// rescued. Sound and pictures without
 /// compression hold zeros of their own: in these, zeros count when they begin and end with a sector.
 /// Reads some bytes around such sectors. Time is linear in the slots, times the logarithm of the stretches.
 /// Thread: any.

@@ -17,6 +17,9 @@
 #include "salvage/late_information.h"
 #include "salvage/plan_choices.h"
 #include "salvage/recent_reads.h"
+#include "salvage/rescued_file.h"
+#include "salvage/retried_reads.h"
+#include "salvage/stoppable_reads.h"
 #include "salvage/text_transfer.h"
 #include "salvage/tried_keys.h"
 
@@ -79,22 +82,33 @@ std::uint64_t largestOutput(std::uint64_t inputSize) {
   return inputSize + inputSize / 20 + kRoom;
 }
 
+/// Where more candidates and entries of indexes than this are weighed, nothing is decoded: what they take and what a
+/// decoder may take would come to too much together. A film of eleven hours has as many.
+constexpr std::size_t kCrowded = 2'000'000;
+
 class Work {
  public:
   explicit Work(const SalvageRun& run)
       : run_(run),
-        file_(run.input, run.observer),
+        stoppable_(stoppable(run, run.sharedInput)),
+        stoppableDonor_(stoppable(run, run.sharedDonor)),
+        retried_(stoppable_ ? static_cast<platform::ReadableFile&>(*stoppable_) : run.input),
+        rescued_(retried_, run.rescue != nullptr ? run.rescue->lost : kNothing),
+        file_(rescued_, run.observer),
         text_(TextTransfer::find(file_, [&run] { return run.cancel.abandoned(); })),
         recent_(text_ ? static_cast<platform::ReadableFile&>(*text_) : file_),
         input_(recent_) {
     if (run.decoder != nullptr) decoder_.emplace(*run.decoder, run.cancel);
     report_.inputSize = run.inputSize;
+    if (run.rescue != nullptr) unrescued_ = run.rescue->lost;
+    if (text_) text_->moveToOriginal(unrescued_);
     if (text_) report_.returnsLeftOut = run.inputSize - std::min(run.inputSize, text_->size());
     report_.outputLimit = largestOutput(run.inputSize);
   }
 
   SalvageReport perform() {
     report_.end = makePlan();
+    if (run_.rescue != nullptr && report_.end != SalvageEnd::stopped) weigh();
     if (report_.end == SalvageEnd::planned) report_.end = makeFilm();
     if (run_.cancel.abandoned()) report_.end = SalvageEnd::stopped;
     report_.readFailures = input_.failures();
@@ -104,10 +118,17 @@ class Work {
  private:
   [[nodiscard]] bool isEnding() const { return run_.cancel.abandoned(); }
 
+  static std::unique_ptr<StoppableReads> stoppable(const SalvageRun& run,
+                                                   std::shared_ptr<platform::ReadableFile> file) {
+    return file ? std::make_unique<StoppableReads>(std::move(file), run.cancel, run.workers) : nullptr;
+  }
+
   SalvageEnd makePlan() {
     run_.observer.stage(SalvageStage::readingHeaders);
-    const SurvivingHeaders headers = survivingHeaders(input_);
+    const SurvivingHeaders headers = survivingHeaders(input_, unrescued_);
+    mediaBegin_ = headers.mediaBegin();
     report_.hasMainHeader = headers.main.has_value();
+    if (headers.main || !headers.streams.empty()) report_.headerEnd = headers.mediaBegin();
     report_.headersClaimed = headers.main ? headers.main->streams : 0;
     if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);
@@ -122,9 +143,11 @@ class Work {
     if (isEnding()) return SalvageEnd::stopped;
 
     run_.observer.stage(SalvageStage::weighing);
+    leaveOutUnrescued(scan, unrescued_);
     ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
     IndexTemplate index = indexTemplate(input_, headers, codes, scan);
+    isCrowded_ = scan.candidates.size() + index.entries.size() > kCrowded;
     header_ = filmHeader(headers, seen);
     if (header_.information.empty()) header_.information = informationAfterMedia(input_, scan.candidates);
     findLostHeaders(scan, chain, seen, index);
@@ -139,7 +162,7 @@ class Work {
     if (isEnding()) return SalvageEnd::stopped;
     SpentEvidence spent{scan, chain, index};
     plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, decoder()}, &spent);
-    if (decoder_) flagKeysByDecoding(*decoder_, input_, header_, TrialBudget(), plan_);
+    if (decoder() != nullptr) flagKeysByDecoding(*decoder(), input_, header_, TrialBudget(), plan_);
     report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
     describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
@@ -150,7 +173,18 @@ class Work {
     return SalvageEnd::noMedia;
   }
 
-  [[nodiscard]] platform::TrialDecoder* decoder() { return decoder_ ? &*decoder_ : nullptr; }
+  void weigh() {
+    std::vector<ByteSpan> places;
+    for (const ByteSpan& span : run_.rescue->lost)
+      places.push_back({span.begin + run_.rescue->offset, span.end + run_.rescue->offset});
+    const auto isMadeAgain = [](const FilmStream& stream) { return stream.origin != HeaderOrigin::own; };
+    const bool areHeadersHurt =
+        !report_.hasMainHeader || report_.streamsWithoutHeader > 0 || std::ranges::any_of(header_.streams, isMadeAgain);
+    report_.rescue = weighRescue({input_, plan_, header_, unrescued_, places, mediaBegin_, areHeadersHurt});
+  }
+
+  /// Null when nothing can be tried.
+  [[nodiscard]] platform::TrialDecoder* decoder() { return decoder_ && !isCrowded_ ? &*decoder_ : nullptr; }
   [[nodiscard]] bool canDecode() { return decoder_ && decoder_->isThere(); }
 
   /// Gives streams a header that have none: a donor's, else one that is put together.
@@ -161,7 +195,7 @@ class Work {
     };
     std::vector<StreamSample> lost = sample();
     if (!lost.empty() && run_.donor != nullptr) {
-      avi::InputFile donor(*run_.donor);
+      avi::InputFile donor(stoppableDonor_ ? static_cast<platform::ReadableFile&>(*stoppableDonor_) : *run_.donor);
       report_.isDonorUseless = takeFromDonor(header_, survivingHeaders(donor), lost) == 0;
       lost = sample();
     }
@@ -189,12 +223,21 @@ class Work {
     return SalvageEnd::written;
   }
 
+  static inline const std::vector<ByteSpan> kNothing;
+
   const SalvageRun& run_;
+  const std::unique_ptr<StoppableReads> stoppable_;  ///< null where reads are waited for, as the next
+  const std::unique_ptr<StoppableReads> stoppableDonor_;
+  RetriedReads retried_;
+  RescuedFile rescued_;
   WatchedFile file_;
   const std::unique_ptr<TextTransfer> text_;  ///< the input as it was before it was taken for text
   RecentReads recent_;
   avi::InputFile input_;
   std::optional<StoppableDecoder> decoder_;  ///< none when the run has none
+  std::vector<ByteSpan> unrescued_;          ///< in offsets of the input as it was before it was taken for text
+  std::uint64_t mediaBegin_ = 0;
+  bool isCrowded_ = false;                   ///< too much is weighed for a decoder beside it
   FilmHeader header_;
   FilmPlan plan_;
   SalvageReport report_;

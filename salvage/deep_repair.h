@@ -4,11 +4,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 
 #include "platform/files.h"
 #include "platform/trial_decoder.h"
 #include "platform/workers.h"
 #include "salvage/header_synthesis.h"
+#include "salvage/rescue_map.h"
 #include "salvage/salvage_report.h"
 
 namespace zelvo::salvage {
@@ -41,12 +43,17 @@ struct SalvageChoices {
 struct SalvageRun {
   platform::ReadableFile& input;
   std::uint64_t inputSize = 0;              ///< as found when the input was chosen
+  const FilmRescue* rescue = nullptr;       ///< what the map of its rescue says; null without one
   platform::ReadableFile* donor = nullptr;  ///< a film whose headers stand in for lost ones; null without one
   SalvageObserver& observer;
   const platform::CancelMark& cancel;
   platform::Workers& workers;
   platform::TrialDecoder* decoder = nullptr;  ///< what compressed payloads are tried with; null without one
   SalvageChoices choices;
+  /// The same files as `input` and `donor`, for reads that hang and outlive the run after a stop; where they are null,
+  /// a stop waits for reads.
+  std::shared_ptr<platform::ReadableFile> sharedInput = nullptr;
+  std::shared_ptr<platform::ReadableFile> sharedDonor = nullptr;
   /// Asked once, before anything is written, for an empty file that is to become so long; null when there is none. Not
   /// set for a dry run.
   std::function<platform::WritableFile*(std::uint64_t size)> makeOutput;

@@ -68,6 +68,7 @@ enum class LossCause : std::uint8_t {
   code,         ///< a chunk's code was wrong
   cut,          ///< the file ends early
   unreadable,   ///< the disk did not give it
+  unrescued,    ///< the map of a rescue says that the disk did not give it
   moved,        ///< its parts lie at several places; nothing of it is lost
 };
 

@@ -14,6 +14,7 @@
 #include "avi/byte_order.h"
 #include "avi/chunk_codes.h"
 #include "platform/bytes.h"
+#include "salvage/damage_marks.h"
 
 namespace zelvo::salvage {
 
@@ -23,10 +24,11 @@ using ByteView = std::span<const std::byte>;
 
 constexpr std::uint32_t kNotKey = 0x80000000;  // in the size of a standard index's entry
 
-/// Calls `take` with each whole record of `size` bytes between `begin` and `end` that can be read, and the bytes after
-/// it that came with it.
+/// Calls `take` with each whole record of `size` bytes between `begin` and `end` that can be read and that no byte of
+/// `unrescued` is in, and the bytes after it that came with it.
 template <class Take>
-void eachRecord(avi::InputFile& input, std::uint64_t begin, std::uint64_t end, std::size_t size, const Take& take) {
+void eachRecord(avi::InputFile& input, const std::vector<ByteSpan>& unrescued, std::uint64_t begin, std::uint64_t end,
+                std::size_t size, const Take& take) {
   constexpr std::size_t kRecords = 4096;
   constexpr std::uint64_t kPage = 4096;
   platform::Bytes window(
@@ -35,7 +37,9 @@ void eachRecord(avi::InputFile& input, std::uint64_t begin, std::uint64_t end, s
   while (at + size <= end) {
     const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(window.size(), end - at));
     const std::size_t count = input.read(at, std::span(window).first(wanted)) / size * size;
-    for (std::size_t i = 0; i < count; i += size) take(ByteView(window).subspan(i, count - i));
+    for (std::size_t i = 0; i < count; i += size) {
+      if (!touches(unrescued, at + i, at + i + size)) take(ByteView(window).subspan(i, count - i));
+    }
     at += count;
     if (count > 0) continue;
     if (at >= input.size()) return;
@@ -49,7 +53,12 @@ class Reading {
  public:
   Reading(avi::InputFile& input, const SurvivingHeaders& headers, const StreamCodes& codes, const MediaScan& scan,
           std::size_t mostEntries)
-      : input_(input), headers_(headers), codes_(codes), scan_(scan), mostEntries_(mostEntries) {}
+      : input_(input),
+        inputSize_(input.size()),
+        headers_(headers),
+        codes_(codes),
+        scan_(scan),
+        mostEntries_(mostEntries) {}
 
   IndexTemplate run();
 
@@ -76,6 +85,7 @@ class Reading {
   };
 
   avi::InputFile& input_;
+  const std::uint64_t inputSize_;
   const SurvivingHeaders& headers_;
   const StreamCodes& codes_;
   const MediaScan& scan_;
@@ -107,7 +117,7 @@ void Reading::readTable(const IndexTable& table) {
   TemplateSource source{table.begin, 0, Belonging::unknown};
   std::uint64_t wrapped = 0;
   std::uint32_t last = 0;
-  eachRecord(input_, table.begin, table.end, kTableEntry, [&](ByteView bytes) {
+  eachRecord(input_, scan_.unrescued, table.begin, table.end, kTableEntry, [&](ByteView bytes) {
     const auto entry = tableEntry(bytes, codes_);
     if (!entry) return;
     --part.unreadable;
@@ -115,7 +125,7 @@ void Reading::readTable(const IndexTable& table) {
     // Beyond 4 GiB offsets begin at zero again. One that falls alone is damaged.
     const auto next = tableEntry(bytes.subspan(kTableEntry), codes_);
     const bool falls = last > entry->offset && last - entry->offset > kHalf;
-    if (falls && input_.size() > kWrap && next && next->offset < kHalf) {
+    if (falls && inputSize_ > kWrap && next && next->offset < kHalf) {
       wrapped += kWrap;
       last = entry->offset;
     } else if (!falls) {
@@ -253,7 +263,7 @@ bool Reading::isNextToOthersChunks(const StandardIndex& index, const SuperIndex&
   std::uint64_t looks = 0;
   const std::size_t behind = scan_.candidates.firstAtOrAfter(index.offset, 0, looks);
   std::map<std::int64_t, std::size_t> votes;  // for displacements
-  eachRecord(input_, first, first + count * index.entrySize(), index.entrySize(), [&](ByteView bytes) {
+  eachRecord(input_, scan_.unrescued, first, first + count * index.entrySize(), index.entrySize(), [&](ByteView bytes) {
     const std::uint64_t header = index.baseOffset + avi::littleEndian32At(bytes, 0) - avi::kChunkHeader;
     for (std::size_t i = behind; i > 0 && behind - i < kMaxBack; --i) {
       const Candidate& chunk = scan_.candidates[i - 1];
@@ -270,10 +280,11 @@ bool Reading::isNextToOthersChunks(const StandardIndex& index, const SuperIndex&
 
 void Reading::readStandard(const StandardIndex& index) {
   const auto code = codes_.findAnyStream(index.chunkId);
-  TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index)};
-  const std::uint64_t end = std::min(index.end(), input_.size());
+  TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index),
+                        static_cast<std::uint32_t>(index.entrySize())};
+  const std::uint64_t end = std::min(index.end(), inputSize_);
   if (code) {
-    eachRecord(input_, source.offset, end, index.entrySize(), [&](ByteView bytes) {
+    eachRecord(input_, scan_.unrescued, source.offset, end, index.entrySize(), [&](ByteView bytes) {
       ++source.entries;
       const std::uint64_t payload = index.baseOffset + avi::littleEndian32At(bytes, 0);
       if (payload < 8 || payload < index.baseOffset) {
@@ -334,7 +345,7 @@ IndexTemplate Reading::run() {
   std::uint64_t slots = 0;
   for (const IndexTable& table : scan_.tables) slots += (table.end - table.begin) / kTableEntry;
   for (const StandardIndex& index : scan_.standardIndexes)
-    slots += (std::min(std::max(index.end(), index.offset), std::max(input_.size(), index.offset)) - index.offset) / 8;
+    slots += (std::min(std::max(index.end(), index.offset), std::max(inputSize_, index.offset)) - index.offset) / 8;
   made_.entries.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(slots, mostEntries_)));
   readTables();
   for (const StandardIndex& index : scan_.standardIndexes) readStandard(index);
@@ -346,8 +357,8 @@ IndexTemplate Reading::run() {
 
 IndexTemplate indexTemplate(avi::InputFile& input, const SurvivingHeaders& headers, const StreamCodes& codes,
                             const MediaScan& scan, std::size_t mostEntries) {
-  constexpr std::uint64_t kAnyway = 262'144;
-  const std::uint64_t most = std::min<std::uint64_t>(mostEntries, kAnyway + input.size() / 64);
+  constexpr std::uint64_t kAnyway = 131'072;
+  const std::uint64_t most = std::min<std::uint64_t>(mostEntries, kAnyway + input.size() / 96);
   return Reading(input, headers, codes, scan, static_cast<std::size_t>(most)).run();
 }
 

@@ -9,19 +9,12 @@
 
 #include "avi/input_file.h"
 #include "platform/workers.h"
+#include "salvage/byte_span.h"
 #include "salvage/candidate.h"
 #include "salvage/index_places.h"
 #include "salvage/stream_codes.h"
 
 namespace zelvo::salvage {
-
-/// Bytes from `begin` up to, not including, `end`.
-struct ByteSpan {
-  std::uint64_t begin = 0;
-  std::uint64_t end = 0;
-
-  friend bool operator==(const ByteSpan&, const ByteSpan&) = default;
-};
 
 /// The smallest unit that disks lose.
 inline constexpr std::uint64_t kSector = 512;
@@ -32,12 +25,12 @@ struct ScanLimits {
   /// Of 16 bytes each; fewer for a short file, see `candidatesOf`. When there are more, those that close on nothing and
   /// that nothing closes on are dropped; when that makes too little room, later ones are left out.
   std::size_t candidates = 3'000'000;
-  std::size_t indexes = 262'144;  ///< tables and standard indexes, each; later ones are masked but not remembered
+  std::size_t indexes = 65'536;  ///< tables and standard indexes, each; later ones are masked but not remembered
   std::size_t unreadable = 65'536;
   std::size_t zeroed = 65'536;  ///< stretches of zeros; later ones are not remembered
 
   /// How many candidates are kept of so many bytes: short of the limit, as many as make a whole film of chunks of 120
-  /// bytes and a quarter of a million more, so that the time for a file grows with its size, whatever it holds.
+  /// bytes and an eighth of a million more, so that the time for a file grows with its size, whatever it holds.
   [[nodiscard]] std::size_t candidatesOf(std::uint64_t bytes) const;
 };
 
@@ -48,6 +41,8 @@ struct MediaScan {
   std::vector<ByteSpan> unreadable;            ///< rising, apart from one another
   /// Stretches of whole sectors of `kSector` that hold zeros alone: rising, apart from one another.
   std::vector<ByteSpan> zeroed;
+  /// What a rescue map says was not rescued; zeros stand there. Rising, apart; may reach beyond the end of the file.
+  std::vector<ByteSpan> unrescued;
   std::uint64_t unreadableBytes = 0;  ///< also of stretches that are not remembered
   std::uint64_t leftOut = 0;          ///< candidates and indexes that found no room
   std::uint64_t dropped = 0;          ///< candidates that made room for others

@@ -15,6 +15,53 @@ namespace {
 /// Later ones are not told.
 constexpr std::size_t kMaxSpans = 262'144;
 
+/// Where forms began in the original: each behind the one before it, as long as that says it is. One whose size cannot
+/// be true tells nothing.
+std::vector<FormPlace> findForms(const Evidence& evidence) {
+  constexpr std::uint64_t kSlack = std::uint64_t{1} << 20U;
+  const CandidateList& candidates = evidence.scan.candidates;
+  std::vector<FormPlace> forms;
+  FormPlace last{0, 0, evidence.headers.formSize.value_or(0)};
+  for (std::size_t i = 0; i + 1 < candidates.size(); ++i) {
+    const Candidate& form = candidates[i];
+    const Candidate& media = candidates[i + 1];
+    const bool isForm = form.kind() == CandidateKind::form && form.head() == avi::kAvix.value &&
+                        media.offset() == form.next() && media.head() == avi::kMovi.value;
+    if (!isForm) continue;
+    if (forms.size() >= kMaxSpans) break;
+    const std::uint64_t found = form.offset() - last.file;
+    const std::uint64_t told = avi::kChunkHeader + last.size + last.size % 2;
+    const bool isTrue = told + kSlack >= found && told <= found + found / 2 + kSlack;
+    last = {form.offset(), last.original + (isTrue ? told : found), form.size()};
+    forms.push_back(last);
+  }
+  return forms;
+}
+
+std::vector<PlanSpan> foreignSpans(const Evidence& evidence, std::span<const std::uint8_t> isForeign) {
+  std::vector<PlanSpan> spans;
+  const CandidateList& candidates = evidence.scan.candidates;
+  bool isOpen = false;
+  for (std::size_t i = 0; i < isForeign.size(); ++i) {
+    const Candidate& candidate = candidates[i];
+    if (candidate.kind() != CandidateKind::data) continue;
+    if (isForeign[i] == 0) {
+      isOpen = false;
+      continue;
+    }
+    if (!isOpen) {
+      if (spans.size() >= kMaxSpans) return spans;
+      PlanSpan span;
+      span.begin = candidate.offset();
+      span.cause = LossCause::foreign;
+      spans.push_back(span);
+      isOpen = true;
+    }
+    spans.back().end = std::min(candidate.payloadEnd(), evidence.scan.end);
+  }
+  return spans;
+}
+
 class Telling {
  public:
   Telling(const SpanEvidence& from, const FilmPlan& plan) : from_(from), plan_(plan) {}
@@ -22,24 +69,19 @@ class Telling {
   std::vector<PlanSpan> run();
 
  private:
-  /// A form after the first.
-  struct Form {
-    std::uint64_t file = 0;      ///< where it begins
-    std::uint64_t original = 0;  ///< the same in the original
-    std::uint64_t size = 0;      ///< as it says
-  };
-
   void tell(std::size_t number, const Slot& slot);
   void place(const Slot& slot);
   [[nodiscard]] std::optional<LossCause> causeOf(const Slot& slot) const;
+  [[nodiscard]] std::optional<LossCause> causeBesideDisk(const Slot& slot) const;
+  [[nodiscard]] bool isUnrescued(std::uint64_t begin, std::uint64_t end) const {
+    return touches(from_.evidence.scan.unrescued, begin, end);
+  }
   [[nodiscard]] LossCause causeInFile(std::uint64_t begin, std::uint64_t end) const;
   [[nodiscard]] std::optional<std::int64_t> turn(std::size_t entry) const;
   [[nodiscard]] std::uint64_t usualSize(const Slot& slot) const;
   void findMoves();
-  void findForms();
   void endOpen();
   void addTail();
-  void addForeign();
 
   const SpanEvidence& from_;
   const FilmPlan& plan_;
@@ -48,8 +90,7 @@ class Telling {
   std::size_t entry_ = 0;               ///< of the next slot that is indexed
   std::vector<bool> liesBetweenMoves_;  ///< of each entry
   std::size_t missing_ = 0;             ///< the next of `from_.missing`
-  std::vector<Form> forms_;             ///< rising
-  std::size_t form_ = 0;                ///< the next of them
+  std::size_t form_ = 0;                ///< the next of `from_.marks.forms`
   std::uint64_t refilled_ = 0;          ///< about how long the chunks are that were filled in since the last slot
   std::int64_t shift_ = 0;              ///< offsets in the original less those in the file, where no index tells
   std::uint64_t fileEnd_ = 0;           ///< what is told so far
@@ -63,26 +104,6 @@ class Telling {
   std::uint64_t originalStop_ = 0;
 };
 
-/// Where forms began in the original: each behind the one before it, as long as that says it is. One whose size cannot
-/// be true tells nothing.
-void Telling::findForms() {
-  constexpr std::uint64_t kSlack = std::uint64_t{1} << 20U;
-  const CandidateList& candidates = from_.evidence.scan.candidates;
-  Form last{0, 0, from_.evidence.headers.formSize.value_or(0)};
-  for (std::size_t i = 0; i + 1 < candidates.size(); ++i) {
-    const Candidate& form = candidates[i];
-    const Candidate& media = candidates[i + 1];
-    const bool isForm = form.kind() == CandidateKind::form && form.head() == avi::kAvix.value &&
-                        media.offset() == form.next() && media.head() == avi::kMovi.value;
-    if (!isForm) continue;
-    const std::uint64_t found = form.offset() - last.file;
-    const std::uint64_t told = avi::kChunkHeader + last.size + last.size % 2;
-    const bool isTrue = told + kSlack >= found && told <= found + found / 2 + kSlack;
-    last = {form.offset(), last.original + (isTrue ? told : found), form.size()};
-    forms_.push_back(last);
-  }
-}
-
 /// How much further the next entry moved than this one; nothing for the last.
 std::optional<std::int64_t> Telling::turn(std::size_t entry) const {
   if (entry + 1 >= from_.entries.size()) return std::nullopt;
@@ -91,6 +112,7 @@ std::optional<std::int64_t> Telling::turn(std::size_t entry) const {
 }
 
 LossCause Telling::causeInFile(std::uint64_t begin, std::uint64_t end) const {
+  if (isUnrescued(begin, end)) return LossCause::unrescued;
   if (touches(from_.evidence.scan.unreadable, begin, end)) return LossCause::unreadable;
   return touches(from_.evidence.scan.zeroed, begin, end) ? LossCause::zeroed : LossCause::overwritten;
 }
@@ -129,8 +151,9 @@ void Telling::place(const Slot& slot) {
     // Chunks that only clocks tell of, and that the file has not half the room for, are missing from it.
     const std::uint64_t room = fileBegin_ - std::min(fileBegin_, fileEnd_);
     if (room * 2 < refilled_) shift_ += static_cast<std::int64_t>(refilled_ - room);
-    for (; form_ < forms_.size() && forms_[form_].file <= fileBegin_; ++form_)
-      shift_ = static_cast<std::int64_t>(forms_[form_].original) - static_cast<std::int64_t>(forms_[form_].file);
+    const auto& forms = from_.marks.forms;
+    for (; form_ < forms.size() && forms[form_].file <= fileBegin_; ++form_)
+      shift_ = static_cast<std::int64_t>(forms[form_].original) - static_cast<std::int64_t>(forms[form_].file);
     const auto moved = [&](std::uint64_t offset) {
       return static_cast<std::uint64_t>(std::max<std::int64_t>(0, static_cast<std::int64_t>(offset) + shift_));
     };
@@ -139,7 +162,14 @@ void Telling::place(const Slot& slot) {
   }
 }
 
+/// A chunk of which something is lost lost it to the disk when it, or the file's end that cuts it, was not rescued.
 std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
+  const bool isHurt = slot.state == SlotState::torn || slot.state == SlotState::cut;
+  if (isHurt && isUnrescued(fileBegin_, fileStop_ + 1)) return LossCause::unrescued;
+  return causeBesideDisk(slot);
+}
+
+std::optional<LossCause> Telling::causeBesideDisk(const Slot& slot) const {
   switch (slot.state) {
     case SlotState::whole:
       if (slot.pieces == Slot::kOnePiece) return std::nullopt;
@@ -161,9 +191,10 @@ std::optional<LossCause> Telling::causeOf(const Slot& slot) const {
   }
   if (!slot.isIndexed) return LossCause::missing;
   const std::int64_t place = from_.places.headerOf(entry_, from_.entries);
-  if (place < 0 || static_cast<std::uint64_t>(place) >= from_.evidence.scan.end) return LossCause::cut;
+  if (place < 0) return LossCause::cut;
   const auto begin = static_cast<std::uint64_t>(place);
   const std::uint64_t end = begin + avi::kChunkHeader + from_.entries[entry_].size;
+  if (begin >= from_.evidence.scan.end) return isUnrescued(begin, end) ? LossCause::unrescued : LossCause::cut;
   const LossCause inPlace = causeInFile(begin, end);
   return liesBetweenMoves_[entry_] && inPlace == LossCause::overwritten ? LossCause::missing : inPlace;
 }
@@ -180,6 +211,11 @@ void Telling::endOpen() {
   if (hasPlace_ && open_->end <= open_->begin) open_->end = std::max(open_->begin, fileBegin_);
   if (hasOriginal_ && open_->originalEnd < originalBegin_ && open_->originalEnd == open_->originalBegin)
     open_->originalEnd = originalBegin_;
+  const std::uint64_t next = hasPlace_ ? fileBegin_ : open_->end;
+  if (open_->cause == LossCause::missing && isUnrescued(open_->begin, next)) {
+    open_->cause = LossCause::unrescued;
+    open_->end = std::max(open_->end, next);
+  }
   if (spans_.size() < kMaxSpans) spans_.push_back(*open_);
   open_.reset();
 }
@@ -200,6 +236,11 @@ void Telling::tell(std::size_t number, const Slot& slot) {
       open_ = span;
     }
     if (hasPlace_) open_->end = std::max(open_->end, fileStop_);
+    if (*cause == LossCause::unrescued && !hasPlace_ && slot.isIndexed) {
+      const std::int64_t place = std::max<std::int64_t>(0, from_.places.headerOf(entry_, from_.entries));
+      open_->end =
+          std::max(open_->end, static_cast<std::uint64_t>(place) + avi::kChunkHeader + from_.entries[entry_].size);
+    }
     if (hasOriginal_) open_->originalEnd = std::max(*open_->originalEnd, originalStop_);
     ++open_->slots;
   }
@@ -219,7 +260,8 @@ void Telling::addTail() {
     for (const SuperIndexEntry& entry : stream.superIndex->entries)
       end = std::max(end, std::min(entry.offset, Candidate::kOffsetLimit));
   }
-  if (!forms_.empty()) end = std::max(end, forms_.back().original + avi::kChunkHeader + forms_.back().size);
+  const auto& forms = from_.marks.forms;
+  if (!forms.empty()) end = std::max(end, forms.back().original + avi::kChunkHeader + forms.back().size);
   const std::uint64_t fileSize = from_.evidence.scan.end;
   const auto inFile = static_cast<std::int64_t>(end) - shift_;
   if (originalEnd_ >= end || inFile <= static_cast<std::int64_t>(fileSize)) return;
@@ -229,46 +271,30 @@ void Telling::addTail() {
   span.originalBegin = originalEnd_;
   span.originalEnd = end;
   span.firstSlot = static_cast<std::uint32_t>(plan_.slots.size());
-  span.cause = LossCause::cut;
+  span.cause = isUnrescued(span.begin, static_cast<std::uint64_t>(inFile)) ? LossCause::unrescued : LossCause::cut;
   spans_.push_back(span);
-}
-
-void Telling::addForeign() {
-  const CandidateList& candidates = from_.evidence.scan.candidates;
-  bool isOpen = false;
-  for (std::size_t i = 0; i < from_.isForeign.size(); ++i) {
-    const Candidate& candidate = candidates[i];
-    if (candidate.kind() != CandidateKind::data) continue;
-    if (from_.isForeign[i] == 0) {
-      isOpen = false;
-      continue;
-    }
-    if (!isOpen) {
-      if (spans_.size() >= kMaxSpans) return;
-      PlanSpan span;
-      span.begin = candidate.offset();
-      span.cause = LossCause::foreign;
-      spans_.push_back(span);
-      isOpen = true;
-    }
-    spans_.back().end = std::min(candidate.payloadEnd(), from_.evidence.scan.end);
-  }
 }
 
 std::vector<PlanSpan> Telling::run() {
   fileEnd_ = originalEnd_ = from_.evidence.headers.mediaBegin();
   findMoves();
-  findForms();
   for (std::size_t i = 0; i < plan_.slots.size(); ++i) tell(i, plan_.slots[i]);
   hasPlace_ = hasOriginal_ = false;
   endOpen();
   addTail();
-  addForeign();
+  const auto& foreign = from_.marks.foreign;
+  const std::size_t room = kMaxSpans - std::min(kMaxSpans, spans_.size());
+  spans_.insert(spans_.end(), foreign.begin(),
+                foreign.begin() + static_cast<std::ptrdiff_t>(std::min(room, foreign.size())));
   std::ranges::stable_sort(spans_, {}, &PlanSpan::begin);
   return std::move(spans_);
 }
 
 }  // namespace
+
+FileMarks fileMarks(const Evidence& evidence, std::span<const std::uint8_t> isForeign) {
+  return {findForms(evidence), foreignSpans(evidence, isForeign)};
+}
 
 std::vector<PlanSpan> planSpans(const SpanEvidence& from, const FilmPlan& plan) { return Telling(from, plan).run(); }
 

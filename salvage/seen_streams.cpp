@@ -11,7 +11,7 @@ constexpr std::uint64_t kFewestChunks = 2;
 constexpr avi::FourCC kTxts{"txts"};
 constexpr avi::FourCC kIavs{"iavs"};
 
-std::uint32_t suffixOf(avi::FourCC code) { return code.value & 0xffff0000U; }
+std::uint32_t suffixBits(avi::FourCC code) { return code.value & 0xffff0000U; }
 
 }  // namespace
 
@@ -37,10 +37,10 @@ std::vector<SeenStream> seenStreams(const CandidateList& candidates, const Chunk
 }
 
 avi::FourCC streamTypeOf(avi::FourCC code) {
-  const std::uint32_t suffix = suffixOf(code);
-  if (suffix == suffixOf(avi::FourCC{"00wb"})) return avi::kAuds;
-  if (suffix == suffixOf(avi::FourCC{"00tx"}) || suffix == suffixOf(avi::FourCC{"00sb"})) return kTxts;
-  if (suffix == suffixOf(avi::FourCC{"00__"})) return kIavs;
+  const std::uint32_t suffix = suffixBits(code);
+  if (suffix == suffixBits(avi::FourCC{"00wb"})) return avi::kAuds;
+  if (suffix == suffixBits(avi::FourCC{"00tx"}) || suffix == suffixBits(avi::FourCC{"00sb"})) return kTxts;
+  if (suffix == suffixBits(avi::FourCC{"00__"})) return kIavs;
   return avi::kVids;
 }
 
@@ -50,7 +50,7 @@ avi::FourCC usualCode(avi::FourCC type, std::uint8_t number) {
   if (type == avi::kAuds || type == avi::FourCC{"mids"}) code = avi::FourCC{"00wb"};
   if (type == kTxts) code = avi::FourCC{"00tx"};
   if (type == kIavs) code = avi::FourCC{"00__"};
-  code.value = suffixOf(code) | (kZero + number / 10U) | (kZero + number % 10U) << 8U;
+  code.value = suffixBits(code) | (kZero + number / 10U) | (kZero + number % 10U) << 8U;
   return code;
 }
 

@@ -7,7 +7,7 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::size_t kSizes = 4096;
+constexpr std::size_t kKeptSizes = 4096;
 constexpr std::size_t kPayloads = 48;
 constexpr std::size_t kFront = 4096;
 constexpr std::size_t kRun = 96;
@@ -49,7 +49,7 @@ std::vector<StreamSample> sampleStreams(avi::InputFile& input, const CandidateLi
     if (number >= all / 3 && sample.run.size() < kRun) sample.run.push_back(payloadOf(input, chunk, kRunFront));
     if (chunk.size() == 0) continue;
     // Evenly: each time another share of the stream's chunks is after.
-    if (sample.sizes.size() < kSizes && sample.sizes.size() * all <= number * kSizes)
+    if (sample.sizes.size() < kKeptSizes && sample.sizes.size() * all <= number * kKeptSizes)
       sample.sizes.push_back(chunk.size());
     if (sample.payloads.size() < kPayloads && sample.payloads.size() * all <= number * kPayloads)
       sample.payloads.push_back(payloadOf(input, chunk, kFront));

@@ -243,8 +243,13 @@ std::size_t noteHeader(Front front, const Unread& unread, FourCC code, std::size
 
 }  // namespace
 
-SurvivingHeaders survivingHeaders(avi::InputFile& input) {
+SurvivingHeaders survivingHeaders(avi::InputFile& input, const std::vector<ByteSpan>& unrescued) {
   Unread unread;
+  for (const ByteSpan& span : unrescued) {
+    if (span.begin >= kHeaderReach) break;
+    unread.emplace_back(static_cast<std::size_t>(span.begin),
+                        static_cast<std::size_t>(std::min<std::uint64_t>(span.end, kHeaderReach)));
+  }
   const platform::Bytes bytes = readFront(input, unread);
   Front front = bytes;
   SurvivingHeaders headers;

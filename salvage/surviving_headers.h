@@ -10,6 +10,7 @@
 #include "avi/fourcc.h"
 #include "avi/input_file.h"
 #include "platform/bytes.h"
+#include "salvage/byte_span.h"
 
 namespace zelvo::salvage {
 
@@ -87,8 +88,9 @@ struct SurvivingHeaders {
 
 /// Looks for headers in front of the first "movi" list. The sizes of lists are not believed, so a stream header is
 /// found whatever is lost around it.
+/// `unrescued`: bytes that are not what they were, rising and apart; no header that has one of them survives.
 /// Failure: bytes that cannot be read hold no header; the input remembers them.
 /// Thread: any.
-[[nodiscard]] SurvivingHeaders survivingHeaders(avi::InputFile& input);
+[[nodiscard]] SurvivingHeaders survivingHeaders(avi::InputFile& input, const std::vector<ByteSpan>& unrescued = {});
 
 }  // namespace zelvo::salvage

@@ -89,6 +89,30 @@ const platform::Bytes& TextTransfer::blockOf(std::size_t number, std::error_code
   return bytes_;
 }
 
+void TextTransfer::moveToOriginal(std::vector<ByteSpan>& spans) {
+  const std::uint64_t fileSize = file_.size();
+  platform::Bytes window;
+  std::uint64_t at = 0;  // in the file; rises with the spans
+  std::uint64_t place = 0;
+  const auto placeOf = [&](std::uint64_t offset) {
+    if (offset >= fileSize) return size_ + (offset - fileSize);
+    const std::uint64_t number = offset / kBlock;
+    if (number + 1 >= begins_.size()) return size_;
+    if (window.empty() || at / kBlock != number) {
+      std::error_code error;
+      readBlock(file_, static_cast<std::size_t>(number), window, error);
+      at = number * kBlock;
+      place = begins_[static_cast<std::size_t>(number)];
+    }
+    for (; at < offset; ++at) place += isAdded(window, static_cast<std::size_t>(at % kBlock)) ? 0U : 1U;
+    return place;
+  };
+  for (ByteSpan& span : spans) {
+    span.begin = placeOf(span.begin);
+    span.end = placeOf(span.end);
+  }
+}
+
 platform::IoResult TextTransfer::readAt(std::uint64_t offset, std::span<std::byte> into) {
   const std::lock_guard lock(mutex_);
   platform::IoResult result;

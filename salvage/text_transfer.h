@@ -10,6 +10,7 @@
 
 #include "platform/bytes.h"
 #include "platform/files.h"
+#include "salvage/byte_span.h"
 
 namespace zelvo::salvage {
 
@@ -23,6 +24,10 @@ class TextTransfer final : public platform::ReadableFile {
   /// \pre `file` outlives the answer.
   [[nodiscard]] static std::unique_ptr<TextTransfer> find(platform::ReadableFile& file,
                                                           const std::function<bool()>& isEnding);
+
+  /// Moves spans of the file, rising and apart, to where they stand in the original. What lies beyond the end of the
+  /// file lies as far beyond the end of the original.
+  void moveToOriginal(std::vector<ByteSpan>& spans);
 
   platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override;
   std::uint64_t size() override { return size_; }

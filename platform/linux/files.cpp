@@ -84,6 +84,13 @@ class LinuxReadableFile final : public ReadableFile {
     });
   }
 
+  std::size_t readAtOnce(std::uint64_t offset, std::span<std::byte> into) override {
+    if (offset > kLargestOffset) return 0;
+    const iovec piece{into.data(), std::min(into.size(), kLargestTransfer)};
+    const ssize_t done = ::preadv2(descriptor_.number(), &piece, 1, static_cast<off_t>(offset), RWF_NOWAIT);
+    return done > 0 ? static_cast<std::size_t>(done) : 0;
+  }
+
   IoResult readScattered(std::uint64_t offset, std::span<const std::span<std::byte>> pieces) override {
     ScatteredPieces left(pieces);
     return transferAll(offset, left.size(), [&](std::size_t at, std::size_t, off_t position) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <future>
 #include <mutex>
 
 #include "cli/commands.h"
@@ -30,6 +31,7 @@ using cli::Exit;
 using cli::makeCheckCommand;
 using cli::makeInspectCommand;
 using cli::makeRepairCommand;
+using cli::makeSalvageCommand;
 using cli::Option;
 
 using testing::HasSubstr;
@@ -109,6 +111,35 @@ class NotedNewFiles final : public platform::NewFiles {
   platform::linux_::LinuxNewFiles files_;
 };
 
+/// Hangs after its front until somebody lets it go on; `whenHanging` is told first.
+class HangingFile final : public platform::ReadableFile {
+ public:
+  struct Gate {
+    std::promise<void> open;
+    std::promise<void> passed;
+  };
+  HangingFile(std::string bytes, std::shared_ptr<Gate> gate, std::function<void()> whenHanging)
+      : whole_(std::move(bytes)), gate_(std::move(gate)), whenHanging_(std::move(whenHanging)) {}
+  platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    if (offset + into.size() > 300000) std::call_once(told_, [this] { hang(); });
+    return whole_.readAt(offset, into);
+  }
+  std::uint64_t size() override { return whole_.size(); }
+
+ private:
+  void hang() {
+    const auto gate = gate_;
+    whenHanging_();
+    gate->open.get_future().wait();
+    gate->passed.set_value();
+  }
+
+  MemoryReadable whole_;
+  const std::shared_ptr<Gate> gate_;
+  std::function<void()> whenHanging_;
+  std::once_flag told_;
+};
+
 class ReadFailure : public testing::Test {
  protected:
   struct Said {
@@ -126,7 +157,6 @@ class ReadFailure : public testing::Test {
     platform::linux_::LinuxWorkers threads;
     RefusingWorkers workers(threads, refused_);
     Console console(false);
-    const platform::Relaxed<bool> stop;
     platform::linux_::LinuxPropertyLists propertyLists;
     platform::headless::HeadlessTrialDecoder trialDecoder;
     platform::headless::HeadlessFilmPlayer filmPlayer;
@@ -141,7 +171,7 @@ class ReadFailure : public testing::Test {
                             .trialDecoder = trialDecoder,
                             .filmPlayer = filmPlayer,
                             .console = console,
-                            .stopRequested = stop};
+                            .stopRequested = stop_};
     for (const Option& option : command->options()) {
       if (option.names == "INPUT") std::get<std::vector<std::string>*>(option.target)->push_back(input_);
       if (option.names == "-f,--force") *std::get<bool*>(option.target) = force_;
@@ -168,6 +198,7 @@ class ReadFailure : public testing::Test {
 
   NotedNewFiles newFiles_;
   bool force_ = false;
+  platform::Relaxed<bool> stop_;
   unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
   const TempFolder folder_;
   const std::string input_ = folder_ / "in.avi";
@@ -179,6 +210,28 @@ TEST_F(ReadFailure, UnreadableFirstByteIsAFailure) {
 
   EXPECT_EQ(said.exit, Exit::ioFailed);
   EXPECT_THAT(said.err, HasSubstr("cannot be read: Input/output error."));
+}
+
+TEST_F(ReadFailure, SalvageGoesOnAfterAFirstByteThatCannotBeRead) {
+  const Said said = run(makeSalvageCommand(), unreadable(0, 1));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.out, HasSubstr("\"outcome\":\"repaired\""));
+  EXPECT_THAT(said.err, HasSubstr("failed, the first at byte 0: Input/output error."));
+  EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in-salvaged.avi", "in.avi"}));
+}
+
+TEST_F(ReadFailure, AStopOfASalvageDoesNotWaitForAReadThatHangs) {
+  const auto gate = std::make_shared<HangingFile::Gate>();
+  const Said said =
+      run(makeSalvageCommand(), [&] { return std::make_unique<HangingFile>(bytes_, gate, [this] { stop_ = true; }); });
+
+  // Had it waited, it would not be here.
+  EXPECT_EQ(said.exit, Exit::stopped);
+  EXPECT_THAT(said.err, HasSubstr("nothing was written, and it is unchanged."));
+  EXPECT_EQ(folder_.names(), std::vector<std::string>{"in.avi"});
+  gate->open.set_value();
+  gate->passed.get_future().wait();
 }
 
 TEST_F(ReadFailure, UnreadableHeadersAreAFailureAndNotAWrongFile) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -37,6 +38,7 @@ struct SalvageBench {
     const auto out = files.openForWriting("/out.avi");
     salvage::SalvageRun run{.input = *in.file,
                             .inputSize = input.size(),
+                            .rescue = rescue ? &*rescue : nullptr,
                             .observer = notes,
                             .cancel = cancel,
                             .workers = workers,
@@ -58,6 +60,7 @@ struct SalvageBench {
   platform::CancelMark cancel;
   platform::headless::HeadlessWorkers workers;
   salvage::SalvageChoices choices;
+  std::optional<salvage::FilmRescue> rescue;
   platform::TrialDecoder* decoder = nullptr;
   std::function<void(MemoryFile&)> onInput;
   std::function<void(MemoryFile&)> onOutput;

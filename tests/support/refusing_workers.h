@@ -22,6 +22,9 @@ class RefusingWorkers final : public platform::Workers {
   std::shared_ptr<platform::Worker> startHelper(std::function<void()> body) override {
     return ++starts_ == refused_ ? nullptr : workers_.startHelper(std::move(body));
   }
+  [[nodiscard]] bool startApart(std::function<void()> body) override {
+    return ++starts_ != refused_ && workers_.startApart(std::move(body));
+  }
   /// Two, so that helpers are asked for on every machine.
   [[nodiscard]] unsigned processors() const override { return 2; }
   void joinAll() override { workers_.joinAll(); }
