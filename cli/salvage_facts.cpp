@@ -26,6 +26,7 @@ char letterOf(salvage::LossCause cause) {
     case LossCause::overwritten:
     case LossCause::zeroed:
     case LossCause::unreadable:
+    case LossCause::unrescued:
       return 'h';
     case LossCause::missing:
     case LossCause::cut:
@@ -89,8 +90,8 @@ FilmFacts factsOf(const salvage::SalvageReport& report) {
   for (const salvage::SalvagedSpan& span : report.spans) {
     const char letter = letterOf(span.span.cause);
     file.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end), letter);
-    for (const std::uint8_t stream : span.streams) {
-      if (stream < streams.size()) streams[stream].mark(span.begin, span.end, letter);
+    for (const salvage::SpanShare& share : span.streams) {
+      if (share.stream < streams.size()) streams[share.stream].mark(span.begin, span.end, letter);
     }
   }
   facts.picture.push_back(file.picture());

@@ -221,8 +221,8 @@ std::string fieldTable(const SalvageReport& report) {
 std::string rescueTable(const std::optional<salvage::RescueReport>& rescue) {
   if (!rescue) return {};
   const std::string wanted = wantedWords(*rescue);
-  std::string text = "<h2>What the disk did not give</h2>\n<p>" + escaped(rescueWords(*rescue)) + ". " +
-                     (wanted.empty() ? "" : escaped(wanted) + ".") + "</p>\n";
+  std::string text = "<h2>What the disk did not give</h2>\n<p>" + htmlText(rescueWords(*rescue)) + ". " +
+                     (wanted.empty() ? "" : htmlText(wanted) + ".") + "</p>\n";
   if (rescue->gains.empty()) return text;
   text +=
       "<div class=\"wide\"><table><tr><th class=\"n\">From byte of the map<th class=\"n\">To byte<th "
@@ -258,13 +258,13 @@ std::string details(const SalvageReport& report) {
 /// What playing the film showed, when that was wanted.
 std::string playing(const SalvageOutcome& outcome) {
   if (!outcome.played) return {};
-  std::string text = "<h2>Does it play?</h2>\n<p>" + escaped(verdictSentence(*outcome.played)) + "</p>\n";
+  std::string text = "<h2>Does it play?</h2>\n<p>" + htmlText(verdictSentence(*outcome.played)) + "</p>\n";
   if (outcome.keysDropped > 0)
     text += "<p>" + counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows.</p>\n";
   const std::vector<std::string> faults = checkLines(*outcome.played, true);
   if (faults.empty()) return text;
   text += "<ul>\n";
-  for (const std::string& fault : faults) text += "<li>" + escaped(fault) + "</li>\n";
+  for (const std::string& fault : faults) text += "<li>" + htmlText(fault) + "</li>\n";
   return text + "</ul>\n";
 }
 
