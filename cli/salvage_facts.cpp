@@ -1,8 +1,10 @@
 #include "cli/salvage_facts.h"
-#include "salvage/salvage_words.h"
 
 #include <algorithm>
 #include <cmath>
+
+#include "salvage/damage_picture.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 
@@ -12,27 +14,24 @@ constexpr std::size_t kFactCells = 160;
 /// A film has seldom more than two; the journal's lines stay short.
 constexpr std::size_t kMaxFactStreams = 6;
 
-char letterOf(salvage::LossCause cause) {
-  using salvage::LossCause;
-  switch (cause) {
-    case LossCause::sizeField:
-    case LossCause::code:
-    case LossCause::moved:
+char letterOf(platform::DamagePaint paint) {
+  using platform::DamagePaint;
+  switch (paint) {
+    case DamagePaint::mended:
       return 'm';
-    case LossCause::inserted:
-    case LossCause::doubled:
-    case LossCause::foreign:
+    case DamagePaint::doubled:
+    case DamagePaint::foreign:
       return 'x';
-    case LossCause::overwritten:
-    case LossCause::zeroed:
-    case LossCause::unreadable:
-    case LossCause::unrescued:
+    case DamagePaint::hurt:
       return 'h';
-    case LossCause::missing:
-    case LossCause::cut:
+    case DamagePaint::lost:
+      return 'l';
+    case DamagePaint::kept:
+    case DamagePaint::header:
+    case DamagePaint::index:
       break;
   }
-  return 'l';
+  return '.';
 }
 
 /// A row of cells, in each the worst of what lies there.
@@ -81,21 +80,14 @@ FilmFacts factsOf(const salvage::SalvageReport& report) {
   add("places", static_cast<double>(report.spans.size() + report.spansLeftOut));
   add("sync_after", report.syncAfter);
 
-  Row file("file", static_cast<double>(report.inputSize - std::min(report.inputSize, report.returnsLeftOut)));
-  std::vector<Row> streams;
-  for (std::size_t i = 0; i < std::min(report.streams.size(), kMaxFactStreams); ++i) {
-    streams.emplace_back(std::string(kindOf(report.streams[i])), report.streams[i].all().seconds);
+  const platform::DamagePicture picture = salvage::damagePicture(report);
+  for (std::size_t bar = 0; bar < std::min(picture.bars.size(), kMaxFactStreams + 1); ++bar) {
+    Row row(bar == 0 ? "file" : std::string(kindOf(report.streams[bar - 1])), picture.bars[bar].extent);
+    for (const platform::DamageMark& mark : picture.bars[bar].marks)
+      row.mark(mark.begin, mark.end, letterOf(mark.paint));
+    if (report.verdict == salvage::SalvageVerdict::hopeless) row.mark(0, picture.bars[bar].extent, 'l');
+    facts.picture.push_back(row.picture());
   }
-  if (report.verdict == salvage::SalvageVerdict::hopeless) file.mark(0, static_cast<double>(report.inputSize), 'l');
-  for (const salvage::SalvagedSpan& span : report.spans) {
-    const char letter = letterOf(span.span.cause);
-    file.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end), letter);
-    for (const salvage::SpanShare& share : span.streams) {
-      if (share.stream < streams.size()) streams[share.stream].mark(span.begin, span.end, letter);
-    }
-  }
-  facts.picture.push_back(file.picture());
-  for (const Row& row : streams) facts.picture.push_back(row.picture());
   return facts;
 }
 

@@ -23,9 +23,9 @@ constexpr std::size_t kMaxSummaryRows = 5000;
 
 constexpr std::string_view kSummaryStyle = R"(
 :root { color-scheme: light dark; --page: #f6f7f9; --card: #ffffff; --text: #1c2430; --soft: #5b6675; --line: #dfe4ea;
-  --whole: #3b9b6d; --lost: #c8372d; --hurt: #e08a1e; --mended: #2f7fd1; --extra: #8a5cc2; --shade: #eef1f5; }
+  --whole: #8fc7ae; --lost: #b52a1c; --hurt: #e69f00; --mended: #0072b2; --extra: #9b5c94; --shade: #eef1f5; }
 @media (prefers-color-scheme: dark) { :root { --page: #12161c; --card: #1a2029; --text: #e6eaf0; --soft: #9aa6b6;
-  --line: #2c3541; --whole: #3f8f6b; --lost: #ef6a5f; --hurt: #f0a848; --mended: #62a8ee; --extra: #b18be0;
+  --line: #2c3541; --whole: #2f6b55; --lost: #f2665a; --hurt: #f0b93c; --mended: #4aa8e0; --extra: #d796cf;
   --shade: #222a35; } }
 * { box-sizing: border-box; }
 body { margin: 0 auto; max-width: 88rem; padding: 2rem 1.25rem 4rem; background: var(--page); color: var(--text);

@@ -2,10 +2,12 @@
 /// by time. Offsets are in bytes, times in seconds.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zelvo::platform {
@@ -22,6 +24,16 @@ enum class DamagePaint : std::uint8_t {
   foreign,  ///< of no film, or of another one; left out
 };
 inline constexpr std::size_t kDamagePaints = 8;
+
+/// In a legend.
+inline constexpr std::array<std::string_view, kDamagePaints> kDamagePaintNames = {"as it was",
+                                                                                  "header",
+                                                                                  "index",
+                                                                                  "mended",
+                                                                                  "hurt, kept as it is",
+                                                                                  "lost",
+                                                                                  "there twice, left out",
+                                                                                  "not of this film, left out"};
 
 struct DamageMark {
   static constexpr std::size_t kNoLoss = std::numeric_limits<std::size_t>::max();

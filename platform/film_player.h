@@ -19,7 +19,7 @@ struct PlayedStream {
   std::uint32_t stream = 0;  ///< counted from 0, as the film has them
   PlayedKind kind = PlayedKind::data;
   bool hasDecoder = false;
-  std::string codec;           ///< as FFmpeg names it; printable ASCII
+  std::string codec = {};      ///< as FFmpeg names it; printable ASCII
   std::uint32_t width = 0;     ///< of pictures, in pixels
   std::uint32_t height = 0;    ///< the same
   std::uint32_t rate = 0;      ///< of sound, in samples a second

@@ -288,6 +288,7 @@ class Run {
       if (static_cast<std::size_t>(packet->stream_index) != *sought_) continue;
       const std::uint64_t offset = offsetOf(*packet);
       if (isFirst && !isLandedRight(*packet, mark, isVideo, seek)) return;
+      if (isFirst && isRecoveryPoint(decoder.codec(), *packet)) hasPictures = true;  // by and by
       isFirst = false;
       if (!isMet && (offset == mark.offset) != (packet->dts == mark.time) && packet->size > 0) {
         seek.end = SeekEnd::otherTime;

@@ -24,6 +24,7 @@ class PlayerStream {
   PlayerStream(const AVStream& stream, unsigned threads);
 
   [[nodiscard]] PlayedKind kind() const { return kind_; }
+  [[nodiscard]] AVCodecID codec() const { return parameters_->codec_id; }
   [[nodiscard]] bool hasDecoder() const { return context_ != nullptr; }
   [[nodiscard]] PlayedStream told(std::uint32_t number) const;
 
