@@ -23,6 +23,11 @@ constexpr std::array kCommands = {
                "  zelvo-avi salvage -r films --output-dir saved --journal films.journal --resume\n"
                "                                                   a whole folder, as often as it takes\n",
                makeSalvageCommand},
+    CommandRow{"triage", "Tell by a quick look what is left of AVI files, and what a deep repair would bring",
+               "  zelvo-avi triage holiday.avi                     is anything left at all?\n"
+               "  zelvo-avi triage *.avi                           which of these are worth the work?\n"
+               "  zelvo-avi triage --json holiday.avi              for scripts\n",
+               makeTriageCommand},
     CommandRow{"check", "Tell what a repair would keep, without writing anything",
                "  zelvo-avi check holiday.avi                      can it be repaired, and what is in it?\n"
                "  zelvo-avi check --quiet *.avi && echo all fine   the exit code alone\n",

@@ -57,6 +57,7 @@ DamageBar fileBar(const SalvageReport& report) {
   for (const TemplateSource& index : report.indexes) {
     add(index.offset, index.offset + index.entries * index.entrySize, DamagePaint::index, DamageMark::kNoLoss);
   }
+  if (report.verdict == SalvageVerdict::hopeless) add(0, report.inputSize, DamagePaint::lost, DamageMark::kNoLoss);
   for (std::size_t i = 0; i < report.spans.size(); ++i) {
     const PlanSpan& span = report.spans[i].span;
     add(span.begin, span.end, paintOf(span.cause), i);

@@ -40,6 +40,7 @@ SalvagedSpan damage(LossCause cause, std::uint64_t begin, std::uint64_t end, dou
 SalvageReport film(std::vector<SalvagedSpan> spans) {
   SalvageReport report;
   report.inputSize = 1'000'000;
+  report.verdict = salvage::SalvageVerdict::partial;
   report.headerEnd = 2048;
   report.streams = {tenSecondsOf(avi::kVids), tenSecondsOf(avi::kAuds)};
   report.indexes = {{.offset = 900'000, .entries = 500, .belonging = {}, .entrySize = 16},
@@ -119,6 +120,14 @@ TEST(SalvageDamagePicture, BytesThatATransferPutInAreNoPartOfTheFilesBar) {
   SalvageReport report = film({});
   report.returnsLeftOut = 1000;
   EXPECT_EQ(salvage::damagePicture(report).bars[0].extent, 999'000);
+}
+
+TEST(SalvageDamagePicture, AFileThatNothingCanBeBroughtBackFromIsLost) {
+  SalvageReport report;
+  report.inputSize = 5000;
+  const DamagePicture picture = salvage::damagePicture(report);
+  ASSERT_EQ(picture.bars.size(), 1U);
+  EXPECT_THAT(picture.bars[0].marks, testing::ElementsAre(DamageMark{0, 5000, DamagePaint::lost, DamageMark::kNoLoss}));
 }
 
 TEST(SalvageDamagePicture, AHeaderThatIsLostIsNotShown) {
