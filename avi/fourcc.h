@@ -16,7 +16,7 @@ struct FourCC {
 
   constexpr FourCC() = default;
   /// From a literal of exactly four characters: FourCC("00dc").
-  consteval FourCC(const char (&text)[5])  // NOLINT: stands for a literal
+  constexpr FourCC(const char (&text)[5])  // NOLINT: stands for a literal
       : value(loadLittleEndian32(std::array{static_cast<std::byte>(text[0]), static_cast<std::byte>(text[1]),
                                             static_cast<std::byte>(text[2]), static_cast<std::byte>(text[3])})) {}
   /// From the first four of `bytes`, which must hold four.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "cli/shown_text.h"
+#include "cli/told_parent.h"
 #include "platform/same_file.h"
 
 namespace zelvo::cli {
@@ -14,6 +15,7 @@ void Batch::report(const Outcome& outcome) {
 void Batch::report(const Outcome& outcome, const std::string& words, const std::string& json) {
   verdicts_.push_back(outcome.verdict);
   worst_ = worse(worst_, exitOf(outcome));
+  tellEnd(environment_, outcome);
   if (!outcome.reason.empty()) environment_.console.error(outcome.reason);
   if (!outcome.hint.empty()) environment_.console.note("zelvo-avi: " + outcome.hint);
   if (json_) {

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/checked_film.h"
 #include "cli/engine_job.h"
 #include "cli/new_output.h"
 #include "cli/salvage_hint.h"
@@ -13,9 +14,7 @@
 
 namespace zelvo::cli {
 
-namespace {
-
-Outcome check(Environment& environment, EngineJob& job, const std::string& inputPath) {
+Outcome checked(Environment& environment, EngineJob& job, const std::string& inputPath) {
   const auto start = std::chrono::steady_clock::now();
   Outcome outcome = outcomeOf("check", inputPath);
   auto chosen = chooseInput(inputPath, environment.files, environment.fileManager);
@@ -41,6 +40,8 @@ Outcome check(Environment& environment, EngineJob& job, const std::string& input
   return outcome;
 }
 
+namespace {
+
 class CheckCommand final : public Command {
  public:
   std::vector<Option> options() override {
@@ -58,7 +59,7 @@ class CheckCommand final : public Command {
     Batch batch(environment, inputs_.size(), json_);
     for (const std::string& input : inputs_) {
       if (!batch.shouldContinue()) break;
-      batch.report(check(environment, job, input));
+      batch.report(checked(environment, job, input));
     }
     return batch.finish();
   }

@@ -27,6 +27,7 @@ struct Option {
   std::string help;
   Target target;
   std::string value = {};  ///< what the help calls the value
+  bool mayLack = false;    ///< what stands without a dash need not be there
 };
 
 class Command {

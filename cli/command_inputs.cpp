@@ -10,11 +10,17 @@
 namespace zelvo::cli {
 
 CommandInputs::CommandInputs(const std::vector<std::string>& paths, platform::FileManager& fileManager)
-    : fileManager_(fileManager) {
-  inputs_.reserve(paths.size());
-  for (const std::string& path : paths) {
-    inputs_.push_back({path, fileManager_.attributesFollowingLinks(path), placeOf(path)});
+    : fileManager_(fileManager), paths_(paths) {
+  for (std::size_t i = 0; i < paths_.size(); ++i) {
+    know("path " + paths_[i], i);
+    if (const auto file = fileManager_.attributesFollowingLinks(paths_[i])) know("file " + fileKey(*file), i);
+    const Place place = placeOf(paths_[i]);
+    if (place.folder) know("place " + fileKey(*place.folder) + "/" + place.name, i);
   }
+}
+
+std::string CommandInputs::fileKey(const platform::FileAttributes& file) {
+  return std::to_string(file.device) + ":" + std::to_string(file.identity);
 }
 
 CommandInputs::Place CommandInputs::placeOf(const std::string& path) const {
@@ -22,14 +28,17 @@ CommandInputs::Place CommandInputs::placeOf(const std::string& path) const {
 }
 
 std::optional<std::string> CommandInputs::at(const std::string& output) const {
-  const auto file = fileManager_.attributesFollowingLinks(output);
+  std::size_t first = paths_.size();
+  const auto look = [&](const std::string& key) {
+    const auto found = known_.find(key);
+    if (found != known_.end()) first = std::min(first, found->second);
+  };
+  look("path " + output);
+  if (const auto file = fileManager_.attributesFollowingLinks(output)) look("file " + fileKey(*file));
   const Place place = placeOf(output);
-  const auto found = std::find_if(inputs_.begin(), inputs_.end(), [&](const Input& input) {
-    return input.path == output || platform::areOneFile(input.file, file) ||
-           (input.place.name == place.name && platform::areOneFile(input.place.folder, place.folder));
-  });
-  if (found == inputs_.end()) return std::nullopt;
-  return found->path;
+  if (place.folder) look("place " + fileKey(*place.folder) + "/" + place.name);
+  if (first == paths_.size()) return std::nullopt;
+  return paths_[first];
 }
 
 std::optional<std::string> CommandInputs::refusal(const std::string& input, const std::string& output) const {

@@ -4,6 +4,8 @@
 
 #include <optional>
 #include <string>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "platform/file_manager.h"
@@ -30,15 +32,14 @@ class CommandInputs {
     std::optional<platform::FileAttributes> folder;
     std::string name;
   };
-  struct Input {
-    std::string path;
-    std::optional<platform::FileAttributes> file;  ///< links followed
-    Place place;
-  };
   [[nodiscard]] Place placeOf(const std::string& path) const;
+  void know(std::string key, std::size_t input) { known_.try_emplace(std::move(key), input); }
+  [[nodiscard]] static std::string fileKey(const platform::FileAttributes& file);
 
   platform::FileManager& fileManager_;
-  std::vector<Input> inputs_;
+  std::vector<std::string> paths_;
+  /// The first input of each path, file and place.
+  std::unordered_map<std::string, std::size_t> known_;
 };
 
 }  // namespace zelvo::cli

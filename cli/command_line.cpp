@@ -88,7 +88,7 @@ void addOption(CLI::App& app, const Option& option) {
   if (!option.value.empty()) added->option_text(option.value);
   if (!option.names.starts_with('-')) {
     added->option_text(std::holds_alternative<std::vector<std::string>*>(option.target) ? "..." : "");
-    added->required();
+    added->required(!option.mayLack);
   }
 }
 

@@ -17,6 +17,10 @@ namespace zelvo::cli {
 [[nodiscard]] std::unique_ptr<Command> makeRepairCommand();
 /// `salvage`: brings back what is left of damaged AVI files.
 [[nodiscard]] std::unique_ptr<Command> makeSalvageCommand();
+/// `summary`: what journals of batches say together.
+[[nodiscard]] std::unique_ptr<Command> makeSummaryCommand();
+/// `verify`: plays films through without showing them, and tells what is wrong.
+[[nodiscard]] std::unique_ptr<Command> makeVerifyCommand();
 /// `triage`: tells what is left of damaged AVI files, by a quick look.
 [[nodiscard]] std::unique_ptr<Command> makeTriageCommand();
 

@@ -11,6 +11,9 @@ namespace zelvo::cli {
 namespace {
 
 constexpr std::string_view kEraseLine = "\r\033[K";
+constexpr std::string_view kEraseLineAbove = "\033[A\033[K";
+constexpr std::string_view kNoWrapping = "\033[?7l";
+constexpr std::string_view kWrapping = "\033[?7h";
 
 void write(std::FILE* stream, std::string_view text) { std::fwrite(text.data(), 1, text.size(), stream); }
 
@@ -20,7 +23,7 @@ bool Console::result(std::string_view text) {
   if (resultError_) return false;
   const std::lock_guard lock(mutex_);
   const bool givesWay = resultIsTerminal_ && !progressLine_.empty();
-  if (givesWay) write(stderr, kEraseLine);
+  if (givesWay) write(stderr, erasure());
   errno = 0;
   if (std::fwrite(text.data(), 1, text.size(), stdout) < text.size()) {
     resultError_ = {errno == 0 ? EIO : errno, std::generic_category()};
@@ -59,15 +62,40 @@ void Console::logLine(std::string_view line) { writeError(line); }
 void Console::writeError(std::string_view line) {
   const std::lock_guard lock(mutex_);
   std::string whole;
-  if (!progressLine_.empty()) whole += kEraseLine;
+  if (!progressLine_.empty()) whole += erasure();
   whole += platform::printableText(line);
   whole += '\n';
   whole += progressLine_;
   write(stderr, whole);
 }
 
+std::string Console::erasure() const {
+  std::string text(kEraseLine);
+  for (const char one : progressLine_) {
+    if (one == '\n') text += kEraseLineAbove;
+  }
+  return text;
+}
+
+void Console::progressLines(const std::vector<std::string>& lines) {
+  if (!showsProgress()) return;
+  std::string all;
+  for (const std::string& line : lines) all += (all.empty() ? "" : "\n") + platform::printableText(line);
+  // A line that went on in the next row could not be taken away again.
+  if (!all.empty()) all = std::string(kNoWrapping) + all + std::string(kWrapping);
+  const std::lock_guard lock(mutex_);
+  if (all == progressLine_ || resultLineIsOpen_) return;
+  const std::string erasing = erasure();
+  progressLine_ = std::move(all);
+  write(stderr, erasing + progressLine_);
+}
+
 void Console::progress(std::string_view line) {
   if (!showsProgress()) return;
+  if (progressTo_) {
+    progressTo_(line);
+    return;
+  }
   std::string printable = platform::printableText(line);
   const std::lock_guard lock(mutex_);
   if (printable == progressLine_ || resultLineIsOpen_) return;

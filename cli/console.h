@@ -3,10 +3,13 @@
 /// came from outside, as text or as JSON wants it.
 #pragma once
 
+#include <functional>
 #include <mutex>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
+#include <vector>
 
 #include "platform/log.h"
 
@@ -40,12 +43,18 @@ class Console {
   void logLine(std::string_view line);
 
   /// Whether anybody sees a progress line.
-  [[nodiscard]] bool showsProgress() const { return errorIsTerminal_ && !quiet_; }
+  [[nodiscard]] bool showsProgress() const { return (errorIsTerminal_ || progressTo_) && !quiet_; }
   /// Replaces the progress line; an empty one takes it away. None is drawn after a result whose line is not ended.
   void progress(std::string_view line);
+  /// The same of several lines, one below the other. What a terminal has no room for is cut off.
+  void progressLines(const std::vector<std::string>& lines);
+  /// From now on progress goes there, and is not drawn.
+  void setProgressTo(std::function<void(std::string_view line)> to) { progressTo_ = std::move(to); }
 
  private:
   void writeError(std::string_view line);
+  /// What takes the progress lines away that stand there; empty when there are none.
+  [[nodiscard]] std::string erasure() const;
 
   const bool errorIsTerminal_;
   const bool resultIsTerminal_;
@@ -53,7 +62,8 @@ class Console {
   std::error_code resultError_;
   bool resultLineIsOpen_ = false;  ///< on a terminal
   std::mutex mutex_;               ///< guards standard error and the progress line
-  std::string progressLine_;
+  std::string progressLine_;       ///< what is drawn, with line ends between several
+  std::function<void(std::string_view)> progressTo_;
 };
 
 /// The log of a run: lines to the console when they are wanted.

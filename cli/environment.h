@@ -4,9 +4,14 @@
 #include <functional>
 
 #include "cli/console.h"
+#include "platform/checksums.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
+#include "platform/film_player.h"
+#include "platform/film_programs.h"
+#include "platform/locked_files.h"
 #include "platform/main_queue.h"
+#include "platform/memory_view.h"
 #include "platform/new_files.h"
 #include "platform/property_lists.h"
 #include "platform/relaxed.h"
@@ -29,8 +34,15 @@ struct Environment {
   std::function<StorageView()> lookAtStorage;  ///< for the commands that want it: reading it takes milliseconds
   platform::PropertyLists& propertyLists;
   platform::TrialDecoder& trialDecoder;
+  platform::FilmPlayer& filmPlayer;
   Console& console;
   const platform::Relaxed<bool>& stopRequested;  ///< raised by a signal; never lowered
+  // What batches stand on. Null in programs that know none.
+  platform::LockedFiles* lockedFiles = nullptr;
+  platform::Checksums* checksums = nullptr;
+  platform::MemoryView* memory = nullptr;
+  platform::FilmPrograms* filmPrograms = nullptr;
+  platform::FilmParent* parent = nullptr;  ///< set when this program works on one film of a batch
 };
 
 }  // namespace zelvo::cli

@@ -5,7 +5,7 @@ namespace zelvo::cli {
 
 enum class Exit {
   done = 0,
-  unrepairable = 1,  ///< not an AVI file, or one that cannot be repaired
+  unrepairable = 1,  ///< not an AVI file, or one that cannot be repaired; one that does not play throughout
   wrongUse = 2,      ///< the command line makes no sense
   ioFailed = 3,      ///< reading or writing failed, or was refused
   stopped = 130,     ///< stopped by a signal

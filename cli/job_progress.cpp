@@ -9,7 +9,7 @@ namespace zelvo::cli {
 
 namespace {
 
-constexpr std::size_t kLongestName = 28;
+constexpr std::size_t kLongestShownName = 28;
 
 std::string_view stageName(Stage stage) {
   switch (stage) {
@@ -27,6 +27,8 @@ std::string_view stageName(Stage stage) {
       return "waiting for the disk";
     case Stage::inspecting:
       return "reading";
+    case Stage::playing:
+      return "decoding";
     case Stage::none:
       break;
   }
@@ -66,7 +68,7 @@ std::string ProgressLine::text(Clock::time_point now, Stage stage, std::uint64_t
     stage_ = stage;
     stageBegan_ = now;
   }
-  std::string line = shortened(printable(name_), kLongestName) + ": " + std::string(stageName(stage));
+  std::string line = shortened(printable(name_), kLongestShownName) + ": " + std::string(stageName(stage));
   if (all == 0 || stage == Stage::flushing) return line;
   done = std::min(done, all);
   const double seconds = std::chrono::duration<double>(now - stageBegan_).count();

@@ -10,7 +10,7 @@
 
 namespace zelvo::cli {
 
-enum class Stage { none, analysing, scanning, weighing, writing, copying, flushing, inspecting };
+enum class Stage { none, analysing, scanning, weighing, writing, copying, flushing, inspecting, playing };
 
 /// Keeps what a repair tells last. Thread: any.
 class RunProgress final : public engine::RepairObserver {

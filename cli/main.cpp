@@ -5,12 +5,20 @@
 #include <csignal>
 #include <cstdio>
 #include <new>
+#include <optional>
 #include <span>
+#include <string>
 #include <system_error>
 
 #include "cli/command_line.h"
 #include "cli/environment.h"
+#include "cli/told_parent.h"
 #include "platform/linux/bundle.h"
+#include "platform/linux/checksums.h"
+#include "platform/linux/film_player.h"
+#include "platform/linux/film_programs.h"
+#include "platform/linux/locked_files.h"
+#include "platform/linux/memory_view.h"
 #include "platform/linux/path_probe_child.h"
 #include "platform/linux/services.h"
 #include "platform/linux/trial_decoder.h"
@@ -50,11 +58,25 @@ void giveBackLargeBlocks() {
   static_cast<void>(mallopt(M_MMAP_THRESHOLD, kLarge));
 }
 
-zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console) {
+zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& console,
+                            zelvo::platform::linux_::LinuxFilmParent* parent) {
+  using zelvo::platform::linux_::LinuxBundle;
+  using zelvo::platform::linux_::LinuxFilmPlayer;
   using zelvo::platform::linux_::LinuxPathProbe;
   using zelvo::platform::linux_::LinuxTrialDecoder;
   zelvo::platform::linux_::Services system(LinuxPathProbe::thisProgram());
-  LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(zelvo::platform::linux_::LinuxBundle::runningProgram()));
+  zelvo::platform::linux_::LinuxLockedFiles lockedFiles;
+  zelvo::platform::linux_::LinuxChecksums checksums;
+  zelvo::platform::linux_::LinuxMemoryView memory;
+  zelvo::platform::linux_::LinuxFilmPrograms filmPrograms(LinuxBundle::runningProgram());
+  if (parent != nullptr) {
+    system.workers.useAtMost(parent->threads());
+    if (parent->wantsProgress()) {
+      console.setProgressTo([parent](std::string_view line) { zelvo::cli::tellProgress(*parent, line); });
+    }
+  }
+  LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(LinuxBundle::runningProgram()));
+  LinuxFilmPlayer player(LinuxFilmPlayer::programBeside(LinuxBundle::runningProgram()));
   zelvo::cli::Environment environment{
       .files = system.files,
       .fileManager = system.fileManager,
@@ -65,8 +87,14 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
       .lookAtStorage = [&] { return system.lookAtStorage(); },
       .propertyLists = system.propertyLists,
       .trialDecoder = decoder,
+      .filmPlayer = player,
       .console = console,
-      .stopRequested = stopRequested};
+      .stopRequested = stopRequested,
+      .lockedFiles = &lockedFiles,
+      .checksums = &checksums,
+      .memory = &memory,
+      .filmPrograms = &filmPrograms,
+      .parent = parent};
   return command.run(environment);
 }
 
@@ -86,11 +114,19 @@ int main(int argc, char** argv) {
   if (zelvo::platform::linux_::isProbeChild(arguments)) zelvo::platform::linux_::answerForPaths(arguments);
   installSignals();
   giveBackLargeBlocks();
+  // A film's program is a command line like any other, behind one argument of its own.
+  std::optional<zelvo::platform::linux_::LinuxFilmParent> parent;
+  if (zelvo::platform::linux_::LinuxFilmParent::isAsked(arguments)) {
+    parent.emplace(arguments[1]);
+    argv[1] = argv[0];
+    ++argv;
+    --argc;
+  }
   zelvo::cli::Console console(::isatty(STDERR_FILENO) == 1, ::isatty(STDOUT_FILENO) == 1);
   zelvo::cli::Exit exit = zelvo::cli::Exit::ioFailed;
   try {
     const zelvo::cli::CommandLine line = zelvo::cli::readCommandLine(argc, argv, console);
-    exit = line.command ? runCommand(*line.command, console) : line.exit;
+    exit = line.command ? runCommand(*line.command, console, parent ? &*parent : nullptr) : line.exit;
   } catch (const std::bad_alloc&) {
     console.error("there is not enough memory.");
   } catch (const std::system_error& error) {

@@ -111,8 +111,11 @@ Exit exitOf(const Outcome& outcome) {
       // What could not be read is missing from the result, so it is no plain success.
       // Decision: command-line, Unreadable bytes exit with 3
       return outcome.readFailures.count > 0 ? Exit::ioFailed : Exit::done;
+    case Verdict::plays:
+      return Exit::done;
     case Verdict::notSupported:
     case Verdict::invalid:
+    case Verdict::faults:
       return Exit::unrepairable;
     case Verdict::stopped:
       return Exit::stopped;
@@ -132,12 +135,24 @@ std::string_view nameOf(Verdict verdict) {
       return "not-supported";
     case Verdict::invalid:
       return "invalid";
+    case Verdict::plays:
+      return "plays";
+    case Verdict::faults:
+      return "faults";
     case Verdict::stopped:
       return "stopped";
     case Verdict::failed:
       break;
   }
   return "failed";
+}
+
+Verdict verdictOf(std::string_view name) {
+  for (const Verdict one :
+       {Verdict::repaired, Verdict::repairable, Verdict::notSupported, Verdict::invalid, Verdict::stopped}) {
+    if (nameOf(one) == name) return one;
+  }
+  return Verdict::failed;
 }
 
 std::string inWords(const Outcome& outcome) {
@@ -207,6 +222,8 @@ std::string summary(const std::vector<Verdict>& verdicts, std::size_t notStarted
                                   Share{Verdict::repairable, "can be repaired"},
                                   Share{Verdict::notSupported, "cannot be repaired"},
                                   Share{Verdict::invalid, "not an AVI file"},
+                                  Share{Verdict::plays, "play throughout"},
+                                  Share{Verdict::faults, "with faults"},
                                   Share{Verdict::failed, "failed"},
                                   Share{Verdict::stopped, "stopped"}};
   std::string text = counted(verdicts.size() + notStarted, "input") + ":";

@@ -10,6 +10,7 @@
 #include "avi/input_file.h"
 #include "cli/exit.h"
 #include "engine/repair_report.h"
+#include "salvage/batch_line.h"
 
 namespace zelvo::cli {
 
@@ -20,8 +21,19 @@ enum class Verdict {
   repairable,    ///< a repair would write one
   notSupported,  ///< an AVI that cannot be repaired
   invalid,       ///< not an AVI file
+  plays,         ///< throughout, as decoding shows
+  faults,        ///< it does not
   stopped,
   failed,  ///< reading or writing failed or was refused
+};
+
+/// What a journal and a summary say of a film besides its outcome.
+struct FilmFacts {
+  std::string verdict;  ///< the command's own judgement of the film, in a word; empty where it has none
+  std::vector<salvage::BatchFigure> figures;
+  std::vector<salvage::BatchPicture> picture;
+  std::string inputSha256;
+  std::string outputSha256;
 };
 
 struct Outcome {
@@ -38,6 +50,7 @@ struct Outcome {
   avi::ReadFailures readFailures;
   std::vector<std::string> warnings;
   double seconds = 0;
+  FilmFacts facts;
 };
 
 /// An outcome about `path`, of which nothing is known yet.
@@ -45,6 +58,8 @@ struct Outcome {
 
 [[nodiscard]] Exit exitOf(const Outcome& outcome);
 [[nodiscard]] std::string_view nameOf(Verdict verdict);
+/// The verdict of that name; `failed` when there is none.
+[[nodiscard]] Verdict verdictOf(std::string_view name);
 
 /// Several lines for a person.
 [[nodiscard]] std::string inWords(const Outcome& outcome);

@@ -7,6 +7,7 @@
 #include "avi/name_endings.h"
 #include "cli/shown_text.h"
 #include "engine/counted_file.h"
+#include "platform/hidden_names.h"
 #include "platform/paths.h"
 #include "platform/ran_out.h"
 #include "platform/same_file.h"
@@ -50,9 +51,9 @@ std::string outputPath(const std::string& input, const std::optional<std::string
 
 std::string hiddenName() {
   std::random_device random;
-  std::string name = ".zelvo-avi-";
+  std::string name(platform::kHiddenBeginning);
   for (int i = 0; i < 3; ++i) name += shownHex(random(), 8).substr(2);
-  return name + ".part";
+  return name.append(platform::kHiddenEnd);
 }
 
 std::optional<std::string> folderRefusal(const OutputChoice& output, platform::FileManager& fileManager) {
@@ -87,6 +88,9 @@ std::error_code HiddenFile::create(const std::string& folder) {
     const std::string candidate = platform::pathIn(folder, hiddenName());
     auto created = newFiles_.createNewFile(candidate);
     if (created.file) {
+      lock_ = newFiles_.lockNewFile(candidate);
+      // Whoever removes what dead programs have left may take it for that before it is locked.
+      if (!lock_ && !fileManager_.exists(candidate)) continue;
       path_ = candidate;
       file_ = std::make_unique<engine::CountedFile>(std::move(created.file), written_);
       return {};
@@ -118,7 +122,10 @@ std::error_code HiddenFile::renameTo(const OutputChoice& output) {
   }
   const std::error_code error =
       output.mayReplace ? fileManager_.rename(path_, output.path) : newFiles_.renameToNew(path_, output.path);
-  if (!error) path_.clear();
+  if (!error) {
+    path_.clear();
+    lock_.reset();
+  }
   return error;
 }
 
@@ -135,6 +142,7 @@ void HiddenFile::remove() {
   // Nothing can be done about a file that will not go, and nothing may leave here while memory is short.
   static_cast<void>(platform::ranOut([this] { static_cast<void>(fileManager_.remove(path_)); }));
   path_.clear();
+  lock_.reset();
 }
 
 std::optional<std::string> refusal(const OutputChoice& output, const ChosenInput& input,

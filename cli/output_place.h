@@ -63,7 +63,8 @@ class HiddenFile {
   platform::FileManager& fileManager_;
   platform::NewFiles& newFiles_;
   platform::Relaxed<std::uint64_t>& written_;
-  std::string path_;  ///< empty while there is none
+  std::string path_;                          ///< empty while there is none
+  std::unique_ptr<platform::FileLock> lock_;  ///< until it has its name: a file without one has lost its writer
   std::unique_ptr<platform::WritableFile> file_;
   std::optional<std::uint32_t> own_;  ///< permissions of a new file, once it has others
 };

@@ -10,11 +10,14 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/batch_command.h"
+#include "cli/checked_film.h"
 #include "cli/engine_job.h"
 #include "cli/new_output.h"
 #include "cli/output_place.h"
 #include "cli/salvage_hint.h"
 #include "cli/shown_text.h"
+#include "cli/told_parent.h"
 #include "cli/worker_run.h"
 #include "engine/padded_copy.h"
 #include "engine/repair.h"
@@ -51,6 +54,7 @@ class OneRepair final : public engine::OutputMaker {
              const platform::CancelMark& cancel);
 
   Environment& environment_;
+  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   EngineJob& job_;
   NewOutput output_;
   const bool isPadded_;
@@ -121,14 +125,19 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
   }
   HiddenFile& written = isPadded_ ? padded_ : rebuilt_;
   const auto attributes = environment_.fileManager.attributes(written.path());
-  if (auto sentence = output_.publish(written)) {
-    outcome.reason = std::move(*sentence);
+  Outcome named = outcome;
+  named.verdict = Verdict::repaired;
+  named.outputPath = output_.path();
+  named.outputSize = attributes ? attributes->size : 0;
+  named.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+  auto refused = askForName(environment_, named, written.path());
+  if (!refused) refused = output_.publish(written);
+  if (refused) {
+    outcome.reason = std::move(*refused);
     return;
   }
+  outcome = std::move(named);
   if (const auto warning = output_.keepName()) job_.warn(outcome, *warning);
-  outcome.verdict = Verdict::repaired;
-  outcome.outputPath = output_.path();
-  outcome.outputSize = attributes ? attributes->size : 0;
   if (const auto warning =
           readsFailed(input.path, outcome.readFailures, " What lies there is missing from the output.")) {
     job_.warn(outcome, *warning);
@@ -136,7 +145,6 @@ void OneRepair::judge(Outcome& outcome, const ChosenInput& input, const engine::
 }
 
 Outcome OneRepair::run(const std::string& inputPath) {
-  const auto start = std::chrono::steady_clock::now();
   Outcome outcome = outcomeOf("repair", inputPath);
   auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager);
   if (auto* sentence = std::get_if<std::string>(&chosen)) {
@@ -160,24 +168,30 @@ Outcome OneRepair::run(const std::string& inputPath) {
     judge(outcome, input, done.report, *cancel);
     outcome.hint = salvageHint(input, outcome).value_or("");
   }
-  outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
   return outcome;
 }
 
 class RepairCommand final : public Command {
  public:
   std::vector<Option> options() override {
-    return {
-        {"INPUT", "damaged AVI files; they are only read, never changed", &inputs_},
+    std::vector<Option> options = {
+        {.names = "INPUT",
+         .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
+         .target = &inputs_,
+         .mayLack = true},
         {"-o,--output", "where to write the repaired file (for one input)", &output_, "OUTPUT"},
         {"--output-dir", "folder for the repaired files, each named NAME-repaired.avi", &outputFolder_, "DIR"},
         {"--into", "write FOLDER/repaired.avi as the window's Save does: created when missing, padded to whole blocks",
          &into_, "FOLDER"},
+        {"--dry-run", "write nothing, and tell what a repair would keep", &isDry_},
         {"-f,--force", "replace an existing output", &force_},
         {"--json", "print one JSON object a line instead of text", &json_},
         {"-q,--quiet", "print errors only", &quiet_},
         {"-v,--verbose", "show the log of the repair; given twice, every position of the first check too", &verbose_},
     };
+    batch_.addTo(options);
+    return options;
   }
 
   std::optional<std::string> misuse() const override {
@@ -185,13 +199,37 @@ class RepairCommand final : public Command {
     if (places > 1) return "only one of --output, --output-dir and --into can be given.";
     if (inputs_.size() > 1 && output_) return "--output takes one input; use --output-dir for several.";
     if (inputs_.size() > 1 && into_) return "--into takes one input; use --output-dir for several.";
-    return std::nullopt;
+    if (batch_.namesMore() && output_) return "--output takes one input, and no folder or list.";
+    if (batch_.isGiven() && into_) return "--into is for one film, and goes with none of the options for many.";
+    return batch_.misuse(inputs_);
   }
 
   Exit run(Environment& environment) override {
     environment.console.setQuiet(quiet_);
+    if (batch_.isGiven() && isBatch(environment, batch_, inputs_)) {
+      return runBatch(environment, batch_,
+                      {.name = "repair",
+                       .options = options(),
+                       .inputs = inputs_,
+                       .output = output_,
+                       .outputFolder = outputFolder_,
+                       .outputPath = repairedPath,
+                       .isDry = isDry_,
+                       .isJson = json_,
+                       .jobs = 1,
+                       .json = inJson});
+    }
     EngineJob job(environment, verbose_);
     Batch batch(environment, inputs_.size(), json_);
+    if (isDry_) {
+      for (const std::string& input : inputs_) {
+        if (!batch.shouldContinue()) break;
+        Outcome outcome = checked(environment, job, input);
+        outcome.command = "repair";
+        batch.report(outcome);
+      }
+      return batch.finish();
+    }
     workOnEach(
         environment, batch, inputs_, [this](const std::string& input) { return placeFor(input); },
         [&](const Assignment& assignment, const CommandInputs& all) {
@@ -214,10 +252,12 @@ class RepairCommand final : public Command {
     return {repairedPath(input, outputFolder_), force_, false};
   }
 
+  BatchOptions batch_;
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;
   std::optional<std::string> into_;
+  bool isDry_ = false;
   bool force_ = false;
   bool json_ = false;
   bool quiet_ = false;

@@ -11,16 +11,20 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/batch_command.h"
+#include "cli/job_progress.h"
 #include "cli/new_output.h"
 #include "cli/rescue_choice.h"
+#include "cli/salvage_facts.h"
 #include "cli/salvage_outcome.h"
 #include "cli/salvage_page.h"
 #include "cli/salvage_progress.h"
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "cli/told_parent.h"
 #include "cli/worker_run.h"
 #include "platform/ran_out.h"
 #include "salvage/deep_repair.h"
+#include "salvage/film_check.h"
 
 namespace zelvo::cli {
 
@@ -32,6 +36,7 @@ struct Choices {
   std::shared_ptr<platform::ReadableFile> donor;  ///< null without one
   std::shared_ptr<const ChosenRescue> rescue;     ///< null without a map
   bool isDry = false;
+  bool verifies = false;  ///< plays the film that was written
 };
 
 class OneSalvage {
@@ -43,7 +48,6 @@ class OneSalvage {
         hidden_(environment.fileManager, environment.newFiles, written_) {}
 
   [[nodiscard]] SalvageOutcome run(const std::string& inputPath) {
-    const auto start = std::chrono::steady_clock::now();
     SalvageOutcome told{.outcome = outcomeOf("salvage", inputPath), .report = {}};
     auto chosen = chooseInput(inputPath, environment_.files, environment_.fileManager, FirstByte::left);
     if (auto* sentence = std::get_if<std::string>(&chosen)) {
@@ -66,7 +70,7 @@ class OneSalvage {
       rescue_ = std::move(std::get<salvage::FilmRescue>(rescue));
     }
     work(input, told);
-    told.outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    told.outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
     return told;
   }
 
@@ -118,9 +122,36 @@ class OneSalvage {
     }
     salvage::SalvageReport report = salvage::salvage(run);
     if (report.end != salvage::SalvageEnd::written || report.writeFailure) return report;
+    if (choices_.verifies) {
+      if (const std::error_code error = verify(cancel)) {
+        report.writeFailure = {report.outputSize, error};
+        return report;
+      }
+    }
     progress_.beginFlushing();
     if (const std::error_code error = hidden_.flushAndClose()) report.writeFailure = {report.outputSize, error};
     return report;
+  }
+
+  /// Plays what was written, before it has its final name. Pictures that its index falsely calls keys are not called
+  /// so any more; then it is played again.
+  /// \return why the index could not be changed. Thread: the worker.
+  std::error_code verify(const platform::CancelMark& cancel) {
+    progress_.beginPlaying();
+    auto opened = environment_.files.openForReading(hidden_.path());
+    if (!opened.file) return opened.error;
+    const salvage::FilmCheckRun run{.file = *opened.file,
+                                    .path = hidden_.path(),
+                                    .player = environment_.filmPlayer,
+                                    .choices = {},
+                                    .cancel = cancel,
+                                    .progress = [this](std::uint64_t offset) { progress_.played(offset); }};
+    played_ = salvage::checkFilm(run);
+    if (played_->falseKeys.empty() || cancel.abandoned()) return {};
+    keysDropped_ = played_->falseKeyPictures();
+    const std::error_code error = salvage::dropKeyFlags(*hidden_.file(), played_->falseKeys);
+    if (!error) played_ = salvage::checkFilm(run);
+    return error;
   }
 
   void showProgress(ProgressLine& line, std::uint64_t inputSize) {
@@ -135,6 +166,9 @@ class OneSalvage {
     } else if (stage == Stage::writing) {
       all = expected_;
       done = written_;
+    } else if (stage == Stage::playing) {
+      all = expected_;
+      done = progress_.playedUpTo();
     }
     environment_.console.progress(line.text(now, stage, done, all));
   }
@@ -154,6 +188,7 @@ class OneSalvage {
     }
     using salvage::SalvageEnd;
     told.report = std::move(report);
+    outcome.facts = factsOf(*told.report);
     const SalvageEnd end = told.report->end;
     if (end == SalvageEnd::noMedia || end == SalvageEnd::noHeader) {
       outcome.reason = whyNothing(*told.report, name) + " It is unchanged.";
@@ -171,17 +206,20 @@ class OneSalvage {
 
   void finish(const ChosenInput& input, SalvageOutcome& told) {
     Outcome& outcome = told.outcome;
+    outcome.outputSize = told.report->outputSize;
     if (choices_.isDry) {
       outcome.verdict = Verdict::repairable;
-    } else if (auto sentence = output_.publish(hidden_)) {
-      outcome.reason = std::move(*sentence);
+    } else if (!nameOutput(outcome)) {
       return;
-    } else {
-      outcome.verdict = Verdict::repaired;
-      outcome.outputPath = output_.path();
-      if (const auto warning = output_.keepName()) warn(outcome, *warning);
     }
-    outcome.outputSize = told.report->outputSize;
+    told.played = std::move(played_);
+    told.keysDropped = keysDropped_;
+    if (told.played && told.played->end == platform::PlayEnd::noPlayer) {
+      warn(outcome,
+           "the film was not verified, since the program zelvo-avi-player, which lies beside zelvo-avi, is "
+           "missing or cannot run here.");
+      told.played.reset();
+    }
     if (told.report->isDonorUseless) {
       warn(outcome, "the donor's headers cannot be those of " + printable(input.path) +
                         "; lost ones were put together from what is left.");
@@ -204,12 +242,31 @@ class OneSalvage {
     }
   }
 
+  /// False when it could not get its name; the outcome says why.
+  bool nameOutput(Outcome& outcome) {
+    outcome.verdict = Verdict::repaired;
+    outcome.outputPath = output_.path();
+    outcome.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start_).count();
+    auto refused = askForName(environment_, outcome, hidden_.path());
+    if (!refused) refused = output_.publish(hidden_);
+    if (refused) {
+      outcome.verdict = environment_.stopRequested ? Verdict::stopped : Verdict::failed;
+      outcome.reason = std::move(*refused);
+      outcome.outputPath.reset();
+      outcome.outputSize.reset();
+      return false;
+    }
+    if (const auto warning = output_.keepName()) warn(outcome, *warning);
+    return true;
+  }
+
   void warn(Outcome& outcome, const std::string& sentence) {
     environment_.console.warning(sentence);
     outcome.warnings.push_back(sentence);
   }
 
   Environment& environment_;
+  const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
   NewOutput output_;
   const Choices& choices_;
   std::optional<salvage::FilmRescue> rescue_;
@@ -217,6 +274,8 @@ class OneSalvage {
   platform::Relaxed<std::uint64_t> expected_;
   SalvageProgress progress_;
   HiddenFile hidden_;
+  std::optional<salvage::FilmCheck> played_;  ///< what playing the output showed
+  std::uint64_t keysDropped_ = 0;
   std::string obstacle_;  ///< why there will be no output; a sentence
 };
 
@@ -243,7 +302,10 @@ class SalvageCommand final : public Command {
  public:
   std::vector<Option> options() override {
     std::vector<Option> options = {
-        {"INPUT", "damaged AVI files; they are only read, never changed", &inputs_},
+        {.names = "INPUT",
+         .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
+         .target = &inputs_,
+         .mayLack = true},
         {"-o,--output", "where to write the film (for one input)", &output_, "OUTPUT"},
         {"--output-dir", "folder for the films, each named NAME-salvaged.avi", &outputFolder_, "DIR"},
         {"--donor", "an undamaged film of the same camera, whose headers stand in for lost ones (for one input)",
@@ -255,6 +317,7 @@ class SalvageCommand final : public Command {
         {"--damaged", "pictures that are damaged: keep them (default), or put empty ones there, which seeks better",
          &damaged_, "keep|empty"},
         {"--gaps", "time that is lost: fill it (default), or close it up", &gaps_, "fill|close"},
+        {"--verify", "play the film that was written by decoding it, and tell what plays", &choices_.verifies},
         {"--dry-run", "write nothing but the report", &choices_.isDry},
         {"-f,--force", "replace an existing output", &force_},
         {"--allow-growth", "write the film even if it is much larger than its input", &choices_.repair.allowsGrowth},
@@ -266,6 +329,7 @@ class SalvageCommand final : public Command {
     options.push_back({"--wanted",
                        "write down what of it would bring most back, as a domain map for ddrescue -m (for one input)",
                        &wanted_, "FILE"});
+    batch_.addTo(options);
     return options;
   }
 
@@ -281,9 +345,13 @@ class SalvageCommand final : public Command {
     if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
+    if (choices_.verifies && choices_.isDry) return "--verify plays what is written, and --dry-run writes nothing.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
     if (gaps_ && *gaps_ != "fill" && *gaps_ != "close") return "--gaps is either fill or close.";
-    return std::nullopt;
+    if (batch_.namesMore() && (output_ || donor_ || report_ || rescue_.mapPath())) {
+      return "--output, --donor, --report and --map take one input, and no folder or list.";
+    }
+    return batch_.misuse(inputs_);
   }
 
   Exit run(Environment& environment) override {
@@ -299,6 +367,20 @@ class SalvageCommand final : public Command {
         return Exit::ioFailed;
       }
       choices_.donor = std::get<ChosenInput>(chosen).file;
+    }
+    if (isBatch(environment, batch_, inputs_)) {
+      return runBatch(environment, batch_,
+                      {.name = "salvage",
+                       .options = options(),
+                       .inputs = inputs_,
+                       .output = output_,
+                       .outputFolder = outputFolder_,
+                       .outputPath = salvagedPath,
+                       .isDry = choices_.isDry,
+                       .isJson = json_,
+                       .json = [](const Outcome& outcome) {
+                         return inJson(SalvageOutcome{outcome, {}});
+                       }});
     }
     auto rescue = rescue_.read(environment);
     if (const auto* sentence = std::get_if<std::string>(&rescue)) {
@@ -355,6 +437,7 @@ class SalvageCommand final : public Command {
     return {salvagedPath(input, outputFolder_), force_, false};
   }
 
+  BatchOptions batch_;
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;

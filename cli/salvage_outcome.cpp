@@ -5,8 +5,9 @@
 
 #include "cli/json_writer.h"
 #include "cli/rescue_words.h"
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "cli/verify_words.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 
@@ -139,7 +140,7 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
     json.member("chunks", span.span.slots);
     json.key("streams");
     json.beginArray();
-    for (const std::uint8_t stream : span.streams) json.number(stream);
+    for (const salvage::SpanShare& share : span.streams) json.number(share.stream);
     json.endArray();
     json.endObject();
   }
@@ -147,7 +148,8 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
   json.member("spans_left_out", report.spansLeftOut);
 }
 
-void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
+void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
+  const std::optional<SalvageReport>& report = outcome.report;
   json.key("report");
   if (!report) {
     json.null();
@@ -168,7 +170,20 @@ void writeReport(JsonWriter& json, const std::optional<SalvageReport>& report) {
   json.seconds(report->syncAfter);
   json.member("unreadable", report->unreadable);
   writeRescue(json, report->rescue);
+  json.key("plays");
+  writeCheck(json, outcome.played);
+  json.member("keys_dropped", outcome.keysDropped);
   json.endObject();
+}
+
+/// What playing it showed, when that was wanted.
+std::string playedWords(const SalvageOutcome& outcome, bool all) {
+  if (!outcome.played) return {};
+  std::string text = line("Plays", verdictSentence(*outcome.played));
+  for (const std::string& fault : checkLines(*outcome.played, all)) text += line("Fault", fault);
+  if (outcome.keysDropped > 0)
+    text += line("Keys", counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows");
+  return text;
 }
 
 }  // namespace
@@ -202,6 +217,7 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
   const std::string output = base.outputPath.value_or("");
   text += line("Written", printable(output) + " (" + shownSize(base.outputSize.value_or(0)) + ", in " +
                               shownSeconds(base.seconds) + ")");
+  text += playedWords(outcome, spans);
   text += line("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
   return text + line("Unchanged", input);
 }
@@ -217,10 +233,26 @@ std::string inJson(const SalvageOutcome& outcome) {
   json.beginObject();
   json.member("version", kSalvageVersion);
   beginJson(json, outcome.outcome);
-  writeReport(json, outcome.report);
+  writeReport(json, outcome);
   endJson(json, outcome.outcome);
   json.endObject();
   return json.take() + "\n";
+}
+
+std::string whyNothing(const SalvageReport& report, const std::string& name) {
+  if (report.inputSize == 0) return name + " is empty.";
+  if (report.end == salvage::SalvageEnd::noHeader) {
+    return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
+  }
+  if (report.end == salvage::SalvageEnd::manySounds) {
+    return name + " has several sound tracks; --rate is for a film that has one.";
+  }
+  if (report.end == salvage::SalvageEnd::tooLarge) {
+    return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +
+           " large, and no more than " + shownSize(report.outputLimit) +
+           " can be right; use --allow-growth to have it all the same.";
+  }
+  return "nothing can be brought back from " + name + ": no picture and no sound was found in it.";
 }
 
 }  // namespace zelvo::cli

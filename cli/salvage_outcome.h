@@ -5,6 +5,7 @@
 #include <string>
 
 #include "cli/outcome.h"
+#include "salvage/film_check.h"
 #include "salvage/salvage_report.h"
 
 namespace zelvo::cli {
@@ -12,6 +13,8 @@ namespace zelvo::cli {
 struct SalvageOutcome {
   Outcome outcome;                               ///< `streams` stays empty
   std::optional<salvage::SalvageReport> report;  ///< none when the input was not looked at
+  std::optional<salvage::FilmCheck> played = {};      ///< what playing the film that was written showed; none unless wanted
+  std::uint64_t keysDropped = 0;                 ///< pictures that its index called keys until then
 };
 
 /// Several lines for a person; with `spans` a line for each stretch of damage too.
@@ -20,5 +23,8 @@ struct SalvageOutcome {
 [[nodiscard]] std::string reportInWords(const SalvageOutcome& outcome);
 /// One line, its end included; docs/cli-salvage.schema.json describes it.
 [[nodiscard]] std::string inJson(const SalvageOutcome& outcome);
+
+/// Why nothing was written; a sentence about the input called `name`, which is printable already.
+[[nodiscard]] std::string whyNothing(const salvage::SalvageReport& report, const std::string& name);
 
 }  // namespace zelvo::cli

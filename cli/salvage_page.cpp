@@ -6,9 +6,12 @@
 #include <array>
 #include <string_view>
 
+#include "cli/html_text.h"
 #include "cli/rescue_words.h"
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "cli/verify_words.h"
+#include "salvage/damage_picture.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 
@@ -28,9 +31,11 @@ constexpr std::size_t kMaxRows = 2000;
 
 constexpr std::string_view kStyle = R"(
 :root { color-scheme: light dark; --page: #ffffff; --text: #1c2430; --soft: #5b6675; --line: #d5dbe3; --card: #f4f6f9;
-  --whole: #3b9b6d; --lost: #c8372d; --hurt: #e08a1e; --mended: #2f7fd1; --extra: #8a5cc2; }
+  --kept: #8fc7ae; --header: #5b6675; --index: #9aa6b6; --mended: #0072b2; --hurt: #e69f00; --lost: #b52a1c;
+  --doubled: #56b4e9; --foreign: #9b5c94; }
 @media (prefers-color-scheme: dark) { :root { --page: #14181f; --text: #e6eaf0; --soft: #9aa6b6; --line: #323b48;
-  --card: #1d232d; --whole: #3f8f6b; --lost: #ef6a5f; --hurt: #f0a848; --mended: #62a8ee; --extra: #b18be0; } }
+  --card: #1d232d; --kept: #2f6b55; --header: #93a0b3; --index: #66738a; --mended: #4aa8e0; --hurt: #f0b93c;
+  --lost: #f2665a; --doubled: #8fd0f5; --foreign: #d796cf; } }
 * { box-sizing: border-box; }
 body { margin: 0 auto; max-width: 72rem; padding: 2rem 1.25rem 4rem; background: var(--page); color: var(--text);
   font: 16px/1.5 system-ui, sans-serif; }
@@ -47,135 +52,98 @@ figure { margin: 0; padding: 1rem; background: var(--card); border-radius: .6rem
 svg { display: block; width: 100%; height: auto; } svg text { fill: var(--text); font: 13px system-ui, sans-serif; }
 svg .soft { fill: var(--soft); }
 .key { display: flex; flex-wrap: wrap; gap: .3rem 1.2rem; margin-top: .8rem; font-size: .9rem; }
-.key i { display: inline-block; width: .8rem; height: .8rem; margin-right: .4rem; border-radius: 2px; }
-.fill-whole { fill: var(--whole); background: var(--whole); } .fill-lost { fill: var(--lost); background: var(--lost); }
-.fill-hurt { fill: var(--hurt); background: var(--hurt); }
-.fill-mended { fill: var(--mended); background: var(--mended); }
-.fill-extra { fill: var(--extra); background: var(--extra); }
-rect.mark:hover { stroke: var(--text); stroke-width: 2; }
+.key svg { display: inline-block; width: .9rem; height: .9rem; margin-right: .4rem; vertical-align: -.1rem; }
+.kept { fill: var(--kept); } .header { fill: var(--header); } .index { fill: var(--index); }
+.mended { fill: var(--mended); } .hurt { fill: var(--hurt); } .lost { fill: var(--lost); }
+.doubled { fill: var(--doubled); } .foreign { fill: var(--foreign); }
+pattern path { stroke: var(--page); stroke-width: 1.4; stroke-opacity: .6; fill: none; }
+g.mark:hover rect { stroke: var(--text); stroke-width: 2; }
 )";
 
-std::string escaped(std::string_view text) {
-  std::string out;
-  for (const char c : printable(text)) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-    }
-  }
-  return out;
-}
-
-/// How a stretch of damage is painted.
-std::string_view paintOf(salvage::LossCause cause) {
-  using salvage::LossCause;
-  switch (cause) {
-    case LossCause::sizeField:
-    case LossCause::code:
-    case LossCause::moved:
-      return "mended";
-    case LossCause::inserted:
-    case LossCause::doubled:
-    case LossCause::foreign:
-      return "extra";
-    case LossCause::overwritten:
-    case LossCause::zeroed:
-    case LossCause::unreadable:
-    case LossCause::unrescued:
-      return "hurt";
-    case LossCause::missing:
-    case LossCause::cut:
-      break;
-  }
-  return "lost";
-}
-
-struct Key {
-  std::string_view paint;
-  std::string_view words;
+/// Of DamagePaint: the classes of the colours, and the lines over these, which tell them apart without colour too.
+struct PaintLook {
+  std::string_view name;
+  std::string_view lines;
 };
-constexpr std::array kKeys = {Key{"whole", "as it was"}, Key{"mended", "mended"},
-                              Key{"hurt", "overwritten or unreadable"}, Key{"lost", "missing"},
-                              Key{"extra", "not of this film"}};
+constexpr std::array<PaintLook, platform::kDamagePaints> kPaintLooks = {{{"kept", ""},
+                                                                         {"header", ""},
+                                                                         {"index", "M0 0H8M0 4H8M0 0V8M4 0V8"},
+                                                                         {"mended", "M0 4H8"},
+                                                                         {"hurt", "M1 2H3M5 6H7"},
+                                                                         {"lost", "M-2 2L2 -2M0 8L8 0M6 10L10 6"},
+                                                                         {"doubled", "M4 0V8"},
+                                                                         {"foreign", "M0 0L8 8M0 8L8 0"}}};
 
-std::string rectangle(double x, int y, double width, std::string_view paint, const std::string& title) {
-  const bool isMark = !title.empty();
-  std::string text = "<rect" + std::string(isMark ? " class=\"mark fill-" : " rx=\"3\" class=\"fill-") +
-                     std::string(paint) + "\" x=\"" + fixedPoint(x, 2) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
-                     fixedPoint(width, 2) + "\" height=\"" + std::to_string(kBarHeight) + "\"";
-  return text + (isMark ? "><title>" + escaped(title) + "</title></rect>\n" : "/>\n");
+const PaintLook& lookOf(platform::DamagePaint paint) { return kPaintLooks[static_cast<std::size_t>(paint)]; }
+
+std::string patterns() {
+  std::string text = "<defs>\n";
+  for (const PaintLook& look : kPaintLooks) {
+    if (look.lines.empty()) continue;
+    text += "<pattern id=\"over-" + std::string(look.name) +
+            "\" width=\"8\" height=\"8\" patternUnits=\"userSpaceOnUse\"><path d=\"" + std::string(look.lines) +
+            "\"/></pattern>\n";
+  }
+  return text + "</defs>\n";
 }
 
-/// A bar with marks from `begin` to `end` of `all`.
-class Bars {
- public:
-  void begin(const std::string& label, const std::string& all) {
-    const int y = 4 + rows_ * kRow;
-    out_ += "<text x=\"0\" y=\"" + std::to_string(y + 11) + "\">" + escaped(label) +
-            "</text><text class=\"soft\" text-anchor=\"end\" x=\"1000\" y=\"" + std::to_string(y + 11) + "\">" +
-            escaped(all) + "</text>\n" + rectangle(0, y + 17, kBar, "whole", "");
-    ++rows_;
-  }
-  void mark(double begin, double end, double all, std::string_view paint, const std::string& title) {
-    if (all <= 0) return;
-    const double width = std::clamp((end - begin) / all * kBar, kThinnest, kBar);
-    const double x = std::clamp(begin / all * kBar, 0.0, kBar - width);
-    out_ += rectangle(x, 4 + (rows_ - 1) * kRow + 17, width, paint, title);
-  }
-  [[nodiscard]] std::string drawing() const {
-    return "<svg viewBox=\"0 0 1000 " + std::to_string(rows_ * kRow) +
-           "\" role=\"img\" aria-label=\"Where the film is damaged\">\n" + out_ + "</svg>\n";
-  }
+/// A rectangle with its lines; with what it tells when it is pointed at.
+std::string rectangle(double x, int y, double width, int height, platform::DamagePaint paint, std::string_view title) {
+  const PaintLook& look = lookOf(paint);
+  const std::string place = "x=\"" + fixedPoint(x, 2) + "\" y=\"" + std::to_string(y) + "\" width=\"" +
+                            fixedPoint(width, 2) + "\" height=\"" + std::to_string(height) + "\"/>";
+  std::string text = "<g class=\"mark\">";
+  if (!title.empty()) text += "<title>" + htmlText(title) + "</title>";
+  text += "<rect class=\"" + std::string(look.name) + "\" " + place;
+  constexpr double kPatternFrom = 4;
+  if (!look.lines.empty() && width >= kPatternFrom)
+    text += "<rect fill=\"url(#over-" + std::string(look.name) + ")\" " + place;
+  return text + "</g>\n";
+}
 
- private:
-  std::string out_;
-  int rows_ = 0;
-};
+std::string drawnBar(const platform::DamageBar& bar, const SalvageReport& report, int y) {
+  std::string text = "<text x=\"0\" y=\"" + std::to_string(y + 11) + "\">" + htmlText(bar.name) +
+                     "</text><text class=\"soft\" text-anchor=\"end\" x=\"1000\" y=\"" + std::to_string(y + 11) +
+                     "\">" + htmlText(bar.length) + "</text>\n" +
+                     rectangle(0, y + 17, kBar, kBarHeight, platform::DamagePaint::kept, {});
+  if (!(bar.extent > 0)) return text;
+  for (const platform::DamageMark& mark : bar.marks) {
+    const bool isLoss = mark.loss != platform::DamageMark::kNoLoss;
+    if (isLoss && mark.loss >= kMaxRows) continue;
+    const double width = std::clamp((mark.end - mark.begin) / bar.extent * kBar, kThinnest, kBar);
+    const double x = std::clamp(mark.begin / bar.extent * kBar, 0.0, kBar - width);
+    const std::string title = isLoss ? spanWords(report.spans[mark.loss], report)
+                                     : std::string(platform::kDamagePaintNames[static_cast<std::size_t>(mark.paint)]);
+    text += rectangle(x, y + 17, width, kBarHeight, mark.paint, title);
+  }
+  return text;
+}
+
+std::string picture(const SalvageReport& report) {
+  const platform::DamagePicture told = salvage::damagePicture(report);
+  std::string bars;
+  std::array<bool, platform::kDamagePaints> isUsed{true};
+  for (std::size_t i = 0; i < told.bars.size(); ++i) {
+    bars += drawnBar(told.bars[i], report, 4 + static_cast<int>(i) * kRow);
+    for (const platform::DamageMark& mark : told.bars[i].marks) isUsed[static_cast<std::size_t>(mark.paint)] = true;
+  }
+  std::string text = "<figure>\n<svg viewBox=\"0 0 1000 " + std::to_string(told.bars.size() * std::size_t{kRow}) +
+                     "\" role=\"img\" aria-label=\"Where the film is damaged\">\n" + patterns() + bars +
+                     "</svg>\n<div class=\"key\">";
+  for (std::size_t i = 0; i < isUsed.size(); ++i) {
+    if (!isUsed[i]) continue;
+    text += "<span><svg viewBox=\"0 0 14 14\">" + rectangle(0, 0, 14, 14, static_cast<platform::DamagePaint>(i), {}) +
+            "</svg>" + std::string(platform::kDamagePaintNames[i]) + "</span>";
+  }
+  return text + "</div></figure>\n";
+}
 
 std::string streamName(const SalvageReport& report, std::size_t stream) {
   return "Stream " + std::to_string(stream) + ": " + std::string(kindOf(report.streams[stream]));
 }
 
-std::string picture(const SalvageReport& report) {
-  Bars bars;
-  const std::size_t told = std::min(report.spans.size(), kMaxRows);
-  bars.begin("The damaged file", shownSize(report.inputSize));
-  const auto bytes = static_cast<double>(report.inputSize - report.returnsLeftOut);
-  for (std::size_t i = 0; i < told; ++i) {
-    const SalvagedSpan& span = report.spans[i];
-    bars.mark(static_cast<double>(span.span.begin), static_cast<double>(span.span.end), bytes, paintOf(span.span.cause),
-              spanWords(span, report));
-  }
-  for (std::size_t stream = 0; stream < report.streams.size(); ++stream) {
-    const double seconds = report.streams[stream].all().seconds;
-    bars.begin(streamName(report, stream) + ", " + codecOf(report.streams[stream]), shownTime(seconds));
-    for (std::size_t i = 0; i < told; ++i) {
-      const SalvagedSpan& span = report.spans[i];
-      if (std::ranges::count(span.streams, stream) == 0) continue;
-      bars.mark(span.begin, span.end, seconds, paintOf(span.span.cause), spanWords(span, report));
-    }
-  }
-  std::string text = "<figure>\n" + bars.drawing() + "<div class=\"key\">";
-  for (const Key& key : kKeys) {
-    text += "<span><i class=\"fill-" + std::string(key.paint) + "\"></i>" + std::string(key.words) + "</span>";
-  }
-  return text + "</div></figure>\n";
-}
-
 std::string cell(const std::string& text, bool isNumber = false) {
-  return (isNumber ? "<td class=\"n\">" : "<td>") + escaped(text) + "</td>";
+  return (isNumber ? "<td class=\"n\">" : "<td>") + htmlText(text) + "</td>";
 }
 
 std::string streamTable(const SalvageReport& report) {
@@ -203,15 +171,16 @@ std::string streamTable(const SalvageReport& report) {
 std::string spanTable(const SalvageReport& report) {
   if (report.spans.empty()) return {};
   std::string text =
-      "<h2>Damage, place by place</h2>\n<div class=\"wide\"><table><tr><th class=\"n\">From byte<th class=\"n\">To byte"
+      "<h2>Damage, place by place</h2>\n<div class=\"wide\"><table><tr><th class=\"n\">From byte<th class=\"n\">To "
+      "byte"
       "<th class=\"n\">Time<th>Streams<th>What<th>What was done<th>Known by</tr>\n";
   const std::size_t told = std::min(report.spans.size(), kMaxRows);
   for (std::size_t i = 0; i < told; ++i) {
     const SalvagedSpan& span = report.spans[i];
     std::string streams;
-    for (const std::uint8_t stream : span.streams)
-      streams +=
-          (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[stream])) + " " + std::to_string(stream);
+    for (const salvage::SpanShare& share : span.streams)
+      streams += (streams.empty() ? "" : ", ") + std::string(kindOf(report.streams[share.stream])) + " " +
+                 std::to_string(share.stream);
     std::string time = shownTime(span.begin);
     if (span.end > span.begin) time += " to " + shownTime(span.end);
     text += "<tr>" + cell(shownNumber(span.span.begin), true) + cell(shownNumber(span.span.end), true) +
@@ -241,8 +210,8 @@ std::string fieldTable(const SalvageReport& report) {
 std::string rescueTable(const std::optional<salvage::RescueReport>& rescue) {
   if (!rescue) return {};
   const std::string wanted = wantedWords(*rescue);
-  std::string text = "<h2>What the disk did not give</h2>\n<p>" + escaped(rescueWords(*rescue)) + ". " +
-                     (wanted.empty() ? "" : escaped(wanted) + ".") + "</p>\n";
+  std::string text = "<h2>What the disk did not give</h2>\n<p>" + htmlText(rescueWords(*rescue)) + ". " +
+                     (wanted.empty() ? "" : htmlText(wanted) + ".") + "</p>\n";
   if (rescue->gains.empty()) return text;
   text +=
       "<div class=\"wide\"><table><tr><th class=\"n\">From byte of the map<th class=\"n\">To byte<th "
@@ -275,26 +244,40 @@ std::string details(const SalvageReport& report) {
          " s apart.</p>\n";
 }
 
+/// What playing the film showed, when that was wanted.
+std::string playing(const SalvageOutcome& outcome) {
+  if (!outcome.played) return {};
+  std::string text = "<h2>Does it play?</h2>\n<p>" + htmlText(verdictSentence(*outcome.played)) + "</p>\n";
+  if (outcome.keysDropped > 0)
+    text += "<p>" + counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows.</p>\n";
+  const std::vector<std::string> faults = checkLines(*outcome.played, true);
+  if (faults.empty()) return text;
+  text += "<ul>\n";
+  for (const std::string& fault : faults) text += "<li>" + htmlText(fault) + "</li>\n";
+  return text + "</ul>\n";
+}
+
 }  // namespace
 
 std::string salvagePage(const SalvageOutcome& outcome) {
   const Outcome& base = outcome.outcome;
-  const std::string name = escaped(base.inputPath);
+  const std::string name = htmlText(base.inputPath);
   std::string page =
       "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
       "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>" +
       name + "</title>\n<style>" + std::string(kStyle) + "</style>\n</head>\n<body>\n<h1>" + name + "</h1>\n";
-  if (!outcome.report) return page + "<p>" + escaped(base.reason) + "</p>\n</body>\n</html>\n";
+  if (!outcome.report) return page + "<p>" + htmlText(base.reason) + "</p>\n</body>\n</html>\n";
   const SalvageReport& report = *outcome.report;
   const std::string verdict(nameOf(report.verdict));
   page += "<p><span class=\"verdict " + verdict + "\">" + verdict + "</span></p>\n<p>" +
-          escaped(verdictSentence(report)) + "</p>\n";
-  if (report.returnsLeftOut > 0) page += "<p>The file was " + escaped(transferWords(report)) + ".</p>\n";
-  if (!base.reason.empty()) page += "<p>" + escaped(base.reason) + "</p>\n";
+          htmlText(verdictSentence(report)) + "</p>\n";
+  if (report.returnsLeftOut > 0) page += "<p>The file was " + htmlText(transferWords(report)) + ".</p>\n";
+  if (!base.reason.empty()) page += "<p>" + htmlText(base.reason) + "</p>\n";
   if (base.outputPath) {
-    page += "<p class=\"soft\">Written: " + escaped(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
+    page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
             ". The damaged file is unchanged.</p>\n";
   }
+  page += playing(outcome);
   page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +
           rescueTable(report.rescue) + fieldTable(report) + details(report);
   return page + "</body>\n</html>\n";

@@ -1,4 +1,4 @@
-/// How far a deep repair is, for who shows it.
+/// How far a deep repair is, for the progress line. Sizes and offsets are in bytes.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace zelvo::cli {
 
-/// Thread: any.
+/// Keeps what a run tells last. Thread: any.
 class SalvageProgress final : public salvage::SalvageObserver {
  public:
   void stage(salvage::SalvageStage stage) override {
@@ -18,9 +18,13 @@ class SalvageProgress final : public salvage::SalvageObserver {
   }
   void read(std::uint64_t bytes) override { read_.add(bytes); }
   void beginFlushing() { isFlushing_ = true; }
+  void beginPlaying() { isPlaying_ = true; }
+  void played(std::uint64_t offset) { played_ = offset; }
+  [[nodiscard]] std::uint64_t playedUpTo() const { return played_; }
 
   [[nodiscard]] Stage shown() const {
     if (isFlushing_) return Stage::flushing;
+    if (isPlaying_) return Stage::playing;
     switch (stage_) {
       case salvage::SalvageStage::readingHeaders:
         return Stage::analysing;
@@ -38,6 +42,8 @@ class SalvageProgress final : public salvage::SalvageObserver {
  private:
   platform::Relaxed<salvage::SalvageStage> stage_;
   platform::Relaxed<std::uint64_t> read_;
+  platform::Relaxed<bool> isPlaying_;
+  platform::Relaxed<std::uint64_t> played_;
   platform::Relaxed<bool> isFlushing_;
 };
 

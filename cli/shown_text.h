@@ -1,13 +1,22 @@
 /// Names, sizes and times as a person reads them on a terminal.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <string_view>
 
 #include "avi/fourcc.h"
+#include "platform/shown_text.h"
 
 namespace zelvo::cli {
+
+using platform::counted;
+using platform::fixedPoint;
+using platform::shortened;
+using platform::shownHex;
+using platform::shownNumber;
+using platform::shownSeconds;
+using platform::shownSize;
+using platform::shownTime;
 
 /// Text from outside (a path, a code of the file) as `platform::printableText` makes it, so that it stays on its line
 /// and cannot steer the terminal.
@@ -18,26 +27,5 @@ namespace zelvo::cli {
 
 /// A path between quotes that a shell takes back as it is.
 [[nodiscard]] std::string quotedForShell(std::string_view path);
-
-/// "812 bytes", "4.6 kB", "48.4 MB", "1.25 GB", "2.00 TB"; a kB is 1000 bytes.
-[[nodiscard]] std::string shownSize(std::uint64_t bytes);
-
-/// 1234567 as "1,234,567".
-[[nodiscard]] std::string shownNumber(std::uint64_t number);
-
-/// "1 chunk", "1,234 chunks".
-[[nodiscard]] std::string counted(std::uint64_t number, std::string_view noun);
-
-/// "0.42 s", "3 min 5 s".
-[[nodiscard]] std::string shownSeconds(double seconds);
-
-/// "0x0055": `digits` hexadecimal digits.
-[[nodiscard]] std::string shownHex(std::uint64_t number, int digits);
-
-/// A number with `digits` places after the point, whatever the language of the environment.
-[[nodiscard]] std::string fixedPoint(double number, int digits);
-
-/// The text itself when it has at most `limit` bytes; otherwise its beginning and "...".
-[[nodiscard]] std::string shortened(std::string text, std::size_t limit);
 
 }  // namespace zelvo::cli

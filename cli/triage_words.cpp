@@ -5,8 +5,8 @@
 #include <cmath>
 
 #include "cli/json_writer.h"
-#include "cli/salvage_words.h"
 #include "cli/shown_text.h"
+#include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
 

@@ -17,6 +17,7 @@ struct FileAttributes {
   std::uint64_t device = 0;       ///< with `identity`: equal for two names of one file
   std::uint64_t identity = 0;     ///< the file system's number of the file (inode)
   std::uint32_t permissions = 0;  ///< read, write and execute bits of owner, group and others: 0 to 0777
+  std::int64_t modified = 0;      ///< when its content was last changed: nanoseconds since 1970, UTC
 };
 
 /// Thread: any.
@@ -46,6 +47,10 @@ class FileManager {
 
   /// Names (not paths) of a folder's entries, sorted; empty when it cannot be read.
   [[nodiscard]] virtual std::vector<std::string> list(const std::string& folder) = 0;
+  /// The same; nothing when the folder cannot be read.
+  [[nodiscard]] virtual std::optional<std::vector<std::string>> listReadable(const std::string& folder) {
+    return list(folder);
+  }
   /// Target of a symbolic link as it is written; nothing when the path is no link.
   [[nodiscard]] virtual std::optional<std::string> linkTarget(const std::string& path) = 0;
   /// Whether this user may write the file or folder.

@@ -47,6 +47,7 @@ class Filling {
         headless_(evidence, streams, shapes) {}
 
   void reserve(std::size_t slots) { film_.slots.reserve(slots); }
+  [[nodiscard]] std::size_t slots() const { return film_.slots.size(); }
   /// Takes the next header of the chain.
   void take(const Candidate& candidate, bool isForeign);
   ChainFilm end();
@@ -379,16 +380,18 @@ ChainFilms::ChainFilms(const Evidence& evidence, const FilmStreams& streams, std
   }
 }
 
-ChainFilm ChainFilms::part(ByteSpan within) {
+ChainFilm ChainFilms::part(ByteSpan within, std::size_t most) {
   const CandidateList& candidates = evidence_.scan.candidates;
   Filling filling(evidence_, streams_, ends_, codecs_, shapes_, within);
   const auto offsetOf = [&](std::uint32_t number) { return candidates[number].offset(); };
   const auto first = std::ranges::lower_bound(chain_, within.begin, {}, offsetOf);
-  filling.reserve(
-      static_cast<std::size_t>(std::ranges::lower_bound(first, chain_.end(), within.end, {}, offsetOf) - first));
-  for (auto at = first; at != chain_.end() && candidates[*at].offset() < within.end; ++at)
+  const auto last = std::ranges::lower_bound(first, chain_.end(), within.end, {}, offsetOf);
+  filling.reserve(std::min(most, static_cast<std::size_t>(last - first)));
+  for (auto at = first; at != last && filling.slots() < most; ++at)
     filling.take(candidates[*at], !isForeign_.empty() && isForeign_[*at] != 0);
-  return filling.end();
+  ChainFilm film = filling.end();
+  film.slots.resize(std::min(film.slots.size(), most));
+  return film;
 }
 
 }  // namespace zelvo::salvage

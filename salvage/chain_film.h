@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <span>
 #include <vector>
 
@@ -45,9 +46,10 @@ class ChainFilms {
   ChainFilms(const Evidence& evidence, const FilmStreams& streams, std::span<const std::uint32_t> chain,
              std::span<const std::uint8_t> isForeign);
 
-  /// The part from `within.begin` to `within.end`. Reads the bytes of the holes there, each about twice.
+  /// The part from `within.begin` to `within.end`, but no more than `most` chunks of it. Reads the bytes of the holes
+  /// there, each about twice.
   /// Failure: what cannot be read holds no header.
-  [[nodiscard]] ChainFilm part(ByteSpan within);
+  [[nodiscard]] ChainFilm part(ByteSpan within, std::size_t most = std::numeric_limits<std::size_t>::max());
 
  private:
   const Evidence& evidence_;

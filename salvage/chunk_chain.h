@@ -37,7 +37,7 @@ class ChunkChain {
   }
   [[nodiscard]] std::size_t size() const { return facts_.size(); }
   /// Keeps the facts alone; `next` may not be asked any more.
-  void forgetLinks() { next_ = {}; }
+  void forgetLinks() { next_ = std::vector<std::uint32_t>(); }
   /// How many candidates were looked at: near linear, whatever they are.
   [[nodiscard]] std::uint64_t looks() const { return looks_; }
 

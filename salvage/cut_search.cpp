@@ -122,8 +122,8 @@ class CutSearch {
     std::vector<TriedCut> cuts;
     std::ranges::copy_if(tried_, std::back_inserter(cuts), [this](const TriedCut& one) { return isClean(one.trial); });
     std::ranges::stable_sort(cuts, {}, [](const TriedCut& one) { return one.trial.mark; });
-    const auto same = std::ranges::unique(cuts, {}, [](const TriedCut& one) { return one.trial.mark; });
-    cuts.erase(same.begin(), same.end());
+    const auto areSame = [](const TriedCut& one, const TriedCut& other) { return one.trial.mark == other.trial.mark; };
+    cuts.erase(std::unique(cuts.begin(), cuts.end(), areSame), cuts.end());
     return cuts;
   }
 

@@ -82,6 +82,10 @@ std::uint64_t largestOutput(std::uint64_t inputSize) {
   return inputSize + inputSize / 20 + kRoom;
 }
 
+/// Where more candidates and entries of indexes than this are weighed, nothing is decoded: what they take and what a
+/// decoder may take would come to too much together. A film of eleven hours has as many.
+constexpr std::size_t kCrowded = 2'000'000;
+
 class Work {
  public:
   explicit Work(const SalvageRun& run)
@@ -124,6 +128,7 @@ class Work {
     const SurvivingHeaders headers = survivingHeaders(input_, unrescued_);
     mediaBegin_ = headers.mediaBegin();
     report_.hasMainHeader = headers.main.has_value();
+    if (headers.main || !headers.streams.empty()) report_.headerEnd = headers.mediaBegin();
     report_.headersClaimed = headers.main ? headers.main->streams : 0;
     if (isEnding()) return SalvageEnd::stopped;
     const StreamCodes codes(headers);
@@ -142,6 +147,7 @@ class Work {
     ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
     const std::vector<SeenStream> seen = seenStreams(scan.candidates, chain, codes);
     IndexTemplate index = indexTemplate(input_, headers, codes, scan);
+    isCrowded_ = scan.candidates.size() + index.entries.size() > kCrowded;
     header_ = filmHeader(headers, seen);
     if (header_.information.empty()) header_.information = informationAfterMedia(input_, scan.candidates);
     findLostHeaders(scan, chain, seen, index);
@@ -156,7 +162,7 @@ class Work {
     if (isEnding()) return SalvageEnd::stopped;
     SpentEvidence spent{scan, chain, index};
     plan_ = planFilm({input_, headers, header_, codes, scan, chain, facts, index, decoder()}, &spent);
-    if (decoder_) flagKeysByDecoding(*decoder_, input_, header_, TrialBudget(), plan_);
+    if (decoder() != nullptr) flagKeysByDecoding(*decoder(), input_, header_, TrialBudget(), plan_);
     report_.lacksDecoder = (plan_.cutsOpen > 0 || report_.streamsWithoutHeader > 0) && !canDecode();
     describePlan(report_, plan_, header_, run_.choices.closesGaps);
     if (run_.choices.emptiesDamaged) emptyDamagedPictures(plan_, header_);
@@ -177,7 +183,8 @@ class Work {
     report_.rescue = weighRescue({input_, plan_, header_, unrescued_, places, mediaBegin_, areHeadersHurt});
   }
 
-  [[nodiscard]] platform::TrialDecoder* decoder() { return decoder_ ? &*decoder_ : nullptr; }
+  /// Null when nothing can be tried.
+  [[nodiscard]] platform::TrialDecoder* decoder() { return decoder_ && !isCrowded_ ? &*decoder_ : nullptr; }
   [[nodiscard]] bool canDecode() { return decoder_ && decoder_->isThere(); }
 
   /// Gives streams a header that have none: a donor's, else one that is put together.
@@ -230,6 +237,7 @@ class Work {
   std::optional<StoppableDecoder> decoder_;  ///< none when the run has none
   std::vector<ByteSpan> unrescued_;          ///< in offsets of the input as it was before it was taken for text
   std::uint64_t mediaBegin_ = 0;
+  bool isCrowded_ = false;                   ///< too much is weighed for a decoder beside it
   FilmHeader header_;
   FilmPlan plan_;
   SalvageReport report_;

@@ -119,23 +119,30 @@ void Cover::explain(std::size_t entry, std::uint32_t candidate, std::uint16_t nu
 void Cover::walk(std::int64_t displacement) {
   constexpr std::size_t kFewest = 4;
   constexpr auto kNowhere = std::numeric_limits<std::uint32_t>::max();
-  std::vector<std::pair<std::uint32_t, std::uint32_t>> found;
-  std::size_t from = 0;
+  if (std::ranges::find(cover_.values, displacement) != cover_.values.end()) return;
+  const auto eachExplained = [&](const auto& visit) {
+    std::size_t from = 0;
+    for (std::size_t i = 0; i < entries_.size(); ++i) {
+      if (cover_.ofEntry[i] != DisplacementCover::kNone) continue;
+      const std::uint32_t header = headerOf(i, displacement, from);
+      if (header == kNowhere) continue;
+      from = header;
+      visit(i, header);
+    }
+  };
+  std::size_t found = 0;
   std::size_t neighbours = 0;
-  for (std::size_t i = 0; i < entries_.size(); ++i) {
-    if (cover_.ofEntry[i] != DisplacementCover::kNone) continue;
-    const std::uint32_t header = headerOf(i, displacement, from);
-    if (header == kNowhere) continue;
-    from = header;
-    if (!found.empty() && found.back().first + 1 == i) ++neighbours;
-    found.emplace_back(static_cast<std::uint32_t>(i), header);
-  }
-  const bool isFew = found.size() < kFewest || neighbours == 0;
-  if (isFew && found.size() * 2 < unexplained_) return;
-  if (found.empty() || std::ranges::find(cover_.values, displacement) != cover_.values.end()) return;
+  std::size_t last = 0;
+  eachExplained([&](std::size_t entry, std::uint32_t) {
+    if (found > 0 && last + 1 == entry) ++neighbours;
+    last = entry;
+    ++found;
+  });
+  const bool isFew = found < kFewest || neighbours == 0;
+  if (found == 0 || (isFew && found * 2 < unexplained_)) return;
   cover_.values.push_back(displacement);
-  for (const auto& [entry, header] : found)
-    explain(entry, header, static_cast<std::uint16_t>(cover_.values.size() - 1));
+  const auto number = static_cast<std::uint16_t>(cover_.values.size() - 1);
+  eachExplained([&](std::size_t entry, std::uint32_t header) { explain(entry, header, number); });
 }
 
 /// Entries to both sides of one that is explained are, mostly, explained likewise.
@@ -390,6 +397,14 @@ DisplacementCover Cover::run() {
 }
 
 }  // namespace
+
+DisplacementLimits DisplacementLimits::ofFile(std::uint64_t bytes) {
+  constexpr std::uint64_t kFewest = 100'000;
+  constexpr std::uint64_t kBytesEach = 512;
+  DisplacementLimits limits;
+  limits.pairs = std::min(limits.pairs, static_cast<std::size_t>(std::max<std::uint64_t>(kFewest, bytes / kBytesEach)));
+  return limits;
+}
 
 DisplacementCover coverEntries(std::span<const TemplateEntry> entries, const CandidateList& candidates,
                                std::uint64_t indexBegin, std::uint64_t dataEnd, const DisplacementLimits& limits) {

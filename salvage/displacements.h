@@ -19,6 +19,9 @@ namespace zelvo::salvage {
 struct DisplacementLimits {
   std::size_t displacements = 250;
   std::size_t pairs = 500'000;  ///< of an entry and a header that may be its own, held at a time: 16 bytes each
+
+  /// Those for so many bytes: fewer pairs of a short file, so that the time for a file grows with its size.
+  [[nodiscard]] static DisplacementLimits ofFile(std::uint64_t bytes);
 };
 
 /// Which headers stand for which entries.

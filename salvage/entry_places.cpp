@@ -42,7 +42,12 @@ class Placing {
  public:
   Placing(avi::InputFile& input, std::span<const TemplateEntry> entries, const CandidateList& candidates,
           const std::vector<StreamFacts>& facts, const DisplacementCover& cover)
-      : input_(input), entries_(entries), candidates_(candidates), facts_(facts), cover_(cover) {}
+      : input_(input),
+        inputSize_(input.size()),
+        entries_(entries),
+        candidates_(candidates),
+        facts_(facts),
+        cover_(cover) {}
 
   EntryPlaces run();
 
@@ -58,6 +63,7 @@ class Placing {
   [[nodiscard]] std::int64_t valueOf(std::size_t state) const { return cover_.values[states_[state]]; }
 
   avi::InputFile& input_;
+  const std::uint64_t inputSize_;
   std::span<const TemplateEntry> entries_;
   const CandidateList& candidates_;
   const std::vector<StreamFacts>& facts_;
@@ -100,7 +106,7 @@ Found Placing::lookAt(std::size_t entry, std::size_t state) {
   Found found;
   const TemplateEntry& wanted = entries_[entry];
   const std::int64_t place = static_cast<std::int64_t>(wanted.offset) + valueOf(state);
-  if (place < 0 || static_cast<std::uint64_t>(place) + 8 > input_.size()) {
+  if (place < 0 || static_cast<std::uint64_t>(place) + 8 > inputSize_) {
     found.isOutside = true;
     return found;
   }

@@ -6,20 +6,21 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
+#include <span>
 #include <utility>
 
 #include "avi/chunk_codes.h"
 #include "salvage/best_chain.h"
 #include "salvage/chain_film.h"
+#include "salvage/chosen_entries.h"
 #include "salvage/content_marks.h"
 #include "salvage/damage_marks.h"
-#include "salvage/displacements.h"
 #include "salvage/entry_places.h"
 #include "salvage/evidence.h"
 #include "salvage/film_streams.h"
 #include "salvage/laid_cuts.h"
 #include "salvage/laid_film.h"
-#include "salvage/lone_stretches.h"
 #include "salvage/plan_spans.h"
 #include "salvage/repeated_chunks.h"
 #include "salvage/timeline.h"
@@ -64,22 +65,7 @@ class Planner {
     std::uint64_t source = 0;  ///< of its slot
   };
 
-  /// Chunks of the chain beside those that an index explains.
-  struct Others {
-    std::size_t all = 0;  ///< of the chain
-    std::size_t unexplained = 0;
-    std::size_t inFront = 0;  ///< of these
-
-    [[nodiscard]] bool areMany() const { return unexplained >= std::max<std::size_t>(8, all / 20); }
-  };
-
-  void chooseEntries();
-  void dropWild();
-  [[nodiscard]] DisplacementCover cover(const std::vector<TemplateEntry>& entries, bool isForeign) const;
   [[nodiscard]] std::vector<TemplateEntry> takeEntries() const;
-  [[nodiscard]] Others othersBeside(const std::vector<std::uint8_t>& isClaimed) const;
-  [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
-  [[nodiscard]] bool mayBeOwn(const DisplacementCover& firm) const;
   template <class Visit>
   void eachRoom(const Visit& visit) const;
   [[nodiscard]] bool tellsAll() const;
@@ -98,6 +84,7 @@ class Planner {
   std::vector<TemplateEntry> entries_;   ///< of the film's own indexes
   std::vector<std::uint8_t> isForeign_;  ///< of each candidate, when a foreign index explains some
   EntryPlaces places_;
+  FileMarks marks_;
   FilmPlan plan_;
   std::vector<Slot> parts_;  ///< of the chain, to be put in between those that the index tells
   std::vector<PartPlace> partPlaces_;
@@ -105,133 +92,12 @@ class Planner {
   std::vector<Tear> tears_;
 };
 
-DisplacementCover Planner::cover(const std::vector<TemplateEntry>& entries, bool isForeign) const {
-  const auto& tables = evidence_.scan.tables;
-  const std::uint64_t indexBegin =
-      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - avi::kChunkHeader) + avi::kChunkHeader;
-  DisplacementCover made = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end);
-  dropChance(made, entries, evidence_.scan.candidates, isForeign);
-  dropLone(made, entries, evidence_.scan.candidates, evidence_.chain);
-  return made;
-}
-
 /// The entries of the film's streams.
 std::vector<TemplateEntry> Planner::takeEntries() const {
   std::vector<TemplateEntry> entries = spent_ != nullptr ? std::move(spent_->index.entries) : evidence_.index.entries;
   std::erase_if(entries,
                 [&](const TemplateEntry& entry) { return streams_.indexOf(entry.stream) == FilmStreams::kNone; });
   return entries;
-}
-
-/// How many chunks of the chain such an index does not explain, and how many of them stand in front of all that it
-/// does.
-Planner::Others Planner::othersBeside(const std::vector<std::uint8_t>& isClaimed) const {
-  Others others;
-  bool isInFront = true;
-  for (const std::uint32_t number : chain_) {
-    if (evidence_.scan.candidates[number].kind() != CandidateKind::data) continue;
-    ++others.all;
-    if (isClaimed[number] != 0) {
-      isInFront = false;
-      continue;
-    }
-    ++others.unexplained;
-    if (isInFront) ++others.inFront;
-  }
-  return others;
-}
-
-/// Whether an index is that of another film after this one: it explains nothing of what
-/// stands in front, and what it does not explain stands in front, too.
-bool Planner::isOfFilmBehind(const DisplacementCover& cover) const {
-  constexpr std::size_t kMaxPercent = 90;
-  const Others others = othersBeside(cover.isClaimed);
-  if (!others.areMany() || others.inFront * 100 < others.unexplained * kMaxPercent) return false;
-  std::size_t lost = 0;
-  std::size_t lostInFront = 0;
-  bool isInFront = true;
-  for (const std::uint16_t number : cover.ofEntry) {
-    isInFront = isInFront && number == DisplacementCover::kNone;
-    if (number == DisplacementCover::kNone) ++lost;
-    if (isInFront) ++lostInFront;
-  }
-  return lostInFront > 0 && lostInFront * 100 >= lost * kMaxPercent;
-}
-
-/// Whether an index that something speaks for explains half of what is left of it, or nearly all chunks of the chain,
-/// by stretches too short to count otherwise.
-bool Planner::mayBeOwn(const DisplacementCover& firm) const {
-  const auto isKnown = [](const TemplateSource& source) { return source.belonging != Belonging::unknown; };
-  if (std::ranges::none_of(evidence_.index.tables, isKnown) && std::ranges::none_of(evidence_.index.standard, isKnown))
-    return false;
-  const DisplacementCover all = cover(entries_, false);
-  std::size_t left = 0;
-  std::size_t explained = 0;
-  for (std::size_t i = 0; i < entries_.size(); ++i) {
-    if (firm.ofEntry[i] != DisplacementCover::kNone) continue;
-    ++left;
-    if (all.ofEntry[i] != DisplacementCover::kNone) ++explained;
-  }
-  return explained * 2 >= left || !othersBeside(all.isClaimed).areMany();
-}
-
-/// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
-void Planner::chooseEntries() {
-  entries_ = takeEntries();
-  // Own ones first, so that the others are cut off.
-  const bool hasForeign = std::ranges::any_of(entries_, &TemplateEntry::isForeign);
-  std::vector<TemplateEntry> foreign;
-  if (hasForeign) {
-    std::ranges::sort(entries_, {},
-                      [](const TemplateEntry& entry) { return std::pair(entry.isForeign, entry.offset); });
-    const auto first = std::ranges::find(entries_, true, &TemplateEntry::isForeign);
-    foreign.assign(first, entries_.end());
-    entries_.erase(first, entries_.end());
-  }
-  // Films of one camera may be of one length, so that the headers speak for the other one's index, too.
-  if (DisplacementCover explained = cover(entries_, true); isOfFilmBehind(explained) && !mayBeOwn(explained)) {
-    isForeign_ = std::move(explained.isClaimed);
-    entries_.clear();
-  }
-  if (hasForeign) {
-    std::vector<std::uint8_t> explained = cover(foreign, true).isClaimed;
-    if (othersBeside(explained).areMany()) {
-      isForeign_ = std::move(explained);
-    } else {
-      entries_.insert(entries_.end(), foreign.begin(), foreign.end());
-      std::ranges::sort(entries_, {}, &TemplateEntry::offset);
-    }
-    foreign = {};
-    if (entries_.size() < entries_.capacity() / 2) entries_.shrink_to_fit();
-  }
-  const DisplacementCover own = cover(entries_, false);
-  for (std::size_t i = 0; i < isForeign_.size(); ++i) {
-    if (own.isClaimed[i] != 0) isForeign_[i] = 0;
-  }
-  places_ = placeEntries(evidence_.input, entries_, evidence_.scan.candidates, evidence_.facts, own);
-  if (places_.places.empty()) entries_.clear();
-  dropWild();
-}
-
-/// Takes out entries that no header speaks for and that cannot be true: garbage in an index looks so.
-void Planner::dropWild() {
-  constexpr std::uint64_t kPlain = std::uint64_t{1} << 16U;
-  std::size_t end = entries_.size();
-  const auto isBeyond = [&](std::size_t entry) {
-    return places_.headerOf(entry, entries_) >= static_cast<std::int64_t>(evidence_.scan.end);
-  };
-  const auto isSupported = [&](std::size_t entry) { return places_.places[entry].support != Support::none; };
-  while (end > 0 && !isSupported(end - 1) && isBeyond(end - 1)) --end;
-  std::size_t kept = 0;
-  for (std::size_t i = 0; i < end; ++i) {
-    const std::uint8_t number = entries_[i].stream;
-    const std::uint64_t largest = number < evidence_.facts.size() ? evidence_.facts[number].largest : 0;
-    if (!isSupported(i) && entries_[i].size > std::max(kPlain, 4 * largest)) continue;
-    entries_[kept] = entries_[i];
-    places_.places[kept++] = places_.places[i];
-  }
-  entries_.resize(kept);
-  places_.places.resize(kept);
 }
 
 /// Whether the entries are as many pictures as the headers count.
@@ -280,8 +146,6 @@ void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes)
   for (const Slot& slot : part.slots) found += slot.size + avi::kChunkHeader;
   if (room.size != kEndless && found > room.size + kSlack) return;
   std::uint64_t left = room.size == kEndless ? kEndless : room.size - std::min(room.size, found);
-  const std::size_t planned = plan_.slots.size() + parts_.size();
-  part.slots.resize(std::min(part.slots.size(), kMaxSlots - std::min(kMaxSlots, planned)));
   const std::size_t place = room.before + parts_.size();
   for (ChainGap& gap : part.gaps) {
     if (gaps_.size() >= ChainFilm::kMaxGaps || gap.before > part.slots.size()) break;
@@ -318,7 +182,7 @@ void Planner::insertParts() {
     for (; part < place.end; ++part) plan_.slots.push_back(parts_[part]);
   }
   for (; slot < laid.size(); ++slot) plan_.slots.push_back(laid[slot]);
-  parts_ = {};
+  parts_ = std::vector<Slot>();
 }
 
 void Planner::join(LaidFilm laid) {
@@ -330,18 +194,21 @@ void Planner::join(LaidFilm laid) {
       const auto begin = static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.begin));
       const auto end = std::min(static_cast<std::uint64_t>(std::max<std::int64_t>(0, room.end)), evidence_.scan.end);
       if (begin >= end) return;
-      ChainFilm part = films.part({begin, end});
+      const std::size_t planned = plan_.slots.size() + parts_.size();
+      ChainFilm part = films.part({begin, end}, kMaxSlots - std::min(kMaxSlots, planned));
       dropRepeated(evidence_.input, part);
       addPart(std::move(part), room, end - begin);
     };
     // Where clusters changed places, what lies between two chunks of the file did not in the film.
     if (!laid.isGathered) eachRoom(fill);
   }
-  chain_ = {};
-  // Foreign chunks are told by their candidates.
-  if (spent_ != nullptr && isForeign_.empty()) {
-    spent_->scan.candidates = {};
-    spent_->chain = {};
+  marks_ = fileMarks(evidence_, isForeign_);
+  // An assignment of braces would empty a vector and keep its memory.
+  chain_ = std::vector<std::uint32_t>();
+  isForeign_ = std::vector<std::uint8_t>();
+  if (spent_ != nullptr) {
+    spent_->scan.candidates = CandidateList();
+    spent_->chain = ChunkChain();
   }
   insertParts();
 }
@@ -395,8 +262,11 @@ std::vector<MissingBytes> Planner::missingWhereTorn() const {
 
 FilmPlan Planner::run() {
   chain_ = bestChain(evidence_.scan.candidates, evidence_.chain, evidence_.facts);
+  ChosenEntries chosen = chooseEntries(evidence_, takeEntries(), chain_);
+  entries_ = std::move(chosen.entries);
+  places_ = std::move(chosen.places);
+  isForeign_ = std::move(chosen.isForeign);
   if (spent_ != nullptr) spent_->chain.forgetLinks();
-  chooseEntries();
   plan_.indexedChunks = entries_.size();
   LaidFilm laid = layEntries(evidence_, streams_, entries_, places_);
   plan_.cutsFound = closeCuts(evidence_, laid);
@@ -405,7 +275,7 @@ FilmPlan Planner::run() {
   fillGaps(evidence_, streams_, gaps_, {picturesOfAll(), missingBytes()}, plan_);
   markDamage(evidence_, plan_);
   markContent(evidence_, plan_);
-  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missingWhereTorn(), isForeign_}, plan_);
+  plan_.spans = planSpans({evidence_, streams_, entries_, places_, missingWhereTorn(), marks_}, plan_);
   return std::move(plan_);
 }
 

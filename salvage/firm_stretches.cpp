@@ -15,17 +15,17 @@ constexpr std::size_t kLongPercent = 80;
 constexpr std::size_t kFirmPercent = 70;
 
 struct Stretch {
-  std::size_t first = 0;
-  std::size_t last = 0;
-  std::size_t entries = 0;  ///< that are explained
-  std::size_t unique = 0;   ///< of these, those whose size no other entry has
+  std::uint32_t first = 0;
+  std::uint32_t last = 0;
+  std::uint32_t entries = 0;  ///< that are explained
+  std::uint32_t unique = 0;   ///< of these, those whose size no other entry has
 
   /// `all`: entries of the whole index.
   [[nodiscard]] bool isFirm(std::size_t all) const {
-    const std::size_t span = last - first + 1;
-    const bool isDense = entries * 100 >= span * kLongPercent;
-    if (isDense && entries * 2 > all) return true;
-    return (entries >= kShort && unique >= kShortUnique && entries * 100 >= span * kShortPercent) ||
+    const std::size_t span = std::size_t{last} - first + 1;
+    const bool isDense = std::size_t{entries} * 100 >= span * kLongPercent;
+    if (isDense && std::size_t{entries} * 2 > all) return true;
+    return (entries >= kShort && unique >= kShortUnique && std::size_t{entries} * 100 >= span * kShortPercent) ||
            (entries >= kLong && isDense);
   }
 };
@@ -66,7 +66,7 @@ void countUnique(std::vector<Stretch>& stretches, const DisplacementCover& cover
 void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries, const CandidateList& candidates,
                 bool isStrict) {
   std::vector<Stretch> stretches;
-  for (std::size_t i = 0; i < entries.size(); ++i) {
+  for (std::uint32_t i = 0; i < entries.size(); ++i) {
     if (cover.ofEntry[i] == DisplacementCover::kNone) continue;
     if (stretches.empty() || cover.ofEntry[stretches.back().last] != cover.ofEntry[i])
       stretches.push_back({i, i, 0, 0});

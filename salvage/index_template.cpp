@@ -53,7 +53,12 @@ class Reading {
  public:
   Reading(avi::InputFile& input, const SurvivingHeaders& headers, const StreamCodes& codes, const MediaScan& scan,
           std::size_t mostEntries)
-      : input_(input), headers_(headers), codes_(codes), scan_(scan), mostEntries_(mostEntries) {}
+      : input_(input),
+        inputSize_(input.size()),
+        headers_(headers),
+        codes_(codes),
+        scan_(scan),
+        mostEntries_(mostEntries) {}
 
   IndexTemplate run();
 
@@ -80,6 +85,7 @@ class Reading {
   };
 
   avi::InputFile& input_;
+  const std::uint64_t inputSize_;
   const SurvivingHeaders& headers_;
   const StreamCodes& codes_;
   const MediaScan& scan_;
@@ -119,7 +125,7 @@ void Reading::readTable(const IndexTable& table) {
     // Beyond 4 GiB offsets begin at zero again. One that falls alone is damaged.
     const auto next = tableEntry(bytes.subspan(kTableEntry), codes_);
     const bool falls = last > entry->offset && last - entry->offset > kHalf;
-    if (falls && input_.size() > kWrap && next && next->offset < kHalf) {
+    if (falls && inputSize_ > kWrap && next && next->offset < kHalf) {
       wrapped += kWrap;
       last = entry->offset;
     } else if (!falls) {
@@ -274,8 +280,9 @@ bool Reading::isNextToOthersChunks(const StandardIndex& index, const SuperIndex&
 
 void Reading::readStandard(const StandardIndex& index) {
   const auto code = codes_.findAnyStream(index.chunkId);
-  TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index)};
-  const std::uint64_t end = std::min(index.end(), input_.size());
+  TemplateSource source{index.offset + StandardIndex::kHead, 0, belongingOf(index),
+                        static_cast<std::uint32_t>(index.entrySize())};
+  const std::uint64_t end = std::min(index.end(), inputSize_);
   if (code) {
     eachRecord(input_, scan_.unrescued, source.offset, end, index.entrySize(), [&](ByteView bytes) {
       ++source.entries;
@@ -338,7 +345,7 @@ IndexTemplate Reading::run() {
   std::uint64_t slots = 0;
   for (const IndexTable& table : scan_.tables) slots += (table.end - table.begin) / kTableEntry;
   for (const StandardIndex& index : scan_.standardIndexes)
-    slots += (std::min(std::max(index.end(), index.offset), std::max(input_.size(), index.offset)) - index.offset) / 8;
+    slots += (std::min(std::max(index.end(), index.offset), std::max(inputSize_, index.offset)) - index.offset) / 8;
   made_.entries.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(slots, mostEntries_)));
   readTables();
   for (const StandardIndex& index : scan_.standardIndexes) readStandard(index);
@@ -350,8 +357,8 @@ IndexTemplate Reading::run() {
 
 IndexTemplate indexTemplate(avi::InputFile& input, const SurvivingHeaders& headers, const StreamCodes& codes,
                             const MediaScan& scan, std::size_t mostEntries) {
-  constexpr std::uint64_t kAnyway = 262'144;
-  const std::uint64_t most = std::min<std::uint64_t>(mostEntries, kAnyway + input.size() / 64);
+  constexpr std::uint64_t kAnyway = 131'072;
+  const std::uint64_t most = std::min<std::uint64_t>(mostEntries, kAnyway + input.size() / 96);
   return Reading(input, headers, codes, scan, static_cast<std::size_t>(most)).run();
 }
 

@@ -39,6 +39,7 @@ struct TemplateSource {
   std::uint64_t offset = 0;   ///< of its first entry in the damaged file
   std::uint64_t entries = 0;  ///< that were read, lists not counted
   Belonging belonging = Belonging::unknown;
+  std::uint32_t entrySize = 16;  ///< of a table; 8 of a standard index
 };
 
 struct IndexTemplate {
@@ -52,7 +53,7 @@ struct IndexTemplate {
 };
 
 /// Entries beyond this number are left out: 48 MiB. Of a short file fewer are kept: as many as a whole film of chunks
-/// of 56 bytes has, and a quarter of a million more, so that the time for a file grows with its size.
+/// of 88 bytes has, and an eighth of a million more, so that the time for a file grows with its size.
 inline constexpr std::size_t kMaxTemplateEntries = 3'000'000;
 
 /// Reads the indexes that the scan found and merges them by original offset. Where entries overlap, one whose header

@@ -18,6 +18,10 @@ namespace {
 
 /// Payloads that are longer are not read to find where they were cut.
 constexpr std::uint64_t kLongest = std::uint64_t{8} << 20U;
+/// So many parts of payloads are told apart; later ones are taken from where they begin.
+constexpr std::size_t kMaxPieces = 2'000'000;
+/// Where foreign bytes begin in more pictures is not looked for.
+constexpr std::size_t kMaxOpenCuts = 65'536;
 
 class Laying {
  public:
@@ -126,7 +130,8 @@ void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t 
   Slot& slot = film_.slots[entry];
   if (size + added > kLongest || slot.size != size) return;
   if (streams_.isPicture(slot.stream) && codecOf(headerOf(slot)) != Codec::rawPicture) {
-    film_.openCuts.push_back({static_cast<std::uint32_t>(entry), payload, added});
+    if (film_.openCuts.size() < kMaxOpenCuts)
+      film_.openCuts.push_back({static_cast<std::uint32_t>(entry), payload, added});
     return;
   }
   const platform::Bytes bytes = evidence_.input.readBytes(payload, static_cast<std::size_t>(size + added));
@@ -136,6 +141,10 @@ void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t 
 }
 
 void Laying::setPieces(Slot& slot, std::initializer_list<Piece> pieces) {
+  if (film_.pieces.size() + pieces.size() > kMaxPieces) {
+    slot.size = pieces.begin()->size;
+    return;
+  }
   slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
   for (const Piece& piece : pieces) {
     if (piece.size > 0) film_.pieces.push_back(piece);
@@ -212,6 +221,11 @@ void Laying::gather(const ClusterOrder& order) {
     slot.source = pieces.empty() ? 0 : pieces.front().offset & Slot::kSourceMask;
     if (there < entries_[i].size) slot.state = SlotState::cut;
     if (pieces.size() < 2) continue;
+    if (film_.pieces.size() + pieces.size() > kMaxPieces) {
+      slot.size = pieces.front().size;
+      slot.state = SlotState::cut;
+      continue;
+    }
     slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
     film_.pieces.insert(film_.pieces.end(), pieces.begin(), pieces.end());
   }
@@ -219,6 +233,7 @@ void Laying::gather(const ClusterOrder& order) {
 
 LaidFilm Laying::run() {
   film_.slots.resize(entries_.size());
+  headers_.reserve(entries_.size());
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     Slot& slot = film_.slots[i];
     slot.stream = streams_.indexOf(entries_[i].stream);

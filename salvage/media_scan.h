@@ -25,12 +25,12 @@ struct ScanLimits {
   /// Of 16 bytes each; fewer for a short file, see `candidatesOf`. When there are more, those that close on nothing and
   /// that nothing closes on are dropped; when that makes too little room, later ones are left out.
   std::size_t candidates = 3'000'000;
-  std::size_t indexes = 262'144;  ///< tables and standard indexes, each; later ones are masked but not remembered
+  std::size_t indexes = 65'536;  ///< tables and standard indexes, each; later ones are masked but not remembered
   std::size_t unreadable = 65'536;
   std::size_t zeroed = 65'536;  ///< stretches of zeros; later ones are not remembered
 
   /// How many candidates are kept of so many bytes: short of the limit, as many as make a whole film of chunks of 120
-  /// bytes and a quarter of a million more, so that the time for a file grows with its size, whatever it holds.
+  /// bytes and an eighth of a million more, so that the time for a file grows with its size, whatever it holds.
   [[nodiscard]] std::size_t candidatesOf(std::uint64_t bytes) const;
 };
 

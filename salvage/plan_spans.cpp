@@ -15,6 +15,53 @@ namespace {
 /// Later ones are not told.
 constexpr std::size_t kMaxSpans = 262'144;
 
+/// Where forms began in the original: each behind the one before it, as long as that says it is. One whose size cannot
+/// be true tells nothing.
+std::vector<FormPlace> findForms(const Evidence& evidence) {
+  constexpr std::uint64_t kSlack = std::uint64_t{1} << 20U;
+  const CandidateList& candidates = evidence.scan.candidates;
+  std::vector<FormPlace> forms;
+  FormPlace last{0, 0, evidence.headers.formSize.value_or(0)};
+  for (std::size_t i = 0; i + 1 < candidates.size(); ++i) {
+    const Candidate& form = candidates[i];
+    const Candidate& media = candidates[i + 1];
+    const bool isForm = form.kind() == CandidateKind::form && form.head() == avi::kAvix.value &&
+                        media.offset() == form.next() && media.head() == avi::kMovi.value;
+    if (!isForm) continue;
+    if (forms.size() >= kMaxSpans) break;
+    const std::uint64_t found = form.offset() - last.file;
+    const std::uint64_t told = avi::kChunkHeader + last.size + last.size % 2;
+    const bool isTrue = told + kSlack >= found && told <= found + found / 2 + kSlack;
+    last = {form.offset(), last.original + (isTrue ? told : found), form.size()};
+    forms.push_back(last);
+  }
+  return forms;
+}
+
+std::vector<PlanSpan> foreignSpans(const Evidence& evidence, std::span<const std::uint8_t> isForeign) {
+  std::vector<PlanSpan> spans;
+  const CandidateList& candidates = evidence.scan.candidates;
+  bool isOpen = false;
+  for (std::size_t i = 0; i < isForeign.size(); ++i) {
+    const Candidate& candidate = candidates[i];
+    if (candidate.kind() != CandidateKind::data) continue;
+    if (isForeign[i] == 0) {
+      isOpen = false;
+      continue;
+    }
+    if (!isOpen) {
+      if (spans.size() >= kMaxSpans) return spans;
+      PlanSpan span;
+      span.begin = candidate.offset();
+      span.cause = LossCause::foreign;
+      spans.push_back(span);
+      isOpen = true;
+    }
+    spans.back().end = std::min(candidate.payloadEnd(), evidence.scan.end);
+  }
+  return spans;
+}
+
 class Telling {
  public:
   Telling(const SpanEvidence& from, const FilmPlan& plan) : from_(from), plan_(plan) {}
@@ -22,13 +69,6 @@ class Telling {
   std::vector<PlanSpan> run();
 
  private:
-  /// A form after the first.
-  struct Form {
-    std::uint64_t file = 0;      ///< where it begins
-    std::uint64_t original = 0;  ///< the same in the original
-    std::uint64_t size = 0;      ///< as it says
-  };
-
   void tell(std::size_t number, const Slot& slot);
   void place(const Slot& slot);
   [[nodiscard]] std::optional<LossCause> causeOf(const Slot& slot) const;
@@ -40,10 +80,8 @@ class Telling {
   [[nodiscard]] std::optional<std::int64_t> turn(std::size_t entry) const;
   [[nodiscard]] std::uint64_t usualSize(const Slot& slot) const;
   void findMoves();
-  void findForms();
   void endOpen();
   void addTail();
-  void addForeign();
 
   const SpanEvidence& from_;
   const FilmPlan& plan_;
@@ -52,8 +90,7 @@ class Telling {
   std::size_t entry_ = 0;               ///< of the next slot that is indexed
   std::vector<bool> liesBetweenMoves_;  ///< of each entry
   std::size_t missing_ = 0;             ///< the next of `from_.missing`
-  std::vector<Form> forms_;             ///< rising
-  std::size_t form_ = 0;                ///< the next of them
+  std::size_t form_ = 0;                ///< the next of `from_.marks.forms`
   std::uint64_t refilled_ = 0;          ///< about how long the chunks are that were filled in since the last slot
   std::int64_t shift_ = 0;              ///< offsets in the original less those in the file, where no index tells
   std::uint64_t fileEnd_ = 0;           ///< what is told so far
@@ -66,26 +103,6 @@ class Telling {
   std::uint64_t originalBegin_ = 0;
   std::uint64_t originalStop_ = 0;
 };
-
-/// Where forms began in the original: each behind the one before it, as long as that says it is. One whose size cannot
-/// be true tells nothing.
-void Telling::findForms() {
-  constexpr std::uint64_t kSlack = std::uint64_t{1} << 20U;
-  const CandidateList& candidates = from_.evidence.scan.candidates;
-  Form last{0, 0, from_.evidence.headers.formSize.value_or(0)};
-  for (std::size_t i = 0; i + 1 < candidates.size(); ++i) {
-    const Candidate& form = candidates[i];
-    const Candidate& media = candidates[i + 1];
-    const bool isForm = form.kind() == CandidateKind::form && form.head() == avi::kAvix.value &&
-                        media.offset() == form.next() && media.head() == avi::kMovi.value;
-    if (!isForm) continue;
-    const std::uint64_t found = form.offset() - last.file;
-    const std::uint64_t told = avi::kChunkHeader + last.size + last.size % 2;
-    const bool isTrue = told + kSlack >= found && told <= found + found / 2 + kSlack;
-    last = {form.offset(), last.original + (isTrue ? told : found), form.size()};
-    forms_.push_back(last);
-  }
-}
 
 /// How much further the next entry moved than this one; nothing for the last.
 std::optional<std::int64_t> Telling::turn(std::size_t entry) const {
@@ -134,8 +151,9 @@ void Telling::place(const Slot& slot) {
     // Chunks that only clocks tell of, and that the file has not half the room for, are missing from it.
     const std::uint64_t room = fileBegin_ - std::min(fileBegin_, fileEnd_);
     if (room * 2 < refilled_) shift_ += static_cast<std::int64_t>(refilled_ - room);
-    for (; form_ < forms_.size() && forms_[form_].file <= fileBegin_; ++form_)
-      shift_ = static_cast<std::int64_t>(forms_[form_].original) - static_cast<std::int64_t>(forms_[form_].file);
+    const auto& forms = from_.marks.forms;
+    for (; form_ < forms.size() && forms[form_].file <= fileBegin_; ++form_)
+      shift_ = static_cast<std::int64_t>(forms[form_].original) - static_cast<std::int64_t>(forms[form_].file);
     const auto moved = [&](std::uint64_t offset) {
       return static_cast<std::uint64_t>(std::max<std::int64_t>(0, static_cast<std::int64_t>(offset) + shift_));
     };
@@ -242,7 +260,8 @@ void Telling::addTail() {
     for (const SuperIndexEntry& entry : stream.superIndex->entries)
       end = std::max(end, std::min(entry.offset, Candidate::kOffsetLimit));
   }
-  if (!forms_.empty()) end = std::max(end, forms_.back().original + avi::kChunkHeader + forms_.back().size);
+  const auto& forms = from_.marks.forms;
+  if (!forms.empty()) end = std::max(end, forms.back().original + avi::kChunkHeader + forms.back().size);
   const std::uint64_t fileSize = from_.evidence.scan.end;
   const auto inFile = static_cast<std::int64_t>(end) - shift_;
   if (originalEnd_ >= end || inFile <= static_cast<std::int64_t>(fileSize)) return;
@@ -256,42 +275,26 @@ void Telling::addTail() {
   spans_.push_back(span);
 }
 
-void Telling::addForeign() {
-  const CandidateList& candidates = from_.evidence.scan.candidates;
-  bool isOpen = false;
-  for (std::size_t i = 0; i < from_.isForeign.size(); ++i) {
-    const Candidate& candidate = candidates[i];
-    if (candidate.kind() != CandidateKind::data) continue;
-    if (from_.isForeign[i] == 0) {
-      isOpen = false;
-      continue;
-    }
-    if (!isOpen) {
-      if (spans_.size() >= kMaxSpans) return;
-      PlanSpan span;
-      span.begin = candidate.offset();
-      span.cause = LossCause::foreign;
-      spans_.push_back(span);
-      isOpen = true;
-    }
-    spans_.back().end = std::min(candidate.payloadEnd(), from_.evidence.scan.end);
-  }
-}
-
 std::vector<PlanSpan> Telling::run() {
   fileEnd_ = originalEnd_ = from_.evidence.headers.mediaBegin();
   findMoves();
-  findForms();
   for (std::size_t i = 0; i < plan_.slots.size(); ++i) tell(i, plan_.slots[i]);
   hasPlace_ = hasOriginal_ = false;
   endOpen();
   addTail();
-  addForeign();
+  const auto& foreign = from_.marks.foreign;
+  const std::size_t room = kMaxSpans - std::min(kMaxSpans, spans_.size());
+  spans_.insert(spans_.end(), foreign.begin(),
+                foreign.begin() + static_cast<std::ptrdiff_t>(std::min(room, foreign.size())));
   std::ranges::stable_sort(spans_, {}, &PlanSpan::begin);
   return std::move(spans_);
 }
 
 }  // namespace
+
+FileMarks fileMarks(const Evidence& evidence, std::span<const std::uint8_t> isForeign) {
+  return {findForms(evidence), foreignSpans(evidence, isForeign)};
+}
 
 std::vector<PlanSpan> planSpans(const SpanEvidence& from, const FilmPlan& plan) { return Telling(from, plan).run(); }
 

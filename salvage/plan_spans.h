@@ -18,13 +18,30 @@ struct MissingBytes {
   std::uint64_t bytes = 0;
 };
 
+/// A form after the first.
+struct FormPlace {
+  std::uint64_t file = 0;      ///< where it begins
+  std::uint64_t original = 0;  ///< the same in the original
+  std::uint64_t size = 0;      ///< as it says
+};
+
+/// What the spans of a plan take of the candidates, which may be let go then.
+struct FileMarks {
+  std::vector<FormPlace> forms;   ///< rising
+  std::vector<PlanSpan> foreign;  ///< chunks of another film, rising
+};
+
+/// `isForeign`: of each candidate; may be empty.
+[[nodiscard]] FileMarks fileMarks(const Evidence& evidence, std::span<const std::uint8_t> isForeign);
+
+/// Of `evidence` the candidates and the chain are not asked.
 struct SpanEvidence {
   const Evidence& evidence;
   const FilmStreams& streams;
   std::span<const TemplateEntry> entries;  ///< of the slots that are indexed, in their order
   const EntryPlaces& places;
-  std::span<const MissingBytes> missing;    ///< where no index reaches; rising
-  std::span<const std::uint8_t> isForeign;  ///< of each candidate; may be empty
+  std::span<const MissingBytes> missing;  ///< where no index reaches; rising
+  const FileMarks& marks;
 };
 
 /// The spans of a plan, rising by `begin`: neighbouring slots with the same fate share one. Where no index tells the

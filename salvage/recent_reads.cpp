@@ -18,7 +18,7 @@ const RecentReads::Block* RecentReads::block(std::uint64_t number) {
 }
 
 platform::IoResult RecentReads::readAt(std::uint64_t offset, std::span<std::byte> into) {
-  if (into.size() > kBlock / 4 || offset > kNone - into.size()) return file_.readAt(offset, into);
+  if (into.size() > kBlock || offset > kNone - into.size()) return file_.readAt(offset, into);
   const std::lock_guard lock(mutex_);
   std::size_t done = 0;
   while (done < into.size()) {

@@ -13,13 +13,13 @@
 
 namespace zelvo::salvage {
 
-/// Holds half a MiB at the most. What becomes of bytes that were read once is not noticed.
+/// Holds a MiB at the most. What becomes of bytes that were read once is not noticed.
 /// Thread: any, several at once.
 class RecentReads final : public platform::ReadableFile {
  public:
   explicit RecentReads(platform::ReadableFile& file) : file_(file) {}
 
-  /// Reads of more than a quarter of a block go straight to the file, and so do those that a failure touches.
+  /// Reads of more than a block go straight to the file, and so do those that a failure touches.
   [[nodiscard]] platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override;
   [[nodiscard]] platform::IoResult readScattered(std::uint64_t offset,
                                                  std::span<const std::span<std::byte>> pieces) override {
@@ -28,7 +28,7 @@ class RecentReads final : public platform::ReadableFile {
   [[nodiscard]] std::uint64_t size() override { return file_.size(); }
 
  private:
-  static constexpr std::size_t kBlock = std::size_t{1} << 14U;
+  static constexpr std::size_t kBlock = std::size_t{1} << 12U;
   static constexpr std::uint64_t kNone = std::numeric_limits<std::uint64_t>::max();
 
   struct Block {
@@ -40,7 +40,7 @@ class RecentReads final : public platform::ReadableFile {
 
   platform::ReadableFile& file_;
   std::mutex mutex_;
-  std::array<Block, 32> blocks_;  ///< each number has one place
+  std::array<Block, 256> blocks_;  ///< each number has one place
 };
 
 }  // namespace zelvo::salvage

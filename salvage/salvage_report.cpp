@@ -77,10 +77,15 @@ void tellSpans(SalvageReport& report, const FilmPlan& plan, const std::vector<do
         std::min<std::uint64_t>(plan.slots.size(), std::uint64_t{span.span.firstSlot} + span.span.slots);
     for (std::size_t slot = span.span.firstSlot; slot < end && looks < kMaxSpanSlots; ++slot, ++looks) {
       const Slot& touched = plan.slots[slot];
-      if (touched.state == SlotState::whole || std::ranges::count(span.streams, touched.stream) > 0) continue;
-      span.streams.push_back(touched.stream);
+      if (touched.state == SlotState::whole) continue;
+      auto share = std::ranges::find(span.streams, touched.stream, &SpanShare::stream);
+      if (share == span.streams.end()) share = span.streams.insert(share, {.stream = touched.stream});
+      if (isGone(touched.state)) ++share->gone;
+      if (touched.state == SlotState::damaged || touched.state == SlotState::torn || touched.state == SlotState::cut) {
+        ++share->hurt;
+      }
     }
-    std::ranges::sort(span.streams);
+    std::ranges::sort(span.streams, {}, &SpanShare::stream);
     report.spans.push_back(std::move(span));
   }
 }

@@ -60,12 +60,21 @@ struct SalvagedStream {
   [[nodiscard]] SlotTally notWhole() const;
 };
 
+/// What a stretch of damage did to one stream, in chunks.
+struct SpanShare {
+  std::uint8_t stream = 0;  ///< index in the list of streams
+  std::uint64_t gone = 0;   ///< nothing of them is left
+  std::uint64_t hurt = 0;   ///< something of them is missing or wrong
+
+  friend bool operator==(const SpanShare&, const SpanShare&) = default;
+};
+
 /// A stretch of damage, and what it did to the film.
 struct SalvagedSpan {
   PlanSpan span;
-  double begin = 0;                   ///< on the clock of the film's pictures, or of its first stream without any
-  double end = 0;                     ///< the same; as `begin` where the film goes on without a gap
-  std::vector<std::uint8_t> streams;  ///< that it touches: indexes in the list of streams
+  double begin = 0;                ///< on the clock of the film's pictures, or of its first stream without any
+  double end = 0;                  ///< the same; as `begin` where the film goes on without a gap
+  std::vector<SpanShare> streams;  ///< that it touches, rising
 };
 
 struct SalvageReport {
@@ -78,6 +87,7 @@ struct SalvageReport {
   std::uint64_t outputSize = 0;      ///< of the film that was or would be written
   std::uint64_t outputLimit = 0;     ///< how large it may be
   bool hasMainHeader = false;        ///< the damaged film's own "avih" survives
+  std::uint64_t headerEnd = 0;       ///< where the damaged film's own header lists end; 0 without any
   std::uint32_t headersClaimed = 0;  ///< dwStreams of that; 0 without one
   std::vector<SalvagedStream> streams;
   std::vector<FoundField> fields;        ///< of headers that were put together

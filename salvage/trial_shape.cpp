@@ -38,7 +38,7 @@ constexpr std::array kCodecs = {
 };
 
 /// The commonest first, since the budget may not be enough for all.
-constexpr std::array kSizes = {
+constexpr std::array kTriedSizes = {
     PictureSize{320, 240},  PictureSize{640, 480},   PictureSize{720, 576},   PictureSize{720, 480},
     PictureSize{352, 288},  PictureSize{640, 360},   PictureSize{1280, 720},  PictureSize{160, 120},
     PictureSize{176, 144},  PictureSize{352, 240},   PictureSize{384, 288},   PictureSize{512, 384},
@@ -138,7 +138,7 @@ class ShapeTrials {
       if (known) {
         if (auto found = best(codec, {&*known, 1})) return found;
       }
-      if (auto found = best(codec, kSizes)) return found;
+      if (auto found = best(codec, kTriedSizes)) return found;
     }
     return std::nullopt;
   }

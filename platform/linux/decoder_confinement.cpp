@@ -1,6 +1,8 @@
 // Decision: decoding, Decoders work in a confined program
 #include "platform/linux/decoder_confinement.h"
 
+#include <linux/prctl.h>
+#include <sched.h>
 #include <seccomp.h>
 #include <sys/mman.h>
 #include <sys/resource.h>
@@ -26,17 +28,14 @@ void limit(__rlimit_resource_t resource, rlim_t most) {
   require(::setrlimit(resource, &both) == 0);
 }
 
-void limitResources() {
-  constexpr rlim_t kAddressSpace = rlim_t{1} << 30U;
-  constexpr rlim_t kData = rlim_t{192} << 20U;
-  constexpr rlim_t kSeconds = 120;
-  limit(RLIMIT_AS, kAddressSpace);  // libraries take a quarter of it
-  limit(RLIMIT_DATA, kData);        // what is really written to
-  limit(RLIMIT_CPU, kSeconds);
+void limitResources(const Confinement& limits) {
+  limit(RLIMIT_AS, limits.addressSpace);
+  limit(RLIMIT_DATA, limits.data);
+  limit(RLIMIT_CPU, limits.seconds);
   limit(RLIMIT_FSIZE, 0);
 }
 
-void filterCalls() {
+void filterCalls(bool mayStartThreads) {
   const scmp_filter_ctx filter = ::seccomp_init(SCMP_ACT_KILL_PROCESS);
   require(filter != nullptr);
   const auto rule = [filter](std::uint32_t action, int call) {
@@ -71,19 +70,29 @@ void filterCalls() {
   for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)})
     require(::seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, call, 1, &isNoCode) == 0);
   for (const int call : {SCMP_SYS(open), SCMP_SYS(openat)}) rule(SCMP_ACT_ERRNO(EACCES), call);
-  // A decoder that wants a thread hears that there is none; the other way to start a process is not tried then.
-  rule(SCMP_ACT_ERRNO(EAGAIN), SCMP_SYS(clone3));
+  if (mayStartThreads) {
+    // The older call says what it wants where a filter can see it; it is tried when the newer one is not there.
+    rule(SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3));
+    const scmp_arg_cmp isThread{0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, CLONE_THREAD};
+    require(::seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, SCMP_SYS(clone), 1, &isThread) == 0);
+    const scmp_arg_cmp isName{0, SCMP_CMP_EQ, PR_SET_NAME, 0};
+    require(::seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, SCMP_SYS(prctl), 1, &isName) == 0);
+    for (const int call : {SCMP_SYS(set_robust_list), SCMP_SYS(rseq)}) rule(SCMP_ACT_ALLOW, call);
+  } else {
+    // A decoder that wants a thread hears that there is none; the other way to start a process is not tried then.
+    rule(SCMP_ACT_ERRNO(EAGAIN), SCMP_SYS(clone3));
+  }
   require(::seccomp_load(filter) == 0);
   ::seccomp_release(filter);
 }
 
 }  // namespace
 
-bool confine() {
+bool confine(const Confinement& limits) {
   limit(RLIMIT_CORE, 0);
   if constexpr (!kMayConfine) return false;
-  limitResources();
-  filterCalls();
+  limitResources(limits);
+  filterCalls(limits.mayStartThreads);
   return true;
 }
 

@@ -12,20 +12,10 @@ extern "C" {
 #include <limits>
 #include <utility>
 
+#include "platform/linux/codec_library.h"
 #include "platform/linux/decoder_protocol.h"
 
 namespace zelvo::platform::linux_ {
-
-struct ContextEnd {
-  void operator()(AVCodecContext* context) const { ::avcodec_free_context(&context); }
-};
-struct PacketEnd {
-  void operator()(AVPacket* packet) const { ::av_packet_free(&packet); }
-};
-struct FrameEnd {
-  void operator()(AVFrame* frame) const { ::av_frame_free(&frame); }
-};
-using Context = std::unique_ptr<AVCodecContext, ContextEnd>;
 
 namespace {
 
@@ -39,18 +29,6 @@ void countComplaint(void* /*sender*/, int level, const char* /*format*/, va_list
 AVCodecID codecOf(std::uint32_t code) {
   const AVCodecTag* const tags[] = {::avformat_get_riff_video_tags(), nullptr};
   return ::av_codec_get_id(tags, code);
-}
-
-/// The library's own decoder or encoder; those that only hand over to other libraries do not count.
-const AVCodec* ownCodec(AVCodecID id, bool isEncoder) {
-  void* place = nullptr;
-  while (const AVCodec* const codec = ::av_codec_iterate(&place)) {
-    const bool isOfKind = (isEncoder ? ::av_codec_is_encoder(codec) : ::av_codec_is_decoder(codec)) != 0;
-    if (codec->id == id && codec->type == AVMEDIA_TYPE_VIDEO && isOfKind && codec->wrapper_name == nullptr &&
-        (codec->capabilities & AV_CODEC_CAP_HARDWARE) == 0)
-      return codec;
-  }
-  return nullptr;
 }
 
 /// What a decoder does not reach of a picture must not be what another picture left there.
@@ -97,23 +75,6 @@ AVPixelFormat formatOf(const AVCodec& encoder, std::uint16_t bits) {
     if (::av_get_bits_per_pixel(::av_pix_fmt_desc_get(*format)) == bits) return *format;
   }
   return encoder.pix_fmts[0];
-}
-
-PictureType typeOf(const AVFrame& frame) {
-  switch (frame.pict_type) {
-    case AV_PICTURE_TYPE_I:
-    case AV_PICTURE_TYPE_SI:
-    case AV_PICTURE_TYPE_BI:
-      return PictureType::intra;
-    case AV_PICTURE_TYPE_P:
-    case AV_PICTURE_TYPE_S:
-    case AV_PICTURE_TYPE_SP:
-      return PictureType::predicted;
-    case AV_PICTURE_TYPE_B:
-      return PictureType::bidirectional;
-    default:
-      return PictureType::unknown;
-  }
 }
 
 PicturePlane planeOf(const AVFrame& frame, const AVPixFmtDescriptor& format, int number) {
@@ -165,8 +126,8 @@ std::size_t sizeOf(const std::vector<PicturePlane>& planes) {
 
 struct DecoderSession::Parts {
   Context context;
-  std::unique_ptr<AVPacket, PacketEnd> packet{::av_packet_alloc()};
-  std::unique_ptr<AVFrame, FrameEnd> frame{::av_frame_alloc()};
+  Packet packet{::av_packet_alloc()};
+  Frame frame{::av_frame_alloc()};
   std::uint32_t payloads = 0;
 };
 
@@ -180,7 +141,7 @@ DecoderSession::~DecoderSession() = default;
 bool DecoderSession::open(const TrialStream& stream) {
   parts_->context.reset();
   parts_->payloads = 0;
-  const AVCodec* const codec = ownCodec(codecOf(stream.codec), false);
+  const AVCodec* const codec = ownCodec(codecOf(stream.codec), AVMEDIA_TYPE_VIDEO, false);
   if (codec == nullptr || !isSize(stream) || !parts_->packet || !parts_->frame) return false;
   Context context(::avcodec_alloc_context3(codec));
   if (!context || !giveExtra(*context, stream.extra)) return false;
@@ -246,7 +207,7 @@ void DecoderSession::receive(TrialAnswer& answer, WantedPlanes wanted) {
 }
 
 Bytes DecoderSession::usualExtra(const TrialStream& stream) {
-  const AVCodec* const codec = ownCodec(codecOf(stream.codec), true);
+  const AVCodec* const codec = ownCodec(codecOf(stream.codec), AVMEDIA_TYPE_VIDEO, true);
   if (codec == nullptr || !isSize(stream)) return {};
   const Context context(::avcodec_alloc_context3(codec));
   if (!context) return {};

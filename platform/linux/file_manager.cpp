@@ -27,6 +27,7 @@ FileAttributes attributesFrom(const struct stat& status) {
   attributes.device = status.st_dev;
   attributes.identity = status.st_ino;
   attributes.permissions = status.st_mode & 0777U;
+  attributes.modified = std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
   return attributes;
 }
 
@@ -82,13 +83,29 @@ std::error_code LinuxFileManager::remove(const std::string& path) {
   return error;
 }
 
-std::vector<std::string> LinuxFileManager::list(const std::string& folder) {
+namespace {
+
+/// What can be read of it, sorted; `error` tells why that is not all.
+std::vector<std::string> entriesOf(const std::string& folder, std::error_code& error) {
   std::vector<std::string> names;
-  std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     names.push_back(entry->path().filename().string());
   }
   std::sort(names.begin(), names.end());
+  return names;
+}
+
+}  // namespace
+
+std::vector<std::string> LinuxFileManager::list(const std::string& folder) {
+  std::error_code error;
+  return entriesOf(folder, error);
+}
+
+std::optional<std::vector<std::string>> LinuxFileManager::listReadable(const std::string& folder) {
+  std::error_code error;
+  std::vector<std::string> names = entriesOf(folder, error);
+  if (error) return std::nullopt;
   return names;
 }
 

@@ -16,6 +16,7 @@ class LinuxFileManager final : public FileManager {
   [[nodiscard]] std::error_code rename(const std::string& from, const std::string& to) override;
   [[nodiscard]] std::error_code remove(const std::string& path) override;
   [[nodiscard]] std::vector<std::string> list(const std::string& folder) override;
+  [[nodiscard]] std::optional<std::vector<std::string>> listReadable(const std::string& folder) override;
   [[nodiscard]] std::optional<std::string> linkTarget(const std::string& path) override;
   [[nodiscard]] bool isWritable(const std::string& path) override;
   [[nodiscard]] bool isDeletable(const std::string& path) override;

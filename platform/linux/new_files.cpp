@@ -9,6 +9,7 @@
 
 #include "platform/linux/descriptor.h"
 #include "platform/linux/files.h"
+#include "platform/linux/locked_files.h"
 
 namespace zelvo::platform::linux_ {
 
@@ -31,6 +32,10 @@ Opened<WritableFile> LinuxNewFiles::createNewFile(const std::string& path) {
   } while (number < 0 && errno == EINTR);
   if (number < 0) return {nullptr, lastError()};
   return {adoptForWriting(number), {}};
+}
+
+std::unique_ptr<FileLock> LinuxNewFiles::lockNewFile(const std::string& path) {
+  return LinuxLockedFiles().lockFile(path);
 }
 
 std::error_code LinuxNewFiles::renameToNew(const std::string& from, const std::string& to) {

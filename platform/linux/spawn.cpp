@@ -26,15 +26,13 @@ class Settings {
     const int session = request.hasOwnSession ? POSIX_SPAWN_SETSID : 0;
     note(::posix_spawnattr_setflags(&attributes_,
                                     static_cast<short>(session | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF)));
-    if (request.input) note(::posix_spawn_file_actions_adddup2(&actions_, *request.input, STDIN_FILENO));
-    if (request.output) note(::posix_spawn_file_actions_adddup2(&actions_, *request.output, STDOUT_FILENO));
-    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-      if (stream == STDIN_FILENO ? request.input.has_value() : stream == STDOUT_FILENO && request.output) continue;
-      const int mode = stream == STDIN_FILENO ? O_RDONLY : O_WRONLY;
-      note(::posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", mode, 0));
-    }
+    give(STDIN_FILENO, request.input);
+    give(STDOUT_FILENO, request.output);
+    give(STDERR_FILENO, request.error);
+    int next = STDERR_FILENO;
+    for (const int other : request.others) give(++next, other);
     if (!request.keepsFolder) note(::posix_spawn_file_actions_addchdir_np(&actions_, "/"));
-    note(::posix_spawn_file_actions_addclosefrom_np(&actions_, STDERR_FILENO + 1));
+    note(::posix_spawn_file_actions_addclosefrom_np(&actions_, next + 1));
   }
   Settings(const Settings&) = delete;
   Settings& operator=(const Settings&) = delete;
@@ -49,6 +47,15 @@ class Settings {
   [[nodiscard]] const posix_spawn_file_actions_t* actions() const { return &actions_; }
 
  private:
+  /// Without a descriptor the stream leads nowhere.
+  void give(int stream, std::optional<int> descriptor) {
+    if (descriptor) {
+      note(::posix_spawn_file_actions_adddup2(&actions_, *descriptor, stream));
+    } else {
+      const int mode = stream == STDIN_FILENO ? O_RDONLY : O_WRONLY;
+      note(::posix_spawn_file_actions_addopen(&actions_, stream, "/dev/null", mode, 0));
+    }
+  }
   void note(int error) {
     if (error_ == 0) error_ = error;
   }

@@ -19,6 +19,9 @@ struct SpawnRequest {
   bool keepsFolder = false;                  ///< else it begins in "/"
   std::optional<int> input = std::nullopt;   ///< descriptor that becomes its standard input
   std::optional<int> output = std::nullopt;  ///< descriptor that becomes its standard output
+  std::optional<int> error = std::nullopt;   ///< descriptor that becomes its standard error
+  /// Descriptors that become its third and following ones; each is 16 or above here.
+  std::vector<int> others = {};
   std::optional<std::vector<std::string>> environment =
       std::nullopt;  ///< "NAME=value" each; this process's own without it
 };

@@ -139,8 +139,10 @@ bool LinuxWorkers::startApart(std::function<void()> body) {
 unsigned LinuxWorkers::processors() const {
   cpu_set_t allowed;
   CPU_ZERO(&allowed);
-  if (::sched_getaffinity(0, sizeof allowed, &allowed) != 0) return std::max(1U, std::thread::hardware_concurrency());
-  return static_cast<unsigned>(CPU_COUNT(&allowed));
+  const bool isKnown = ::sched_getaffinity(0, sizeof allowed, &allowed) == 0;
+  const unsigned all = isKnown ? static_cast<unsigned>(CPU_COUNT(&allowed)) : std::thread::hardware_concurrency();
+  const unsigned limit = limit_;
+  return std::max(1U, limit > 0 ? std::min(all, limit) : all);
 }
 
 void LinuxWorkers::joinAll() { roll_->joinAll(); }

@@ -16,11 +16,14 @@ class LinuxWorkers final : public Workers {
   std::shared_ptr<Worker> startHelper(std::function<void()> body) override;
   [[nodiscard]] bool startApart(std::function<void()> body) override;
   [[nodiscard]] unsigned processors() const override;
+  /// From now on `processors` answers no more than that. 0 lifts it.
+  void useAtMost(unsigned processors) { limit_ = processors; }
   void joinAll() override;
 
  private:
   class Roll;
   std::shared_ptr<Roll> roll_;
+  Relaxed<unsigned> limit_;
 };
 
 }  // namespace zelvo::platform::linux_

@@ -48,6 +48,19 @@ inline QString repairExplanation() {
 }
 inline QString stop() { return QStringLiteral("Stop"); }
 
+// ---- The damage picture ----
+inline QString damagePicture() { return QStringLiteral("Damage picture"); }
+inline QString noDamage() { return QStringLiteral("Nothing is damaged."); }
+inline QString pointAtDamage(std::size_t places) {
+  return places == 1 ? QStringLiteral("1 damaged place. Point at it to see what happened there.")
+                     : QStringLiteral("%L1 damaged places. Point at one to see what happened there.").arg(places);
+}
+inline QString moreHere(std::size_t losses) { return QStringLiteral("%L1 more here").arg(losses); }
+inline QString andMoreHere(const QString& first, std::size_t losses) {
+  return QStringLiteral("%1; %2").arg(first, moreHere(losses));
+}
+inline QString asItWasAt(const QString& time) { return QStringLiteral("%1: as it was").arg(time); }
+
 // ---- Page 3 ----
 inline QString video() { return QStringLiteral("Video"); }
 inline QString audio() { return QStringLiteral("Audio"); }

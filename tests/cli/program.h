@@ -32,6 +32,7 @@ class Program {
   /// Waits until standard error holds `text`. False when it ends before.
   [[nodiscard]] bool waitForError(const std::string& text);
   void send(int signal) const;
+  [[nodiscard]] pid_t id() const { return id_; }
   /// Reads all it says and waits for its end.
   [[nodiscard]] Ended wait();
 

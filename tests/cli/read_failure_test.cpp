@@ -8,6 +8,7 @@
 
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "platform/headless/film_player.h"
 #include "platform/headless/trial_decoder.h"
 #include "platform/linux/file_manager.h"
 #include "platform/linux/files.h"
@@ -158,6 +159,7 @@ class ReadFailure : public testing::Test {
     Console console(false);
     platform::linux_::LinuxPropertyLists propertyLists;
     platform::headless::HeadlessTrialDecoder trialDecoder;
+    platform::headless::HeadlessFilmPlayer filmPlayer;
     Environment environment{.files = files,
                             .fileManager = fileManager,
                             .newFiles = newFiles_,
@@ -167,6 +169,7 @@ class ReadFailure : public testing::Test {
                             .lookAtStorage = {},
                             .propertyLists = propertyLists,
                             .trialDecoder = trialDecoder,
+                            .filmPlayer = filmPlayer,
                             .console = console,
                             .stopRequested = stop_};
     for (const Option& option : command->options()) {

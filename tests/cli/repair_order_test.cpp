@@ -11,6 +11,7 @@
 
 #include "cli/commands.h"
 #include "cli/environment.h"
+#include "platform/headless/film_player.h"
 #include "platform/headless/trial_decoder.h"
 #include "platform/linux/file_manager.h"
 #include "platform/linux/files.h"
@@ -121,6 +122,7 @@ class RepairOrder : public testing::Test {
     Console console(false);
     platform::linux_::LinuxPropertyLists propertyLists;
     platform::headless::HeadlessTrialDecoder trialDecoder;
+    platform::headless::HeadlessFilmPlayer filmPlayer;
     Environment environment{.files = files,
                             .fileManager = fileManager,
                             .newFiles = names_,
@@ -134,6 +136,7 @@ class RepairOrder : public testing::Test {
                             .lookAtStorage = {},
                             .propertyLists = propertyLists,
                             .trialDecoder = trialDecoder,
+                            .filmPlayer = filmPlayer,
                             .console = console,
                             .stopRequested = stop_};
     const auto command = makeRepairCommand();

@@ -14,6 +14,7 @@ using platform::Bytes;
 using salvage::SalvageReport;
 using salvage::SalvageVerdict;
 using salvage::SlotState;
+using salvage::SpanShare;
 using testing::ElementsAre;
 
 /// Ten pictures of 40 ms, each followed by sound of as long.
@@ -140,7 +141,8 @@ TEST(SalvageReport, SpansHaveTimesAndTheStreamsThatTheyTouch) {
   EXPECT_TRUE(report.spans[0].streams.empty());
   EXPECT_NEAR(report.spans[1].begin, 0.08, 1e-9);
   EXPECT_NEAR(report.spans[1].end, 0.16, 1e-9);
-  EXPECT_THAT(report.spans[1].streams, ElementsAre(0, 1));
+  EXPECT_THAT(report.spans[1].streams,
+              ElementsAre(SpanShare{.stream = 0, .gone = 1}, SpanShare{.stream = 1, .hurt = 1}));
   EXPECT_NEAR(report.spans[2].begin, 0.4, 1e-9);
   EXPECT_NEAR(report.spans[2].end, 0.4, 1e-9);
 }

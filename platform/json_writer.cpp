@@ -1,22 +1,30 @@
-#include "cli/json_writer.h"
+#include "platform/json_writer.h"
 
 #include <algorithm>
-#include <span>
+#include <array>
+#include <charconv>
+#include <cmath>
 #include <utility>
 
-#include "avi/codec_text.h"
-#include "cli/shown_text.h"
 #include "platform/printable_text.h"
 #include "platform/utf8.h"
 
-namespace zelvo::cli {
+namespace zelvo::platform {
 
 namespace {
 
-constexpr std::string_view kHexDigits = "0123456789abcdef";
+constexpr std::string_view kJsonHexDigits = "0123456789abcdef";
 
 /// The bytes as UTF-8, up to the first zero byte; what is not UTF-8 becomes U+FFFD.
-std::string asUtf8(std::string_view bytes) { return avi::codecText(std::as_bytes(std::span(bytes))); }
+std::string asUtf8(std::string_view bytes) {
+  std::string text;
+  for (bytes = bytes.substr(0, bytes.find('\0')); !bytes.empty();) {
+    const std::size_t length = utf8CharacterAt(bytes).length;
+    text += length == 0 ? "\xEF\xBF\xBD" : bytes.substr(0, length);
+    bytes.remove_prefix(std::max<std::size_t>(length, 1));
+  }
+  return text;
+}
 
 bool isPlain(char character) { return character >= 0x20 && character < 0x7f && character != '"' && character != '\\'; }
 
@@ -28,10 +36,10 @@ void appendEscaped(std::string& out, std::string_view utf8) {
     out += utf8.substr(0, plain);
     utf8.remove_prefix(plain);
     if (utf8.empty()) return;
-    const platform::Utf8Character character = platform::utf8CharacterAt(utf8);
-    if (platform::steersTerminal(character.value)) {
+    const Utf8Character character = utf8CharacterAt(utf8);
+    if (steersTerminal(character.value)) {
       out += "\\u";
-      for (unsigned shift = 16; shift > 0; shift -= 4) out += kHexDigits[character.value >> (shift - 4) & 15U];
+      for (unsigned shift = 16; shift > 0; shift -= 4) out += kJsonHexDigits[character.value >> (shift - 4) & 15U];
     } else {
       if (character.value == '"' || character.value == '\\') out += '\\';
       out += utf8.substr(0, character.length);
@@ -83,19 +91,24 @@ void JsonWriter::text(std::string_view value) {
   out_ += '"';
 }
 
-void JsonWriter::seconds(double value) { raw(fixedPoint(value, 3)); }
+void JsonWriter::seconds(double value) {
+  std::array<char, 400> digits{};  // of the largest number
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                          std::isfinite(value) ? value : 0.0, std::chars_format::fixed, 3);
+  raw(std::string_view(digits.data(), static_cast<std::size_t>(end - digits.data())));
+}
 
 void JsonWriter::pathMembers(std::string_view path) {
   member("path", path);
   if (asUtf8(path) == path) return;
   std::string hex;
   for (const char character : path) {
-    hex += kHexDigits[static_cast<unsigned char>(character) >> 4U];
-    hex += kHexDigits[static_cast<unsigned char>(character) & 15U];
+    hex += kJsonHexDigits[static_cast<unsigned char>(character) >> 4U];
+    hex += kJsonHexDigits[static_cast<unsigned char>(character) & 15U];
   }
   member("path_hex", hex);
 }
 
 std::string JsonWriter::take() { return std::exchange(out_, {}); }
 
-}  // namespace zelvo::cli
+}  // namespace zelvo::platform

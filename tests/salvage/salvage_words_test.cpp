@@ -1,4 +1,4 @@
-#include "cli/salvage_words.h"
+#include "salvage/salvage_words.h"
 
 #include <gtest/gtest.h>
 
@@ -30,43 +30,43 @@ SalvageReport partial(std::vector<SalvagedStream> streams) {
 
 TEST(SalvageWords, WhatIsLostIsToldByItsLength) {
   EXPECT_EQ(
-      cli::verdictSentence(partial({streamOf(avi::kVids, 1.25), streamOf(avi::kAuds, 0.5)})),
+      salvage::verdictSentence(partial({streamOf(avi::kVids, 1.25), streamOf(avi::kAuds, 0.5)})),
       "This film was damaged; 1.2 s of its pictures and 0.5 s of its sound are lost or hurt, the rest is there, in "
       "step.");
-  EXPECT_EQ(cli::verdictSentence(partial({streamOf(avi::kVids, 2)})),
+  EXPECT_EQ(salvage::verdictSentence(partial({streamOf(avi::kVids, 2)})),
             "This film was damaged; 2.0 s of its pictures are lost or hurt, the rest is there, in step.");
 }
 
 TEST(SalvageWords, AShortLossIsNoneOfZeroSeconds) {
   EXPECT_EQ(
-      cli::verdictSentence(partial({streamOf(avi::kVids, 0.049), streamOf(avi::kAuds, 0.05)})),
+      salvage::verdictSentence(partial({streamOf(avi::kVids, 0.049), streamOf(avi::kAuds, 0.05)})),
       "This film was damaged; less than 0.1 s of its pictures and 0.1 s of its sound are lost or hurt, the rest is "
       "there, in step.");
 }
 
 TEST(SalvageWords, AKindThatIsAllThereIsToldSo) {
-  EXPECT_EQ(cli::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0.3)})),
+  EXPECT_EQ(salvage::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0.3)})),
             "This film was damaged; 0.3 s of its sound is lost or hurt, all of its pictures are there, in step.");
-  EXPECT_EQ(cli::verdictSentence(partial({streamOf(avi::kVids, 0.3), streamOf(avi::kAuds, 0)})),
+  EXPECT_EQ(salvage::verdictSentence(partial({streamOf(avi::kVids, 0.3), streamOf(avi::kAuds, 0)})),
             "This film was damaged; 0.3 s of its pictures are lost or hurt, all of its sound is there, in step.");
-  EXPECT_EQ(cli::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0)})),
+  EXPECT_EQ(salvage::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0)})),
             "This film was damaged; a part of it is lost or hurt, the rest is there, in step.");
 }
 
 TEST(SalvageWords, OfSeveralTracksTheWorstCounts) {
-  EXPECT_EQ(cli::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0), streamOf(avi::kAuds, 3)})),
+  EXPECT_EQ(salvage::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0), streamOf(avi::kAuds, 3)})),
             "This film was damaged; 3.0 s of its sound is lost or hurt, all of its pictures are there, in step.");
 }
 
 TEST(SalvageWords, StreamsThatNothingRecognisesAreToldFirst) {
   SalvageReport report = partial({streamOf(avi::kVids, 0)});
   report.streamsWithoutHeader = 1;
-  EXPECT_EQ(cli::verdictSentence(report),
+  EXPECT_EQ(salvage::verdictSentence(report),
             "This film was damaged; 1 stream of it cannot be recognised and is left out.");
   report = partial({streamOf(avi::kVids, 1)});
   report.streamsWithoutHeader = 2;
   EXPECT_EQ(
-      cli::verdictSentence(report),
+      salvage::verdictSentence(report),
       "This film was damaged; 2 streams of it cannot be recognised and are left out; 1.0 s of its pictures are lost "
       "or hurt, the rest is there, in step.");
 }

@@ -1,20 +1,20 @@
-#include "cli/salvage_words.h"
+#include "salvage/salvage_words.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "avi/codec_names.h"
 #include "avi/codec_text.h"
-#include "cli/shown_text.h"
+#include "platform/printable_text.h"
+#include "platform/shown_text.h"
 
-namespace zelvo::cli {
+namespace zelvo::salvage {
 
-using salvage::LossCause;
-using salvage::SalvagedStream;
-using salvage::SalvageReport;
-using salvage::SalvageVerdict;
-using salvage::SlotState;
-using salvage::SlotTally;
+using platform::counted;
+using platform::fixedPoint;
+using platform::shownHex;
+using platform::shownNumber;
+using platform::shownTime;
 
 namespace {
 
@@ -61,13 +61,13 @@ std::string_view nameOf(SalvageVerdict verdict) {
   return "hopeless";
 }
 
-std::string_view nameOf(salvage::HeaderOrigin origin) {
+std::string_view nameOf(HeaderOrigin origin) {
   switch (origin) {
-    case salvage::HeaderOrigin::donor:
+    case HeaderOrigin::donor:
       return "donor";
-    case salvage::HeaderOrigin::synthesised:
+    case HeaderOrigin::synthesised:
       return "synthesised";
-    case salvage::HeaderOrigin::own:
+    case HeaderOrigin::own:
       break;
   }
   return "own";
@@ -136,11 +136,11 @@ std::string_view wordsFor(LossCause cause) {
   return nameOf(cause);
 }
 
-std::string_view evidenceOf(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+std::string_view evidenceOf(const SalvagedSpan& span, const SalvageReport& report) {
   return report.indexedChunks > 0 && span.span.originalBegin ? "index" : "chunks";
 }
 
-std::string_view confidenceOf(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+std::string_view confidenceOf(const SalvagedSpan& span, const SalvageReport& report) {
   // That sizes and codes were wrong is proved by the chunks around them, which close on one another.
   const LossCause cause = span.span.cause;
   const bool isProved = cause == LossCause::sizeField || cause == LossCause::code || cause == LossCause::unreadable ||
@@ -185,17 +185,8 @@ std::string codecOf(const SalvagedStream& stream) {
   const auto code = stream.handler.bytes();
   const std::string_view name = avi::videoCodecName(code);
   if (!name.empty()) return std::string(name);
-  const std::string text = printable(avi::codecText(code));
+  const std::string text = platform::printableText(avi::codecText(code));
   return text.empty() ? "uncompressed" : text;
-}
-
-std::string shownTime(double seconds) {
-  const auto hundredths = static_cast<std::uint64_t>(std::llround(std::clamp(seconds, 0.0, 1e12) * 100));
-  const auto two = [](std::uint64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); };
-  const std::uint64_t minutes = hundredths / 6000;
-  const std::string rest = two(hundredths / 100 % 60) + "." + two(hundredths % 100);
-  if (minutes < 60) return std::to_string(minutes) + ":" + rest;
-  return std::to_string(minutes / 60) + ":" + two(minutes % 60) + ":" + rest;
 }
 
 std::string verdictSentence(const SalvageReport& report) {
@@ -239,17 +230,43 @@ std::string streamWords(const SalvagedStream& stream) {
   return text;
 }
 
-std::string spanWords(const salvage::SalvagedSpan& span, const SalvageReport& report) {
+std::string spanWords(const SalvagedSpan& span, const SalvageReport& report) {
   std::string text =
       "bytes " + shownNumber(span.span.begin) + " to " + shownNumber(span.span.end) + ", at " + shownTime(span.begin);
   if (span.end > span.begin) text += " to " + shownTime(span.end);
   text += ": " + std::string(wordsFor(span.span.cause));
-  for (const std::uint8_t stream : span.streams) {
-    text += (stream == span.streams.front() ? " (" : ", ") + std::string(kindOf(report.streams[stream])) + " " +
-            std::to_string(stream);
+  for (const SpanShare& share : span.streams) {
+    text += (share == span.streams.front() ? " (" : ", ") + std::string(kindOf(report.streams[share.stream])) + " " +
+            std::to_string(share.stream);
   }
   if (!span.streams.empty()) text += ")";
   return text + "; " + std::string(doneAbout(span.span.cause));
+}
+
+std::string lossWords(const SalvagedSpan& span, const SalvageReport& report) {
+  std::string text = shownTime(span.begin);
+  if (span.end > span.begin) text += " to " + shownTime(span.end);
+  const std::string cause(wordsFor(span.span.cause));
+  std::string hit;
+  for (const SpanShare& share : span.streams) {
+    const SalvagedStream& stream = report.streams[share.stream];
+    const std::string_view noun = stream.type == avi::kVids   ? "picture"
+                                  : stream.type == avi::kAuds ? "sound chunk"
+                                                              : "chunk";
+    if (share.gone > 0) hit += ", " + counted(share.gone, noun) + " lost";
+    if (share.hurt > 0) hit += ", " + counted(share.hurt, noun) + " hurt";
+  }
+  if (hit.empty()) return text + ": " + cause + "; " + std::string(doneAbout(span.span.cause));
+  const auto goesOn = [&](avi::FourCC type) {
+    const auto isOfType = [&](const SalvagedStream& stream) { return stream.type == type; };
+    const auto isTouched = [&](const SpanShare& share) {
+      return isOfType(report.streams[share.stream]) && share.gone + share.hurt > 0;
+    };
+    return std::ranges::any_of(report.streams, isOfType) && std::ranges::none_of(span.streams, isTouched);
+  };
+  if (goesOn(avi::kAuds)) hit += ", the sound goes on";
+  if (goesOn(avi::kVids)) hit += ", the pictures go on";
+  return text + ": " + hit.substr(2) + " (" + cause + ")";
 }
 
 std::string transferWords(const SalvageReport& report) {
@@ -257,20 +274,4 @@ std::string transferWords(const SalvageReport& report) {
          " in; they are left out, and places are told without them";
 }
 
-std::string whyNothing(const SalvageReport& report, const std::string& name) {
-  if (report.inputSize == 0) return name + " is empty.";
-  if (report.end == salvage::SalvageEnd::noHeader) {
-    return name + " cannot be brought back: its headers are lost, and nothing tells what its chunks hold.";
-  }
-  if (report.end == salvage::SalvageEnd::manySounds) {
-    return name + " has several sound tracks; --rate is for a film that has one.";
-  }
-  if (report.end == salvage::SalvageEnd::tooLarge) {
-    return "the film salvaged from " + name + " would be " + shownSize(report.outputSize) +
-           " large, and no more than " + shownSize(report.outputLimit) +
-           " can be right; use --allow-growth to have it all the same.";
-  }
-  return "nothing can be brought back from " + name + ": no picture and no sound was found in it.";
-}
-
-}  // namespace zelvo::cli
+}  // namespace zelvo::salvage
