@@ -143,8 +143,8 @@ std::string_view nameOf(Verdict verdict) {
 }
 
 Verdict verdictOf(std::string_view name) {
-  for (const Verdict one :
-       {Verdict::repaired, Verdict::repairable, Verdict::notSupported, Verdict::invalid, Verdict::stopped}) {
+  for (const Verdict one : {Verdict::repaired, Verdict::repairable, Verdict::notSupported, Verdict::invalid,
+                            Verdict::plays, Verdict::faults, Verdict::stopped}) {
     if (nameOf(one) == name) return one;
   }
   return Verdict::failed;
