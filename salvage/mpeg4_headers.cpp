@@ -14,7 +14,7 @@ constexpr unsigned kFirstLayer = 0x20;
 constexpr unsigned kLastLayer = 0x2f;
 constexpr unsigned kPicture = 0xb6;
 constexpr std::uint32_t kRectangular = 0;
-constexpr std::uint32_t kGrey = 3;
+constexpr std::uint32_t kGreyShape = 3;
 
 /// Bits that a number of ticks takes: as many as hold the largest one.
 unsigned bitsOfTicks(std::uint32_t resolution) {
@@ -35,7 +35,7 @@ std::optional<Mpeg4Layer> layerIn(std::span<const std::byte> bytes) {
     if (bits.read(1) == 1) bits.skip(4 * 16 + 15);  // vbv_parameters
   }
   const std::uint32_t shape = bits.read(2);
-  if (shape == kGrey && version != 1) bits.skip(4);
+  if (shape == kGreyShape && version != 1) bits.skip(4);
   Mpeg4Layer layer;
   if (bits.read(1) != 1) return std::nullopt;
   layer.resolution = bits.read(16);

@@ -65,6 +65,7 @@ class Triage {
   std::vector<TriageClaims> claims_;  ///< by extent
   std::vector<TriageTally> tallies_;  ///< by extent
   TriageChunk largest_;               ///< in all places
+  bool isGuessed_ = false;            ///< that its stream can be recognised
   TriageReport report_;
 };
 
@@ -107,13 +108,13 @@ void Triage::findStreams() {
 
 /// Chunks may be larger than a place. One code may stand there by chance, but not several.
 void Triage::findLargest() {
-  constexpr std::size_t kFewest = 4;
+  constexpr std::size_t kFewestUnproved = 4;
   std::vector<TriageChunk> unproved;
   for (const TriageClaims& claims : claims_) {
     if (claims.largest.payload > largest_.payload) largest_ = claims.largest;
     unproved.insert(unproved.end(), claims.unproved.begin(), claims.unproved.end());
   }
-  if (unproved.size() < kFewest) return;
+  if (unproved.size() < kFewestUnproved) return;
   const auto middle = unproved.begin() + static_cast<std::ptrdiff_t>(unproved.size() / 2);
   std::ranges::nth_element(unproved, middle, {}, &TriageChunk::payload);
   if (middle->payload > largest_.payload) largest_ = *middle;
@@ -171,7 +172,9 @@ TriageEstimate Triage::estimate() const {
   for (const double share : between) variance += (share - mean) * (share - mean);
   const auto count = static_cast<double>(std::max<std::size_t>(between.size(), 2));
   const double deviation = std::sqrt(variance / (count - 1) / count);
-  return bounded((ends + (size - endBytes) * mean) / size, kSampleMargin + 2 * deviation);
+  TriageEstimate made = bounded((ends + (size - endBytes) * mean) / size, kSampleMargin + 2 * deviation);
+  if (isGuessed_) made.low = 0;
+  return made;
 }
 
 void Triage::describe() {
@@ -242,6 +245,10 @@ TriageReport Triage::perform() {
   claimEdges();
   StreamTraits streams{};
   for (const SalvagedStream& stream : planned_.streams) streams.at(stream.number) = {true, mayHoldZeros(stream)};
+  // What a stream is cannot be seen in places that hold none of its chunks whole; in the file it will be.
+  isGuessed_ = !sample_.isWhole() && largest_.payload >= sample_.extents.back().bytes.size() / 2 &&
+               !streams.at(largest_.stream).isRecognised;
+  if (isGuessed_) streams.at(largest_.stream) = {true, true};
   for (std::size_t i = 0; i < claims_.size(); ++i) {
     if (isEnding()) return std::move(report_);
     tallies_.push_back(tally(i, streams));
