@@ -44,7 +44,7 @@ struct SlotTally {
   double seconds = 0;
 };
 
-inline constexpr std::size_t kSlotStates = 8;
+inline constexpr std::size_t kSlotStates = 9;
 
 struct SalvagedStream {
   std::uint8_t number = 0;                 ///< in the damaged film's codes
@@ -56,6 +56,8 @@ struct SalvagedStream {
 
   [[nodiscard]] const SlotTally& of(SlotState state) const { return slots[static_cast<std::size_t>(state)]; }
   [[nodiscard]] SlotTally all() const;
+  /// Chunks that are as they were again.
+  [[nodiscard]] SlotTally mended() const;
   /// Chunks of which something is missing or wrong.
   [[nodiscard]] SlotTally notWhole() const;
 };
