@@ -159,7 +159,7 @@ std::string streamTable(const SalvageReport& report) {
     text += "<tr>" + cell(streamName(report, i)) + cell(codecOf(stream)) + cell(std::string(nameOf(stream.origin))) +
             cell(shownTime(stream.all().seconds), true) + cell(shownNumber(stream.all().chunks), true) +
             cell(shownNumber(stream.of(SlotState::whole).chunks), true) +
-            cell(both(stream, SlotState::sizeMended, SlotState::codeMended), true) +
+            cell(shownNumber(stream.mended().chunks), true) +
             cell(shownNumber(stream.notWhole().chunks - stream.of(SlotState::lost).chunks -
                              stream.of(SlotState::refilled).chunks),
                  true) +

@@ -217,8 +217,8 @@ std::string summaryPage(const salvage::CollectionSummary& summary, std::size_t j
       tile(shownLength(totals.workSeconds), "of work") + tile(shownSize(totals.peakMemory), "of memory for a film") +
       "</div>\n" + verdictBar(worst) + "<h2>Films, the worst first</h2>\n" + filmTable(worst) +
       "<div class=\"key\"><span><i class=\"w\"></i>as it was</span><span><i class=\"m\"></i>mended</span>"
-      "<span><i class=\"x\"></i>not of this film</span><span><i class=\"h\"></i>overwritten or unreadable</span>"
-      "<span><i class=\"l\"></i>missing</span></div>\n<p class=\"soft\">The upper bar of a picture is the damaged file "
+      "<span><i class=\"x\"></i>not of this film</span><span><i class=\"h\"></i>hurt, kept as it is</span>"
+      "<span><i class=\"l\"></i>lost</span></div>\n<p class=\"soft\">The upper bar of a picture is the damaged file "
       "from its first byte to its last, each bar below it a stream from its beginning to its end.</p>\n<script>";
   return page + std::string(kSummaryScript) + "</script></body></html>\n";
 }

@@ -77,12 +77,6 @@ std::string triagedShare(double share) {
   return fixedPoint(share * 100, 0) + " %";
 }
 
-std::string triageLine(std::string_view label, const std::string& text) {
-  std::string padded = "  " + std::string(label) + ":";
-  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
-  return padded + text + "\n";
-}
-
 std::string inTenths(double share) {
   static constexpr std::array<std::string_view, 9> kWords{"one tenth",    "two tenths",   "three tenths",
                                                           "four tenths",  "half of it",   "six tenths",
@@ -146,19 +140,19 @@ std::string inWords(const TriageOutcome& told) {
   const TriageReport& report = *told.report;
   std::string text = printable(told.outcome.inputPath) + ": " + triageSentence(report) + "\n";
   if (isAnythingLeft(report))
-    text += triageLine("Kept", triagedShare(report.kept.share) + " of its bytes, surely between " +
-                                   fixedPoint(report.kept.low * 100, 0) + " and " +
-                                   fixedPoint(report.kept.high * 100, 0) + " %, by a deep repair");
+    text += labelledLine("Kept", triagedShare(report.kept.share) + " of its bytes, surely between " +
+                                     fixedPoint(report.kept.low * 100, 0) + " and " +
+                                     fixedPoint(report.kept.high * 100, 0) + " %, by a deep repair");
   for (const TriagedKind& kind : kTriagedKinds) {
     const double share = report.of(kind.kind);
     if (share < kNearNothing) continue;
     std::string what(explained(kind.kind));
     if (kind.kind == TriageKind::film && !codecWords(report).empty()) what = codecWords(report);
     if (kind.kind == TriageKind::otherFormat && !report.format.empty()) what += " (" + std::string(report.format) + ")";
-    text += triageLine(kind.label, triagedShare(share) + ": " + what);
+    text += labelledLine(kind.label, triagedShare(share) + ": " + what);
   }
-  return text + triageLine("Looked at", counted(report.places, "place") + ", " + shownSize(report.bytesRead) + " of " +
-                                            shownSize(report.fileSize));
+  return text + labelledLine("Looked at", counted(report.places, "place") + ", " + shownSize(report.bytesRead) +
+                                              " of " + shownSize(report.fileSize));
 }
 
 std::string inJson(const TriageOutcome& told) {

@@ -70,8 +70,7 @@ void markDamage(const Evidence& evidence, FilmPlan& plan) {
     return behind != zeroed.end() && behind->begin < end;
   };
   for (Slot& slot : plan.slots) {
-    const bool isSound =
-        slot.state == SlotState::whole || slot.state == SlotState::sizeMended || slot.state == SlotState::codeMended;
+    const bool isSound = slot.state < SlotState::damaged;
     if (!isSound || !slot.hasSource()) continue;
     if (slot.pieces == Slot::kOnePiece) {
       if (isHurt(slot, slot.source, slot.size)) slot.state = SlotState::damaged;

@@ -17,11 +17,13 @@ enum class SlotState : std::uint8_t {
   whole,       ///< as it was, as far as anything tells
   sizeMended,  ///< whole; its size field was wrong
   codeMended,  ///< whole; its code was overwritten
-  damaged,     ///< its length is right, some of its bytes are overwritten in place
-  torn,        ///< bytes are missing inside, or foreign ones were cut out
-  cut,         ///< the data end inside
-  lost,        ///< nothing of it is left: an empty chunk or silence keeps its time
-  refilled,    ///< the same, where only clocks tell that something was there
+  rejoined,    ///< whole; foreign bytes were cut out where decoding shows that they begin
+  // From here on something is missing or wrong.
+  damaged,   ///< its length is right, some of its bytes are overwritten in place
+  torn,      ///< bytes are missing inside, or foreign ones are or were there
+  cut,       ///< the data end inside
+  lost,      ///< nothing of it is left: an empty chunk or silence keeps its time
+  refilled,  ///< the same, where only clocks tell that something was there
 };
 
 /// Bytes of the input that are a part of a payload.

@@ -82,6 +82,7 @@ class Cuts {
     slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
     if (*place > 0) film_.pieces.push_back({cut.payload, *place});
     if (*place < slot.size) film_.pieces.push_back({cut.payload + *place + cut.added, slot.size - *place});
+    slot.state = SlotState::rejoined;
     ++found_;
     return true;
   }

@@ -18,6 +18,9 @@ namespace {
 
 /// Payloads that are longer are not read to find where they were cut.
 constexpr std::uint64_t kLongest = std::uint64_t{8} << 20U;
+/// So many times the size of the file is read for that, and these bytes in any case.
+constexpr std::uint64_t kMaxRereads = 2;
+constexpr std::uint64_t kReadAnyway = std::uint64_t{64} << 20U;
 /// So many parts of payloads are told apart; later ones are taken from where they begin.
 constexpr std::size_t kMaxPieces = 2'000'000;
 /// Where foreign bytes begin in more pictures is not looked for.
@@ -27,7 +30,11 @@ class Laying {
  public:
   Laying(const Evidence& evidence, const FilmStreams& streams, std::span<const TemplateEntry> entries,
          const EntryPlaces& places)
-      : evidence_(evidence), streams_(streams), entries_(entries), places_(places) {}
+      : evidence_(evidence),
+        streams_(streams),
+        entries_(entries),
+        places_(places),
+        readable_(kReadAnyway + kMaxRereads * evidence.scan.end) {}
 
   LaidFilm run();
 
@@ -49,6 +56,7 @@ class Laying {
   void take(std::size_t entry, std::uint64_t payload, SlotState state);
   void takePart(std::size_t entry, std::uint64_t payload, std::uint64_t end, SlotState state);
   void takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t added);
+  [[nodiscard]] platform::Bytes readForCut(std::uint64_t payload, std::uint64_t size);
   void setPieces(Slot& slot, std::initializer_list<Piece> pieces);
   [[nodiscard]] const SurvivingStream& headerOf(const Slot& slot) const {
     return evidence_.header.streams[slot.stream].header;
@@ -60,6 +68,7 @@ class Laying {
   const FilmStreams& streams_;
   std::span<const TemplateEntry> entries_;
   const EntryPlaces& places_;
+  std::uint64_t readable_;  ///< bytes that may still be read to find cuts
   LaidFilm film_;
   std::vector<std::uint64_t> headers_;  ///< of supported entries, where they stand in the file; rising
 };
@@ -118,7 +127,7 @@ void Laying::takePart(std::size_t entry, std::uint64_t payload, std::uint64_t en
   const std::uint32_t missing = slot.size - there;
   const auto cut = there > kLongest || state != SlotState::torn
                        ? std::nullopt
-                       : tearIn(headerOf(slot), evidence_.input.readBytes(payload, there), slot.size);
+                       : tearIn(headerOf(slot), readForCut(payload, there), slot.size);
   const std::uint32_t front = cut.value_or(there);
   setPieces(slot, {{payload, front}, {Piece::kSilence, missing}, {payload + front, there - front}});
 }
@@ -134,10 +143,17 @@ void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t 
       film_.openCuts.push_back({static_cast<std::uint32_t>(entry), payload, added});
     return;
   }
-  const platform::Bytes bytes = evidence_.input.readBytes(payload, static_cast<std::size_t>(size + added));
+  const platform::Bytes bytes = readForCut(payload, size + added);
   if (bytes.size() != size + added) return;
   const auto cut = insertionIn(headerOf(slot), bytes, size);
   if (cut) setPieces(slot, {{payload, *cut}, {payload + *cut + added, size - *cut}});
+}
+
+/// Nothing when too much was read already.
+platform::Bytes Laying::readForCut(std::uint64_t payload, std::uint64_t size) {
+  if (size > readable_) return {};
+  readable_ -= size;
+  return evidence_.input.readBytes(payload, static_cast<std::size_t>(size));
 }
 
 void Laying::setPieces(Slot& slot, std::initializer_list<Piece> pieces) {

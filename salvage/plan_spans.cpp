@@ -180,6 +180,8 @@ std::optional<LossCause> Telling::causeBesideDisk(const Slot& slot) const {
       return LossCause::code;
     case SlotState::damaged:
       return causeInFile(fileBegin_, fileStop_);
+    case SlotState::rejoined:
+      return LossCause::inserted;
     case SlotState::cut:
       return LossCause::cut;
     case SlotState::torn:

@@ -127,7 +127,7 @@ double Weighing::dependentOn(std::uint8_t stream, std::size_t firstSlot) {
   for (std::size_t i = firstSlot; i < from_.plan.slots.size() && looks_ < kMaxLooks; ++i, ++looks_) {
     const Slot& slot = from_.plan.slots[i];
     if (slot.stream != stream || slot.isPalette) continue;
-    const bool isIntact = slot.state <= SlotState::codeMended;
+    const bool isIntact = slot.state < SlotState::damaged;
     if (!isIntact || (slot.size > 0 && isKey(slot))) break;
     seconds += durationOf(slot);
   }

@@ -16,9 +16,10 @@ namespace {
 /// Slots of spans are looked at one by one up to this number in all.
 constexpr std::uint64_t kMaxSpanSlots = 8'000'000;
 
-SlotTally sum(const SalvagedStream& stream, SlotState from) {
+/// `end`: the first state that is left out.
+SlotTally sum(const SalvagedStream& stream, SlotState from, std::size_t end = kSlotStates) {
   SlotTally tally;
-  for (std::size_t i = static_cast<std::size_t>(from); i < stream.slots.size(); ++i) {
+  for (auto i = static_cast<std::size_t>(from); i < end; ++i) {
     tally.chunks += stream.slots[i].chunks;
     tally.bytes += stream.slots[i].bytes;
     tally.seconds += stream.slots[i].seconds;
@@ -107,6 +108,9 @@ SalvageVerdict verdictOf(const SalvageReport& report, const FilmPlan& plan) {
 }  // namespace
 
 SlotTally SalvagedStream::all() const { return sum(*this, SlotState::whole); }
+SlotTally SalvagedStream::mended() const {
+  return sum(*this, SlotState::sizeMended, static_cast<std::size_t>(SlotState::damaged));
+}
 SlotTally SalvagedStream::notWhole() const { return sum(*this, SlotState::damaged); }
 
 void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader& header, bool closesGaps) {

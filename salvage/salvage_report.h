@@ -44,7 +44,7 @@ struct SlotTally {
   double seconds = 0;
 };
 
-inline constexpr std::size_t kSlotStates = 8;
+inline constexpr std::size_t kSlotStates = 9;
 
 struct SalvagedStream {
   std::uint8_t number = 0;                 ///< in the damaged film's codes
@@ -56,6 +56,8 @@ struct SalvagedStream {
 
   [[nodiscard]] const SlotTally& of(SlotState state) const { return slots[static_cast<std::size_t>(state)]; }
   [[nodiscard]] SlotTally all() const;
+  /// Chunks that are as they were again.
+  [[nodiscard]] SlotTally mended() const;
   /// Chunks of which something is missing or wrong.
   [[nodiscard]] SlotTally notWhole() const;
 };
@@ -102,7 +104,7 @@ struct SalvageReport {
   /// against the film as it was.
   double syncBefore = 0;
   double syncAfter = 0;
-  std::uint64_t unreadable = 0;  ///< bytes of payloads in whose place zeros were written
+  std::uint64_t unreadable = 0;        ///< bytes of payloads in whose place zeros were written
   std::optional<RescueReport> rescue;  ///< of a film with the map of its rescue
   avi::ReadFailures readFailures;
   std::optional<avi::WriteFailure> writeFailure;

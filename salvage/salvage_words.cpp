@@ -156,6 +156,8 @@ std::string_view nameOf(SlotState state) {
       return "size-mended";
     case SlotState::codeMended:
       return "code-mended";
+    case SlotState::rejoined:
+      return "rejoined";
     case SlotState::damaged:
       return "damaged";
     case SlotState::torn:
@@ -223,7 +225,7 @@ std::string verdictSentence(const SalvageReport& report) {
 
 std::string streamWords(const SalvagedStream& stream) {
   std::string text = counted(stream.all().chunks, "chunk");
-  text += share(both(stream, SlotState::sizeMended, SlotState::codeMended), "mended");
+  text += share(stream.mended(), "mended");
   text += share(both(stream, SlotState::damaged, SlotState::torn), "damaged");
   text += share(stream.of(SlotState::cut), "cut short");
   text += share(both(stream, SlotState::lost, SlotState::refilled), "lost");

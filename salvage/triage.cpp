@@ -108,13 +108,13 @@ void Triage::findStreams() {
 
 /// Chunks may be larger than a place. One code may stand there by chance, but not several.
 void Triage::findLargest() {
-  constexpr std::size_t kFewest = 4;
+  constexpr std::size_t kFewestUnproved = 4;
   std::vector<TriageChunk> unproved;
   for (const TriageClaims& claims : claims_) {
     if (claims.largest.payload > largest_.payload) largest_ = claims.largest;
     unproved.insert(unproved.end(), claims.unproved.begin(), claims.unproved.end());
   }
-  if (unproved.size() < kFewest) return;
+  if (unproved.size() < kFewestUnproved) return;
   const auto middle = unproved.begin() + static_cast<std::ptrdiff_t>(unproved.size() / 2);
   std::ranges::nth_element(unproved, middle, {}, &TriageChunk::payload);
   if (middle->payload > largest_.payload) largest_ = *middle;

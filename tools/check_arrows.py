@@ -81,6 +81,7 @@ TEST_ARROWS = {
         "platform/headless",
         "avi",
         "engine",
+        "salvage",
         "storage",
         "cli",
         "tests/support",
@@ -121,6 +122,7 @@ SYSTEM_CALLS = {
     "tests/update",
     "tests/cli",
     "tests/bench",
+    "tests/fuzz",
     "tests/support",
 }
 

@@ -120,13 +120,13 @@ TEST(FilmWriter, OfOtherCodecsAnIndexSaysWhichAreKeys) {
 
 TEST(FilmWriter, WhatIsNotWholeIsNoKey) {
   const auto film = pictureAndSound();
-  for (const SlotState state :
-       {SlotState::torn, SlotState::cut, SlotState::damaged, SlotState::sizeMended, SlotState::codeMended})
+  for (const SlotState state : {SlotState::torn, SlotState::cut, SlotState::damaged, SlotState::sizeMended,
+                                SlotState::codeMended, SlotState::rejoined})
     film->add(0, keyPicture()).state = state;
   film->addLost(0, 0);
   film->add(0, {});
   film->write();
-  EXPECT_THAT(film->keysInTable(), ElementsAre(false, false, false, true, true, false, false));
+  EXPECT_THAT(film->keysInTable(), ElementsAre(false, false, false, true, true, true, false, false));
 }
 
 TEST(FilmWriter, OfACodecThatTellsNothingTheFirstPictureIsKey) {

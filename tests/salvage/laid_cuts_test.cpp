@@ -33,7 +33,7 @@ TEST_F(LaidCuts, BytesPutIntoAPictureAreCutOut) {
   EXPECT_EQ(fates(planned, film), allBut(80));
   EXPECT_EQ(planned.plan.cutsFound, 1U);
   EXPECT_EQ(planned.plan.cutsOpen, 0U);
-  EXPECT_EQ(planned.plan.slots[20].state, SlotState::torn);
+  EXPECT_EQ(planned.plan.slots[20].state, SlotState::rejoined);
   ASSERT_EQ(planned.plan.spans.size(), 1U);
   EXPECT_EQ(planned.plan.spans[0].cause, LossCause::inserted);
 }
