@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
-#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -56,12 +55,10 @@ void append(std::vector<std::string>& arguments, const Option& option) {
 /// What is given but for some of it, and but for what belongs to a batch.
 std::vector<std::string> givenBut(const std::vector<Option>& options, std::span<const std::string_view> left,
                                   std::span<const std::string_view> alsoLeft) {
-  std::set<std::string> batch;
-  for (const Option& row : BatchOptions().rows()) batch.insert(row.names);
   std::vector<std::string> arguments;
   for (const Option& option : options) {
     const bool isLeft = std::ranges::count(left, option.names) + std::ranges::count(alsoLeft, option.names) > 0;
-    if (!isLeft && !batch.contains(option.names)) append(arguments, option);
+    if (!isLeft && !option.isOfBatch) append(arguments, option);
   }
   return arguments;
 }

@@ -1,5 +1,6 @@
 #include "cli/batch_options.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -38,7 +39,12 @@ std::vector<Option> BatchOptions::rows() {
 }
 
 void BatchOptions::addTo(std::vector<Option>& options) {
-  for (Option& row : rows()) options.push_back(std::move(row));
+  for (Option& row : rows()) {
+    // A command may have one of that name for each film.
+    if (std::ranges::count(options, row.names, &Option::names) > 0) continue;
+    row.isOfBatch = true;
+    options.push_back(std::move(row));
+  }
 }
 
 bool BatchOptions::isGiven() const {

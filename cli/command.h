@@ -28,6 +28,7 @@ struct Option {
   Target target;
   std::string value = {};  ///< what the help calls the value
   bool mayLack = false;    ///< what stands without a dash need not be there
+  bool isOfBatch = false;  ///< is about many films, and not about each of them
 };
 
 class Command {

@@ -22,17 +22,12 @@ std::string codecInWords(const engine::StreamReport& stream) {
   return name.empty() ? "format " + shownHex(*stream.formatTag, 4) : std::string(name);
 }
 
-std::string line(std::string_view label, const std::string& text) {
-  std::string padded = "  " + std::string(label) + ":";
-  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
-  return padded + text + "\n";
-}
-
 std::string streamsInWords(const std::vector<engine::StreamReport>& streams) {
   std::string text;
   for (const engine::StreamReport& stream : streams) {
-    text += line(stream.kind == engine::StreamKind::video ? "Video" : "Audio",
-                 codecInWords(stream) + ", " + counted(stream.chunks, "chunk") + ", " + shownSize(stream.bytes));
+    text +=
+        labelledLine(stream.kind == engine::StreamKind::video ? "Video" : "Audio",
+                     codecInWords(stream) + ", " + counted(stream.chunks, "chunk") + ", " + shownSize(stream.bytes));
   }
   return text;
 }
@@ -148,8 +143,8 @@ std::string_view nameOf(Verdict verdict) {
 }
 
 Verdict verdictOf(std::string_view name) {
-  for (const Verdict one :
-       {Verdict::repaired, Verdict::repairable, Verdict::notSupported, Verdict::invalid, Verdict::stopped}) {
+  for (const Verdict one : {Verdict::repaired, Verdict::repairable, Verdict::notSupported, Verdict::invalid,
+                            Verdict::plays, Verdict::faults, Verdict::stopped}) {
     if (nameOf(one) == name) return one;
   }
   return Verdict::failed;
@@ -161,14 +156,15 @@ std::string inWords(const Outcome& outcome) {
   if (outcome.verdict == Verdict::repaired) {
     text = input + ": repaired.\n" + streamsInWords(outcome.streams);
     const std::string output = outcome.outputPath.value_or("");
-    text += line("Written", printable(output) + " (" + shownSize(outcome.outputSize.value_or(0)) + ", in " +
-                                shownSeconds(outcome.seconds) + ")");
-    text += line("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
-    text += line("Unchanged", input);
+    text += labelledLine("Written", printable(output) + " (" + shownSize(outcome.outputSize.value_or(0)) + ", in " +
+                                        shownSeconds(outcome.seconds) + ")");
+    text += labelledLine("To play",
+                         "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
+    text += labelledLine("Unchanged", input);
   } else if (outcome.verdict == Verdict::repairable) {
     text = input + ": can be repaired.\n" + streamsInWords(outcome.streams);
-    text += line("Output", shownSize(outcome.outputSize.value_or(0)) + " would be written");
-    text += line("To repair", "zelvo-avi repair " + printable(quotedForShell(outcome.inputPath)));
+    text += labelledLine("Output", shownSize(outcome.outputSize.value_or(0)) + " would be written");
+    text += labelledLine("To repair", "zelvo-avi repair " + printable(quotedForShell(outcome.inputPath)));
   }
   return text;
 }

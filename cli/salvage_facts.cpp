@@ -85,6 +85,7 @@ FilmFacts factsOf(const salvage::SalvageReport& report) {
     Row row(bar == 0 ? "file" : std::string(kindOf(report.streams[bar - 1])), picture.bars[bar].extent);
     for (const platform::DamageMark& mark : picture.bars[bar].marks)
       row.mark(mark.begin, mark.end, letterOf(mark.paint));
+    if (report.verdict == salvage::SalvageVerdict::hopeless) row.mark(0, picture.bars[bar].extent, 'l');
     facts.picture.push_back(row.picture());
   }
   return facts;

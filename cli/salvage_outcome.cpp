@@ -19,12 +19,6 @@ using salvage::SlotTally;
 
 constexpr std::uint64_t kSalvageVersion = 1;
 
-std::string line(std::string_view label, const std::string& text) {
-  std::string padded = "  " + std::string(label) + ":";
-  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
-  return padded + text + "\n";
-}
-
 std::string headerWords(const SalvageReport& report) {
   const auto isOwn = [](const salvage::SalvagedStream& one) { return one.origin == salvage::HeaderOrigin::own; };
   const auto own = static_cast<std::size_t>(std::ranges::count_if(report.streams, isOwn));
@@ -41,11 +35,11 @@ std::string choiceWords(const salvage::FoundField& field) {
 }
 
 std::string rescueLines(const salvage::RescueReport& rescue, bool all) {
-  std::string text = line("Disk", rescueWords(rescue));
+  std::string text = labelledLine("Disk", rescueWords(rescue));
   const std::string wanted = wantedWords(rescue);
-  if (!wanted.empty()) text += line("Wanted", wanted);
+  if (!wanted.empty()) text += labelledLine("Wanted", wanted);
   for (std::size_t i = 0; all && i < std::min(rescue.wanted, kMaxToldPlaces); ++i)
-    text += line("Wanted", gainWords(rescue.gains[i]));
+    text += labelledLine("Wanted", gainWords(rescue.gains[i]));
   return text;
 }
 
@@ -179,10 +173,11 @@ void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
 /// What playing it showed, when that was wanted.
 std::string playedWords(const SalvageOutcome& outcome, bool all) {
   if (!outcome.played) return {};
-  std::string text = line("Plays", verdictSentence(*outcome.played));
-  for (const std::string& fault : checkLines(*outcome.played, all)) text += line("Fault", fault);
+  std::string text = labelledLine("Plays", verdictSentence(*outcome.played));
+  for (const std::string& fault : checkLines(*outcome.played, all)) text += labelledLine("Fault", fault);
   if (outcome.keysDropped > 0)
-    text += line("Keys", counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows");
+    text +=
+        labelledLine("Keys", counted(outcome.keysDropped, "picture") + " not called a key any more, as decoding shows");
   return text;
 }
 
@@ -197,29 +192,31 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
   std::string text = input + ": " + verdictSentence(report) + "\n";
   for (const salvage::SalvagedStream& stream : report.streams) {
     const std::string kind(kindOf(stream));
-    text += line(std::string(1, static_cast<char>(kind.front() - 'a' + 'A')) + kind.substr(1),
-                 codecOf(stream) + ", " + streamWords(stream));
+    text += labelledLine(std::string(1, static_cast<char>(kind.front() - 'a' + 'A')) + kind.substr(1),
+                         codecOf(stream) + ", " + streamWords(stream));
   }
-  if (report.returnsLeftOut > 0) text += line("Transfer", transferWords(report));
-  text += line("Headers", headerWords(report));
+  if (report.returnsLeftOut > 0) text += labelledLine("Transfer", transferWords(report));
+  text += labelledLine("Headers", headerWords(report));
   for (const salvage::FoundField& field : report.fields) {
-    if (!field.alternatives.empty()) text += line("Chosen", choiceWords(field));
+    if (!field.alternatives.empty()) text += labelledLine("Chosen", choiceWords(field));
   }
   if (spans) {
-    for (const salvage::SalvagedSpan& span : report.spans) text += line("Damage", spanWords(span, report));
+    for (const salvage::SalvagedSpan& span : report.spans) text += labelledLine("Damage", spanWords(span, report));
   } else if (!report.spans.empty()) {
-    text += line("Damage", counted(report.spans.size() + report.spansLeftOut, "place") + "; --verbose tells each");
+    text +=
+        labelledLine("Damage", counted(report.spans.size() + report.spansLeftOut, "place") + "; --verbose tells each");
   }
   if (report.rescue) text += rescueLines(*report.rescue, spans);
   if (base.verdict == Verdict::repairable) {
-    return text + line("Output", shownSize(base.outputSize.value_or(0)) + " would be written");
+    return text + labelledLine("Output", shownSize(base.outputSize.value_or(0)) + " would be written");
   }
   const std::string output = base.outputPath.value_or("");
-  text += line("Written", printable(output) + " (" + shownSize(base.outputSize.value_or(0)) + ", in " +
-                              shownSeconds(base.seconds) + ")");
+  text += labelledLine("Written", printable(output) + " (" + shownSize(base.outputSize.value_or(0)) + ", in " +
+                                      shownSeconds(base.seconds) + ")");
   text += playedWords(outcome, spans);
-  text += line("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
-  return text + line("Unchanged", input);
+  text +=
+      labelledLine("To play", "open it with any video player, for instance: mpv " + printable(quotedForShell(output)));
+  return text + labelledLine("Unchanged", input);
 }
 
 std::string reportInWords(const SalvageOutcome& outcome) {

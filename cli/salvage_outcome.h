@@ -11,10 +11,10 @@
 namespace zelvo::cli {
 
 struct SalvageOutcome {
-  Outcome outcome;                               ///< `streams` stays empty
-  std::optional<salvage::SalvageReport> report;  ///< none when the input was not looked at
-  std::optional<salvage::FilmCheck> played = {};      ///< what playing the film that was written showed; none unless wanted
-  std::uint64_t keysDropped = 0;                 ///< pictures that its index called keys until then
+  Outcome outcome;                                ///< `streams` stays empty
+  std::optional<salvage::SalvageReport> report;   ///< none when the input was not looked at
+  std::optional<salvage::FilmCheck> played = {};  ///< what playing the film that was written showed; none unless wanted
+  std::uint64_t keysDropped = 0;                  ///< pictures that its index called keys until then
 };
 
 /// Several lines for a person; with `spans` a line for each stretch of damage too.

@@ -1,5 +1,7 @@
 #include "cli/shown_text.h"
 
+#include <algorithm>
+
 #include "platform/printable_text.h"
 
 namespace zelvo::cli {
@@ -17,6 +19,12 @@ std::string shownCode(avi::FourCC code) {
     }
   }
   return text;
+}
+
+std::string labelledLine(std::string_view label, const std::string& text) {
+  std::string padded = "  " + std::string(label) + ":";
+  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
+  return padded + text + "\n";
 }
 
 std::string quotedForShell(std::string_view path) {

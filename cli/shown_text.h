@@ -25,6 +25,9 @@ using platform::shownTime;
 /// The four characters; a byte that is not printable ASCII is shown as \xNN.
 [[nodiscard]] std::string shownCode(avi::FourCC code);
 
+/// A line of what a command tells: "  Label:    text" and its end.
+[[nodiscard]] std::string labelledLine(std::string_view label, const std::string& text);
+
 /// A path between quotes that a shell takes back as it is.
 [[nodiscard]] std::string quotedForShell(std::string_view path);
 

@@ -58,7 +58,7 @@ std::string_view explained(TriageKind kind) {
   return "neither film nor anything else that is known";
 }
 
-std::string_view nameOf(TriageHeaders headers) {
+std::string_view headersName(TriageHeaders headers) {
   switch (headers) {
     case TriageHeaders::own:
       return "own";
@@ -71,16 +71,10 @@ std::string_view nameOf(TriageHeaders headers) {
 }
 
 /// "91 %"; what is there is never "0 %", and what is not all never "100 %".
-std::string shownShare(double share) {
+std::string wholePerCent(double share) {
   if (share > 0 && share < 0.01) return "less than 1 %";
   if (share > 0.99 && share < 0.9999) return "more than 99 %";
   return fixedPoint(share * 100, 0) + " %";
-}
-
-std::string line(std::string_view label, const std::string& text) {
-  std::string padded = "  " + std::string(label) + ":";
-  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
-  return padded + text + "\n";
 }
 
 std::string tenths(double share) {
@@ -114,7 +108,7 @@ std::string codecWords(const TriageReport& report) {
   std::string text;
   for (const salvage::TriagedStream& stream : report.streams) {
     if (stream.share < kNothing) continue;
-    text += (text.empty() ? "" : ", ") + codecOf(stream.stream) + " " + shownShare(stream.share);
+    text += (text.empty() ? "" : ", ") + codecOf(stream.stream) + " " + wholePerCent(stream.share);
   }
   return text;
 }
@@ -146,19 +140,19 @@ std::string inWords(const TriageOutcome& told) {
   const TriageReport& report = *told.report;
   std::string text = printable(told.outcome.inputPath) + ": " + triageSentence(report) + "\n";
   if (isAnythingLeft(report))
-    text += line("Kept", shownShare(report.kept.share) + " of its bytes, surely between " +
-                             fixedPoint(report.kept.low * 100, 0) + " and " + fixedPoint(report.kept.high * 100, 0) +
-                             " %, by a deep repair");
+    text += labelledLine("Kept", wholePerCent(report.kept.share) + " of its bytes, surely between " +
+                                     fixedPoint(report.kept.low * 100, 0) + " and " +
+                                     fixedPoint(report.kept.high * 100, 0) + " %, by a deep repair");
   for (const KindName& kind : kKinds) {
     const double share = report.of(kind.kind);
     if (share < kNothing) continue;
     std::string what(explained(kind.kind));
     if (kind.kind == TriageKind::film && !codecWords(report).empty()) what = codecWords(report);
     if (kind.kind == TriageKind::otherFormat && !report.format.empty()) what += " (" + std::string(report.format) + ")";
-    text += line(kind.label, shownShare(share) + ": " + what);
+    text += labelledLine(kind.label, wholePerCent(share) + ": " + what);
   }
-  return text + line("Looked at", counted(report.places, "place") + ", " + shownSize(report.bytesRead) + " of " +
-                                      shownSize(report.fileSize));
+  return text + labelledLine("Looked at", counted(report.places, "place") + ", " + shownSize(report.bytesRead) +
+                                              " of " + shownSize(report.fileSize));
 }
 
 std::string inJson(const TriageOutcome& told) {
@@ -201,7 +195,7 @@ std::string inJson(const TriageOutcome& told) {
     } else {
       json.text(report.format);
     }
-    json.member("headers", nameOf(report.headers));
+    json.member("headers", headersName(report.headers));
     json.key("whole");
     json.boolean(report.isWhole);
     json.member("places", report.places);

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/batch_command.h"
 #include "cli/commands.h"
 #include "cli/job_progress.h"
 #include "cli/shown_text.h"
@@ -67,19 +68,24 @@ std::optional<unsigned> threadsIn(const std::string& text) {
 class VerifyCommand final : public Command {
  public:
   std::vector<Option> options() override {
-    return {
-        {"INPUT", "films to look at; they are only read", &inputs_},
+    std::vector<Option> options = {
+        {.names = "INPUT",
+         .help = "films to look at, or with --recursive folders of them; they are only read",
+         .target = &inputs_,
+         .mayLack = true},
         {"--no-seeks", "play through only; do not try jumps", &noSeeks_},
         {"--threads", "threads of each decoder, 1 to 16 (1 without it)", &threads_, "N"},
         {"--json", "print one JSON object a line instead of text", &json_},
         {"-q,--quiet", "print errors only; the exit code tells the result", &quiet_},
         {"-v,--verbose", "tell each fault", &verbose_},
     };
+    batch_.addTo(options);
+    return options;
   }
 
   std::optional<std::string> misuse() const override {
     if (threads_ && !threadsIn(*threads_)) return "--threads takes a whole number from 1 to 16.";
-    return std::nullopt;
+    return batch_.misuse(inputs_);
   }
 
   Exit run(Environment& environment) override {
@@ -87,6 +93,16 @@ class VerifyCommand final : public Command {
     platform::PlayChoices choices;
     if (noSeeks_) choices.seeks = 0;
     if (threads_) choices.threads = threadsIn(*threads_).value_or(1);
+    if (isBatch(environment, batch_, inputs_)) {
+      return runBatch(environment, batch_,
+                      {.name = "verify",
+                       .options = options(),
+                       .inputs = inputs_,
+                       .isJson = json_,
+                       .json = [](const Outcome& outcome) {
+                         return inJson(VerifyOutcome{outcome, {}});
+                       }});
+    }
     Batch batch(environment, inputs_.size(), json_);
     for (const std::string& input : inputs_) {
       if (!batch.shouldContinue()) break;
@@ -97,6 +113,7 @@ class VerifyCommand final : public Command {
   }
 
  private:
+  BatchOptions batch_;
   std::vector<std::string> inputs_;
   std::optional<std::string> threads_;
   bool noSeeks_ = false;
@@ -144,6 +161,13 @@ VerifyOutcome verifyFilm(Environment& environment, const std::string& inputPath,
   } else {
     told.check = std::move(check);
     judge(told, input);
+    const auto add = [&](std::string_view figure, double value) {
+      told.outcome.facts.figures.push_back({std::string(figure), value});
+    };
+    add("seconds", told.check->play.seconds);
+    add("errors", static_cast<double>(told.check->errorsOf(platform::PlayedKind::video) +
+                                      told.check->errorsOf(platform::PlayedKind::sound)));
+    add("wrong_seeks", static_cast<double>(told.check->wrongSeeks()));
     if (!told.check->wasConfined && told.check->end == platform::PlayEnd::played) {
       told.outcome.warnings.emplace_back("the decoders were not confined, since this program was built for tests.");
       environment.console.warning(told.outcome.warnings.back());

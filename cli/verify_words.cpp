@@ -31,12 +31,6 @@ std::string capitalised(std::string_view word) {
   return text;
 }
 
-std::string line(std::string_view label, const std::string& text) {
-  std::string padded = "  " + std::string(label) + ":";
-  padded.resize(std::max<std::size_t>(padded.size() + 1, 13), ' ');
-  return padded + text + "\n";
-}
-
 std::string secondsText(double seconds) { return fixedPoint(seconds, seconds < 10 ? 2 : 1) + " s"; }
 
 std::uint64_t packetsOf(const PlayedStreamTally& stream, PlayErrorKind kind) {
@@ -277,20 +271,21 @@ std::string inWords(const VerifyOutcome& outcome, bool all) {
   const FilmCheck& check = *outcome.check;
   std::string text = printable(outcome.outcome.inputPath) + ": " + verdictSentence(check) + "\n";
   for (const PlayedStreamTally& stream : check.play.streams) {
-    text += line(capitalised(nameOf(stream.told.kind)), streamText(stream));
+    text += labelledLine(capitalised(nameOf(stream.told.kind)), streamText(stream));
     if (stream.still > 0)
-      text += line("Still", "the picture stands still for " + secondsText(stream.still) + " in " +
-                                counted(stream.stills.size(), "place") + ", as the film says");
+      text += labelledLine("Still", "the picture stands still for " + secondsText(stream.still) + " in " +
+                                        counted(stream.stills.size(), "place") + ", as the film says");
   }
   if (!check.play.seeks.empty())
-    text += line("Jumps", shownNumber(check.play.seeks.size() - check.wrongSeeks()) + " of " +
-                              shownNumber(check.play.seeks.size()) + " land right");
+    text += labelledLine("Jumps", shownNumber(check.play.seeks.size() - check.wrongSeeks()) + " of " +
+                                      shownNumber(check.play.seeks.size()) + " land right");
   const salvage::ContainerCheck& container = check.container;
-  text += line("Index", container.lacksIndex() ? "missing"
-                                               : shownNumber(std::min(container.indexed, container.chunks)) + " of " +
-                                                     counted(container.chunks, "chunk"));
-  if (container.harmless > 0) text += line("After it", counted(container.harmless, "byte") + " that players pass over");
-  for (const std::string& fault : checkLines(check, all)) text += line("Fault", fault);
+  text += labelledLine("Index", container.lacksIndex() ? "missing"
+                                                       : shownNumber(std::min(container.indexed, container.chunks)) +
+                                                             " of " + counted(container.chunks, "chunk"));
+  if (container.harmless > 0)
+    text += labelledLine("After it", counted(container.harmless, "byte") + " that players pass over");
+  for (const std::string& fault : checkLines(check, all)) text += labelledLine("Fault", fault);
   return text;
 }
 

@@ -6,6 +6,7 @@
 #   share/applications, share/metainfo, share/icons                         what desktops read
 #   bin/zelvo-avi                                                           the command line; component "cli"
 #   bin/zelvo-avi-decoder                                                   what it tries payloads with
+#   bin/zelvo-avi-player                                                    what it plays films with
 #
 # Every link is relative, so the tree may be staged anywhere and moved as a whole.
 # Decision: install, The program finds its own bundle
@@ -107,7 +108,8 @@ function(zelvo_install_window)
 endfunction()
 
 file(MAKE_DIRECTORY ${zelvo_generated})
-install(TARGETS zelvo-avi zelvo-avi-decoder RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT cli)
+install(TARGETS zelvo-avi zelvo-avi-decoder zelvo-avi-player
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT cli)
 zelvo_install_papers(cli zelvo-avi)
 zelvo_install_manual(cli zelvo-avi)
 set(zelvo_components cli)

@@ -74,6 +74,8 @@ check_bare_system() {
   make_damaged_film "$root/tmp/damaged.avi"
   inside zelvo-avi repair /tmp/damaged.avi || fail "zelvo-avi does not repair."
   [ -s "$root/tmp/damaged-repaired.avi" ] || fail "zelvo-avi left no repaired film."
+  # Whatever it says of the film: that it could be decoded.
+  inside sh -c 'zelvo-avi verify /tmp/damaged-repaired.avi; [ $? -le 1 ]' || fail "zelvo-avi does not verify."
   ! has_window || {
     inside zelvo-avi-repair --version || fail "zelvo-avi-repair does not run."
     # It stays open until it is asked to end, and ends in order then.

@@ -66,8 +66,11 @@ CollectionTotals CollectionSummary::totals() const {
     ++totals.outcomes[line.outcome];
     if (!line.verdict.empty()) ++totals.verdicts[line.verdict];
     if (line.output) totals.outputBytes += line.output->size;
-    totals.filmSeconds += figureOf(line, "seconds");
-    totals.lostSeconds += figureOf(line, "seconds_lost");
+    // Not every command looks for what is lost.
+    if (std::ranges::count(line.figures, "seconds_lost", &BatchFigure::name) > 0) {
+      totals.filmSeconds += figureOf(line, "seconds");
+      totals.lostSeconds += figureOf(line, "seconds_lost");
+    }
     totals.workSeconds += line.seconds;
     totals.peakMemory = std::max(totals.peakMemory, line.peakMemory);
   }

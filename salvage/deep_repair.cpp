@@ -237,7 +237,7 @@ class Work {
   std::optional<StoppableDecoder> decoder_;  ///< none when the run has none
   std::vector<ByteSpan> unrescued_;          ///< in offsets of the input as it was before it was taken for text
   std::uint64_t mediaBegin_ = 0;
-  bool isCrowded_ = false;                   ///< too much is weighed for a decoder beside it
+  bool isCrowded_ = false;  ///< too much is weighed for a decoder beside it
   FilmHeader header_;
   FilmPlan plan_;
   SalvageReport report_;

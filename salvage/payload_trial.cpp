@@ -72,7 +72,7 @@ std::uint64_t distance(const Planes& one, const Planes& other) {
 /// Blocks that the decoder left as they were.
 std::uint32_t missingBlocks(const Planes& planes) {
   constexpr std::size_t kBlock = 16;
-  constexpr std::byte kGrey{0x80};
+  constexpr std::byte kGreySample{0x80};
   if (planes.empty()) return 0;
   std::uint32_t missing = 0;
   const PicturePlane& plane = planes.front();
@@ -81,7 +81,7 @@ std::uint32_t missingBlocks(const Planes& planes) {
       bool isGrey = true;
       for (std::size_t y = top; isGrey && y < top + kBlock; ++y) {
         const auto row = std::span(plane.samples).subspan(y * plane.width + left, kBlock);
-        isGrey = std::ranges::all_of(row, [](std::byte sample) { return sample == kGrey; });
+        isGrey = std::ranges::all_of(row, [](std::byte sample) { return sample == kGreySample; });
       }
       missing += isGrey ? 1U : 0U;
     }

@@ -117,7 +117,7 @@ void PlayCount::takePicture(const platform::PlayedPicture& picture) {
   const bool isDependent =
       picture.type == platform::PictureType::predicted || picture.type == platform::PictureType::bidirectional;
   if (from->packet.isKey && !from->hasPicture && isDependent && !picture.isKey && !picture.isHurt &&
-      from->packet.offset != PlayedPacket::kNowhere)
+      from->packet.offset != PlayedPacket::kNowhere && stream.tally.falseKeys.size() < PlayedStreamTally::kMaxFalseKeys)
     stream.tally.falseKeys.push_back(from->packet.offset);
   from->hasPicture = true;
 }

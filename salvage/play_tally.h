@@ -44,6 +44,7 @@ struct StillPicture {
 struct PlayedStreamTally {
   static constexpr std::size_t kMaxErrors = 200;
   static constexpr std::size_t kMaxStills = 100;
+  static constexpr std::size_t kMaxFalseKeys = std::size_t{4} << 20U;
 
   platform::PlayedStream told;
   std::uint64_t packets = 0;

@@ -104,7 +104,7 @@ struct SalvageReport {
   /// against the film as it was.
   double syncBefore = 0;
   double syncAfter = 0;
-  std::uint64_t unreadable = 0;  ///< bytes of payloads in whose place zeros were written
+  std::uint64_t unreadable = 0;        ///< bytes of payloads in whose place zeros were written
   std::optional<RescueReport> rescue;  ///< of a film with the map of its rescue
   avi::ReadFailures readFailures;
   std::optional<avi::WriteFailure> writeFailure;

@@ -298,6 +298,34 @@ def salvage(b):
         b.figure("  peak memory", [int(peak.split()[-1]) / 1024], "MiB", 256, 128)
 
 
+def film_of_ten_minutes(b):
+    """MPEG-4 with B pictures and MP3: twenty seconds, thirty times over."""
+    path = os.path.join(b.work, "ten-minutes.avi")
+    if not os.path.exists(path):
+        scene, whole = b.output("scene.avi"), b.output("whole.avi")
+        quiet = ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y"]
+        pictures = ["-f", "lavfi", "-i", "testsrc2=size=640x480:rate=25"]
+        sound = ["-f", "lavfi", "-i", "sine=r=44100"]
+        codecs = ["-c:v", "mpeg4", "-q:v", "4", "-bf", "2", "-g", "100", "-c:a", "libmp3lame", "-b:a", "128k"]
+        subprocess.run(quiet + pictures + sound + ["-t", "20"] + codecs + [scene], check=True)
+        subprocess.run(quiet + ["-stream_loop", "29", "-i", scene, "-c", "copy", whole], check=True)
+        os.rename(whole, path)
+        os.remove(scene)
+    return path
+
+
+def verify(b):
+    path = film_of_ten_minutes(b)
+    b.pair(
+        "verify --no-seeks against ffmpeg -f null",
+        1.2,
+        1.0,
+        path,
+        [b.cli, "verify", "--no-seeks", "--quiet", path],
+        ["ffmpeg", "-nostdin", "-threads", "1", "-v", "error", "-i", path, "-f", "null", "-"],
+    )
+
+
 def progress(b):
     pairs = [
         [float(b.once([b.job, name, "5000000"])[1].split()[0]) for name in ("progress", "divide")]
@@ -321,6 +349,7 @@ BENCHES = {
     "memory": memory,
     "progress": progress,
     "salvage": salvage,
+    "verify": verify,
 }
 
 

@@ -81,6 +81,7 @@ TEST_ARROWS = {
         "platform/headless",
         "avi",
         "engine",
+        "salvage",
         "storage",
         "cli",
         "tests/support",

@@ -4,12 +4,14 @@
 #include <poll.h>
 #include <signal.h>
 #include <sys/wait.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <map>
+#include <utility>
 #include <vector>
 
 #include "platform/linux/descriptor.h"
@@ -35,12 +37,54 @@ struct PlayerExit {
   int code = 0;
 };
 
-int waitForEnd(pid_t process) {
+/// One that was killed ends at once, unless it waits for a disk that does not answer. Then it is left behind, and ends
+/// when it can.
+int waitForEnd(pid_t process, bool isKilled) {
+  constexpr int kMaxLooks = 200;
+  constexpr int kPause = 5;  // milliseconds
   int status = 0;
-  while (::waitpid(process, &status, 0) < 0 && errno == EINTR) {
+  for (int look = 0; look < kMaxLooks || !isKilled; ++look) {
+    const pid_t ended = ::waitpid(process, &status, isKilled ? WNOHANG : 0);
+    if (ended > 0 || (ended < 0 && errno != EINTR)) return status;
+    if (ended == 0) ::poll(nullptr, 0, kPause);
   }
-  return status;
+  return SIGKILL;
 }
+
+/// How long a process has been computing; nothing when that cannot be told any more.
+std::chrono::nanoseconds computed(pid_t process) {
+  clockid_t clock = 0;
+  timespec spent{};
+  if (::clock_getcpuclockid(process, &clock) != 0 || ::clock_gettime(clock, &spent) != 0) return {};
+  return std::chrono::seconds(spent.tv_sec) + std::chrono::nanoseconds(spent.tv_nsec);
+}
+
+/// Whether a player gives no sign of life for too long. One that does not compute waits for the disk, which may try a
+/// bad sector for half a minute.
+class Silence {
+ public:
+  Silence(pid_t process, std::chrono::milliseconds limit) : process_(process), limit_(limit) { heard(); }
+
+  void heard() {
+    since_ = Clock::now();
+    hasLooked_ = false;
+  }
+  [[nodiscard]] bool isTooLong() {
+    constexpr int kDiskMayTake = 12;
+    const auto silent = Clock::now() - since_;
+    if (silent >= kDiskMayTake * limit_) return true;
+    if (silent < limit_ / 2) return false;
+    if (!std::exchange(hasLooked_, true)) computedThen_ = computed(process_);
+    return silent >= limit_ && computed(process_) - computedThen_ >= limit_ / 10;
+  }
+
+ private:
+  const pid_t process_;
+  const std::chrono::milliseconds limit_;
+  Clock::time_point since_;
+  bool hasLooked_ = false;
+  std::chrono::nanoseconds computedThen_{};  ///< when half the limit was over
+};
 
 /// Starts a player and hands on what it says until it ends, or is ended.
 PlayerExit runPlayer(const SpawnRequest& request, std::chrono::milliseconds limit, const CancelMark& cancel,
@@ -57,10 +101,10 @@ PlayerExit runPlayer(const SpawnRequest& request, std::chrono::milliseconds limi
   if (spawned.error) return exit;
   exit.isStarted = true;
   std::vector<std::byte> bytes(kPiece);
-  auto latest = Clock::now() + limit;
+  Silence silence(spawned.process, limit);
   for (;;) {
     exit.isCancelled = cancel.abandoned();
-    exit.isHung = Clock::now() >= latest;
+    exit.isHung = silence.isTooLong();
     if (exit.isCancelled || exit.isHung) break;
     pollfd wanted{from.number(), POLLIN, 0};
     const int ready = ::poll(&wanted, 1, static_cast<int>(kLook.count()));
@@ -68,13 +112,14 @@ PlayerExit runPlayer(const SpawnRequest& request, std::chrono::milliseconds limi
     const ssize_t count = ready < 0 ? -1 : ::read(from.number(), bytes.data(), bytes.size());
     if (count < 0 && errno == EINTR) continue;
     if (count <= 0) break;
-    latest = Clock::now() + limit;
+    silence.heard();
     exit.isLiar = !findings.read(std::span(bytes).first(static_cast<std::size_t>(count)));
     if (exit.isLiar) break;
   }
   // One that ended by itself is not changed by it.
-  if (exit.isCancelled || exit.isHung || exit.isLiar) ::kill(spawned.process, SIGKILL);
-  const int status = waitForEnd(spawned.process);
+  const bool isKilled = exit.isCancelled || exit.isHung || exit.isLiar;
+  if (isKilled) ::kill(spawned.process, SIGKILL);
+  const int status = waitForEnd(spawned.process, isKilled);
   exit.signal = WIFSIGNALED(status) ? WTERMSIG(status) : 0;
   exit.code = WIFEXITED(status) ? WEXITSTATUS(status) : 0;
   return exit;

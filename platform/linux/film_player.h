@@ -12,7 +12,7 @@ namespace zelvo::platform::linux_ {
 
 class LinuxFilmPlayer final : public FilmPlayer {
  public:
-  /// Without a sign of life. A packet takes a second at the very most.
+  /// Without a sign of life while it computes. A packet takes a second at the very most.
   static constexpr std::chrono::milliseconds kLimit{10'000};
   /// The program is started again so often for one film.
   static constexpr unsigned kMaxRestarts = 8;

@@ -21,7 +21,7 @@ using testing::Not;
 constexpr std::size_t kSector = 2048;
 
 /// No two pictures are of one size, so that none passes for another.
-std::string film() {
+std::string rescuedFilm() {
   AviBuilder avi;
   avi.frames = 200;
   for (std::uint32_t i = 0; i < 200; ++i) {
@@ -34,7 +34,7 @@ std::string film() {
 
 /// The film with zeros in the place of these sectors, and the map that says so.
 struct Copy {
-  std::string bytes = film();
+  std::string bytes = rescuedFilm();
   std::string map = "0x0 +\n";
 
   explicit Copy(const std::vector<std::size_t>& sectors, std::size_t offset = 0) {
@@ -115,7 +115,7 @@ TEST(RescueMaps, BadMapsAreRefusedWithTheirLine) {
               HasSubstr("bad.map is no map of ddrescue: line 3: the block begins after the end of the one before it."));
   EXPECT_THAT(refusal("0 +\n0 10 +\n5 10 -\n"), HasSubstr("line 3: the block begins before the end of the one before"));
   EXPECT_THAT(refusal("0 +\n0 10 !\n"), HasSubstr("line 2: the status is none of those that a map has."));
-  EXPECT_THAT(refusal(film()), HasSubstr("line 1: there is no status line"));
+  EXPECT_THAT(refusal(rescuedFilm()), HasSubstr("line 1: there is no status line"));
   EXPECT_THAT(refusal("0 +\n0 ten +\n"), HasSubstr("line 2: this is no block"));
   const Ended missing = runZelvoAvi({"salvage", folder / "copy.avi", "--map", folder / "none.map"});
   EXPECT_EQ(missing.exit, 3);
@@ -167,9 +167,9 @@ double secondsLost(const std::string& out) {
 TEST(RescueMaps, WhatIsWantedIsWhatDdrescueThenReads) {
   if (run({"ddrescue", "--version"}).exit != 0) GTEST_SKIP() << "ddrescue is not installed";
   const TempFolder folder;
-  writeFile(folder / "good.avi", film());
+  writeFile(folder / "good.avi", rescuedFilm());
   // The last of these sectors holds the end of the index, which brings no second back.
-  const std::size_t last = film().size() / kSector - 1;
+  const std::size_t last = rescuedFilm().size() / kSector - 1;
   writeFile(folder / "bad.map", Copy({20, 21, 90, last}).map);
   const auto rescue = [&](std::vector<std::string> options) {
     options.insert(options.begin(), {"ddrescue", "-q", "-b", "2048"});
@@ -194,7 +194,7 @@ TEST(RescueMaps, WhatIsWantedIsWhatDdrescueThenReads) {
   EXPECT_THAT(second.out, HasSubstr("1 place with 2.0 kB was not rescued"));
   EXPECT_LT(secondsLost(second.out), 0.001);
   const std::string copy = readFile(folder / "copy.avi");
-  EXPECT_TRUE(copy.substr(0, last * kSector) == film().substr(0, last * kSector));
+  EXPECT_TRUE(copy.substr(0, last * kSector) == rescuedFilm().substr(0, last * kSector));
 }
 
 }  // namespace

@@ -9,7 +9,7 @@ import shutil
 import subprocess
 import sys
 
-OPTION = re.compile(r"(?<![\w-])--?[a-z][a-z-]*")
+OPTION = re.compile(r"(?<![\w-])--?[a-z0-9][a-z-]*")
 
 
 def help_of(program, *command):
@@ -20,7 +20,7 @@ def options_of_help(text):
     # An option stands at the start of its line, "-o,--output OUTPUT"; examples and explanations name others.
     found = set()
     for line in text.splitlines():
-        match = re.match(r"\s+((?:--?[a-z][a-z-]*,?)+)", line)
+        match = re.match(r"\s+((?:--?[a-z0-9][a-z-]*,?)+)", line)
         if match:
             found.update(OPTION.findall(match.group(1)))
     return found

@@ -77,6 +77,17 @@ TEST_F(FilmCheckTest, BytesAfterTheFilmAreHarmless) {
   EXPECT_EQ(found.harmless, 5000U);
 }
 
+TEST_F(FilmCheckTest, BytesThatAreNoChunkAreAFaultInsideTheFilm) {
+  std::string film = PlayedFilm().bytes();
+  const std::size_t chunk = film.find("00dc", film.find("movi") + 5000);
+  film.replace(chunk, 8, 8, '\0');
+  const ContainerCheck found = container(film);
+  ASSERT_GE(found.problemCount, 1U);
+  EXPECT_EQ(found.problems[0].kind, avi::ProblemKind::skippedBytes);
+  EXPECT_EQ(found.problems[0].offset, chunk);
+  EXPECT_EQ(found.harmless, 0U);
+}
+
 TEST_F(FilmCheckTest, MissingIndexIsAFault) {
   PlayedFilm film;
   film.hasIndex = false;

@@ -98,7 +98,8 @@ int main(int argc, char** argv) {
   records.flush();
   if (how == "crash at once") crash();
   if (how == "memory") {
-    tellError(records, 0 - zelvo::tests::takeMemory(4096));
+    errno = static_cast<int>(zelvo::tests::takeMemory(1024));
+    tellError(records, -1);
   } else if (const auto call = zelvo::tests::forbiddenCalls().find(how); call != zelvo::tests::forbiddenCalls().end()) {
     tellError(records, call->second());
   } else {
