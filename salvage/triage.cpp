@@ -129,7 +129,14 @@ void Triage::claimEdges() {
     if (extent.offset == 0 || claims.empty()) continue;
     const std::uint64_t edge = claims.front().begin - extent.offset;
     if (edge == 0 || edge > largest_.payload) continue;
-    claims.front().begin = extent.offset;
+    // A place lies in a large chunk more often than in a small one.
+    const std::uint64_t end = claims.front().begin;
+    if (edge > largest_.payload / 4) {
+      claims.push_back({extent.offset, end, largest_.stream, false});
+      std::ranges::rotate(claims, claims.end() - 1);
+    } else {
+      claims.front().begin = extent.offset;
+    }
   }
 }
 

@@ -8,7 +8,7 @@ Before each turn, untimed: the last output is removed and what is still on its w
 is read once, so that it lies in the page cache. A turn that writes is the fastest of four runs in a row, for both, so
 that none pays for memory that a virtual machine has to fetch from its host first.
 Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage,
-collection. Without any: all.
+salvage-dense, collection, triage, verify. Without any: all.
 """
 import argparse
 import os
@@ -301,6 +301,29 @@ def salvage(b):
         b.figure("  peak memory", [int(peak.split()[-1]) / 1024], "MiB", 256, 128)
 
 
+def triage(b):
+    path = film_without_index(b)
+    places, piece = 256, 262144
+    step = max(1, os.path.getsize(path) // places // piece)
+    copied = f"dd if='{path}' of=/dev/null bs={piece} count=1 status=none skip="
+    loop = f"i=0; while [ $i -lt {places} ]; do {copied}$((i * {step})); i=$((i + 1)); done"
+    b.pair(
+        "triage against dd in as many places", 1.5, 1.0, path, [b.cli, "triage", path, "--quiet"], ["sh", "-c", loop]
+    )
+
+
+def salvage_dense(b):
+    """What takes longest for its size: a candidate every 8 bytes."""
+    path, ours = b.input("dense"), b.output("ours.avi")
+    command = [b.cli, "salvage", path, "-o", ours, "--quiet", "--allow-growth"]
+    values = []
+    for _ in range(b.pairs):
+        read_once(path)
+        values.append(b.once(command, ours)[0] / (b.size / 1e9))
+    os.remove(ours)
+    b.figure("salvage of a candidate every 8 bytes", values, "s/GB", 10, 4)
+
+
 def film_of_ten_minutes(b):
     """MPEG-4 with B pictures and MP3: twenty seconds, thirty times over."""
     path = os.path.join(b.work, "ten-minutes.avi")
@@ -366,7 +389,9 @@ BENCHES = {
     "memory": memory,
     "progress": progress,
     "salvage": salvage,
+    "salvage-dense": salvage_dense,
     "collection": collection,
+    "triage": triage,
     "verify": verify,
 }
 
