@@ -354,14 +354,16 @@ def verify(b):
 
 def collection(b):
     """Sixty films, two at once against one after the other, each with one thread."""
-    films, ours, other = (b.output(name) for name in ("films", "two-at-once", "one-at-once"))
+    films, ours, other, mark = (b.output(name) for name in ("films", "two-at-once", "one-at-once", "done"))
     damaged_films.make(films, 60, 1, 60)
 
     def command(jobs, out):
         batch = f"'{b.cli}' salvage -r '{films}' --output-dir '{out}' --jobs {jobs} --threads 1 --quiet --force"
-        return ["sh", "-c", f"mkdir -p '{out}' && {batch}"]
+        return ["sh", "-c", f"mkdir -p '{out}' && {batch} && : >'{mark}'"]
 
-    b.pair("60 films, --jobs 2 against --jobs 1", 0.6, 0.55, os.devnull, command(2, ours), command(1, other))
+    b.pair(
+        "60 films, --jobs 2 against --jobs 1", 0.6, 0.55, os.devnull, command(2, ours), command(1, other), mark, mark
+    )
     for folder in (films, ours, other):
         shutil.rmtree(folder)
 

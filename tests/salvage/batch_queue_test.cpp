@@ -103,7 +103,8 @@ class NotingQueue final : public FilmQueue {
     ended.push_back(std::to_string(film) + (result.end ? "" : " not started") + (result.isLast ? " last" : ""));
   }
   void tell(std::size_t film, const FilmResult* result) override {
-    told.push_back(std::to_string(film) + (result == nullptr ? " left out" : ""));
+    const bool isMixedUp = result != nullptr && result->end && result->printed != std::to_string(film);
+    told.push_back(std::to_string(film) + (result == nullptr ? " left out" : "") + (isMixedUp ? " mixed up" : ""));
   }
   void look(const std::vector<RunningFilm>& running) override {
     for (const RunningFilm& one : running) {
