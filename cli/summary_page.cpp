@@ -165,7 +165,7 @@ std::string filmRow(const BatchLine& line) {
   return "<tr><td class=\"name\">" + htmlText(platform::nameOf(line.input)) + "<small>" +
          htmlText(platform::folderOf(line.input)) + "</small>" +
          (line.reason.empty() ? "" : "<small>" + htmlText(line.reason) + "</small>") + "<td><span class=\"verdict v-" +
-         kind + "\">" + htmlText(word) + "</span>" + pictureOf(line) + number(share, shownShare(share)) +
+         kind + "\">" + htmlText(word) + "</span>" + pictureOf(line) + number(share, shownLostShare(share)) +
          number(salvage::figureOf(line, "seconds_lost"), shownLength(salvage::figureOf(line, "seconds_lost"))) +
          number(salvage::figureOf(line, "seconds"), shownLength(salvage::figureOf(line, "seconds"))) +
          number(static_cast<double>(line.inputSize), shownSize(line.inputSize)) +
@@ -210,7 +210,7 @@ std::string summaryPage(const salvage::CollectionSummary& summary, std::size_t j
       (journals == 1 ? " tells" : " tell") + ".</p>\n<div class=\"tiles\">\n";
   if (totals.filmSeconds > 0) {
     page += tile(shownLength(totals.filmSeconds), "of film") + tile(shownLength(totals.lostSeconds), "lost or hurt") +
-            tile(shownShare(totals.lostSeconds / totals.filmSeconds), "of all of it");
+            tile(shownLostShare(totals.lostSeconds / totals.filmSeconds), "of all of it");
   }
   page +=
       tile(shownSize(totals.inputBytes), "read") + tile(shownSize(totals.outputBytes), "written") +

@@ -8,7 +8,7 @@ Before each turn, untimed: the last output is removed and what is still on its w
 is read once, so that it lies in the page cache. A turn that writes is the fastest of four runs in a row, for both, so
 that none pays for memory that a virtual machine has to fetch from its host first.
 Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage,
-triage, verify. Without any: all.
+salvage-dense, collection, triage, verify. Without any: all.
 """
 import argparse
 import os
@@ -19,6 +19,9 @@ import subprocess
 import sys
 import tempfile
 import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "collections"))
+import damaged_films  # noqa: E402  (of the tests)
 
 
 def read_once(path):
@@ -309,6 +312,18 @@ def triage(b):
     )
 
 
+def salvage_dense(b):
+    """What takes longest for its size: a candidate every 8 bytes."""
+    path, ours = b.input("dense"), b.output("ours.avi")
+    command = [b.cli, "salvage", path, "-o", ours, "--quiet", "--allow-growth"]
+    values = []
+    for _ in range(b.pairs):
+        read_once(path)
+        values.append(b.once(command, ours)[0] / (b.size / 1e9))
+    os.remove(ours)
+    b.figure("salvage of a candidate every 8 bytes", values, "s/GB", 10, 4)
+
+
 def film_of_ten_minutes(b):
     """MPEG-4 with B pictures and MP3: twenty seconds, thirty times over."""
     path = os.path.join(b.work, "ten-minutes.avi")
@@ -337,6 +352,20 @@ def verify(b):
     )
 
 
+def collection(b):
+    """Sixty films, two at once against one after the other, each with one thread."""
+    films, ours, other = (b.output(name) for name in ("films", "two-at-once", "one-at-once"))
+    damaged_films.make(films, 60, 1, 60)
+
+    def command(jobs, out):
+        batch = f"'{b.cli}' salvage -r '{films}' --output-dir '{out}' --jobs {jobs} --threads 1 --quiet --force"
+        return ["sh", "-c", f"mkdir -p '{out}' && {batch}"]
+
+    b.pair("60 films, --jobs 2 against --jobs 1", 0.6, 0.55, os.devnull, command(2, ours), command(1, other))
+    for folder in (films, ours, other):
+        shutil.rmtree(folder)
+
+
 def progress(b):
     pairs = [
         [float(b.once([b.job, name, "5000000"])[1].split()[0]) for name in ("progress", "divide")]
@@ -360,6 +389,8 @@ BENCHES = {
     "memory": memory,
     "progress": progress,
     "salvage": salvage,
+    "salvage-dense": salvage_dense,
+    "collection": collection,
     "triage": triage,
     "verify": verify,
 }

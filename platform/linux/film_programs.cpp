@@ -58,7 +58,7 @@ Pair makeSocket() {
 
 /// Adds what is there; closes the stream at its end.
 void takeIn(Descriptor& stream, std::string& text, std::size_t limit) {
-  std::array<char, 65536> piece;
+  std::array<char, 32768> piece;
   while (stream.isOpen()) {
     const ssize_t count = ::read(stream.number(), piece.data(), piece.size());
     if (count > 0) {

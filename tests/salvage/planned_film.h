@@ -1,6 +1,10 @@
 /// A film in memory, taken through all stages of a salvage that make its plan.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -32,6 +36,26 @@ struct PlannedFilm {
     facts = salvage::learnStreams(scanned.scan.candidates, scanned.chain);
     index = salvage::indexTemplate(*scanned.input, scanned.headers, scanned.codes, scanned.scan);
     plan = salvage::planFilm(evidence());
+    if (decoder == nullptr) planWhileLettingGo();
+  }
+  /// The plan is the same when what it needs no more is let go on the way.
+  void planWhileLettingGo() const {
+    salvage::MediaScan scan = scanned.scan;
+    salvage::ChunkChain chain = scanned.chain;
+    salvage::IndexTemplate spentIndex = index;
+    salvage::SpentEvidence spent{scan, chain, spentIndex};
+    const auto same = salvage::planFilm(
+        {*scanned.input, scanned.headers, header, scanned.codes, scan, chain, facts, spentIndex, nullptr}, &spent);
+    const auto slotOf = [](const salvage::Slot& slot) {
+      return std::tuple(std::uint64_t{slot.source}, slot.stream, slot.state, slot.size);
+    };
+    const auto spanOf = [](const salvage::PlanSpan& span) {
+      return std::tuple(span.begin, span.end, span.originalBegin, span.originalEnd, span.cause, span.firstSlot);
+    };
+    EXPECT_TRUE(std::ranges::equal(same.slots, plan.slots, {}, slotOf, slotOf));
+    EXPECT_TRUE(std::ranges::equal(same.spans, plan.spans, {}, spanOf, spanOf));
+    EXPECT_EQ(same.pieces, plan.pieces);
+    EXPECT_TRUE(scan.candidates.empty() && chain.size() == 0 && spentIndex.entries.empty());
   }
   [[nodiscard]] salvage::Evidence evidence() const {
     return {*scanned.input, scanned.headers, header, scanned.codes, scanned.scan, scanned.chain, facts, index, decoder};
