@@ -1,5 +1,5 @@
 /// The copy of a film that a rescue left holes in: nothing of the holes is believed, whatever bytes lie there. Offsets
-/// are in bytes.
+/// are in bytes. // Decision: runs, What was not rescued reads as zeros
 #pragma once
 
 #include <vector>

@@ -1,5 +1,6 @@
 // The thread apart reads into a buffer of its own and never into the caller's memory, which may be gone by the time
 // that the disk answers.
+// Decision: runs, A stop leaves a hanging read behind
 #include "salvage/stoppable_reads.h"
 
 #include <algorithm>

@@ -22,6 +22,8 @@ namespace {
 /// What a plan without decoding may be off by.
 constexpr double kWholeMargin = 0.02;
 constexpr double kSampleMargin = 0.03;
+/// More where chunks are larger than places: few of their headers are seen.
+constexpr double kLargeChunkMargin = 0.15;
 
 class Unheard final : public SalvageObserver {
  public:
@@ -145,10 +147,15 @@ TriageTally Triage::tally(std::size_t extent, const StreamTraits& streams) {
   const TriageExtent& place = sample_.extents[extent];
   auto& claims = claims_[extent].claims;
   TriageTally found = tallyExtent(place, claims, streams);
-  const bool mayLieWithin = place.offset > 0 && claims.empty() && largest_.payload >= place.bytes.size() / 2;
-  if (!mayLieWithin || found.of(TriageKind::unknown) < place.bytes.size() / 2) return found;
-  claims.push_back({place.offset, place.end(), largest_.stream, false});
-  return tallyExtent(place, claims, streams);
+  if (place.offset == 0 || largest_.payload < place.bytes.size() / 2) return found;
+  if (claims.empty() && found.of(TriageKind::unknown) >= place.bytes.size() / 2) {
+    claims.push_back({place.offset, place.end(), largest_.stream, false});
+    found = tallyExtent(place, claims, streams);
+  }
+  // Such a chunk is lost with its header, which no index makes up for: as often as a sector is lost.
+  if (std::ranges::none_of(claims_, &TriageClaims::hasIndex))
+    found.kept -= std::min(found.kept, found.of(TriageKind::zeros));
+  return found;
 }
 
 TriageEstimate Triage::estimate() const {
@@ -179,7 +186,9 @@ TriageEstimate Triage::estimate() const {
   for (const double share : between) variance += (share - mean) * (share - mean);
   const auto count = static_cast<double>(std::max<std::size_t>(between.size(), 2));
   const double deviation = std::sqrt(variance / (count - 1) / count);
-  TriageEstimate made = bounded((ends + (size - endBytes) * mean) / size, kSampleMargin + 2 * deviation);
+  const bool hasLargeChunks = largest_.payload >= sample_.extents[last].bytes.size() / 2;
+  const double margin = hasLargeChunks ? kLargeChunkMargin : kSampleMargin;
+  TriageEstimate made = bounded((ends + (size - endBytes) * mean) / size, margin + 2 * deviation);
   if (isGuessed_) made.low = 0;
   return made;
 }

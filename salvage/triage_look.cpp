@@ -181,6 +181,7 @@ TriageClaims claimChunks(const TriageExtent& extent, std::uint64_t from, const S
   avi::InputFile input(held);
   const MediaScan scan = scanMedia(input, begin - extent.offset, codes, [] { return false; });
   const ChunkChain chain = linkChunks(scan.candidates, scan.chunkEnds(), scan.end);
+  found.hasIndex = !scan.tables.empty() || !scan.standardIndexes.empty();
   const auto isAnchored = [&](std::size_t i) { return chain.closes(i) || chain.is(i, ChainFact::isClosedOn); };
   // Of each candidate, where the next one stands that something proves.
   std::vector<std::uint64_t> nextProved(scan.candidates.size());

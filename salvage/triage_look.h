@@ -44,6 +44,7 @@ struct TriageClaims {
   std::vector<TriageClaim> claims;
   TriageChunk largest;                ///< of those that end where the next begins
   std::vector<TriageChunk> unproved;  ///< those of whose end nothing is seen
+  bool hasIndex = false;              ///< an index, or a part of one, stands there
 };
 
 /// `from`: where in the file chunks may begin; headers stand before it.
