@@ -27,8 +27,10 @@ using salvage::ToldAs;
 constexpr std::chrono::seconds kJournalPatience{10};
 constexpr std::chrono::minutes kResumePatience{10};
 
-constexpr std::array<std::string_view, 5> kPlaces{"INPUT", "-o,--output", "--output-dir", "--into", "--report"};
-constexpr std::array<std::string_view, 4> kManners{"--json", "-q,--quiet", "-v,--verbose", "-f,--force"};
+constexpr std::array<std::string_view, 4> kPlaces{"INPUT", "-o,--output", "--output-dir", "--into"};
+/// What says how a result is told, and where else, but not what it is.
+constexpr std::array<std::string_view, 6> kManners{"--json",     "-q,--quiet", "-v,--verbose",
+                                                   "-f,--force", "--report",   "--wanted"};
 
 std::string longName(const Option& option) { return option.names.substr(option.names.find("--")); }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "cli/shown_text.h"
+#include "platform/paths.h"
 
 namespace zelvo::cli {
 
@@ -68,7 +69,10 @@ std::string ProgressLine::text(Clock::time_point now, Stage stage, std::uint64_t
     stage_ = stage;
     stageBegan_ = now;
   }
-  std::string line = shortened(printable(name_), kLongestShownName) + ": " + std::string(stageName(stage));
+  std::string name = printable(name_);
+  // Of a long path the end tells more.
+  if (name.size() > kLongestShownName) name = printable(platform::nameOf(name_));
+  std::string line = shortened(std::move(name), kLongestShownName) + ": " + std::string(stageName(stage));
   if (all == 0 || stage == Stage::flushing) return line;
   done = std::min(done, all);
   const double seconds = std::chrono::duration<double>(now - stageBegan_).count();

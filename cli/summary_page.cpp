@@ -165,7 +165,7 @@ std::string filmRow(const BatchLine& line) {
   return "<tr><td class=\"name\">" + htmlText(platform::nameOf(line.input)) + "<small>" +
          htmlText(platform::folderOf(line.input)) + "</small>" +
          (line.reason.empty() ? "" : "<small>" + htmlText(line.reason) + "</small>") + "<td><span class=\"verdict v-" +
-         kind + "\">" + htmlText(word) + "</span>" + pictureOf(line) + number(share, shownShare(share)) +
+         kind + "\">" + htmlText(word) + "</span>" + pictureOf(line) + number(share, shownLostShare(share)) +
          number(salvage::figureOf(line, "seconds_lost"), shownLength(salvage::figureOf(line, "seconds_lost"))) +
          number(salvage::figureOf(line, "seconds"), shownLength(salvage::figureOf(line, "seconds"))) +
          number(static_cast<double>(line.inputSize), shownSize(line.inputSize)) +
@@ -210,15 +210,15 @@ std::string summaryPage(const salvage::CollectionSummary& summary, std::size_t j
       (journals == 1 ? " tells" : " tell") + ".</p>\n<div class=\"tiles\">\n";
   if (totals.filmSeconds > 0) {
     page += tile(shownLength(totals.filmSeconds), "of film") + tile(shownLength(totals.lostSeconds), "lost or hurt") +
-            tile(shownShare(totals.lostSeconds / totals.filmSeconds), "of all of it");
+            tile(shownLostShare(totals.lostSeconds / totals.filmSeconds), "of all of it");
   }
   page +=
       tile(shownSize(totals.inputBytes), "read") + tile(shownSize(totals.outputBytes), "written") +
       tile(shownLength(totals.workSeconds), "of work") + tile(shownSize(totals.peakMemory), "of memory for a film") +
       "</div>\n" + verdictBar(worst) + "<h2>Films, the worst first</h2>\n" + filmTable(worst) +
       "<div class=\"key\"><span><i class=\"w\"></i>as it was</span><span><i class=\"m\"></i>mended</span>"
-      "<span><i class=\"x\"></i>not of this film</span><span><i class=\"h\"></i>overwritten or unreadable</span>"
-      "<span><i class=\"l\"></i>missing</span></div>\n<p class=\"soft\">The upper bar of a picture is the damaged file "
+      "<span><i class=\"x\"></i>not of this film</span><span><i class=\"h\"></i>hurt, kept as it is</span>"
+      "<span><i class=\"l\"></i>lost</span></div>\n<p class=\"soft\">The upper bar of a picture is the damaged file "
       "from its first byte to its last, each bar below it a stream from its beginning to its end.</p>\n<script>";
   return page + std::string(kSummaryScript) + "</script></body></html>\n";
 }

@@ -64,7 +64,7 @@ std::string shownLength(double seconds) {
   return shownNumber(whole / 3600) + " h " + shownNumber(whole / 60 % 60) + " min";
 }
 
-std::string shownShare(double share) { return fixedPoint(100 * share, 1) + " %"; }
+std::string shownLostShare(double share) { return fixedPoint(100 * share, 1) + " %"; }
 
 std::string summaryInWords(const salvage::CollectionSummary& summary, std::size_t journals) {
   const CollectionTotals totals = summary.totals();
@@ -75,7 +75,7 @@ std::string summaryInWords(const salvage::CollectionSummary& summary, std::size_
   if (!totals.outcomes.empty()) text += labelled("Outcomes", countedWords(totals.outcomes));
   if (totals.filmSeconds > 0) {
     text += labelled("Film", shownLength(totals.filmSeconds) + " in all, " + shownLength(totals.lostSeconds) +
-                                 " lost or hurt (" + shownShare(totals.lostSeconds / totals.filmSeconds) + ")");
+                                 " lost or hurt (" + shownLostShare(totals.lostSeconds / totals.filmSeconds) + ")");
   }
   text += labelled("Data", shownSize(totals.inputBytes) + " read, " + shownSize(totals.outputBytes) + " written");
   text += labelled("Work", shownLength(totals.workSeconds) + ", at most " + shownSize(totals.peakMemory) +
@@ -84,7 +84,7 @@ std::string summaryInWords(const salvage::CollectionSummary& summary, std::size_
   for (const BatchLine* line : summary.worst()) {
     const double share = salvage::lostShare(*line);
     if (share == 0 || std::ranges::count(worst, '\n') >= static_cast<std::ptrdiff_t>(kWorstFilms)) break;
-    std::string shown = shownShare(share);
+    std::string shown = shownLostShare(share);
     shown.insert(0, shown.size() < 7 ? 7 - shown.size() : 0, ' ');
     worst += "    " + shown + "  " + printable(line->input) +
              (line->reason.empty() ? "" : ": " + printable(line->reason)) + "\n";

@@ -21,6 +21,6 @@ inline constexpr std::size_t kWorstFilms = 20;
 /// "2 h 5 min", "3 min 5 s", "12 s", "1.2 s".
 [[nodiscard]] std::string shownLength(double seconds);
 /// "3.9 %".
-[[nodiscard]] std::string shownShare(double share);
+[[nodiscard]] std::string shownLostShare(double share);
 
 }  // namespace zelvo::cli

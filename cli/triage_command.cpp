@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "cli/batch.h"
+#include "cli/batch_command.h"
 #include "cli/chosen_input.h"
 #include "cli/commands.h"
 #include "cli/job_progress.h"
@@ -60,6 +61,7 @@ TriageOutcome lookAt(Environment& environment, const std::string& path, const Ch
   } else {
     told.report = std::move(report);
     const bool isLeft = isAnythingLeft(*told.report);
+    told.outcome.facts.figures.push_back({"kept_share", told.report->kept.share});
     told.outcome.verdict = isLeft ? Verdict::repairable : Verdict::notSupported;
     told.outcome.readFailures.count = told.report->failedReads;
     if (told.report->failed > 0) {
@@ -76,18 +78,35 @@ class TriageCommand final : public Command {
  public:
   std::vector<Option> options() override {
     std::vector<Option> options = {
-        {"INPUT", "damaged AVI files; they are only read, never changed", &inputs_},
+        {.names = "INPUT",
+         .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
+         .target = &inputs_,
+         .mayLack = true},
         {"--json", "print one JSON object a line instead of text", &json_},
         {"-q,--quiet", "print errors only", &quiet_},
     };
     rescue_.addTo(options);
+    batch_.addTo(options);
     return options;
   }
 
-  std::optional<std::string> misuse() const override { return rescue_.misuse(inputs_.size()); }
+  std::optional<std::string> misuse() const override {
+    if (auto sentence = rescue_.misuse(batch_.namesMore() ? 2 : inputs_.size())) return sentence;
+    return batch_.misuse(inputs_);
+  }
 
   Exit run(Environment& environment) override {
     environment.console.setQuiet(quiet_);
+    if (isBatch(environment, batch_, inputs_)) {
+      return runBatch(environment, batch_,
+                      {.name = "triage",
+                       .options = options(),
+                       .inputs = inputs_,
+                       .isJson = json_,
+                       .json = [](const Outcome& outcome) {
+                         return inJson(TriageOutcome{outcome, {}});
+                       }});
+    }
     const auto rescue = rescue_.read(environment);
     if (const auto* sentence = std::get_if<std::string>(&rescue)) {
       environment.console.error(*sentence);
@@ -104,6 +123,7 @@ class TriageCommand final : public Command {
   }
 
  private:
+  BatchOptions batch_;
   std::vector<std::string> inputs_;
   RescueChoice rescue_;
   bool json_ = false;

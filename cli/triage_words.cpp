@@ -18,22 +18,22 @@ using salvage::TriageReport;
 
 constexpr std::uint64_t kTriageVersion = 1;
 /// Less than this is nothing.
-constexpr double kNothing = 0.0005;
+constexpr double kNearNothing = 0.0005;
 
-struct KindName {
+struct TriagedKind {
   TriageKind kind;
   std::string_view member;
   std::string_view label;
 };
-constexpr std::array kKinds = {
-    KindName{TriageKind::film, "film", "Film"},
-    KindName{TriageKind::zeros, "zeros", "Zeros"},
-    KindName{TriageKind::noise, "noise", "Noise"},
-    KindName{TriageKind::text, "text", "Text"},
-    KindName{TriageKind::otherFormat, "other_format", "Foreign"},
-    KindName{TriageKind::unreadable, "unreadable", "Unread"},
-    KindName{TriageKind::unrescued, "not_rescued", "Not saved"},
-    KindName{TriageKind::unknown, "unknown", "Unknown"},
+constexpr std::array kTriagedKinds = {
+    TriagedKind{TriageKind::film, "film", "Film"},
+    TriagedKind{TriageKind::zeros, "zeros", "Zeros"},
+    TriagedKind{TriageKind::noise, "noise", "Noise"},
+    TriagedKind{TriageKind::text, "text", "Text"},
+    TriagedKind{TriageKind::otherFormat, "other_format", "Foreign"},
+    TriagedKind{TriageKind::unreadable, "unreadable", "Unread"},
+    TriagedKind{TriageKind::unrescued, "not_rescued", "Not saved"},
+    TriagedKind{TriageKind::unknown, "unknown", "Unknown"},
 };
 
 std::string_view explained(TriageKind kind) {
@@ -71,13 +71,13 @@ std::string_view headersName(TriageHeaders headers) {
 }
 
 /// "91 %"; what is there is never "0 %", and what is not all never "100 %".
-std::string wholePerCent(double share) {
+std::string triagedShare(double share) {
   if (share > 0 && share < 0.01) return "less than 1 %";
   if (share > 0.99 && share < 0.9999) return "more than 99 %";
   return fixedPoint(share * 100, 0) + " %";
 }
 
-std::string tenths(double share) {
+std::string inTenths(double share) {
   static constexpr std::array<std::string_view, 9> kWords{"one tenth",    "two tenths",   "three tenths",
                                                           "four tenths",  "half of it",   "six tenths",
                                                           "seven tenths", "eight tenths", "nine tenths"};
@@ -93,7 +93,7 @@ std::string nothingSentence(const TriageReport& report) {
   if (report.fileSize == 0) return "Nothing is left: the file is empty.";
   if (report.isAll(TriageKind::zeros)) return "Nothing is left: " + places + " is zero.";
   const double readable = 1 - report.of(TriageKind::unreadable) - report.of(TriageKind::unrescued);
-  if (readable < kNothing) return "Nothing can be told: no place of it could be read.";
+  if (readable < kNearNothing) return "Nothing can be told: no place of it could be read.";
   if (!report.format.empty() && report.of(TriageKind::film) < 0.5)
     return "This is no AVI film but begins as another format does: " + std::string(report.format) + ".";
   if (report.of(TriageKind::zeros) > 0.995 * readable) return "Nothing is left: what could be read is zero.";
@@ -107,8 +107,8 @@ std::string nothingSentence(const TriageReport& report) {
 std::string codecWords(const TriageReport& report) {
   std::string text;
   for (const salvage::TriagedStream& stream : report.streams) {
-    if (stream.share < kNothing) continue;
-    text += (text.empty() ? "" : ", ") + codecOf(stream.stream) + " " + wholePerCent(stream.share);
+    if (stream.share < kNearNothing) continue;
+    text += (text.empty() ? "" : ", ") + codecOf(stream.stream) + " " + triagedShare(stream.share);
   }
   return text;
 }
@@ -116,7 +116,7 @@ std::string codecWords(const TriageReport& report) {
 void writeShares(JsonWriter& json, const TriageReport& report) {
   json.key("shares");
   json.beginObject();
-  for (const KindName& kind : kKinds) {
+  for (const TriagedKind& kind : kTriagedKinds) {
     json.key(kind.member);
     json.seconds(report.of(kind.kind));
   }
@@ -125,11 +125,11 @@ void writeShares(JsonWriter& json, const TriageReport& report) {
 
 }  // namespace
 
-bool isAnythingLeft(const TriageReport& report) { return report.kept.share >= kNothing; }
+bool isAnythingLeft(const TriageReport& report) { return report.kept.share >= kNearNothing; }
 
 std::string triageSentence(const TriageReport& report) {
   if (!isAnythingLeft(report)) return nothingSentence(report);
-  std::string text = tenths(report.kept.share) + " should come back";
+  std::string text = inTenths(report.kept.share) + " should come back";
   if (report.headers == TriageHeaders::lost) text += "; the header is lost";
   if (report.headers == TriageHeaders::partlyLost) text += "; a part of the header is lost";
   return text + ".";
@@ -140,16 +140,16 @@ std::string inWords(const TriageOutcome& told) {
   const TriageReport& report = *told.report;
   std::string text = printable(told.outcome.inputPath) + ": " + triageSentence(report) + "\n";
   if (isAnythingLeft(report))
-    text += labelledLine("Kept", wholePerCent(report.kept.share) + " of its bytes, surely between " +
+    text += labelledLine("Kept", triagedShare(report.kept.share) + " of its bytes, surely between " +
                                      fixedPoint(report.kept.low * 100, 0) + " and " +
                                      fixedPoint(report.kept.high * 100, 0) + " %, by a deep repair");
-  for (const KindName& kind : kKinds) {
+  for (const TriagedKind& kind : kTriagedKinds) {
     const double share = report.of(kind.kind);
-    if (share < kNothing) continue;
+    if (share < kNearNothing) continue;
     std::string what(explained(kind.kind));
     if (kind.kind == TriageKind::film && !codecWords(report).empty()) what = codecWords(report);
     if (kind.kind == TriageKind::otherFormat && !report.format.empty()) what += " (" + std::string(report.format) + ")";
-    text += labelledLine(kind.label, wholePerCent(share) + ": " + what);
+    text += labelledLine(kind.label, triagedShare(share) + ": " + what);
   }
   return text + labelledLine("Looked at", counted(report.places, "place") + ", " + shownSize(report.bytesRead) +
                                               " of " + shownSize(report.fileSize));

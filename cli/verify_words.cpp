@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 
 #include "cli/outline_words.h"
 #include "cli/shown_text.h"
@@ -145,6 +146,18 @@ std::string streamText(const PlayedStreamTally& stream) {
   return text + ", " + (stream.errors == 0 ? "no errors" : counted(stream.errors, "error"));
 }
 
+/// How far sound and pictures come apart at worst; nothing of a film that has only one of them.
+std::optional<double> apart(const FilmCheck& check) {
+  std::optional<double> most;
+  bool hasPictures = false;
+  for (const PlayedStreamTally& stream : check.play.streams) {
+    hasPictures = hasPictures || stream.pictures > 0;
+    if (stream.told.kind == PlayedKind::sound && stream.samples > 0)
+      most = std::max({most.value_or(0), std::abs(stream.creep), std::abs(stream.step)});
+  }
+  return hasPictures ? most : std::nullopt;
+}
+
 std::string seekWords(const PlayedSeek& seek) {
   const auto time = [](std::int64_t microseconds) { return shownTime(static_cast<double>(microseconds) / 1e6); };
   const std::string to = "a jump to " + time(seek.target);
@@ -276,6 +289,8 @@ std::string inWords(const VerifyOutcome& outcome, bool all) {
       text += labelledLine("Still", "the picture stands still for " + secondsText(stream.still) + " in " +
                                         counted(stream.stills.size(), "place") + ", as the film says");
   }
+  if (const auto drift = apart(check))
+    text += labelledLine("In step", "sound and pictures within " + secondsText(*drift));
   if (!check.play.seeks.empty())
     text += labelledLine("Jumps", shownNumber(check.play.seeks.size() - check.wrongSeeks()) + " of " +
                                       shownNumber(check.play.seeks.size()) + " land right");

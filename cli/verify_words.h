@@ -1,6 +1,7 @@
 /// What a look at a film by decoding it found, in words for a person and as JSON. Sizes and offsets are in bytes.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>

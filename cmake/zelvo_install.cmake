@@ -111,6 +111,8 @@ file(MAKE_DIRECTORY ${zelvo_generated})
 install(TARGETS zelvo-avi zelvo-avi-decoder zelvo-avi-player
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT cli)
 zelvo_install_papers(cli zelvo-avi)
+install(PROGRAMS ${PROJECT_SOURCE_DIR}/packaging/slurm/zelvo-avi.sbatch
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/zelvo-avi/examples COMPONENT cli)
 zelvo_install_manual(cli zelvo-avi)
 set(zelvo_components cli)
 if(TARGET zelvo-avi-repair)

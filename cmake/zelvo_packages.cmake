@@ -43,6 +43,8 @@ damaged files are only ever read.
 
 This package holds the command zelvo-avi, for many films at once, for scripts
 and for machines without a screen.")
+# Loaded when checksums are wanted, so nothing in the program itself tells of it.
+set(CPACK_DEBIAN_CLI_PACKAGE_DEPENDS "libssl3")
 set(CPACK_DEBIAN_CLI_PACKAGE_SUGGESTS "zelvo-avi-repair")
 
 include(CPack)

@@ -12,7 +12,7 @@ double figureOf(const BatchLine& line, std::string_view name) {
 }
 
 double lostShare(const BatchLine& line) {
-  if (line.state == LineState::failed || line.exit != 0) return 1;
+  if (line.state == LineState::failed || line.outcome == "not-supported" || line.outcome == "invalid") return 1;
   const double all = figureOf(line, "seconds");
   return all > 0 ? std::clamp(figureOf(line, "seconds_lost") / all, 0.0, 1.0) : 0;
 }

@@ -46,7 +46,7 @@ std::uint64_t FilmCheck::falseKeyPictures() const {
   std::vector<std::uint64_t> payloads;
   for (const KeyEntry& entry : falseKeys) payloads.push_back(entry.payload);
   std::ranges::sort(payloads);
-  return static_cast<std::uint64_t>(std::ranges::unique(payloads).begin() - payloads.begin());
+  return static_cast<std::uint64_t>(std::unique(payloads.begin(), payloads.end()) - payloads.begin());
 }
 
 std::uint64_t FilmCheck::errorsOf(platform::PlayedKind kind) const {

@@ -12,7 +12,7 @@ constexpr std::size_t kSampled = std::size_t{1} << 20U;
 constexpr std::byte kReturn{0x0d};
 constexpr std::byte kFeed{0x0a};
 /// So many line feeds, each after a return, are no chance.
-constexpr std::uint64_t kFewest = 64;
+constexpr std::uint64_t kFewestFeeds = 64;
 /// Later damage may have brought some feeds in.
 constexpr std::uint64_t kMaxLonePercent = 1;
 
@@ -20,9 +20,9 @@ struct Feeds {
   std::uint64_t all = 0;
   std::uint64_t lone = 0;  ///< without a return in front
 
-  [[nodiscard]] bool areText() const { return all >= kFewest && lone * 100 <= all * kMaxLonePercent; }
+  [[nodiscard]] bool areText() const { return all >= kFewestFeeds && lone * 100 <= all * kMaxLonePercent; }
   /// Asked again and again: most films are told apart by their first few feeds.
-  [[nodiscard]] bool cannotBeText() const { return lone >= kFewest / 4 && lone * 100 > all * kMaxLonePercent; }
+  [[nodiscard]] bool cannotBeText() const { return lone >= kFewestFeeds / 4 && lone * 100 > all * kMaxLonePercent; }
 };
 
 /// Reads a block and the byte after it, which says what becomes of the block's last one; what cannot be read is zero.

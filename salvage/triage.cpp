@@ -65,6 +65,7 @@ class Triage {
   std::vector<TriageClaims> claims_;  ///< by extent
   std::vector<TriageTally> tallies_;  ///< by extent
   TriageChunk largest_;               ///< in all places
+  bool isGuessed_ = false;            ///< that its stream can be recognised
   TriageReport report_;
 };
 
@@ -128,7 +129,14 @@ void Triage::claimEdges() {
     if (extent.offset == 0 || claims.empty()) continue;
     const std::uint64_t edge = claims.front().begin - extent.offset;
     if (edge == 0 || edge > largest_.payload) continue;
-    claims.front().begin = extent.offset;
+    // A place lies in a large chunk more often than in a small one.
+    const std::uint64_t end = claims.front().begin;
+    if (edge > largest_.payload / 4) {
+      claims.push_back({extent.offset, end, largest_.stream, false});
+      std::ranges::rotate(claims, claims.end() - 1);
+    } else {
+      claims.front().begin = extent.offset;
+    }
   }
 }
 
@@ -171,7 +179,9 @@ TriageEstimate Triage::estimate() const {
   for (const double share : between) variance += (share - mean) * (share - mean);
   const auto count = static_cast<double>(std::max<std::size_t>(between.size(), 2));
   const double deviation = std::sqrt(variance / (count - 1) / count);
-  return bounded((ends + (size - endBytes) * mean) / size, kSampleMargin + 2 * deviation);
+  TriageEstimate made = bounded((ends + (size - endBytes) * mean) / size, kSampleMargin + 2 * deviation);
+  if (isGuessed_) made.low = 0;
+  return made;
 }
 
 void Triage::describe() {
@@ -242,6 +252,10 @@ TriageReport Triage::perform() {
   claimEdges();
   StreamTraits streams{};
   for (const SalvagedStream& stream : planned_.streams) streams.at(stream.number) = {true, mayHoldZeros(stream)};
+  // What a stream is cannot be seen in places that hold none of its chunks whole; in the file it will be.
+  isGuessed_ = !sample_.isWhole() && largest_.payload >= sample_.extents.back().bytes.size() / 2 &&
+               !streams.at(largest_.stream).isRecognised;
+  if (isGuessed_) streams.at(largest_.stream) = {true, true};
   for (std::size_t i = 0; i < claims_.size(); ++i) {
     if (isEnding()) return std::move(report_);
     tallies_.push_back(tally(i, streams));

@@ -25,18 +25,20 @@ bool isZero(LookedAt bytes) {
   return std::ranges::all_of(bytes, [](std::byte byte) { return byte == std::byte{0}; });
 }
 
-/// Nearly all of it can be printed, and it does not repeat one character.
+/// Nearly all of it can be printed, and it does not repeat a few characters.
 bool isText(LookedAt bytes) {
-  std::size_t printable = 0;
+  constexpr std::size_t kMaxOthersPercent = 3;
+  constexpr auto kFewestCharacters = 8;
+  const std::size_t mostOthers = bytes.size() * kMaxOthersPercent / 100;
+  std::size_t others = 0;
   std::array<bool, 256> isThere{};
   for (const std::byte byte : bytes) {
     const auto value = static_cast<unsigned char>(byte);
     isThere.at(value) = true;
-    if ((value >= 0x20 && value < 0x7f) || value == '\n' || value == '\r' || value == '\t') ++printable;
+    const bool isPrintable = (value >= 0x20 && value < 0x7f) || value == '\n' || value == '\r' || value == '\t';
+    if (!isPrintable && ++others > mostOthers) return false;
   }
-  constexpr std::size_t kFewestCharacters = 8;
-  return printable * 100 >= bytes.size() * 97 &&
-         static_cast<std::size_t>(std::ranges::count(isThere, true)) >= kFewestCharacters;
+  return std::ranges::count(isThere, true) >= kFewestCharacters;
 }
 
 /// By the chi-squared test: of even bytes it answers 255, with a deviation of 23.

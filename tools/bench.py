@@ -7,8 +7,8 @@ Two commands are run in turn, A B A B, after one warm-up of each; a ratio is the
 Before each turn, untimed: the last output is removed and what is still on its way to the disk is awaited, and the input
 is read once, so that it lies in the page cache. A turn that writes is the fastest of four runs in a row, for both, so
 that none pays for memory that a virtual machine has to fetch from its host first.
-Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage, salvage-dense.
-Without any: all.
+Names: scan, scan2, literal, literal-o3, dense, cp, cp-small, cli, ffmpeg, mencoder, memory, progress, salvage,
+salvage-dense, collection, triage, verify. Without any: all.
 """
 import argparse
 import os
@@ -19,6 +19,9 @@ import subprocess
 import sys
 import tempfile
 import time
+
+sys.path.insert(0, os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "tests", "collections"))
+import damaged_films  # noqa: E402  (of the tests)
 
 
 def read_once(path):
@@ -298,6 +301,17 @@ def salvage(b):
         b.figure("  peak memory", [int(peak.split()[-1]) / 1024], "MiB", 256, 128)
 
 
+def triage(b):
+    path = film_without_index(b)
+    places, piece = 256, 262144
+    step = max(1, os.path.getsize(path) // places // piece)
+    copied = f"dd if='{path}' of=/dev/null bs={piece} count=1 status=none skip="
+    loop = f"i=0; while [ $i -lt {places} ]; do {copied}$((i * {step})); i=$((i + 1)); done"
+    b.pair(
+        "triage against dd in as many places", 1.5, 1.0, path, [b.cli, "triage", path, "--quiet"], ["sh", "-c", loop]
+    )
+
+
 def salvage_dense(b):
     """What takes longest for its size: a candidate every 8 bytes."""
     path, ours = b.input("dense"), b.output("ours.avi")
@@ -338,6 +352,20 @@ def verify(b):
     )
 
 
+def collection(b):
+    """Sixty films, two at once against one after the other, each with one thread."""
+    films, ours, other = (b.output(name) for name in ("films", "two-at-once", "one-at-once"))
+    damaged_films.make(films, 60, 1, 60)
+
+    def command(jobs, out):
+        batch = f"'{b.cli}' salvage -r '{films}' --output-dir '{out}' --jobs {jobs} --threads 1 --quiet --force"
+        return ["sh", "-c", f"mkdir -p '{out}' && {batch}"]
+
+    b.pair("60 films, --jobs 2 against --jobs 1", 0.6, 0.55, os.devnull, command(2, ours), command(1, other))
+    for folder in (films, ours, other):
+        shutil.rmtree(folder)
+
+
 def progress(b):
     pairs = [
         [float(b.once([b.job, name, "5000000"])[1].split()[0]) for name in ("progress", "divide")]
@@ -362,6 +390,8 @@ BENCHES = {
     "progress": progress,
     "salvage": salvage,
     "salvage-dense": salvage_dense,
+    "collection": collection,
+    "triage": triage,
     "verify": verify,
 }
 

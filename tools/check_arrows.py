@@ -122,6 +122,7 @@ SYSTEM_CALLS = {
     "tests/update",
     "tests/cli",
     "tests/bench",
+    "tests/fuzz",
     "tests/support",
 }
 

@@ -160,7 +160,9 @@ std::uint64_t fingerprint(const AVFrame& frame) {
   const AVPixFmtDescriptor* const description = ::av_pix_fmt_desc_get(format);
   std::uint64_t print = kBasis;
   if (description == nullptr || (description->flags & AV_PIX_FMT_FLAG_HWACCEL) != 0) return print;
-  const int planes = ::av_pix_fmt_count_planes(format);
+  // A palette may have come in a chunk of its own long before; that a player jumps past it is no fault of the film.
+  const bool hasPalette = (description->flags & AV_PIX_FMT_FLAG_PAL) != 0;
+  const int planes = hasPalette ? 1 : ::av_pix_fmt_count_planes(format);
   for (int plane = 0; plane < planes; ++plane) {
     const int width = ::av_image_get_linesize(format, frame.width, plane);
     const bool isChroma = (plane == 1 || plane == 2) && (description->flags & AV_PIX_FMT_FLAG_RGB) == 0;

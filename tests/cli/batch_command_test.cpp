@@ -258,6 +258,48 @@ TEST_F(BatchCommand, CrashOfOneProgramIsToldAndTheOthersGoOn) {
   EXPECT_THAT(journal(), testing::Contains("failed a.avi"));
 }
 
+TEST_F(BatchCommand, OnATerminalAllFilmsTogetherHaveALine) {
+  Program program(zelvoAvi({"salvage", "-r", films_, "--output-dir", out_, "--jobs", "2"}), ErrorStream::terminal);
+  const Ended ended = program.wait();
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.err, HasSubstr(" of 3 films done, "));
+  // At the end nothing of it is left: the line is erased, and none comes after.
+  EXPECT_GT(ended.err.rfind("\033[K"), ended.err.rfind("films done"));
+}
+
+TEST_F(BatchCommand, QuietBatchSaysNothing) {
+  Program program(zelvoAvi({"salvage", "-r", films_, "--output-dir", out_, "--quiet"}), ErrorStream::terminal);
+  const Ended ended = program.wait();
+  EXPECT_EQ(ended.exit, 0);
+  EXPECT_THAT(ended.err, IsEmpty());
+  EXPECT_THAT(ended.out, IsEmpty());
+}
+
+TEST_F(BatchCommand, VerifyAndTriageWorkOnFoldersToo) {
+  for (const char* command : {"verify", "triage"}) {
+    const Ended ended =
+        runZelvoAvi({command, "-r", films_, "--jobs", "2", "--json", "--journal", journal_, "--resume"});
+    EXPECT_LE(ended.exit, 1) << ended.err;
+    EXPECT_EQ(std::count(ended.out.begin(), ended.out.end(), '\n'), 3) << command;
+  }
+  EXPECT_THAT(journal(), testing::SizeIs(6));
+}
+
+TEST_F(BatchCommand, SecondRunOfAJournalWaitsForTheFirst) {
+  fs::resize_file(films_ + "/a.avi", std::uintmax_t{40} << 30U);
+  Program first(zelvoAvi({"salvage", films_ + "/a.avi", "--output-dir", out_, "--journal", journal_}));
+  const std::string children =
+      "/proc/" + std::to_string(first.id()) + "/task/" + std::to_string(first.id()) + "/children";
+  std::string child;
+  while (child.empty()) std::ifstream(children) >> child;
+  Program second(
+      zelvoAvi({"salvage", films_ + "/sub/b.divx", "--output-dir", out_, "--journal", journal_, "--resume"}));
+  first.send(SIGTERM);
+  EXPECT_EQ(first.wait().exit, 130);
+  EXPECT_EQ(second.wait().exit, 0);
+  EXPECT_THAT(journal(), ElementsAre("naming b.divx", "done b.divx"));
+}
+
 TEST_F(BatchCommand, AStopEndsTheFilmInOrder) {
   fs::resize_file(films_ + "/a.avi", std::uintmax_t{40} << 30U);
   Program program(zelvoAvi({"salvage", "-r", films_, "--output-dir", out_, "--jobs", "1", "--journal", journal_}));

@@ -32,6 +32,7 @@ using cli::makeCheckCommand;
 using cli::makeInspectCommand;
 using cli::makeRepairCommand;
 using cli::makeSalvageCommand;
+using cli::makeVerifyCommand;
 using cli::Option;
 
 using testing::HasSubstr;
@@ -159,7 +160,6 @@ class ReadFailure : public testing::Test {
     Console console(false);
     platform::linux_::LinuxPropertyLists propertyLists;
     platform::headless::HeadlessTrialDecoder trialDecoder;
-    platform::headless::HeadlessFilmPlayer filmPlayer;
     Environment environment{.files = files,
                             .fileManager = fileManager,
                             .newFiles = newFiles_,
@@ -169,7 +169,7 @@ class ReadFailure : public testing::Test {
                             .lookAtStorage = {},
                             .propertyLists = propertyLists,
                             .trialDecoder = trialDecoder,
-                            .filmPlayer = filmPlayer,
+                            .filmPlayer = filmPlayer_,
                             .console = console,
                             .stopRequested = stop_};
     for (const Option& option : command->options()) {
@@ -197,6 +197,7 @@ class ReadFailure : public testing::Test {
   }
 
   NotedNewFiles newFiles_;
+  platform::headless::HeadlessFilmPlayer filmPlayer_;
   bool force_ = false;
   platform::Relaxed<bool> stop_;
   unsigned refused_ = 0;  ///< the start of a worker that is refused; 0 for none
@@ -270,6 +271,37 @@ TEST_F(ReadFailure, InspectGoesOnBehindUnreadableHeadersAndAnswersThree) {
   EXPECT_THAT(said.out, HasSubstr("\"stopped\":false"));
   EXPECT_THAT(said.out, testing::Not(HasSubstr("\"read_errors\":0")));
   EXPECT_THAT(said.out, testing::Not(HasSubstr("all zero")));
+}
+
+TEST_F(ReadFailure, VerifyTellsWhatCannotBeReadAndAnswersThree) {
+  filmPlayer_.films.push_back({platform::PlayedStream{.kind = platform::PlayedKind::video, .hasDecoder = true}});
+  const Said said = run(makeVerifyCommand(), unreadable(100, 200));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("cannot be read at byte 100: Input/output error."));
+  EXPECT_THAT(said.out, HasSubstr("\"verdict\":\"unreadable\""));
+}
+
+TEST_F(ReadFailure, VerifyNeedsAPlayer) {
+  const Said said = run(makeVerifyCommand(), unreadable(0, 0));
+
+  EXPECT_EQ(said.exit, Exit::ioFailed);
+  EXPECT_THAT(said.err, HasSubstr("the program zelvo-avi-player, which lies beside zelvo-avi, is missing"));
+}
+
+TEST_F(ReadFailure, VerifySaysWhenDecodersAreNotConfined) {
+  filmPlayer_.films.push_back({});
+  filmPlayer_.isConfined = false;
+  const Said said = run(makeVerifyCommand(), unreadable(0, 0));
+
+  EXPECT_THAT(said.err, HasSubstr("the decoders were not confined"));
+  EXPECT_THAT(said.out, HasSubstr("\"confined\":false"));
+}
+
+TEST_F(ReadFailure, VerifyEndsWithAStop) {
+  filmPlayer_.films.push_back({});
+  stop_ = true;
+  EXPECT_EQ(run(makeVerifyCommand(), unreadable(0, 0)).exit, Exit::stopped);
 }
 
 TEST_F(ReadFailure, InputThatShrinksMeanwhileIsAFailureWithoutOutput) {

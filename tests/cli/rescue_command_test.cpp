@@ -80,6 +80,10 @@ TEST(RescueMaps, JsonAndPageTellThemToo) {
   EXPECT_THAT(ended.out, HasSubstr("\"rescue\":{\"bytes\":2048,\"places\":1,"));
   EXPECT_THAT(ended.out, HasSubstr("\"gains\":[{\"begin\":40960,\"end\":43008,"));
   EXPECT_THAT(readFile(folder / "report.html"), HasSubstr("What the disk did not give"));
+  writeFile(folder / "result.json", ended.out);
+  const Ended judged = run({"python3", ZELVO_ROOT "/tests/cli/validate_json.py",
+                            ZELVO_ROOT "/docs/cli-salvage.schema.json", folder / "result.json"});
+  EXPECT_EQ(judged.exit, 0) << judged.out << judged.err;
 }
 
 TEST(RescueMaps, AMapOfAWholeDiskNeedsTheFilmsPlace) {

@@ -33,6 +33,7 @@ TEST(VerifyCommand, WholeFilmPlaysThroughout) {
   EXPECT_THAT(ended.out, HasSubstr("in.avi: This film plays throughout: 50 pictures and 0:02.00 of sound, in step.\n"));
   EXPECT_THAT(ended.out, HasSubstr("  Video:     msvideo1, 8 x 8, 50 pictures, 0:02.00, no errors\n"));
   EXPECT_THAT(ended.out, HasSubstr("  Sound:     pcm_s16le, 8,000 Hz, 1 channel, 0:02.00, no errors\n"));
+  EXPECT_THAT(ended.out, HasSubstr("  In step:   sound and pictures within 0.00 s\n"));
   EXPECT_THAT(ended.out, HasSubstr("  Jumps:     20 of 20 land right\n"));
   EXPECT_THAT(withoutConfinement(ended.err), IsEmpty());
   EXPECT_EQ(readFile(folder / "in.avi"), film);

@@ -70,7 +70,20 @@ TEST(CollectionSummaryTest, ShareIsBoundedWhateverALineClaims) {
   none.figures = {};
   EXPECT_EQ(lostShare(none), 0);
   none.exit = 1;
+  none.outcome = "not-supported";
   EXPECT_EQ(lostShare(none), 1);
+}
+
+TEST(CollectionSummaryTest, FaultsOfAFilmThatPlaysAreNoLoss) {
+  BatchLine line = tests::fullLine();
+  line.command = "verify";
+  line.outcome = "faults";
+  line.exit = 1;
+  line.figures = {{"seconds", 10}, {"errors", 5}};
+  EXPECT_EQ(lostShare(line), 0);
+  CollectionSummary summary;
+  summary.add(line);
+  EXPECT_EQ(summary.totals().filmSeconds, 0);
 }
 
 }  // namespace

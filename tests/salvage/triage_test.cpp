@@ -135,6 +135,55 @@ TEST(Triage, ALargeFileIsReadInFewPlacesAndTheSameOnes) {
   }
 }
 
+/// A film of any size whose media are one stretch of chunks again and again.
+class EndlessFilm final : public platform::ReadableFile {
+ public:
+  EndlessFilm(const MadeFilm& film, std::uint64_t size)
+      : head_(film.part(0, film.headers.front())),
+        media_(film.part(film.headers.front(), film.indexBegin() - 8 - film.headers.front())),
+        size_(size) {}
+  platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    ++reads;
+    if (offset >= size_) return {};
+    into = into.first(static_cast<std::size_t>(std::min<std::uint64_t>(into.size(), size_ - offset)));
+    for (std::size_t done = 0; done < into.size();) {
+      const std::uint64_t at = offset + done;
+      const bool isHead = at < head_.size();
+      const Bytes& from = isHead ? head_ : media_;
+      const auto place = static_cast<std::size_t>(isHead ? at : (at - head_.size()) % media_.size());
+      const std::size_t part = std::min(into.size() - done, from.size() - place);
+      std::copy_n(from.begin() + static_cast<std::ptrdiff_t>(place), part,
+                  into.begin() + static_cast<std::ptrdiff_t>(done));
+      done += part;
+    }
+    bytesRead += into.size();
+    return {into.size(), {}};
+  }
+  std::uint64_t size() override { return size_; }
+
+  std::uint64_t reads = 0;
+  std::uint64_t bytesRead = 0;
+
+ private:
+  const Bytes head_;
+  const Bytes media_;
+  const std::uint64_t size_;
+};
+
+TEST(Triage, OfADenseFilmOfFourGibibytesFewPlacesAreRead) {
+  EndlessFilm file(MadeFilm(400), (std::uint64_t{4} << 30U) + 777);
+  const platform::CancelMark cancel;
+  platform::headless::HeadlessWorkers workers;
+  const TriageReport report = salvage::triage({.input = file, .cancel = cancel, .workers = workers});
+  EXPECT_LE(file.reads, 256U);
+  EXPECT_LE(file.bytesRead, std::uint64_t{64} << 20U);
+  EXPECT_EQ(report.places, file.reads);
+  EXPECT_EQ(report.bytesRead, file.bytesRead);
+  EXPECT_GT(report.of(TriageKind::film), 0.99);
+  EXPECT_GT(report.kept.share, 0.97);
+  EXPECT_GE(report.kept.low, 0.9);
+}
+
 TEST(Triage, ALargeFilmOfLargeChunksIsAFilmAllOver) {
   AviBuilder builder;
   for (int i = 0; i < 60; ++i) builder.chunks.push_back({"00dc", 50'000 + static_cast<std::uint32_t>(i)});
