@@ -17,7 +17,6 @@ bool isLandmark(std::span<const std::byte> bytes) {
   return mayBe && beginsChunkForSure(FourCC::at(bytes));
 }
 
-constexpr std::uint64_t kHeaderSize = 8;
 constexpr std::uint64_t kTypeSize = 4;
 constexpr std::size_t kPieceSize = 4096;  // of what is searched at a time
 constexpr std::uint64_t kPageSize = 4096;
@@ -63,7 +62,7 @@ void Outline::beginFile() {
   fileSize_ = view_.fileSize();
   const auto first = view_.header(0);
   bool isUnreadable = view_.failedLast();
-  const auto form = view_.code(kHeaderSize);
+  const auto form = view_.code(kChunkHeader);
   isUnreadable = isUnreadable || view_.failedLast();
   isAvi_ = first && first->id == kRiff && form == kAvi;
   if (isUnreadable) {
@@ -108,25 +107,25 @@ void Outline::closeEnded() {
 
 void Outline::step() {
   const std::uint64_t left = limit() - position_;
-  const auto header = left < kHeaderSize ? std::nullopt : view_.header(position_);
+  const auto header = left < kChunkHeader ? std::nullopt : view_.header(position_);
   if (!header || !isPrintable(header->id)) {
     skipDamage();
     return;
   }
   ++chunks_;
   OutlineItem item{header->id, std::nullopt, position_, header->size, depth()};
-  std::uint64_t end = position_ + kHeaderSize + header->size;
+  std::uint64_t end = position_ + kChunkHeader + header->size;
   if (end > limit()) {
     report({.kind = open_.empty() ? ProblemKind::chunkLongerThanFile : ProblemKind::chunkLongerThanList,
             .offset = position_,
             .claimed = item.size,
-            .held = left - kHeaderSize,
+            .held = left - kChunkHeader,
             .id = item.id});
     end = limit();
   }
-  const bool holdsType = end - position_ >= kHeaderSize + kTypeSize;
+  const bool holdsType = end - position_ >= kChunkHeader + kTypeSize;
   if (isListId(item.id) && holdsType && open_.size() < kDeepest) {
-    item.type = view_.code(position_ + kHeaderSize);
+    item.type = view_.code(position_ + kChunkHeader);
     enterList(item, end);
     return;
   }
@@ -174,7 +173,7 @@ bool Outline::searchOn(std::uint64_t start, std::uint64_t end, Damage& damage) {
   const bool isWhole = bytes.size() == kPieceSize;
   for (std::size_t i = 0; i < bytes.size() && position_ + i < end; ++i) {
     if (isWhole && i + 4 > bytes.size()) break;  // looked at with the next bytes
-    const bool fits = i + 4 <= bytes.size() && position_ + i + kHeaderSize <= end;
+    const bool fits = i + 4 <= bytes.size() && position_ + i + kChunkHeader <= end;
     if (fits && position_ + i > start && isLandmark(bytes.subspan(i))) {
       position_ += i;
       return true;
@@ -211,14 +210,14 @@ void Outline::enterList(const OutlineItem& item, std::uint64_t end) {
   const bool isRecord = item.type == kRec && typeOfToldList() == kMovi && !listsAll_;
   list.isQuiet = isRecord || !mayTell();
   if (item.type == kStrl) streamType_ = {};
-  if (item.type == kMovi && !moviType_) moviType_ = item.offset + kHeaderSize;
+  if (item.type == kMovi && !moviType_) moviType_ = item.offset + kChunkHeader;
   if (!list.isQuiet) {
     sink_.beginList(item);
   } else if (!isRecord) {
     addToSums(item.id, kTypeSize);
   }
   open_.push_back(std::move(list));
-  position_ = item.offset + kHeaderSize + kTypeSize;
+  position_ = item.offset + kChunkHeader + kTypeSize;
 }
 
 bool Outline::isListed(const OutlineItem& item) {
@@ -237,14 +236,14 @@ DataSum& Outline::addToSums(FourCC id, std::uint64_t size) {
 }
 
 std::optional<IndexReport> Outline::checkIndex(const OutlineItem& item, std::uint64_t end) {
-  const std::uint64_t payload = item.offset + kHeaderSize;
+  const std::uint64_t payload = item.offset + kChunkHeader;
   if (item.id == kIdx1) return indexes_.oldIndex(payload, end - payload, moviType_);
   if (item.id == kIndx || isStandardIndex(item.id)) return indexes_.openDmlIndex(payload, end - payload);
   return std::nullopt;
 }
 
 void Outline::reportChunk(const OutlineItem& item, std::uint64_t end) {
-  const std::uint64_t payload = item.offset + kHeaderSize;
+  const std::uint64_t payload = item.offset + kChunkHeader;
   const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(end - payload, kLargestDecoded));
   const std::span<const std::byte> bytes = view_.bytes(payload, wanted);
   const std::uint64_t readable = bytes.size();

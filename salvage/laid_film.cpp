@@ -61,6 +61,7 @@ class Laying {
   [[nodiscard]] const SurvivingStream& headerOf(const Slot& slot) const {
     return evidence_.header.streams[slot.stream].header;
   }
+  bool takeEnd(std::size_t entry, std::size_t before, std::size_t after);
   void lose(std::size_t entry);
   void gather(const ClusterOrder& order);
 
@@ -173,6 +174,30 @@ void Laying::lose(std::size_t entry) {
   slot.size = streams_.isPicture(slot.stream) ? 0 : entries_[entry].size;
 }
 
+/// Bytes are missing between two supported entries, and `entry`, the last one between them, lost its header. What
+/// stands there beyond all that the first one can have is the end of its payload; of samples that is worth having.
+/// False when there is none.
+bool Laying::takeEnd(std::size_t entry, std::size_t before, std::size_t after) {
+  Slot& slot = film_.slots[entry];
+  const std::uint32_t size = entries_[entry].size;
+  const std::uint32_t block = streams_.blockOf(slot.stream);
+  if (!streams_.isSound(slot.stream) || !streams_.countsBytes(slot.stream) || block == 0) return false;
+  if (displacementOf(after) >= displacementOf(before) || headerOf(after) <= headerOf(before)) return false;
+  const TemplateEntry& first = entries_[before];
+  const std::uint64_t begin = headerOf(before) + avi::kChunkHeader + first.size + first.size % 2;
+  const std::int64_t end = static_cast<std::int64_t>(entries_[entry].end()) + displacementOf(after);
+  if (end <= static_cast<std::int64_t>(begin) || static_cast<std::uint64_t>(end) > headerOf(after)) return false;
+  const auto stop = static_cast<std::uint64_t>(end);
+  const std::uint64_t there = std::min<std::uint64_t>(stop - begin, size);
+  const auto kept = static_cast<std::uint32_t>(there - there % block);
+  if (kept == 0 || kept == size) return false;
+  slot.state = SlotState::torn;
+  slot.source = (stop - kept) & Slot::kSourceMask;
+  slot.size = size;
+  setPieces(slot, {{Piece::kSilence, size - kept}, {stop - kept, kept}});
+  return slot.pieces != Slot::kOnePiece;
+}
+
 /// `entry` and `next` are supported, and none between them is; `next` may be `kNone`.
 void Laying::laySupported(std::size_t entry, std::size_t next) {
   const std::uint64_t payload = headerOf(entry) + avi::kChunkHeader;
@@ -215,7 +240,7 @@ void Laying::layBetween(std::size_t before, std::size_t after) {
     const bool isInside = payload > mediaBegin && static_cast<std::uint64_t>(payload) < evidence_.scan.end;
     if (isInPlace && isInside && isPlausible(i, static_cast<std::uint64_t>(payload))) {
       take(i, static_cast<std::uint64_t>(payload), SlotState::damaged);
-    } else {
+    } else if (isInPlace || i + 1 != end || !takeEnd(i, before, after)) {
       lose(i);
     }
   }

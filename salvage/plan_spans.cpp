@@ -137,8 +137,9 @@ void Telling::place(const Slot& slot) {
   hasOriginal_ = slot.isIndexed || hasPlace_;
   if (hasPlace_) {
     fileBegin_ = slot.source - std::min(slot.source, avi::kChunkHeader);
-    const bool isOnePiece = slot.pieces == Slot::kOnePiece;
-    fileStop_ = slot.source + (isOnePiece ? slot.size : plan_.pieces[slot.pieces].size);
+    const Piece first = slot.pieces == Slot::kOnePiece ? Piece{slot.source, slot.size} : plan_.pieces[slot.pieces];
+    // Where the front is lost, the rest is there.
+    fileStop_ = slot.source + (first.offset == Piece::kSilence ? slot.size - first.size : first.size);
   }
   if (slot.isIndexed) {
     const TemplateEntry& entry = from_.entries[entry_];

@@ -1,5 +1,5 @@
 // Any bytes as the front of a film: the headers that survive lie in the file as they are told, keep to their limits, do
-// not depend on what stands after the media begin, and can be written again.
+// not depend on what stands after the media begin, and whatever their formats say is understood or not.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -7,7 +7,6 @@
 
 #include "salvage/codec.h"
 #include "salvage/payload_trial.h"
-#include "salvage/silence.h"
 #include "salvage/surviving_headers.h"
 #include "tests/support/memory_files.h"
 

@@ -35,9 +35,25 @@ TEST(IndexedFilmDamage, BytesMissingOverSeveralChunksKeepTheirTime) {
   film.remove(film.headers[20] + 100, film.headers[25] + 50 - film.headers[20] - 100);
   const PlannedFilm planned(film.bytes);
   EXPECT_EQ(fates(planned, film),
-            allBut(80, {{20, "torn0"}, {21, "lost1"}, {22, "lost0"}, {23, "lost1"}, {24, "lost0"}, {25, "lost1"}}));
+            allBut(80, {{20, "torn0"}, {21, "lost1"}, {22, "lost0"}, {23, "lost1"}, {24, "lost0"}, {25, "torn1"}}));
   EXPECT_EQ(planned.plan.slots[21].size, MadeFilm::kSound);
   EXPECT_EQ(planned.plan.slots[22].size, 0U);
+}
+
+TEST(IndexedFilmDamage, EndOfSoundWhoseHeaderIsMissingIsKept) {
+  MadeFilm film;
+  // A few bytes of the picture go, and of the sound after it the header and the first samples.
+  const std::uint64_t begin = film.headers[21] - 10;
+  film.remove(begin, 8 + 10 + 200);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80, {{20, "torn0"}, {21, "torn1"}}));
+  const auto content = contentOf(planned, planned.plan.slots[21]);
+  ASSERT_EQ(content.size(), MadeFilm::kSound);
+  // What may still be the picture's is not taken for sound.
+  constexpr std::size_t kDoubtful = 200 + 10;
+  const auto& sound = film.payloads[21];
+  EXPECT_TRUE(std::equal(content.begin() + kDoubtful + 2, content.end(), sound.begin() + kDoubtful + 2));
+  EXPECT_TRUE(std::all_of(content.begin(), content.begin() + 200, [](std::byte byte) { return byte == std::byte{0}; }));
 }
 
 TEST(IndexedFilmDamage, ThreeDeletionsAreThreeDisplacements) {

@@ -104,7 +104,8 @@ struct MadeFilm {
 /// Slot by slot: the number of the chunk whose payload it has, whatever its state; else what it is, "lost", "torn" and
 /// the like, with the stream's number.
 [[nodiscard]] inline std::vector<std::string> fates(const PlannedFilm& planned, const MadeFilm& film) {
-  static constexpr const char* kStates[] = {"other", "size", "code", "rejoined", "damaged", "torn", "cut", "lost", "refilled"};
+  static constexpr const char* kStates[] = {"other", "size", "code", "rejoined", "damaged",
+                                            "torn",  "cut",  "lost", "refilled"};
   std::map<platform::Bytes, std::size_t> numbers;
   for (std::size_t i = 0; i < film.payloads.size(); ++i) numbers[film.payloads[i]] = i;
   std::vector<std::string> words;

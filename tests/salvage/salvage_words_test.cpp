@@ -54,8 +54,9 @@ TEST(SalvageWords, AKindThatIsAllThereIsToldSo) {
 }
 
 TEST(SalvageWords, OfSeveralTracksTheWorstCounts) {
-  EXPECT_EQ(salvage::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0), streamOf(avi::kAuds, 3)})),
-            "This film was damaged; 3.0 s of its sound is lost or hurt, all of its pictures are there, in step.");
+  EXPECT_EQ(
+      salvage::verdictSentence(partial({streamOf(avi::kVids, 0), streamOf(avi::kAuds, 0), streamOf(avi::kAuds, 3)})),
+      "This film was damaged; 3.0 s of its sound is lost or hurt, all of its pictures are there, in step.");
 }
 
 TEST(SalvageWords, StreamsThatNothingRecognisesAreToldFirst) {
