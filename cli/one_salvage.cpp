@@ -16,7 +16,7 @@
 #include "cli/told_parent.h"
 #include "cli/worker_run.h"
 #include "platform/ran_out.h"
-#include "salvage/film_check.h"
+#include "salvage/playing/film_check.h"
 #include "salvage/salvage_words.h"
 
 namespace zelvo::cli {

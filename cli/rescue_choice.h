@@ -10,7 +10,7 @@
 
 #include "cli/command.h"
 #include "cli/environment.h"
-#include "salvage/rescue_map.h"
+#include "salvage/scan/rescue_map.h"
 
 namespace zelvo::cli {
 

@@ -4,7 +4,7 @@
 
 #include "avi/input_file.h"
 #include "cli/shown_text.h"
-#include "salvage/surviving_headers.h"
+#include "salvage/scan/surviving_headers.h"
 
 namespace zelvo::cli {
 

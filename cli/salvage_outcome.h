@@ -5,7 +5,7 @@
 #include <string>
 
 #include "cli/outcome.h"
-#include "salvage/film_check.h"
+#include "salvage/playing/film_check.h"
 #include "salvage/salvage_report.h"
 
 namespace zelvo::cli {

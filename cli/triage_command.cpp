@@ -12,8 +12,8 @@
 #include "cli/shown_text.h"
 #include "cli/triage_words.h"
 #include "cli/worker_run.h"
-#include "salvage/stoppable_reads.h"
-#include "salvage/triage.h"
+#include "salvage/scan/stoppable_reads.h"
+#include "salvage/triage/triage.h"
 
 namespace zelvo::cli {
 

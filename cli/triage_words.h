@@ -5,7 +5,7 @@
 #include <string>
 
 #include "cli/outcome.h"
-#include "salvage/triage.h"
+#include "salvage/triage/triage.h"
 
 namespace zelvo::cli {
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "cli/outcome.h"
-#include "salvage/film_check.h"
+#include "salvage/playing/film_check.h"
 
 namespace zelvo::cli {
 

@@ -11,17 +11,17 @@
 #include <utility>
 
 #include "avi/input_file.h"
-#include "salvage/evidence.h"
-#include "salvage/film_writer.h"
-#include "salvage/header_donor.h"
-#include "salvage/late_information.h"
-#include "salvage/plan_choices.h"
-#include "salvage/recent_reads.h"
-#include "salvage/rescued_file.h"
-#include "salvage/retried_reads.h"
-#include "salvage/stoppable_reads.h"
-#include "salvage/text_transfer.h"
-#include "salvage/tried_keys.h"
+#include "salvage/headers/header_donor.h"
+#include "salvage/plan/evidence.h"
+#include "salvage/plan/plan_choices.h"
+#include "salvage/plan/tried_keys.h"
+#include "salvage/scan/late_information.h"
+#include "salvage/scan/recent_reads.h"
+#include "salvage/scan/rescued_file.h"
+#include "salvage/scan/retried_reads.h"
+#include "salvage/scan/stoppable_reads.h"
+#include "salvage/scan/text_transfer.h"
+#include "salvage/writing/film_writer.h"
 
 namespace zelvo::salvage {
 

@@ -9,9 +9,9 @@
 #include "platform/files.h"
 #include "platform/trial_decoder.h"
 #include "platform/workers.h"
-#include "salvage/header_synthesis.h"
-#include "salvage/rescue_map.h"
+#include "salvage/headers/header_synthesis.h"
 #include "salvage/salvage_report.h"
+#include "salvage/scan/rescue_map.h"
 
 namespace zelvo::salvage {
 

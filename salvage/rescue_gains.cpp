@@ -5,10 +5,10 @@
 #include <numeric>
 #include <span>
 
-#include "salvage/codec.h"
-#include "salvage/film_layout.h"
-#include "salvage/film_streams.h"
-#include "salvage/key_picture.h"
+#include "salvage/payloads/codec.h"
+#include "salvage/payloads/key_picture.h"
+#include "salvage/plan/film_streams.h"
+#include "salvage/writing/film_layout.h"
 
 namespace zelvo::salvage {
 

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include "avi/input_file.h"
-#include "salvage/byte_span.h"
-#include "salvage/film_header.h"
-#include "salvage/film_plan.h"
+#include "salvage/headers/film_header.h"
+#include "salvage/plan/film_plan.h"
+#include "salvage/scan/byte_span.h"
 
 namespace zelvo::salvage {
 

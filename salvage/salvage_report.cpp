@@ -7,7 +7,7 @@
 #include <span>
 
 #include "avi/byte_order.h"
-#include "salvage/codec.h"
+#include "salvage/payloads/codec.h"
 
 namespace zelvo::salvage {
 

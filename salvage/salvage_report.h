@@ -8,12 +8,12 @@
 
 #include "avi/read_failures.h"
 #include "avi/write_failure.h"
-#include "salvage/film_header.h"
-#include "salvage/film_layout.h"
-#include "salvage/film_plan.h"
-#include "salvage/header_synthesis.h"
-#include "salvage/index_template.h"
+#include "salvage/headers/film_header.h"
+#include "salvage/headers/header_synthesis.h"
+#include "salvage/plan/film_plan.h"
 #include "salvage/rescue_gains.h"
+#include "salvage/scan/index_template.h"
+#include "salvage/writing/film_layout.h"
 
 namespace zelvo::salvage {
 

@@ -9,11 +9,11 @@
 #include "platform/headless/workers.h"
 #include "platform/linux/file_manager.h"
 #include "platform/linux/files.h"
-#include "salvage/evidence.h"
-#include "salvage/film_plan.h"
-#include "salvage/film_writer.h"
-#include "salvage/header_synthesis.h"
-#include "salvage/plan_choices.h"
+#include "salvage/headers/header_synthesis.h"
+#include "salvage/plan/evidence.h"
+#include "salvage/plan/film_plan.h"
+#include "salvage/plan/plan_choices.h"
+#include "salvage/writing/film_writer.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstdlib>
 #include <span>
 
-#include "salvage/best_chain.h"
-#include "salvage/displacements.h"
+#include "salvage/chain/best_chain.h"
+#include "salvage/chain/displacements.h"
 #include "tests/support/literal_chain.h"
 #include "tests/support/literal_cover.h"
 #include "tests/support/small_films.h"

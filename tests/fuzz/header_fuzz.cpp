@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <span>
 
-#include "salvage/codec.h"
-#include "salvage/payload_trial.h"
-#include "salvage/surviving_headers.h"
+#include "salvage/payloads/codec.h"
+#include "salvage/payloads/payload_trial.h"
+#include "salvage/scan/surviving_headers.h"
 #include "tests/support/memory_files.h"
 
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "salvage/index_template.h"
+#include "salvage/scan/index_template.h"
 #include "tests/support/memory_files.h"
 
 namespace {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "platform/linux/player_findings.h"
-#include "salvage/play_tally.h"
+#include "salvage/playing/play_tally.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "salvage/rescue_map.h"
+#include "salvage/scan/rescue_map.h"
 #include "tests/support/memory_readable.h"
 
 namespace {

@@ -7,7 +7,7 @@
 
 #include "platform/headless/workers.h"
 #include "salvage/deep_repair.h"
-#include "salvage/triage.h"
+#include "salvage/triage/triage.h"
 #include "tests/support/memory_files.h"
 
 namespace zelvo::tests {

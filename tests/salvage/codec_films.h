@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "salvage/surviving_headers.h"
+#include "salvage/scan/surviving_headers.h"
 #include "tests/support/avi_builder.h"
 
 namespace zelvo::tests {

@@ -18,12 +18,12 @@ using salvage::SalvageStage;
 using salvage::SalvageVerdict;
 using testing::ElementsAre;
 
-AviBuilder smallFilm() { return AviBuilder().interleaved(10, 300, 101); }
+AviBuilder tenPictures() { return AviBuilder().interleaved(10, 300, 101); }
 
 using Bench = SalvageBench;
 
 TEST(DeepRepair, AWholeFilmIsCleanAndWrittenWhole) {
-  Bench run(smallFilm().build());
+  Bench run(tenPictures().build());
   const SalvageReport report = run.perform();
   EXPECT_EQ(report.end, SalvageEnd::written);
   EXPECT_EQ(report.verdict, SalvageVerdict::clean);
@@ -37,7 +37,7 @@ TEST(DeepRepair, AWholeFilmIsCleanAndWrittenWhole) {
 }
 
 TEST(DeepRepair, ItsOutputIsCleanAgainAndStaysTheSame) {
-  Bench first(smallFilm().build());
+  Bench first(tenPictures().build());
   ASSERT_EQ(first.perform().end, SalvageEnd::written);
   Bench second(first.files.content("/out.avi"));
   EXPECT_EQ(second.perform().verdict, SalvageVerdict::clean);
@@ -45,7 +45,7 @@ TEST(DeepRepair, ItsOutputIsCleanAgainAndStaysTheSame) {
 }
 
 TEST(DeepRepair, AFilmWithoutItsIndexIsRepaired) {
-  AviBuilder builder = smallFilm();
+  AviBuilder builder = tenPictures();
   builder.withIndex = false;
   Bench run(builder.build());
   const SalvageReport report = run.perform();
@@ -64,7 +64,7 @@ TEST(DeepRepair, AFilmOfFewChunksOfOneSizeComesBack) {
 }
 
 TEST(DeepRepair, ADryRunWritesNothing) {
-  Bench run(smallFilm().build());
+  Bench run(tenPictures().build());
   run.isDry = true;
   const SalvageReport report = run.perform();
   EXPECT_EQ(report.end, SalvageEnd::planned);
@@ -73,13 +73,13 @@ TEST(DeepRepair, ADryRunWritesNothing) {
 }
 
 TEST(DeepRepair, ARefusedOutputEndsIt) {
-  Bench run(smallFilm().build());
+  Bench run(tenPictures().build());
   run.isRefused = true;
   EXPECT_EQ(run.perform().end, SalvageEnd::noOutput);
 }
 
 TEST(DeepRepair, WhatIsNoFilmIsHopeless) {
-  for (const Bytes& bytes : {Bytes{}, Bytes(100), Bytes(100'000, std::byte{'x'}), smallFilm().headers()}) {
+  for (const Bytes& bytes : {Bytes{}, Bytes(100), Bytes(100'000, std::byte{'x'}), tenPictures().headers()}) {
     Bench run(bytes);
     const SalvageReport report = run.perform();
     EXPECT_EQ(report.end, SalvageEnd::noMedia);
@@ -91,7 +91,7 @@ TEST(DeepRepair, WhatIsNoFilmIsHopeless) {
 TEST(DeepRepair, AStopAtAnyStageEndsIt) {
   for (const SalvageStage stop :
        {SalvageStage::readingHeaders, SalvageStage::searching, SalvageStage::weighing, SalvageStage::writing}) {
-    Bench run(smallFilm().build());
+    Bench run(tenPictures().build());
     run.notes.onStage = [&](SalvageStage stage) {
       if (stage == stop) run.cancel.abandon();
     };

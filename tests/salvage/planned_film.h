@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "salvage/evidence.h"
-#include "salvage/film_plan.h"
+#include "salvage/plan/evidence.h"
+#include "salvage/plan/film_plan.h"
 #include "tests/salvage/scanned_film.h"
 
 namespace zelvo::tests {

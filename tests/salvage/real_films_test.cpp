@@ -11,8 +11,8 @@
 
 #include "avi/byte_order.h"
 #include "avi/chunk_codes.h"
-#include "salvage/index_template.h"
-#include "salvage/stream_facts.h"
+#include "salvage/scan/index_template.h"
+#include "salvage/scan/stream_facts.h"
 #include "tests/salvage/scanned_film.h"
 
 namespace zelvo::tests {

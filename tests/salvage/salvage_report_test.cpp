@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "salvage/plan_choices.h"
+#include "salvage/plan/plan_choices.h"
 #include "tests/salvage/written_film.h"
 
 namespace zelvo::tests {

@@ -6,10 +6,10 @@
 #include <vector>
 
 #include "avi/input_file.h"
-#include "salvage/chunk_chain.h"
-#include "salvage/media_scan.h"
-#include "salvage/stream_codes.h"
-#include "salvage/surviving_headers.h"
+#include "salvage/scan/chunk_chain.h"
+#include "salvage/scan/media_scan.h"
+#include "salvage/scan/stream_codes.h"
+#include "salvage/scan/surviving_headers.h"
 #include "tests/support/avi_builder.h"
 #include "tests/support/memory_files.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "platform/headless/workers.h"
-#include "salvage/triage.h"
+#include "salvage/triage/triage.h"
 #include "tests/salvage/made_film.h"
 #include "tests/salvage/salvage_bench.h"
 

@@ -9,7 +9,7 @@
 #include "avi/chunk_codes.h"
 #include "avi/outline.h"
 #include "platform/headless/workers.h"
-#include "salvage/film_writer.h"
+#include "salvage/writing/film_writer.h"
 #include "tests/salvage/codec_films.h"
 #include "tests/support/byte_text.h"
 #include "tests/support/memory_files.h"

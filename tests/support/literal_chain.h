@@ -6,9 +6,9 @@
 #include <optional>
 #include <vector>
 
-#include "salvage/candidate.h"
-#include "salvage/chunk_chain.h"
-#include "salvage/stream_facts.h"
+#include "salvage/scan/candidate.h"
+#include "salvage/scan/chunk_chain.h"
+#include "salvage/scan/stream_facts.h"
 
 namespace zelvo::tests::literal {
 

@@ -10,9 +10,9 @@
 #include <span>
 #include <vector>
 
-#include "salvage/candidate.h"
-#include "salvage/displacements.h"
-#include "salvage/index_template.h"
+#include "salvage/chain/displacements.h"
+#include "salvage/scan/candidate.h"
+#include "salvage/scan/index_template.h"
 
 namespace zelvo::tests::literal {
 

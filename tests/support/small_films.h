@@ -7,8 +7,8 @@
 #include <functional>
 #include <vector>
 
-#include "salvage/candidate.h"
-#include "salvage/index_template.h"
+#include "salvage/scan/candidate.h"
+#include "salvage/scan/index_template.h"
 
 namespace zelvo::tests {
 

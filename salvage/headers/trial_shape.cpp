@@ -1,0 +1,304 @@
+// Each trial has a score, the less the better: how much the decoder complains, and how rough its picture is. A wrong
+// width shears a picture, a wrong height spoils or leaves out planes. Decoders that take any size without a word are
+// asked once more: with the end of a payload zeroed, a picture of the right size changes at its edge alone.
+#include "salvage/headers/trial_shape.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include "avi/byte_order.h"
+#include "salvage/payloads/key_picture.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+using platform::Bytes;
+using platform::PicturePlane;
+using platform::TrialStream;
+using platform::WantedPlanes;
+using Planes = std::vector<PicturePlane>;
+
+struct TrialCodec {
+  std::string_view code;
+  Codec codec;
+  std::uint16_t bits;
+  bool needsExtra;
+};
+
+constexpr std::array kCodecs = {
+    TrialCodec{"FFV1", Codec::ffv1, 24, false},    TrialCodec{"MP43", Codec::msMpeg4, 24, false},
+    TrialCodec{"MP42", Codec::msMpeg4, 24, false}, TrialCodec{"WMV1", Codec::msMpeg4, 24, false},
+    TrialCodec{"WMV2", Codec::wmv2, 24, true},     TrialCodec{"HFYU", Codec::intra, 16, true},
+    TrialCodec{"HFYU", Codec::intra, 24, true},    TrialCodec{"HFYU", Codec::intra, 32, true},
+    TrialCodec{"FFVH", Codec::intra, 12, true},
+};
+
+/// The commonest first, since the budget may not be enough for all.
+constexpr std::array kTriedSizes = {
+    PictureSize{320, 240},  PictureSize{640, 480},   PictureSize{720, 576},   PictureSize{720, 480},
+    PictureSize{352, 288},  PictureSize{640, 360},   PictureSize{1280, 720},  PictureSize{160, 120},
+    PictureSize{176, 144},  PictureSize{352, 240},   PictureSize{384, 288},   PictureSize{512, 384},
+    PictureSize{768, 576},  PictureSize{800, 600},   PictureSize{1024, 768},  PictureSize{854, 480},
+    PictureSize{848, 480},  PictureSize{640, 352},   PictureSize{624, 352},   PictureSize{608, 336},
+    PictureSize{576, 320},  PictureSize{576, 432},   PictureSize{512, 288},   PictureSize{480, 360},
+    PictureSize{480, 272},  PictureSize{480, 320},   PictureSize{480, 480},   PictureSize{480, 576},
+    PictureSize{400, 300},  PictureSize{640, 272},   PictureSize{640, 256},   PictureSize{640, 384},
+    PictureSize{640, 368},  PictureSize{640, 400},   PictureSize{640, 288},   PictureSize{640, 304},
+    PictureSize{640, 336},  PictureSize{624, 336},   PictureSize{608, 256},   PictureSize{592, 320},
+    PictureSize{576, 240},  PictureSize{576, 304},   PictureSize{528, 288},   PictureSize{512, 272},
+    PictureSize{512, 304},  PictureSize{448, 336},   PictureSize{432, 240},   PictureSize{400, 224},
+    PictureSize{368, 272},  PictureSize{360, 288},   PictureSize{360, 240},   PictureSize{320, 180},
+    PictureSize{320, 200},  PictureSize{320, 176},   PictureSize{256, 192},   PictureSize{240, 180},
+    PictureSize{240, 176},  PictureSize{240, 160},   PictureSize{208, 160},   PictureSize{192, 144},
+    PictureSize{176, 132},  PictureSize{160, 112},   PictureSize{128, 96},    PictureSize{704, 576},
+    PictureSize{704, 480},  PictureSize{704, 400},   PictureSize{704, 396},   PictureSize{704, 384},
+    PictureSize{704, 288},  PictureSize{720, 540},   PictureSize{720, 405},   PictureSize{720, 404},
+    PictureSize{720, 400},  PictureSize{720, 304},   PictureSize{720, 288},   PictureSize{688, 384},
+    PictureSize{672, 384},  PictureSize{768, 432},   PictureSize{800, 450},   PictureSize{852, 480},
+    PictureSize{960, 540},  PictureSize{1024, 576},  PictureSize{1280, 544},  PictureSize{1280, 528},
+    PictureSize{1280, 960}, PictureSize{1280, 1024}, PictureSize{1440, 1080}, PictureSize{1920, 1080},
+    PictureSize{1920, 800},
+};
+
+std::int64_t apart(std::byte one, std::byte other) { return std::abs(static_cast<int>(one) - static_cast<int>(other)); }
+
+/// How much neighbours differ against samples that are far apart: far below 1 in pictures, about 1 in noise.
+double roughness(const PicturePlane& plane) {
+  const std::size_t width = plane.width;
+  const std::size_t height = plane.height;
+  if (width < 2 || height < 2) return 1;
+  std::int64_t across = 0;
+  std::int64_t down = 0;
+  std::int64_t far = 0;
+  const auto& samples = plane.samples;
+  for (std::size_t y = 0; y + 1 < height; ++y) {
+    const std::size_t farRow = (y + height / 2) % height * width;
+    for (std::size_t x = 0; x + 1 < width; ++x) {
+      const std::size_t at = y * width + x;
+      across += apart(samples[at], samples[at + 1]);
+      down += apart(samples[at], samples[at + width]);
+      far += apart(samples[at], samples[farRow + (x + width / 2) % width]);
+    }
+  }
+  const auto count = static_cast<double>((width - 1) * (height - 1));
+  return static_cast<double>(across + down) / (2 * static_cast<double>(far) + count);
+}
+
+double roughness(const Planes& planes) {
+  double sum = 0;
+  for (const PicturePlane& plane : planes) sum += roughness(plane);
+  return sum / static_cast<double>(planes.size());
+}
+
+/// Whether most rows are like the ones above them: what a decoder makes of a picture for which it has no bytes.
+bool isMostlyFlat(const PicturePlane& plane) {
+  std::size_t alike = 0;
+  for (std::size_t y = 1; y < plane.height; ++y) {
+    const auto row = plane.samples.begin() + static_cast<std::ptrdiff_t>(y * plane.width);
+    alike += std::equal(row, row + static_cast<std::ptrdiff_t>(plane.width), row - plane.width) ? 1U : 0U;
+  }
+  return alike * 2 > plane.height;
+}
+
+/// The first row in which two planes of one size differ, and the last one.
+std::optional<std::pair<std::size_t, std::size_t>> changedRows(const PicturePlane& before, const PicturePlane& after) {
+  const std::size_t width = before.width;
+  std::optional<std::pair<std::size_t, std::size_t>> rows;
+  for (std::size_t y = 0; y < before.height; ++y) {
+    const auto from = static_cast<std::ptrdiff_t>(y * width);
+    const auto row = before.samples.begin() + from;
+    if (std::equal(row, row + static_cast<std::ptrdiff_t>(width), after.samples.begin() + from)) continue;
+    rows = {rows ? rows->first : y, y};
+  }
+  return rows;
+}
+
+/// Whether such rows are the last ones of a plane, down to its edge; or the first ones, since some pictures begin at
+/// the bottom.
+bool areAtEdge(std::pair<std::size_t, std::size_t> rows, std::size_t height) {
+  constexpr std::size_t kRows = 3;  // may come out the same by chance
+  const std::size_t most = height * 4 / 10;
+  const std::size_t edge = height * 3 / 100 + kRows;
+  return (rows.first + most >= height && rows.second + edge >= height) || (rows.second <= most && rows.first <= edge);
+}
+
+class ShapeTrials {
+ public:
+  ShapeTrials(platform::TrialDecoder& decoder, const TrialChunks& chunks, TrialBudget& budget)
+      : decoder_(decoder), chunks_(chunks), budget_(budget) {}
+
+  std::optional<TrialShape> run(Codec likely, std::optional<PictureSize> known) {
+    // Their first bits may be anything, so that they may have been taken for one of the others.
+    const std::array codecs{likely, Codec::intra};
+    for (const Codec codec : std::span(codecs).first(likely == Codec::intra ? 1 : 2)) {
+      if (known) {
+        if (auto found = best(codec, {&*known, 1})) return found;
+      }
+      if (auto found = best(codec, kTriedSizes)) return found;
+    }
+    return std::nullopt;
+  }
+
+ private:
+  static constexpr std::size_t kKeys = 2;
+  static constexpr std::uint32_t kMaxComplaints = 1;
+  static constexpr double kOfComplaint = 0.2;
+  /// Pictures with much noise have a quarter; those that a wrong width shears a half.
+  static constexpr double kMaxRoughness = 0.35;
+  static constexpr double kGoodScore = 0.15;
+
+  struct Scored {
+    TrialShape shape;
+    double score = 0;
+    bool isFlat = false;  ///< a plane of it is, as of pictures without colour
+  };
+
+  /// Scores a codec at a size. \return it when it is beyond doubt
+  std::optional<TrialShape> tryCodec(const TrialCodec& codec, PictureSize size) {
+    const std::vector<Bytes>& keys = keysOf(codec.codec);
+    if (keys.empty() || !isPlausible(codec, size, keys.front().size())) return std::nullopt;
+    Scored one;
+    one.shape = {codec.codec, avi::FourCC::at(std::as_bytes(std::span(codec.code))), size, codec.bits, {}};
+    if (codec.needsExtra) one.shape.extra = decoder_.usualExtra(streamOf(one.shape));
+    if ((codec.needsExtra && one.shape.extra.empty()) || !score(one, keys)) return std::nullopt;
+    const bool isGood = one.score < kGoodScore && !one.isFlat;
+    if (isGood && endsAtEdge(one, keys)) return one.shape;
+    if (!isGood) scored_.push_back(std::move(one));
+    return std::nullopt;
+  }
+
+  /// Whether a picture of such a size may take so many bytes. Codecs that lose nothing have at least a bit for each
+  /// sample, and hardly more than the samples have.
+  static bool isPlausible(const TrialCodec& codec, PictureSize size, std::uint64_t bytes) {
+    const std::uint64_t bits = std::uint64_t{size.width} * size.height * codec.bits;
+    const bool losesNothing = codec.codec == Codec::intra || codec.codec == Codec::ffv1;
+    if (losesNothing && bytes * 8 > bits + bits / 4) return false;
+    return codec.codec != Codec::intra || bytes * 64 >= bits;
+  }
+
+  static TrialStream streamOf(const TrialShape& shape) {
+    return {shape.compression.value, shape.size.width, shape.size.height, shape.bits, shape.extra};
+  }
+
+  /// Whole payloads that would be keys of such a codec, from different parts of the film. Of a codec all of whose
+  /// pictures are keys any will do.
+  const std::vector<Bytes>& keysOf(Codec codec) {
+    auto known = std::ranges::find(keys_, codec, &std::pair<Codec, std::vector<Bytes>>::first);
+    if (known != keys_.end()) return known->second;
+    constexpr std::uint32_t kLeast = 64;
+    std::vector<std::uint32_t> numbers;
+    for (std::uint32_t i = 0; i < chunks_.candidates.size(); ++i) {
+      const Candidate& chunk = chunks_.candidates[i];
+      if (chunk.kind() != CandidateKind::data || chunk.stream() != chunks_.stream || !chunks_.chain.closes(i) ||
+          chunk.size() < kLeast || chunk.size() > platform::TrialDecoder::kMaxPayload)
+        continue;
+      std::array<std::byte, 4> head{};
+      avi::storeLittleEndian32(head, chunk.head());
+      if (isKeyPicture(codec, head).value_or(true)) numbers.push_back(i);
+    }
+    keys_.emplace_back(codec, std::vector<Bytes>());
+    for (std::size_t i = 0; i < kKeys && i < numbers.size(); ++i) {
+      const Candidate& chunk = chunks_.candidates[numbers[numbers.size() * (2 * i + 1) / (2 * kKeys)]];
+      keys_.back().second.push_back(chunks_.input.readBytes(chunk.offset() + 8, chunk.size()));
+    }
+    return keys_.back().second;
+  }
+
+  /// The picture of a payload by itself; none when nothing came of it, or when it is not wanted.
+  [[nodiscard]] Planes decode(const TrialStream& stream, const Bytes& payload, WantedPlanes wanted,
+                              std::uint32_t& complaints) {
+    Planes planes;
+    if (!budget_.take(stream)) {
+      complaints = kMaxComplaints + 1;
+      return planes;
+    }
+    const auto take = [&](std::optional<platform::TrialAnswer> answer) {
+      complaints += answer ? answer->complaints + (answer->isAccepted ? 0U : 1U) : kMaxComplaints + 1;
+      if (!answer) return false;
+      for (platform::TrialPicture& picture : answer->pictures) {
+        if (planes.empty()) planes = std::move(picture.planes);
+      }
+      return true;
+    };
+    if (take(decoder_.decode(payload, wanted))) static_cast<void>(take(decoder_.finish(wanted)));
+    return planes;
+  }
+
+  /// False when it can be none: the decoder complains, or what comes is rough.
+  bool score(Scored& one, const std::vector<Bytes>& keys) {
+    const TrialStream stream = streamOf(one.shape);
+    if (!decoder_.open(stream)) return false;
+    std::uint32_t complaints = 0;
+    // This one complains of most sizes, which costs less than pictures.
+    if (one.shape.codec == Codec::msMpeg4)
+      static_cast<void>(decode(stream, keys.front(), WantedPlanes::none, complaints));
+    if (complaints > kMaxComplaints) return false;
+    for (const Bytes& key : keys) {
+      complaints = 0;
+      const Planes planes = decode(stream, key, WantedPlanes::all, complaints);
+      if (complaints > kMaxComplaints || planes.empty() || planes.front().width != stream.width ||
+          planes.front().height != stream.height || isMostlyFlat(planes.front()))
+        return false;
+      one.isFlat = one.isFlat || std::ranges::any_of(planes, isMostlyFlat);
+      const double rough = roughness(planes);
+      if (rough > kMaxRoughness) return false;
+      one.score += (kOfComplaint * complaints + rough) / static_cast<double>(keys.size());
+    }
+    return true;
+  }
+
+  /// Whether the end of a payload is an edge of its picture.
+  [[nodiscard]] bool endsAtEdge(const Scored& one, const std::vector<Bytes>& keys) {
+    const TrialStream stream = streamOf(one.shape);
+    if (!decoder_.open(stream)) return false;
+    std::uint32_t complaints = 0;
+    Bytes payload = keys.front();
+    const Planes whole = decode(stream, payload, WantedPlanes::all, complaints);
+    const auto tail = static_cast<std::ptrdiff_t>(payload.size() / 64 + 4);
+    std::fill(payload.end() - tail, payload.end(), std::byte{0});
+    const Planes changed = decode(stream, payload, WantedPlanes::all, complaints);
+    if (whole.empty() || whole.size() != changed.size()) return false;
+    bool hasChange = false;
+    for (std::size_t i = 0; i < whole.size(); ++i) {
+      if (whole[i].width != changed[i].width || whole[i].height != changed[i].height) return false;
+      const auto rows = changedRows(whole[i], changed[i]);
+      if (rows && !areAtEdge(*rows, whole[i].height)) return false;
+      hasChange = hasChange || rows;
+    }
+    return hasChange;
+  }
+
+  [[nodiscard]] std::optional<TrialShape> best(Codec likely, std::span<const PictureSize> sizes) {
+    scored_.clear();
+    for (const PictureSize size : sizes) {
+      for (const TrialCodec& codec : kCodecs) {
+        if (codec.codec != likely) continue;
+        if (auto found = tryCodec(codec, size)) return found;
+      }
+    }
+    std::ranges::stable_sort(scored_, {}, &Scored::score);
+    for (const Scored& one : scored_) {
+      if (endsAtEdge(one, keysOf(one.shape.codec))) return one.shape;
+    }
+    return std::nullopt;
+  }
+
+  platform::TrialDecoder& decoder_;
+  const TrialChunks& chunks_;
+  TrialBudget& budget_;
+  std::vector<std::pair<Codec, std::vector<Bytes>>> keys_;
+  std::vector<Scored> scored_;
+};
+
+}  // namespace
+
+std::optional<TrialShape> tryShapes(platform::TrialDecoder& decoder, const TrialChunks& chunks, Codec likely,
+                                    std::optional<PictureSize> known, TrialBudget& budget) {
+  return ShapeTrials(decoder, chunks, budget).run(likely, known);
+}
+
+}  // namespace zelvo::salvage

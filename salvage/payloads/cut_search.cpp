@@ -1,0 +1,159 @@
+// 1. Without a cut, the decoder runs into the foreign bytes and stops. Where it does: as long a front of the payload
+//    gives the same picture, and any shorter one another.
+// 2. From there backwards every byte is tried as the cut, until some payload causes no complaint; then all around it,
+//    since a cut a few bytes off may cause none either.
+// 3. Of those the one wins that fits best between the pictures before and after.
+#include "salvage/payloads/cut_search.h"
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <vector>
+
+#include "platform/bytes.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+using ByteView = std::span<const std::byte>;
+
+/// Cuts on both sides of one without complaint that are tried as well.
+constexpr std::uint32_t kAround = 96;
+/// Decoders stop a little after what they read.
+constexpr std::uint32_t kBeyond = 32;
+/// A picture has at least so many blocks.
+constexpr std::uint32_t kBlocks = 128;
+
+struct TriedCut {
+  std::uint32_t cut = 0;
+  LoneTrial trial;
+};
+
+class CutSearch {
+ public:
+  CutSearch(PayloadTrial& trial, ByteView bytes, std::uint32_t size)
+      : trial_(trial), bytes_(bytes), size_(size), added_(bytes.size() - size) {}
+
+  std::optional<std::uint32_t> run() {
+    usual_ = trial_.usualComplaints().value_or(0);
+    const auto stop = whereItStops();
+    if (!stop) return std::nullopt;
+    tryBackwards(*stop);
+    const std::vector<TriedCut> clean = distinctCuts();
+    if (clean.size() == 1) return clean.front().cut;
+    const bool canCompare = clean.size() <= std::min(kMaxComparedCuts, trial_.comparisonsLeft());
+    return canCompare ? best(clean) : std::nullopt;
+  }
+
+ private:
+  [[nodiscard]] ByteView cutAt(std::uint32_t cut) {
+    payload_.assign(bytes_.begin(), bytes_.begin() + cut);
+    payload_.insert(payload_.end(), bytes_.begin() + static_cast<std::ptrdiff_t>(cut + added_), bytes_.end());
+    return payload_;
+  }
+
+  /// How long a front must be so that it is decoded as far as all of it is; nothing when nothing can be tried.
+  [[nodiscard]] std::optional<std::uint32_t> whereItStops() {
+    constexpr std::uint32_t kHeaders = 1024;
+    auto whole = trial_.alone(bytes_.first(size_));
+    std::uint32_t end = size_;
+    if (whole && !whole->hasPicture) {
+      // What stands for a header in the foreign bytes may undo a picture that was decoded in part.
+      const std::uint32_t length = shortest([](const LoneTrial& trial) { return !trial.hasPicture; }, size_);
+      if (length < 2) return std::min(size_, kHeaders);
+      end = length - 1;
+      whole = trial_.alone(bytes_.first(end));
+    }
+    if (!whole) return std::nullopt;
+    return shortest([&](const LoneTrial& trial) { return trial.looksLike(*whole); }, end);
+  }
+
+  /// The shortest front of which `holds` is true, as it is of that of `end` bytes.
+  template <class Claim>
+  [[nodiscard]] std::uint32_t shortest(const Claim& holds, std::uint32_t end) {
+    const auto isEnough = [&](std::uint32_t length) {
+      const auto trial = trial_.alone(bytes_.first(length));
+      return !trial || holds(*trial);
+    };
+    std::uint32_t enough = end;
+    std::uint32_t tooShort = 0;
+    // Fronts that are too short for anything may come to as little as all of it does, so the longer ones are asked
+    // first.
+    for (std::uint32_t length = end - end / 8; length > 0; length -= std::max(1U, length / 4)) {
+      if (!isEnough(length)) {
+        tooShort = length;
+        break;
+      }
+      enough = length;
+    }
+    while (tooShort != 0 && enough - tooShort > 1) {
+      const std::uint32_t middle = tooShort + (enough - tooShort) / 2;
+      (isEnough(middle) ? enough : tooShort) = middle;
+    }
+    return enough;
+  }
+
+  [[nodiscard]] bool isClean(const LoneTrial& trial) const { return trial.hasPicture && trial.complaints <= usual_; }
+
+  /// False when nothing more can be tried.
+  bool tryCut(std::uint32_t cut) {
+    if (tried_.size() >= trial_.maxTrials()) return false;
+    // The same byte on both sides: the same payload.
+    const bool isLikeLast = !tried_.empty() && tried_.back().cut == cut + 1 && bytes_[cut] == bytes_[cut + added_];
+    const auto trial = isLikeLast ? std::optional(tried_.back().trial) : trial_.alone(cutAt(cut));
+    if (!trial) return false;
+    tried_.push_back({cut, *trial});
+    if (isClean(*trial)) lastClean_ = cut;
+    return true;
+  }
+
+  /// From `stop` down. A block that was begun is not seen, so that the foreign bytes may begin a little after it.
+  void tryBackwards(std::uint32_t stop) {
+    const std::uint32_t beyond = kBeyond + size_ / kBlocks;
+    for (std::uint32_t cut = std::min(size_, stop + beyond) + 1; cut > 0; --cut) {
+      if (lastClean_ && cut - 1 + kAround < *lastClean_) break;
+      if (!tryCut(cut - 1)) break;
+    }
+  }
+
+  /// Those without complaint. Cuts that come to the same pictures are as good as one.
+  [[nodiscard]] std::vector<TriedCut> distinctCuts() const {
+    std::vector<TriedCut> cuts;
+    std::ranges::copy_if(tried_, std::back_inserter(cuts), [this](const TriedCut& one) { return isClean(one.trial); });
+    std::ranges::stable_sort(cuts, {}, [](const TriedCut& one) { return one.trial.mark; });
+    const auto areSame = [](const TriedCut& one, const TriedCut& other) { return one.trial.mark == other.trial.mark; };
+    cuts.erase(std::unique(cuts.begin(), cuts.end(), areSame), cuts.end());
+    return cuts;
+  }
+
+  /// That which fits best; nothing when there is none.
+  [[nodiscard]] std::optional<std::uint32_t> best(const std::vector<TriedCut>& cuts) {
+    std::optional<std::uint32_t> found;
+    std::uint64_t least = std::numeric_limits<std::uint64_t>::max();
+    for (const TriedCut& one : cuts) {
+      const auto misfit = trial_.misfit(cutAt(one.cut));
+      if (!misfit || (found && *misfit >= least)) continue;
+      least = *misfit;
+      found = one.cut;
+    }
+    return found;
+  }
+
+  PayloadTrial& trial_;
+  const ByteView bytes_;
+  const std::uint32_t size_;
+  const std::size_t added_;
+  std::uint32_t usual_ = 0;
+  platform::Bytes payload_;
+  std::vector<TriedCut> tried_;
+  std::optional<std::uint32_t> lastClean_;
+};
+
+}  // namespace
+
+std::optional<std::uint32_t> searchCut(PayloadTrial& trial, ByteView bytes, std::uint32_t size) {
+  return CutSearch(trial, bytes, size).run();
+}
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,74 @@
+#include "salvage/plan/clock_turns.h"
+
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+namespace zelvo::salvage {
+
+namespace {
+
+constexpr std::size_t kClocks = 24;
+constexpr std::size_t kMaxLooks = 4096;
+constexpr std::size_t kHead = 512;
+
+}  // namespace
+
+ClockTurns::ClockTurns(avi::InputFile& input, const SurvivingStream& header, std::uint8_t stream,
+                       std::span<const Slot> slots)
+    : input_(input), stream_(stream), clock_(header) {
+  constexpr int kTries = 64;
+  int tries = 0;
+  for (const Slot& slot : slots) {
+    if (clock_.isKnown() || tries >= kTries) return;
+    if (slot.stream != stream_ || !slot.hasSource()) continue;
+    clock_.learn(input_.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead)));
+    ++tries;
+  }
+}
+
+/// What the pictures' clocks show, less what they would show if the picture's number told it: the most frequent value
+/// of the first or last of them. Pictures that are reordered differ from it. The first picture of the slots has the
+/// number 0, or the last one -1.
+std::optional<double> ClockTurns::phase(std::span<const Slot> slots, bool isBackwards) const {
+  std::vector<double> phases;
+  std::int64_t number = 0;
+  const double turn = clock_.turn();
+  for (std::size_t i = 0; i < std::min(slots.size(), kMaxLooks) && phases.size() < kClocks; ++i) {
+    const Slot& slot = isBackwards ? slots[slots.size() - 1 - i] : slots[i];
+    if (slot.stream != stream_ || slot.isPalette) continue;
+    if (isBackwards) --number;
+    if (slot.hasSource()) {
+      const auto head = input_.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead));
+      if (const auto ticks = clock_.ticks(head)) {
+        const double value = std::fmod(*ticks - static_cast<double>(number) * clock_.ticksPerPicture(), turn);
+        phases.push_back(value < 0 ? value + turn : value);
+      }
+    }
+    if (!isBackwards) ++number;
+  }
+  std::optional<double> best;
+  std::ptrdiff_t most = 0;
+  for (const double value : phases) {
+    const auto alike = std::ranges::count_if(phases, [&](double other) {
+      const double apart = std::abs(value - other);
+      return std::min(apart, turn - apart) < clock_.ticksPerPicture() / 4;
+    });
+    if (alike <= most) continue;
+    most = alike;
+    best = value;
+  }
+  return best;
+}
+
+std::optional<double> ClockTurns::between(std::span<const Slot> front, std::span<const Slot> behind) const {
+  if (!isKnown()) return std::nullopt;
+  const auto before = phase(front, true);
+  const auto after = phase(behind, false);
+  if (!before || !after) return std::nullopt;
+  double ticks = *after - *before;
+  if (ticks < -clock_.ticksPerPicture() / 4) ticks += clock_.turn();
+  return std::max(0.0, ticks / clock_.ticksPerPicture());
+}
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,103 @@
+#include "salvage/plan/laid_cuts.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "salvage/payloads/codec.h"
+#include "salvage/payloads/cut_search.h"
+#include "salvage/plan/slot_payload.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+/// A picture that needs more pictures before it is tried without them.
+constexpr std::size_t kMaxBefore = 300;
+constexpr std::size_t kMaxBytesBefore = std::size_t{24} << 20U;
+constexpr std::size_t kAfter = 2;
+/// A cut may take so much of what is left of the film's budget.
+constexpr std::uint64_t kShare = 3;
+
+class Cuts {
+ public:
+  Cuts(const Evidence& evidence, LaidFilm& film) : evidence_(evidence), film_(film) {}
+
+  std::size_t close() {
+    std::vector<OpenCut> left;
+    for (const OpenCut& cut : film_.openCuts) {
+      if (found_ + left.size() >= kMaxClosedCuts || !close(cut)) left.push_back(cut);
+    }
+    film_.openCuts = std::move(left);
+    return found_;
+  }
+
+ private:
+  [[nodiscard]] platform::Bytes read(const Slot& slot) const {
+    return readPayload(evidence_.input, slot, film_.pieces);
+  }
+
+  [[nodiscard]] bool isOf(const Slot& slot, std::uint8_t stream) const {
+    return slot.stream == stream && slot.hasSource() && slot.size <= platform::TrialDecoder::kMaxPayload;
+  }
+
+  [[nodiscard]] PayloadNeighbours neighboursOf(std::size_t number) const {
+    const auto& slots = film_.slots;
+    const std::uint8_t stream = slots[number].stream;
+    PayloadNeighbours neighbours;
+    neighbours.isKey = slots[number].hasKeyFlag;
+    const Codec codec = codecOf(evidence_.header.streams[stream].header);
+    neighbours.needsKey = codec == Codec::h264 || codec == Codec::hevc;
+    std::vector<std::size_t> before;
+    std::size_t bytes = 0;
+    for (std::size_t i = number; i > 0; --i) {
+      const Slot& slot = slots[i - 1];
+      if (!isOf(slot, stream)) continue;
+      bytes += slot.size;
+      if (before.size() == kMaxBefore || bytes > kMaxBytesBefore) {
+        before.clear();  // without the first of them, the others are of no use
+        break;
+      }
+      before.push_back(i - 1);
+      if (slot.hasKeyFlag) break;
+    }
+    for (std::size_t i = before.size(); i > 0; --i) neighbours.before.push_back(read(slots[before[i - 1]]));
+    for (std::size_t i = number + 1; i < slots.size() && neighbours.after.size() < kAfter; ++i) {
+      if (isOf(slots[i], stream)) neighbours.after.push_back(read(slots[i]));
+    }
+    return neighbours;
+  }
+
+  bool close(const OpenCut& cut) {
+    Slot& slot = film_.slots[cut.slot];
+    const platform::TrialStream stream = trialStreamOf(evidence_.header.streams[slot.stream].header);
+    const platform::Bytes bytes =
+        evidence_.input.readBytes(cut.payload, static_cast<std::size_t>(slot.size + cut.added));
+    if (bytes.size() != slot.size + cut.added || !evidence_.decoder->open(stream)) return false;
+    const PayloadNeighbours neighbours = neighboursOf(cut.slot);
+    TrialBudget budget = left_.share(kShare);
+    DecodedTrial trial(*evidence_.decoder, stream, neighbours, budget);
+    const auto place = searchCut(trial, bytes, slot.size);
+    left_.giveBack(budget);
+    if (!place) return false;
+    slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());
+    if (*place > 0) film_.pieces.push_back({cut.payload, *place});
+    if (*place < slot.size) film_.pieces.push_back({cut.payload + *place + cut.added, slot.size - *place});
+    slot.state = SlotState::rejoined;
+    ++found_;
+    return true;
+  }
+
+  const Evidence& evidence_;
+  LaidFilm& film_;
+  TrialBudget left_;
+  std::size_t found_ = 0;
+};
+
+}  // namespace
+
+std::size_t closeCuts(const Evidence& evidence, LaidFilm& film) {
+  if (evidence.decoder == nullptr || film.openCuts.empty()) return 0;
+  return Cuts(evidence, film).close();
+}
+
+}  // namespace zelvo::salvage

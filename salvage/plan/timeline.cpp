@@ -1,0 +1,394 @@
+// The lag of a sound track is its clock less that of the pictures where a chunk of it begins. It is learnt in front of
+// the first gap. Behind a gap it differs by the time of the lost sound less that of the lost pictures; the bytes of the
+// gap tell the sum of both, and a clock in the pictures themselves their number but for whole turns.
+#include "salvage/plan/timeline.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "avi/chunk_codes.h"
+#include "salvage/payloads/gap_share.h"
+#include "salvage/plan/clock_turns.h"
+#include "salvage/plan/refill.h"
+
+namespace zelvo::salvage {
+
+namespace {
+
+constexpr std::size_t kMaxLooks = 4096;
+
+double median(std::vector<double> values) {
+  std::ranges::sort(values);
+  return values[values.size() / 2];
+}
+
+/// A sound track. Times are in seconds.
+struct Track {
+  std::uint8_t stream = 0;
+  double clock = 0;
+  std::size_t chunks = 0;
+  std::vector<double> lags;  ///< in front of the first gap
+  double chunkTime = 0;      ///< of a usual chunk
+  std::uint32_t chunkSize = 0;
+};
+
+class Timeline {
+ public:
+  /// `lengthens`: where nothing is missing, the slot before a gap may take its bytes.
+  Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps, const WholeFilm& whole,
+           bool lengthens, FilmPlan& plan);
+
+  /// `shares`: how many pictures each gap that is filled lacks, when that is known.
+  void run(const std::vector<GapEstimate>& shares);
+  /// The gaps that were filled.
+  [[nodiscard]] std::vector<GapEstimate>& estimates() { return estimates_; }
+  /// How many pictures are there without those that were filled in.
+  [[nodiscard]] std::uint64_t pictures() const;
+  /// How many pictures so many bytes hold at the most.
+  [[nodiscard]] std::uint64_t picturesIn(std::uint64_t bytes) const;
+  void finish() {
+    plan_.slots = std::move(made_);
+    plan_.drift = drift_;
+  }
+
+ private:
+  /// What is missing in a gap.
+  struct Missing {
+    std::size_t pictures = 0;
+    std::vector<double> sound;  ///< seconds, by track
+  };
+
+  [[nodiscard]] double seconds(const Slot& slot) const {
+    return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9;
+  }
+  [[nodiscard]] bool isPicture(const Slot& slot) const { return pictures_ == slot.stream && !slot.isPalette; }
+  void advance(const Slot& slot);
+  [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
+  [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
+  [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
+  /// Whether nearly all of its chunks have one size.
+  [[nodiscard]] bool isFixed(const Track& track) const {
+    const std::uint8_t number = streams_.numberOf(track.stream);
+    return number < evidence_.facts.size() && evidence_.facts[number].fixedSize == track.chunkSize;
+  }
+  [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast,
+                                               std::optional<std::size_t> share);
+  [[nodiscard]] bool isNothingMissing(const FilmGap& gap, std::size_t end) const;
+  void lengthenLast(std::uint32_t size);
+  [[nodiscard]] double picturesByBytes(std::uint64_t bytes, const std::vector<double>& shift) const;
+  [[nodiscard]] std::size_t pickPictures(double estimate, double least, std::optional<double> turned) const;
+  [[nodiscard]] std::optional<double> turnedBy(std::size_t slot, std::size_t end) const;
+  void fill(std::size_t place, const Missing& missing);
+  void noteDrift(std::size_t slot, std::size_t end);
+
+  const Evidence& evidence_;
+  const FilmStreams& streams_;
+  std::span<const FilmGap> gaps_;
+  const WholeFilm& whole_;
+  const bool lengthens_;
+  FilmPlan& plan_;
+  std::vector<Slot> made_;
+  std::vector<Track> tracks_;
+  std::optional<std::uint8_t> pictures_;  ///< the stream of pictures
+  double pictureTime_ = 0;
+  double pictureBytes_ = 0;  ///< a usual chunk with its header
+  double pictureClock_ = 0;
+  std::size_t refilled_ = 0;
+  std::optional<ClockTurns> turns_;
+  bool hasPassedGap_ = false;
+  double drift_ = 0;  ///< as in FilmPlan
+  std::vector<GapEstimate> estimates_;
+};
+
+Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
+                   const WholeFilm& whole, bool lengthens, FilmPlan& plan)
+    : evidence_(evidence), streams_(streams), gaps_(gaps), whole_(whole), lengthens_(lengthens), plan_(plan) {
+  std::vector<std::vector<std::uint32_t>> sizes(streams.count());
+  constexpr std::size_t kSamples = 65'536;
+  for (const Slot& slot : plan.slots) {
+    if (slot.size > 0 && slot.hasSource() && !slot.isPalette && sizes[slot.stream].size() < kSamples)
+      sizes[slot.stream].push_back(slot.size);
+  }
+  for (std::size_t i = 0; i < streams.count(); ++i) {
+    const auto index = static_cast<std::uint8_t>(i);
+    if (sizes[i].empty()) continue;
+    std::ranges::sort(sizes[i]);
+    const std::uint32_t usual = sizes[i][sizes[i].size() / 2];
+    const double time = static_cast<double>(streams.duration(index, usual)) / 1e9;
+    if (time <= 0) continue;
+    if (streams.isSound(index)) tracks_.push_back({index, 0, 0, {}, time, usual});
+    if (!streams.isPicture(index) || pictures_) continue;
+    pictures_ = index;
+    pictureTime_ = time;
+    double sum = 0;
+    for (const std::uint32_t size : sizes[i]) sum += size;
+    pictureBytes_ = avi::kChunkHeader + sum / static_cast<double>(sizes[i].size());
+  }
+}
+
+void Timeline::advance(const Slot& slot) {
+  constexpr std::size_t kEnough = 8;
+  constexpr std::size_t kMost = 4096;
+  made_.push_back(slot);
+  if (isPicture(slot)) pictureClock_ += pictureTime_;
+  for (Track& track : tracks_) {
+    if (track.stream != slot.stream) continue;
+    // Many films begin with more sound than usual, so the first chunk is no example.
+    const bool learns =
+        track.chunks > 0 && track.lags.size() < kMost && (!hasPassedGap_ || track.lags.size() < kEnough);
+    if (learns) track.lags.push_back(track.clock - pictureClock_);
+    ++track.chunks;
+    track.clock += seconds(slot);
+  }
+}
+
+std::optional<double> Timeline::usualLag(const Track& track) const {
+  if (track.lags.empty()) return std::nullopt;
+  constexpr std::size_t kRecent = 12;
+  const std::size_t first = track.lags.size() > kRecent ? track.lags.size() - kRecent : 0;
+  return median({track.lags.begin() + static_cast<std::ptrdiff_t>(first), track.lags.end()});
+}
+
+/// The lag of each track after a gap, as if nothing were missing in it; nothing where no chunk of it comes before
+/// `end`.
+std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::size_t end) const {
+  constexpr std::size_t kTight = 3;
+  std::vector<std::vector<double>> found(tracks_.size());
+  std::vector<double> clocks;
+  for (const Track& track : tracks_) clocks.push_back(track.clock);
+  double pictureClock = pictureClock_;
+  std::size_t open = tracks_.size();
+  for (std::size_t i = slot; i < std::min(end, slot + kMaxLooks) && open > 0; ++i) {
+    const Slot& next = plan_.slots[i];
+    if (isPicture(next)) pictureClock += pictureTime_;
+    for (std::size_t t = 0; t < tracks_.size(); ++t) {
+      if (tracks_[t].stream != next.stream) continue;
+      const std::size_t wanted = isCoarse(tracks_[t]) ? 1 : kTight;
+      if (found[t].size() < wanted) {
+        found[t].push_back(clocks[t] - pictureClock);
+        if (found[t].size() == wanted) --open;
+      }
+      clocks[t] += seconds(next);
+    }
+  }
+  std::vector<std::optional<double>> lags;
+  for (const auto& values : found) lags.push_back(values.empty() ? std::nullopt : std::optional(median(values)));
+  return lags;
+}
+
+/// By how many pictures the codec's clock has moved on in a gap in front of `slot`, less than one turn.
+std::optional<double> Timeline::turnedBy(std::size_t slot, std::size_t end) const {
+  if (!turns_ || end <= slot) return std::nullopt;
+  return turns_->between(made_, std::span<const Slot>(plan_.slots).subspan(slot, end - slot));
+}
+
+/// `shift`: by track, seconds of lost sound less those of lost pictures.
+double Timeline::picturesByBytes(std::uint64_t bytes, const std::vector<double>& shift) const {
+  double left = static_cast<double>(bytes);
+  double perPicture = pictureBytes_;
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const double rate = (tracks_[t].chunkSize + static_cast<double>(avi::kChunkHeader)) / tracks_[t].chunkTime;
+    left -= shift[t] * rate;
+    perPicture += pictureTime_ * rate;
+  }
+  return perPicture > 0 ? left / perPicture : 0;
+}
+
+std::size_t Timeline::pickPictures(double estimate, double least, std::optional<double> turned) const {
+  double picked = std::max(std::round(estimate), std::ceil(least));
+  if (turned) {
+    const double turn = turns_->turn();
+    picked = *turned + std::round((estimate - *turned) / turn) * turn;
+    while (picked < least - 0.3) picked += turn;
+    picked = std::round(picked);
+  }
+  return static_cast<std::size_t>(std::clamp(picked, 0.0, 1e6));
+}
+
+/// Whether the clocks on both sides of a gap fit each other as they are.
+bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
+  if (gap.isTorn && whole_.missing.value_or(0) >= gap.missing && whole_.missing) return false;
+  const auto behind = lagsBehind(gap.before, end);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (!usual || !behind[t] || isCoarse(tracks_[t])) continue;
+    if (std::abs(*usual - *behind[t]) > 0.75 * std::max(pictureTime_, tracks_[t].chunkTime)) return false;
+  }
+  const auto turned = turnedBy(gap.before, end);
+  return !turned || *turned < 0.5 || *turned > turns_->turn() - 0.5;
+}
+
+void Timeline::lengthenLast(std::uint32_t size) {
+  Slot& slot = made_.back();
+  for (Track& track : tracks_) {
+    if (track.stream == slot.stream) track.clock -= seconds(slot);
+  }
+  slot.size = size;
+  slot.state = SlotState::sizeMended;
+  for (Track& track : tracks_) {
+    if (track.stream == slot.stream) track.clock += seconds(slot);
+  }
+}
+
+/// Nothing when no sound after the gap tells, and a later gap may know more.
+std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size_t end, bool isLast,
+                                                   std::optional<std::size_t> share) {
+  Missing missing;
+  std::vector<double> shift(tracks_.size(), 0);
+  const auto behind = lagsBehind(gap.before, end);
+  std::vector<std::size_t> known;
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (!usual || !behind[t]) continue;
+    shift[t] = *usual - *behind[t];
+    known.push_back(t);
+  }
+  if (known.empty() && !tracks_.empty() && !isLast) return std::nullopt;
+  // The track whose chunks are shortest tells most exactly.
+  const auto tightest = std::ranges::min_element(
+      known, [&](std::size_t one, std::size_t other) { return tracks_[one].chunkTime < tracks_[other].chunkTime; });
+  if (tightest != known.end()) {
+    for (std::size_t t = 0; t < tracks_.size(); ++t) {
+      if (std::ranges::find(known, t) == known.end()) shift[t] = shift[*tightest];
+    }
+  }
+  bool isExact = false;
+  if (pictures_) {
+    const double slack = 0.75;
+    double least = 0;
+    for (const std::size_t t : known) least = std::max(least, -shift[t] / pictureTime_ - slack);
+    const bool hasBytes = gap.bytes > 0;
+    const double estimate = hasBytes ? picturesByBytes(gap.bytes, shift) : least;
+    const auto turned = turnedBy(gap.before, end);
+    missing.pictures =
+        share ? std::max(*share, pickPictures(least, least, std::nullopt)) : pickPictures(estimate, least, turned);
+    isExact = turned.has_value();
+  }
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    double time = shift[t] + static_cast<double>(missing.pictures) * pictureTime_;
+    if (!pictures_)
+      time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + avi::kChunkHeader) * tracks_[t].chunkTime;
+    missing.sound.push_back(std::max(0.0, time));
+  }
+  estimates_.push_back({missing.pictures, gap.bytes, isExact});
+  return missing;
+}
+
+/// Puts what is missing in at a place of what is made already, in turn.
+void Timeline::fill(std::size_t place, const Missing& missing) {
+  const std::size_t most = plan_.slots.size() + 4096;
+  std::vector<Refill> parts;
+  if (pictures_ && missing.pictures > 0) parts.push_back({*pictures_, missing.pictures, 0});
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const Track& track = tracks_[t];
+    // Where a chunk lasts for many pictures, its place among them is a matter of chance, and less than most of one
+    // none.
+    const double half = isCoarse(track) ? 0.25 : 0.5;
+    const auto count = static_cast<std::size_t>(std::min(1e6, std::floor(missing.sound[t] / track.chunkTime + half)));
+    if (count == 0) continue;
+    std::uint32_t size = track.chunkSize;
+    // Most lost chunks had the usual size; a difference that is not heard is none.
+    constexpr double kUnheard = 0.02;
+    const double apart = std::abs(missing.sound[t] - static_cast<double>(count) * track.chunkTime);
+    const bool isAdapted = streams_.countsBytes(track.stream) && !(isCoarse(track) && isFixed(track));
+    if (isAdapted && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
+      size = static_cast<std::uint32_t>(missing.sound[t] / static_cast<double>(count) / track.chunkTime * size);
+      size -= size % streams_.blockOf(track.stream);
+    }
+    parts.push_back({track.stream, count, size});
+  }
+  const std::vector<Slot> slots = refillInTurn(parts, most - std::min(most, refilled_));
+  refilled_ += slots.size();
+  made_.insert(made_.begin() + static_cast<std::ptrdiff_t>(place), slots.begin(), slots.end());
+  for (const Slot& slot : slots) {
+    if (pictures_ == slot.stream) pictureClock_ += pictureTime_;
+    for (Track& track : tracks_) {
+      if (track.stream == slot.stream) track.clock += seconds(slot);
+    }
+  }
+}
+
+/// Measures how far the sound after a filled gap is from where it usually is.
+void Timeline::noteDrift(std::size_t slot, std::size_t end) {
+  const auto behind = lagsBehind(slot, end);
+  for (std::size_t t = 0; t < tracks_.size(); ++t) {
+    const auto usual = usualLag(tracks_[t]);
+    if (usual && behind[t]) drift_ = std::max(drift_, std::abs(*behind[t] - *usual));
+  }
+}
+
+void Timeline::run(const std::vector<GapEstimate>& shares) {
+  if (pictures_) turns_.emplace(evidence_.input, evidence_.header.streams[*pictures_].header, *pictures_, plan_.slots);
+  made_.reserve(2 * plan_.slots.size());  // What is not used takes no memory, and growing would hold both.
+  std::size_t slot = 0;
+  FilmGap open;                 // what earlier gaps left to be filled
+  std::size_t openPlace = 0;    // where the largest of them is, in what is made
+  std::uint64_t openBytes = 0;  // and how large it is
+  bool isOpen = false;
+  for (std::size_t g = 0; g < gaps_.size(); ++g) {
+    const FilmGap& gap = gaps_[g];
+    for (; slot < gap.before; ++slot) advance(plan_.slots[slot]);
+    if (slot == plan_.slots.size()) break;
+    hasPassedGap_ = hasPassedGap_ || slot > 0;
+    const std::size_t end = g + 1 < gaps_.size() ? gaps_[g + 1].before : plan_.slots.size();
+    if (slot == 0) continue;
+    if (lengthens_ && gap.longer != 0 && made_.back().state != SlotState::refilled && isNothingMissing(gap, end)) {
+      lengthenLast(gap.longer);
+      continue;
+    }
+    if (!isOpen || gap.bytes > openBytes) {
+      openPlace = made_.size();
+      openBytes = gap.bytes;
+    }
+    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, 0, gap.isTorn || (isOpen && open.isTorn)};
+    const std::size_t filled = estimates_.size();
+    const auto share = filled < shares.size() ? std::optional(shares[filled].pictures) : std::nullopt;
+    const bool isLast = g + 1 == gaps_.size() || gaps_[g + 1].before >= plan_.slots.size();
+    const auto found = missing(open, end, isLast, share);
+    isOpen = !found;
+    if (found) fill(openPlace, *found);
+    if (found) noteDrift(gap.before, end);
+  }
+  for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
+}
+
+std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
+  const double pictures = std::ceil(picturesByBytes(bytes, std::vector<double>(tracks_.size(), 0)) * 2);
+  return static_cast<std::uint64_t>(std::clamp(pictures, 0.0, 1e6));
+}
+
+std::uint64_t Timeline::pictures() const {
+  const auto count = [&](const Slot& slot) { return isPicture(slot) && slot.state != SlotState::refilled; };
+  return static_cast<std::uint64_t>(std::ranges::count_if(made_, count));
+}
+
+}  // namespace
+
+void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
+              const WholeFilm& whole, FilmPlan& plan) {
+  if (gaps.empty()) return;
+  auto timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, true, plan);
+  timeline->run({});
+  // Sound and pictures that are lost for as long leave the clocks on both sides in step, as a wrong size does. When
+  // pictures are missing all the same, and no gap is left that may have held them, that is what happened.
+  const bool lengthens = !whole.pictures || timeline->pictures() >= *whole.pictures || !timeline->estimates().empty();
+  if (!lengthens) {
+    timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, false, plan);
+    timeline->run({});
+  }
+  std::vector<GapEstimate> shares = timeline->estimates();
+  const std::uint64_t there = timeline->pictures();
+  if (whole.pictures && there <= *whole.pictures &&
+      shareOut(shares, *whole.pictures - there, timeline->picturesIn(whole.missing.value_or(0)))) {
+    timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, lengthens, plan);
+    timeline->run(shares);
+  }
+  timeline->finish();
+}
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,74 @@
+// Stretches of an index that match other chunks by chance.
+#include "salvage/chain/lone_stretches.h"
+
+#include <algorithm>
+
+#include <gtest/gtest.h>
+
+#include "tests/salvage/planned_film.h"
+
+namespace zelvo::tests {
+namespace {
+
+using salvage::DisplacementCover;
+
+/// Sixty pictures; those from 52 to 55 have the sizes of those from 22 to 25.
+AviBuilder pictures() {
+  AviBuilder film;
+  for (std::uint32_t i = 0; i < 60; ++i) {
+    const std::uint32_t like = i >= 52 && i < 56 ? i - 30 : i;
+    film.chunks.push_back({"00dc", 700 + 34 * like, std::byte{0x91}});
+  }
+  return film;
+}
+
+struct Covered {
+  explicit Covered(platform::Bytes bytes) : planned(std::move(bytes)) { entries = planned.index.entries; }
+  DisplacementCover cover() {
+    return salvage::coverEntries(entries, planned.scanned.scan.candidates, 0, planned.scanned.scan.end);
+  }
+  void dropFrom(DisplacementCover& made) {
+    salvage::dropLone(made, entries, planned.scanned.scan.candidates, planned.scanned.chain);
+  }
+
+  PlannedFilm planned;
+  std::vector<salvage::TemplateEntry> entries;
+};
+
+TEST(LoneStretches, ThoseInTheMidstOfSoundChunksAreTakenBack) {
+  const AviBuilder builder = pictures();
+  platform::Bytes bytes = builder.build();
+  const auto offsets = chunkOffsets(builder);
+  std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(offsets[50]),
+            bytes.begin() + static_cast<std::ptrdiff_t>(offsets[58]), std::byte{0});
+  Covered film(bytes);
+  ASSERT_EQ(film.entries.size(), 60U);
+  // An index that does not know of the chunks that they match.
+  film.entries.erase(film.entries.begin() + 10, film.entries.begin() + 40);
+  DisplacementCover cover = film.cover();
+  ASSERT_NE(cover.ofEntry[52 - 30], DisplacementCover::kNone);
+  const auto claimed = std::ranges::count(cover.isClaimed, 1);
+  film.dropFrom(cover);
+  for (std::size_t entry = 50; entry < 58; ++entry) EXPECT_EQ(cover.ofEntry[entry - 30], DisplacementCover::kNone);
+  EXPECT_EQ(std::ranges::count(cover.isClaimed, 1), claimed - 4);
+  EXPECT_EQ(cover.ofEntry[58 - 30], 0U);
+}
+
+TEST(LoneStretches, WhatReallyMovedStays) {
+  const AviBuilder builder = pictures();
+  platform::Bytes bytes = builder.build();
+  const auto offsets = chunkOffsets(builder);
+  for (const std::size_t chunk : {40U, 20U}) {
+    const auto from = bytes.begin() + static_cast<std::ptrdiff_t>(offsets[chunk] + 100);
+    bytes.erase(from, from + 303);
+  }
+  Covered film(bytes);
+  DisplacementCover cover = film.cover();
+  const DisplacementCover before = cover;
+  film.dropFrom(cover);
+  EXPECT_EQ(cover.ofEntry, before.ofEntry);
+  EXPECT_EQ(std::ranges::count(cover.ofEntry, DisplacementCover::kNone), 0);
+}
+
+}  // namespace
+}  // namespace zelvo::tests
