@@ -145,6 +145,7 @@ class BatchTeller final : public salvage::BatchListener {
   std::string reasonOf(ToldAs as, const salvage::FilmResult* result, std::error_code error) override {
     if (as == ToldAs::noFolder) return "the folder for its output cannot be created: " + error.message() + ".";
     if (as == ToldAs::notStarted) return "the program to work on it could not be started: " + error.message() + ".";
+    if (result->end->signal == SIGTERM) return "the program that worked on it was stopped; nothing was written.";
     if (result->end->signal == SIGKILL) {
       return "the program that worked on it was killed, perhaps for want of memory; nothing was written.";
     }

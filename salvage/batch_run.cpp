@@ -1,6 +1,7 @@
 #include "salvage/batch_run.h"
 
 #include <chrono>
+#include <csignal>
 #include <filesystem>
 #include <utility>
 
@@ -141,6 +142,10 @@ std::optional<std::vector<std::string>> BatchRun::begin(std::size_t film) {
   return arguments;
 }
 
+bool BatchRun::wasStopped(const platform::ProgramEnd& end) const {
+  return end.exit == kStoppedExit || (isStopped() && (end.signal == SIGTERM || end.signal == SIGKILL));
+}
+
 bool BatchRun::mayName(std::size_t film, const BatchLine& line) {
   BatchLine naming = line;
   complete(film, naming);
@@ -160,7 +165,7 @@ void BatchRun::end(std::size_t film, const FilmResult& result) {
     const int exit = result.end && result.end->signal == 0 ? result.end->exit : known.line.exit;
     if (!isDone(exit)) known.line.exit = exit;
     known.line.state = isDone(known.line.exit) ? LineState::done : LineState::failed;
-  } else if (result.line && isInPlace(*result.line->output, services_.fileManager)) {
+  } else if (result.line && result.line->output && isInPlace(*result.line->output, services_.fileManager)) {
     known.line = *result.line;
     complete(film, known.line);
     known.line.state = LineState::done;
@@ -169,7 +174,10 @@ void BatchRun::end(std::size_t film, const FilmResult& result) {
   } else {
     known.as = result.end ? ToldAs::died : ToldAs::notStarted;
     known.line = lineFor(film);
-    if (result.end && result.end->exit == kStoppedExit) known.line.exit = kStoppedExit;
+    if (result.end && wasStopped(*result.end)) {
+      known.line.exit = kStoppedExit;
+      known.line.outcome = "stopped";
+    }
     known.line.reason = listener_.reasonOf(known.as, &result, result.error);
     const std::string& output = order_.films[film].output;
     if (!output.empty() && order_.makesOutputs) {

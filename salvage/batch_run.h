@@ -114,6 +114,8 @@ class BatchRun final : public FilmQueue {
   /// Leaves a film out that will not be worked on.
   void leaveOut(std::size_t film, ToldAs as, std::string reason);
   [[nodiscard]] bool write(const BatchLine& line);
+  /// A stop may reach a program before it can listen, or end one that did not listen for long.
+  [[nodiscard]] bool wasStopped(const platform::ProgramEnd& end) const;
 
   const BatchOrder& order_;
   BatchJournal* journal_;
