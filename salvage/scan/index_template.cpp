@@ -4,6 +4,7 @@
 #include "salvage/scan/index_template.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <map>
 #include <span>
@@ -68,7 +69,8 @@ class Reading {
   void endTables(std::size_t firstSource);
   void decideBase();
   [[nodiscard]] std::optional<std::int64_t> votedBase() const;
-  [[nodiscard]] Belonging belongingOfTables(std::uint64_t pictures, std::uint64_t unreadable,
+  [[nodiscard]] std::uint64_t entriesCutOff(std::size_t first, std::size_t last) const;
+  [[nodiscard]] Belonging belongingOfTables(std::uint64_t pictures, std::uint64_t unreadable, std::uint64_t cutOff,
                                             std::uint64_t lastEnd) const;
   void readStandard(const StandardIndex& index);
   [[nodiscard]] Belonging belongingOf(const StandardIndex& index) const;
@@ -82,6 +84,7 @@ class Reading {
     std::optional<std::uint64_t> header;
     std::uint64_t pictures = 0;
     std::uint64_t unreadable = 0;
+    std::uint64_t end = 0;  ///< of the table
   };
 
   avi::InputFile& input_;
@@ -113,7 +116,7 @@ void Reading::readTable(const IndexTable& table) {
   constexpr std::uint32_t kKeyFrame = 0x10;  // AVIIF_KEYFRAME
   constexpr std::uint32_t kHalf = 0x80000000;
   constexpr std::uint64_t kWrap = std::uint64_t{1} << 32U;
-  Part part{made_.entries.size(), table.header, 0, (table.end - table.begin) / kTableEntry};
+  Part part{made_.entries.size(), table.header, 0, (table.end - table.begin) / kTableEntry, table.end};
   TemplateSource source{table.begin, 0, Belonging::unknown};
   std::uint64_t wrapped = 0;
   std::uint32_t last = 0;
@@ -193,22 +196,35 @@ void Reading::decideBase() {
   }
 }
 
-Belonging Reading::belongingOfTables(std::uint64_t pictures, std::uint64_t unreadable, std::uint64_t lastEnd) const {
+/// How many entries of the tables from `first` to `last` their header claims that are not there: of an index that the
+/// end of the file, or damage, cuts short.
+std::uint64_t Reading::entriesCutOff(std::size_t first, std::size_t last) const {
+  if (!parts_[first].header) return 0;
+  std::array<std::byte, avi::kChunkHeader> header{};
+  if (input_.read(*parts_[first].header, header) < header.size()) return 0;
+  const std::uint64_t end = *parts_[first].header + avi::kChunkHeader + avi::littleEndian32At(header, 4);
+  const std::uint64_t tableEnd = parts_[last - 1].end;
+  return end > tableEnd ? (end - tableEnd) / kTableEntry : 0;
+}
+
+Belonging Reading::belongingOfTables(std::uint64_t pictures, std::uint64_t unreadable, std::uint64_t cutOff,
+                                     std::uint64_t lastEnd) const {
   constexpr std::uint64_t kNearEnd = 64;
   bool hasWitness = false;
   const auto agrees = [&](std::uint64_t count) {
     if (count == 0) return false;
     hasWitness = true;
-    return pictures <= count + 1 && pictures + unreadable + 1 >= count;
+    return pictures <= count + 1 && pictures + unreadable + cutOff + 1 >= count;
   };
   if (headers_.main && agrees(headers_.main->totalFrames)) return Belonging::belongs;
   for (const SurvivingStream& stream : headers_.streams) {
     if (stream.type == avi::kVids && agrees(stream.length)) return Belonging::belongs;
   }
   if (headers_.media && headers_.media->size > 4) {
-    hasWitness = true;
     const std::uint64_t listEnd = headers_.media->offset + 8 + headers_.media->size;
     if (lastEnd <= listEnd + kNearEnd && listEnd <= lastEnd + kNearEnd) return Belonging::belongs;
+    // An index that is cut short may end anywhere before.
+    if (cutOff == 0 || lastEnd > listEnd + kNearEnd) hasWitness = true;
   }
   return hasWitness ? Belonging::foreign : Belonging::unknown;
 }
@@ -226,7 +242,7 @@ void Reading::endTables(std::size_t first) {
   const std::size_t endEntry = last < parts_.size() ? parts_[last].firstEntry : made_.entries.size();
   std::uint64_t lastEnd = 0;
   for (std::size_t i = parts_[first].firstEntry; i < endEntry; ++i) lastEnd = std::max(lastEnd, made_.entries[i].end());
-  const Belonging belonging = belongingOfTables(pictures, unreadable, lastEnd);
+  const Belonging belonging = belongingOfTables(pictures, unreadable, entriesCutOff(first, last), lastEnd);
   for (std::size_t i = parts_[first].firstEntry; i < endEntry; ++i)
     made_.entries[i].isForeign = belonging == Belonging::foreign;
   for (std::size_t i = first; i < last; ++i) made_.tables[i].belonging = belonging;

@@ -224,6 +224,26 @@ TEST(IndexTemplate, PicturesOfTheHeaderOrExtentOfTheMediaMakeItBelong) {
   EXPECT_EQ(belonging(0, 0, 0), Belonging::unknown);
 }
 
+TEST(IndexTemplate, IndexThatTheEndOfTheFileCutsShortIsTheFilmsOwn) {
+  const auto belonging = [](std::uint32_t frames, std::uint32_t moviSize, std::uint32_t claimed) {
+    Bytes bytes = indexedFilm().build();
+    overwriteNumber(bytes, 24 + 8 + 16, frames);
+    overwriteNumber(bytes, 88 + 12 + 8 + 32, 0);
+    overwriteNumber(bytes, indexedFilm().headers().size() + 4, moviSize);
+    overwriteNumber(bytes, tableOf(indexedFilm()) - 4, claimed);
+    bytes.resize(tableOf(indexedFilm()) + 16 * 31 + 5);
+    return planOf(bytes).tables.at(0).belonging;
+  };
+  const auto extent = static_cast<std::uint32_t>(tableOf(indexedFilm()) - 8 - indexedFilm().headers().size() - 8);
+  EXPECT_EQ(belonging(40, 0, 16 * 80), Belonging::belongs);
+  EXPECT_EQ(belonging(40, extent, 16 * 80), Belonging::belongs);
+  EXPECT_EQ(belonging(0, extent, 16 * 80), Belonging::unknown);  // it may be
+  EXPECT_EQ(belonging(0, extent, 16 * 31), Belonging::foreign);  // nothing of it is missing
+  EXPECT_EQ(belonging(40, 0, 16 * 31), Belonging::foreign);
+  EXPECT_EQ(belonging(400, 0, 16 * 80), Belonging::foreign);  // more pictures than it ever had
+  EXPECT_EQ(belonging(9, 0, 16 * 80), Belonging::foreign);    // fewer than it still has
+}
+
 TEST(IndexTemplate, DamagedPartsOfOneIndexAreJudgedTogether) {
   Bytes bytes = indexedFilm().build();
   overwriteNumber(bytes, 24 + 8 + 16, 40);
