@@ -22,6 +22,13 @@ std::optional<unsigned> jobNumber(const std::string& text) {
 
 }  // namespace
 
+Option BatchOptions::damagedFilms(std::vector<std::string>& inputs) {
+  return {.names = "INPUT",
+          .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
+          .target = &inputs,
+          .mayLack = true};
+}
+
 std::vector<Option> BatchOptions::rows() {
   return {
       {"-j,--jobs", "how many films to work on at once", &jobs_, "N"},

@@ -14,6 +14,9 @@ namespace zelvo::cli {
 
 class BatchOptions {
  public:
+  /// The inputs of a command that mends; they may lack where a list or a folder names films.
+  [[nodiscard]] static Option damagedFilms(std::vector<std::string>& inputs);
+
   [[nodiscard]] std::vector<Option> rows();
   /// `rows` after those of the command.
   void addTo(std::vector<Option>& options);

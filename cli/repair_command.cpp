@@ -176,10 +176,7 @@ class RepairCommand final : public Command {
  public:
   std::vector<Option> options() override {
     std::vector<Option> options = {
-        {.names = "INPUT",
-         .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
-         .target = &inputs_,
-         .mayLack = true},
+        BatchOptions::damagedFilms(inputs_),
         {"-o,--output", "where to write the repaired file (for one input)", &output_, "OUTPUT"},
         {"--output-dir", "folder for the repaired files, each named NAME-repaired.avi", &outputFolder_, "DIR"},
         {"--into", "write FOLDER/repaired.avi as the window's Save does: created when missing, padded to whole blocks",

@@ -43,10 +43,7 @@ class SalvageCommand final : public Command {
  public:
   std::vector<Option> options() override {
     std::vector<Option> options = {
-        {.names = "INPUT",
-         .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
-         .target = &inputs_,
-         .mayLack = true},
+        BatchOptions::damagedFilms(inputs_),
         {"-o,--output", "where to write the film (for one input)", &output_, "OUTPUT"},
         {"--output-dir", "folder for the films, each named NAME-salvaged.avi", &outputFolder_, "DIR"},
         {"--donor", "an undamaged film of the same camera, whose headers stand in for lost ones (for one input)",

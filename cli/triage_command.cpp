@@ -78,10 +78,7 @@ class TriageCommand final : public Command {
  public:
   std::vector<Option> options() override {
     std::vector<Option> options = {
-        {.names = "INPUT",
-         .help = "damaged AVI files, or with --recursive folders of them; they are only read, never changed",
-         .target = &inputs_,
-         .mayLack = true},
+        BatchOptions::damagedFilms(inputs_),
         {"--json", "print one JSON object a line instead of text", &json_},
         {"-q,--quiet", "print errors only", &quiet_},
     };
