@@ -19,6 +19,9 @@ class Movie : public NotificationSender, public std::enable_shared_from_this<Mov
   virtual void play() = 0;
   virtual void stop() = 0;
   virtual void gotoBeginning() = 0;
+  /// Shows the picture at a time, in seconds, and goes on as it did: playing, or still. A time at the end or behind it
+  /// is the end.
+  virtual void gotoTime(double seconds) = 0;
 };
 
 /// A movie, or the reason why there is none, as a sentence for the log.

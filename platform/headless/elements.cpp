@@ -179,6 +179,10 @@ void HeadlessMovie::gotoBeginning() {
   const std::lock_guard lock(mutex_);
   note("gotoBeginning()");
 }
+void HeadlessMovie::gotoTime(double seconds) {
+  const std::lock_guard lock(mutex_);
+  note("gotoTime(" + std::to_string(seconds) + ")");
+}
 bool HeadlessMovie::isPlaying() const {
   const std::lock_guard lock(mutex_);
   return playing_;

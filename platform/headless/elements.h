@@ -130,6 +130,7 @@ class HeadlessMovie final : public Movie, public Named {
   void play() override;
   void stop() override;
   void gotoBeginning() override;
+  void gotoTime(double seconds) override;
   [[nodiscard]] bool isPlaying() const;
 
  private:

@@ -67,6 +67,12 @@ void QtMovie::play() { onMain(&QtMovie::startPlaying); }
 void QtMovie::stop() { onMain(&QtMovie::stopPlaying); }
 void QtMovie::gotoBeginning() { onMain(&QtMovie::rewind); }
 
+void QtMovie::gotoTime(double seconds) {
+  openMovies_.mainQueue().perform([movie = std::static_pointer_cast<QtMovie>(shared_from_this()), seconds] {
+    if (movie->player_) movie->player_->gotoTime(seconds);
+  });
+}
+
 void QtMovie::startPlaying() {
   if (!player_) open();
   playing_ = true;

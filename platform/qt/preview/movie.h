@@ -26,6 +26,7 @@ class QtMovie final : public ShownMovie {
   /// Stands still.
   void stop() override;
   void gotoBeginning() override;
+  void gotoTime(double seconds) override;
 
   void beginShow(std::function<void()> changed) override;
   void pauseShow() override;

@@ -20,6 +20,8 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/shown_text.h"
+
 namespace zelvo::platform::qt {
 
 namespace {
@@ -166,9 +168,12 @@ void MpvPlayer::pause() {
   sendPause();
 }
 
-void MpvPlayer::gotoBeginning() {
-  if (!loaded_) return;  // it will begin there
-  std::array<const char*, 4> seek = {"seek", "0", "absolute+exact", nullptr};
+void MpvPlayer::gotoBeginning() { gotoTime(0); }
+
+void MpvPlayer::gotoTime(double seconds) {
+  if (!loaded_) return;  // it will begin at the beginning
+  const std::string place = fixedPoint(seconds, 3);
+  std::array<const char*, 4> seek = {"seek", place.c_str(), "absolute+exact", nullptr};
   if (mpv_command_async(core_.get(), kSeek, seek.data()) < 0) return;
   ++seeksInFlight_;
   seeking_ = true;

@@ -60,6 +60,8 @@ class MpvPlayer {
   void pause();
   /// Shows the first picture.
   void gotoBeginning();
+  /// Shows the picture at a time, in seconds.
+  void gotoTime(double seconds);
 
   [[nodiscard]] News news();
   [[nodiscard]] Shape shape() const { return hasFrame_ ? shape_ : Shape(); }

@@ -18,6 +18,7 @@ class UnshownMovie final : public ShownMovie {
   }
   void stop() override {}
   void gotoBeginning() override {}
+  void gotoTime(double) override {}
 
   void beginShow(std::function<void()>) override {}
   void pauseShow() override {}
