@@ -4,12 +4,12 @@
 #include <utility>
 
 #include "avi/name_endings.h"
-#include "platform/shown_text.h"
 
 namespace zelvo::deep {
 
 namespace {
 
+constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 constexpr std::string_view kSalvaged = "-salvaged.avi";
 /// Names in a folder are at most this long on every usual file system, in bytes; room is left for a number.
 constexpr std::size_t kLongestName = 240;
@@ -68,7 +68,8 @@ std::string fileUrl(std::string_view path) {
     if (isPlain(letter)) {
       url += letter;
     } else {
-      url += "%" + platform::shownHex(static_cast<unsigned char>(letter), 2).substr(2);
+      const auto byte = static_cast<unsigned char>(letter);
+      url.append({'%', kHexDigits[byte >> 4U], kHexDigits[byte & 0xFU]});
     }
   }
   return url;

@@ -20,6 +20,7 @@ class FilmRuns {
   [[nodiscard]] std::shared_ptr<FilmRun> start(FilmOrder order);
   /// Stops them all; nothing is heard of them any more, and none is begun.
   void close();
+  [[nodiscard]] bool isClosed() const { return isClosed_; }
 
  private:
   const DeepServices services_;

@@ -103,7 +103,7 @@ bool FilmsPage::isFolderUsable() {
 }
 
 void FilmsPage::start() {
-  if (working_ || !isFolderUsable()) return;
+  if (working_ || runs_.isClosed() || !isFolderUsable()) return;
   for (const auto& entry : entries_) {
     if (entry->told.state == State::stopped) entry->told = {.path = entry->told.path};
   }

@@ -117,7 +117,7 @@ void ResultPage::askForDonor() {
 }
 
 void ResultPage::compare() {
-  if (!shown_.film || check_) return;
+  if (!shown_.film || check_ || runs_.isClosed()) return;
   outlets_.comparebutton.setEnabled(false);
   FilmOrder order{.arguments = checkArguments(shown_.film->order.input)};
   order.ended = [this, film = shown_.film](const FilmEnd& end) { compared(film, end); };

@@ -23,7 +23,7 @@ void RunPage::wire(platform::Actions& actions) {
 }
 
 void RunPage::start(Work work) {
-  if (run_) return;
+  if (run_ || runs_.isClosed()) return;
   const auto refuse = [&](std::string_view title, const std::string& message) {
     questions_.tell(title, message);
     if (work.left) work.left();
