@@ -28,6 +28,9 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
   movie = new qt::MovieWidget;
   movieView = std::make_unique<qt::QtMovieView>(queue, *movie);
   window = std::make_unique<qt::MainWindow>(queue, pictures, movie, *movieView);
+  deepMovie = new qt::MovieWidget;
+  deepMovieView = std::make_unique<qt::QtMovieView>(queue, *deepMovie);
+  deep = std::make_unique<qt::QtDeepPages>(*window, deepMovie, *deepMovieView);
   application = std::make_unique<qt::QtApplication>(queue, *window, platform::linux_::loopWakers());
   sheets = std::make_unique<qt::QtSheets>(window->panels(), queue);
   alerts = std::make_unique<qt::QtAlertPanels>(window->panels(), *application);
@@ -81,6 +84,7 @@ WindowBench::~WindowBench() {
   controller.reset();
   window->panels().setControls(nullptr);
   application.reset();
+  deep.reset();
   window.reset();
   workers.joinAll();
   engine::resetGlobals();

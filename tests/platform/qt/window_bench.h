@@ -25,6 +25,7 @@
 #include "platform/linux/scratch_paths.h"
 #include "platform/linux/workers.h"
 #include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/deep/deep_pages.h"
 #include "platform/qt/panels/alert_panels.h"
 #include "platform/qt/panels/sheets.h"
 #include "platform/qt/panels/wait_panels.h"
@@ -120,6 +121,9 @@ class WindowBench {
   platform::qt::MovieWidget* movie;
   std::unique_ptr<platform::qt::QtMovieView> movieView;
   std::unique_ptr<platform::qt::MainWindow> window;
+  platform::qt::MovieWidget* deepMovie;
+  std::unique_ptr<platform::qt::QtMovieView> deepMovieView;
+  std::unique_ptr<platform::qt::QtDeepPages> deep;
   std::unique_ptr<platform::qt::QtApplication> application;
   std::unique_ptr<platform::qt::QtSheets> sheets;
   std::unique_ptr<platform::qt::QtAlertPanels> alerts;
