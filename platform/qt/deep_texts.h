@@ -73,6 +73,11 @@ inline QString savingFilmTitle() { return QStringLiteral("Saving your film"); }
 inline QString savingFilmMessage() { return QStringLiteral("The repaired film is copied to where you want it."); }
 
 // ---- Choosers ----
+inline QString selectSeveral() { return QStringLiteral("Hold Ctrl or Shift to select several."); }
+inline QString replaceFile(const QString& name) {
+  return QStringLiteral("There is a file \u201c%1\u201d already. Replacing it deletes what it holds.").arg(name);
+}
+inline QString nameForFile() { return QStringLiteral("That is a folder. Now type a name for the file."); }
 inline QString filmsChosen(int count) { return QStringLiteral("%L1 films chosen").arg(count); }
 
 }  // namespace zelvo::platform::qt::texts
