@@ -37,6 +37,8 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
   waits = std::make_unique<qt::QtWaitPanels>(window->panels(), *application);
   panels = std::make_unique<qt::QtPanels>(window->panels(), *alerts,
                                           std::make_shared<platform::linux_::LinuxChooserFiles>());
+  filmChoosers = std::make_unique<qt::QtFilmChoosers>(window->panels(), *alerts,
+                                                      std::make_shared<platform::linux_::LinuxChooserFiles>());
   controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(
       app::AppServices{
           .application = *application,

@@ -26,6 +26,7 @@
 #include "platform/linux/scratch_paths.h"
 #include "platform/linux/workers.h"
 #include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/chooser/film_choosers.h"
 #include "platform/qt/deep/deep_pages.h"
 #include "platform/qt/panels/alert_panels.h"
 #include "platform/qt/panels/sheets.h"
@@ -131,6 +132,7 @@ class WindowBench {
   std::unique_ptr<platform::qt::QtAlertPanels> alerts;
   std::unique_ptr<platform::qt::QtWaitPanels> waits;
   std::unique_ptr<platform::qt::QtPanels> panels;
+  std::unique_ptr<platform::qt::QtFilmChoosers> filmChoosers;
   platform::qt::QtActions actions;
   platform::qt::QtTracking tracking;
   platform::qt::QtCursor cursor;
