@@ -14,19 +14,24 @@ namespace {
 
 constexpr int kComparisonGap = 8;
 constexpr int kComparisonRow = 28;
+constexpr int kComparisonColumns = 3;  // what it is about, normal, deep
 
 }  // namespace
 
 /// As high as its rows.
 class ComparisonTable::Table final : public QTableWidget {
  public:
-  Table() : QTableWidget(0, 2) {
+  Table() : QTableWidget(0, kComparisonColumns) {
     setFont(textFont(kSmallPixels));
     setAccessibleName(texts::comparison());
-    setHorizontalHeaderLabels({texts::normalRepair(), texts::deepRepair()});
+    setHorizontalHeaderLabels({QString(), texts::normalRepair(), texts::deepRepair()});
     horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
+    horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    horizontalHeader()->setSectionsClickable(false);
     horizontalHeader()->setHighlightSections(false);
-    verticalHeader()->setHighlightSections(false);
+    verticalHeader()->hide();
+    setShowGrid(false);
+    setFrameShape(QFrame::NoFrame);
     verticalHeader()->setDefaultSectionSize(kComparisonRow);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
@@ -34,7 +39,6 @@ class ComparisonTable::Table final : public QTableWidget {
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setTabKeyNavigation(false);
-    setCornerButtonEnabled(false);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   }
   [[nodiscard]] QSize sizeHint() const override {
@@ -65,10 +69,13 @@ void ComparisonTable::showComparison(const DeepComparison& comparison) {
   table_->setRowCount(static_cast<int>(comparison.rows.size()));
   for (int row = 0; row < table_->rowCount(); ++row) {
     const DeepComparison::Row& told = comparison.rows[static_cast<std::size_t>(row)];
-    table_->setVerticalHeaderItem(row, new QTableWidgetItem(shown(told.about)));
-    table_->setItem(row, 0, new QTableWidgetItem(shown(told.normal)));
-    table_->setItem(row, 1, new QTableWidgetItem(shown(told.deep)));
-    for (const int column : {0, 1}) table_->item(row, column)->setToolTip(table_->item(row, column)->text());
+    int column = 0;
+    for (const std::string* text : {&told.about, &told.normal, &told.deep}) {
+      auto* const cell = new QTableWidgetItem(shown(*text));
+      cell->setToolTip(cell->text());
+      table_->setItem(row, column++, cell);
+    }
+    table_->item(row, 0)->setForeground(secondaryText(palette()));
   }
   table_->setVisible(!comparison.rows.empty());
   table_->updateGeometry();

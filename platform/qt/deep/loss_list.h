@@ -3,10 +3,9 @@
 #pragma once
 
 #include <QListView>
-#include <QStringListModel>
+#include <QStandardItemModel>
 #include <functional>
 #include <optional>
-#include <vector>
 
 #include "platform/damage_picture.h"
 
@@ -16,7 +15,8 @@ class LossList final : public QListView {
  public:
   LossList();
 
-  void showLosses(const std::vector<DamageLoss>& losses);
+  /// Each with a sign in the paint that it has in the picture.
+  void showLosses(const DamagePicture& picture);
 
   /// Marks a loss; nobody is told.
   void mark(std::size_t loss);
@@ -37,7 +37,7 @@ class LossList final : public QListView {
  private:
   void open(const QModelIndex& index);
 
-  QStringListModel words_;
+  QStandardItemModel losses_;
   bool isMarking_ = false;
   std::function<void(std::size_t loss)> onMark_;
   std::function<void(std::size_t loss)> onOpen_;

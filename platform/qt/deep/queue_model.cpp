@@ -44,6 +44,18 @@ QString textIn(const QueuedFilm& film, int column) {
   }
 }
 
+/// Looks the same in a row that is selected.
+QIcon signOf(Pictures& pictures, DeepVerdict verdict) {
+  constexpr int kPixels = 18;
+  const QIcon drawn = pictures.icon(pictureOf(verdict));
+  QIcon sign;
+  for (const int scale : {1, 2, 3}) {
+    const QPixmap picture = drawn.pixmap(QSize(kPixels, kPixels) * scale, 1.0);
+    for (const auto mode : {QIcon::Normal, QIcon::Selected}) sign.addPixmap(picture, mode);
+  }
+  return sign;
+}
+
 /// A tooltip is plain text unless it looks like HTML.
 QString asTip(const QString& text) {
   return Qt::mightBeRichText(text) ? QStringLiteral("<span>") + text.toHtmlEscaped() + QStringLiteral("</span>") : text;
@@ -52,9 +64,9 @@ QString asTip(const QString& text) {
 }  // namespace
 
 QueueModel::QueueModel(Pictures& pictures, QObject* parent)
-    : QAbstractTableModel(parent), failed_(pictures.icon(pictureOf(DeepVerdict::hopeless))) {
+    : QAbstractTableModel(parent), failed_(signOf(pictures, DeepVerdict::hopeless)) {
   for (const auto verdict : {DeepVerdict::clean, DeepVerdict::repaired, DeepVerdict::partial, DeepVerdict::hopeless}) {
-    verdicts_[static_cast<std::size_t>(verdict)] = pictures.icon(pictureOf(verdict));
+    verdicts_[static_cast<std::size_t>(verdict)] = signOf(pictures, verdict);
   }
 }
 

@@ -25,6 +25,8 @@ constexpr int kCross = 10;
 constexpr int kCellPadding = 24;
 constexpr int kBar = 6;
 constexpr int kProgressWidth = 110;
+constexpr int kNarrowProgressWidth = 64;
+constexpr int kWidthForProgress = 640;
 constexpr int kLeastFilmWidth = 150;
 constexpr int kEmptyMargin = 12;
 constexpr int kLeastRows = 2;
@@ -46,6 +48,7 @@ class QueueTable::Cells final : public QStyledItemDelegate {
       plainRow.font.setUnderline(true);
       plainRow.palette.setColor(QPalette::Text, option.palette.color(QPalette::Link));
     }
+    if (index.column() == QueueModel::result) plainRow.textElideMode = Qt::ElideRight;
     QStyledItemDelegate::paint(painter, plainRow, index);
     const bool isSelected = (option.state & QStyle::State_Selected) != 0;
     if (index.column() == QueueModel::progress) paintBar(*painter, option, index.data(Qt::UserRole), isSelected);
@@ -152,12 +155,13 @@ void QueueTable::resizeEvent(QResizeEvent* event) {
     state = std::max(state, fontMetrics().horizontalAdvance(nameOf(one)));
   }
   state += kCellPadding;
-  const int rest = viewport()->width() - state - kProgressWidth - kCrossColumn;
+  const int progress = viewport()->width() < kWidthForProgress ? kNarrowProgressWidth : kProgressWidth;
+  const int rest = viewport()->width() - state - progress - kCrossColumn;
   const int film = std::max(kLeastFilmWidth, rest * 2 / 5);
   header()->resizeSection(QueueModel::film, film);
   header()->resizeSection(QueueModel::state, state);
   header()->resizeSection(QueueModel::result, std::max(0, rest - film));
-  header()->resizeSection(QueueModel::progress, kProgressWidth);
+  header()->resizeSection(QueueModel::progress, progress);
   header()->resizeSection(QueueModel::takeOut, kCrossColumn);
 }
 

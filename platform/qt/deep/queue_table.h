@@ -25,6 +25,7 @@ class QueueTable final : public QTreeView, public QueueView {
 
   [[nodiscard]] const QueueModel& films() const { return *model_; }
   [[nodiscard]] QSize minimumSizeHint() const override;
+  [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -19,6 +19,8 @@ constexpr int kVerdictSize = 40;
 constexpr int kSentencePixels = 18;
 constexpr int kFilmWidth = 300;
 constexpr int kMovieHeight = 210;
+constexpr int kStackedMovieHeight = 280;
+constexpr int kStackedWidth = 540;
 /// Narrower, the film stands below the damage.
 constexpr int kWidthForTwo = 800;
 constexpr int kHalfGap = kPageGap / 2;
@@ -115,7 +117,6 @@ QWidget* DeepResultPage::damageSide() {
 QWidget* DeepResultPage::filmSide() {
   auto* const side = new QWidget;
   auto* const column = columnIn(*side);
-  movie_->setMinimumHeight(kMovieHeight);
   column->addWidget(movie_);
   auto* const buttons = new QHBoxLayout;
   buttons->setSpacing(kHalfGap);
@@ -169,7 +170,7 @@ void DeepResultPage::display(DeepResult result) {
   comparison_->hide();
   showLines(result.lines);
   movie_->setVisible(!isHopeless);
-  losses_->showLosses(result.picture.losses);
+  losses_->showLosses(result.picture);
   const bool hasLosses = !result.picture.losses.empty();
   lossesTitle_->setVisible(hasLosses);
   losses_->setVisible(hasLosses);
@@ -178,6 +179,7 @@ void DeepResultPage::display(DeepResult result) {
   damage_->setVisible(!result.picture.bars.empty());
   damage_->show(std::move(result.picture));
   setFirstFocus(isHopeless ? home : savebutton);
+  arrange();
 }
 
 void DeepResultPage::showLines(const std::vector<DeepLine>& lines) {
@@ -210,11 +212,14 @@ void DeepResultPage::displayComparison(const DeepComparison& comparison) {
   });
 }
 
-void DeepResultPage::resizeEvent(QResizeEvent*) {
-  const bool isWide = width() >= kWidthForTwo;
-  sides_->setDirection(isWide ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
-  filmSide_->setMinimumWidth(isWide ? kFilmWidth : 0);
-  filmSide_->setMaximumWidth(isWide ? kFilmWidth : QWIDGETSIZE_MAX);
+void DeepResultPage::resizeEvent(QResizeEvent*) { arrange(); }
+
+void DeepResultPage::arrange() {
+  const bool areBeside = width() >= kWidthForTwo && !damage_->isHidden();
+  sides_->setDirection(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
+  sides_->setAlignment(filmSide_, areBeside ? Qt::Alignment() : Qt::AlignLeft);
+  movie_->setFixedHeight(areBeside ? kMovieHeight : kStackedMovieHeight);
+  filmSide_->setFixedWidth(areBeside ? kFilmWidth : kStackedWidth);
 }
 
 }  // namespace zelvo::platform::qt

@@ -46,6 +46,7 @@ class DeepResultPage final : public WindowPage, public DeepResultView {
   [[nodiscard]] QLayout* head();
   [[nodiscard]] QWidget* damageSide();
   [[nodiscard]] QWidget* filmSide();
+  void arrange();
   void display(DeepResult result);
   void showLines(const std::vector<DeepLine>& lines);
   void displayComparison(const DeepComparison& comparison);

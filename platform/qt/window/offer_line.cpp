@@ -31,14 +31,19 @@ OfferLine::OfferLine(MainQueue& queue, QtButton& button) : queue_(queue), senten
 void OfferLine::show(std::string_view sentence) {
   queue_.perform([this, text = shown(sentence)] {
     sentence_->setText(text);
-    setVisible(true);
+    showNow(true);
     QAccessibleEvent said(sentence_, QAccessible::Alert);
     QAccessible::updateAccessibility(&said);
   });
 }
 
 void OfferLine::hide() {
-  queue_.perform([this] { setVisible(false); });
+  queue_.perform([this] { showNow(false); });
+}
+
+void OfferLine::showNow(bool isShown) {
+  setVisible(isShown);
+  if (other_ != nullptr) other_->setVisible(!isShown);
 }
 
 void OfferLine::paintEvent(QPaintEvent*) {

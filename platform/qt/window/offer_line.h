@@ -21,14 +21,20 @@ class OfferLine final : public QWidget, public DeepOffer {
   void show(std::string_view sentence) override;
   void hide() override;
 
+  /// `other` is hidden while the line is seen: both would be too much for a small window.
+  void standInFor(QWidget& other) { other_ = &other; }
+
   [[nodiscard]] QString sentence() const { return sentence_->text(); }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
+  void showNow(bool isShown);
+
   MainQueue& queue_;
   QLabel* sentence_;
+  QWidget* other_ = nullptr;
 };
 
 }  // namespace zelvo::platform::qt

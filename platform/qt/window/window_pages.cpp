@@ -123,7 +123,10 @@ ChoosePage::ChoosePage(const PageParts& parts)
       refusedofferbutton(parts.button(texts::tryDeepRepair(), QtButton::Look::push)),
       refusedoffer(new OfferLine(parts.queue, *refusedofferbutton)) {
   body()->addWidget(headline(texts::chooseHeadline()));
-  body()->addWidget(explanation(texts::chooseExplanation()));
+  QLabel* const explained = explanation(texts::chooseExplanation());
+  body()->addWidget(explained);
+  body()->addWidget(refusedoffer);
+  refusedoffer->standInFor(*explained);
   textfield.setShape(texts::lastChosen);
   textfield.setObserver([this](const QString&) { showChoice(); });
   pathfield.setObserver([this](const QString& path) {
@@ -151,7 +154,6 @@ ChoosePage::ChoosePage(const PageParts& parts)
   deeprepairbutton->setAccessibleDescription(texts::deepRepairTip());
   deeprepairbutton->setEnabled(false);
   body()->addLayout(row);
-  body()->addWidget(refusedoffer);
   body()->addWidget(workingFolderLine());
   setFirstFocus(browsebutton);
   dropArea->setCardObserver([this](bool isCard) {
@@ -273,8 +275,8 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   row->setSpacing(kPageMargin - kPageGap / 2);
   row->addWidget(result, 1);
   row->addWidget(sideArea);
-  body()->addLayout(row, 1);
   body()->addWidget(partlyoffer);
+  body()->addLayout(row, 1);
 
   auto* const sentence = new WrappingRow(kWordSpacing);
   for (QtTextField* field : {&downloadmplayertext, &downloadmplayertext1, &downloadmplayertext2}) {

@@ -21,19 +21,27 @@ void scrollDown(platform::qt::WindowPage& page) {
   }
 }
 
-/// Each text of a button becomes as long as a German one may be.
-void lengthen(QWidget& root, bool isLong) {
-  for (QPushButton* const one : root.findChildren<QPushButton*>()) {
-    auto* const button = dynamic_cast<platform::qt::QtButton*>(one);
-    if (button == nullptr || button->text().isEmpty()) continue;
-    const QString tail = QStringLiteral("ungen").left(static_cast<int>(button->text().size() * 2 / 5));
-    if (isLong) {
+/// While it lives, each text of a button is as long as a German one may be.
+class LongTitles {
+ public:
+  explicit LongTitles(QWidget& root) {
+    for (QPushButton* const one : root.findChildren<QPushButton*>()) {
+      auto* const button = dynamic_cast<platform::qt::QtButton*>(one);
+      if (button == nullptr || button->text().isEmpty()) continue;
+      titles_.emplace_back(button, button->text());
+      const QString tail = QStringLiteral("verarbeitung").left(static_cast<int>(button->text().size() * 2 / 5));
       button->setTitle(button->text() + tail);
-    } else {
-      button->setTitle(button->text().chopped(tail.size()));
     }
   }
-}
+  ~LongTitles() {
+    for (const auto& [button, title] : titles_) button->setTitle(title);
+  }
+  LongTitles(const LongTitles&) = delete;
+  LongTitles& operator=(const LongTitles&) = delete;
+
+ private:
+  std::vector<std::pair<platform::qt::QtButton*, QString>> titles_;
+};
 
 void showFirstPage(WindowBench& bench, const std::function<void(const char* name)>& take) {
   const platform::DeepOutlets& deep = bench.deep->outlets();
@@ -58,10 +66,10 @@ void showRun(WindowBench& bench, const std::function<void(const char* name)>& ta
   take("deep-starting");
   std::uint64_t done = 0;
   deep.runprogress.follow([&done] { return platform::DeepProgress{"Looking at every byte", done, 734000000}; });
-  const platform::TimeLeft::Clock::time_point begin{std::chrono::hours(1)};
-  bench.deep->runPage().runprogress->showProgress(begin);
+  const auto now = platform::TimeLeft::Clock::now();
+  bench.deep->runPage().runprogress->showProgress(now);
   done = 281900000;
-  bench.deep->runPage().runprogress->showProgress(begin + std::chrono::seconds(20));
+  bench.deep->runPage().runprogress->showProgress(now + std::chrono::seconds(20));
   take("deep-run");
   deep.runprogress.follow({});
 }
@@ -87,9 +95,10 @@ void showResults(WindowBench& bench, const std::string& film, const std::functio
   deep.result.showComparison(sampleComparison());
   bench.settle();
   take("deep-result-compared");
-  lengthen(page, true);
-  take("deep-result-long");
-  lengthen(page, false);
+  {
+    const LongTitles longer(page);
+    take("deep-result-long");
+  }
   deep.donorbutton.setHidden(true);
   deep.result.show(cleanResult());
   take("deep-result-clean");
@@ -114,9 +123,10 @@ void showQueue(WindowBench& bench, const std::function<void(const char* name)>& 
   bench.deep->filmsPage().queue->setFocus(Qt::TabFocusReason);
   bench.key(Qt::Key_Down);
   take("films");
-  lengthen(bench.deep->filmsPage(), true);
-  take("films-long");
-  lengthen(bench.deep->filmsPage(), false);
+  {
+    const LongTitles longer(bench.deep->filmsPage());
+    take("films-long");
+  }
   deep.pages.show(DeepPage::none);
 }
 
