@@ -6,6 +6,7 @@
 #include "platform/qt/drawing/hosted_widget.h"
 #include "platform/qt/window/drop_area.h"
 #include "platform/qt/window/film_report_pane.h"
+#include "platform/qt/window/offer_line.h"
 #include "platform/qt/window/run_progress_line.h"
 #include "platform/qt/window/window_page.h"
 
@@ -22,6 +23,10 @@ class ChoosePage final : public WindowPage {
   QtTextField pathfield;  ///< the path that is chosen
   QtTextField workingfoldertext;
   QtButton* workingfolderbutton;
+  QtButton* deeprepairbutton;
+  QtButton* addfilmsbutton;
+  QtButton* refusedofferbutton;
+  OfferLine* refusedoffer;
 
  private:
   void showChoice();
@@ -63,6 +68,8 @@ class ResultPage final : public WindowPage {
   QtTextField downloadmplayertext2;
   QtTextField downloadmplayertext3;
   QtTextField downloadmplayertext4;
+  QtButton* partlyofferbutton;
+  OfferLine* partlyoffer;
 };
 
 }  // namespace zelvo::platform::qt
