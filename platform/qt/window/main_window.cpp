@@ -62,7 +62,7 @@ class MainWindow::UnseenMovieView final : public MovieView {
   std::shared_ptr<Movie> movie_;
 };
 
-MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView)
+MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView)
     : queue_(queue), pictures_(pictures), content_(new QWidget(this)), movie_(movie) {
   QAccessible::installFactory(accessibleWindow);  // once, however often it is asked
   setWindowTitle(texts::productName());
@@ -212,7 +212,7 @@ void MainWindow::fillOutlets(MovieView& movieView) {
 HostedViews MainWindow::hostedViews() {
   return {.content = ground_->host(),
           .result = resultPage_->result->host(),
-          .movie = movie_->host(),
+          .movie = movie_->movie().host(),
           .pageButtons = {choosePage_->browsebutton->hosted(), resultPage_->savebutton->hosted()}};
 }
 
