@@ -22,9 +22,9 @@
 #include "platform/qt/panels/panel_frame.h"
 #include "platform/qt/panels/sheets.h"
 #include "platform/qt/panels/wait_panels.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/preview/movie_preview.h"
 #include "platform/qt/preview/movie_view.h"
-#include "platform/qt/preview/movie_widget.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/window/actions.h"
 #include "platform/qt/window/application.h"
@@ -170,8 +170,8 @@ class Program {
                                                                         .workers = system_.workers,
                                                                         .notifications = notifications_,
                                                                         .log = system_.log});
-  qt::MovieWidget* const movie_ = new qt::MovieWidget;  // the window takes it over
-  qt::QtMovieView movieView_{system_.mainQueue, *movie_};
+  qt::MoviePane* const movie_ = new qt::MoviePane;  // the window takes it over
+  qt::QtMovieView movieView_{system_.mainQueue, movie_->movie()};
   qt::MainWindow window_{system_.mainQueue, pictures_, movie_, movieView_};
   qt::QtApplication application_{system_.mainQueue, window_, linux_::loopWakers()};
   qt::QtSheets sheets_{window_.panels(), system_.mainQueue};

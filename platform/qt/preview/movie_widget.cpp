@@ -42,11 +42,13 @@ void MovieWidget::look() {
 
 void MovieWidget::movieChanged() {
   const QString name = !movie_               ? QStringLiteral("Preview, no film yet")
+                       : movie_->isPaused()  ? QStringLiteral("Preview of the film, paused")
                        : movie_->isPlaying() ? QStringLiteral("Preview of the film, playing")
                                              : QStringLiteral("Preview of the film, not playing");
   if (accessibleName() != name) setAccessibleName(name);
   if (accessibleDescription() != sentence()) setAccessibleDescription(sentence());
   update();
+  if (observer_) observer_();
 }
 
 QSize MovieWidget::sizeHint() const { return kUsualSize; }

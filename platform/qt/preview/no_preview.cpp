@@ -29,6 +29,11 @@ class UnshownMovie final : public ShownMovie {
     return QStringLiteral("No preview in this build. You can save the film and open it in a player.");
   }
   bool isPlaying() const override { return false; }
+  void setPaused(bool) override {}
+  bool isPaused() const override { return false; }
+  double position() const override { return 0; }
+  std::optional<double> duration() const override { return std::nullopt; }
+  void setLoudness(const Loudness&) override {}
 
  private:
   MainQueue& mainQueue_;

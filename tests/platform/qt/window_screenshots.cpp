@@ -222,7 +222,7 @@ class Photographer {
 
   /// True once the film's first picture stands in the middle of the result area.
   [[nodiscard]] bool hasPicture() {
-    const QImage shown = bench_.movie->grab().toImage();
+    const QImage shown = bench_.movie->movie().grab().toImage();
     const QColor middle = shown.pixelColor(shown.rect().center());
     return middle != bench_.movie->palette().color(QPalette::Window) && middle != QColor(Qt::white);
   }
