@@ -58,6 +58,7 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
           .paths = paths,
           .pathProbe = pathProbe,
           .updateCheck = updates,
+          .films = films,
           .lookAtStorage = [] { return platform::StorageView{}; },
           .printed = printed,
           .homeDirectory = temp.path()},

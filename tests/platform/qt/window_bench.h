@@ -13,6 +13,7 @@
 #include "app/window_controls.h"
 #include "app/wire.h"
 #include "platform/headless/bundle.h"
+#include "platform/headless/film_observer.h"
 #include "platform/headless/path_probe.h"
 #include "platform/headless/workspace.h"
 #include "platform/linux/chooser_files.h"
@@ -113,6 +114,7 @@ class WindowBench {
   platform::PathMapper paths;
   platform::headless::HeadlessPathProbe pathProbe;
   NoUpdates updates{events};
+  platform::headless::HeadlessFilmObserver films;
   platform::NotificationCentre notifications;
   platform::qt::Pictures pictures{ZELVO_PICTURES};
   app::WindowControls windowControls{notifications};
