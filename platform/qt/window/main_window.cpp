@@ -54,7 +54,7 @@ class MainWindow::UnseenMovieView final : public MovieView {
   std::shared_ptr<Movie> movie_;
 };
 
-MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView)
+MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView)
     : queue_(queue),
       pictures_(pictures),
       content_(new QWidget(this)),
@@ -210,7 +210,7 @@ void MainWindow::fillOutlets(MovieView& movieView) {
 HostedViews MainWindow::hostedViews() {
   HostedViews views{.content = ground_->host(),
                     .result = resultPage_->result->host(),
-                    .movie = movie_->host(),
+                    .movie = movie_->movie().host(),
                     .pageButtons = {choosePage_->browsebutton->hosted(), resultPage_->savebutton->hosted()}};
   for (int layer = 1; layer < layers_->count(); ++layer) {
     const auto& page = dynamic_cast<WindowPage&>(*layers_->widget(layer));

@@ -19,6 +19,7 @@
 #include "platform/qt/drawing/pictures.h"
 #include "platform/qt/panels/help_panel.h"
 #include "platform/qt/panels/panel_stack.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/window/window_pages.h"
 #include "platform/qt/window/window_panels.h"
 
@@ -28,7 +29,7 @@ namespace zelvo::platform::qt {
 class MainWindow final : public QWidget, public Window {
  public:
   /// `movie` shows what `movieView` is given; the window takes it over.
-  MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView);
+  MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView);
   ~MainWindow() override;
 
   // ---- platform::Window ----
@@ -123,7 +124,7 @@ class MainWindow final : public QWidget, public Window {
   Pictures& pictures_;
   QWidget* content_;
   HostedWidget* ground_;
-  HostedWidget* movie_;
+  MoviePane* movie_;
   QStackedWidget* layers_;  ///< the three pages first, then those that lie over them
   QStackedWidget* pages_;
   ChoosePage* choosePage_;

@@ -231,7 +231,7 @@ RepairPage::RepairPage(const PageParts& parts)
   setFirstFocus(stopbutton);
 }
 
-ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
+ResultPage::ResultPage(const PageParts& parts, MoviePane& movie)
     : WindowPage(parts, 2),
       result(new HostedWidget),
       videocodecfield(parts.queue, *valueLabel(texts::video())),
@@ -262,6 +262,7 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   filmreport->addFigure(savedsizelabel.label(), *savedRow(durationfield));
   side->addWidget(scrolled(filmreport), 1);
   previewbutton->setTwoState(texts::stopPreview());
+  movie.setStarter([this] { previewbutton->click(); });
   for (QtButton* button : {previewbutton, savebutton}) {
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     side->addWidget(button);

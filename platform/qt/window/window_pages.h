@@ -4,6 +4,7 @@
 
 #include "platform/qt/drawing/elements.h"
 #include "platform/qt/drawing/hosted_widget.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/window/drop_area.h"
 #include "platform/qt/window/film_report_pane.h"
 #include "platform/qt/window/offer_line.h"
@@ -49,10 +50,10 @@ class RepairPage final : public WindowPage {
   QtButton* stopbutton;
 };
 
-/// `movie` shows the film.
+/// `movie` shows the film, and plays one by the button of the preview.
 class ResultPage final : public WindowPage {
  public:
-  ResultPage(const PageParts& parts, HostedWidget& movie);
+  ResultPage(const PageParts& parts, MoviePane& movie);
 
   HostedWidget* result;  ///< the framed area round the movie
   QtTextField videocodecfield;

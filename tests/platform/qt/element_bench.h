@@ -108,7 +108,7 @@ class ElementBench {
   platform::qt::Pictures pictures{ZELVO_PICTURES};
   app::WindowControls controls{centre};
   NoMovieView movieView;
-  platform::qt::MainWindow window{queue, pictures, new platform::qt::HostedWidget, movieView};
+  platform::qt::MainWindow window{queue, pictures, new platform::qt::MoviePane, movieView};
   platform::qt::QtDeepPages deep{window, new QWidget, movieView};
   platform::qt::QtSheets sheets{window.panels(), queue};
 };

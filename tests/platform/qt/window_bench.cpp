@@ -25,8 +25,8 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
   engine::resetGlobals();
   app::resetGlobals();
   movies = qt::makeMovieLoader({.mainQueue = queue, .workers = workers, .notifications = notifications, .log = log});
-  movie = new qt::MovieWidget;
-  movieView = std::make_unique<qt::QtMovieView>(queue, *movie);
+  movie = new qt::MoviePane;
+  movieView = std::make_unique<qt::QtMovieView>(queue, movie->movie());
   window = std::make_unique<qt::MainWindow>(queue, pictures, movie, *movieView);
   deepMovie = new qt::MovieWidget;
   deepMovieView = std::make_unique<qt::QtMovieView>(queue, *deepMovie);

@@ -31,9 +31,9 @@
 #include "platform/qt/panels/alert_panels.h"
 #include "platform/qt/panels/sheets.h"
 #include "platform/qt/panels/wait_panels.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/preview/movie_preview.h"
 #include "platform/qt/preview/movie_view.h"
-#include "platform/qt/preview/movie_widget.h"
 #include "platform/qt/window/actions.h"
 #include "platform/qt/window/application.h"
 #include "platform/qt/window/main_window.h"
@@ -121,7 +121,7 @@ class WindowBench {
   platform::qt::Pictures pictures{ZELVO_PICTURES};
   app::WindowControls windowControls{notifications};
   std::unique_ptr<platform::MovieLoader> movies;
-  platform::qt::MovieWidget* movie;
+  platform::qt::MoviePane* movie;
   std::unique_ptr<platform::qt::QtMovieView> movieView;
   std::unique_ptr<platform::qt::MainWindow> window;
   platform::qt::MovieWidget* deepMovie;
