@@ -9,6 +9,7 @@
 #include "platform/clock.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
+#include "platform/film_observer.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/movies.h"
@@ -52,6 +53,7 @@ struct AppServices {
   const platform::PathMapper& paths;
   platform::PathProbe& pathProbe;  ///< asked before the main thread looks at a path that the user named
   update::UpdateOperations& updateCheck;
+  platform::FilmObserver& films;  ///< hears of the chosen film
   /// Reads the machine's storage again.
   std::function<platform::StorageView()> lookAtStorage;
   platform::PrintSink& printed;  ///< where the inventory's dumps and failures go: standard output

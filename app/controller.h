@@ -90,6 +90,10 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void stopProgress(platform::Button* sender);
   /// Runs `stopProgress` on a thread of its own. No flow calls it.
   void stopit();
+  /// The button of a sheet about the run, which does `answer`. A refused film, and what the result page shows from then
+  /// on, is told to the observer.
+  void answerRefusal(void (engine::RepairFile::*answer)(platform::Button*), platform::Button* sender);
+  void answerCompletion(platform::Button* sender);
   /// `stopRepairOk:`
   void stopRepairOk(platform::Button* sender);
   /// `stopRepairCancel:`
@@ -243,6 +247,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
     std::uint64_t number = 0;
     std::shared_ptr<engine::Run> run;
     bool atWork = true;
+    std::optional<platform::FilmVerdict> verdict = {};  ///< once it is known
+    bool isResultShown = false;
   };
 
   void openPanelEnded(const platform::OpenPanel& openPanel, int returnCode, bool logsSize);
@@ -273,6 +279,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run);
   void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<avi::WriteFailure>& failure);
   void abandonShownRun();
+  /// Tells what the shown run kept, once the result page shows it.
+  void tellJudgement();
   void reportWriteFailure(const engine::Run& run, const avi::WriteFailure& failure);
   /// True at once when no rebuilt file is being written; otherwise shows the notice and answers whether the file is
   /// there now.

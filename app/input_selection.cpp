@@ -102,6 +102,7 @@ void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsS
        }});
   runGuard_.choiceMade();
   showWorkingFolder();
+  services_.films.filmChosen(file);
 }
 
 }  // namespace zelvo::app

@@ -107,6 +107,17 @@ bool asksForWordsOnly(int argc, char** argv) {
   return false;
 }
 
+/// The window has no pages of the deep repair yet.
+class NoDeepRepair final : public platform::FilmObserver {
+ public:
+  void filmChosen(const std::string&) override {}
+  void choiceCleared() override {}
+  void filmRefused(const std::string&) override {}
+  void filmJudged(const std::string&, platform::FilmVerdict) override {}
+  [[nodiscard]] bool mayClose() override { return true; }
+  void programEnds() override {}
+};
+
 /// Everything that the controller stands on, in the order in which it is made.
 class Program {
  public:
@@ -186,6 +197,7 @@ class Program {
                                    .clock = system_.clock,
                                    .bundle = system_.bundle,
                                    .paths = system_.paths}};
+  NoDeepRepair deepRepair_;
   app::Orlin_Repair_AVIAppDelegate controller_{
       app::AppServices{
           .application = application_,
@@ -210,6 +222,7 @@ class Program {
           .paths = system_.paths,
           .pathProbe = system_.pathProbe,
           .updateCheck = updates_,
+          .films = deepRepair_,
           .lookAtStorage = [this] { return system_.lookAtStorage(); },
           .printed = system_.printed,
           .homeDirectory = system_.home},

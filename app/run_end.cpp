@@ -31,7 +31,10 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
   // On the main thread, before the sheet that a run asks for next.
   run->found = [this, number](const platform::FilmReport& report) {
     services_.mainQueue.perform([this, number, report] {
-      if (runGuard_.shows(number)) outlets.own.filmreport.show(report);
+      if (!runGuard_.shows(number)) return;
+      outlets.own.filmreport.show(report);
+      if (shownRun_) shownRun_->verdict = report.verdict;
+      tellJudgement();
     });
   };
   run->rejected = [this](platform::Rejection reason) { outlets.own.rejectionreason.show(reason); };
@@ -97,6 +100,26 @@ void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::R
     return;
   }
   reportWriteFailure(run, *failure);
+}
+
+void Orlin_Repair_AVIAppDelegate::answerRefusal(void (engine::RepairFile::*answer)(platform::Button*),
+                                                platform::Button* sender) {
+  const std::optional<std::string> refused = engine::path.get();
+  (*repair1.*answer)(sender);
+  services_.films.choiceCleared();
+  if (refused) services_.films.filmRefused(*refused);
+}
+
+void Orlin_Repair_AVIAppDelegate::answerCompletion(platform::Button* sender) {
+  repair1->repairCompletedOk(sender);
+  if (!shownRun_) return;
+  shownRun_->isResultShown = true;
+  tellJudgement();
+}
+
+void Orlin_Repair_AVIAppDelegate::tellJudgement() {
+  if (!shownRun_ || !shownRun_->isResultShown || !shownRun_->verdict) return;
+  services_.films.filmJudged(shownRun_->run->path.value_or(""), *shownRun_->verdict);
 }
 
 void Orlin_Repair_AVIAppDelegate::abandonShownRun() {

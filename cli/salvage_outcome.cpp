@@ -1,12 +1,12 @@
 #include "cli/salvage_outcome.h"
 
 #include <algorithm>
-#include <array>
 
 #include "cli/json_writer.h"
 #include "cli/rescue_words.h"
 #include "cli/shown_text.h"
 #include "cli/verify_words.h"
+#include "salvage/report_json.h"
 #include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
@@ -43,106 +43,7 @@ std::string rescueLines(const salvage::RescueReport& rescue, bool all) {
   return text;
 }
 
-void write(JsonWriter& json, std::string_view name, const SlotTally& tally) {
-  json.key(name);
-  json.beginObject();
-  json.member("chunks", tally.chunks);
-  json.member("bytes", tally.bytes);
-  json.key("seconds");
-  json.seconds(tally.seconds);
-  json.endObject();
-}
-
-void writeStreams(JsonWriter& json, const SalvageReport& report) {
-  json.key("streams");
-  json.beginArray();
-  for (const salvage::SalvagedStream& stream : report.streams) {
-    json.beginObject();
-    json.member("kind", kindOf(stream));
-    json.member("codec", codecOf(stream));
-    if (stream.formatTag) json.member("format_tag", *stream.formatTag);
-    json.member("number", stream.number);
-    json.member("header", nameOf(stream.origin));
-    write(json, "all", stream.all());
-    for (std::size_t state = 0; state < salvage::kSlotStates; ++state) {
-      write(json, nameOf(static_cast<SlotState>(state)), stream.slots[state]);
-    }
-    json.endObject();
-  }
-  json.endArray();
-}
-
-void writeFields(JsonWriter& json, const SalvageReport& report) {
-  json.key("fields");
-  json.beginArray();
-  for (const salvage::FoundField& field : report.fields) {
-    json.beginObject();
-    json.member("number", field.stream);
-    json.member("name", field.name);
-    json.member("value", field.value);
-    json.key("alternatives");
-    json.beginArray();
-    for (const std::string& other : field.alternatives) json.text(other);
-    json.endArray();
-    json.endObject();
-  }
-  json.endArray();
-  json.member("streams_without_header", report.streamsWithoutHeader);
-}
-
-void writeIndexes(JsonWriter& json, const SalvageReport& report) {
-  json.key("indexes");
-  json.beginArray();
-  for (const salvage::TemplateSource& index : report.indexes) {
-    json.beginObject();
-    json.member("offset", index.offset);
-    json.member("entries", index.entries);
-    constexpr std::array<std::string_view, 3> kNames{"unknown", "own", "foreign"};
-    json.member("film", kNames[static_cast<std::size_t>(index.belonging)]);
-    json.endObject();
-  }
-  json.endArray();
-  json.member("indexed_chunks", report.indexedChunks);
-}
-
-void writeOffset(JsonWriter& json, std::string_view name, const std::optional<std::uint64_t>& offset) {
-  json.key(name);
-  if (offset) {
-    json.number(*offset);
-  } else {
-    json.null();
-  }
-}
-
-void writeSpans(JsonWriter& json, const SalvageReport& report) {
-  json.key("spans");
-  json.beginArray();
-  for (const salvage::SalvagedSpan& span : report.spans) {
-    json.beginObject();
-    json.member("begin", span.span.begin);
-    json.member("end", span.span.end);
-    writeOffset(json, "original_begin", span.span.originalBegin);
-    writeOffset(json, "original_end", span.span.originalEnd);
-    json.key("time_begin");
-    json.seconds(span.begin);
-    json.key("time_end");
-    json.seconds(span.end);
-    json.member("cause", nameOf(span.span.cause));
-    json.member("done", doneAbout(span.span.cause));
-    json.member("evidence", evidenceOf(span, report));
-    json.member("confidence", confidenceOf(span, report));
-    json.member("chunks", span.span.slots);
-    json.key("streams");
-    json.beginArray();
-    for (const salvage::SpanShare& share : span.streams) json.number(share.stream);
-    json.endArray();
-    json.endObject();
-  }
-  json.endArray();
-  json.member("spans_left_out", report.spansLeftOut);
-}
-
-void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
+void writeOutcomeReport(JsonWriter& json, const SalvageOutcome& outcome) {
   const std::optional<SalvageReport>& report = outcome.report;
   json.key("report");
   if (!report) {
@@ -150,19 +51,7 @@ void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
     return;
   }
   json.beginObject();
-  json.member("verdict", nameOf(report->verdict));
-  json.member("sentence", verdictSentence(*report));
-  json.member("returns_left_out", report->returnsLeftOut);
-  json.member("main_header", report->hasMainHeader ? "own" : "synthesised");
-  writeStreams(json, *report);
-  writeFields(json, *report);
-  writeIndexes(json, *report);
-  writeSpans(json, *report);
-  json.key("sync_before");
-  json.seconds(report->syncBefore);
-  json.key("sync_after");
-  json.seconds(report->syncAfter);
-  json.member("unreadable", report->unreadable);
+  salvage::writeReport(json, *report);
   writeRescue(json, report->rescue);
   json.key("plays");
   writeCheck(json, outcome.played);
@@ -230,7 +119,7 @@ std::string inJson(const SalvageOutcome& outcome) {
   json.beginObject();
   json.member("version", kSalvageVersion);
   beginJson(json, outcome.outcome);
-  writeReport(json, outcome);
+  writeOutcomeReport(json, outcome);
   endJson(json, outcome.outcome);
   json.endObject();
   return json.take() + "\n";

@@ -18,7 +18,7 @@ std::uint64_t scattered(std::uint64_t place, std::uint64_t limit) {
 }
 
 std::vector<ByteSpan> placesIn(std::uint64_t size, const TriageLimits& limits) {
-  const std::uint64_t piece = std::max(kPage, limits.bytes / limits.places / kPage * kPage);
+  const std::uint64_t piece = limits.place();
   std::vector<ByteSpan> places;
   const auto addAll = [&](std::uint64_t begin, std::uint64_t end) {
     for (; begin < end; begin += piece) places.push_back({begin, std::min(end, begin + piece)});
@@ -59,6 +59,8 @@ bool isInside(const ByteSpan& place, const std::vector<ByteSpan>& unrescued) {
 }
 
 }  // namespace
+
+std::uint64_t TriageLimits::place() const { return std::max(kPage, bytes / places / kPage * kPage); }
 
 bool TriageSample::isWhole() const {
   if (fileSize == 0) return true;

@@ -79,6 +79,7 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
                        .paths = paths,
                        .pathProbe = pathProbe,
                        .updateCheck = updateCheck,
+                       .films = films,
                        .lookAtStorage =
                            [this] {
                              return platform::StorageView{storage, storage};

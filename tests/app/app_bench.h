@@ -19,6 +19,7 @@
 #include "platform/headless/application.h"
 #include "platform/headless/bundle.h"
 #include "platform/headless/clock.h"
+#include "platform/headless/film_observer.h"
 #include "platform/headless/main_queue.h"
 #include "platform/headless/panels.h"
 #include "platform/headless/path_probe.h"
@@ -132,6 +133,7 @@ class AppBench {
   platform::PathMapper paths;
   platform::headless::HeadlessPathProbe pathProbe;
   RecordingUpdateCheck updateCheck{events};
+  platform::headless::HeadlessFilmObserver films;
   /// What the inventory sees; a test may put another system there.
   std::shared_ptr<RecordedSystem> storage = std::make_shared<RecordedSystem>(platform::PropertyDictionary{});
   EventPrint printed{events};

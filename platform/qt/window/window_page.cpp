@@ -50,6 +50,13 @@ class PageArea final : public QScrollArea {
   }
 };
 
+QLabel* stripName(const QString& text) {
+  auto* const label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setFont(textFont(kTextPixels, QFont::DemiBold));
+  return label;
+}
+
 }  // namespace
 
 QtButton* PageParts::button(const QString& title, QtButton::Look look) const {
@@ -62,7 +69,13 @@ QtButton* PageParts::pictureButton(const QString& title, std::string_view pictur
   return made;
 }
 
-WindowPage::WindowPage(const PageParts& parts, int step)
+WindowPage::WindowPage(const PageParts& parts, int step) : WindowPage(parts, new StepMarker(step)) {}
+
+WindowPage::WindowPage(const PageParts& parts, const QString& name) : WindowPage(parts, stripName(name)) {
+  update->hide();
+}
+
+WindowPage::WindowPage(const PageParts& parts, QWidget* middle)
     : home(parts.pictureButton(texts::home(), "home-1")),
       help(parts.pictureButton(texts::help(), "help-1")),
       update(parts.pictureButton(texts::update(), "update-1")) {
@@ -89,7 +102,7 @@ WindowPage::WindowPage(const PageParts& parts, int step)
   rightRow->addStretch(1);
   for (QtButton* button : {home, help, update}) rightRow->addWidget(button);
   row->addWidget(left, 1);
-  row->addWidget(new StepMarker(step), 0);
+  row->addWidget(middle, 0);
   row->addWidget(right, 1);
   all->addWidget(top);
 

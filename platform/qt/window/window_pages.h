@@ -7,6 +7,7 @@
 #include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/window/drop_area.h"
 #include "platform/qt/window/film_report_pane.h"
+#include "platform/qt/window/offer_line.h"
 #include "platform/qt/window/run_progress_line.h"
 #include "platform/qt/window/window_page.h"
 
@@ -23,6 +24,10 @@ class ChoosePage final : public WindowPage {
   QtTextField pathfield;  ///< the path that is chosen
   QtTextField workingfoldertext;
   QtButton* workingfolderbutton;
+  QtButton* deeprepairbutton;
+  QtButton* addfilmsbutton;
+  QtButton* refusedofferbutton;
+  OfferLine* refusedoffer;
 
  private:
   void showChoice();
@@ -64,6 +69,8 @@ class ResultPage final : public WindowPage {
   QtTextField downloadmplayertext2;
   QtTextField downloadmplayertext3;
   QtTextField downloadmplayertext4;
+  QtButton* partlyofferbutton;
+  OfferLine* partlyoffer;
 };
 
 }  // namespace zelvo::platform::qt

@@ -249,7 +249,7 @@ TEST_F(Accessibility, TabReachesEveryStopOfAPageInTheOrderThatIsRead) {
     ASSERT_NE(home, reached.end()) << page;
     std::rotate(reached.begin(), home, reached.end());
     const std::array<Names, 3> expected = {
-        Names{"Home", "Help", "Look for an update", "Choose a file…", "Repair"},
+        Names{"Home", "Help", "Look for an update", "Choose a file…", "Add films…", "Repair"},
         Names{"Home", "Help", "Look for an update", "Stop"},
         Names{"Home", "Help", "Look for an update", "Preview", "Save…", "click here"}};
     EXPECT_EQ(reached, expected[static_cast<std::size_t>(page)]);

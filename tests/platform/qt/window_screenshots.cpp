@@ -11,6 +11,7 @@
 #include "app/texts.h"
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/panels/panel_frame.h"
+#include "tests/platform/qt/deep_shots.h"
 #include "tests/platform/qt/window_bench.h"
 #include "tests/support/ffmpeg.h"
 
@@ -53,9 +54,36 @@ class Photographer {
     takeRepairing();
     bench_.repair(film);
     takeResult();
+    takeDeepRepair(film);
   }
 
  private:
+  /// At each scale, and at the smallest size.
+  void takeDeepRepair(const std::string& film) {
+    bench_.window->controllerOutlets().tabview.selectFirstTabViewItem();
+    const auto takeScaled = [this](const char* name) {
+      take(name);
+      for (const double scale : {1.5, 2.0}) takeAt(scale, name);
+    };
+    zelvo::tests::showDeepStates(bench_, film, takeScaled);
+    const QSize usual = bench_.window->size();
+    bench_.window->setMinimumSize(640, 420);
+    bench_.window->resize(640, 420);
+    const auto takeSmall = [this](const char* name) { take((std::string(name) + "-small").c_str()); };
+    zelvo::tests::showDeepStates(bench_, film, takeSmall);
+    bench_.window->resize(usual);
+  }
+
+  void takeAt(double scale, const char* name) {
+    bench_.settle();
+    QImage image((QSizeF(bench_.window->size()) * scale).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    bench_.window->render(&image);
+    const QString file =
+        QStringLiteral("%1/%2-%3-%4.png").arg(folder_, QLatin1String(name), suffix_, QString::number(scale));
+    if (!image.save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+  }
+
   void takeRepairing() {
     const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
     outlets.tabview.selectNextTabViewItem();
