@@ -22,6 +22,7 @@
 #include "platform/sheets.h"
 #include "platform/storage_view.h"
 #include "platform/tracking.h"
+#include "platform/translator.h"
 #include "platform/workers.h"
 #include "platform/workspace.h"
 #include "update/update_operations.h"
@@ -58,6 +59,8 @@ struct AppServices {
   std::function<platform::StorageView()> lookAtStorage;
   platform::PrintSink& printed;  ///< where the inventory's dumps and failures go: standard output
   std::string homeDirectory;     ///< the user's, without a slash at its end
+  /// Says what the application says on its own. What is given is said in English.
+  const platform::Translator& translator = platform::englishTranslator();
 };
 
 }  // namespace zelvo::app

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -22,6 +23,7 @@
 #include "app/explained_sheets.h"
 #include "app/run_guard.h"
 #include "app/scratch_path.h"
+#include "app/shown_size.h"
 #include "avi/write_failure.h"
 #include "engine/padded_copy.h"
 #include "engine/progress_relay.h"
@@ -253,8 +255,14 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
 
   void openPanelEnded(const platform::OpenPanel& openPanel, int returnCode, bool logsSize);
   void fileChosen(const std::string& file, bool logsSize);
-  /// An alert: what the user named does not answer.
-  void reportNotAnswering(const char* title);
+  /// A text of the application's own, in the language of whoever reads it; "%1" and so on are the values.
+  [[nodiscard]] std::string translated(std::string_view english,
+                                       std::initializer_list<std::string_view> values = {}) const {
+    return platform::filled(services_.translator.translated(english), values);
+  }
+  [[nodiscard]] std::string sizeWords(std::uint64_t bytes) const { return shownSize(bytes, services_.translator); }
+  /// An alert with one button: what the user named does not answer.
+  void reportNotAnswering(std::string_view title);
   /// Asks the place of a save, and beside it the input, before anything of them is looked at. True when the place
   /// answers; whether the input does is kept in `inputAnswers_`.
   [[nodiscard]] bool placeAnswers(const std::string& folder);

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QIcon>
+#include <QLocale>
 #include <QUrl>
 #include <cstdio>
 #include <filesystem>
@@ -18,6 +19,7 @@
 #include "platform/qt/chooser/file_panels.h"
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/drawing/pictures.h"
+#include "platform/qt/language.h"
 #include "platform/qt/panels/alert_panels.h"
 #include "platform/qt/panels/panel_frame.h"
 #include "platform/qt/panels/sheets.h"
@@ -163,6 +165,7 @@ class Program {
   Options options_;
   linux_::WindowServices system_;
 
+  qt::QtTranslator translator_;
   platform::NotificationCentre notifications_;
   qt::Pictures pictures_{system_.bundle.bundlePath() + "/Contents/Resources"};
   app::WindowControls windowControls_{notifications_};
@@ -225,7 +228,8 @@ class Program {
           .films = deepRepair_,
           .lookAtStorage = [this] { return system_.lookAtStorage(); },
           .printed = system_.printed,
-          .homeDirectory = system_.home},
+          .homeDirectory = system_.home,
+          .translator = translator_},
       window_.controllerOutlets(), window_.jobOutlets()};
 };
 
@@ -237,6 +241,8 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   const Options options = readOptions(argc, argv);
   if (options.exit) return *options.exit;
+  std::optional<qt::Language> language;
+  if (const auto name = qt::knownLanguage(QLocale::system().uiLanguages())) language.emplace(*name);
   QApplication::setDesktopFileName(QStringLiteral("zelvo-avi-repair"));
   QApplication::setWindowIcon(QIcon::fromTheme(kIconName));
   qt::apply(options.appearance.value_or(qt::desktopAppearance()));

@@ -85,7 +85,8 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
                              return platform::StorageView{storage, storage};
                            },
                        .printed = printed,
-                       .homeDirectory = "/home/user"},
+                       .homeDirectory = "/home/user",
+                       .translator = words},
       screen.controller, screen.job);
   app::wire(*controller, screen.job, actions, application);
 }

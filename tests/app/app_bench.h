@@ -30,6 +30,7 @@
 #include "platform/headless/workspace.h"
 #include "platform/print_sink.h"
 #include "tests/app/recording_files.h"
+#include "tests/support/marked_translator.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recorded_system.h"
 
@@ -133,6 +134,7 @@ class AppBench {
   platform::PathMapper paths;
   platform::headless::HeadlessPathProbe pathProbe;
   RecordingUpdateCheck updateCheck{events};
+  MarkedTranslator words;  ///< English, unless a test switches it on before anything is said
   platform::headless::HeadlessFilmObserver films;
   /// What the inventory sees; a test may put another system there.
   std::shared_ptr<RecordedSystem> storage = std::make_shared<RecordedSystem>(platform::PropertyDictionary{});

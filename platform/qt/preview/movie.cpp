@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/qt/language.h"
 #include "platform/qt/preview/open_movies.h"
 
 namespace zelvo::platform::qt {
@@ -13,15 +14,14 @@ namespace zelvo::platform::qt {
 namespace {
 
 QString cannotBeShown() {
-  return QStringLiteral(
-      "The preview cannot open this film. You can save it, but another player may not open it either.");
+  return translated("The preview cannot open this film. You can save it, but another player may not open it either.");
 }
 QString onlySound() {
-  return QStringLiteral(
+  return translated(
       "The picture of this film cannot be shown here, only its sound be heard. You can save it and try another "
       "player.");
 }
-QString isNotThere() { return QStringLiteral("The film is not there any more."); }
+QString isNotThere() { return translated("The film is not there any more."); }
 
 /// What a line of a picture is made of, so that every line begins where drawing is fastest.
 struct alignas(64) Stretch {
