@@ -4,6 +4,10 @@
 <context>
     <name>zelvo</name>
     <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
         <source>%1 % of film data</source>
         <translation>%1 % der Filmdaten</translation>
     </message>
@@ -66,6 +70,10 @@
     <message>
         <source>%1 Nothing was saved, and the repaired file is still there: you can press Save again.</source>
         <translation>%1 Es wurde nichts gespeichert, und die reparierte Datei ist noch da: Sie können noch einmal „Speichern“ drücken.</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
     <message>
         <source>%1 of %2 copied</source>
@@ -508,6 +516,14 @@
         <translation>fehlt</translation>
     </message>
     <message>
+        <source>Mute</source>
+        <translation>Stumm schalten</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Stumm</translation>
+    </message>
+    <message>
         <source>Name</source>
         <translation>Name</translation>
     </message>
@@ -616,12 +632,24 @@
         <translation>überschrieben</translation>
     </message>
     <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
         <source>Pictures</source>
         <translation>Bilder</translation>
     </message>
     <message>
+        <source>Place in the film</source>
+        <translation>Stelle im Film</translation>
+    </message>
+    <message>
         <source>Places</source>
         <translation>Orte</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Abspielen</translation>
     </message>
     <message>
         <source>Please answer the message first.</source>
@@ -653,6 +681,10 @@
     </message>
     <message>
         <source>Preview of the film, not playing</source>
+        <translation>Vorschau des Films, angehalten</translation>
+    </message>
+    <message>
+        <source>Preview of the film, paused</source>
         <translation>Vorschau des Films, angehalten</translation>
     </message>
     <message>
@@ -746,6 +778,10 @@
     <message>
         <source>sound</source>
         <translation>Ton</translation>
+    </message>
+    <message>
+        <source>Sound on</source>
+        <translation>Ton einschalten</translation>
     </message>
     <message>
         <source>Step %1 of 3: %2</source>
@@ -1058,6 +1094,10 @@
     <message>
         <source>Videos</source>
         <translation>Videos</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Lautstärke</translation>
     </message>
     <message>
         <source>Waiting until the repair before this one has ended. Its last step cannot be cut short.</source>

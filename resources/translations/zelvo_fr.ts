@@ -4,6 +4,10 @@
 <context>
     <name>zelvo</name>
     <message>
+        <source>%1 %</source>
+        <translation>%1 %</translation>
+    </message>
+    <message>
         <source>%1 % of film data</source>
         <translation>%1 % des données du film</translation>
     </message>
@@ -66,6 +70,10 @@
     <message>
         <source>%1 Nothing was saved, and the repaired file is still there: you can press Save again.</source>
         <translation>%1 Rien n’a été enregistré, et le fichier réparé est toujours là : vous pouvez appuyer à nouveau sur « Enregistrer ».</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 sur %2</translation>
     </message>
     <message>
         <source>%1 of %2 copied</source>
@@ -508,6 +516,14 @@
         <translation>manquant</translation>
     </message>
     <message>
+        <source>Mute</source>
+        <translation>Couper le son</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Son coupé</translation>
+    </message>
+    <message>
         <source>Name</source>
         <translation>Nom</translation>
     </message>
@@ -616,12 +632,24 @@
         <translation>écrasé</translation>
     </message>
     <message>
+        <source>Pause</source>
+        <translation>Pause</translation>
+    </message>
+    <message>
         <source>Pictures</source>
         <translation>Images</translation>
     </message>
     <message>
+        <source>Place in the film</source>
+        <translation>Position dans le film</translation>
+    </message>
+    <message>
         <source>Places</source>
         <translation>Emplacements</translation>
+    </message>
+    <message>
+        <source>Play</source>
+        <translation>Lire</translation>
     </message>
     <message>
         <source>Please answer the message first.</source>
@@ -654,6 +682,10 @@
     <message>
         <source>Preview of the film, not playing</source>
         <translation>Aperçu du film, à l’arrêt</translation>
+    </message>
+    <message>
+        <source>Preview of the film, paused</source>
+        <translation>Aperçu du film, en pause</translation>
     </message>
     <message>
         <source>Preview of the film, playing</source>
@@ -746,6 +778,10 @@
     <message>
         <source>sound</source>
         <translation>son</translation>
+    </message>
+    <message>
+        <source>Sound on</source>
+        <translation>Activer le son</translation>
     </message>
     <message>
         <source>Step %1 of 3: %2</source>
@@ -1058,6 +1094,10 @@
     <message>
         <source>Videos</source>
         <translation>Vidéos</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Volume</translation>
     </message>
     <message>
         <source>Waiting until the repair before this one has ended. Its last step cannot be cut short.</source>
