@@ -4,11 +4,18 @@
 /// Order of use: construct, `wire`, `start`, serve events, `programEnds`, wait for the workers, destroy.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "deep/deep_services.h"
+#include "deep/film_runs.h"
+#include "deep/films_page.h"
+#include "deep/questions.h"
+#include "deep/result_page.h"
+#include "deep/run_page.h"
+#include "deep/scratch_folder.h"
 #include "platform/actions.h"
 #include "platform/deep_outlets.h"
 #include "platform/film_observer.h"
@@ -39,10 +46,23 @@ class DeepRepair final : public platform::FilmObserver {
   void programEnds() override;
 
  private:
+  void repairChosen();
+  void repairOffered();
+  void repair(const std::string& input);
+  /// Once more what the result page shows.
+  void repairWithDonor(const std::string& donor);
+  void repaired(const std::shared_ptr<const RepairedFilm>& film, platform::DeepPage returnsTo);
+  void failed(const RepairedFilm& film);
   void hideOffers();
 
-  DeepServices services_;
-  platform::DeepOutlets outlets_;
+  const DeepServices services_;
+  const platform::DeepOutlets outlets_;
+  Questions questions_;
+  ScratchFolder scratch_;
+  FilmRuns runs_;
+  RunPage runPage_;
+  ResultPage resultPage_;
+  FilmsPage filmsPage_;
   std::optional<std::string> chosen_;   ///< on the first page
   std::optional<std::string> offered_;  ///< that an offer is about
 };

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/clipboard.h"
+#include "platform/clock.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
 #include "platform/film_choosers.h"
@@ -35,6 +36,7 @@ struct DeepServices {
   platform::LockedFiles& lockedFiles;
   platform::Workers& workers;
   platform::MainQueue& mainQueue;
+  platform::Clock& clock;
   platform::Log& log;
   platform::Sheets& sheets;
   platform::AlertPanels& alertPanels;

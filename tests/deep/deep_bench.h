@@ -4,12 +4,14 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "deep/deep_repair.h"
 #include "platform/headless/actions.h"
+#include "platform/headless/clock.h"
 #include "platform/headless/deep_screen.h"
 #include "platform/headless/events.h"
 #include "platform/headless/film_choosers.h"
@@ -25,17 +27,45 @@
 #include "platform/linux/files.h"
 #include "platform/linux/locked_files.h"
 #include "platform/linux/new_files.h"
+#include "salvage/salvage_report.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelvo::tests {
+
+/// A film with a stream of pictures and one of sound, of which two pictures are lost and one is hurt.
+[[nodiscard]] salvage::SalvageReport hurtReport();
+/// Of that film when nothing of it can be brought back.
+[[nodiscard]] salvage::SalvageReport hopelessReport();
 
 class DeepTest : public testing::Test {
  protected:
   DeepTest();
 
+  using Program = platform::headless::PlayedProgram;
+
   bool press(platform::headless::HeadlessButton& button) { return actions.press(button); }
-  /// Lets every worker that waits run to its end, with what it asks of the main thread.
+  /// Lets every worker that waits run to its end, with what it asks of the main thread. Programs do as `play` says; one
+  /// that was stopped ends as they do then.
   void runWorkers();
+
+  /// Puts a damaged film there and chooses it.
+  std::string choose(const std::string& name = "broken.avi");
+  /// The same, repaired as `report` says, up to its result page.
+  std::string reachResult();
+
+  /// The program tells its end, and ends with `exit`.
+  static void end(Program& program, int exit, const std::string& reason = {});
+  /// It writes what it was asked for, and ends.
+  void repair(Program& program) const;
+  /// It tells how far it is.
+  static void tell(Program& program, const std::string& stage, std::uint64_t done, std::uint64_t all);
+  /// What follows an option of its command line, of the last such option; empty without one.
+  [[nodiscard]] static std::string valueOf(const Program& program, const std::string& option);
+
+  /// Titles of the alerts that were shown since the last look.
+  std::vector<std::string> takeAlerts();
+  /// Names in the folder of films that are not saved yet, below the window's own.
+  [[nodiscard]] std::vector<std::string> scratchNames();
 
   TempFolder temp;
   platform::headless::Events events;
@@ -45,6 +75,7 @@ class DeepTest : public testing::Test {
   platform::linux_::LinuxFileManager fileManager;
   platform::linux_::LinuxNewFiles newFiles;
   platform::linux_::LinuxLockedFiles lockedFiles;
+  platform::headless::HeadlessClock clock{&events};
   platform::headless::HeadlessLog log{&events};
   platform::headless::HeadlessSheets sheets{queue, &events};
   platform::headless::HeadlessAlertPanels alerts{&events};
@@ -58,6 +89,13 @@ class DeepTest : public testing::Test {
   platform::headless::HeadlessActions actions;
   platform::headless::DeepScreen screen;
   std::unique_ptr<deep::DeepRepair> deepRepair;
+  /// What running programs do when they are waited for.
+  std::function<void(Program&)> play = [this](Program& program) { repair(program); };
+  salvage::SalvageReport report = hurtReport();
+  std::string repairedBytes = "the repaired film";
+
+ private:
+  std::size_t alertsSeen_ = 0;
 };
 
 }  // namespace zelvo::tests

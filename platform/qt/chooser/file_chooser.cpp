@@ -122,7 +122,7 @@ void FileChooser::say(const QString& sentence) {
 void FileChooser::addTickBox(const QString& text, bool isTicked) {
   tickBox_ = new QCheckBox(text);
   tickBox_->setChecked(isTicked);
-  rows_->insertWidget(rows_->count() - 1, tickBox_);
+  rows_->insertWidget(rows_->count() - 1, tickBox_, 0, Qt::AlignLeft);
 }
 
 void FileChooser::setNote(const QString& note) { note_->setWholeText(note); }

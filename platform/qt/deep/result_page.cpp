@@ -2,8 +2,6 @@
 
 #include <QAccessible>
 #include <QHBoxLayout>
-#include <QScrollArea>
-#include <QTimer>
 #include <utility>
 
 #include "platform/qt/deep/verdict_looks.h"
@@ -204,12 +202,7 @@ void DeepResultPage::displayComparison(const DeepComparison& comparison) {
   comparison_->show();
   QAccessibleEvent said(comparison_, QAccessible::Alert);
   QAccessible::updateAccessibility(&said);
-  // Once it has its place.
-  QTimer::singleShot(0, this, [this] {
-    for (QWidget* above = comparison_->parentWidget(); above != nullptr; above = above->parentWidget()) {
-      if (auto* const area = qobject_cast<QScrollArea*>(above)) area->ensureWidgetVisible(comparison_);
-    }
-  });
+  bringIntoView(*comparison_);
 }
 
 void DeepResultPage::resizeEvent(QResizeEvent*) { arrange(); }

@@ -12,8 +12,8 @@ namespace zelvo::platform::qt {
 
 class OpenMovies;
 
-/// Thread: `play`, `stop`, `gotoBeginning`, `gotoTime` and the destructor any, taken over to the main thread in order; the rest
-/// main.
+/// Thread: `play`, `stop`, `gotoBeginning`, `gotoTime` and the destructor any, taken over to the main thread in order;
+/// the rest main.
 class QtMovie final : public ShownMovie {
  public:
   /// `openMovies` outlives the movie. Opens nothing. Thread: any.

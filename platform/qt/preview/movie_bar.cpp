@@ -132,7 +132,7 @@ void MovieBar::showTime(const QString& time, const QString& length) {
 void MovieBar::showLoudness() {
   mute_->show(loudness_.isMuted ? MovieBarButton::Sign::mute : MovieBarButton::Sign::sound,
               loudness_.isMuted ? texts::unmute() : texts::mute());
-  volume_->showValue(loudness_.isMuted ? 0 : loudness_.percent, kLoudest);
+  volume_->showValue(loudness_.percent, kLoudest);
   volume_->setWords(loudness_.isMuted ? texts::muted() : texts::percentOf(loudness_.percent));
 }
 

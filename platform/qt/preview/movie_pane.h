@@ -28,6 +28,9 @@ class MoviePane final : public QWidget {
   /// Where the loudness is remembered; all panes with the same settings share it. `settings` outlives the pane.
   void setSettings(Settings& settings) { bar_->setSettings(settings); }
 
+  /// That of a movie alone: the bar takes its room from the picture.
+  [[nodiscard]] QSize sizeHint() const override { return movie_->sizeHint(); }
+
  private:
   MovieWidget* movie_;
   MovieBar* bar_;

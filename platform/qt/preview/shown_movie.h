@@ -41,6 +41,7 @@ class ShownMovie : public Movie {
   /// From `play` until its end or `stop`, pauses included.
   [[nodiscard]] virtual bool isPlaying() const = 0;
 
+  // Decision: preview, A pause is not a stop
   /// Lets a movie that plays stand still, or go on. It still plays to whoever waits for its end. Changes nothing about
   /// one that does not play.
   virtual void setPaused(bool paused) = 0;

@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QPainter>
-#include <QScrollArea>
+#include <QTimer>
 
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/texts.h"
@@ -44,6 +44,8 @@ class PageArea final : public QScrollArea {
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(QString());
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+      // Under a button of the mouse nothing may move: the release would miss what was pressed.
+      if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
       if (now != nullptr && widget() != nullptr && widget()->isAncestorOf(now)) ensureWidgetVisible(now);
     });
   }
@@ -111,11 +113,19 @@ WindowPage::WindowPage(const PageParts& parts, QWidget* middle)
   body_ = new QVBoxLayout(content);
   body_->setContentsMargins(kPageMargin, kPageMargin * 3 / 4, kPageMargin, kPageMargin * 3 / 4);
   body_->setSpacing(kPageGap);
-  auto* const area = new PageArea;
-  area->setWidget(content);
-  area->viewport()->setAutoFillBackground(false);  // the ground shows through
+  area_ = new PageArea;
+  area_->setWidget(content);
+  area_->viewport()->setAutoFillBackground(false);  // the ground shows through
   content->setAutoFillBackground(false);
-  all->addWidget(area, 1);
+  all->addWidget(area_, 1);
+}
+
+void WindowPage::bringIntoView(QWidget& part) {
+  QTimer::singleShot(0, &part, [this, &part] {
+    QEvent request(QEvent::LayoutRequest);
+    QCoreApplication::sendEvent(area_->widget(), &request);  // so that the part has its place
+    area_->ensureWidgetVisible(&part);
+  });
 }
 
 QLabel* headline(const QString& text) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -45,6 +46,8 @@ class WindowPage : public QWidget {
 
  protected:
   [[nodiscard]] QVBoxLayout* body() const { return body_; }
+  /// Scrolls to a part of the page that was shown just now.
+  void bringIntoView(QWidget& part);
   void setFilled(QtButton& button) { filled_ = &button; }
   void setSaving(QtButton& button) { saving_ = &button; }
 
@@ -53,6 +56,7 @@ class WindowPage : public QWidget {
   WindowPage(const PageParts& parts, QWidget* middle);
 
   QVBoxLayout* body_;
+  QScrollArea* area_;
   QWidget* firstFocus_ = nullptr;
   QtButton* filled_ = nullptr;
   QtButton* saving_ = nullptr;

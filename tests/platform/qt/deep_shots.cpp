@@ -82,7 +82,7 @@ void showResults(WindowBench& bench, const std::string& film, const std::functio
   deep.result.show(partialResult());
   deep.pages.show(DeepPage::result);
   bench.until([&bench] {
-    const QImage shown = bench.deepMovie->grab().toImage();
+    const QImage shown = bench.deepMovie->movie().grab().toImage();
     const QColor middle = shown.pixelColor(shown.rect().center());
     return middle != bench.deepMovie->palette().color(QPalette::Window) && middle != QColor(Qt::white);
   });

@@ -13,8 +13,9 @@ using Ends = std::vector<platform::NotificationSender*>;
 class MovieBarFilm : public MovieBench {
  protected:
   void SetUp() override {
-    path_ =
-        filmOf("-f lavfi -i 'testsrc2=size=64x48:rate=1:duration=20,hue=H=2*PI*t/20' -c:v mjpeg -q:v 2", "long.avi");
+    path_ = filmOf(
+        "-f lavfi -i 'testsrc2=size=64x48:rate=1:duration=20,hue=H=2*PI*t/20' -c:v mjpeg -pix_fmt yuvj444p -q:v 2",
+        "long.avi");
     pictures_ = decoded(path_);
     ASSERT_EQ(pictures_.size(), 20U);
     show(path_);

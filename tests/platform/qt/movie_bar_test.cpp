@@ -179,9 +179,9 @@ TEST_F(MovieBarTest, SpacePlaysAndMMutes) {
   bench.key(Qt::Key_M);
   EXPECT_EQ(movie->loudness, (Loudness{100, true}));
   bench.key(Qt::Key_Down);
-  EXPECT_EQ(movie->loudness, (Loudness{0, false})) << "from what is heard: nothing";
+  EXPECT_EQ(movie->loudness, (Loudness{95, false})) << "who moves the volume wants to hear it";
   bench.key(Qt::Key_Up);
-  EXPECT_EQ(movie->loudness, (Loudness{5, false}));
+  EXPECT_EQ(movie->loudness, (Loudness{100, false}));
 }
 
 TEST_F(MovieBarTest, DragHoldsTheFilmAndLetsItGoOn) {
@@ -279,7 +279,6 @@ TEST_F(MovieBarTest, MuteAndVolumeReachTheMovie) {
   bench.click(bench.bar.muteButton());
   EXPECT_EQ(movie->loudness, (Loudness{100, true}));
   EXPECT_EQ(bench.bar.muteButton().accessibleName(), QStringLiteral("Sound on"));
-  EXPECT_EQ(volume.value(), 0);
   bench.click(bench.bar.muteButton());
   EXPECT_EQ(movie->loudness, (Loudness{100, false}));
   EXPECT_EQ(volume.value(), 100);

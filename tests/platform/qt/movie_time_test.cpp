@@ -293,7 +293,8 @@ TEST_F(MovieTime, SoundAloneHasTimeToo) {
 
 TEST_F(MovieTime, FilmWithoutSoundGoesToItsEnd) {
   const std::string path =
-      filmOf("-f lavfi -i 'testsrc2=size=64x48:rate=10:duration=1,hue=H=2*PI*t' -c:v mjpeg -q:v 2", "silent.avi");
+      filmOf("-f lavfi -i 'testsrc2=size=64x48:rate=10:duration=1,hue=H=2*PI*t' -c:v mjpeg -pix_fmt yuvj444p -q:v 2",
+             "silent.avi");
   const auto silent = std::dynamic_pointer_cast<ShownMovie>(load(path));
   const QImage last = decoded(path).back();
   silent->beginShow([] {});

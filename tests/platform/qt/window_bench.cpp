@@ -28,8 +28,8 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
   movie = new qt::MoviePane;
   movieView = std::make_unique<qt::QtMovieView>(queue, movie->movie());
   window = std::make_unique<qt::MainWindow>(queue, pictures, movie, *movieView);
-  deepMovie = new qt::MovieWidget;
-  deepMovieView = std::make_unique<qt::QtMovieView>(queue, *deepMovie);
+  deepMovie = new qt::MoviePane;
+  deepMovieView = std::make_unique<qt::QtMovieView>(queue, deepMovie->movie());
   deep = std::make_unique<qt::QtDeepPages>(*window, deepMovie, *deepMovieView);
   application = std::make_unique<qt::QtApplication>(queue, *window, platform::linux_::loopWakers());
   sheets = std::make_unique<qt::QtSheets>(window->panels(), queue);

@@ -126,7 +126,7 @@ class WindowBench {
   platform::qt::MoviePane* movie;
   std::unique_ptr<platform::qt::QtMovieView> movieView;
   std::unique_ptr<platform::qt::MainWindow> window;
-  platform::qt::MovieWidget* deepMovie;
+  platform::qt::MoviePane* deepMovie;
   std::unique_ptr<platform::qt::QtMovieView> deepMovieView;
   std::unique_ptr<platform::qt::QtDeepPages> deep;
   std::unique_ptr<platform::qt::QtApplication> application;
