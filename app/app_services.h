@@ -9,6 +9,7 @@
 #include "platform/clock.h"
 #include "platform/file_manager.h"
 #include "platform/files.h"
+#include "platform/film_observer.h"
 #include "platform/log.h"
 #include "platform/main_queue.h"
 #include "platform/movies.h"
@@ -21,6 +22,7 @@
 #include "platform/sheets.h"
 #include "platform/storage_view.h"
 #include "platform/tracking.h"
+#include "platform/translator.h"
 #include "platform/workers.h"
 #include "platform/workspace.h"
 #include "update/update_operations.h"
@@ -52,10 +54,13 @@ struct AppServices {
   const platform::PathMapper& paths;
   platform::PathProbe& pathProbe;  ///< asked before the main thread looks at a path that the user named
   update::UpdateOperations& updateCheck;
+  platform::FilmObserver& films;  ///< hears of the chosen film
   /// Reads the machine's storage again.
   std::function<platform::StorageView()> lookAtStorage;
   platform::PrintSink& printed;  ///< where the inventory's dumps and failures go: standard output
   std::string homeDirectory;     ///< the user's, without a slash at its end
+  /// Says what the application says on its own. What is given is said in English.
+  const platform::Translator& translator = platform::englishTranslator();
 };
 
 }  // namespace zelvo::app

@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -22,6 +23,7 @@
 #include "app/explained_sheets.h"
 #include "app/run_guard.h"
 #include "app/scratch_path.h"
+#include "app/shown_size.h"
 #include "avi/write_failure.h"
 #include "engine/padded_copy.h"
 #include "engine/progress_relay.h"
@@ -90,6 +92,10 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void stopProgress(platform::Button* sender);
   /// Runs `stopProgress` on a thread of its own. No flow calls it.
   void stopit();
+  /// The button of a sheet about the run, which does `answer`. A refused film, and what the result page shows from then
+  /// on, is told to the observer.
+  void answerRefusal(void (engine::RepairFile::*answer)(platform::Button*), platform::Button* sender);
+  void answerCompletion(platform::Button* sender);
   /// `stopRepairOk:`
   void stopRepairOk(platform::Button* sender);
   /// `stopRepairCancel:`
@@ -243,12 +249,20 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
     std::uint64_t number = 0;
     std::shared_ptr<engine::Run> run;
     bool atWork = true;
+    std::optional<platform::FilmVerdict> verdict = {};  ///< once it is known
+    bool isResultShown = false;
   };
 
   void openPanelEnded(const platform::OpenPanel& openPanel, int returnCode, bool logsSize);
   void fileChosen(const std::string& file, bool logsSize);
-  /// An alert: what the user named does not answer.
-  void reportNotAnswering(const char* title);
+  /// A text of the application's own, in the language of whoever reads it; "%1" and so on are the values.
+  [[nodiscard]] std::string translated(std::string_view english,
+                                       std::initializer_list<std::string_view> values = {}) const {
+    return platform::filled(services_.translator.translated(english), values);
+  }
+  [[nodiscard]] std::string sizeWords(std::uint64_t bytes) const { return shownSize(bytes, services_.translator); }
+  /// An alert with one button: what the user named does not answer.
+  void reportNotAnswering(std::string_view title);
   /// Asks the place of a save, and beside it the input, before anything of them is looked at. True when the place
   /// answers; whether the input does is kept in `inputAnswers_`.
   [[nodiscard]] bool placeAnswers(const std::string& folder);
@@ -273,6 +287,8 @@ class Orlin_Repair_AVIAppDelegate final : public engine::ProgressRelay,
   void workOn(std::uint64_t number, const std::shared_ptr<engine::Run>& run);
   void runEnded(std::uint64_t number, const engine::Run& run, const std::optional<avi::WriteFailure>& failure);
   void abandonShownRun();
+  /// Tells what the shown run kept, once the result page shows it.
+  void tellJudgement();
   void reportWriteFailure(const engine::Run& run, const avi::WriteFailure& failure);
   /// True at once when no rebuilt file is being written; otherwise shows the notice and answers whether the file is
   /// there now.

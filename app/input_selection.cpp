@@ -64,20 +64,21 @@ bool Orlin_Repair_AVIAppDelegate::chooseFile(const std::string& file) {
 }
 
 void Orlin_Repair_AVIAppDelegate::offerFile(const std::string& file) {
-  if (!services_.pathProbe.answers({file})) return reportNotAnswering(texts::kCannotBeChosenTitle);
+  if (!services_.pathProbe.answers({file})) return reportNotAnswering(translated(texts::kCannotBeChosenTitle));
   const auto there = services_.fileManager.attributesFollowingLinks(file);
   const bool isFile = there && there->kind == platform::FileAttributes::Kind::regularFile;
   if (isFile && chooseFile(file)) return;
-  services_.alertPanels.runAlertPanel({.title = texts::kCannotBeChosenTitle,
-                                       .message = isFile ? texts::kNotAFilmMessage : texts::kNoSuchFilmMessage,
-                                       .defaultButton = texts::kOk,
-                                       .alternateButton = std::nullopt,
-                                       .otherButton = std::nullopt});
+  services_.alertPanels.runAlertPanel(
+      {.title = translated(texts::kCannotBeChosenTitle),
+       .message = translated(isFile ? texts::kNotAFilmMessage : texts::kNoSuchFilmMessage),
+       .defaultButton = texts::kOk,
+       .alternateButton = std::nullopt,
+       .otherButton = std::nullopt});
 }
 
-void Orlin_Repair_AVIAppDelegate::reportNotAnswering(const char* title) {
-  services_.alertPanels.runAlertPanel({.title = title,
-                                       .message = texts::kNotAnsweringMessage,
+void Orlin_Repair_AVIAppDelegate::reportNotAnswering(std::string_view title) {
+  services_.alertPanels.runAlertPanel({.title = std::string(title),
+                                       .message = translated(texts::kNotAnsweringMessage),
                                        .defaultButton = texts::kOk,
                                        .alternateButton = std::nullopt,
                                        .otherButton = std::nullopt});
@@ -102,6 +103,7 @@ void Orlin_Repair_AVIAppDelegate::fileChosen(const std::string& file, bool logsS
        }});
   runGuard_.choiceMade();
   showWorkingFolder();
+  services_.films.filmChosen(file);
 }
 
 }  // namespace zelvo::app

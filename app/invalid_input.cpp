@@ -9,8 +9,8 @@ namespace zelvo::app {
 namespace {
 
 struct Explanation {
-  std::string_view title = texts::kInvalidTitle;
-  std::string text{texts::kInvalidMessage};
+  std::string title;
+  std::string text;
 };
 
 /// A link shorter than this is never looked into.
@@ -20,8 +20,7 @@ constexpr std::uint64_t kSmallestInput = avi::InputFile::kBlockSize;
 
 void Orlin_Repair_AVIAppDelegate::explainInvalidInput(const engine::Run& run) {
   const std::string input = run.path.value_or("");
-  const std::string unchanged(texts::kNothingChanged);
-  Explanation why;
+  Explanation why = {translated(texts::kInvalidTitle), translated(texts::kInvalidMessage)};
   const auto attributes = services_.fileManager.attributes(input);
   const std::error_code opening = services_.files.openForReading(input).error;
   const auto& opened = repair1->inputfilehandle;
@@ -29,13 +28,14 @@ void Orlin_Repair_AVIAppDelegate::explainInvalidInput(const engine::Run& run) {
   const bool isLink = attributes && attributes->kind == platform::FileAttributes::Kind::symbolicLink;
   if (isLink && (run.inputfilesize < kSmallestInput || opening)) {
     const auto target = services_.fileManager.linkTarget(input);
-    why = {texts::kLinkTitle,
-           std::string(texts::kLinkMessage) + (target ? " It leads to " + *target + "." : "") + unchanged};
+    const std::string text =
+        target ? translated(texts::kLinkMessageWithTarget, {*target}) : translated(texts::kLinkMessage);
+    why = {translated(texts::kLinkTitle), translated(texts::kNothingChanged, {text})};
   } else if (!attributes || opening == std::errc::no_such_file_or_directory) {
-    why = {texts::kGoneTitle, std::string(texts::kNoSuchFilmMessage)};
+    why = {translated(texts::kGoneTitle), translated(texts::kNoSuchFilmMessage)};
   } else if (opening || failed.count > 0) {
-    why = {texts::kUnreadableTitle, std::string(texts::kUnreadableMessage) +
-                                        (opening ? opening : failed.firstCause).message() + "." + unchanged};
+    const std::string said = translated(texts::kSystemSays, {(opening ? opening : failed.firstCause).message()});
+    why = {translated(texts::kUnreadableTitle), translated(texts::kNothingChanged, {said})};
   }
   outlets.own.invalidfilehead.setTitle(why.title);
   outlets.own.invalidfiletext.setStringValue(why.text);

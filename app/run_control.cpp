@@ -162,6 +162,7 @@ void Orlin_Repair_AVIAppDelegate::forgetPath() {
   engine::path.set("");
   outlets.pathfield.setStringValue("");
   engine::path.set(std::nullopt);
+  services_.films.choiceCleared();
 }
 
 void Orlin_Repair_AVIAppDelegate::endAndHide(platform::Window& sheet) {

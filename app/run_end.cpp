@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "app/controller.h"
-#include "app/shown_size.h"
 #include "app/texts.h"
 #include "engine/globals.h"
 #include "platform/paths.h"
@@ -31,7 +30,10 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
   // On the main thread, before the sheet that a run asks for next.
   run->found = [this, number](const platform::FilmReport& report) {
     services_.mainQueue.perform([this, number, report] {
-      if (runGuard_.shows(number)) outlets.own.filmreport.show(report);
+      if (!runGuard_.shows(number)) return;
+      outlets.own.filmreport.show(report);
+      if (shownRun_) shownRun_->verdict = report.verdict;
+      tellJudgement();
     });
   };
   run->rejected = [this](platform::Rejection reason) { outlets.own.rejectionreason.show(reason); };
@@ -40,7 +42,7 @@ void Orlin_Repair_AVIAppDelegate::startRun() {
   shownRun_ = ShownRun{number, run};
   runs_.push_back(run);
   const bool waits = lastWorker_ && !lastWorker_->finished();
-  outlets.own.waitingtext.setStringValue(waits ? texts::kWaitsForOtherRun : "");
+  outlets.own.waitingtext.setStringValue(waits ? translated(texts::kWaitsForOtherRun) : "");
   mythread = services_.workers.start(run->cancel, [this, number, run, before = lastWorker_] {
     if (before) before->join();
     workOn(number, run);
@@ -99,6 +101,26 @@ void Orlin_Repair_AVIAppDelegate::runEnded(std::uint64_t number, const engine::R
   reportWriteFailure(run, *failure);
 }
 
+void Orlin_Repair_AVIAppDelegate::answerRefusal(void (engine::RepairFile::*answer)(platform::Button*),
+                                                platform::Button* sender) {
+  const std::optional<std::string> refused = engine::path.get();
+  (*repair1.*answer)(sender);
+  services_.films.choiceCleared();
+  if (refused) services_.films.filmRefused(*refused);
+}
+
+void Orlin_Repair_AVIAppDelegate::answerCompletion(platform::Button* sender) {
+  repair1->repairCompletedOk(sender);
+  if (!shownRun_) return;
+  shownRun_->isResultShown = true;
+  tellJudgement();
+}
+
+void Orlin_Repair_AVIAppDelegate::tellJudgement() {
+  if (!shownRun_ || !shownRun_->isResultShown || !shownRun_->verdict) return;
+  services_.films.filmJudged(shownRun_->run->path.value_or(""), *shownRun_->verdict);
+}
+
 void Orlin_Repair_AVIAppDelegate::abandonShownRun() {
   if (!shownRun_) return;
   if (shownRun_->atWork) shownRun_->run->cancel->abandon();
@@ -116,17 +138,18 @@ void Orlin_Repair_AVIAppDelegate::reportWriteFailure(const engine::Run& run, con
   outlets.tabview.selectFirstTabViewItem();
   removeScratch(run.internalpath);
 
-  std::string message = failure.cause.message() + ".";
+  const std::string cause = failure.cause.message();
+  const std::string folder = platform::folderOf(run.internalpath);
+  std::string message = cause + ".";
   if (platform::isShortage(failure.cause)) {
-    message = failure.cause == std::errc::not_enough_memory ? texts::kNoMemory : texts::kNoThread;
-  } else if (const auto space = services_.fileManager.freeSpace(platform::folderOf(run.internalpath))) {
-    message += " " + shownSize(*space) + " are free in " + platform::folderOf(run.internalpath);
-    if (bytesToWrite_ != 0) message += ", and the repaired file takes " + shownSize(bytesToWrite_);
-    message += ".";
+    message = translated(failure.cause == std::errc::not_enough_memory ? texts::kNoMemory : texts::kNoThread);
+  } else if (const auto space = services_.fileManager.freeSpace(folder)) {
+    message = bytesToWrite_ == 0 ? translated(texts::kRoomThere, {cause, sizeWords(*space), folder})
+                                 : translated(texts::kRoomThereAndNeeded,
+                                              {cause, sizeWords(*space), folder, sizeWords(bytesToWrite_)});
   }
-  message += " Nothing was changed in your file, and it is still chosen: you can press Repair again.";
-  services_.alertPanels.runAlertPanel({.title = texts::kWriteFailedTitle,
-                                       .message = std::move(message),
+  services_.alertPanels.runAlertPanel({.title = translated(texts::kWriteFailedTitle),
+                                       .message = translated(texts::kRepairNotWritten, {message}),
                                        .defaultButton = texts::kOk,
                                        .alternateButton = std::nullopt,
                                        .otherButton = std::nullopt});
@@ -139,9 +162,9 @@ bool Orlin_Repair_AVIAppDelegate::waitForRebuiltFile() {
   const std::shared_ptr<engine::Run> run = shownRun_->run;
   waiting_ = true;
   const bool finished =
-      services_.waitPanels.runWaitPanel({.title = texts::kFinishingTitle,
-                                         .message = texts::kFinishingMessage,
-                                         .cancelButton = texts::kFinishingCancel,
+      services_.waitPanels.runWaitPanel({.title = translated(texts::kFinishingTitle),
+                                         .message = translated(texts::kFinishingMessage),
+                                         .cancelButton = translated(texts::kCancel),
                                          .percent = [this] { return writtenPercent(); },
                                          .finished = [this] { return !shownRun_ || !shownRun_->atWork; }});
   waiting_ = false;

@@ -6,7 +6,6 @@
 
 #include "app/controller.h"
 #include "app/globals.h"
-#include "app/shown_size.h"
 #include "app/texts.h"
 #include "app/write_out.h"
 #include "engine/globals.h"
@@ -38,14 +37,14 @@ platform::NameVerdict Orlin_Repair_AVIAppDelegate::judgeSaveName(const std::stri
   const std::string file = path + std::string(texts::kSavedFile);
   if (!placeAnswers(path)) return {};  // told when the panel has ended
   if (inputAnswers_ && platform::areOneFile(services_.fileManager, file, engine::path.get())) {
-    return {Kind::refused, texts::kWouldReplaceInput};
+    return {Kind::refused, translated(texts::kWouldReplaceInput)};
   }
   const auto there = services_.fileManager.attributesFollowingLinks(path);
   if (there && there->kind != platform::FileAttributes::Kind::folder) {
-    return {Kind::refused, "A file of that name is there already. Please choose another name."};
+    return {Kind::refused, translated(texts::kNameIsAFile)};
   }
   if (services_.fileManager.exists(file)) {
-    return {Kind::ask, "That folder already holds a file repaired.avi. Replace it?"};
+    return {Kind::ask, translated(texts::kReplaceSaved)};
   }
   return {};
 }
@@ -67,7 +66,7 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   panelThatEnded.endSheet();
   panelThatEnded.orderOut();
   if (!placeAnswers(*chosen)) {  // Decision: inventory, A child asks paths that may hang
-    reportNotAnswering(texts::kCannotSaveThereTitle);
+    reportNotAnswering(translated(texts::kCannotSaveThereTitle));
     outlets.savebutton.setEnabled(true);
     return;
   }
@@ -94,8 +93,8 @@ void Orlin_Repair_AVIAppDelegate::savePanelDidEnd(platform::SavePanel& panelThat
   saveCancel_ = std::make_shared<platform::CancelMark>();
   if (!services_.workers.start(saveCancel_, [this, cancel = saveCancel_] { savemethod(cancel); })) {
     // Without it the save would never be told complete.
-    services_.alertPanels.runAlertPanel({.title = texts::kWriteFailedTitle,
-                                         .message = std::string(texts::kNoThread) + texts::kSaveNotBegun,
+    services_.alertPanels.runAlertPanel({.title = translated(texts::kWriteFailedTitle),
+                                         .message = translated(texts::kSaveNotBegun, {translated(texts::kNoThread)}),
                                          .defaultButton = texts::kOk,
                                          .alternateButton = std::nullopt,
                                          .otherButton = std::nullopt});
@@ -122,31 +121,35 @@ void Orlin_Repair_AVIAppDelegate::saveFile() {
 
 // Decision: runs, An incomplete save says so
 void Orlin_Repair_AVIAppDelegate::reportSaved(const std::optional<std::string>& incomplete) {
-  outlets.own.savecompletedhead.setTitle(incomplete ? texts::kSaveIncompleteTitle : texts::kSavedTitle);
+  outlets.own.savecompletedhead.setTitle(translated(incomplete ? texts::kSaveIncompleteTitle : texts::kSavedTitle));
   outlets.own.savecompletedhead.setSign(incomplete ? platform::SheetSign::warning : platform::SheetSign::done);
-  outlets.own.savedsizelabel.setStringValue(incomplete ? texts::kLastNotSaved : texts::kLastSaved);
+  outlets.own.savedsizelabel.setStringValue(translated(incomplete ? texts::kLastNotSaved : texts::kLastSaved));
+  if (!incomplete) {
+    outlets.savecompletedtext.setStringValue(translated(texts::kSaveComplete, {savingNameFromUser}));
+    return;
+  }
+  const std::string text = translated(texts::kSaveIncomplete, {*incomplete});
   // On the sheet of the progress too, which stays alone when the progress has no step.
-  if (incomplete) outlets.own.savedbytestext.setStringValue(std::string(texts::kSaveIncomplete) + *incomplete);
-  outlets.savecompletedtext.setStringValue(incomplete ? std::string(texts::kSaveIncomplete) + *incomplete
-                                                      : std::string(texts::kSaveComplete) + savingNameFromUser + ".");
+  outlets.own.savedbytestext.setStringValue(text);
+  outlets.savecompletedtext.setStringValue(text);
 }
 
 std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uint64_t size) {
-  const std::string elsewhere(texts::kSaveElsewhere);
+  const auto elsewhere = [this](const std::string& why) { return translated(texts::kSaveElsewhere, {why}); };
   const std::string rebuilt = unipath().value_or("");
   // The save panel refuses such a name; the file can still have come to stand there since.
   const bool isInput =
       inputAnswers_ && platform::areOneFile(services_.fileManager, savingNameFromUser, engine::path.get());
   if (isInput || platform::areOneFile(services_.fileManager, savingNameFromUser, rebuilt)) {
-    return texts::kWouldReplaceInput + elsewhere;
+    return elsewhere(translated(texts::kWouldReplaceInput));
   }
-  if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return error.message() + "." + elsewhere;
+  if (const auto error = services_.fileManager.createFile(savingNameFromUser)) return elsewhere(error.message() + ".");
   const auto from = services_.files.openForReading(rebuilt);
   const auto to = services_.files.openForWriting(savingNameFromUser);
-  if (!to.file) return to.error.message() + "." + elsewhere;
+  if (!to.file) return elsewhere(to.error.message() + ".");
   bool ended = false;
   const auto showCopied = [&](std::uint64_t bytes) {
-    outlets.own.savedbytestext.setStringValue(shownSize(bytes) + " of " + shownSize(size) + " copied");
+    outlets.own.savedbytestext.setStringValue(translated(texts::kCopied, {sizeWords(bytes), sizeWords(size)}));
   };
   WriteOut out(*to.file, services_.workers);
   showCopied(0);
@@ -159,13 +162,13 @@ std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uin
     } while (!ended && !out.mayGoOn());
     return !ended;
   });
-  if (!ended) outlets.own.savedbytestext.setStringValue(texts::kTakingTheLastBytes);
+  if (!ended) outlets.own.savedbytestext.setStringValue(translated(texts::kTakingTheLastBytes));
   for (out.finish(); !out.isFlushed();) services_.application.deliverRedraws();
   const auto closed = to.file->close();
-  if (copy.writeFailure) return copy.writeFailure->cause.message() + "." + elsewhere;
-  if (out.error()) return out.error().message() + "." + elsewhere;
-  if (closed) return closed.message() + "." + elsewhere;
-  if (ended) return "the program was asked to end." + elsewhere;
+  if (copy.writeFailure) return elsewhere(copy.writeFailure->cause.message() + ".");
+  if (out.error()) return elsewhere(out.error().message() + ".");
+  if (closed) return elsewhere(closed.message() + ".");
+  if (ended) return elsewhere(translated(texts::kProgramEnds));
   showCopied(size);
   return missingInCopy(size, from.error, copy);
 }
@@ -173,15 +176,16 @@ std::optional<std::string> Orlin_Repair_AVIAppDelegate::copyRebuiltFile(std::uin
 std::optional<std::string> Orlin_Repair_AVIAppDelegate::missingInCopy(std::uint64_t size,
                                                                       const std::error_code& opening,
                                                                       const engine::PaddedCopyEnd& end) const {
-  const std::string again(texts::kRepairAgain);
-  if (opening == std::errc::no_such_file_or_directory) return std::string(texts::kRebuiltFileGone) + again;
+  const auto again = [this](const std::string& why) { return translated(texts::kRepairAgain, {why}); };
+  if (opening == std::errc::no_such_file_or_directory) return again(translated(texts::kRebuiltFileGone));
   const std::error_code cause = opening ? opening : end.readFailures.firstCause;
+  const std::uint64_t cutOff = rebuiltSize_ > size ? rebuiltSize_ - size : 0;
   if (cause) {
-    return shownSize(std::max(end.missing, rebuiltSize_ > size ? rebuiltSize_ - size : 0)) +
-           std::string(texts::kRebuiltFileUnreadable) + ": " + cause.message() + "." + again;
+    const std::string unread = sizeWords(std::max(end.missing, cutOff));
+    return again(translated(texts::kRebuiltFileUnreadable, {unread, cause.message()}));
   }
-  const std::uint64_t gone = end.missing + (rebuiltSize_ > size ? rebuiltSize_ - size : 0);
-  if (gone > 0) return shownSize(gone) + std::string(texts::kRebuiltFileShort) + again;
+  const std::uint64_t gone = end.missing + cutOff;
+  if (gone > 0) return again(translated(texts::kRebuiltFileShort, {sizeWords(gone)}));
   return std::nullopt;
 }
 

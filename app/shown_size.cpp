@@ -1,19 +1,15 @@
 #include "app/shown_size.h"
 
-#include <array>
-#include <cstdio>
-
 namespace zelvo::app {
 
-std::string shownSize(std::uint64_t bytes) {
+std::string shownSize(std::uint64_t bytes, const platform::Translator& translator) {
   constexpr std::uint64_t kHalfOfATenth = 50000;
-  if (bytes < kHalfOfATenth) return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
-  std::array<char, 40> text{};
+  if (bytes == 1) return translator.translated("1 byte");
+  if (bytes < kHalfOfATenth) return platform::filled(translator.translated("%1 bytes"), {std::to_string(bytes)});
   constexpr std::uint64_t kMaxMegabytes = 10'000'000'000;
   const bool isLarge = bytes >= kMaxMegabytes;
-  const int length = std::snprintf(text.data(), text.size(), isLarge ? "%.1f GB" : "%.1f MB",
-                                   static_cast<double>(bytes) / (isLarge ? 1e9 : 1e6));
-  return {text.data(), static_cast<std::size_t>(length)};
+  return platform::filled(isLarge ? translator.translated("%1 GB") : translator.translated("%1 MB"),
+                          {translator.fixedPoint(static_cast<double>(bytes) / (isLarge ? 1e9 : 1e6), 1)});
 }
 
 }  // namespace zelvo::app

@@ -84,6 +84,7 @@ void Orlin_Repair_AVIAppDelegate::applicationDidFinishLaunching() {
 }
 
 bool Orlin_Repair_AVIAppDelegate::windowShouldClose() {
+  if (!services_.films.mayClose()) return false;
   result = services_.alertPanels.runAlertPanel({.title = texts::kQuitTitle,
                                                 .message = texts::kQuitMessage,
                                                 .defaultButton = texts::kQuitCancel,
@@ -102,6 +103,7 @@ void Orlin_Repair_AVIAppDelegate::applicationWillTerminate() {
   if (std::exchange(terminated_, true)) return;
   services_.application.setDelegate(outlets.mainWindow, nullptr);
   services_.notifications.removeObserver(this);
+  services_.films.programEnds();
   outlets.own.runprogress.follow({});
   runGuard_.close();
   for (const auto& one : runs_) {

@@ -4,18 +4,17 @@ namespace zelvo::app {
 
 namespace {
 
-/// Connects buttons to members of one target.
-template <class Target>
+/// Connects buttons to members of the controller.
 class Wiring {
  public:
-  Wiring(platform::Actions& actions, Target& target) : actions_(actions), target_(target) {}
-  void connect(platform::Button& button, void (Target::*action)(platform::Button*)) {
+  Wiring(platform::Actions& actions, Orlin_Repair_AVIAppDelegate& target) : actions_(actions), target_(target) {}
+  void connect(platform::Button& button, void (Orlin_Repair_AVIAppDelegate::*action)(platform::Button*)) {
     actions_.connect(button, [&target = target_, action](platform::Button& sender) { (target.*action)(&sender); });
   }
 
  private:
   platform::Actions& actions_;
-  Target& target_;
+  Orlin_Repair_AVIAppDelegate& target_;
 };
 
 }  // namespace
@@ -24,7 +23,7 @@ void wire(Orlin_Repair_AVIAppDelegate& controller, const platform::JobOutlets& j
           platform::Application& application) {
   using Controller = Orlin_Repair_AVIAppDelegate;
   const platform::ControllerOutlets& outlets = controller.outlets;
-  Wiring<Controller> window(actions, controller);
+  Wiring window(actions, controller);
 
   window.connect(outlets.browsebutton, &Controller::openFinderWindow);
   window.connect(outlets.own.workingfolderbutton, &Controller::chooseWorkingFolder);
@@ -49,10 +48,13 @@ void wire(Orlin_Repair_AVIAppDelegate& controller, const platform::JobOutlets& j
   window.connect(outlets.update2, &Controller::checkForUpdateClicked);
   window.connect(outlets.update3, &Controller::checkForUpdateClicked);
 
-  Wiring<engine::RepairFile> repair(actions, *controller.repair1);
-  repair.connect(job.repaircompletedokbutton, &engine::RepairFile::repairCompletedOk);
-  repair.connect(job.filenotsupportedokbutton, &engine::RepairFile::fileNotSupportedokOk);
-  repair.connect(job.invalidfileokbutton, &engine::RepairFile::invalidFileOk);
+  window.connect(job.repaircompletedokbutton, &Controller::answerCompletion);
+  const auto connectRefusal = [&](platform::Button& button, void (engine::RepairFile::*answer)(platform::Button*)) {
+    actions.connect(button,
+                    [&controller, answer](platform::Button& sender) { controller.answerRefusal(answer, &sender); });
+  };
+  connectRefusal(job.filenotsupportedokbutton, &engine::RepairFile::fileNotSupportedokOk);
+  connectRefusal(job.invalidfileokbutton, &engine::RepairFile::invalidFileOk);
 
   application.setTerminationHandler([&controller] { controller.terminateApplication(nullptr); });
 }

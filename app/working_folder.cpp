@@ -4,7 +4,6 @@
 // 3. Another one is chosen in a chooser of folders, and remembered.
 // Decision: runs, The working folder can be chosen
 #include "app/controller.h"
-#include "app/shown_size.h"
 #include "app/texts.h"
 #include "engine/globals.h"
 
@@ -12,9 +11,9 @@ namespace zelvo::app {
 
 std::string Orlin_Repair_AVIAppDelegate::roomIn(const std::string& folder) {
   // About: the rebuilt file leaves out what is damaged, and has an index of its own.
-  const std::string need = "about " + shownSize(engine::inputfilesize) + " are needed";
+  const std::string need = sizeWords(engine::inputfilesize);
   const auto space = services_.fileManager.freeSpace(folder);
-  return space ? shownSize(*space) + " are free, " + need : need;
+  return space ? translated(texts::kRoom, {sizeWords(*space), need}) : translated(texts::kUnknownRoom, {need});
 }
 
 void Orlin_Repair_AVIAppDelegate::showWorkingFolder() {
@@ -25,23 +24,21 @@ void Orlin_Repair_AVIAppDelegate::showWorkingFolder() {
     return;
   }
   if (!pair) {
-    outlets.own.workingfoldertext.setStringValue(texts::kNoWorkingFolder);
+    outlets.own.workingfoldertext.setStringValue(translated(texts::kNoWorkingFolder));
     return;
   }
-  outlets.own.workingfoldertext.setStringValue(std::string(texts::kWorkingFolder) + pair->folder + " (" +
-                                               roomIn(pair->folder) + ")");
+  outlets.own.workingfoldertext.setStringValue(translated(texts::kWorkingFolder, {pair->folder, roomIn(pair->folder)}));
 }
 
 void Orlin_Repair_AVIAppDelegate::reportNoWorkingFolder() {
   showWorkingFolder();
   const platform::ScratchObstacle obstacle = services_.scratchPaths.obstacle();
   const int answer = services_.alertPanels.runAlertPanel(
-      {.title = texts::kNoWorkingFolderTitle,
-       .message = std::string(texts::kNoWorkingFolderMessage) + obstacle.folder + ". " + texts::kSystemSays +
-                  obstacle.cause.message() + ". To repair this film, " + roomIn(obstacle.folder) + "." +
-                  std::string(texts::kNothingStarted),
-       .defaultButton = texts::kChooseAnotherFolder,
-       .alternateButton = texts::kFinishingCancel,
+      {.title = translated(texts::kNoWorkingFolderTitle),
+       .message = translated(texts::kNoWorkingFolderMessage,
+                             {obstacle.folder, obstacle.cause.message(), roomIn(obstacle.folder)}),
+       .defaultButton = translated(texts::kChooseAnotherFolder),
+       .alternateButton = translated(texts::kCancel),
        .otherButton = std::nullopt});
   if (answer == platform::kAlertDefault) chooseWorkingFolder(nullptr);
 }
@@ -53,7 +50,7 @@ void Orlin_Repair_AVIAppDelegate::chooseWorkingFolder(platform::Button*) {
   folders->setCanChooseDirectories(true);
   folders->setCanChooseFiles(false);
   folders->setAllowsMultipleSelection(false);
-  folders->setPrompt(texts::kUseFolder);
+  folders->setPrompt(translated(texts::kUseFolder));
   folders->beginSheetModalForWindow(outlets.mainWindow, [this, shown = folders.get()](int answer) {
     const std::optional<std::string> folder = shown->filename();
     if (answer == platform::kPanelOk && folder) useWorkingFolder(*folder);
@@ -65,8 +62,8 @@ void Orlin_Repair_AVIAppDelegate::useWorkingFolder(const std::string& folder) {
   showWorkingFolder();
   if (moved) return;
   services_.alertPanels.runAlertPanel(
-      {.title = texts::kFolderRefusedTitle,
-       .message = folder + texts::kFolderRefusedMessage + services_.scratchPaths.obstacle().cause.message() + ".",
+      {.title = translated(texts::kFolderRefusedTitle),
+       .message = translated(texts::kFolderRefusedMessage, {folder, services_.scratchPaths.obstacle().cause.message()}),
        .defaultButton = texts::kOk,
        .alternateButton = std::nullopt,
        .otherButton = std::nullopt});

@@ -22,7 +22,7 @@ struct Option {
                               int*,                         // a flag that may be repeated: how often
                               std::optional<std::string>*,  // one value
                               std::string*,                 // one value that must be there
-                              std::vector<std::string>*>;   // one or more values
+                              std::vector<std::string>*>;   // one or more values; behind a dash, one each time
   std::string names;  ///< "-o,--output", or "INPUT" for what stands without a dash; those must be there
   std::string help;
   Target target;

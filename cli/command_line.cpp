@@ -79,7 +79,9 @@ void addOption(CLI::App& app, const Option& option) {
                   option.names, [target](const std::string& value) { *target = value; }, option.help)
               ->allow_extra_args(false);
         } else {
-          return app.add_option(option.names, *target, option.help);
+          CLI::Option* const several = app.add_option(option.names, *target, option.help);
+          // Behind a dash each value has an option of its own.
+          return option.names.starts_with('-') ? several->allow_extra_args(false) : several;
         }
       },
       option.target);

@@ -90,10 +90,10 @@ void Console::progressLines(const std::vector<std::string>& lines) {
   write(stderr, erasing + progressLine_);
 }
 
-void Console::progress(std::string_view line) {
+void Console::progress(std::string_view line, const salvage::FilmStep& step) {
   if (!showsProgress()) return;
   if (progressTo_) {
-    progressTo_(line);
+    progressTo_(line, step);
     return;
   }
   std::string printable = platform::printableText(line);

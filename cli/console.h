@@ -12,12 +12,15 @@
 #include <vector>
 
 #include "platform/log.h"
+#include "salvage/batch_queue.h"
 
 namespace zelvo::cli {
 
 /// Thread: `logLine` any; the rest main.
 class Console {
  public:
+  using ProgressTaker = std::function<void(std::string_view line, const salvage::FilmStep& step)>;
+
   /// A result that goes to a terminal makes a progress line give way, which may stand on that very terminal.
   explicit Console(bool errorIsTerminal, bool resultIsTerminal = false)
       : errorIsTerminal_(errorIsTerminal), resultIsTerminal_(resultIsTerminal) {}
@@ -45,11 +48,12 @@ class Console {
   /// Whether anybody sees a progress line.
   [[nodiscard]] bool showsProgress() const { return (errorIsTerminal_ || progressTo_) && !quiet_; }
   /// Replaces the progress line; an empty one takes it away. None is drawn after a result whose line is not ended.
-  void progress(std::string_view line);
+  /// `step` says the same to whoever takes the progress.
+  void progress(std::string_view line, const salvage::FilmStep& step = {});
   /// The same of several lines, one below the other. What a terminal has no room for is cut off.
   void progressLines(const std::vector<std::string>& lines);
   /// From now on progress goes there, and is not drawn.
-  void setProgressTo(std::function<void(std::string_view line)> to) { progressTo_ = std::move(to); }
+  void setProgressTo(ProgressTaker to) { progressTo_ = std::move(to); }
 
  private:
   void writeError(std::string_view line);
@@ -63,7 +67,7 @@ class Console {
   bool resultLineIsOpen_ = false;  ///< on a terminal
   std::mutex mutex_;               ///< guards standard error and the progress line
   std::string progressLine_;       ///< what is drawn, with line ends between several
-  std::function<void(std::string_view)> progressTo_;
+  ProgressTaker progressTo_;
 };
 
 /// The log of a run: lines to the console when they are wanted.

@@ -88,7 +88,7 @@ void EngineJob::showProgress(ProgressLine& line, std::uint64_t inputSize) {
     all = inputSize;
     done = static_cast<std::uint64_t>(static_cast<double>(inputSize) * progress_.share());
   }
-  environment_.console.progress(line.text(now, stage, done, all));
+  environment_.console.progress(line.text(now, stage, done, all), line.step());
 }
 
 void EngineJob::beginWriting(Stage stage, std::uint64_t all) {

@@ -73,8 +73,11 @@ std::string ProgressLine::text(Clock::time_point now, Stage stage, std::uint64_t
   // Of a long path the end tells more.
   if (name.size() > kLongestShownName) name = printable(platform::nameOf(name_));
   std::string line = shortened(std::move(name), kLongestShownName) + ": " + std::string(stageName(stage));
+  step_ = {std::string(stageName(stage)), 0, 0};
   if (all == 0 || stage == Stage::flushing) return line;
   done = std::min(done, all);
+  step_.done = done;
+  step_.all = all;
   const double seconds = std::chrono::duration<double>(now - stageBegan_).count();
   line += ", " + fixedPoint(100.0 * static_cast<double>(done) / static_cast<double>(all), 0) + " %, " +
           megabytes(done) + " of " + megabytes(all) + " MB";

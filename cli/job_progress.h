@@ -7,6 +7,7 @@
 
 #include "engine/repair_observer.h"
 #include "platform/relaxed.h"
+#include "salvage/batch_queue.h"
 
 namespace zelvo::cli {
 
@@ -48,11 +49,14 @@ class ProgressLine {
   [[nodiscard]] bool isDue(Clock::time_point now) const { return now - last_ >= std::chrono::milliseconds(100); }
   /// `done` of `all` bytes of this stage; `all` may be 0 while it is not known.
   [[nodiscard]] std::string text(Clock::time_point now, Stage stage, std::uint64_t done, std::uint64_t all);
+  /// What the last text told.
+  [[nodiscard]] const salvage::FilmStep& step() const { return step_; }
 
  private:
   std::string name_;
   Clock::time_point last_{};
   Stage stage_ = Stage::none;
+  salvage::FilmStep step_;
   Clock::time_point stageBegan_{};
 };
 

@@ -72,7 +72,9 @@ zelvo::cli::Exit runCommand(zelvo::cli::Command& command, zelvo::cli::Console& c
   if (parent != nullptr) {
     system.workers.useAtMost(parent->threads());
     if (parent->wantsProgress()) {
-      console.setProgressTo([parent](std::string_view line) { zelvo::cli::tellProgress(*parent, line); });
+      console.setProgressTo([parent](std::string_view line, const zelvo::salvage::FilmStep& step) {
+        zelvo::cli::tellProgress(*parent, line, step);
+      });
     }
   }
   LinuxTrialDecoder decoder(LinuxTrialDecoder::programBeside(LinuxBundle::runningProgram()));

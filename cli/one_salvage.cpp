@@ -155,7 +155,7 @@ class OneSalvage {
       all = expected_;
       done = progress_.playedUpTo();
     }
-    environment_.console.progress(line.text(now, stage, done, all));
+    environment_.console.progress(line.text(now, stage, done, all), line.step());
   }
 
   void judge(const ChosenInput& input, salvage::SalvageReport report, bool isStopped, SalvageOutcome& told) {

@@ -1,6 +1,7 @@
 // The options of the deep repair, and what follows each one: its report, the map of what is wanted.
 #include "cli/commands.h"
 
+#include <algorithm>
 #include <charconv>
 #include <memory>
 #include <utility>
@@ -50,8 +51,10 @@ class SalvageCommand final : public Command {
          &donor_, "FILE"},
         {"--fps", "pictures a second, when you know better than the film's header or what is left of it", &fps_, "N"},
         {"--rate", "samples of sound a second, in the same case (for one sound track)", &rate_, "N"},
-        {"--report", "write what was found and done to a file, of the kind that its name ends in (for one input)",
-         &report_, "FILE.json|.html|.txt"},
+        {"--report",
+         "write what was found and done to a file, of the kind that its name ends in; may be given several times (for "
+         "one input)",
+         &reports_, "FILE.json|.html|.txt"},
         {"--damaged", "pictures that are damaged: keep them (default), or put empty ones there, which seeks better",
          &damaged_, "keep|empty"},
         {"--gaps", "time that is lost: fill it (default), or close it up", &gaps_, "fill|close"},
@@ -75,18 +78,21 @@ class SalvageCommand final : public Command {
     if (output_ && outputFolder_) return "only one of --output and --output-dir can be given.";
     if (inputs_.size() > 1 && output_) return "--output takes one input; use --output-dir for several.";
     if (inputs_.size() > 1 && donor_) return "--donor takes one input.";
-    if (inputs_.size() > 1 && report_) return "--report takes one input.";
-    if (report_ && !reportOf(*report_)) return "--report takes a name that ends in .json, .html or .txt.";
+    if (inputs_.size() > 1 && !reports_.empty()) return "--report takes one input.";
+    for (const std::string& report : reports_) {
+      if (!reportOf(report)) return "--report takes a name that ends in .json, .html or .txt.";
+      if (std::ranges::count(reports_, report) > 1) return "--report names the same file twice.";
+    }
     if (wanted_ && !rescue_.mapPath()) return "--wanted needs --map.";
-    if (wanted_ && (wanted_ == output_ || wanted_ == report_)) return "--wanted and another option name the same file.";
+    if (wanted_ && (wanted_ == output_ || isReport(*wanted_))) return "--wanted and another option name the same file.";
     if (auto sentence = rescue_.misuse(inputs_.size())) return sentence;
-    if (report_ && output_ && *report_ == *output_) return "--report and --output name the same file.";
+    if (output_ && isReport(*output_)) return "--report and --output name the same file.";
     if (fps_ && !numberIn(*fps_, 0.01, 1000)) return "--fps takes a number between 0.01 and 1000, such as 29.97.";
     if (rate_ && !numberIn(*rate_, 100, 1e6)) return "--rate takes a whole number of hertz, such as 44100.";
     if (choices_.verifies && choices_.isDry) return "--verify plays what is written, and --dry-run writes nothing.";
     if (damaged_ && *damaged_ != "keep" && *damaged_ != "empty") return "--damaged is either keep or empty.";
     if (gaps_ && *gaps_ != "fill" && *gaps_ != "close") return "--gaps is either fill or close.";
-    if (batch_.namesMore() && (output_ || donor_ || report_ || rescue_.mapPath())) {
+    if (batch_.namesMore() && (output_ || donor_ || !reports_.empty() || rescue_.mapPath())) {
       return "--output, --donor, --report and --map take one input, and no folder or list.";
     }
     return batch_.misuse(inputs_);
@@ -127,7 +133,9 @@ class SalvageCommand final : public Command {
     }
     choices_.rescue = std::get<std::shared_ptr<const ChosenRescue>>(rescue);
     const std::string film = choices_.isDry ? std::string() : placeFor(inputs_.front()).path;
-    if (auto sentence = rescue_.replacedBy({film, report_.value_or(""), wanted_.value_or("")}, environment)) {
+    std::vector<std::string> written = {film, wanted_.value_or("")};
+    written.insert(written.end(), reports_.begin(), reports_.end());
+    if (auto sentence = rescue_.replacedBy(written, environment)) {
       environment.console.error(*sentence);
       return Exit::ioFailed;
     }
@@ -142,7 +150,7 @@ class SalvageCommand final : public Command {
             told = salvageOne(environment, all, assignment.place, choices_, assignment.input);
           }
           if (wanted_) writeWanted(environment, told);
-          if (report_) writeReport(environment, all, told);
+          for (const std::string& report : reports_) writeReport(environment, all, report, told);
           batch.report(told.outcome, inWords(told, verbose_), json_ ? inJson(told) : std::string());
           return told.outcome.outputPath;
         });
@@ -151,9 +159,10 @@ class SalvageCommand final : public Command {
 
  private:
   /// By the rules of every output. Where it fails, that is told and counts, and the film stays.
-  void writeReport(Environment& environment, const CommandInputs& inputs, SalvageOutcome& told) {
+  void writeReport(Environment& environment, const CommandInputs& inputs, const std::string& path,
+                   const SalvageOutcome& told) {
     if (!told.report) return;
-    if (auto sentence = writeText(environment, inputs, {*report_, force_, false}, (*reportOf(*report_))(told))) {
+    if (auto sentence = writeText(environment, inputs, {path, force_, false}, (*reportOf(path))(told))) {
       environment.console.error(*sentence);
       reportExit_ = Exit::ioFailed;
     }
@@ -170,6 +179,8 @@ class SalvageCommand final : public Command {
     }
   }
 
+  [[nodiscard]] bool isReport(const std::string& path) const { return std::ranges::count(reports_, path) > 0; }
+
   [[nodiscard]] OutputChoice placeFor(const std::string& input) const {
     if (output_) return {*output_, force_, false};
     return {salvagedPath(input, outputFolder_), force_, false};
@@ -179,7 +190,7 @@ class SalvageCommand final : public Command {
   std::vector<std::string> inputs_;
   std::optional<std::string> output_;
   std::optional<std::string> outputFolder_;
-  std::optional<std::string> report_;
+  std::vector<std::string> reports_;
   RescueChoice rescue_;
   std::optional<std::string> wanted_;
   std::optional<std::string> donor_;

@@ -1,12 +1,12 @@
 #include "cli/salvage_outcome.h"
 
 #include <algorithm>
-#include <array>
 
 #include "cli/json_writer.h"
 #include "cli/rescue_words.h"
 #include "cli/shown_text.h"
 #include "cli/verify_words.h"
+#include "salvage/report_json.h"
 #include "salvage/salvage_words.h"
 
 namespace zelvo::cli {
@@ -43,6 +43,7 @@ std::string rescueLines(const salvage::RescueReport& rescue, bool all) {
   return text;
 }
 
+<<<<<<< HEAD
 void write(JsonWriter& json, std::string_view name, const SlotTally& tally) {
   json.key(name);
   json.beginObject();
@@ -144,6 +145,9 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
 }
 
 void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
+=======
+void writeOutcomeReport(JsonWriter& json, const SalvageOutcome& outcome) {
+>>>>>>> main
   const std::optional<SalvageReport>& report = outcome.report;
   json.key("report");
   if (!report) {
@@ -151,19 +155,7 @@ void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
     return;
   }
   json.beginObject();
-  json.member("verdict", nameOf(report->verdict));
-  json.member("sentence", verdictSentence(*report));
-  json.member("returns_left_out", report->returnsLeftOut);
-  json.member("main_header", report->hasMainHeader ? "own" : "synthesised");
-  writeStreams(json, *report);
-  writeFields(json, *report);
-  writeIndexes(json, *report);
-  writeSpans(json, *report);
-  json.key("sync_before");
-  json.seconds(report->syncBefore);
-  json.key("sync_after");
-  json.seconds(report->syncAfter);
-  json.member("unreadable", report->unreadable);
+  salvage::writeReport(json, *report);
   writeRescue(json, report->rescue);
   json.key("plays");
   writeCheck(json, outcome.played);
@@ -232,7 +224,7 @@ std::string inJson(const SalvageOutcome& outcome) {
   json.beginObject();
   json.member("version", kSalvageVersion);
   beginJson(json, outcome.outcome);
-  writeReport(json, outcome);
+  writeOutcomeReport(json, outcome);
   endJson(json, outcome.outcome);
   json.endObject();
   return json.take() + "\n";

@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "cli/shown_text.h"
-#include "salvage/batch_queue.h"
 
 namespace zelvo::cli {
 
@@ -73,8 +72,8 @@ std::optional<std::string> askForName(Environment& environment, Outcome& outcome
   return printable(outcome.inputPath) + " was left undone: its batch ended, or could not write its journal.";
 }
 
-void tellProgress(platform::FilmParent& parent, std::string_view line) {
-  parent.tell(salvage::filmMessage({salvage::FilmMessage::Kind::progress, std::string(line), {}}));
+void tellProgress(platform::FilmParent& parent, std::string_view line, const salvage::FilmStep& step) {
+  parent.tell(salvage::filmMessage({salvage::FilmMessage::Kind::progress, std::string(line), {}, step}));
 }
 
 void tellEnd(Environment& environment, Outcome outcome) {

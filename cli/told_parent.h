@@ -8,6 +8,7 @@
 
 #include "cli/environment.h"
 #include "cli/outcome.h"
+#include "salvage/batch_queue.h"
 
 namespace zelvo::cli {
 
@@ -18,7 +19,7 @@ namespace zelvo::cli {
                                                     const std::string& hiddenPath);
 
 /// Tells how far it is.
-void tellProgress(platform::FilmParent& parent, std::string_view line);
+void tellProgress(platform::FilmParent& parent, std::string_view line, const salvage::FilmStep& step);
 
 /// Tells the end of the film.
 void tellEnd(Environment& environment, Outcome outcome);

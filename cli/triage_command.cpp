@@ -51,7 +51,7 @@ TriageOutcome lookAt(Environment& environment, const std::string& path, const Ch
       [&] {
         const auto now = ProgressLine::Clock::now();
         if (environment.console.showsProgress() && line.isDue(now))
-          environment.console.progress(line.text(now, Stage::analysing, 0, 0));
+          environment.console.progress(line.text(now, Stage::analysing, 0, 0), line.step());
       });
   if (environment.stopRequested || cancel->abandoned()) {
     told.outcome.verdict = Verdict::stopped;

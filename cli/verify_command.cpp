@@ -151,7 +151,7 @@ VerifyOutcome verifyFilm(Environment& environment, const std::string& inputPath,
       [&] {
         const auto now = ProgressLine::Clock::now();
         if (!environment.console.showsProgress() || !line.isDue(now)) return;
-        environment.console.progress(line.text(now, Stage::playing, reached, input.attributes.size));
+        environment.console.progress(line.text(now, Stage::playing, reached, input.attributes.size), line.step());
       });
   if (environment.stopRequested) {
     told.outcome.verdict = Verdict::stopped;

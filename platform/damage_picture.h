@@ -25,7 +25,7 @@ enum class DamagePaint : std::uint8_t {
 };
 inline constexpr std::size_t kDamagePaints = 8;
 
-/// In a legend.
+/// In a legend: texts that a translator knows.
 inline constexpr std::array<std::string_view, kDamagePaints> kDamagePaintNames = {"as it was",
                                                                                   "header",
                                                                                   "index",

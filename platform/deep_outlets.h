@@ -107,9 +107,9 @@ struct QueuedFilm {
   enum class State : std::uint8_t { waiting, working, done, failed, stopped };
   std::string path;
   State state = State::waiting;
-  std::optional<DeepVerdict> verdict;  ///< once it is done
-  std::string words;                   ///< what it comes to, or why it failed; while it works, the stage
-  std::optional<double> share;         ///< how much of the stage is done, 0 to 1
+  std::optional<DeepVerdict> verdict = {};  ///< once it is done
+  std::string words = {};                   ///< what it comes to, or why it failed; while it works, the stage
+  std::optional<double> share = {};         ///< how much of the stage is done, 0 to 1
 
   friend bool operator==(const QueuedFilm&, const QueuedFilm&) = default;
 };

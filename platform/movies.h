@@ -20,7 +20,7 @@ class Movie : public NotificationSender, public std::enable_shared_from_this<Mov
   virtual void stop() = 0;
   virtual void gotoBeginning() = 0;
   /// Shows the picture at a time, in seconds, and goes on as it did: playing, or still. A time at the end or behind it
-  /// is the end.
+  /// is the end, which is told of one that plays. One that is not open yet begins there.
   virtual void gotoTime(double seconds) = 0;
 };
 

@@ -17,11 +17,13 @@ bool isShown(const std::optional<std::string>& button) { return button && !butto
 
 }  // namespace
 
-int dismissalAnswer(const AlertPanel& alert) {
-  constexpr std::string_view kCancel = "Cancel";
-  if (alert.defaultButton == kCancel) return kAlertDefault;
-  if (alert.alternateButton == kCancel) return kAlertAlternate;
-  if (alert.otherButton == kCancel) return kAlertOther;
+int dismissalAnswer(const AlertPanel& alert, const Translator& translator) {
+  const auto cancels = [said = translator.translated("Cancel")](const std::optional<std::string>& button) {
+    return button == "Cancel" || button == said;
+  };
+  if (cancels(alert.defaultButton)) return kAlertDefault;
+  if (cancels(alert.alternateButton)) return kAlertAlternate;
+  if (cancels(alert.otherButton)) return kAlertOther;
   return isShown(alert.alternateButton) ? kAlertAlternate : kAlertDefault;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/elements.h"
+#include "platform/translator.h"
 
 namespace zelvo::platform {
 
@@ -88,9 +89,10 @@ inline constexpr int kAlertDefault = 1;
 inline constexpr int kAlertAlternate = 0;
 inline constexpr int kAlertOther = -1;
 
-/// What Esc and closing answer: the button that says "Cancel" or, without one, the alternate button, else the default.
+/// What Esc and closing answer: the button that says "Cancel", in English or in the translator's language, or, without
+/// one, the alternate button, else the default.
 /// Decision: window, Esc answers "Cancel"
-[[nodiscard]] int dismissalAnswer(const AlertPanel& alert);
+[[nodiscard]] int dismissalAnswer(const AlertPanel& alert, const Translator& translator = englishTranslator());
 
 /// Thread: main.
 class AlertPanels {

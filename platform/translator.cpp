@@ -21,6 +21,10 @@ class English final : public Translator {
     }
     return text;
   }
+  [[nodiscard]] std::string number(std::uint64_t number) const override { return shownNumber(number); }
+  [[nodiscard]] std::string fixedPoint(double number, int digits) const override {
+    return platform::fixedPoint(number, digits);
+  }
 };
 
 }  // namespace

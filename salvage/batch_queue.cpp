@@ -1,6 +1,7 @@
 #include "salvage/batch_queue.h"
 
 #include <algorithm>
+#include <charconv>
 #include <map>
 #include <memory>
 #include <utility>
@@ -91,6 +92,7 @@ class QueueRun {
       if (!message) continue;
       if (message->kind == FilmMessage::Kind::progress) {
         one.shown.progress = std::move(message->progress);
+        one.shown.step = std::move(message->step);
         continue;
       }
       one.result.line = std::move(message->line);
@@ -160,6 +162,42 @@ class QueueRun {
   bool isGivenUp_ = false;
 };
 
+/// Two numbers, the stage and the line, each behind a tab but the first.
+std::string progressMessage(const FilmMessage& message) {
+  std::string stage = message.step.stage;
+  std::ranges::replace(stage, '\t', ' ');
+  std::string text = std::string(kProgress) + std::to_string(message.step.done) + "\t" +
+                     std::to_string(message.step.all) + "\t" + stage + "\t" + message.progress;
+  std::ranges::replace(text, '\n', ' ');
+  return text;
+}
+
+/// What stands before the next tab, which is taken away with it; nothing when there is none.
+std::optional<std::string_view> takeField(std::string_view& text) {
+  const std::size_t tab = text.find('\t');
+  if (tab == std::string_view::npos) return std::nullopt;
+  const std::string_view field = text.substr(0, tab);
+  text.remove_prefix(tab + 1);
+  return field;
+}
+
+std::optional<std::uint64_t> takeNumber(std::string_view& text) {
+  const auto field = takeField(text);
+  if (!field) return std::nullopt;
+  std::uint64_t number = 0;
+  const auto [end, error] = std::from_chars(field->data(), field->data() + field->size(), number);
+  if (error != std::errc() || end != field->data() + field->size()) return std::nullopt;
+  return number;
+}
+
+std::optional<FilmMessage> readProgress(std::string_view text) {
+  const auto done = takeNumber(text);
+  const auto all = done ? takeNumber(text) : std::nullopt;
+  const auto stage = all ? takeField(text) : std::nullopt;
+  if (!stage) return std::nullopt;
+  return FilmMessage{FilmMessage::Kind::progress, std::string(text), {}, {std::string(*stage), *done, *all}};
+}
+
 }  // namespace
 
 void runQueue(platform::FilmPrograms& programs, FilmQueue& queue, const QueueChoices& choices) {
@@ -167,19 +205,13 @@ void runQueue(platform::FilmPrograms& programs, FilmQueue& queue, const QueueCho
 }
 
 std::string filmMessage(const FilmMessage& message) {
-  if (message.kind == FilmMessage::Kind::progress) {
-    std::string text = std::string(kProgress) + message.progress;
-    std::ranges::replace(text, '\n', ' ');
-    return text;
-  }
+  if (message.kind == FilmMessage::Kind::progress) return progressMessage(message);
   return std::string(message.kind == FilmMessage::Kind::naming ? kNaming : kEnd) +
          withoutEnd(journalLine(*message.line));
 }
 
 std::optional<FilmMessage> readFilmMessage(std::string_view text) {
-  if (text.starts_with(kProgress)) {
-    return FilmMessage{FilmMessage::Kind::progress, std::string(text.substr(kProgress.size())), {}};
-  }
+  if (text.starts_with(kProgress)) return readProgress(text.substr(kProgress.size()));
   const bool isNaming = text.starts_with(kNaming);
   if (!isNaming && !text.starts_with(kEnd)) return std::nullopt;
   auto line = readJournalLine(text.substr((isNaming ? kNaming : kEnd).size()));

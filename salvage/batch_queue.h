@@ -25,10 +25,20 @@ struct FilmResult {
   std::string complaints;
 };
 
+/// What a film's program does just now, and how far it is with it. Sizes are in bytes.
+struct FilmStep {
+  std::string stage;       ///< in a few words, as "searching"
+  std::uint64_t done = 0;  ///< of the stage
+  std::uint64_t all = 0;   ///< 0 where that is not known
+
+  friend bool operator==(const FilmStep&, const FilmStep&) = default;
+};
+
 /// A film that is being worked on.
 struct RunningFilm {
   std::size_t film = 0;
   std::string progress;  ///< a line; empty before anything was told
+  FilmStep step = {};    ///< the same for whoever draws it himself
 };
 
 /// What a queue works on. All calls come from `runQueue`, with films counted from 0.
@@ -68,6 +78,7 @@ struct FilmMessage {
   Kind kind = Kind::progress;
   std::string progress;
   std::optional<BatchLine> line;
+  FilmStep step = {};
 };
 [[nodiscard]] std::string filmMessage(const FilmMessage& message);
 [[nodiscard]] std::optional<FilmMessage> readFilmMessage(std::string_view text);

@@ -13,6 +13,7 @@ namespace {
 using platform::DamageBar;
 using platform::DamageMark;
 using platform::DamagePaint;
+using platform::Translator;
 
 DamagePaint paintOf(LossCause cause) {
   switch (cause) {
@@ -44,9 +45,9 @@ DamagePaint paintInFilm(const SpanShare& share, LossCause cause) {
   return paint == DamagePaint::lost ? DamagePaint::hurt : paint;
 }
 
-DamageBar fileBar(const SalvageReport& report) {
-  DamageBar bar{.name = "The damaged file",
-                .length = platform::shownSize(report.inputSize),
+DamageBar fileBar(const SalvageReport& report, const Translator& translator) {
+  DamageBar bar{.name = translator.translated("The damaged file"),
+                .length = platform::shownSize(report.inputSize, translator),
                 .extent = static_cast<double>(report.inputSize - report.returnsLeftOut),
                 .isTime = false,
                 .marks = {}};
@@ -65,10 +66,10 @@ DamageBar fileBar(const SalvageReport& report) {
   return bar;
 }
 
-DamageBar streamBar(const SalvageReport& report, std::size_t stream) {
+DamageBar streamBar(const SalvageReport& report, std::size_t stream, const Translator& translator) {
   const SalvagedStream& told = report.streams[stream];
-  DamageBar bar{.name = std::string(kindOf(told)) + ", " + codecOf(told),
-                .length = platform::shownTime(told.all().seconds),
+  DamageBar bar{.name = translator.translated(kindOf(told)) + ", " + codecOf(told, translator),
+                .length = platform::shownTime(told.all().seconds, translator),
                 .extent = told.all().seconds,
                 .isTime = true,
                 .marks = {}};
@@ -84,13 +85,14 @@ DamageBar streamBar(const SalvageReport& report, std::size_t stream) {
 
 }  // namespace
 
-platform::DamagePicture damagePicture(const SalvageReport& report) {
+platform::DamagePicture damagePicture(const SalvageReport& report, const Translator& translator) {
   platform::DamagePicture picture;
-  picture.bars.push_back(fileBar(report));
+  picture.bars.push_back(fileBar(report, translator));
   for (std::size_t stream = 0; stream < report.streams.size(); ++stream) {
-    picture.bars.push_back(streamBar(report, stream));
+    picture.bars.push_back(streamBar(report, stream, translator));
   }
-  for (const SalvagedSpan& span : report.spans) picture.losses.push_back({lossWords(span, report), span.begin});
+  for (const SalvagedSpan& span : report.spans)
+    picture.losses.push_back({lossWords(span, report, translator), span.begin});
   picture.lossesLeftOut = report.spansLeftOut;
   return picture;
 }

@@ -11,10 +11,12 @@
 namespace zelvo::salvage {
 
 using platform::counted;
-using platform::fixedPoint;
+using platform::filled;
 using platform::shownHex;
 using platform::shownNumber;
 using platform::shownTime;
+using platform::translatable;
+using platform::Translator;
 
 namespace {
 
@@ -24,12 +26,12 @@ SlotTally both(const SalvagedStream& stream, SlotState one, SlotState other) {
   return {first.chunks + second.chunks, first.bytes + second.bytes, first.seconds + second.seconds};
 }
 
-/// "; 3 lost (0.12 s)"; nothing of none.
-std::string share(const SlotTally& tally, std::string_view what) {
+/// ", 3 lost (0.12 s)"; nothing of none.
+std::string share(const SlotTally& tally, std::string_view what, const Translator& translator) {
   if (tally.chunks == 0) return {};
-  std::string text = ", " + shownNumber(tally.chunks) + " " + std::string(what);
-  if (tally.seconds > 0) text += " (" + fixedPoint(tally.seconds, 2) + " s)";
-  return text;
+  const std::string count = translator.counted(what, tally.chunks);
+  if (tally.seconds <= 0) return ", " + count;
+  return ", " + filled(translator.translated("%1 (%2 s)"), {count, translator.fixedPoint(tally.seconds, 2)});
 }
 
 /// Seconds of the film's first stream of a type that are not as they were; nothing of a film without one.
@@ -43,7 +45,65 @@ std::optional<double> secondsHurt(const SalvageReport& report, avi::FourCC type)
 }
 
 /// What is there is never "0.0 s".
-std::string shownAmount(double seconds) { return seconds < 0.05 ? "less than 0.1 s" : fixedPoint(seconds, 1) + " s"; }
+std::string shownAmount(double seconds, const Translator& translator) {
+  constexpr double kLeast = 0.1;
+  const bool isLess = seconds < kLeast / 2;
+  return filled(isLess ? translator.translated("less than %1 s") : translator.translated("%1 s"),
+                {translator.fixedPoint(isLess ? kLeast : seconds, 1)});
+}
+
+/// What of a film's pictures and sound is not as it was: a part of a sentence.
+std::string hurtWords(std::optional<double> video, std::optional<double> sound, const Translator& translator) {
+  const bool isVideoHurt = video.value_or(0) > 0;
+  const bool isSoundHurt = sound.value_or(0) > 0;
+  const std::string pictures = isVideoHurt ? shownAmount(*video, translator) : "";
+  const std::string heard = isSoundHurt ? shownAmount(*sound, translator) : "";
+  if (isVideoHurt && isSoundHurt) {
+    return filled(
+        translator.translated("%1 of its pictures and %2 of its sound are lost or hurt, the rest is there, in step"),
+        {pictures, heard});
+  }
+  if (isVideoHurt) {
+    return filled(sound
+                      ? translator.translated("%1 of its pictures are lost or hurt, all of its sound is there, in step")
+                      : translator.translated("%1 of its pictures are lost or hurt, the rest is there, in step"),
+                  {pictures});
+  }
+  if (isSoundHurt) {
+    return filled(video
+                      ? translator.translated("%1 of its sound is lost or hurt, all of its pictures are there, in step")
+                      : translator.translated("%1 of its sound is lost or hurt, the rest is there, in step"),
+                  {heard});
+  }
+  return translator.translated("a part of it is lost or hurt, the rest is there, in step");
+}
+
+/// "3 pictures lost".
+std::string_view goneText(avi::FourCC type) {
+  if (type == avi::kVids) return translatable("%n picture(s) lost");
+  return type == avi::kAuds ? translatable("%n sound chunk(s) lost") : translatable("%n chunk(s) lost");
+}
+
+std::string_view damagedText(avi::FourCC type) {
+  if (type == avi::kVids) return translatable("%n picture(s) hurt");
+  return type == avi::kAuds ? translatable("%n sound chunk(s) hurt") : translatable("%n chunk(s) hurt");
+}
+
+/// "2:13.00 to 2:15.00".
+std::string shownStretch(const SalvagedSpan& span, const Translator& translator) {
+  const std::string begin = shownTime(span.begin, translator);
+  if (span.end <= span.begin) return begin;
+  return filled(translator.translated("%1 to %2"), {begin, shownTime(span.end, translator)});
+}
+
+/// True when the film has streams of a type, and none of them misses anything in the span.
+bool goesOn(avi::FourCC type, const SalvagedSpan& span, const SalvageReport& report) {
+  const auto isOfType = [&](const SalvagedStream& stream) { return stream.type == type; };
+  const auto isTouched = [&](const SpanShare& share) {
+    return isOfType(report.streams[share.stream]) && share.gone + share.hurt > 0;
+  };
+  return std::ranges::any_of(report.streams, isOfType) && std::ranges::none_of(span.streams, isTouched);
+}
 
 }  // namespace
 
@@ -109,31 +169,52 @@ std::string_view doneAbout(LossCause cause) {
     case LossCause::zeroed:
     case LossCause::unreadable:
     case LossCause::unrescued:
-      return "what is left is kept, the time of what is lost is filled";
+      return translatable("what is left is kept, the time of what is lost is filled");
     case LossCause::missing:
     case LossCause::cut:
-      return "the time of what is lost is filled";
+      return translatable("the time of what is lost is filled");
     case LossCause::inserted:
     case LossCause::doubled:
     case LossCause::foreign:
-      return "left out";
+      return translatable("left out");
     case LossCause::moved:
-      return "put together again";
+      return translatable("put together again");
     case LossCause::sizeField:
-      return "the size is mended";
+      return translatable("the size is mended");
     case LossCause::code:
       break;
   }
-  return "the code is mended";
+  return translatable("the code is mended");
 }
 
 std::string_view wordsFor(LossCause cause) {
-  if (cause == LossCause::sizeField) return "wrong size";
-  if (cause == LossCause::code) return "wrong code";
-  if (cause == LossCause::cut) return "cut off";
-  if (cause == LossCause::unrescued) return "not rescued from the disk";
-  if (cause == LossCause::moved) return "in parts at several places";
-  return nameOf(cause);
+  switch (cause) {
+    case LossCause::overwritten:
+      return translatable("overwritten");
+    case LossCause::zeroed:
+      return translatable("zeroed");
+    case LossCause::missing:
+      return translatable("missing");
+    case LossCause::inserted:
+      return translatable("inserted");
+    case LossCause::doubled:
+      return translatable("doubled");
+    case LossCause::foreign:
+      return translatable("foreign");
+    case LossCause::sizeField:
+      return translatable("wrong size");
+    case LossCause::code:
+      return translatable("wrong code");
+    case LossCause::cut:
+      return translatable("cut off");
+    case LossCause::moved:
+      return translatable("in parts at several places");
+    case LossCause::unrescued:
+      return translatable("not rescued from the disk");
+    case LossCause::unreadable:
+      break;
+  }
+  return translatable("unreadable");
 }
 
 std::string_view evidenceOf(const SalvagedSpan& span, const SalvageReport& report) {
@@ -173,62 +254,56 @@ std::string_view nameOf(SlotState state) {
 }
 
 std::string_view kindOf(const SalvagedStream& stream) {
-  if (stream.type == avi::kVids) return "video";
-  if (stream.type == avi::kAuds) return "sound";
-  if (stream.type == avi::FourCC{"txts"}) return "text";
-  return "data";
+  if (stream.type == avi::kVids) return translatable("video");
+  if (stream.type == avi::kAuds) return translatable("sound");
+  if (stream.type == avi::FourCC{"txts"}) return translatable("text");
+  return translatable("data");
 }
 
-std::string codecOf(const SalvagedStream& stream) {
+std::string codecOf(const SalvagedStream& stream, const Translator& translator) {
   if (stream.formatTag) {
     const std::string_view name = avi::audioFormatName(*stream.formatTag);
-    return name.empty() ? "format " + shownHex(*stream.formatTag, 4) : std::string(name);
+    if (!name.empty()) return std::string(name);
+    return filled(translator.translated("format %1"), {shownHex(*stream.formatTag, 4)});
   }
   const auto code = stream.handler.bytes();
   const std::string_view name = avi::videoCodecName(code);
   if (!name.empty()) return std::string(name);
   const std::string text = platform::printableText(avi::codecText(code));
-  return text.empty() ? "uncompressed" : text;
+  return text.empty() ? translator.translated("uncompressed") : text;
 }
 
-std::string verdictSentence(const SalvageReport& report) {
+std::string verdictSentence(const SalvageReport& report, const Translator& translator) {
   switch (report.verdict) {
     case SalvageVerdict::clean:
-      return "Nothing is wrong with this film.";
+      return translator.translated("Nothing is wrong with this film.");
     case SalvageVerdict::repaired:
-      return "This film was damaged; all of its pictures and sound are there again.";
+      return translator.translated("This film was damaged; all of its pictures and sound are there again.");
     case SalvageVerdict::hopeless:
-      return "Nothing of this film can be brought back.";
+      return translator.translated("Nothing of this film can be brought back.");
     case SalvageVerdict::partial:
       break;
   }
-  std::string text = "This film was damaged; ";
   const auto video = secondsHurt(report, avi::kVids);
   const auto sound = secondsHurt(report, avi::kAuds);
+  std::string what = hurtWords(video, sound, translator);
   if (report.streamsWithoutHeader > 0) {
-    text += counted(report.streamsWithoutHeader, "stream") + " of it cannot be recognised and " +
-            (report.streamsWithoutHeader == 1 ? "is" : "are") + " left out";
-    if (video.value_or(0) + sound.value_or(0) == 0) return text + ".";
-    text += "; ";
+    const std::string unknown = report.streamsWithoutHeader == 1
+                                    ? translator.translated("1 stream of it cannot be recognised and is left out")
+                                    : translator.counted("%n stream(s) of it cannot be recognised and are left out",
+                                                         report.streamsWithoutHeader);
+    const bool isAll = video.value_or(0) + sound.value_or(0) == 0;
+    what = isAll ? unknown : filled(translator.translated("%1; %2"), {unknown, what});
   }
-  const bool isVideoHurt = video.value_or(0) > 0;
-  const bool isSoundHurt = sound.value_or(0) > 0;
-  if (isVideoHurt) text += shownAmount(*video) + " of its pictures";
-  if (isVideoHurt && isSoundHurt) text += " and ";
-  if (isSoundHurt) text += shownAmount(*sound) + " of its sound";
-  if (!isVideoHurt && !isSoundHurt) return text + "a part of it is lost or hurt, the rest is there, in step.";
-  text += isVideoHurt ? " are lost or hurt" : " is lost or hurt";
-  if (video && !isVideoHurt) return text + ", all of its pictures are there, in step.";
-  if (sound && !isSoundHurt) return text + ", all of its sound is there, in step.";
-  return text + ", the rest is there, in step.";
+  return filled(translator.translated("This film was damaged; %1."), {what});
 }
 
-std::string streamWords(const SalvagedStream& stream) {
-  std::string text = counted(stream.all().chunks, "chunk");
-  text += share(stream.mended(), "mended");
-  text += share(both(stream, SlotState::damaged, SlotState::torn), "damaged");
-  text += share(stream.of(SlotState::cut), "cut short");
-  text += share(both(stream, SlotState::lost, SlotState::refilled), "lost");
+std::string streamWords(const SalvagedStream& stream, const Translator& translator) {
+  std::string text = translator.counted("%n chunk(s)", stream.all().chunks);
+  text += share(stream.mended(), translatable("%n mended"), translator);
+  text += share(both(stream, SlotState::damaged, SlotState::torn), translatable("%n damaged"), translator);
+  text += share(stream.of(SlotState::cut), translatable("%n cut short"), translator);
+  text += share(both(stream, SlotState::lost, SlotState::refilled), translatable("%n lost"), translator);
   return text;
 }
 
@@ -245,30 +320,23 @@ std::string spanWords(const SalvagedSpan& span, const SalvageReport& report) {
   return text + "; " + std::string(doneAbout(span.span.cause));
 }
 
-std::string lossWords(const SalvagedSpan& span, const SalvageReport& report) {
-  std::string text = shownTime(span.begin);
-  if (span.end > span.begin) text += " to " + shownTime(span.end);
-  const std::string cause(wordsFor(span.span.cause));
+std::string lossWords(const SalvagedSpan& span, const SalvageReport& report, const Translator& translator) {
+  const std::string when = shownStretch(span, translator);
+  const std::string cause = translator.translated(wordsFor(span.span.cause));
   std::string hit;
+  const auto add = [&hit](const std::string& words) { hit += (hit.empty() ? "" : ", ") + words; };
   for (const SpanShare& share : span.streams) {
-    const SalvagedStream& stream = report.streams[share.stream];
-    const std::string_view noun = stream.type == avi::kVids   ? "picture"
-                                  : stream.type == avi::kAuds ? "sound chunk"
-                                                              : "chunk";
-    if (share.gone > 0) hit += ", " + counted(share.gone, noun) + " lost";
-    if (share.hurt > 0) hit += ", " + counted(share.hurt, noun) + " hurt";
+    const avi::FourCC type = report.streams[share.stream].type;
+    if (share.gone > 0) add(translator.counted(goneText(type), share.gone));
+    if (share.hurt > 0) add(translator.counted(damagedText(type), share.hurt));
   }
-  if (hit.empty()) return text + ": " + cause + "; " + std::string(doneAbout(span.span.cause));
-  const auto goesOn = [&](avi::FourCC type) {
-    const auto isOfType = [&](const SalvagedStream& stream) { return stream.type == type; };
-    const auto isTouched = [&](const SpanShare& share) {
-      return isOfType(report.streams[share.stream]) && share.gone + share.hurt > 0;
-    };
-    return std::ranges::any_of(report.streams, isOfType) && std::ranges::none_of(span.streams, isTouched);
-  };
-  if (goesOn(avi::kAuds)) hit += ", the sound goes on";
-  if (goesOn(avi::kVids)) hit += ", the pictures go on";
-  return text + ": " + hit.substr(2) + " (" + cause + ")";
+  if (hit.empty()) {
+    return filled(translator.translated("%1: %2; %3"),
+                  {when, cause, translator.translated(doneAbout(span.span.cause))});
+  }
+  if (goesOn(avi::kAuds, span, report)) add(translator.translated("the sound goes on"));
+  if (goesOn(avi::kVids, span, report)) add(translator.translated("the pictures go on"));
+  return filled(translator.translated("%1: %2 (%3)"), {when, hit, cause});
 }
 
 std::string leftOutWords(const SalvageReport& report) {

@@ -88,6 +88,15 @@ TEST_ARROWS = {
         "update",
         "tests/support",
     },
+    "tests/deep": {
+        "platform",
+        "platform/linux",
+        "platform/headless",
+        "avi",
+        *SALVAGE,
+        "deep",
+        "tests/support",
+    },
     "tests/cli": {
         "platform",
         "platform/linux",

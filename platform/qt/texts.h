@@ -1,73 +1,76 @@
-/// What the window and its panels say by themselves. What the logic says comes from there.
+/// What the window and its panels say by themselves, in the window's language. What the logic says comes from there.
 #pragma once
 
 #include <QString>
 #include <QStringList>
 
+#include "platform/qt/language.h"
+
 namespace zelvo::platform::qt::texts {
 
+/// A name, which no language changes.
 inline QString productName() { return QStringLiteral("Zelvo AVI Repair"); }
 
 // ---- Every page ----
-inline QString home() { return QStringLiteral("Home"); }
-inline QString help() { return QStringLiteral("Help"); }
-inline QString update() { return QStringLiteral("Look for an update"); }
+inline QString home() { return translated("Home"); }
+inline QString help() { return translated("Help"); }
+inline QString update() { return translated("Look for an update"); }
 inline QString noUpdateAddress() {
-  return QStringLiteral("This version does not know where to look. Updates come from where it was installed from.");
+  return translated("This version does not know where to look. Updates come from where it was installed from.");
 }
 inline QString noUpdater() {
-  return QStringLiteral("The updater is not installed. Updates come from where the program was installed from.");
+  return translated("The updater is not installed. Updates come from where the program was installed from.");
 }
 inline QString stepName(int step) {
-  if (step == 0) return QStringLiteral("Choose");
-  return step == 1 ? QStringLiteral("Repair") : QStringLiteral("Result");
+  if (step == 0) return translated("Choose");
+  return step == 1 ? translated("Repair") : translated("Result");
 }
 inline QString stepDescription(int step) {
-  return QStringLiteral("Step %1 of 3: %2").arg(step + 1).arg(stepName(step));
+  return translated("Step %1 of 3: %2").arg(QString::number(step + 1), stepName(step));
 }
 
 // ---- Page 1 ----
-inline QString chooseHeadline() { return QStringLiteral("Repair a film that no longer plays"); }
+inline QString chooseHeadline() { return translated("Repair a film that no longer plays"); }
 inline QString chooseExplanation() {
-  return QStringLiteral("Choose an AVI file. It is only read: nothing is changed in your file.");
+  return translated("Choose an AVI file. It is only read: nothing is changed in your file.");
 }
-inline QString dropHere() { return QStringLiteral("Drop an AVI file here"); }
-inline QString chooseFile() { return QStringLiteral("Choose a file\u2026"); }
-inline QString chooseAnother() { return QStringLiteral("Choose another\u2026"); }
-inline QString noFileYet() { return QStringLiteral("No file chosen yet"); }
+inline QString dropHere() { return translated("Drop an AVI file here"); }
+inline QString chooseFile() { return translated("Choose a file\u2026"); }
+inline QString chooseAnother() { return translated("Choose another\u2026"); }
+inline QString noFileYet() { return translated("No file chosen yet"); }
 inline QString lastChosen(const QString& path) {
-  return path.isEmpty() ? QString() : QStringLiteral("Last chosen: ") + path;
+  return path.isEmpty() ? QString() : translated("Last chosen: %1").arg(path);
 }
-inline QString repair() { return QStringLiteral("Repair"); }
-inline QString changeWorkingFolder() { return QStringLiteral("Change\u2026"); }
+inline QString repair() { return translated("Repair"); }
+inline QString changeWorkingFolder() { return translated("Change\u2026"); }
 
 // ---- Page 2 ----
-inline QString repairHeadline() { return QStringLiteral("Repairing your film"); }
+inline QString repairHeadline() { return translated("Repairing your film"); }
 inline QString repairExplanation() {
-  return QStringLiteral("This can take a few minutes for a long film. You can go on working meanwhile.");
+  return translated("This can take a few minutes for a long film. You can go on working meanwhile.");
 }
-inline QString stop() { return QStringLiteral("Stop"); }
+inline QString stop() { return translated("Stop"); }
 
 // ---- The damage picture ----
-inline QString damagePicture() { return QStringLiteral("Damage picture"); }
-inline QString noDamage() { return QStringLiteral("Nothing is damaged."); }
+inline QString damagePicture() { return translated("Damage picture"); }
+inline QString noDamage() { return translated("Nothing is damaged."); }
 inline QString pointAtDamage(std::size_t places) {
-  return places == 1 ? QStringLiteral("1 damaged place. Point at it to see what happened there.")
-                     : QStringLiteral("%L1 damaged places. Point at one to see what happened there.").arg(places);
+  return places == 1 ? translated("1 damaged place. Point at it to see what happened there.")
+                     : counted("%n damaged place(s). Point at one to see what happened there.", places);
 }
-inline QString moreHere(std::size_t losses) { return QStringLiteral("%L1 more here").arg(losses); }
+inline QString moreHere(std::size_t losses) { return counted("%n more here", losses); }
 inline QString andMoreHere(const QString& first, std::size_t losses) {
-  return QStringLiteral("%1; %2").arg(first, moreHere(losses));
+  return translated("%1; %2").arg(first, moreHere(losses));
 }
-inline QString asItWasAt(const QString& time) { return QStringLiteral("%1: as it was").arg(time); }
+inline QString asItWasAt(const QString& time) { return translated("%1: as it was").arg(time); }
 
 // ---- Page 3 ----
-inline QString video() { return QStringLiteral("Video"); }
-inline QString audio() { return QStringLiteral("Audio"); }
-inline QString pictures() { return QStringLiteral("Pictures"); }
-inline QString sound() { return QStringLiteral("Sound"); }
-inline QString kept() { return QStringLiteral("Kept"); }
-inline QString lastSaved() { return QStringLiteral("Last saved"); }
+inline QString video() { return translated("Video"); }
+inline QString audio() { return translated("Audio"); }
+inline QString pictures() { return translated("Pictures"); }
+inline QString sound() { return translated("Sound"); }
+inline QString kept() { return translated("Kept"); }
+inline QString lastSaved() { return translated("Last saved"); }
 inline QString nothing() { return QStringLiteral("\u2013"); }
 /// A codec's own name; many files have none, or one that cannot be read.
 inline QString codec(const QString& name) {
@@ -82,151 +85,142 @@ inline QString mebibytes(const QString& number) {
   return number.isEmpty() || number == QLatin1String("0") ? nothing() : number;
 }
 /// Stands after that number.
-inline QString mebibytesUnit() { return QStringLiteral("MiB"); }
-inline QString mebibytesTip() { return QStringLiteral("1 MiB is 1,048,576 bytes"); }
+inline QString mebibytesUnit() { return translated("MiB"); }
+inline QString mebibytesTip() { return translated("1 MiB is 1,048,576 bytes"); }
 /// The window's title while something with a per cent goes on.
-inline QString titleWithPercent(int percent) { return QStringLiteral("%1 % \u2013 ").arg(percent) + productName(); }
-inline QString preview() { return QStringLiteral("Preview"); }
-inline QString stopPreview() { return QStringLiteral("Stop preview"); }
-inline QString save() { return QStringLiteral("Save\u2026"); }
-inline QString tip() { return QStringLiteral("Tip:"); }
+inline QString titleWithPercent(int percent) {
+  return translated("%1 % \u2013 %2").arg(QString::number(percent), productName());
+}
+inline QString preview() { return translated("Preview"); }
+inline QString stopPreview() { return translated("Stop preview"); }
+inline QString save() { return translated("Save\u2026"); }
+inline QString tip() { return translated("Tip:"); }
+/// Part of a sentence that the logic says, in its language.
 inline QString clickHere() { return QStringLiteral("click here"); }
 
 // ---- Why something cannot be dropped ----
-inline QString answerFirst() { return QStringLiteral("Please answer the message first."); }
+inline QString answerFirst() { return translated("Please answer the message first."); }
 inline QString stillRepairing() {
-  return QStringLiteral("A film is being repaired. Another one can be dropped on the first page.");
+  return translated("A film is being repaired. Another one can be dropped on the first page.");
 }
-inline QString homeFirst() { return QStringLiteral("Press Home first: a film is dropped on the first page."); }
-inline QString oneAtATime() { return QStringLiteral("One film at a time, please."); }
-inline QString onlyFiles() { return QStringLiteral("Only a file of this computer can be dropped here."); }
+inline QString homeFirst() { return translated("Press Home first: a film is dropped on the first page."); }
+inline QString oneAtATime() { return translated("One film at a time, please."); }
+inline QString onlyFiles() { return translated("Only a file of this computer can be dropped here."); }
 
 // ---- Panels ----
-inline QString ok() { return QStringLiteral("OK"); }
-inline QString noFilmTitle() { return QStringLiteral("No film chosen yet"); }
+inline QString ok() { return translated("OK"); }
+inline QString noFilmTitle() { return translated("No film chosen yet"); }
 inline QString noFilmMessage() {
-  return QStringLiteral("First choose the AVI file that you want to repair, or drop it on the window.");
+  return translated("First choose the AVI file that you want to repair, or drop it on the window.");
 }
-inline QString stopRepairTitle() { return QStringLiteral("Stop the repair?"); }
+inline QString stopRepairTitle() { return translated("Stop the repair?"); }
 inline QString stopRepairMessage() {
-  return QStringLiteral("What was repaired so far is given up. Nothing was changed in your file.");
+  return translated("What was repaired so far is given up. Nothing was changed in your file.");
 }
-inline QString stopRepair() { return QStringLiteral("Stop the repair"); }
-inline QString keepRepairing() { return QStringLiteral("Keep repairing"); }
-inline QString invalidTitle() { return QStringLiteral("This is not an AVI film"); }
+inline QString stopRepair() { return translated("Stop the repair"); }
+inline QString keepRepairing() { return translated("Keep repairing"); }
+inline QString invalidTitle() { return translated("This is not an AVI film"); }
 inline QString invalidMessage() {
-  return QStringLiteral(
+  return translated(
       "The beginning of the file does not look like an AVI file, so there is nothing to repair. Nothing was changed in "
       "your "
       "file.");
 }
-inline QString notSupportedTitle() { return QStringLiteral("This film cannot be repaired"); }
-inline QString seeResult() { return QStringLiteral("See the result"); }
-inline QString savingTitle() { return QStringLiteral("Saving your film"); }
-inline QString savingMessage() { return QStringLiteral("Please leave the disk connected until this is done."); }
-inline QString stopSavingTitle() { return QStringLiteral("Stop saving?"); }
+inline QString notSupportedTitle() { return translated("This film cannot be repaired"); }
+inline QString seeResult() { return translated("See the result"); }
+inline QString savingTitle() { return translated("Saving your film"); }
+inline QString savingMessage() { return translated("Please leave the disk connected until this is done."); }
+inline QString stopSavingTitle() { return translated("Stop saving?"); }
 inline QString stopSavingMessage() {
-  return QStringLiteral("What is in the folder by now stays there. You can save the film again at any time.");
+  return translated("What is in the folder by now stays there. You can save the film again at any time.");
 }
-inline QString stopSaving() { return QStringLiteral("Stop saving"); }
-inline QString keepSaving() { return QStringLiteral("Keep saving"); }
-inline QString savedTitle() { return QStringLiteral("Saving is done"); }
-inline QString previewErrorTitle() { return QStringLiteral("This film cannot be shown here"); }
+inline QString stopSaving() { return translated("Stop saving"); }
+inline QString keepSaving() { return translated("Keep saving"); }
+inline QString savedTitle() { return translated("Saving is done"); }
+inline QString previewErrorTitle() { return translated("This film cannot be shown here"); }
 inline QString previewErrorMessage() {
-  return QStringLiteral("Another player may show it. OK opens a web page where you can get one.");
+  return translated("Another player may show it. OK opens a web page where you can get one.");
 }
 
 // ---- Every panel ----
-inline QString cancel() { return QStringLiteral("Cancel"); }
+inline QString cancel() { return translated("Cancel"); }
 
 // ---- The help inside the window ----
-inline QString closeHelp() { return QStringLiteral("Close the help"); }
-inline QString noBrowser() { return QStringLiteral("No web browser could be started, so the page is shown here."); }
+inline QString closeHelp() { return translated("Close the help"); }
+inline QString noBrowser() { return translated("No web browser could be started, so the page is shown here."); }
 inline QString addressIs(const QString& address) {
-  return QStringLiteral("This page is not on this computer. Its address is:\n\n") + address;
+  return translated("This page is not on this computer. Its address is:\n\n%1").arg(address);
 }
 
 // ---- Choosers ----
-inline QString chooseFileHeading() { return QStringLiteral("Choose a film"); }
-inline QString chooseFolderHeading() { return QStringLiteral("Choose a folder"); }
-inline QString saveHeading() { return QStringLiteral("Where should it be saved?"); }
-inline QString open() { return QStringLiteral("Open"); }
-inline QString saveHere() { return QStringLiteral("Save"); }
-inline QString fileName() { return QStringLiteral("File name:"); }
-inline QString folderName() { return QStringLiteral("Folder name:"); }
-inline QString savesTo(const QString& path) { return QStringLiteral("Saves to  ") + path; }
-inline QString up() { return QStringLiteral("Up"); }
-inline QString upTip() { return QStringLiteral("To the folder above (Backspace)"); }
-inline QString newFolder() { return QStringLiteral("New folder\u2026"); }
-inline QString places() { return QStringLiteral("Places"); }
-inline QString placeHome() { return QStringLiteral("Home"); }
-inline QString placeDesktop() { return QStringLiteral("Desktop"); }
-inline QString placeDocuments() { return QStringLiteral("Documents"); }
-inline QString placeDownloads() { return QStringLiteral("Downloads"); }
-inline QString placeVideos() { return QStringLiteral("Videos"); }
-inline QString placeComputer() { return QStringLiteral("Computer"); }
-inline QString filesIn(const QString& folder) { return QStringLiteral("Content of ") + folder; }
-inline QString columnName() { return QStringLiteral("Name"); }
-inline QString columnSize() { return QStringLiteral("Size"); }
-inline QString columnChanged() { return QStringLiteral("Changed"); }
-inline QString asFolder(const QString& name) { return name + QStringLiteral(", folder"); }
+inline QString chooseFileHeading() { return translated("Choose a film"); }
+inline QString chooseFolderHeading() { return translated("Choose a folder"); }
+inline QString saveHeading() { return translated("Where should it be saved?"); }
+inline QString open() { return translated("Open"); }
+inline QString saveHere() { return translated("Save"); }
+inline QString fileName() { return translated("File name:"); }
+inline QString folderName() { return translated("Folder name:"); }
+inline QString savesTo(const QString& path) { return translated("Saves to  %1").arg(path); }
+inline QString up() { return translated("Up"); }
+inline QString upTip() { return translated("To the folder above (Backspace)"); }
+inline QString newFolder() { return translated("New folder\u2026"); }
+inline QString places() { return translated("Places"); }
+inline QString placeHome() { return translated("Home folder"); }
+inline QString placeDesktop() { return translated("Desktop"); }
+inline QString placeDocuments() { return translated("Documents"); }
+inline QString placeDownloads() { return translated("Downloads"); }
+inline QString placeVideos() { return translated("Videos"); }
+inline QString placeComputer() { return translated("Computer"); }
+inline QString filesIn(const QString& folder) { return translated("Content of %1").arg(folder); }
+inline QString columnName() { return translated("Name"); }
+inline QString columnSize() { return translated("Size"); }
+inline QString columnChanged() { return translated("Changed"); }
+inline QString asFolder(const QString& name) { return translated("%1, folder").arg(name); }
 
 // ---- What the list says instead of entries ----
-inline QString readingFolder() { return QStringLiteral("Reading this folder\u2026"); }
-inline QString nothingHere() { return QStringLiteral("There is nothing to choose in this folder."); }
-inline QString noFoldersHere() { return QStringLiteral("There are no folders in here."); }
-inline QString folderUnreadable(const QString& why) {
-  return QStringLiteral("This folder cannot be read: ") + why + QStringLiteral(".");
-}
+inline QString readingFolder() { return translated("Reading this folder\u2026"); }
+inline QString nothingHere() { return translated("There is nothing to choose in this folder."); }
+inline QString noFoldersHere() { return translated("There are no folders in here."); }
+inline QString folderUnreadable(const QString& why) { return translated("This folder cannot be read: %1.").arg(why); }
 
 // ---- Why a choice is not one ----
-inline QString quoted(const QString& name) { return QStringLiteral("\u201c") + name + QStringLiteral("\u201d"); }
-inline QString nothingChosen() { return QStringLiteral("Choose a file in the list, or type its name."); }
-inline QString noSuchFile(const QString& name) {
-  return QStringLiteral("There is no file ") + quoted(name) + QStringLiteral(".");
-}
-inline QString isFolder() { return QStringLiteral("That is a folder. Now choose a file in it."); }
-inline QString isNoFolder(const QString& name) { return quoted(name) + QStringLiteral(" is not a folder."); }
+inline QString quoted(const QString& name) { return translated("\u201c%1\u201d").arg(name); }
+inline QString nothingChosen() { return translated("Choose a file in the list, or type its name."); }
+inline QString noSuchFile(const QString& name) { return translated("There is no file %1.").arg(quoted(name)); }
+inline QString isFolder() { return translated("That is a folder. Now choose a file in it."); }
+inline QString isNoFolder(const QString& name) { return translated("%1 is not a folder.").arg(quoted(name)); }
 inline QString wrongExtension(const QStringList& extensions) {
-  const QString last = QStringLiteral(".") + extensions.back();
-  const QStringList others = extensions.mid(0, extensions.size() - 1);
-  const QString list = others.isEmpty()
-                           ? last
-                           : QStringLiteral(".") + others.join(QStringLiteral(", .")) + QStringLiteral(" or ") + last;
-  return QStringLiteral("Only files whose names end in ") + list + QStringLiteral(" can be chosen.");
+  QStringList all;
+  for (const QString& one : extensions) all += QLatin1Char('.') + one;
+  const QString last = all.takeLast();
+  const QString list = all.isEmpty() ? last : translated("%1 or %2").arg(all.join(QStringLiteral(", ")), last);
+  return translated("Only files whose names end in %1 can be chosen.").arg(list);
 }
-inline QString noOrdinaryFile() { return QStringLiteral("That is not an ordinary file. Please choose another."); }
+inline QString noOrdinaryFile() { return translated("That is not an ordinary file. Please choose another."); }
 inline QString doesNotAnswer() {
-  return QStringLiteral(
-      "The disk or server does not answer. Please try again when it is back, or choose another place.");
+  return translated("The disk or server does not answer. Please try again when it is back, or choose another place.");
 }
 inline QString unreadableFile() {
-  return QStringLiteral("You may not read that file. Please choose another, or ask its owner.");
+  return translated("You may not read that file. Please choose another, or ask its owner.");
 }
-inline QString nameMissing() { return QStringLiteral("Please type a name."); }
-inline QString nameTooLong() { return QStringLiteral("That name is too long. Please choose a shorter one."); }
-inline QString noSuchFolder(const QString& folder) {
-  return QStringLiteral("There is no folder ") + quoted(folder) + QStringLiteral(".");
-}
+inline QString nameMissing() { return translated("Please type a name."); }
+inline QString nameTooLong() { return translated("That name is too long. Please choose a shorter one."); }
+inline QString noSuchFolder(const QString& folder) { return translated("There is no folder %1.").arg(quoted(folder)); }
 inline QString mayNotSave(const QString& folder) {
-  return QStringLiteral("You may not save in ") + quoted(folder) + QStringLiteral(". Please choose another folder.");
+  return translated("You may not save in %1. Please choose another folder.").arg(quoted(folder));
 }
 
 // ---- What is there already ----
-inline QString replaceTitle() { return QStringLiteral("Replace what is there?"); }
-inline QString replace() { return QStringLiteral("Replace"); }
+inline QString replaceTitle() { return translated("Replace what is there?"); }
+inline QString replace() { return translated("Replace"); }
 
 // ---- A new folder ----
-inline QString newFolderHeading() { return QStringLiteral("New folder"); }
-inline QString newFolderIn(const QString& folder) {
-  return QStringLiteral("It is made in ") + folder + QStringLiteral(".");
-}
-inline QString newFolderName() { return QStringLiteral("Name of the new folder"); }
-inline QString createFolder() { return QStringLiteral("Create"); }
-inline QString nameWithSlash() { return QStringLiteral("A name cannot hold a slash (/)."); }
-inline QString nameIsTaken() { return QStringLiteral("That name is taken already. Please choose another."); }
-inline QString folderNotMade(const QString& why) {
-  return QStringLiteral("The folder could not be made: ") + why + QStringLiteral(".");
-}
+inline QString newFolderHeading() { return translated("New folder"); }
+inline QString newFolderIn(const QString& folder) { return translated("It is made in %1.").arg(folder); }
+inline QString newFolderName() { return translated("Name of the new folder"); }
+inline QString createFolder() { return translated("Create"); }
+inline QString nameWithSlash() { return translated("A name cannot hold a slash (/)."); }
+inline QString nameIsTaken() { return translated("That name is taken already. Please choose another."); }
+inline QString folderNotMade(const QString& why) { return translated("The folder could not be made: %1.").arg(why); }
 
 }  // namespace zelvo::platform::qt::texts

@@ -66,6 +66,7 @@ class Reading {
  private:
   void readTables();
   void readTable(const IndexTable& table);
+  [[nodiscard]] bool goesOn(std::size_t part) const;
   void endTables(std::size_t firstSource);
   void decideBase();
   [[nodiscard]] std::optional<std::int64_t> votedBase() const;
@@ -229,15 +230,31 @@ Belonging Reading::belongingOfTables(std::uint64_t pictures, std::uint64_t unrea
   return hasWitness ? Belonging::foreign : Belonging::unknown;
 }
 
-/// Judges the tables from `first` up to those of the same header together.
+/// Whether a table is the rest of the one before it: behind the same header or, where that is lost, a whole number of
+/// entries away, and of chunks that come later.
+bool Reading::goesOn(std::size_t part) const {
+  constexpr std::uint64_t kFarthest = 65'536 * kTableEntry;
+  if (part == 0) return false;
+  const Part& before = parts_[part - 1];
+  const Part& after = parts_[part];
+  if (before.header || after.header) return before.header == after.header;
+  const std::uint64_t apart = made_.tables[part].offset - before.end;
+  return apart <= kFarthest && apart % kTableEntry == 0 && after.firstEntry > before.firstEntry &&
+         after.firstEntry < made_.entries.size() &&
+         made_.entries[after.firstEntry - 1].offset < made_.entries[after.firstEntry].offset;
+}
+
+/// Judges the tables from `first` up to the last that goes on with it together.
 void Reading::endTables(std::size_t first) {
   std::size_t last = first + 1;
-  while (last < parts_.size() && parts_[first].header && parts_[last].header == parts_[first].header) ++last;
+  while (last < parts_.size() && goesOn(last)) ++last;
   std::uint64_t pictures = 0;
   std::uint64_t unreadable = 0;
   for (std::size_t i = first; i < last; ++i) {
     pictures += parts_[i].pictures;
     unreadable += parts_[i].unreadable;
+    // What nobody can read may be too much to be passed over.
+    if (i > first) unreadable += (made_.tables[i].offset - parts_[i - 1].end) / kTableEntry;
   }
   const std::size_t endEntry = last < parts_.size() ? parts_[last].firstEntry : made_.entries.size();
   std::uint64_t lastEnd = 0;
@@ -252,8 +269,7 @@ void Reading::readTables() {
   for (const IndexTable& table : scan_.tables) readTable(table);
   decideBase();
   for (std::size_t i = 0; i < parts_.size(); ++i) {
-    const bool isFirst = i == 0 || !parts_[i].header || parts_[i].header != parts_[i - 1].header;
-    if (isFirst) endTables(i);
+    if (!goesOn(i)) endTables(i);
   }
 }
 

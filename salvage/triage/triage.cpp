@@ -58,6 +58,8 @@ class Triage {
   void findLargest();
   [[nodiscard]] TriageTally tally(std::size_t extent, const StreamTraits& streams);
   [[nodiscard]] TriageEstimate estimate() const;
+  /// Few of them lie whole in a place.
+  [[nodiscard]] bool hasLargeChunks() const { return largest_.payload >= run_.limits.place() / 2; }
   void describe();
 
   const TriageRun& run_;
@@ -147,7 +149,7 @@ TriageTally Triage::tally(std::size_t extent, const StreamTraits& streams) {
   const TriageExtent& place = sample_.extents[extent];
   auto& claims = claims_[extent].claims;
   TriageTally found = tallyExtent(place, claims, streams);
-  if (place.offset == 0 || largest_.payload < place.bytes.size() / 2) return found;
+  if (place.offset == 0 || !hasLargeChunks()) return found;
   if (claims.empty() && found.of(TriageKind::unknown) >= place.bytes.size() / 2) {
     claims.push_back({place.offset, place.end(), largest_.stream, false});
     found = tallyExtent(place, claims, streams);
@@ -186,8 +188,7 @@ TriageEstimate Triage::estimate() const {
   for (const double share : between) variance += (share - mean) * (share - mean);
   const auto count = static_cast<double>(std::max<std::size_t>(between.size(), 2));
   const double deviation = std::sqrt(variance / (count - 1) / count);
-  const bool hasLargeChunks = largest_.payload >= sample_.extents[last].bytes.size() / 2;
-  const double margin = hasLargeChunks ? kLargeChunkMargin : kSampleMargin;
+  const double margin = hasLargeChunks() ? kLargeChunkMargin : kSampleMargin;
   TriageEstimate made = bounded((ends + (size - endBytes) * mean) / size, margin + 2 * deviation);
   if (isGuessed_) made.low = 0;
   return made;
@@ -262,8 +263,7 @@ TriageReport Triage::perform() {
   StreamTraits streams{};
   for (const SalvagedStream& stream : planned_.streams) streams.at(stream.number) = {true, mayHoldZeros(stream)};
   // What a stream is cannot be seen in places that hold none of its chunks whole; in the file it will be.
-  isGuessed_ = !sample_.isWhole() && largest_.payload >= sample_.extents.back().bytes.size() / 2 &&
-               !streams.at(largest_.stream).isRecognised;
+  isGuessed_ = !sample_.isWhole() && hasLargeChunks() && !streams.at(largest_.stream).isRecognised;
   if (isGuessed_) streams.at(largest_.stream) = {true, true};
   for (std::size_t i = 0; i < claims_.size(); ++i) {
     if (isEnding()) return std::move(report_);

@@ -7,7 +7,7 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kSamplePage = 4096;
+constexpr std::uint64_t kPage = 4096;
 
 /// A number below `limit` that looks like chance and is always the same for the same place.
 std::uint64_t scattered(std::uint64_t place, std::uint64_t limit) {
@@ -18,7 +18,7 @@ std::uint64_t scattered(std::uint64_t place, std::uint64_t limit) {
 }
 
 std::vector<ByteSpan> placesIn(std::uint64_t size, const TriageLimits& limits) {
-  const std::uint64_t piece = std::max(kSamplePage, limits.bytes / limits.places / kSamplePage * kSamplePage);
+  const std::uint64_t piece = limits.place();
   std::vector<ByteSpan> places;
   const auto addAll = [&](std::uint64_t begin, std::uint64_t end) {
     for (; begin < end; begin += piece) places.push_back({begin, std::min(end, begin + piece)});
@@ -29,14 +29,13 @@ std::vector<ByteSpan> placesIn(std::uint64_t size, const TriageLimits& limits) {
   }
   const std::uint64_t ends = std::min(limits.ends, limits.bytes / 4) / piece * piece;
   addAll(0, ends);
-  const std::uint64_t last = (size - ends) / kSamplePage * kSamplePage;
+  const std::uint64_t last = (size - ends) / kPage * kPage;
   const auto atEnds = places.size() + static_cast<std::size_t>((size - last + piece - 1) / piece);
   const std::uint64_t between = limits.places - std::min(limits.places, atEnds);
   // Each has its own part of the file, and lies anywhere in it.
   for (std::uint64_t i = 0; i < between; ++i) {
     const std::uint64_t step = (last - ends) / between;
-    const std::uint64_t begin =
-        (ends + i * step) / kSamplePage * kSamplePage + scattered(i, (step - piece) / kSamplePage + 1) * kSamplePage;
+    const std::uint64_t begin = (ends + i * step) / kPage * kPage + scattered(i, (step - piece) / kPage + 1) * kPage;
     places.push_back({begin, std::min(last, begin + piece)});
   }
   addAll(last, size);
@@ -60,6 +59,8 @@ bool isInside(const ByteSpan& place, const std::vector<ByteSpan>& unrescued) {
 }
 
 }  // namespace
+
+std::uint64_t TriageLimits::place() const { return std::max(kPage, bytes / places / kPage * kPage); }
 
 bool TriageSample::isWhole() const {
   if (fileSize == 0) return true;

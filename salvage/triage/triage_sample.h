@@ -17,6 +17,9 @@ struct TriageLimits {
   std::uint64_t bytes = std::uint64_t{64} << 20U;
   std::size_t places = 256;
   std::uint64_t ends = std::uint64_t{1} << 20U;  ///< of its front and of its end all is looked at
+
+  /// How large a place is: whole pages.
+  [[nodiscard]] std::uint64_t place() const;
 };
 
 /// Neighbouring places that were read, as one.

@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t kWindow = std::size_t{1} << 20U;
 constexpr std::size_t kSmallestRead = std::size_t{1} << 14U;
 /// What cannot be read is stepped over in pages.
-constexpr std::uint64_t kPage = 4096;
+constexpr std::uint64_t kFilePage = 4096;
 /// Silence is made in parts of at most this size.
 constexpr std::uint32_t kMaxSilence = std::uint32_t{1} << 20U;
 
@@ -179,7 +179,7 @@ class Writer {
       size -= static_cast<std::uint32_t>(bytes.size());
       offset += bytes.size();
       if (!bytes.empty()) continue;
-      const std::uint64_t page = window_.isBehindEnd(offset) ? size : kPage - offset % kPage;
+      const std::uint64_t page = window_.isBehindEnd(offset) ? size : kFilePage - offset % kFilePage;
       const auto missing = static_cast<std::uint32_t>(std::min<std::uint64_t>(size, page));
       out_.zeros(missing);
       written_.unreadable += missing;

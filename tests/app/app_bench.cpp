@@ -79,12 +79,14 @@ AppBench::AppBench(platform::MainQueue& queue, platform::Workers& workers, bool 
                        .paths = paths,
                        .pathProbe = pathProbe,
                        .updateCheck = updateCheck,
+                       .films = films,
                        .lookAtStorage =
                            [this] {
                              return platform::StorageView{storage, storage};
                            },
                        .printed = printed,
-                       .homeDirectory = "/home/user"},
+                       .homeDirectory = "/home/user",
+                       .translator = words},
       screen.controller, screen.job);
   app::wire(*controller, screen.job, actions, application);
 }

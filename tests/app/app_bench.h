@@ -19,6 +19,7 @@
 #include "platform/headless/application.h"
 #include "platform/headless/bundle.h"
 #include "platform/headless/clock.h"
+#include "platform/headless/film_observer.h"
 #include "platform/headless/main_queue.h"
 #include "platform/headless/panels.h"
 #include "platform/headless/path_probe.h"
@@ -29,6 +30,7 @@
 #include "platform/headless/workspace.h"
 #include "platform/print_sink.h"
 #include "tests/app/recording_files.h"
+#include "tests/support/marked_translator.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/recorded_system.h"
 
@@ -132,6 +134,8 @@ class AppBench {
   platform::PathMapper paths;
   platform::headless::HeadlessPathProbe pathProbe;
   RecordingUpdateCheck updateCheck{events};
+  MarkedTranslator words;  ///< English, unless a test switches it on before anything is said
+  platform::headless::HeadlessFilmObserver films;
   /// What the inventory sees; a test may put another system there.
   std::shared_ptr<RecordedSystem> storage = std::make_shared<RecordedSystem>(platform::PropertyDictionary{});
   EventPrint printed{events};

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "salvage/report_json.h"
+#include "salvage/salvage_words.h"
 #include "tests/cli/program.h"
 #include "tests/support/small_avi.h"
 #include "tests/support/temp_folder.h"
@@ -204,6 +206,21 @@ TEST(SalvageCommand, ReportsAreOfTheKindThatTheirNamesSay) {
   EXPECT_THAT(page, Not(HasSubstr("http")));
 }
 
+TEST(SalvageCommand, SeveralReportsAreWrittenOfOneRun) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", damagedFilm());
+  const Ended ended = runZelvoAvi({"salvage", "--report", folder / "r.json", folder / "in.avi", "--report",
+                                   folder / "r.txt", "--report", folder / "r.html"});
+  EXPECT_EQ(ended.exit, 0) << ended.err;
+  EXPECT_THAT(readFile(folder / "r.txt"), HasSubstr("Damage:    bytes "));
+  EXPECT_THAT(readFile(folder / "r.html"), HasSubstr("<svg"));
+  const auto report = salvage::readReport(readFile(folder / "r.json"));
+  ASSERT_TRUE(report);
+  EXPECT_EQ(report->verdict, salvage::SalvageVerdict::partial);
+  EXPECT_THAT(ended.out, HasSubstr(verdictSentence(*report)));
+  EXPECT_GT(report->headerEnd, 0U);
+}
+
 TEST(SalvageCommand, ATransferAsTextIsUndoneAndTold) {
   const TempFolder folder;
   writeFile(folder / "in.avi", sentFilm());
@@ -251,6 +268,8 @@ TEST(SalvageCommand, OptionsThatMakeNoSenseAreRefusedBeforeAnythingIsTouched) {
                                                       {"--fps", "0"},
                                                       {"--rate", "7"},
                                                       {"--report", folder / "r.pdf"},
+                                                      {"--report", folder / "r.txt", "--report", folder / "r.pdf"},
+                                                      {"--report", folder / "r.txt", "--report", folder / "r.txt"},
                                                       {"--output-dir", folder.path(), "-o", folder / "x.avi"},
                                                       {"--report", folder / "x.txt", "-o", folder / "x.txt"},
                                                       {folder / "b.avi", "-o", folder / "x.avi"},

@@ -174,6 +174,18 @@ TEST(BatchQueue, ProgressIsPassedOn) {
   EXPECT_THAT(queue.progress, testing::Contains("half way"));
 }
 
+TEST(BatchQueue, StepsArePassedOn) {
+  const salvage::FilmStep step{"sear\tching", 17, 40};
+  const auto told = readFilmMessage(filmMessage({FilmMessage::Kind::progress, "42 %\tof it", {}, step}));
+  ASSERT_TRUE(told);
+  EXPECT_EQ(told->step, (salvage::FilmStep{"sear ching", 17, 40}));
+  EXPECT_EQ(told->progress, "42 %\tof it");
+  for (const char* wrong :
+       {"progress 1\t2\t3", "progress 1\tx\tsearching\t", "progress -1\t2\tsearching\t", "progress 5"}) {
+    EXPECT_FALSE(readFilmMessage(wrong)) << wrong;
+  }
+}
+
 TEST(BatchQueue, ProgramThatCannotBeStartedIsTriedAgainWhenAnotherHasEnded) {
   ScriptedPrograms programs;
   NotingQueue queue(2);

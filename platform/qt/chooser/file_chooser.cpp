@@ -54,7 +54,8 @@ FileChooser::FileChooser(PanelStack& stack, std::shared_ptr<ChooserFiles> files,
       name_(new QLineEdit),
       warning_(new Warning(stack.pictures())),
       sentence_(new QLabel),
-      note_(new ElidedLabel) {
+      note_(new ElidedLabel),
+      rows_(new QVBoxLayout(this)) {
   setPalette(withSelection(palette()));
   name_->setMinimumHeight(kFieldHeight);
   name_->setAccessibleName(nameLabel);
@@ -79,12 +80,11 @@ FileChooser::FileChooser(PanelStack& stack, std::shared_ptr<ChooserFiles> files,
   warning_->hide();
   sentence_->hide();
 
-  auto* const all = new QVBoxLayout(this);
-  all->setContentsMargins(kRing, 0, kRing, kRing);
-  all->setSpacing(kChooserGap);
-  all->addWidget(browser_, 1);
-  all->addLayout(field);
-  all->addLayout(line);
+  rows_->setContentsMargins(kRing, 0, kRing, kRing);
+  rows_->setSpacing(kChooserGap);
+  rows_->addWidget(browser_, 1);
+  rows_->addLayout(field);
+  rows_->addLayout(line);
   connect(name_, &QLineEdit::textChanged, this, [this] { say({}); });
   connect(qApp, &QApplication::focusChanged, this, [this] { update(); });
   for (QWidget* part : std::array<QWidget*, 3>{name_, &browser_->list(), &browser_->placeList()}) {
@@ -117,6 +117,12 @@ void FileChooser::say(const QString& sentence) {
   if (sentence.isEmpty()) return;
   QAccessibleEvent said(sentence_, QAccessible::Alert);
   QAccessible::updateAccessibility(&said);
+}
+
+void FileChooser::addTickBox(const QString& text, bool isTicked) {
+  tickBox_ = new QCheckBox(text);
+  tickBox_->setChecked(isTicked);
+  rows_->insertWidget(rows_->count() - 1, tickBox_, 0, Qt::AlignLeft);
 }
 
 void FileChooser::setNote(const QString& note) { note_->setWholeText(note); }

@@ -2,8 +2,10 @@
 /// Thread: main.
 #pragma once
 
+#include <QCheckBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QVBoxLayout>
 #include <QWidget>
 #include <memory>
 #include <string>
@@ -24,6 +26,9 @@ class FileChooser final : public QWidget {
   void say(const QString& sentence);
   /// The sentence that is said; empty when none is.
   [[nodiscard]] QString said() const { return sentence_->text(); }
+  /// A box to tick below the field; there is one at the most.
+  void addTickBox(const QString& text, bool isTicked);
+  [[nodiscard]] QCheckBox* tickBox() const { return tickBox_; }
   /// A quieter line, while nothing is said.
   void setNote(const QString& note);
 
@@ -41,9 +46,11 @@ class FileChooser final : public QWidget {
 
   FolderBrowser* browser_;
   QLineEdit* name_;
+  QCheckBox* tickBox_ = nullptr;
   Warning* warning_;
   QLabel* sentence_;
   ElidedLabel* note_;
+  QVBoxLayout* rows_;
 };
 
 }  // namespace zelvo::platform::qt

@@ -210,9 +210,19 @@ void FolderBrowser::showListing(FolderListing listing) {
   }
 }
 
+void FolderBrowser::selectSeveral() { list_->setSelectionMode(QAbstractItemView::ExtendedSelection); }
+
 const FolderEntry* FolderBrowser::selected() const {
-  const QModelIndexList rows = list_->selectionModel()->selectedRows();
-  return rows.isEmpty() ? nullptr : model_->entry(rows.front());
+  const std::vector<const FolderEntry*> all = allSelected();
+  return all.empty() ? nullptr : all.front();
+}
+
+std::vector<const FolderEntry*> FolderBrowser::allSelected() const {
+  QModelIndexList rows = list_->selectionModel()->selectedRows();
+  std::sort(rows.begin(), rows.end());
+  std::vector<const FolderEntry*> all;
+  for (const QModelIndex& row : rows) all.push_back(model_->entry(row));
+  return all;
 }
 
 const FolderEntry* FolderBrowser::entryShownAs(const QString& name) const {
@@ -253,6 +263,10 @@ bool FolderBrowser::eventFilter(QObject* watched, QEvent* event) {
   if (watched == list_ && isEnter(key)) {
     const QModelIndex current = list_->currentIndex();
     if (!current.isValid()) return true;
+    if (allSelected().size() > 1) {
+      if (fileOpened_) fileOpened_();
+      return true;
+    }
     list_->setCurrentIndex(current);
     openEntry(current);
     return true;

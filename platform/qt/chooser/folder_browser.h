@@ -9,6 +9,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "platform/main_queue.h"
 #include "platform/qt/chooser/folder_model.h"
@@ -31,8 +32,12 @@ class FolderBrowser final : public QWidget {
   void refresh();
   [[nodiscard]] const std::string& folder() const { return folder_; }
 
-  /// What is selected in the list; null when nothing is.
+  /// More than one entry can be selected at a time.
+  void selectSeveral();
+  /// What is selected in the list, the first of several; null when nothing is.
   [[nodiscard]] const FolderEntry* selected() const;
+  /// All that is selected, from the list's top to its end.
+  [[nodiscard]] std::vector<const FolderEntry*> allSelected() const;
   /// The entry that is shown under this name. A name that is no text is told apart from its look.
   [[nodiscard]] const FolderEntry* entryShownAs(const QString& name) const;
   [[nodiscard]] bool isRead() const { return isRead_; }

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "platform/qt/drawing/text.h"
+#include "platform/qt/language.h"
 
 namespace zelvo::platform::qt {
 
@@ -41,6 +41,6 @@ Qt::BrushStyle patternOf(DamagePaint paint) { return lookOf(paint).pattern; }
 
 int weightOf(DamagePaint paint) { return lookOf(paint).weight; }
 
-QString nameOf(DamagePaint paint) { return shown(kDamagePaintNames[static_cast<std::size_t>(paint)]); }
+QString nameOf(DamagePaint paint) { return translated(kDamagePaintNames[static_cast<std::size_t>(paint)]); }
 
 }  // namespace zelvo::platform::qt

@@ -47,15 +47,6 @@ double tickStep(double seconds, double count) {
   return kSteps.back() * std::ceil(seconds / count / kSteps.back());
 }
 
-/// "2:05", "1:02:05".
-QString clockTime(double seconds) {
-  const auto whole = static_cast<qint64>(seconds + 0.5);
-  const auto two = [](qint64 number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
-  const QString rest = two(whole / 60 % 60) + QLatin1Char(':') + two(whole % 60);
-  return whole < 3600 ? QString::number(whole / 60) + QLatin1Char(':') + two(whole % 60)
-                      : QString::number(whole / 3600) + QLatin1Char(':') + rest;
-}
-
 }  // namespace
 
 DamageView::DamageView(QWidget* parent) : QWidget(parent) {

@@ -100,6 +100,37 @@ FlatProgressBar::FlatProgressBar(QWidget* parent) : QProgressBar(parent) {
   setRange(0, kSteps);
   setValue(0);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  constexpr int kMilliseconds = 40;
+  constexpr double kPhaseStep = 0.02;
+  busyTimer_.setInterval(kMilliseconds);
+  connect(&busyTimer_, &QTimer::timeout, this, [this] {
+    phase_ = phase_ + kPhaseStep < 1 ? phase_ + kPhaseStep : 0;
+    update();
+  });
+}
+
+void FlatProgressBar::setBusy(bool busy) {
+  if (busy == isBusy_) return;
+  isBusy_ = busy;
+  // To a screen reader a bar without a range is one that is busy.
+  setRange(0, busy ? 0 : kSteps);
+  setValue(0);
+  if (busy && isVisible()) {
+    busyTimer_.start();
+  } else if (!busy) {
+    busyTimer_.stop();
+  }
+  update();
+}
+
+void FlatProgressBar::showEvent(QShowEvent* event) {
+  QProgressBar::showEvent(event);
+  if (isBusy_) busyTimer_.start();
+}
+
+void FlatProgressBar::hideEvent(QHideEvent* event) {
+  QProgressBar::hideEvent(event);
+  busyTimer_.stop();
 }
 
 QSize FlatProgressBar::sizeHint() const { return {kBarHintWidth, kBarHintHeight}; }
@@ -112,6 +143,15 @@ void FlatProgressBar::paintEvent(QPaintEvent*) {
   QPainter painter(this);
   const QRect bar(0, (height() - kBarHeight) / 2, std::max(0, width() - kPercentWidth), kBarHeight);
   painter.fillRect(bar, line(palette()));
+  if (isBusy_) {
+    constexpr double kPiece = 0.25;
+    const double from = phase_ * (1 + kPiece) - kPiece;
+    const double left = std::max(0.0, from);
+    const double right = std::min(1.0, from + kPiece);
+    painter.fillRect(QRectF(bar.x() + left * bar.width(), bar.y(), (right - left) * bar.width(), bar.height()),
+                     accent(palette()));
+    return;
+  }
   const double part = static_cast<double>(value()) / kSteps;
   painter.fillRect(QRectF(bar.x(), bar.y(), bar.width() * part, bar.height()), accent(palette()));
   painter.setFont(textFont(kSmallPixels));

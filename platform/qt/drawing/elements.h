@@ -5,6 +5,7 @@
 #include <QLabel>
 #include <QProgressBar>
 #include <QStackedWidget>
+#include <QTimer>
 #include <functional>
 #include <string>
 
@@ -67,11 +68,21 @@ class FlatProgressBar final : public QProgressBar {
   explicit FlatProgressBar(QWidget* parent = nullptr);
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override;
+  /// While it is, a piece runs along the bar and no per cent is told: nobody knows how much there is to do.
+  void setBusy(bool busy);
+  [[nodiscard]] bool isBusy() const { return isBusy_; }
   /// The per cent that stands after the bar, rounded down.
   [[nodiscard]] int percent() const;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  bool isBusy_ = false;
+  double phase_ = 0;  ///< of the running piece, 0 to 1
+  QTimer busyTimer_;  ///< runs while it is busy and shown
 };
 
 class QtProgressBar final : public ProgressBar {

@@ -36,4 +36,12 @@ QString breakable(const QString& text) {
   return all;
 }
 
+QString clockTime(double seconds) {
+  const auto whole = static_cast<qint64>(seconds + 0.5);
+  const auto two = [](qint64 number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
+  const QString rest = two(whole / 60 % 60) + QLatin1Char(':') + two(whole % 60);
+  return whole < 3600 ? QString::number(whole / 60) + QLatin1Char(':') + two(whole % 60)
+                      : QString::number(whole / 3600) + QLatin1Char(':') + rest;
+}
+
 }  // namespace zelvo::platform::qt

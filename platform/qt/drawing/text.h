@@ -21,4 +21,7 @@ namespace zelvo::platform::qt {
 /// Shows `text` with such places; a screen reader is told it without them.
 void showBreakable(QLabel& label, const QString& text);
 
+/// A place in a film to the next whole second: "2:05", "1:02:05".
+[[nodiscard]] QString clockTime(double seconds);
+
 }  // namespace zelvo::platform::qt

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "platform/qt/drawing/text.h"
+#include "platform/qt/language.h"
 #include "platform/qt/panels/panel_frame.h"
 #include "platform/qt/texts.h"
 
@@ -40,7 +41,7 @@ PanelFrame::Role roleOf(int answer, int dismissed) {
 }  // namespace
 
 int QtAlertPanels::runAlertPanel(const AlertPanel& alert) {
-  const int dismissed = dismissalAnswer(alert);
+  const int dismissed = dismissalAnswer(alert, QtTranslator());
   if (end_.terminated()) return dismissed;
   const std::vector<Choice> choices = choicesOf(alert);
   const QString picture = choices.size() > 1 ? QStringLiteral("sheet-question") : QStringLiteral("sheet-warning");

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/qt/language.h"
 #include "platform/qt/preview/open_movies.h"
 
 namespace zelvo::platform::qt {
@@ -13,15 +14,14 @@ namespace zelvo::platform::qt {
 namespace {
 
 QString cannotBeShown() {
-  return QStringLiteral(
-      "The preview cannot open this film. You can save it, but another player may not open it either.");
+  return translated("The preview cannot open this film. You can save it, but another player may not open it either.");
 }
 QString onlySound() {
-  return QStringLiteral(
+  return translated(
       "The picture of this film cannot be shown here, only its sound be heard. You can save it and try another "
       "player.");
 }
-QString isNotThere() { return QStringLiteral("The film is not there any more."); }
+QString isNotThere() { return translated("The film is not there any more."); }
 
 /// What a line of a picture is made of, so that every line begins where drawing is fastest.
 struct alignas(64) Stretch {
@@ -58,37 +58,62 @@ QtMovie::~QtMovie() {
       });
 }
 
-void QtMovie::onMain(void (QtMovie::*step)()) {
+void QtMovie::onMain(std::function<void(QtMovie& movie)> step) {
   openMovies_.mainQueue().perform(
-      [movie = std::static_pointer_cast<QtMovie>(shared_from_this()), step] { ((*movie).*step)(); });
+      [movie = std::static_pointer_cast<QtMovie>(shared_from_this()), step = std::move(step)] { step(*movie); });
 }
 
 void QtMovie::play() { onMain(&QtMovie::startPlaying); }
 void QtMovie::stop() { onMain(&QtMovie::stopPlaying); }
-void QtMovie::gotoBeginning() { onMain(&QtMovie::rewind); }
+void QtMovie::gotoBeginning() { gotoTime(0); }
 
 void QtMovie::gotoTime(double seconds) {
-  openMovies_.mainQueue().perform([movie = std::static_pointer_cast<QtMovie>(shared_from_this()), seconds] {
-    if (movie->player_) movie->player_->gotoTime(seconds);
-  });
+  onMain([seconds](QtMovie& movie) { movie.goTo(seconds); });
 }
 
 void QtMovie::startPlaying() {
   if (!player_) open();
   playing_ = true;
-  if (player_) player_->play();
+  paused_ = false;
+  if (player_) {
+    player_->setHeld(false);
+    player_->play();
+  }
   openMovies_.ring();  // one that could not be opened ends, but never within this call
   reportAudience();
 }
 
 void QtMovie::stopPlaying() {
   playing_ = false;
+  paused_ = false;
   if (player_) player_->pause();
   reportAudience();
 }
 
-void QtMovie::rewind() {
-  if (player_) player_->gotoBeginning();
+void QtMovie::setPaused(bool paused) {
+  if (!playing_ || paused == paused_) return;
+  paused_ = paused;
+  if (player_) player_->setHeld(paused);
+  reportAudience();
+}
+
+void QtMovie::goTo(double seconds) {
+  if (!player_) {
+    start_ = seconds;
+    return;
+  }
+  player_->gotoTime(seconds);
+  openMovies_.ring();  // a jump to the end is the end, which is never told within this call
+  reportAudience();
+}
+
+double QtMovie::position() const { return player_ ? player_->position() : 0; }
+
+std::optional<double> QtMovie::duration() const { return player_ ? player_->duration() : std::nullopt; }
+
+void QtMovie::setLoudness(const Loudness& loudness) {
+  loudness_ = loudness;
+  if (player_) player_->setLoudness(loudness);
 }
 
 void QtMovie::beginShow(std::function<void()> changed) {
@@ -99,6 +124,7 @@ void QtMovie::beginShow(std::function<void()> changed) {
 void QtMovie::pauseShow() {
   changed_ = nullptr;
   close();
+  paused_ = false;
   if (!std::exchange(playing_, false)) return;
   const auto self = shared_from_this();  // who is told may let go of it
   openMovies_.postEnd(*this);
@@ -106,7 +132,7 @@ void QtMovie::pauseShow() {
 
 void QtMovie::endShow() {
   changed_ = nullptr;
-  playing_ = false;
+  playing_ = paused_ = false;
   close();
 }
 
@@ -115,7 +141,12 @@ void QtMovie::open() {
   remark_.clear();
   openMovies_.serve(std::static_pointer_cast<QtMovie>(shared_from_this()));
   player_ = MpvPlayer::open(path_, [&openMovies = openMovies_] { openMovies.ring(); });
-  if (!player_) fail("no player could be made");
+  if (!player_) {
+    fail("no player could be made");
+    return;
+  }
+  player_->setLoudness(loudness_);
+  if (const double start = std::exchange(start_, 0.0); start > 0) player_->gotoTime(start);
 }
 
 void QtMovie::close() {
@@ -138,10 +169,11 @@ void QtMovie::serve() {
   if (player_) {
     const MpvPlayer::News news = player_->news();
     takeNews(news);
-    changed = news.frame || news.shape || news.pictureless || news.failure;
+    changed = news.frame || news.shape || news.time || news.pictureless || news.failure;
     ends = news.ended || failed_;
   }
   ends = ends && std::exchange(playing_, false);
+  if (ends) paused_ = false;
   if (changed || ends) reportAudience();
   if (ends) openMovies_.postEnd(*this);
 }

@@ -12,8 +12,8 @@ namespace zelvo::platform::qt {
 
 class OpenMovies;
 
-/// Thread: `play`, `stop`, `gotoBeginning` and the destructor any, taken over to the main thread in order; the rest
-/// main.
+/// Thread: `play`, `stop`, `gotoBeginning`, `gotoTime` and the destructor any, taken over to the main thread in order;
+/// the rest main.
 class QtMovie final : public ShownMovie {
  public:
   /// `openMovies` outlives the movie. Opens nothing. Thread: any.
@@ -26,6 +26,7 @@ class QtMovie final : public ShownMovie {
   /// Stands still.
   void stop() override;
   void gotoBeginning() override;
+  /// Of a film that is not open yet: where it begins once it is.
   void gotoTime(double seconds) override;
 
   void beginShow(std::function<void()> changed) override;
@@ -35,15 +36,20 @@ class QtMovie final : public ShownMovie {
   [[nodiscard]] QImage picture(QSize size) override;
   [[nodiscard]] QString remark() const override { return remark_; }
   [[nodiscard]] bool isPlaying() const override { return playing_; }
+  void setPaused(bool paused) override;
+  [[nodiscard]] bool isPaused() const override { return paused_; }
+  [[nodiscard]] double position() const override;
+  [[nodiscard]] std::optional<double> duration() const override;
+  void setLoudness(const Loudness& loudness) override;
 
   /// Looks for what its player has to tell.
   void serve();
 
  private:
-  void onMain(void (QtMovie::*step)());
+  void onMain(std::function<void(QtMovie& movie)> step);
   void startPlaying();
   void stopPlaying();
-  void rewind();
+  void goTo(double seconds);
   void open();
   void close();
   void fail(const std::string& reason);
@@ -58,6 +64,9 @@ class QtMovie final : public ShownMovie {
   QImage frame_;                   ///< the current picture at the size asked for last
   QString remark_;
   bool playing_ = false;
+  bool paused_ = false;  ///< never while it does not play
+  double start_ = 0;     ///< where it begins when it is opened, in seconds
+  Loudness loudness_;
   bool failed_ = false;
 };
 

@@ -7,6 +7,8 @@
 #include <cmath>
 #include <utility>
 
+#include "platform/qt/language.h"
+
 namespace zelvo::platform::qt {
 
 namespace {
@@ -41,12 +43,14 @@ void MovieWidget::look() {
 }
 
 void MovieWidget::movieChanged() {
-  const QString name = !movie_               ? QStringLiteral("Preview, no film yet")
-                       : movie_->isPlaying() ? QStringLiteral("Preview of the film, playing")
-                                             : QStringLiteral("Preview of the film, not playing");
+  const QString name = !movie_               ? translated("Preview, no film yet")
+                       : movie_->isPaused()  ? translated("Preview of the film, paused")
+                       : movie_->isPlaying() ? translated("Preview of the film, playing")
+                                             : translated("Preview of the film, not playing");
   if (accessibleName() != name) setAccessibleName(name);
   if (accessibleDescription() != sentence()) setAccessibleDescription(sentence());
   update();
+  if (observer_) observer_();
 }
 
 QSize MovieWidget::sizeHint() const { return kUsualSize; }
@@ -95,7 +99,7 @@ bool MovieWidget::paintPicture(QPainter& painter) {
 }
 
 QString MovieWidget::sentence() const {
-  return movie_ ? movie_->remark() : QStringLiteral("Your repaired film will be shown here.");
+  return movie_ ? movie_->remark() : translated("Your repaired film will be shown here.");
 }
 
 }  // namespace zelvo::platform::qt

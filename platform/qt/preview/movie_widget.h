@@ -4,7 +4,9 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/movies.h"
 #include "platform/qt/drawing/hosted_widget.h"
@@ -22,6 +24,10 @@ class MovieWidget : public HostedWidget {
   /// Shows `movie` in the place of the former one; nothing, or a movie that is not of this window's loader, shows an
   /// empty view.
   void setMovie(std::shared_ptr<Movie> movie);
+  /// The movie that is shown; nothing in an empty view.
+  [[nodiscard]] const std::shared_ptr<ShownMovie>& movie() const { return movie_; }
+  /// Told whenever there is another movie, or something new about this one.
+  void setObserver(std::function<void()> observer) { observer_ = std::move(observer); }
 
   [[nodiscard]] QSize sizeHint() const override;
 
@@ -38,6 +44,7 @@ class MovieWidget : public HostedWidget {
   [[nodiscard]] QString sentence() const;
 
   std::shared_ptr<ShownMovie> movie_;
+  std::function<void()> observer_;
 };
 
 }  // namespace zelvo::platform::qt

@@ -1,7 +1,8 @@
 // How the end of a film is known: the core says that something changed (it paused by itself, the end was reached, it
 // goes on after a seek), and is then asked whether the film stands at its end or paused by itself. Only these answers
 // count, and only when no seek is under way: a change may be told late, and one that is undone at once may not be told
-// at all.
+// at all. That a film paused by itself counts only when it was not told to pause since that question. A seek to where
+// the film ends is its end by itself, since the core tells of none while it is paused.
 //
 // How a picture is known: the core hands each one to the renderer and announces it. It waits 0.2 s for it to be drawn;
 // then it keeps it as the current picture, and the renderer no longer says that there is one to draw. The film that
@@ -13,9 +14,11 @@
 #include <mpv/client.h>
 #include <mpv/render.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <clocale>
+#include <cmath>
 #include <filesystem>
 #include <string_view>
 #include <utility>
@@ -81,7 +84,22 @@ constexpr std::array kExtras = {
 };
 
 /// By these numbers the core's answers are told apart.
-enum Reply : std::uint64_t { kNoReply, kPause, kSeek, kEnd, kStands, kPicture, kWidth, kHeight };
+enum Reply : std::uint64_t {
+  kNoReply,
+  kPause,
+  kSeek,
+  kEnd,
+  kPicture,
+  kWidth,
+  kHeight,
+  kTime,
+  kDuration,
+  kLoudness,
+  kStands,  ///< and each number above: asked after so many pauses less
+};
+
+/// More than any film lasts, and few enough for the core.
+constexpr double kLongestFilm = 1e9;
 
 /// The bytes in memory of a native 0xffRRGGBB.
 constexpr const char* kPixelFormat = std::endian::native == std::endian::little ? "bgr0" : "0rgb";
@@ -137,6 +155,10 @@ bool MpvPlayer::begin(const std::string& path) {
       renderer_.get(), [](void* player) { static_cast<MpvPlayer*>(player)->announcePicture(); }, this);
   mpv_observe_property(core_.get(), kWidth, "dwidth", MPV_FORMAT_INT64);
   mpv_observe_property(core_.get(), kHeight, "dheight", MPV_FORMAT_INT64);
+  mpv_observe_property(core_.get(), kTime, "time-pos", MPV_FORMAT_DOUBLE);
+  mpv_observe_property(core_.get(), kDuration, "duration", MPV_FORMAT_DOUBLE);
+  mpv_observe_property(core_.get(), kLoudness, "volume", MPV_FORMAT_DOUBLE);
+  mpv_observe_property(core_.get(), kLoudness, "mute", MPV_FORMAT_FLAG);
   mpv_observe_property(core_.get(), kEnd, "eof-reached", MPV_FORMAT_FLAG);
   mpv_observe_property(core_.get(), kPause, "pause", MPV_FORMAT_FLAG);
 
@@ -168,23 +190,44 @@ void MpvPlayer::pause() {
   sendPause();
 }
 
+void MpvPlayer::setHeld(bool held) {
+  held_ = held;
+  sendPause();
+  askWhetherEnded();
+}
+
 void MpvPlayer::gotoBeginning() { gotoTime(0); }
 
 void MpvPlayer::gotoTime(double seconds) {
-  if (!loaded_) return;  // it will begin at the beginning
-  const std::string place = fixedPoint(seconds, 3);
+  goal_ = seconds > 0 ? std::min(seconds, kLongestFilm) : 0;
+  atEnd_ = isAtEnd(*goal_);
+  if (loaded_) sendSeek();
+}
+
+void MpvPlayer::sendSeek() {
+  const std::string place = fixedPoint(*goal_, 3);
   std::array<const char*, 4> seek = {"seek", place.c_str(), "absolute+exact", nullptr};
   if (mpv_command_async(core_.get(), kSeek, seek.data()) < 0) return;
   ++seeksInFlight_;
   seeking_ = true;
-  atEnd_ = false;
+}
+
+double MpvPlayer::position() const { return atEnd_ && duration_ ? *duration_ : goal_.value_or(time_); }
+
+void MpvPlayer::setLoudness(const Loudness& loudness) {
+  double percent = std::clamp(loudness.percent, 0, 100);
+  int muted = loudness.isMuted ? 1 : 0;
+  static_cast<void>(mpv_set_property_async(core_.get(), kLoudness, "volume", MPV_FORMAT_DOUBLE, &percent));
+  static_cast<void>(mpv_set_property_async(core_.get(), kLoudness, "mute", MPV_FORMAT_FLAG, &muted));
 }
 
 /// Requests may overtake each other, so the next one waits for the answer to the last; what was asked of us last holds.
 /// Before the file is open nothing is sent: a film that is stopped again until then has not moved.
 void MpvPlayer::sendPause() {
-  if (!loaded_ || pauseInFlight_ || pauseSent_ == !playing_) return;
-  pauseSent_ = !playing_;
+  const bool plays = playing_ && !held_;
+  if (!loaded_ || pauseInFlight_ || pauseSent_ == !plays) return;
+  pauseSent_ = !plays;
+  ++pausesSent_;
   int flag = pauseSent_ ? 1 : 0;
   pauseInFlight_ = mpv_set_property_async(core_.get(), kPause, "pause", MPV_FORMAT_FLAG, &flag) >= 0;
 }
@@ -193,7 +236,8 @@ void MpvPlayer::askWhetherEnded() {
   if (!playing_ || !loaded_ || seeking_) return;
   static_cast<void>(mpv_get_property_async(core_.get(), kEnd, "eof-reached", MPV_FORMAT_FLAG));
   // The core pauses by itself at the end and nowhere else.
-  if (isToldToPlay()) static_cast<void>(mpv_get_property_async(core_.get(), kStands, "pause", MPV_FORMAT_FLAG));
+  if (!isToldToPlay()) return;
+  static_cast<void>(mpv_get_property_async(core_.get(), kStands + pausesSent_, "pause", MPV_FORMAT_FLAG));
 }
 
 MpvPlayer::News MpvPlayer::news() {
@@ -218,10 +262,11 @@ void MpvPlayer::take(const mpv_event& event, News& news) {
   switch (event.event_id) {
     case MPV_EVENT_FILE_LOADED:
       loaded_ = true;
+      if (goal_) sendSeek();
       sendPause();
       break;
     case MPV_EVENT_PLAYBACK_RESTART:
-      if (seeksInFlight_ == 0) seeking_ = false;
+      if (seeksInFlight_ == 0) arrive();
       askWhetherEnded();
       static_cast<void>(mpv_get_property_async(core_.get(), kPicture, "vid", MPV_FORMAT_INT64));
       break;
@@ -232,6 +277,7 @@ void MpvPlayer::take(const mpv_event& event, News& news) {
       takeReply(event, news);
       break;
     case MPV_EVENT_SET_PROPERTY_REPLY:
+      if (event.reply_userdata != kPause) break;
       pauseInFlight_ = false;
       sendPause();
       break;
@@ -241,7 +287,7 @@ void MpvPlayer::take(const mpv_event& event, News& news) {
         break;
       }
       --seeksInFlight_;
-      if (event.error < 0 && seeksInFlight_ == 0) seeking_ = false;
+      if (event.error < 0 && seeksInFlight_ == 0) arrive();
       break;
     case MPV_EVENT_END_FILE: {
       const auto& end = *static_cast<const mpv_event_end_file*>(event.data);
@@ -256,15 +302,43 @@ void MpvPlayer::take(const mpv_event& event, News& news) {
   }
 }
 
+void MpvPlayer::arrive() {
+  seeking_ = false;
+  if (goal_) time_ = *goal_;
+  goal_.reset();
+}
+
 void MpvPlayer::takeProperty(const mpv_event_property& property, News& news) {
   const std::string_view name = property.name;
   if (property.format == MPV_FORMAT_INT64) {
     const int length = static_cast<int>(*static_cast<const std::int64_t*>(property.data));
     (name == "dwidth" ? shape_.width : shape_.height) = length;
     news.shape = true;
-  } else if (property.format == MPV_FORMAT_FLAG && *static_cast<const int*>(property.data) != 0) {
-    askWhetherEnded();
+  } else if (property.format == MPV_FORMAT_DOUBLE) {
+    takeNumber(name, *static_cast<const double*>(property.data), news);
+  } else if (property.format == MPV_FORMAT_FLAG) {
+    const bool isSet = *static_cast<const int*>(property.data) != 0;
+    if (name == "mute") {
+      loudness_.isMuted = isSet;
+    } else if (isSet) {
+      askWhetherEnded();
+    }
   }
+}
+
+void MpvPlayer::takeNumber(std::string_view name, double number, News& news) {
+  if (!std::isfinite(number)) return;
+  if (name == "volume") {
+    loudness_.percent = static_cast<int>(std::lround(number));
+    return;
+  }
+  news.time = true;
+  if (name == "time-pos") {
+    time_ = std::max(number, 0.0);
+    return;
+  }
+  duration_ = number > 0 ? std::optional(number) : std::nullopt;
+  if (goal_ && isAtEnd(*goal_)) atEnd_ = true;  // it was sent there before anybody knew
 }
 
 void MpvPlayer::takeReply(const mpv_event& event, News& news) {
@@ -273,7 +347,8 @@ void MpvPlayer::takeReply(const mpv_event& event, News& news) {
     if (!news.pictureless && !hasFrame_) hasFrame_ = news.frame = true;  // see the top
     return;
   }
-  if (event.error < 0 || seeking_ || (event.reply_userdata == kStands && !isToldToPlay())) return;
+  if (event.error < 0 || seeking_) return;
+  if (event.reply_userdata >= kStands && (!isToldToPlay() || event.reply_userdata != kStands + pausesSent_)) return;
   const auto& property = *static_cast<const mpv_event_property*>(event.data);
   if (property.format == MPV_FORMAT_FLAG && *static_cast<const int*>(property.data) != 0) atEnd_ = true;
 }

@@ -1,6 +1,6 @@
-/// One player of the movie library, with one file: it opens it paused at its beginning, plays and pauses, and draws
-/// into memory. Nothing here waits for the file: requests are queued to the player's own threads, and what became of
-/// them is fetched with `news` after the player has rung. Sizes are in pixels.
+/// One player of the movie library, with one file: it opens it paused at its beginning or at the place asked for, plays
+/// and pauses, and draws into memory. Nothing here waits for the file: requests are queued to the player's own threads,
+/// and what became of them is fetched with `news` after the player has rung. Sizes are in pixels, times in seconds.
 /// Thread: main, apart from the ringing and the destructor.
 #pragma once
 
@@ -11,6 +11,9 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+
+#include "platform/qt/preview/shown_movie.h"
 
 struct mpv_event;
 struct mpv_event_property;
@@ -25,7 +28,8 @@ class MpvPlayer {
   struct News {
     bool frame = false;                  ///< there is a picture to draw, a new one or the same one again
     bool shape = false;                  ///< the picture's shape became known or changed
-    bool ended = false;                  ///< it was playing and came to the end of the film
+    bool time = false;                   ///< the place in the film or its length became known or changed
+    bool ended = false;                  ///< it was playing and came to the end of the film, or was sent there
     bool pictureless = false;            ///< the film is open, and has no picture that can be shown
     std::optional<std::string> failure;  ///< why the film cannot be played; it will never play
   };
@@ -58,13 +62,24 @@ class MpvPlayer {
   void play();
   /// Stands still.
   void pause();
+  /// While held it stands still, whatever it was asked; one that plays goes on when it is let go.
+  void setHeld(bool held);
   /// Shows the first picture.
   void gotoBeginning();
-  /// Shows the picture at a time, in seconds.
+  /// Shows the picture at a time; one that lies at the end or behind it is the end. Asked before the film is open, it
+  /// begins there.
   void gotoTime(double seconds);
+  /// Holds from before the first sound on, when it is asked right after `open`.
+  void setLoudness(const Loudness& loudness);
 
   [[nodiscard]] News news();
   [[nodiscard]] Shape shape() const { return hasFrame_ ? shape_ : Shape(); }
+  /// Where the film is, or is going.
+  [[nodiscard]] double position() const;
+  /// Nothing while it is not known.
+  [[nodiscard]] std::optional<double> duration() const { return duration_; }
+  /// What the player says of it.
+  [[nodiscard]] const Loudness& loudness() const { return loudness_; }
 
   /// Draws the current picture over the whole of `pixels`: `height` lines of `stride` bytes, four bytes a pixel in the
   /// order of a native 0xffRRGGBB. Lines that begin at multiples of 64 bytes are drawn fastest.
@@ -85,13 +100,18 @@ class MpvPlayer {
   [[nodiscard]] bool begin(const std::string& path);
   void take(const mpv_event& event, News& news);
   void takeProperty(const mpv_event_property& property, News& news);
+  void takeNumber(std::string_view name, double number, News& news);
   void takeReply(const mpv_event& event, News& news);
+  /// The film stands or goes on where it was sent, or could not go there.
+  void arrive();
   void sendPause();
+  void sendSeek();
   void askWhetherEnded();
   /// The renderer's callback: a picture was announced. Thread: any.
   void announcePicture();
   /// The core knows that it is to play.
   [[nodiscard]] bool isToldToPlay() const { return !pauseSent_ && !pauseInFlight_; }
+  [[nodiscard]] bool isAtEnd(double seconds) const { return duration_ && seconds >= *duration_; }
 
   const std::function<void()> ring_;
   // The renderer goes before its core: the order of these two matters.
@@ -102,11 +122,17 @@ class MpvPlayer {
   std::atomic<bool> announced_{false};  ///< a picture was, since the last look
   bool loaded_ = false;                 ///< the file is open
   bool playing_ = false;                ///< what was asked of us last: to play, not to pause
-  bool pauseSent_ = true;               ///< what the core was told last
+  bool held_ = false;
+  bool pauseSent_ = true;  ///< what the core was told last
   bool pauseInFlight_ = false;
+  std::uint64_t pausesSent_ = 0;
   int seeksInFlight_ = 0;  ///< not yet taken by the core
   bool seeking_ = false;   ///< a seek was sent, and the film has not gone on since
   bool atEnd_ = false;
+  double time_ = 0;             ///< the place that the core told last
+  std::optional<double> goal_;  ///< the place asked for last, until the film stands or goes on there
+  std::optional<double> duration_;
+  Loudness loudness_;
 };
 
 }  // namespace zelvo::platform::qt

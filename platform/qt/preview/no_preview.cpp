@@ -1,5 +1,6 @@
 #include "platform/qt/preview/no_preview.h"
 
+#include "platform/qt/language.h"
 #include "platform/qt/preview/shown_movie.h"
 
 namespace zelvo::platform::qt {
@@ -26,9 +27,14 @@ class UnshownMovie final : public ShownMovie {
   QSize shape() const override { return {}; }
   QImage picture(QSize) override { return {}; }
   QString remark() const override {
-    return QStringLiteral("No preview in this build. You can save the film and open it in a player.");
+    return translated("No preview in this build. You can save the film and open it in a player.");
   }
   bool isPlaying() const override { return false; }
+  void setPaused(bool) override {}
+  bool isPaused() const override { return false; }
+  double position() const override { return 0; }
+  std::optional<double> duration() const override { return std::nullopt; }
+  void setLoudness(const Loudness&) override {}
 
  private:
   MainQueue& mainQueue_;

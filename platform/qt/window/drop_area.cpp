@@ -34,6 +34,7 @@ DropArea::DropArea(MainQueue& queue, Pictures& pictures, QtButton& chooser, QWid
       picture_(new PictureWidget(pictures, "film-drop", QSize(kPictureWidth, kPictureHeight))),
       title_(new ElidedLabel),
       facts_(new QLabel),
+      buttons_(new QHBoxLayout),
       lengthReader_(queue) {
   setCursor(Qt::PointingHandCursor);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
@@ -48,7 +49,11 @@ DropArea::DropArea(MainQueue& queue, Pictures& pictures, QtButton& chooser, QWid
   column->addWidget(title_);
   facts_->setForegroundRole(QPalette::PlaceholderText);
   column->addWidget(facts_, 0, Qt::AlignHCenter);
-  column->addWidget(&chooser, 0, Qt::AlignHCenter);
+  buttons_->setSpacing(kMargin);
+  buttons_->addStretch(1);
+  buttons_->addWidget(&chooser);
+  buttons_->addStretch(1);
+  column->addLayout(buttons_);
   column->addStretch(1);
   becomeCard(false);
 }
@@ -85,6 +90,8 @@ void DropArea::becomeCard(bool isCard) {
 }
 
 void DropArea::resizeEvent(QResizeEvent*) { picture_->setVisible(height() >= kHeightWithPicture); }
+
+void DropArea::addBeside(QWidget* widget) { buttons_->insertWidget(buttons_->count() - 1, widget); }
 
 void DropArea::addLine(QWidget* widget) { layout()->addWidget(widget); }
 

@@ -3,6 +3,7 @@
 /// Thread: main.
 #pragma once
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QWidget>
 #include <functional>
@@ -31,6 +32,8 @@ class DropArea final : public QWidget, public ChosenFilmView {
 
   /// Told when a film has come onto the card, or gone from it.
   void setCardObserver(std::function<void(bool isCard)> observer) { cardObserver_ = std::move(observer); }
+  /// At the right of the chooser's button.
+  void addBeside(QWidget* widget);
   /// Below everything else in the area.
   void addLine(QWidget* widget);
   /// Whether a file that can be dropped is over the window.
@@ -53,6 +56,7 @@ class DropArea final : public QWidget, public ChosenFilmView {
   PictureWidget* picture_;
   ElidedLabel* title_;
   QLabel* facts_;
+  QHBoxLayout* buttons_;
   FilmLengthReader lengthReader_;
   std::function<void(bool isCard)> cardObserver_;
   bool isInviting_ = false;

@@ -4,18 +4,16 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDragEnterEvent>
-#include <QFile>
 #include <QMimeData>
 #include <QShortcut>
 #include <QToolTip>
-#include <QUrl>
 #include <QVBoxLayout>
 #include <array>
-#include <vector>
 
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/window/desktop_notice.h"
+#include "platform/qt/window/dragged_files.h"
 
 namespace zelvo::platform::qt {
 
@@ -42,12 +40,6 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
   return window == nullptr ? nullptr : new QAccessibleWidget(window, QAccessible::Window);  // Qt's cache owns it
 }
 
-/// The one local file that is dragged; empty when it is anything else.
-QString draggedFile(const QMimeData& data) {
-  const QList<QUrl> urls = data.urls();
-  return urls.size() == 1 && urls.front().isLocalFile() ? urls.front().toLocalFile() : QString();
-}
-
 }  // namespace
 
 class MainWindow::UnseenMovieView final : public MovieView {
@@ -62,8 +54,13 @@ class MainWindow::UnseenMovieView final : public MovieView {
   std::shared_ptr<Movie> movie_;
 };
 
-MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView)
-    : queue_(queue), pictures_(pictures), content_(new QWidget(this)), movie_(movie) {
+MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView)
+    : queue_(queue),
+      pictures_(pictures),
+      content_(new QWidget(this)),
+      movie_(movie),
+      layers_(new QStackedWidget),
+      pages_(new QStackedWidget) {
   QAccessible::installFactory(accessibleWindow);  // once, however often it is asked
   setWindowTitle(texts::productName());
   setAcceptDrops(true);
@@ -75,7 +72,6 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
 
   ground_ = new HostedWidget(content_);
   ground_->setFocusPolicy(Qt::NoFocus);
-  pages_ = new QStackedWidget;
   const PageParts parts{queue, pictures};
   choosePage_ = new ChoosePage(parts);
   repairPage_ = new RepairPage(parts);
@@ -83,8 +79,11 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
   for (WindowPage* page : std::array<WindowPage*, 3>{choosePage_, repairPage_, resultPage_}) pages_->addWidget(page);
   auto* const inContent = new QVBoxLayout(content_);
   inContent->setContentsMargins(0, 0, 0, 0);
-  inContent->addWidget(pages_);
-  connect(pages_, &QStackedWidget::currentChanged, this, [this] { pageChanged(); });
+  inContent->addWidget(layers_);
+  layers_->addWidget(pages_);
+  for (QStackedWidget* const stack : {pages_, layers_}) {
+    connect(stack, &QStackedWidget::currentChanged, this, [this, stack] { pageChanged(*stack); });
+  }
 
   panels_ = std::make_unique<PanelStack>(*content_, queue, pictures);
   fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
@@ -93,9 +92,8 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie
   panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
   resultPage_->filmreport->setSheet(fixedPanels_->repaircompletedwindow);
   fillOutlets(movieView);
-  for (FlatProgressBar* bar : {repairPage_->bar, &fixedPanels_->saveBar}) {
-    connect(bar, &QProgressBar::valueChanged, this, [this] { showTitle(); });
-  }
+  showInTitle(*repairPage_, *repairPage_->bar);
+  showInTitle(fixedPanels_->saveprogresspanel, fixedPanels_->saveBar);
   addShortcuts();
   choosePage_->firstFocus()->setFocus();
 }
@@ -210,17 +208,22 @@ void MainWindow::fillOutlets(MovieView& movieView) {
 }
 
 HostedViews MainWindow::hostedViews() {
-  return {.content = ground_->host(),
-          .result = resultPage_->result->host(),
-          .movie = movie_->host(),
-          .pageButtons = {choosePage_->browsebutton->hosted(), resultPage_->savebutton->hosted()}};
+  HostedViews views{.content = ground_->host(),
+                    .result = resultPage_->result->host(),
+                    .movie = movie_->movie().host(),
+                    .pageButtons = {choosePage_->browsebutton->hosted(), resultPage_->savebutton->hosted()}};
+  for (int layer = 1; layer < layers_->count(); ++layer) {
+    const auto& page = dynamic_cast<WindowPage&>(*layers_->widget(layer));
+    if (page.filled() != nullptr) views.pageButtons.push_back(page.filled()->hosted());
+  }
+  return views;
 }
 
 void MainWindow::addShortcuts() {
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_O), [this] { return choosePage_->browsebutton; });
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_R), [this] { return choosePage_->repairbutton; });
   addShortcut(QKeySequence(Qt::CTRL | Qt::Key_P), [this] { return resultPage_->previewbutton; });
-  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), [this] { return resultPage_->savebutton; });
+  addShortcut(QKeySequence(Qt::CTRL | Qt::Key_S), [this] { return shownPage().saving(); });
   connect(new QShortcut(QKeySequence(Qt::Key_F1), this), &QShortcut::activated, this, [this] { askForHelp(); });
   connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this), &QShortcut::activated, this, [this] { close(); });
 }
@@ -228,29 +231,38 @@ void MainWindow::addShortcuts() {
 void MainWindow::addShortcut(const QKeySequence& keys, const std::function<QtButton*()>& button) {
   connect(new QShortcut(keys, this), &QShortcut::activated, this, [this, button] {
     QtButton* const pressed = button();
-    if (panels_->isEmpty() && pressed->isVisible()) pressed->click();
+    if (panels_->isEmpty() && pressed != nullptr && pressed->isVisible()) pressed->click();
   });
+}
+
+void MainWindow::showInTitle(const QWidget& shownWith, const FlatProgressBar& bar) {
+  titleBars_.emplace_back(&shownWith, &bar);
+  connect(&bar, &QProgressBar::valueChanged, this, [this] { showTitle(); });
 }
 
 void MainWindow::showTitle() {
   const FlatProgressBar* bar = nullptr;
-  if (panels_->isShown(fixedPanels_->saveprogresspanel)) {
-    bar = &fixedPanels_->saveBar;
-  } else if (pages_->currentWidget() == repairPage_) {
-    bar = repairPage_->bar;
+  for (const auto& [shownWith, one] : titleBars_) {
+    const auto* const panel = dynamic_cast<const PanelFrame*>(shownWith);
+    if (panel != nullptr ? panels_->isShown(*panel) : shownWith == &shownPage()) bar = one;
   }
-  const QString title = bar == nullptr ? texts::productName() : texts::titleWithPercent(bar->percent());
+  const bool isKnown = bar != nullptr && !bar->isBusy();
+  const QString title = isKnown ? texts::titleWithPercent(bar->percent()) : texts::productName();
   if (title != windowTitle()) setWindowTitle(title);
 }
 
 void MainWindow::askForHelp() {
   const PanelFrame* const panel = panels_->top();
   if (panel == nullptr) {
-    QtButton* const help = dynamic_cast<WindowPage&>(*pages_->currentWidget()).help;
+    QtButton* const help = shownPage().help;
     if (help->isVisible()) help->click();
-  } else if (panel != helpPanel_->frame() && helpPage_.isValid()) {
-    helpPanel_->show(helpPage_, panel->helpTopic(), {});
+  } else if (panel != helpPanel_->frame()) {
+    showHelp(panel->helpTopic());
   }
+}
+
+void MainWindow::showHelp(const QString& topic) {
+  if (helpPage_.isValid()) helpPanel_->show(helpPage_, topic, {});
 }
 
 void MainWindow::showUnopened(const QUrl& address) {
@@ -268,11 +280,28 @@ void MainWindow::fitInto(const QSize& free) {
   resize(QSize(kWidth, kHeight).boundedTo(free - kFrameRoom).expandedTo(minimumSize()));
 }
 
-void MainWindow::pageChanged() {
+void MainWindow::addPage(WindowPage& page) { layers_->addWidget(&page); }
+
+void MainWindow::showPage(WindowPage* page) {
+  QWidget* const next = page == nullptr ? static_cast<QWidget*>(pages_) : page;
+  if (next == layers_->currentWidget()) return;
+  // As on a change of the three: the keyboard goes where the window says, and not to the next page's first button.
+  QWidget* const focused = focusWidget();
+  if (focused != nullptr && layers_->currentWidget()->isAncestorOf(focused)) focused->clearFocus();
+  layers_->setCurrentWidget(next);
+}
+
+WindowPage& MainWindow::shownPage() const {
+  const QWidget* const layer = layers_->currentWidget();
+  return dynamic_cast<WindowPage&>(layer == pages_ ? *pages_->currentWidget() : *layers_->currentWidget());
+}
+
+void MainWindow::pageChanged(QStackedWidget& stack) {
   showTitle();
-  auto& page = dynamic_cast<WindowPage&>(*pages_->currentWidget());
+  if (&stack == pages_ && layers_->currentWidget() != pages_) return;  // nobody sees it
+  const WindowPage& page = shownPage();
   if (panels_->isEmpty() && page.firstFocus()->isEnabled()) page.firstFocus()->setFocus(Qt::OtherFocusReason);
-  QAccessibleEvent changed(pages_, QAccessible::Alert);
+  QAccessibleEvent changed(&stack, QAccessible::Alert);
   QAccessible::updateAccessibility(&changed);
   resynchronise();
 }
@@ -296,7 +325,7 @@ void MainWindow::giveLostFocus() {
   const QWidget* const focused = focusWidget();
   const bool isLost = focused == nullptr || !focused->isVisible() || !focused->isEnabled();
   if (panels_->isEmpty() && isLost) {
-    QWidget* const first = dynamic_cast<WindowPage&>(*pages_->currentWidget()).firstFocus();
+    QWidget* const first = shownPage().firstFocus();
     if (first->isEnabled()) {
       first->setFocus(Qt::OtherFocusReason);
     } else {
@@ -311,10 +340,10 @@ void MainWindow::resynchronise() {
   }
 }
 
-bool MainWindow::takesFiles() const { return pages_->currentWidget() == choosePage_ && panels_->isEmpty(); }
+bool MainWindow::isChoosing() const { return &shownPage() == choosePage_ && panels_->isEmpty(); }
 
 void MainWindow::offerFile(const std::string& file) {
-  if (takesFiles() && fileReceiver_) fileReceiver_(file);
+  if (isChoosing() && fileReceiver_) fileReceiver_(file);
 }
 
 void MainWindow::setAnswering(bool answering) {
@@ -332,10 +361,7 @@ void MainWindow::paintEvent(QPaintEvent*) { wasPainted_ = true; }
 void MainWindow::resizeEvent(QResizeEvent*) { ground_->setGeometry(content_->rect()); }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (!whyRefused(*event->mimeData()).isEmpty()) {
-    sayRefused(event->position().toPoint(), *event->mimeData());
-    return;
-  }
+  if (refuses(*event)) return;
   event->setDropAction(Qt::CopyAction);
   event->accept();
   choosePage_->dropArea->setInviting(true);
@@ -345,26 +371,29 @@ void MainWindow::dragLeaveEvent(QDragLeaveEvent*) { choosePage_->dropArea->setIn
 
 QString MainWindow::whyRefused(const QMimeData& dragged) const {
   if (!panels_->isEmpty()) return texts::answerFirst();
-  if (pages_->currentWidget() == repairPage_) return texts::stillRepairing();
-  if (pages_->currentWidget() == resultPage_) return texts::homeFirst();
-  if (dragged.urls().size() > 1) return texts::oneAtATime();
-  return draggedFile(dragged).isEmpty() ? texts::onlyFiles() : QString();
+  if (&shownPage() == repairPage_) return texts::stillRepairing();
+  if (&shownPage() != choosePage_) return texts::homeFirst();
+  if (dragged.urls().size() > 1 && !filesReceiver_) return texts::oneAtATime();
+  return draggedFiles(dragged).empty() ? texts::onlyFiles() : QString();
 }
 
-void MainWindow::sayRefused(const QPoint& place, const QMimeData& dragged) {
-  QToolTip::showText(mapToGlobal(place), whyRefused(dragged), this);
+bool MainWindow::refuses(const QDropEvent& event) {
+  const QString why = whyRefused(*event.mimeData());
+  if (!why.isEmpty()) QToolTip::showText(mapToGlobal(event.position().toPoint()), why, this);
+  return !why.isEmpty();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
   choosePage_->dropArea->setInviting(false);
-  const QString file = draggedFile(*event->mimeData());
-  if (!whyRefused(*event->mimeData()).isEmpty()) {
-    sayRefused(event->position().toPoint(), *event->mimeData());
-    return;
-  }
+  if (refuses(*event)) return;
   event->setDropAction(Qt::CopyAction);  // the file stays where it is, whatever the other side proposed
   event->accept();
-  offerFile(QFile::encodeName(file).toStdString());
+  std::vector<std::string> files = draggedFiles(*event->mimeData());
+  if (files.size() == 1) {
+    offerFile(files.front());
+  } else if (filesReceiver_) {
+    filesReceiver_(std::move(files));
+  }
 }
 
 }  // namespace zelvo::platform::qt

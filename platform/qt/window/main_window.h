@@ -8,6 +8,8 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/hosted_views.h"
 #include "platform/main_queue.h"
@@ -17,6 +19,7 @@
 #include "platform/qt/drawing/pictures.h"
 #include "platform/qt/panels/help_panel.h"
 #include "platform/qt/panels/panel_stack.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/window/window_pages.h"
 #include "platform/qt/window/window_panels.h"
 
@@ -26,7 +29,7 @@ namespace zelvo::platform::qt {
 class MainWindow final : public QWidget, public Window {
  public:
   /// `movie` shows what `movieView` is given; the window takes it over.
-  MainWindow(MainQueue& queue, Pictures& pictures, HostedWidget* movie, MovieView& movieView);
+  MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView);
   ~MainWindow() override;
 
   // ---- platform::Window ----
@@ -42,11 +45,17 @@ class MainWindow final : public QWidget, public Window {
   void setCloseJudge(std::function<bool()> judge) { closeJudge_ = std::move(judge); }
   /// Given the path of each file that is dropped on the window while the first page is shown and no panel is.
   void setFileReceiver(std::function<void(const std::string& file)> receiver) { fileReceiver_ = std::move(receiver); }
+  /// Given the paths when several files are dropped at once. Without a receiver they are refused.
+  void setFilesReceiver(std::function<void(std::vector<std::string> files)> receiver) {
+    filesReceiver_ = std::move(receiver);
+  }
   /// Hands a file over as if it were dropped.
   void offerFile(const std::string& file);
 
   /// The page that F1 leads to while a message is shown: an address of a local file with a place for each message.
   void setHelpPage(const QUrl& page) { helpPage_ = page; }
+  /// Shows that page inside the window, at one of its places.
+  void showHelp(const QString& topic);
   /// Shows inside the window what no browser could be started for.
   void showUnopened(const QUrl& address);
   /// What the buttons that look for an update say besides, since they cannot do it.
@@ -57,6 +66,18 @@ class MainWindow final : public QWidget, public Window {
 
   /// False while the window cannot answer: the button that stops a save looks off then.
   void setAnswering(bool answering);
+
+  // ---- Pages that lie over the three ----
+  /// The window takes the page over.
+  void addPage(WindowPage& page);
+  /// Shows a page that was added; null uncovers the three again.
+  void showPage(WindowPage* page);
+  /// The page that is seen.
+  [[nodiscard]] WindowPage& shownPage() const;
+  /// True while the first page is seen, and no panel lies over it.
+  [[nodiscard]] bool isChoosing() const;
+  /// The title tells how far `bar` is while `shownWith`, a page or a panel, is shown. What was named later comes first.
+  void showInTitle(const QWidget& shownWith, const FlatProgressBar& bar);
 
   [[nodiscard]] bool wasPainted() const { return wasPainted_; }
 
@@ -83,6 +104,7 @@ class MainWindow final : public QWidget, public Window {
 
   void fillOutlets(MovieView& movieView);
   void addShortcuts();
+  /// Keys that press a button while it is seen and no panel is.
   void addShortcut(const QKeySequence& keys, const std::function<QtButton*()>& button);
   /// The product's name, with how far a run or a save is while one is shown.
   void showTitle();
@@ -90,19 +112,20 @@ class MainWindow final : public QWidget, public Window {
   void askForHelp();
   /// Why what is dragged cannot be dropped here and now; empty when it can.
   [[nodiscard]] QString whyRefused(const QMimeData& dragged) const;
-  void sayRefused(const QPoint& place, const QMimeData& dragged);
-  void pageChanged();
+  /// Says so where it does.
+  [[nodiscard]] bool refuses(const QDropEvent& event);
+  void pageChanged(QStackedWidget& stack);
   void panelBegan(const PanelFrame& panel);
   void panelsChanged();
   void giveLostFocus();
   void resynchronise();
-  [[nodiscard]] bool takesFiles() const;
 
   MainQueue& queue_;
   Pictures& pictures_;
   QWidget* content_;
   HostedWidget* ground_;
-  HostedWidget* movie_;
+  MoviePane* movie_;
+  QStackedWidget* layers_;  ///< the three pages first, then those that lie over them
   QStackedWidget* pages_;
   ChoosePage* choosePage_;
   RepairPage* repairPage_;
@@ -118,6 +141,8 @@ class MainWindow final : public QWidget, public Window {
   std::unique_ptr<JobOutlets> jobOutlets_;
   std::function<bool()> closeJudge_;
   std::function<void(const std::string& file)> fileReceiver_;
+  std::function<void(std::vector<std::string> files)> filesReceiver_;
+  std::vector<std::pair<const QWidget*, const FlatProgressBar*>> titleBars_;
   QUrl helpPage_;
   bool wasPainted_ = false;
 };

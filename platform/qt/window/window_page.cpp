@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <QHBoxLayout>
 #include <QPainter>
-#include <QScrollArea>
+#include <QTimer>
 
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/drawing/picture_widget.h"
@@ -45,10 +45,19 @@ class PageArea final : public QScrollArea {
     setFocusPolicy(Qt::NoFocus);
     setAccessibleName(QString());
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+      // Under a button of the mouse nothing may move: the release would miss what was pressed.
+      if (QGuiApplication::mouseButtons() != Qt::NoButton) return;
       if (now != nullptr && widget() != nullptr && widget()->isAncestorOf(now)) ensureWidgetVisible(now);
     });
   }
 };
+
+QLabel* stripName(const QString& text) {
+  auto* const label = new QLabel(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setFont(textFont(kTextPixels, QFont::DemiBold));
+  return label;
+}
 
 }  // namespace
 
@@ -62,7 +71,13 @@ QtButton* PageParts::pictureButton(const QString& title, std::string_view pictur
   return made;
 }
 
-WindowPage::WindowPage(const PageParts& parts, int step)
+WindowPage::WindowPage(const PageParts& parts, int step) : WindowPage(parts, new StepMarker(step)) {}
+
+WindowPage::WindowPage(const PageParts& parts, const QString& name) : WindowPage(parts, stripName(name)) {
+  update->hide();
+}
+
+WindowPage::WindowPage(const PageParts& parts, QWidget* middle)
     : home(parts.pictureButton(texts::home(), "home-1")),
       help(parts.pictureButton(texts::help(), "help-1")),
       update(parts.pictureButton(texts::update(), "update-1")) {
@@ -89,7 +104,7 @@ WindowPage::WindowPage(const PageParts& parts, int step)
   rightRow->addStretch(1);
   for (QtButton* button : {home, help, update}) rightRow->addWidget(button);
   row->addWidget(left, 1);
-  row->addWidget(new StepMarker(step), 0);
+  row->addWidget(middle, 0);
   row->addWidget(right, 1);
   all->addWidget(top);
 
@@ -97,11 +112,19 @@ WindowPage::WindowPage(const PageParts& parts, int step)
   body_ = new QVBoxLayout(content);
   body_->setContentsMargins(kPageMargin, kPageMargin * 3 / 4, kPageMargin, kPageMargin * 3 / 4);
   body_->setSpacing(kPageGap);
-  auto* const area = new PageArea;
-  area->setWidget(content);
-  area->viewport()->setAutoFillBackground(false);  // the ground shows through
+  area_ = new PageArea;
+  area_->setWidget(content);
+  area_->viewport()->setAutoFillBackground(false);  // the ground shows through
   content->setAutoFillBackground(false);
-  all->addWidget(area, 1);
+  all->addWidget(area_, 1);
+}
+
+void WindowPage::bringIntoView(QWidget& part) {
+  QTimer::singleShot(0, &part, [this, &part] {
+    QEvent request(QEvent::LayoutRequest);
+    QCoreApplication::sendEvent(area_->widget(), &request);  // so that the part has its place
+    area_->ensureWidgetVisible(&part);
+  });
 }
 
 QLabel* headline(const QString& text) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QLabel>
+#include <QScrollArea>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -27,6 +28,8 @@ class WindowPage : public QWidget {
  public:
   /// `step` is 0, 1 or 2.
   WindowPage(const PageParts& parts, int step);
+  /// A page that is no step: `name` stands in its strip, and it looks for no update.
+  WindowPage(const PageParts& parts, const QString& name);
 
   QtButton* home;
   QtButton* help;
@@ -35,13 +38,27 @@ class WindowPage : public QWidget {
   /// Where the focus goes when the page comes.
   void setFirstFocus(QWidget* widget) { firstFocus_ = widget; }
   [[nodiscard]] QWidget* firstFocus() const { return firstFocus_; }
+  /// The button that carries the control of a filled one; none on most pages.
+  [[nodiscard]] QtButton* filled() const { return filled_; }
+  /// The button that saves what the page shows; none on most pages.
+  [[nodiscard]] QtButton* saving() const { return saving_; }
 
  protected:
   [[nodiscard]] QVBoxLayout* body() const { return body_; }
+  /// Scrolls to a part of the page that was shown just now.
+  void bringIntoView(QWidget& part);
+  void setFilled(QtButton& button) { filled_ = &button; }
+  void setSaving(QtButton& button) { saving_ = &button; }
 
  private:
+  /// `middle` stands in the middle of the strip.
+  WindowPage(const PageParts& parts, QWidget* middle);
+
   QVBoxLayout* body_;
+  QScrollArea* area_;
   QWidget* firstFocus_ = nullptr;
+  QtButton* filled_ = nullptr;
+  QtButton* saving_ = nullptr;
 };
 
 [[nodiscard]] QLabel* headline(const QString& text);

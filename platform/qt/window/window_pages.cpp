@@ -7,6 +7,7 @@
 #include <QScrollArea>
 #include <QTimer>
 
+#include "platform/qt/deep_texts.h"
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/drawing/wrapping_row.h"
 #include "platform/qt/texts.h"
@@ -116,9 +117,16 @@ ChoosePage::ChoosePage(const PageParts& parts)
       textfield(parts.queue, *quietPath()),
       pathfield(parts.queue, *new ElidedLabel),
       workingfoldertext(parts.queue, *quietPath()),
-      workingfolderbutton(parts.button(texts::changeWorkingFolder(), QtButton::Look::link)) {
+      workingfolderbutton(parts.button(texts::changeWorkingFolder(), QtButton::Look::link)),
+      deeprepairbutton(parts.button(texts::deepRepair(), QtButton::Look::push)),
+      addfilmsbutton(parts.button(texts::addFilms(), QtButton::Look::link)),
+      refusedofferbutton(parts.button(texts::tryDeepRepair(), QtButton::Look::push)),
+      refusedoffer(new OfferLine(parts.queue, *refusedofferbutton)) {
   body()->addWidget(headline(texts::chooseHeadline()));
-  body()->addWidget(explanation(texts::chooseExplanation()));
+  QLabel* const explained = explanation(texts::chooseExplanation());
+  body()->addWidget(explained);
+  body()->addWidget(refusedoffer);
+  refusedoffer->standInFor(*explained);
   textfield.setShape(texts::lastChosen);
   textfield.setObserver([this](const QString&) { showChoice(); });
   pathfield.setObserver([this](const QString& path) {
@@ -126,6 +134,9 @@ ChoosePage::ChoosePage(const PageParts& parts)
     if (path.isEmpty()) dropArea->clear();
   });
   textfield.label().hide();
+  dropArea->addBeside(addfilmsbutton);
+  addfilmsbutton->setToolTip(texts::addFilmsTip());
+  addfilmsbutton->setAccessibleDescription(texts::addFilmsTip());
   dropArea->addLine(&textfield.label());
   body()->addWidget(dropArea, 1);
 
@@ -136,7 +147,12 @@ ChoosePage::ChoosePage(const PageParts& parts)
   auto* const row = new QHBoxLayout;
   row->setSpacing(kPageGap);
   row->addWidget(new PathBox(path), 1);
+  row->addWidget(deeprepairbutton);
   row->addWidget(repairbutton);
+  deeprepairbutton->setFixedHeight(kPathHeight);
+  deeprepairbutton->setToolTip(texts::deepRepairTip());
+  deeprepairbutton->setAccessibleDescription(texts::deepRepairTip());
+  deeprepairbutton->setEnabled(false);
   body()->addLayout(row);
   body()->addWidget(workingFolderLine());
   setFirstFocus(browsebutton);
@@ -215,7 +231,7 @@ RepairPage::RepairPage(const PageParts& parts)
   setFirstFocus(stopbutton);
 }
 
-ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
+ResultPage::ResultPage(const PageParts& parts, MoviePane& movie)
     : WindowPage(parts, 2),
       result(new HostedWidget),
       videocodecfield(parts.queue, *valueLabel(texts::video())),
@@ -230,7 +246,9 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
       downloadmplayertext1(parts.queue, *piece()),
       downloadmplayertext2(parts.queue, *piece()),
       downloadmplayertext3(parts.queue, *piece()),
-      downloadmplayertext4(parts.queue, *piece()) {
+      downloadmplayertext4(parts.queue, *piece()),
+      partlyofferbutton(parts.button(texts::tryDeepRepair(), QtButton::Look::push)),
+      partlyoffer(new OfferLine(parts.queue, *partlyofferbutton)) {
   auto* const inResult = new QVBoxLayout(result);
   inResult->setContentsMargins(kResultMargin, kResultMargin, kResultMargin, kResultMargin);
   inResult->addWidget(&movie);
@@ -244,6 +262,7 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   filmreport->addFigure(savedsizelabel.label(), *savedRow(durationfield));
   side->addWidget(scrolled(filmreport), 1);
   previewbutton->setTwoState(texts::stopPreview());
+  movie.setStarter([this] { previewbutton->click(); });
   for (QtButton* button : {previewbutton, savebutton}) {
     button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     side->addWidget(button);
@@ -257,6 +276,7 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   row->setSpacing(kPageMargin - kPageGap / 2);
   row->addWidget(result, 1);
   row->addWidget(sideArea);
+  body()->addWidget(partlyoffer);
   body()->addLayout(row, 1);
 
   auto* const sentence = new WrappingRow(kWordSpacing);
@@ -272,6 +292,7 @@ ResultPage::ResultPage(const PageParts& parts, HostedWidget& movie)
   }
   body()->addLayout(sentence);
   downloadmplayertext.setStringValue(texts::tip().toStdString());
+  setSaving(*savebutton);
   setFirstFocus(previewbutton);
 }
 

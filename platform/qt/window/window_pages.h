@@ -4,8 +4,10 @@
 
 #include "platform/qt/drawing/elements.h"
 #include "platform/qt/drawing/hosted_widget.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/window/drop_area.h"
 #include "platform/qt/window/film_report_pane.h"
+#include "platform/qt/window/offer_line.h"
 #include "platform/qt/window/run_progress_line.h"
 #include "platform/qt/window/window_page.h"
 
@@ -22,6 +24,10 @@ class ChoosePage final : public WindowPage {
   QtTextField pathfield;  ///< the path that is chosen
   QtTextField workingfoldertext;
   QtButton* workingfolderbutton;
+  QtButton* deeprepairbutton;
+  QtButton* addfilmsbutton;
+  QtButton* refusedofferbutton;
+  OfferLine* refusedoffer;
 
  private:
   void showChoice();
@@ -44,10 +50,10 @@ class RepairPage final : public WindowPage {
   QtButton* stopbutton;
 };
 
-/// `movie` shows the film.
+/// `movie` shows the film, and plays one by the button of the preview.
 class ResultPage final : public WindowPage {
  public:
-  ResultPage(const PageParts& parts, HostedWidget& movie);
+  ResultPage(const PageParts& parts, MoviePane& movie);
 
   HostedWidget* result;  ///< the framed area round the movie
   QtTextField videocodecfield;
@@ -63,6 +69,8 @@ class ResultPage final : public WindowPage {
   QtTextField downloadmplayertext2;
   QtTextField downloadmplayertext3;
   QtTextField downloadmplayertext4;
+  QtButton* partlyofferbutton;
+  OfferLine* partlyoffer;
 };
 
 }  // namespace zelvo::platform::qt

@@ -16,6 +16,7 @@
 #include "app/window_controls.h"
 #include "platform/linux/main_queue.h"
 #include "platform/notification_centre.h"
+#include "platform/qt/deep/deep_pages.h"
 #include "platform/qt/drawing/pictures.h"
 #include "platform/qt/panels/sheets.h"
 #include "platform/qt/window/main_window.h"
@@ -107,7 +108,8 @@ class ElementBench {
   platform::qt::Pictures pictures{ZELVO_PICTURES};
   app::WindowControls controls{centre};
   NoMovieView movieView;
-  platform::qt::MainWindow window{queue, pictures, new platform::qt::HostedWidget, movieView};
+  platform::qt::MainWindow window{queue, pictures, new platform::qt::MoviePane, movieView};
+  platform::qt::QtDeepPages deep{window, new platform::qt::MoviePane, movieView};
   platform::qt::QtSheets sheets{window.panels(), queue};
 };
 

@@ -25,15 +25,20 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
   engine::resetGlobals();
   app::resetGlobals();
   movies = qt::makeMovieLoader({.mainQueue = queue, .workers = workers, .notifications = notifications, .log = log});
-  movie = new qt::MovieWidget;
-  movieView = std::make_unique<qt::QtMovieView>(queue, *movie);
+  movie = new qt::MoviePane;
+  movieView = std::make_unique<qt::QtMovieView>(queue, movie->movie());
   window = std::make_unique<qt::MainWindow>(queue, pictures, movie, *movieView);
+  deepMovie = new qt::MoviePane;
+  deepMovieView = std::make_unique<qt::QtMovieView>(queue, deepMovie->movie());
+  deep = std::make_unique<qt::QtDeepPages>(*window, deepMovie, *deepMovieView);
   application = std::make_unique<qt::QtApplication>(queue, *window, platform::linux_::loopWakers());
   sheets = std::make_unique<qt::QtSheets>(window->panels(), queue);
   alerts = std::make_unique<qt::QtAlertPanels>(window->panels(), *application);
   waits = std::make_unique<qt::QtWaitPanels>(window->panels(), *application);
   panels = std::make_unique<qt::QtPanels>(window->panels(), *alerts,
                                           std::make_shared<platform::linux_::LinuxChooserFiles>());
+  filmChoosers = std::make_unique<qt::QtFilmChoosers>(window->panels(), *alerts,
+                                                      std::make_shared<platform::linux_::LinuxChooserFiles>());
   controller = std::make_unique<app::Orlin_Repair_AVIAppDelegate>(
       app::AppServices{
           .application = *application,
@@ -58,6 +63,7 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
           .paths = paths,
           .pathProbe = pathProbe,
           .updateCheck = updates,
+          .films = films,
           .lookAtStorage = [] { return platform::StorageView{}; },
           .printed = printed,
           .homeDirectory = temp.path()},
@@ -81,6 +87,7 @@ WindowBench::~WindowBench() {
   controller.reset();
   window->panels().setControls(nullptr);
   application.reset();
+  deep.reset();
   window.reset();
   workers.joinAll();
   engine::resetGlobals();

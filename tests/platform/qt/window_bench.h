@@ -13,6 +13,7 @@
 #include "app/window_controls.h"
 #include "app/wire.h"
 #include "platform/headless/bundle.h"
+#include "platform/headless/film_observer.h"
 #include "platform/headless/path_probe.h"
 #include "platform/headless/workspace.h"
 #include "platform/linux/chooser_files.h"
@@ -25,12 +26,14 @@
 #include "platform/linux/scratch_paths.h"
 #include "platform/linux/workers.h"
 #include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/chooser/film_choosers.h"
+#include "platform/qt/deep/deep_pages.h"
 #include "platform/qt/panels/alert_panels.h"
 #include "platform/qt/panels/sheets.h"
 #include "platform/qt/panels/wait_panels.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/preview/movie_preview.h"
 #include "platform/qt/preview/movie_view.h"
-#include "platform/qt/preview/movie_widget.h"
 #include "platform/qt/window/actions.h"
 #include "platform/qt/window/application.h"
 #include "platform/qt/window/main_window.h"
@@ -113,18 +116,23 @@ class WindowBench {
   platform::PathMapper paths;
   platform::headless::HeadlessPathProbe pathProbe;
   NoUpdates updates{events};
+  platform::headless::HeadlessFilmObserver films;
   platform::NotificationCentre notifications;
   platform::qt::Pictures pictures{ZELVO_PICTURES};
   app::WindowControls windowControls{notifications};
   std::unique_ptr<platform::MovieLoader> movies;
-  platform::qt::MovieWidget* movie;
+  platform::qt::MoviePane* movie;
   std::unique_ptr<platform::qt::QtMovieView> movieView;
   std::unique_ptr<platform::qt::MainWindow> window;
+  platform::qt::MoviePane* deepMovie;
+  std::unique_ptr<platform::qt::QtMovieView> deepMovieView;
+  std::unique_ptr<platform::qt::QtDeepPages> deep;
   std::unique_ptr<platform::qt::QtApplication> application;
   std::unique_ptr<platform::qt::QtSheets> sheets;
   std::unique_ptr<platform::qt::QtAlertPanels> alerts;
   std::unique_ptr<platform::qt::QtWaitPanels> waits;
   std::unique_ptr<platform::qt::QtPanels> panels;
+  std::unique_ptr<platform::qt::QtFilmChoosers> filmChoosers;
   platform::qt::QtActions actions;
   platform::qt::QtTracking tracking;
   platform::qt::QtCursor cursor;

@@ -1,16 +1,20 @@
 // window_screenshots FOLDER: writes a picture of every page and panel of the window, light and dark, as PNG files. What
-// they show is the program at work on a film.
+// they show is the program at work on a film. LANGUAGE=de shows them in German, as the window chooses its language.
 #include <QApplication>
 #include <QDir>
+#include <QLocale>
 #include <QPixmap>
 #include <QTimer>
 #include <cstdio>
 #include <string>
 #include <utility>
 
+#include "app/shown_size.h"
 #include "app/texts.h"
 #include "platform/qt/drawing/appearance.h"
+#include "platform/qt/language.h"
 #include "platform/qt/panels/panel_frame.h"
+#include "tests/platform/qt/deep_shots.h"
 #include "tests/platform/qt/window_bench.h"
 #include "tests/support/ffmpeg.h"
 
@@ -19,6 +23,13 @@ namespace {
 namespace app = zelvo::app;
 namespace platform = zelvo::platform;
 namespace qt = zelvo::platform::qt;
+
+/// As the application says it.
+std::string said(std::string_view english, std::initializer_list<std::string_view> values = {}) {
+  return platform::filled(qt::QtTranslator().translated(english), values);
+}
+
+std::string size(std::uint64_t bytes) { return app::shownSize(bytes, qt::QtTranslator()); }
 
 /// A calm film of four seconds.
 std::string makeFilm(const zelvo::tests::TempFolder& folder) {
@@ -53,9 +64,36 @@ class Photographer {
     takeRepairing();
     bench_.repair(film);
     takeResult();
+    takeDeepRepair(film);
   }
 
  private:
+  /// At each scale, and at the smallest size.
+  void takeDeepRepair(const std::string& film) {
+    bench_.window->controllerOutlets().tabview.selectFirstTabViewItem();
+    const auto takeScaled = [this](const char* name) {
+      take(name);
+      for (const double scale : {1.5, 2.0}) takeAt(scale, name);
+    };
+    zelvo::tests::showDeepStates(bench_, film, takeScaled);
+    const QSize usual = bench_.window->size();
+    bench_.window->setMinimumSize(640, 420);
+    bench_.window->resize(640, 420);
+    const auto takeSmall = [this](const char* name) { take((std::string(name) + "-small").c_str()); };
+    zelvo::tests::showDeepStates(bench_, film, takeSmall);
+    bench_.window->resize(usual);
+  }
+
+  void takeAt(double scale, const char* name) {
+    bench_.settle();
+    QImage image((QSizeF(bench_.window->size()) * scale).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    bench_.window->render(&image);
+    const QString file =
+        QStringLiteral("%1/%2-%3-%4.png").arg(folder_, QLatin1String(name), suffix_, QString::number(scale));
+    if (!image.save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+  }
+
   void takeRepairing() {
     const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
     outlets.tabview.selectNextTabViewItem();
@@ -67,12 +105,12 @@ class Photographer {
     });
     take("repairing");
     takePanel("stop-repair", panels_.stoprepairwindow);
-    outlets.own.waitingtext.setStringValue(app::texts::kWaitsForOtherRun);
+    outlets.own.waitingtext.setStringValue(said(app::texts::kWaitsForOtherRun));
     take("waiting");
     outlets.own.waitingtext.setStringValue("");
     takePanel("invalid", panels_.invalidfilewindow);
-    outlets.own.invalidfilehead.setTitle(app::texts::kGoneTitle);
-    outlets.own.invalidfiletext.setStringValue(app::texts::kNoSuchFilmMessage);
+    outlets.own.invalidfilehead.setTitle(said(app::texts::kGoneTitle));
+    outlets.own.invalidfiletext.setStringValue(said(app::texts::kNoSuchFilmMessage));
     takePanel("film-gone", panels_.invalidfilewindow);
     outlets.own.rejectionreason.show(platform::Rejection::noSound);
     takePanel("not-supported", panels_.filenotsupportedwindow);
@@ -84,30 +122,28 @@ class Photographer {
     outlets.own.filmreport.clear();
     takeAlert("write-failed", [&] {
       bench_.alerts->runAlertPanel(
-          {.title = app::texts::kWriteFailedTitle,
-           .message =
-               "No space left on device. 12.3 MB are free in /home/anna/.cache/zelvo-avi-repair/scratch-1, and the "
-               "repaired file takes 734.0 MB. Nothing was changed in your file, and it is still chosen: you can "
-               "press Repair again.",
+          {.title = said(app::texts::kWriteFailedTitle),
+           .message = said(app::texts::kRepairNotWritten,
+                           {said(app::texts::kRoomThereAndNeeded,
+                                 {"No space left on device", size(12300000),
+                                  "/home/anna/.cache/zelvo-avi-repair/scratch-1", size(734000000)})}),
            .defaultButton = app::texts::kOk,
            .alternateButton = std::nullopt,
            .otherButton = std::nullopt});
     });
     takeAlert("no-working-folder", [&] {
-      bench_.alerts->runAlertPanel(
-          {.title = app::texts::kNoWorkingFolderTitle,
-           .message = std::string(app::texts::kNoWorkingFolderMessage) +
-                      "/home/anna/.cache. The system says: Permission denied. To repair this film, 12.3 MB are free, "
-                      "about 734.0 MB are needed." +
-                      std::string(app::texts::kNothingStarted),
-           .defaultButton = app::texts::kChooseAnotherFolder,
-           .alternateButton = app::texts::kFinishingCancel,
-           .otherButton = std::nullopt});
+      bench_.alerts->runAlertPanel({.title = said(app::texts::kNoWorkingFolderTitle),
+                                    .message = said(app::texts::kNoWorkingFolderMessage,
+                                                    {"/home/anna/.cache", "Permission denied",
+                                                     said(app::texts::kRoom, {size(12300000), size(734000000)})}),
+                                    .defaultButton = said(app::texts::kChooseAnotherFolder),
+                                    .alternateButton = said(app::texts::kCancel),
+                                    .otherButton = std::nullopt});
     });
     takeAlert("finishing", [&] {
-      static_cast<void>(bench_.waits->runWaitPanel({.title = app::texts::kFinishingTitle,
-                                                    .message = app::texts::kFinishingMessage,
-                                                    .cancelButton = app::texts::kFinishingCancel,
+      static_cast<void>(bench_.waits->runWaitPanel({.title = said(app::texts::kFinishingTitle),
+                                                    .message = said(app::texts::kFinishingMessage),
+                                                    .cancelButton = said(app::texts::kCancel),
                                                     .percent = [] { return 71.0; },
                                                     .finished = [] { return false; }}));
     });
@@ -163,24 +199,25 @@ class Photographer {
     bench_.key(Qt::Key_Escape);
     const platform::ControllerOutlets& outlets = bench_.window->controllerOutlets();
     outlets.saveprogressbar.setDoubleValue(62.0);
-    outlets.own.savedbytestext.setStringValue("455.1 MB of 734.0 MB copied");
+    outlets.own.savedbytestext.setStringValue(said(app::texts::kCopied, {size(455100000), size(734000000)}));
     bench_.window->panels().begin(panels_.saveprogresspanel);
     bench_.application->closeInput();
     take("saving");
     bench_.application->openInput();
     takePanel("stop-saving", panels_.stopsavingwindow);
     bench_.window->panels().orderOut(panels_.saveprogresspanel);
-    outlets.savecompletedtext.setStringValue("The repaired file was saved as /home/anna/Videos/Repaired/repaired.avi.");
+    outlets.savecompletedtext.setStringValue(
+        said(app::texts::kSaveComplete, {"/home/anna/Videos/Repaired/repaired.avi"}));
     outlets.durationfield.setIntegerValue(217);
     takePanel("saved", panels_.savecompletedwindow);
-    outlets.own.savecompletedhead.setTitle(app::texts::kSaveIncompleteTitle);
+    outlets.own.savecompletedhead.setTitle(said(app::texts::kSaveIncompleteTitle));
     outlets.own.savecompletedhead.setSign(platform::SheetSign::warning);
-    outlets.own.savedsizelabel.setStringValue(app::texts::kLastNotSaved);
-    outlets.savecompletedtext.setStringValue(
-        "The copy is incomplete: 28.3 MB of the repaired file could not be read: Input/output error." +
-        std::string(app::texts::kRepairAgain));
+    outlets.own.savedsizelabel.setStringValue(said(app::texts::kLastNotSaved));
+    outlets.savecompletedtext.setStringValue(said(
+        app::texts::kSaveIncomplete, {said(app::texts::kRepairAgain, {said(app::texts::kRebuiltFileUnreadable,
+                                                                           {size(28300000), "Input/output error"})})}));
     takePanel("saved-in-part", panels_.savecompletedwindow);
-    outlets.own.savedsizelabel.setStringValue(app::texts::kLastSaved);
+    outlets.own.savedsizelabel.setStringValue(said(app::texts::kLastSaved));
     takePanel("preview-error", panels_.PreviewErrorWindow);
     takeVerdicts();
     takeAlert("no-space", [&] {
@@ -194,7 +231,7 @@ class Photographer {
 
   /// True once the film's first picture stands in the middle of the result area.
   [[nodiscard]] bool hasPicture() {
-    const QImage shown = bench_.movie->grab().toImage();
+    const QImage shown = bench_.movie->movie().grab().toImage();
     const QColor middle = shown.pixelColor(shown.rect().center());
     return middle != bench_.movie->palette().color(QPalette::Window) && middle != QColor(Qt::white);
   }
@@ -236,6 +273,8 @@ int main(int argc, char** argv) {
     std::fputs("Usage: window_screenshots FOLDER\n", stderr);
     return 2;
   }
+  std::optional<qt::Language> language;
+  if (const auto name = qt::knownLanguage(QLocale::system().uiLanguages())) language.emplace(*name);
   const QString folder = QString::fromLocal8Bit(argv[1]);
   QDir().mkpath(folder);
   for (const auto& [appearance, name] : {std::pair(qt::Appearance::light, "light"), {qt::Appearance::dark, "dark"}}) {

@@ -101,6 +101,27 @@ TEST(Displacements, ConstantSizesFollowTheirOwnDeletion) {
   expectFound(entries, [](std::size_t i) { return std::optional<std::int64_t>(i < 90 ? 0 : -3001); });
 }
 
+TEST(Displacements, HeadersOfChunksThatTheIndexLacksExplainNoOthers) {
+  // Pictures and sound of constant sizes. A stretch of the index is gone; elsewhere headers are, and their entries must
+  // not find those of the stretch.
+  const auto whole =
+      entriesOf(400, [](std::size_t i) { return static_cast<std::uint32_t>(i % 2 == 0 ? 144'000 : 7680); });
+  std::vector<TemplateEntry> named;
+  for (std::size_t i = 0; i < whole.size(); ++i) {
+    if (i < 150 || i >= 200) named.push_back(whole[i]);
+  }
+  const auto isHit = [](std::size_t i) { return i % 17 == 3 || i % 17 == 4; };
+  const CandidateList headers = headersOfEntries(whole, [&](std::size_t i) -> std::optional<std::int64_t> {
+    if (isHit(i)) return std::nullopt;
+    return 0;
+  });
+  const auto moves = movesOf(coverEntries(named, headers, 0, kEnd));
+  for (std::size_t i = 0; i < named.size(); ++i) {
+    const bool isThere = !isHit(i < 150 ? i : i + 50);
+    EXPECT_EQ(moves[i], isThere ? std::optional<std::int64_t>(0) : std::nullopt) << "entry " << i;
+  }
+}
+
 TEST(Displacements, EachHeaderExplainsOneEntry) {
   // The second of two entries of one size has lost its header; that of the first is no sign of it.
   auto entries = variedEntries(40);

@@ -257,6 +257,33 @@ TEST(IndexTemplate, DamagedPartsOfOneIndexAreJudgedTogether) {
   EXPECT_EQ(offsetsOf(plan), without(chunkOffsets(indexedFilm()), 31));
 }
 
+/// A film of 2,000 chunks of whose index a stretch in the middle is overwritten, far more than is passed over.
+Bytes filmWithAHoleInItsIndex(std::uint32_t frames, bool hasIndexHeader) {
+  const AviBuilder film = indexedFilm(1000);
+  Bytes bytes = film.build();
+  overwriteNumber(bytes, 24 + 8 + 16, frames);
+  overwriteNumber(bytes, 88 + 12 + 8 + 32, 0);
+  overwriteNumber(bytes, film.headers().size() + 4, 0);
+  for (std::size_t at = tableOf(film) + std::size_t{16} * 49; at < tableOf(film) + std::size_t{16} * 300; ++at)
+    bytes[at] = static_cast<std::byte>(0x80U | (at * 37 & 0x7fU));
+  if (!hasIndexHeader) overwriteNumber(bytes, tableOf(film) - 8, 0xf1f2f3f4);
+  return bytes;
+}
+
+TEST(IndexTemplate, ALongHoleInAnIndexMakesItNotAnothers) {
+  for (const bool hasIndexHeader : {true, false}) {
+    const auto belonging = [&](std::uint32_t frames) {
+      const IndexTemplate plan = planOf(filmWithAHoleInItsIndex(frames, hasIndexHeader));
+      EXPECT_EQ(plan.tables.size(), 2U);
+      EXPECT_EQ(plan.tables.front().belonging, plan.tables.back().belonging);
+      return plan.tables.back().belonging;
+    };
+    EXPECT_EQ(belonging(1000), Belonging::belongs) << hasIndexHeader;
+    EXPECT_EQ(belonging(1200), Belonging::foreign) << hasIndexHeader;
+    EXPECT_EQ(belonging(800), Belonging::foreign) << hasIndexHeader;
+  }
+}
+
 TEST(IndexTemplate, StandardIndexBelongsWhenTheSuperIndexKnowsItsSize) {
   for (const std::uint32_t named : {32U, 40U, 33U}) {
     ScannedFilm scanned(indexedFilm().build());
