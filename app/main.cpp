@@ -146,6 +146,7 @@ class Program {
     window_.setFilesReceiver([this](const std::vector<std::string>& files) { deepRepair_.takeFilms(files); });
     window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(system_.paths.mapped(app::texts::kHelpPage1))));
     workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
+    window_.setVersion(QStringLiteral(ZELVO_VERSION));
     reportUpdates();
     if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));
     if (options_.file) application_.setStartHandler([this] { window_.offerFile(*options_.file); });

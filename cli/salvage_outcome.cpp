@@ -95,6 +95,7 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
     text +=
         labelledLine("Damage", counted(report.spans.size() + report.spansLeftOut, "place") + "; --verbose tells each");
   }
+  if (report.chunksLeftOut > 0) text += labelledLine("Left out", leftOutWords(report));
   if (report.rescue) text += rescueLines(*report.rescue, spans);
   if (base.verdict == Verdict::repairable) {
     return text + labelledLine("Output", shownSize(base.outputSize.value_or(0)) + " would be written");
