@@ -105,6 +105,8 @@ inline constexpr std::string_view kDonorUseless =
 inline constexpr std::string_view kLeftOut = platform::translatable("Left out");
 inline constexpr std::string_view kStreamsLeftOut =
     platform::translatable("%n stream(s) whose header is lost: nothing tells what they hold");
+inline constexpr std::string_view kChunksLeftOut =
+    platform::translatable("%n chunk(s) more than are kept of a film of this size");
 inline constexpr std::string_view kTransfer = platform::translatable("Transfer");
 inline constexpr std::string_view kReturnsLeftOut =
     platform::translatable("sent as if it were text, which put %n byte(s) in; they are left out");
