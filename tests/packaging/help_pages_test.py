@@ -163,7 +163,8 @@ def titles(root):
         ("deep/texts.h", r'k(?!SaveTitle|FilmsTitle|FolderTitle)\w+Title\s*=\s*platform::translatable\(\s*"([^"]+)"\)'),
         (
             "app/texts.h",
-            r"k(?:NoSpace|CannotBeChosen|CannotSaveThere|Finishing|WriteFailed|Gone|Link|Unreadable|NoWorkingFolder|FolderRefused|SaveIncomplete)"
+            r"k(?:NoSpace|CannotBeChosen|CannotSaveThere|Finishing|WriteFailed|Gone|Link|Unreadable|NoWorkingFolder|"
+            r"FolderRefused|SaveIncomplete)"
             r"Title = "
             r'"([^"]+)"',
         ),
