@@ -6,6 +6,7 @@
 #include <QUrl>
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,8 +16,11 @@
 #include "app/texts.h"
 #include "app/window_controls.h"
 #include "app/wire.h"
+#include "deep/deep_repair.h"
 #include "platform/linux/window_services.h"
 #include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/chooser/film_choosers.h"
+#include "platform/qt/deep/deep_pages.h"
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/drawing/pictures.h"
 #include "platform/qt/language.h"
@@ -30,6 +34,7 @@
 #include "platform/qt/texts.h"
 #include "platform/qt/window/actions.h"
 #include "platform/qt/window/application.h"
+#include "platform/qt/window/clipboard.h"
 #include "platform/qt/window/main_window.h"
 #include "platform/qt/window/workspace.h"
 #include "update/updates.h"
@@ -37,6 +42,7 @@
 namespace {
 
 namespace app = zelvo::app;
+namespace deep = zelvo::deep;
 namespace platform = zelvo::platform;
 namespace qt = zelvo::platform::qt;
 namespace linux_ = zelvo::platform::linux_;
@@ -109,15 +115,16 @@ bool asksForWordsOnly(int argc, char** argv) {
   return false;
 }
 
-/// The window has no pages of the deep repair yet.
-class NoDeepRepair final : public platform::FilmObserver {
+class SessionSettings final : public platform::Settings {
  public:
-  void filmChosen(const std::string&) override {}
-  void choiceCleared() override {}
-  void filmRefused(const std::string&) override {}
-  void filmJudged(const std::string&, platform::FilmVerdict) override {}
-  [[nodiscard]] bool mayClose() override { return true; }
-  void programEnds() override {}
+  [[nodiscard]] std::optional<std::string> value(std::string_view key) const override {
+    const auto found = values_.find(key);
+    return found == values_.end() ? std::nullopt : std::optional(found->second);
+  }
+  void setValue(std::string_view key, std::string_view value) override { values_[std::string(key)] = value; }
+
+ private:
+  std::map<std::string, std::string, std::less<>> values_;
 };
 
 /// Everything that the controller stands on, in the order in which it is made.
@@ -135,8 +142,11 @@ class Program {
       panels_.noteInput(file);
       controller_.offerFile(file);
     });
+    deepRepair_.wire(actions_);
+    window_.setFilesReceiver([this](const std::vector<std::string>& files) { deepRepair_.takeFilms(files); });
     window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(system_.paths.mapped(app::texts::kHelpPage1))));
     workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
+    window_.setVersion(QStringLiteral(ZELVO_VERSION));
     reportUpdates();
     if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));
     if (options_.file) application_.setStartHandler([this] { window_.offerFile(*options_.file); });
@@ -145,7 +155,10 @@ class Program {
   Program& operator=(const Program&) = delete;
   ~Program() { window_.panels().setControls(nullptr); }
 
-  int run() { return app::applicationMain(application_, controller_); }
+  int run() {
+    deepRepair_.start();
+    return app::applicationMain(application_, controller_);
+  }
 
  private:
   /// The buttons say beforehand what a press cannot come to.
@@ -176,6 +189,9 @@ class Program {
   qt::MoviePane* const movie_ = new qt::MoviePane;  // the window takes it over
   qt::QtMovieView movieView_{system_.mainQueue, movie_->movie()};
   qt::MainWindow window_{system_.mainQueue, pictures_, movie_, movieView_};
+  qt::MoviePane* const deepMovie_ = new qt::MoviePane;  // the window takes it over
+  qt::QtMovieView deepMovieView_{system_.mainQueue, deepMovie_->movie()};
+  qt::QtDeepPages deepPages_{window_, deepMovie_, deepMovieView_};
   qt::QtApplication application_{system_.mainQueue, window_, linux_::loopWakers()};
   qt::QtSheets sheets_{window_.panels(), system_.mainQueue};
   qt::QtAlertPanels alertPanels_{window_.panels(), application_};
@@ -200,7 +216,37 @@ class Program {
                                    .clock = system_.clock,
                                    .bundle = system_.bundle,
                                    .paths = system_.paths}};
-  NoDeepRepair deepRepair_;
+  /// The ends of its movies are nobody's business but its own: the given preview hears of every end in its centre.
+  platform::NotificationCentre deepNotifications_;
+  std::unique_ptr<platform::MovieLoader> deepMovies_ = qt::makeMovieLoader({.mainQueue = system_.mainQueue,
+                                                                            .workers = system_.workers,
+                                                                            .notifications = deepNotifications_,
+                                                                            .log = system_.log});
+  qt::QtFilmChoosers filmChoosers_{window_.panels(), alertPanels_, system_.chooserFiles, &system_.pathProbe};
+  qt::QtClipboard clipboard_;
+  SessionSettings settings_;
+  deep::DeepRepair deepRepair_{
+      deep::DeepServices{.files = system_.files,
+                         .fileManager = system_.fileManager,
+                         .newFiles = system_.newFiles,
+                         .lockedFiles = system_.lockedFiles,
+                         .workers = system_.workers,
+                         .mainQueue = system_.mainQueue,
+                         .clock = system_.clock,
+                         .log = system_.log,
+                         .sheets = sheets_,
+                         .alertPanels = alertPanels_,
+                         .choosers = filmChoosers_,
+                         .movies = *deepMovies_,
+                         .workspace = workspace_,
+                         .clipboard = clipboard_,
+                         .settings = settings_,
+                         .pathProbe = system_.pathProbe,
+                         .translator = translator_,
+                         .makePrograms = [this] { return system_.makeFilmPrograms(); },
+                         .scratchFolders = [this] { return system_.scratchPaths.privateFolders(); },
+                         .process = QApplication::applicationPid()},
+      deepPages_.outlets()};
   app::Orlin_Repair_AVIAppDelegate controller_{
       app::AppServices{
           .application = application_,

@@ -5,7 +5,7 @@
     <name>zelvo</name>
     <message>
         <source>%1 %</source>
-        <translation>%1 %</translation>
+        <translation>%1 %</translation>
     </message>
     <message>
         <source>%1 % of film data</source>
@@ -22,6 +22,10 @@
     <message>
         <source>%1 (%2 s)</source>
         <translation>%1 (%2 s)</translation>
+    </message>
+    <message>
+        <source>%1 / %2</source>
+        <translation>%1 / %2</translation>
     </message>
     <message>
         <source>%1 are free, about %2 are needed</source>
@@ -113,7 +117,7 @@
     </message>
     <message>
         <source>%1 Please go back with Home and repair the film again.</source>
-        <translation>%1 Bitte gehen Sie mit „Start“ zurück und reparieren Sie den Film noch einmal.</translation>
+        <translation>%1 Bitte gehen Sie mit „Startseite“ zurück und reparieren Sie den Film noch einmal.</translation>
     </message>
     <message>
         <source>%1 Please save again, to another place.</source>
@@ -196,12 +200,20 @@
         <translation><numerusform>%n beschädigte Stelle. Zeigen Sie darauf, um zu sehen, was dort geschehen ist.</numerusform><numerusform>%n beschädigte Stellen. Zeigen Sie auf eine, um zu sehen, was dort geschehen ist.</numerusform></translation>
     </message>
     <message numerus="yes">
+        <source>%n film(s) chosen</source>
+        <translation><numerusform>%n Film ausgewählt</numerusform><numerusform>%n Filme ausgewählt</numerusform></translation>
+    </message>
+    <message numerus="yes">
         <source>%n lost</source>
         <translation><numerusform>%n verloren</numerusform><numerusform>%n verloren</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n mended</source>
         <translation><numerusform>%n in Ordnung gebracht</numerusform><numerusform>%n in Ordnung gebracht</numerusform></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more are told in the report.</source>
+        <translation><numerusform>%n weitere steht im Bericht.</numerusform><numerusform>%n weitere stehen im Bericht.</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n more here</source>
@@ -244,6 +256,14 @@
         <translation>1 Spur ist nicht zu erkennen und wird ausgelassen</translation>
     </message>
     <message>
+        <source>A deep repair may bring back more of this film.</source>
+        <translation>Eine Tiefenreparatur bringt vielleicht mehr von diesem Film zurück.</translation>
+    </message>
+    <message>
+        <source>A deep repair may still bring %1 back.</source>
+        <translation>Eine Tiefenreparatur bringt %1 vielleicht doch noch zurück.</translation>
+    </message>
+    <message>
         <source>a few seconds left</source>
         <translation>noch wenige Sekunden</translation>
     </message>
@@ -268,8 +288,16 @@
         <translation>Ein reparierter Film liegt in einem Arbeitsordner, bis Sie ihn speichern, und keiner ist brauchbar. Zuletzt versucht wurde %1. Das System meldet: %2. Für diesen Film gilt: %3. Es wurde nichts begonnen, und an Ihrer Datei wurde nichts geändert.</translation>
     </message>
     <message>
+        <source>About %1</source>
+        <translation>Über %1</translation>
+    </message>
+    <message>
         <source>about %1 are needed</source>
         <translation>etwa %1 werden benötigt</translation>
+    </message>
+    <message>
+        <source>about %1 left</source>
+        <translation>noch etwa %1</translation>
     </message>
     <message>
         <source>about %1 minutes left</source>
@@ -278,6 +306,10 @@
     <message>
         <source>about %1 seconds left</source>
         <translation>noch etwa %1 Sekunden</translation>
+    </message>
+    <message>
+        <source>Add films…</source>
+        <translation>Filme hinzufügen …</translation>
     </message>
     <message>
         <source>all film data</source>
@@ -336,8 +368,20 @@
         <translation>Andere auswählen …</translation>
     </message>
     <message>
+        <source>Click to see the result</source>
+        <translation>Klicken, um das Ergebnis zu sehen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
         <source>Close the help</source>
         <translation>Hilfe schließen</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Vergleichen</translation>
     </message>
     <message>
         <source>Computer</source>
@@ -346,6 +390,10 @@
     <message>
         <source>Content of %1</source>
         <translation>Inhalt von %1</translation>
+    </message>
+    <message>
+        <source>Copy report</source>
+        <translation>Bericht kopieren</translation>
     </message>
     <message>
         <source>Create</source>
@@ -364,12 +412,36 @@
         <translation>Daten</translation>
     </message>
     <message>
+        <source>Deep repair</source>
+        <translation>Tiefenreparatur</translation>
+    </message>
+    <message>
+        <source>Deep repair of several films</source>
+        <translation>Tiefenreparatur mehrerer Filme</translation>
+    </message>
+    <message>
+        <source>Deep repair of several films, one after the other</source>
+        <translation>Tiefenreparatur mehrerer Filme, einer nach dem anderen</translation>
+    </message>
+    <message>
+        <source>Deep repair of your film</source>
+        <translation>Tiefenreparatur Ihres Films</translation>
+    </message>
+    <message>
         <source>Desktop</source>
         <translation>Schreibtisch</translation>
     </message>
     <message>
+        <source>Details</source>
+        <translation>Einzelheiten</translation>
+    </message>
+    <message>
         <source>Documents</source>
         <translation>Dokumente</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
     </message>
     <message>
         <source>doubled</source>
@@ -388,8 +460,24 @@
         <translation>de_DE</translation>
     </message>
     <message>
+        <source>Every byte is looked at, so this takes longer than a repair. Your file is only read.</source>
+        <translation>Jedes Byte wird betrachtet, daher dauert das länger als eine Reparatur. Ihre Datei wird nur gelesen.</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Gescheitert</translation>
+    </message>
+    <message>
         <source>File name:</source>
         <translation>Dateiname:</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Films to be repaired</source>
+        <translation>Zu reparierende Filme</translation>
     </message>
     <message>
         <source>Finishing the repaired file</source>
@@ -420,8 +508,12 @@
         <translation>Hilfe</translation>
     </message>
     <message>
+        <source>Hold Ctrl or Shift to select several.</source>
+        <translation>Halten Sie Strg oder die Umschalttaste gedrückt, um mehrere auszuwählen.</translation>
+    </message>
+    <message>
         <source>Home</source>
-        <translation>Start</translation>
+        <translation>Startseite</translation>
     </message>
     <message>
         <source>Home folder</source>
@@ -456,6 +548,10 @@
         <translation>Er ist zu klein: Nur Filme mit mehr als 0,5 MB (524.288 Bytes) können repariert werden.</translation>
     </message>
     <message>
+        <source>It stands on these libraries, each under a licence of its own:</source>
+        <translation>Sie beruht auf diesen Bibliotheken, jede mit einer eigenen Lizenz:</translation>
+    </message>
+    <message>
         <source>Its beginning could not be read from the disk, and a film cannot be repaired without it.</source>
         <translation>Sein Anfang konnte nicht vom Datenträger gelesen werden, und ohne ihn lässt sich ein Film nicht reparieren.</translation>
     </message>
@@ -481,7 +577,7 @@
     </message>
     <message>
         <source>Last saved</source>
-        <translation>Zuletzt gespeichert</translation>
+        <translation>Gespeichert</translation>
     </message>
     <message>
         <source>left out</source>
@@ -492,12 +588,20 @@
         <translation>weniger als %1 s</translation>
     </message>
     <message>
+        <source>Licences</source>
+        <translation>Lizenzen</translation>
+    </message>
+    <message>
         <source>Look at it here, then save it to a folder of your choice.</source>
         <translation>Sehen Sie ihn sich hier an, und speichern Sie ihn dann in einem Ordner Ihrer Wahl.</translation>
     </message>
     <message>
         <source>Look for an update</source>
         <translation>Nach Update suchen</translation>
+    </message>
+    <message>
+        <source>Looks at every byte of the film, for those that Repair cannot mend</source>
+        <translation>Betrachtet jedes Byte des Films, für solche, die „Reparieren“ nicht in Ordnung bringt</translation>
     </message>
     <message>
         <source>lost</source>
@@ -517,11 +621,7 @@
     </message>
     <message>
         <source>Mute</source>
-        <translation>Stumm schalten</translation>
-    </message>
-    <message>
-        <source>Muted</source>
-        <translation>Stumm</translation>
+        <translation>Ton aus</translation>
     </message>
     <message>
         <source>Name</source>
@@ -552,6 +652,14 @@
         <translation>keine Filmdaten</translation>
     </message>
     <message>
+        <source>No films yet. Add some to repair them one after the other.</source>
+        <translation>Noch keine Filme. Fügen Sie welche hinzu, um sie nacheinander zu reparieren.</translation>
+    </message>
+    <message>
+        <source>No folder chosen yet</source>
+        <translation>Noch kein Ordner ausgewählt</translation>
+    </message>
+    <message>
         <source>No picture could be kept</source>
         <translation>Kein Bild konnte erhalten werden</translation>
     </message>
@@ -572,6 +680,14 @@
         <translation>keine</translation>
     </message>
     <message>
+        <source>Normal and deep repair</source>
+        <translation>Normale Reparatur und Tiefenreparatur</translation>
+    </message>
+    <message>
+        <source>Normal repair</source>
+        <translation>Normale Reparatur</translation>
+    </message>
+    <message>
         <source>not of this film, left out</source>
         <translation>nicht aus diesem Film, ausgelassen</translation>
     </message>
@@ -581,11 +697,19 @@
     </message>
     <message>
         <source>Not whole</source>
-        <translation>Nicht vollständig</translation>
+        <translation>Unvollständig</translation>
+    </message>
+    <message>
+        <source>Nothing could be brought back</source>
+        <translation>Nichts war zurückzuholen</translation>
     </message>
     <message>
         <source>Nothing is damaged.</source>
         <translation>Nichts ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>Nothing is lost</source>
+        <translation>Nichts ist verloren</translation>
     </message>
     <message>
         <source>Nothing is wrong with this film.</source>
@@ -595,9 +719,17 @@
         <source>Nothing of this film can be brought back.</source>
         <translation>Von diesem Film lässt sich nichts zurückholen.</translation>
     </message>
+    <message>
+        <source>Nothing was wrong</source>
+        <translation>Es fehlte nichts</translation>
+    </message>
     <message numerus="yes">
         <source>Of %n picture(s), only zeros are left.</source>
         <translation><numerusform>Von %n Bild sind nur Nullen übrig.</numerusform><numerusform>Von %n Bildern sind nur Nullen übrig.</numerusform></translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>aus</translation>
     </message>
     <message>
         <source>OK</source>
@@ -610,6 +742,10 @@
     <message>
         <source>One film at a time, please.</source>
         <translation>Bitte immer nur einen Film.</translation>
+    </message>
+    <message>
+        <source>One is repaired after the other. Your files are only read.</source>
+        <translation>Einer wird nach dem anderen repariert. Ihre Dateien werden nur gelesen.</translation>
     </message>
     <message>
         <source>Only a file of this computer can be dropped here.</source>
@@ -633,7 +769,7 @@
     </message>
     <message>
         <source>Pause</source>
-        <translation>Pause</translation>
+        <translation>Anhalten</translation>
     </message>
     <message>
         <source>Pictures</source>
@@ -673,7 +809,7 @@
     </message>
     <message>
         <source>Press Home first: a film is dropped on the first page.</source>
-        <translation>Drücken Sie zuerst „Start“: Ein Film wird auf der ersten Seite abgelegt.</translation>
+        <translation>Drücken Sie zuerst „Startseite“: Ein Film wird auf der ersten Seite abgelegt.</translation>
     </message>
     <message>
         <source>Preview</source>
@@ -685,7 +821,7 @@
     </message>
     <message>
         <source>Preview of the film, paused</source>
-        <translation>Vorschau des Films, angehalten</translation>
+        <translation>Vorschau des Films, pausiert</translation>
     </message>
     <message>
         <source>Preview of the film, playing</source>
@@ -694,6 +830,10 @@
     <message>
         <source>Preview, no film yet</source>
         <translation>Vorschau, noch kein Film</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
     </message>
     <message>
         <source>put together again</source>
@@ -724,6 +864,10 @@
         <translation>Ihr Film wird repariert</translation>
     </message>
     <message>
+        <source>Repairs damaged AVI films on this computer. Your films are only read.</source>
+        <translation>Repariert beschädigte AVI-Filme auf diesem Computer. Ihre Filme werden nur gelesen.</translation>
+    </message>
+    <message>
         <source>Replace</source>
         <translation>Ersetzen</translation>
     </message>
@@ -738,6 +882,10 @@
     <message>
         <source>Save</source>
         <translation>Speichern</translation>
+    </message>
+    <message>
+        <source>Saved into</source>
+        <translation>Gespeichert in</translation>
     </message>
     <message>
         <source>Saves to  %1</source>
@@ -760,6 +908,10 @@
         <translation>Ergebnis ansehen</translation>
     </message>
     <message>
+        <source>Several films</source>
+        <translation>Mehrere Filme</translation>
+    </message>
+    <message>
         <source>Size</source>
         <translation>Größe</translation>
     </message>
@@ -772,6 +924,10 @@
         <translation>Ein Teil ist verloren. Auf der nächsten Seite sehen Sie, was erhalten ist, und können es ansehen und speichern. An Ihrer beschädigten Datei wurde nichts geändert.</translation>
     </message>
     <message>
+        <source>Something is lost</source>
+        <translation>Etwas ist verloren</translation>
+    </message>
+    <message>
         <source>Sound</source>
         <translation>Ton</translation>
     </message>
@@ -781,7 +937,19 @@
     </message>
     <message>
         <source>Sound on</source>
-        <translation>Ton einschalten</translation>
+        <translation>Ton ein</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Starten</translation>
+    </message>
+    <message>
+        <source>Starting…</source>
+        <translation>Wird gestartet …</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>Zustand</translation>
     </message>
     <message>
         <source>Step %1 of 3: %2</source>
@@ -812,6 +980,14 @@
         <translation>Reparatur abbrechen?</translation>
     </message>
     <message>
+        <source>Stopped</source>
+        <translation>Abgebrochen</translation>
+    </message>
+    <message>
+        <source>Take it out of the list</source>
+        <translation>Aus der Liste nehmen</translation>
+    </message>
+    <message>
         <source>text</source>
         <translation>Text</translation>
     </message>
@@ -822,6 +998,10 @@
     <message>
         <source>That is a folder. Now choose a file in it.</source>
         <translation>Das ist ein Ordner. Wählen Sie nun eine Datei darin aus.</translation>
+    </message>
+    <message>
+        <source>That is a folder. Now type a name for the file.</source>
+        <translation>Das ist ein Ordner. Geben Sie nun einen Namen für die Datei ein.</translation>
     </message>
     <message>
         <source>That is not an ordinary file. Please choose another.</source>
@@ -936,6 +1116,14 @@
         <translation>Die reparierte Datei wurde als %1 gespeichert.</translation>
     </message>
     <message>
+        <source>The repaired film</source>
+        <translation>Der reparierte Film</translation>
+    </message>
+    <message>
+        <source>The repaired film is copied to where you want it.</source>
+        <translation>Der reparierte Film wird dorthin kopiert, wo Sie ihn haben möchten.</translation>
+    </message>
+    <message>
         <source>the size is mended</source>
         <translation>die Größe ist berichtigt</translation>
     </message>
@@ -952,6 +1140,10 @@
         <translation>Das System meldet: %1.</translation>
     </message>
     <message>
+        <source>The text of that licence is in %1.</source>
+        <translation>Der Text dieser Lizenz steht in %1.</translation>
+    </message>
+    <message>
         <source>the time of what is lost is filled</source>
         <translation>die Zeit des Verlorenen ist aufgefüllt</translation>
     </message>
@@ -966,6 +1158,10 @@
     <message>
         <source>There are no folders in here.</source>
         <translation>Hier gibt es keine Ordner.</translation>
+    </message>
+    <message>
+        <source>There is a file “%1” already. Replacing it deletes what it holds.</source>
+        <translation>Eine Datei „%1“ gibt es schon. Wenn Sie sie ersetzen, wird ihr Inhalt gelöscht.</translation>
     </message>
     <message>
         <source>There is no file %1.</source>
@@ -1036,6 +1232,10 @@
         <translation>Dieser Ordner ist nicht brauchbar</translation>
     </message>
     <message>
+        <source>This is free software: you may use it, pass it on and change it under the terms of the GNU General Public License, version 3 or any later version. It comes without any warranty.</source>
+        <translation>Dies ist freie Software: Sie dürfen sie nach den Bedingungen der GNU General Public License, Version 3 oder jeder späteren Version, nutzen, weitergeben und verändern. Sie wird ohne jede Gewährleistung bereitgestellt.</translation>
+    </message>
+    <message>
         <source>This is not an AVI film</source>
         <translation>Das ist kein AVI-Film</translation>
     </message>
@@ -1064,6 +1264,10 @@
         <translation>Zum übergeordneten Ordner (Rücktaste)</translation>
     </message>
     <message>
+        <source>Try a deep repair</source>
+        <translation>Tiefenreparatur versuchen</translation>
+    </message>
+    <message>
         <source>uncompressed</source>
         <translation>unkomprimiert</translation>
     </message>
@@ -1080,8 +1284,16 @@
         <translation>Aufwärts</translation>
     </message>
     <message>
+        <source>Use a film of the same camera…</source>
+        <translation>Film derselben Kamera verwenden …</translation>
+    </message>
+    <message>
         <source>Use this folder</source>
         <translation>Diesen Ordner verwenden</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
     </message>
     <message>
         <source>Video</source>
@@ -1100,8 +1312,16 @@
         <translation>Lautstärke</translation>
     </message>
     <message>
+        <source>Waiting</source>
+        <translation>Wartet</translation>
+    </message>
+    <message>
         <source>Waiting until the repair before this one has ended. Its last step cannot be cut short.</source>
         <translation>Es wird gewartet, bis die vorherige Reparatur beendet ist. Ihr letzter Schritt lässt sich nicht abkürzen.</translation>
+    </message>
+    <message>
+        <source>What happened where</source>
+        <translation>Was wo geschehen ist</translation>
     </message>
     <message>
         <source>What is in the folder by now stays there. You can save the film again at any time.</source>
@@ -1118,6 +1338,14 @@
     <message>
         <source>Where should it be saved?</source>
         <translation>Wo soll gespeichert werden?</translation>
+    </message>
+    <message>
+        <source>With what the normal repair keeps of the same film</source>
+        <translation>Mit dem, was die normale Reparatur vom selben Film erhält</translation>
+    </message>
+    <message>
+        <source>Working</source>
+        <translation>In Arbeit</translation>
     </message>
     <message>
         <source>Working folder: %1 (%2)</source>
@@ -1170,6 +1398,10 @@
     <message>
         <source>“%1”</source>
         <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Stumm</translation>
     </message>
 </context>
 </TS>

@@ -5,7 +5,7 @@
     <name>zelvo</name>
     <message>
         <source>%1 %</source>
-        <translation>%1 %</translation>
+        <translation>%1 %</translation>
     </message>
     <message>
         <source>%1 % of film data</source>
@@ -22,6 +22,10 @@
     <message>
         <source>%1 (%2 s)</source>
         <translation>%1 (%2 s)</translation>
+    </message>
+    <message>
+        <source>%1 / %2</source>
+        <translation>%1 / %2</translation>
     </message>
     <message>
         <source>%1 are free, about %2 are needed</source>
@@ -196,12 +200,20 @@
         <translation><numerusform>%n endroit endommagé. Pointez-le pour voir ce qui s’y est passé.</numerusform><numerusform>%n endroits endommagés. Pointez-en un pour voir ce qui s’y est passé.</numerusform></translation>
     </message>
     <message numerus="yes">
+        <source>%n film(s) chosen</source>
+        <translation><numerusform>%n film choisi</numerusform><numerusform>%n films choisis</numerusform></translation>
+    </message>
+    <message numerus="yes">
         <source>%n lost</source>
         <translation><numerusform>%n perdu</numerusform><numerusform>%n perdus</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n mended</source>
         <translation><numerusform>%n remis en ordre</numerusform><numerusform>%n remis en ordre</numerusform></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n more are told in the report.</source>
+        <translation><numerusform>%n autre figure dans le rapport.</numerusform><numerusform>%n autres figurent dans le rapport.</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n more here</source>
@@ -244,6 +256,14 @@
         <translation>1 piste n’est pas reconnaissable et est omise</translation>
     </message>
     <message>
+        <source>A deep repair may bring back more of this film.</source>
+        <translation>Une réparation approfondie pourrait récupérer davantage de ce film.</translation>
+    </message>
+    <message>
+        <source>A deep repair may still bring %1 back.</source>
+        <translation>Une réparation approfondie pourrait encore récupérer %1.</translation>
+    </message>
+    <message>
         <source>a few seconds left</source>
         <translation>encore quelques secondes</translation>
     </message>
@@ -268,8 +288,16 @@
         <translation>Un film réparé se trouve dans un dossier de travail jusqu’à ce que vous l’enregistriez, et aucun n’est utilisable. Le dernier essayé est %1. Le système indique : %2. Pour réparer ce film, %3. Rien n’a été commencé, et rien n’a été modifié dans votre fichier.</translation>
     </message>
     <message>
+        <source>About %1</source>
+        <translation>À propos de %1</translation>
+    </message>
+    <message>
         <source>about %1 are needed</source>
         <translation>%1 environ sont nécessaires</translation>
+    </message>
+    <message>
+        <source>about %1 left</source>
+        <translation>encore %1 environ</translation>
     </message>
     <message>
         <source>about %1 minutes left</source>
@@ -278,6 +306,10 @@
     <message>
         <source>about %1 seconds left</source>
         <translation>encore %1 secondes environ</translation>
+    </message>
+    <message>
+        <source>Add films…</source>
+        <translation>Ajouter des films…</translation>
     </message>
     <message>
         <source>all film data</source>
@@ -336,8 +368,20 @@
         <translation>En choisir un autre…</translation>
     </message>
     <message>
+        <source>Click to see the result</source>
+        <translation>Cliquez pour voir le résultat</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
         <source>Close the help</source>
         <translation>Fermer l’aide</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Comparer</translation>
     </message>
     <message>
         <source>Computer</source>
@@ -346,6 +390,10 @@
     <message>
         <source>Content of %1</source>
         <translation>Contenu de %1</translation>
+    </message>
+    <message>
+        <source>Copy report</source>
+        <translation>Copier le rapport</translation>
     </message>
     <message>
         <source>Create</source>
@@ -364,12 +412,36 @@
         <translation>données</translation>
     </message>
     <message>
+        <source>Deep repair</source>
+        <translation>Réparation approfondie</translation>
+    </message>
+    <message>
+        <source>Deep repair of several films</source>
+        <translation>Réparation approfondie de plusieurs films</translation>
+    </message>
+    <message>
+        <source>Deep repair of several films, one after the other</source>
+        <translation>Réparation approfondie de plusieurs films, l’un après l’autre</translation>
+    </message>
+    <message>
+        <source>Deep repair of your film</source>
+        <translation>Réparation approfondie de votre film</translation>
+    </message>
+    <message>
         <source>Desktop</source>
         <translation>Bureau</translation>
     </message>
     <message>
+        <source>Details</source>
+        <translation>Détails</translation>
+    </message>
+    <message>
         <source>Documents</source>
         <translation>Documents</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Terminé</translation>
     </message>
     <message>
         <source>doubled</source>
@@ -388,8 +460,24 @@
         <translation>fr_FR</translation>
     </message>
     <message>
+        <source>Every byte is looked at, so this takes longer than a repair. Your file is only read.</source>
+        <translation>Chaque octet est examiné ; cela prend donc plus de temps qu’une réparation. Votre fichier est seulement lu.</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Échec</translation>
+    </message>
+    <message>
         <source>File name:</source>
         <translation>Nom du fichier :</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Films to be repaired</source>
+        <translation>Films à réparer</translation>
     </message>
     <message>
         <source>Finishing the repaired file</source>
@@ -418,6 +506,10 @@
     <message>
         <source>Help</source>
         <translation>Aide</translation>
+    </message>
+    <message>
+        <source>Hold Ctrl or Shift to select several.</source>
+        <translation>Maintenez Ctrl ou Maj pour en sélectionner plusieurs.</translation>
     </message>
     <message>
         <source>Home</source>
@@ -456,6 +548,10 @@
         <translation>Il est trop petit : seuls les films de plus de 0,5 Mo (524 288 octets) peuvent être réparés.</translation>
     </message>
     <message>
+        <source>It stands on these libraries, each under a licence of its own:</source>
+        <translation>Il repose sur ces bibliothèques, chacune sous sa propre licence :</translation>
+    </message>
+    <message>
         <source>Its beginning could not be read from the disk, and a film cannot be repaired without it.</source>
         <translation>Son début n’a pas pu être lu sur le disque, et un film ne peut pas être réparé sans lui.</translation>
     </message>
@@ -481,7 +577,7 @@
     </message>
     <message>
         <source>Last saved</source>
-        <translation>Dernier enregistrement</translation>
+        <translation>Enregistré</translation>
     </message>
     <message>
         <source>left out</source>
@@ -492,12 +588,20 @@
         <translation>moins de %1 s</translation>
     </message>
     <message>
+        <source>Licences</source>
+        <translation>Licences</translation>
+    </message>
+    <message>
         <source>Look at it here, then save it to a folder of your choice.</source>
         <translation>Regardez-le ici, puis enregistrez-le dans le dossier de votre choix.</translation>
     </message>
     <message>
         <source>Look for an update</source>
         <translation>Rechercher une mise à jour</translation>
+    </message>
+    <message>
+        <source>Looks at every byte of the film, for those that Repair cannot mend</source>
+        <translation>Examine chaque octet du film, pour ceux que « Réparer » ne peut pas remettre en ordre</translation>
     </message>
     <message>
         <source>lost</source>
@@ -518,10 +622,6 @@
     <message>
         <source>Mute</source>
         <translation>Couper le son</translation>
-    </message>
-    <message>
-        <source>Muted</source>
-        <translation>Son coupé</translation>
     </message>
     <message>
         <source>Name</source>
@@ -552,6 +652,14 @@
         <translation>aucune donnée du film</translation>
     </message>
     <message>
+        <source>No films yet. Add some to repair them one after the other.</source>
+        <translation>Aucun film pour l’instant. Ajoutez-en pour les réparer l’un après l’autre.</translation>
+    </message>
+    <message>
+        <source>No folder chosen yet</source>
+        <translation>Aucun dossier choisi</translation>
+    </message>
+    <message>
         <source>No picture could be kept</source>
         <translation>Aucune image n’a pu être conservée</translation>
     </message>
@@ -572,6 +680,14 @@
         <translation>aucune</translation>
     </message>
     <message>
+        <source>Normal and deep repair</source>
+        <translation>Réparation normale et approfondie</translation>
+    </message>
+    <message>
+        <source>Normal repair</source>
+        <translation>Réparation normale</translation>
+    </message>
+    <message>
         <source>not of this film, left out</source>
         <translation>étranger au film, omis</translation>
     </message>
@@ -584,8 +700,16 @@
         <translation>Incomplet</translation>
     </message>
     <message>
+        <source>Nothing could be brought back</source>
+        <translation>Rien n’a pu être récupéré</translation>
+    </message>
+    <message>
         <source>Nothing is damaged.</source>
         <translation>Rien n’est endommagé.</translation>
+    </message>
+    <message>
+        <source>Nothing is lost</source>
+        <translation>Rien n’est perdu</translation>
     </message>
     <message>
         <source>Nothing is wrong with this film.</source>
@@ -595,9 +719,17 @@
         <source>Nothing of this film can be brought back.</source>
         <translation>Rien de ce film ne peut être récupéré.</translation>
     </message>
+    <message>
+        <source>Nothing was wrong</source>
+        <translation>Il n’y avait aucun défaut</translation>
+    </message>
     <message numerus="yes">
         <source>Of %n picture(s), only zeros are left.</source>
         <translation><numerusform>De %n image, il ne reste que des zéros.</numerusform><numerusform>De %n images, il ne reste que des zéros.</numerusform></translation>
+    </message>
+    <message>
+        <source>off</source>
+        <translation>coupé</translation>
     </message>
     <message>
         <source>OK</source>
@@ -610,6 +742,10 @@
     <message>
         <source>One film at a time, please.</source>
         <translation>Un seul film à la fois, s’il vous plaît.</translation>
+    </message>
+    <message>
+        <source>One is repaired after the other. Your files are only read.</source>
+        <translation>Ils sont réparés l’un après l’autre. Vos fichiers sont seulement lus.</translation>
     </message>
     <message>
         <source>Only a file of this computer can be dropped here.</source>
@@ -649,7 +785,7 @@
     </message>
     <message>
         <source>Play</source>
-        <translation>Lire</translation>
+        <translation>Lecture</translation>
     </message>
     <message>
         <source>Please answer the message first.</source>
@@ -696,6 +832,10 @@
         <translation>Aperçu, pas encore de film</translation>
     </message>
     <message>
+        <source>Progress</source>
+        <translation>Progression</translation>
+    </message>
+    <message>
         <source>put together again</source>
         <translation>réassemblé</translation>
     </message>
@@ -724,6 +864,10 @@
         <translation>Réparation de votre film</translation>
     </message>
     <message>
+        <source>Repairs damaged AVI films on this computer. Your films are only read.</source>
+        <translation>Répare les films AVI endommagés sur cet ordinateur. Vos films sont seulement lus.</translation>
+    </message>
+    <message>
         <source>Replace</source>
         <translation>Remplacer</translation>
     </message>
@@ -738,6 +882,10 @@
     <message>
         <source>Save</source>
         <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Saved into</source>
+        <translation>Enregistrés dans</translation>
     </message>
     <message>
         <source>Saves to  %1</source>
@@ -760,6 +908,10 @@
         <translation>Voir le résultat</translation>
     </message>
     <message>
+        <source>Several films</source>
+        <translation>Plusieurs films</translation>
+    </message>
+    <message>
         <source>Size</source>
         <translation>Taille</translation>
     </message>
@@ -772,6 +924,10 @@
         <translation>Une partie est perdue. À la page suivante, vous verrez ce qui a été conservé, et pourrez le regarder et l’enregistrer. Rien n’a été modifié dans votre fichier endommagé.</translation>
     </message>
     <message>
+        <source>Something is lost</source>
+        <translation>Une partie est perdue</translation>
+    </message>
+    <message>
         <source>Sound</source>
         <translation>Son</translation>
     </message>
@@ -781,7 +937,19 @@
     </message>
     <message>
         <source>Sound on</source>
-        <translation>Activer le son</translation>
+        <translation>Rétablir le son</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Démarrer</translation>
+    </message>
+    <message>
+        <source>Starting…</source>
+        <translation>Démarrage…</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>État</translation>
     </message>
     <message>
         <source>Step %1 of 3: %2</source>
@@ -812,6 +980,14 @@
         <translation>Arrêter la réparation ?</translation>
     </message>
     <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>Take it out of the list</source>
+        <translation>Le retirer de la liste</translation>
+    </message>
+    <message>
         <source>text</source>
         <translation>texte</translation>
     </message>
@@ -822,6 +998,10 @@
     <message>
         <source>That is a folder. Now choose a file in it.</source>
         <translation>C’est un dossier. Choisissez maintenant un fichier dedans.</translation>
+    </message>
+    <message>
+        <source>That is a folder. Now type a name for the file.</source>
+        <translation>C’est un dossier. Saisissez maintenant un nom pour le fichier.</translation>
     </message>
     <message>
         <source>That is not an ordinary file. Please choose another.</source>
@@ -936,6 +1116,14 @@
         <translation>Le fichier réparé a été enregistré sous %1.</translation>
     </message>
     <message>
+        <source>The repaired film</source>
+        <translation>Le film réparé</translation>
+    </message>
+    <message>
+        <source>The repaired film is copied to where you want it.</source>
+        <translation>Le film réparé est copié là où vous le souhaitez.</translation>
+    </message>
+    <message>
         <source>the size is mended</source>
         <translation>la taille est corrigée</translation>
     </message>
@@ -952,6 +1140,10 @@
         <translation>Le système indique : %1.</translation>
     </message>
     <message>
+        <source>The text of that licence is in %1.</source>
+        <translation>Le texte de cette licence se trouve dans %1.</translation>
+    </message>
+    <message>
         <source>the time of what is lost is filled</source>
         <translation>le temps de ce qui est perdu est comblé</translation>
     </message>
@@ -966,6 +1158,10 @@
     <message>
         <source>There are no folders in here.</source>
         <translation>Il n’y a pas de dossiers ici.</translation>
+    </message>
+    <message>
+        <source>There is a file “%1” already. Replacing it deletes what it holds.</source>
+        <translation>Il existe déjà un fichier « %1 ». Le remplacer supprime son contenu.</translation>
     </message>
     <message>
         <source>There is no file %1.</source>
@@ -1036,6 +1232,10 @@
         <translation>Ce dossier est inutilisable</translation>
     </message>
     <message>
+        <source>This is free software: you may use it, pass it on and change it under the terms of the GNU General Public License, version 3 or any later version. It comes without any warranty.</source>
+        <translation>Ceci est un logiciel libre : vous pouvez l’utiliser, le transmettre et le modifier selon les termes de la GNU General Public License, version 3 ou toute version ultérieure. Il est fourni sans aucune garantie.</translation>
+    </message>
+    <message>
         <source>This is not an AVI film</source>
         <translation>Ce n’est pas un film AVI</translation>
     </message>
@@ -1064,6 +1264,10 @@
         <translation>Vers le dossier parent (Retour arrière)</translation>
     </message>
     <message>
+        <source>Try a deep repair</source>
+        <translation>Essayer une réparation approfondie</translation>
+    </message>
+    <message>
         <source>uncompressed</source>
         <translation>non compressé</translation>
     </message>
@@ -1080,8 +1284,16 @@
         <translation>Remonter</translation>
     </message>
     <message>
+        <source>Use a film of the same camera…</source>
+        <translation>Utiliser un film du même appareil…</translation>
+    </message>
+    <message>
         <source>Use this folder</source>
         <translation>Utiliser ce dossier</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
     </message>
     <message>
         <source>Video</source>
@@ -1100,8 +1312,16 @@
         <translation>Volume</translation>
     </message>
     <message>
+        <source>Waiting</source>
+        <translation>En attente</translation>
+    </message>
+    <message>
         <source>Waiting until the repair before this one has ended. Its last step cannot be cut short.</source>
         <translation>En attente de la fin de la réparation précédente. Sa dernière étape ne peut pas être écourtée.</translation>
+    </message>
+    <message>
+        <source>What happened where</source>
+        <translation>Ce qui s’est passé, et où</translation>
     </message>
     <message>
         <source>What is in the folder by now stays there. You can save the film again at any time.</source>
@@ -1118,6 +1338,14 @@
     <message>
         <source>Where should it be saved?</source>
         <translation>Où l’enregistrer ?</translation>
+    </message>
+    <message>
+        <source>With what the normal repair keeps of the same film</source>
+        <translation>Avec ce que la réparation normale conserve du même film</translation>
+    </message>
+    <message>
+        <source>Working</source>
+        <translation>En cours</translation>
     </message>
     <message>
         <source>Working folder: %1 (%2)</source>
@@ -1170,6 +1398,10 @@
     <message>
         <source>“%1”</source>
         <translation>« %1 »</translation>
+    </message>
+    <message>
+        <source>Muted</source>
+        <translation>Son coupé</translation>
     </message>
 </context>
 </TS>

@@ -76,7 +76,10 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
   choosePage_ = new ChoosePage(parts);
   repairPage_ = new RepairPage(parts);
   resultPage_ = new ResultPage(parts, *movie);
-  for (WindowPage* page : std::array<WindowPage*, 3>{choosePage_, repairPage_, resultPage_}) pages_->addWidget(page);
+  for (WindowPage* page : std::array<WindowPage*, 3>{choosePage_, repairPage_, resultPage_}) {
+    pages_->addWidget(page);
+    page->mark->setAction([this](Button&) { aboutPanel_->show(); });
+  }
   auto* const inContent = new QVBoxLayout(content_);
   inContent->setContentsMargins(0, 0, 0, 0);
   inContent->addWidget(layers_);
@@ -88,6 +91,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
   panels_ = std::make_unique<PanelStack>(*content_, queue, pictures);
   fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
   helpPanel_ = std::make_unique<HelpPanel>(*panels_);
+  aboutPanel_ = std::make_unique<AboutPanel>(*panels_);
   panels_->setObserver([this] { panelsChanged(); });
   panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
   resultPage_->filmreport->setSheet(fixedPanels_->repaircompletedwindow);
@@ -280,7 +284,10 @@ void MainWindow::fitInto(const QSize& free) {
   resize(QSize(kWidth, kHeight).boundedTo(free - kFrameRoom).expandedTo(minimumSize()));
 }
 
-void MainWindow::addPage(WindowPage& page) { layers_->addWidget(&page); }
+void MainWindow::addPage(WindowPage& page) {
+  layers_->addWidget(&page);
+  page.mark->setAction([this](Button&) { aboutPanel_->show(); });
+}
 
 void MainWindow::showPage(WindowPage* page) {
   QWidget* const next = page == nullptr ? static_cast<QWidget*>(pages_) : page;

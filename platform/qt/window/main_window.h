@@ -17,6 +17,7 @@
 #include "platform/outlets.h"
 #include "platform/qt/drawing/hosted_widget.h"
 #include "platform/qt/drawing/pictures.h"
+#include "platform/qt/panels/about_panel.h"
 #include "platform/qt/panels/help_panel.h"
 #include "platform/qt/panels/panel_stack.h"
 #include "platform/qt/preview/movie_pane.h"
@@ -58,6 +59,8 @@ class MainWindow final : public QWidget, public Window {
   void showHelp(const QString& topic);
   /// Shows inside the window what no browser could be started for.
   void showUnopened(const QUrl& address);
+  /// What the About panel says; as "0.1.0".
+  void setVersion(const QString& version) { aboutPanel_->setVersion(version); }
   /// What the buttons that look for an update say besides, since they cannot do it.
   void setUpdateRemark(const QString& remark);
   /// Makes the window as large as it would like to be, or as `free`, the screen's part that no desktop panel covers,
@@ -87,6 +90,7 @@ class MainWindow final : public QWidget, public Window {
   [[nodiscard]] ResultPage& resultPage() { return *resultPage_; }
   [[nodiscard]] WindowPanels& fixedPanels() { return *fixedPanels_; }
   [[nodiscard]] HelpPanel& helpPanel() { return *helpPanel_; }
+  [[nodiscard]] AboutPanel& aboutPanel() { return *aboutPanel_; }
   /// 0, 1 or 2.
   [[nodiscard]] int page() const { return pages_->currentIndex(); }
 
@@ -133,6 +137,7 @@ class MainWindow final : public QWidget, public Window {
   std::unique_ptr<PanelStack> panels_;
   std::unique_ptr<WindowPanels> fixedPanels_;
   std::unique_ptr<HelpPanel> helpPanel_;
+  std::unique_ptr<AboutPanel> aboutPanel_;
   std::unique_ptr<QtTabView> tabview_;
   std::unique_ptr<UnseenMovieView> unseenMovie_;
   std::unique_ptr<QLabel> unseenLabel_;
