@@ -136,12 +136,14 @@ class User:
         self.films = films
         self.saved = saved
         self.pressed = {}
+        self.last = []
         self.copies = []  # when the film was being copied, which may hold up the window
         self.saves = 0
         self.choosing = 0
 
     def note(self, name):
         self.pressed[name] = self.pressed.get(name, 0) + 1
+        self.last = [*self.last[-19:], name]
 
     def answer_chooser(self, dialog, field, elements):
         """A film, or a new place to save."""
@@ -277,6 +279,7 @@ def use(options, home, chance):
             time.sleep(chance.choice((0, 0, 0.1, 0.5)))
         status = program.process.poll()
         if status is not None:
+            print("Pressed last: " + ", ".join(user.last))
             return [f"the program ended with {status}; see what it said:\n" + last_words(program.said)]
         if not user.go_home():
             wrong.append("the first page could not be reached:\n" + program.screen.listing())
@@ -408,10 +411,11 @@ def main():
             continue
         chance = random.Random(f"{options.seed} {phase.__name__}")
         with click_through.Display(), tempfile.TemporaryDirectory(prefix="zelvo-soak-") as home:
-            wrong += phase(options, home, chance)
+            found = phase(options, home, chance)
+        for one in found:
+            print("soak: " + one)
         sys.stdout.flush()
-    for one in wrong:
-        print("soak: " + one)
+        wrong += found
     sys.exit(1 if wrong else 0)
 
 
