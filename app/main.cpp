@@ -15,6 +15,7 @@
 #include "app/texts.h"
 #include "app/window_controls.h"
 #include "app/wire.h"
+#include "platform/linux/user.h"
 #include "platform/linux/window_services.h"
 #include "platform/qt/chooser/file_panels.h"
 #include "platform/qt/drawing/appearance.h"
@@ -31,6 +32,7 @@
 #include "platform/qt/window/actions.h"
 #include "platform/qt/window/application.h"
 #include "platform/qt/window/main_window.h"
+#include "platform/qt/window/settings.h"
 #include "platform/qt/window/workspace.h"
 #include "update/updates.h"
 
@@ -43,6 +45,9 @@ namespace linux_ = zelvo::platform::linux_;
 
 /// Of the desktop's icon theme, where the program is installed.
 const QString kIconName = QStringLiteral("zelvo-avi-repair");
+
+/// Below the folder of the user's settings.
+constexpr const char* kSettingsFolder = "zelvo-avi-repair";
 
 constexpr const char* kHelp =
     "Usage: zelvo-avi-repair [--appearance light|dark] [FILE]\n"
@@ -125,9 +130,9 @@ class Program {
  public:
   Program(const linux_::WebLibrary& webLibrary, const Options& options)
       : options_(options),
-        system_(webLibrary, {.log = "ZelvoAVIRepair",
-                             .applications = app::texts::kApplications,
-                             .settingsFolder = "zelvo-avi-repair"}) {
+        system_(
+            webLibrary,
+            {.log = "ZelvoAVIRepair", .applications = app::texts::kApplications, .settingsFolder = kSettingsFolder}) {
     window_.panels().setControls(&windowControls_);
     windowControls_.dress(window_.hostedViews());
     app::wire(controller_, window_.jobOutlets(), actions_, application_);
@@ -137,6 +142,7 @@ class Program {
     });
     window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(system_.paths.mapped(app::texts::kHelpPage1))));
     workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
+    window_.setSettings(settings_);
     window_.setVersion(QStringLiteral(ZELVO_VERSION));
     reportUpdates();
     if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));
@@ -167,6 +173,7 @@ class Program {
   linux_::WindowServices system_;
 
   qt::QtTranslator translator_;
+  qt::QtSettings settings_{linux_::configFolder() + "/" + kSettingsFolder + "/window.ini"};
   platform::NotificationCentre notifications_;
   qt::Pictures pictures_{system_.bundle.bundlePath() + "/Contents/Resources"};
   app::WindowControls windowControls_{notifications_};
