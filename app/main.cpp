@@ -15,9 +15,12 @@
 #include "app/texts.h"
 #include "app/window_controls.h"
 #include "app/wire.h"
+#include "deep/deep_repair.h"
 #include "platform/linux/user.h"
 #include "platform/linux/window_services.h"
 #include "platform/qt/chooser/file_panels.h"
+#include "platform/qt/chooser/film_choosers.h"
+#include "platform/qt/deep/deep_pages.h"
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/drawing/pictures.h"
 #include "platform/qt/language.h"
@@ -31,6 +34,7 @@
 #include "platform/qt/texts.h"
 #include "platform/qt/window/actions.h"
 #include "platform/qt/window/application.h"
+#include "platform/qt/window/clipboard.h"
 #include "platform/qt/window/main_window.h"
 #include "platform/qt/window/settings.h"
 #include "platform/qt/window/workspace.h"
@@ -39,6 +43,7 @@
 namespace {
 
 namespace app = zelvo::app;
+namespace deep = zelvo::deep;
 namespace platform = zelvo::platform;
 namespace qt = zelvo::platform::qt;
 namespace linux_ = zelvo::platform::linux_;
@@ -114,17 +119,6 @@ bool asksForWordsOnly(int argc, char** argv) {
   return false;
 }
 
-/// The window has no pages of the deep repair yet.
-class NoDeepRepair final : public platform::FilmObserver {
- public:
-  void filmChosen(const std::string&) override {}
-  void choiceCleared() override {}
-  void filmRefused(const std::string&) override {}
-  void filmJudged(const std::string&, platform::FilmVerdict) override {}
-  [[nodiscard]] bool mayClose() override { return true; }
-  void programEnds() override {}
-};
-
 /// Everything that the controller stands on, in the order in which it is made.
 class Program {
  public:
@@ -140,6 +134,8 @@ class Program {
       panels_.noteInput(file);
       controller_.offerFile(file);
     });
+    deepRepair_.wire(actions_);
+    window_.setFilesReceiver([this](const std::vector<std::string>& files) { deepRepair_.takeFilms(files); });
     window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(system_.paths.mapped(app::texts::kHelpPage1))));
     workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
     window_.setSettings(settings_);
@@ -152,7 +148,10 @@ class Program {
   Program& operator=(const Program&) = delete;
   ~Program() { window_.panels().setControls(nullptr); }
 
-  int run() { return app::applicationMain(application_, controller_); }
+  int run() {
+    deepRepair_.start();
+    return app::applicationMain(application_, controller_);
+  }
 
  private:
   /// The buttons say beforehand what a press cannot come to.
@@ -184,6 +183,9 @@ class Program {
   qt::MoviePane* const movie_ = new qt::MoviePane;  // the window takes it over
   qt::QtMovieView movieView_{system_.mainQueue, movie_->movie()};
   qt::MainWindow window_{system_.mainQueue, pictures_, movie_, movieView_};
+  qt::MoviePane* const deepMovie_ = new qt::MoviePane;  // the window takes it over
+  qt::QtMovieView deepMovieView_{system_.mainQueue, deepMovie_->movie()};
+  qt::QtDeepPages deepPages_{window_, deepMovie_, deepMovieView_};
   qt::QtApplication application_{system_.mainQueue, window_, linux_::loopWakers()};
   qt::QtSheets sheets_{window_.panels(), system_.mainQueue};
   qt::QtAlertPanels alertPanels_{window_.panels(), application_};
@@ -208,7 +210,36 @@ class Program {
                                    .clock = system_.clock,
                                    .bundle = system_.bundle,
                                    .paths = system_.paths}};
-  NoDeepRepair deepRepair_;
+  /// The ends of its movies are nobody's business but its own: the given preview hears of every end in its centre.
+  platform::NotificationCentre deepNotifications_;
+  std::unique_ptr<platform::MovieLoader> deepMovies_ = qt::makeMovieLoader({.mainQueue = system_.mainQueue,
+                                                                            .workers = system_.workers,
+                                                                            .notifications = deepNotifications_,
+                                                                            .log = system_.log});
+  qt::QtFilmChoosers filmChoosers_{window_.panels(), alertPanels_, system_.chooserFiles, &system_.pathProbe};
+  qt::QtClipboard clipboard_;
+  deep::DeepRepair deepRepair_{
+      deep::DeepServices{.files = system_.files,
+                         .fileManager = system_.fileManager,
+                         .newFiles = system_.newFiles,
+                         .lockedFiles = system_.lockedFiles,
+                         .workers = system_.workers,
+                         .mainQueue = system_.mainQueue,
+                         .clock = system_.clock,
+                         .log = system_.log,
+                         .sheets = sheets_,
+                         .alertPanels = alertPanels_,
+                         .choosers = filmChoosers_,
+                         .movies = *deepMovies_,
+                         .workspace = workspace_,
+                         .clipboard = clipboard_,
+                         .settings = settings_,
+                         .pathProbe = system_.pathProbe,
+                         .translator = translator_,
+                         .makePrograms = [this] { return system_.makeFilmPrograms(); },
+                         .scratchFolders = [this] { return system_.scratchPaths.privateFolders(); },
+                         .process = QApplication::applicationPid()},
+      deepPages_.outlets()};
   app::Orlin_Repair_AVIAppDelegate controller_{
       app::AppServices{
           .application = application_,

@@ -43,7 +43,111 @@ std::string rescueLines(const salvage::RescueReport& rescue, bool all) {
   return text;
 }
 
+<<<<<<< HEAD
+void write(JsonWriter& json, std::string_view name, const SlotTally& tally) {
+  json.key(name);
+  json.beginObject();
+  json.member("chunks", tally.chunks);
+  json.member("bytes", tally.bytes);
+  json.key("seconds");
+  json.seconds(tally.seconds);
+  json.endObject();
+}
+
+void writeStreams(JsonWriter& json, const SalvageReport& report) {
+  json.key("streams");
+  json.beginArray();
+  for (const salvage::SalvagedStream& stream : report.streams) {
+    json.beginObject();
+    json.member("kind", kindOf(stream));
+    json.member("codec", codecOf(stream));
+    if (stream.formatTag) json.member("format_tag", *stream.formatTag);
+    json.member("number", stream.number);
+    json.member("header", nameOf(stream.origin));
+    write(json, "all", stream.all());
+    for (std::size_t state = 0; state < salvage::kSlotStates; ++state) {
+      write(json, nameOf(static_cast<SlotState>(state)), stream.slots[state]);
+    }
+    json.endObject();
+  }
+  json.endArray();
+}
+
+void writeFields(JsonWriter& json, const SalvageReport& report) {
+  json.key("fields");
+  json.beginArray();
+  for (const salvage::FoundField& field : report.fields) {
+    json.beginObject();
+    json.member("number", field.stream);
+    json.member("name", field.name);
+    json.member("value", field.value);
+    json.key("alternatives");
+    json.beginArray();
+    for (const std::string& other : field.alternatives) json.text(other);
+    json.endArray();
+    json.endObject();
+  }
+  json.endArray();
+  json.member("streams_without_header", report.streamsWithoutHeader);
+}
+
+void writeIndexes(JsonWriter& json, const SalvageReport& report) {
+  json.key("indexes");
+  json.beginArray();
+  for (const salvage::TemplateSource& index : report.indexes) {
+    json.beginObject();
+    json.member("offset", index.offset);
+    json.member("entries", index.entries);
+    constexpr std::array<std::string_view, 3> kNames{"unknown", "own", "foreign"};
+    json.member("film", kNames[static_cast<std::size_t>(index.belonging)]);
+    json.endObject();
+  }
+  json.endArray();
+  json.member("indexed_chunks", report.indexedChunks);
+}
+
+void writeOffset(JsonWriter& json, std::string_view name, const std::optional<std::uint64_t>& offset) {
+  json.key(name);
+  if (offset) {
+    json.number(*offset);
+  } else {
+    json.null();
+  }
+}
+
+void writeSpans(JsonWriter& json, const SalvageReport& report) {
+  json.key("spans");
+  json.beginArray();
+  for (const salvage::SalvagedSpan& span : report.spans) {
+    json.beginObject();
+    json.member("begin", span.span.begin);
+    json.member("end", span.span.end);
+    writeOffset(json, "original_begin", span.span.originalBegin);
+    writeOffset(json, "original_end", span.span.originalEnd);
+    json.key("time_begin");
+    json.seconds(span.begin);
+    json.key("time_end");
+    json.seconds(span.end);
+    json.member("cause", nameOf(span.span.cause));
+    json.member("done", doneAbout(span.span.cause));
+    json.member("evidence", evidenceOf(span, report));
+    json.member("confidence", confidenceOf(span, report));
+    json.member("chunks", span.span.slots);
+    json.key("streams");
+    json.beginArray();
+    for (const salvage::SpanShare& share : span.streams) json.number(share.stream);
+    json.endArray();
+    json.endObject();
+  }
+  json.endArray();
+  json.member("spans_left_out", report.spansLeftOut);
+  json.member("chunks_left_out", report.chunksLeftOut);
+}
+
+void writeReport(JsonWriter& json, const SalvageOutcome& outcome) {
+=======
 void writeOutcomeReport(JsonWriter& json, const SalvageOutcome& outcome) {
+>>>>>>> main
   const std::optional<SalvageReport>& report = outcome.report;
   json.key("report");
   if (!report) {
@@ -95,6 +199,7 @@ std::string inWords(const SalvageOutcome& outcome, bool spans) {
     text +=
         labelledLine("Damage", counted(report.spans.size() + report.spansLeftOut, "place") + "; --verbose tells each");
   }
+  if (report.chunksLeftOut > 0) text += labelledLine("Left out", leftOutWords(report));
   if (report.rescue) text += rescueLines(*report.rescue, spans);
   if (base.verdict == Verdict::repairable) {
     return text + labelledLine("Output", shownSize(base.outputSize.value_or(0)) + " would be written");

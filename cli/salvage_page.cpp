@@ -272,6 +272,7 @@ std::string salvagePage(const SalvageOutcome& outcome) {
   page += "<p><span class=\"verdict " + verdict + "\">" + verdict + "</span></p>\n<p>" +
           htmlText(verdictSentence(report)) + "</p>\n";
   if (report.returnsLeftOut > 0) page += "<p>The file was " + htmlText(transferWords(report)) + ".</p>\n";
+  if (report.chunksLeftOut > 0) page += "<p>Left out: " + htmlText(leftOutWords(report)) + ".</p>\n";
   if (!base.reason.empty()) page += "<p>" + htmlText(base.reason) + "</p>\n";
   if (base.outputPath) {
     page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +

@@ -89,7 +89,8 @@ function(zelvo_install_window)
   file(CREATE_LINK "Zelvo AVI Repair/Zelvo AVI Repair.app" "${zelvo_generated}/Zelvo AVI Repair.app" SYMBOLIC)
 
   set(resources ${PROJECT_SOURCE_DIR}/resources)
-  install(TARGETS zelvo-avi-repair zelvo-avi-probe
+  # The command line does the window's deep repair. It lies beside it, since its own package may not be there.
+  install(TARGETS zelvo-avi-repair zelvo-avi-probe zelvo-avi zelvo-avi-decoder
           RUNTIME DESTINATION "${zelvo_bundle}/Contents/MacOS" COMPONENT window)
   install(FILES ${zelvo_generated}/Info.plist DESTINATION "${zelvo_bundle}/Contents" COMPONENT window)
   install(DIRECTORY ${resources}/pictures/ DESTINATION "${zelvo_bundle}/Contents/Resources" COMPONENT window

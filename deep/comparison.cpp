@@ -68,7 +68,7 @@ Kept keptByDeep(const salvage::SalvageReport& report, std::string_view kind) {
 
 std::string wordsOf(const Kept& kept, const ComparedKind& kind, const Translator& translator) {
   if (kept.pieces == 0) return translator.translated(texts::kNothingKept);
-  return translator.counted(kind.pieces, kept.pieces) + " (" + platform::shownSize(kept.bytes) + ")";
+  return translator.counted(kind.pieces, kept.pieces) + " (" + platform::shownSize(kept.bytes, translator) + ")";
 }
 
 }  // namespace

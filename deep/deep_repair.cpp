@@ -33,8 +33,9 @@ void DeepRepair::wire(platform::Actions& actions) {
 
 void DeepRepair::start() {
   // Without a thread they stay until the next start.
-  static_cast<void>(services_.workers.start(std::make_shared<platform::CancelMark>(),
-                                            [services = services_] { ScratchFolder::removeLeftovers(services); }));
+  static_cast<void>(services_.workers.start(
+      std::make_shared<platform::CancelMark>(),
+      [services = services_, bases = services_.scratchFolders()] { ScratchFolder::removeLeftovers(services, bases); }));
 }
 
 bool DeepRepair::takeFilms(const std::vector<std::string>& paths) {
@@ -91,8 +92,8 @@ void DeepRepair::repaired(const std::shared_ptr<const RepairedFilm>& film, platf
          scratch_.remove(folder);
        }});
   if (!film->lacksHeader || film->order.donor) return;
-  const int answer = questions_.choose(texts::kDonorTitle, questions_.said(texts::kDonorQuestion), texts::kChooseDonor,
-                                       texts::kNotNow);
+  const int answer = questions_.choose(texts::kDonorTitle, questions_.translated(texts::kDonorQuestion),
+                                       texts::kChooseDonor, texts::kNotNow);
   if (answer == platform::kAlertDefault && resultPage_.shown().film == film) resultPage_.askForDonor();
 }
 
@@ -128,16 +129,16 @@ void DeepRepair::filmJudged(const std::string& path, platform::FilmVerdict verdi
 }
 
 bool DeepRepair::mayClose() {
-  if (runPage_.isAtWork() &&
-      !questions_.agrees(texts::kAtWorkTitle, questions_.said(texts::kAtWork), texts::kStay, texts::kStopAndLeave)) {
+  if (runPage_.isAtWork() && !questions_.agrees(texts::kAtWorkTitle, questions_.translated(texts::kAtWork),
+                                                texts::kStay, texts::kStopAndLeave)) {
     return false;
   }
   if (filmsPage_.isUndone() &&
-      !questions_.agrees(texts::kUndoneTitle, questions_.said(texts::kUndone), texts::kStay, texts::kLeave)) {
+      !questions_.agrees(texts::kUndoneTitle, questions_.translated(texts::kUndone), texts::kStay, texts::kLeave)) {
     return false;
   }
   return !resultPage_.isUnsaved() ||
-         questions_.agrees(texts::kUnsavedTitle, questions_.said(texts::kUnsaved), texts::kStay, texts::kLeave);
+         questions_.agrees(texts::kUnsavedTitle, questions_.translated(texts::kUnsaved), texts::kStay, texts::kLeave);
 }
 
 void DeepRepair::programEnds() {

@@ -49,7 +49,8 @@ struct DeepServices {
   const platform::Translator& translator;
   /// Programs for the films of one run, for the thread that asks.
   std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms;
-  /// Where repaired films may lie until they are saved, those first that are to be taken first. They need not exist.
+  /// Folders for what is not saved yet, those first that are to be taken first. They need not exist; what lies above
+  /// the last one need not either. Thread: main.
   std::function<std::vector<std::string>()> scratchFolders;
   std::int64_t process = 0;  ///< number of this program among those that run
   /// How long a program may take to end in order after a stop, before it is killed.

@@ -25,6 +25,15 @@ std::string lastComplaint(std::string_view complaints) {
   return std::string(complaints);
 }
 
+/// What the command line advises to whoever wrote it: the window has no options.
+std::string withoutAdvice(std::string reason) {
+  for (const std::string_view advice : {"; use --", "; name another one with -"}) {
+    const std::size_t at = reason.find(advice);
+    if (at != std::string::npos) reason.replace(at, std::string::npos, ".");
+  }
+  return reason;
+}
+
 }  // namespace
 
 FilmEnd filmEnd(const salvage::FilmResult& result, bool isStopped) {
@@ -39,7 +48,7 @@ FilmEnd filmEnd(const salvage::FilmResult& result, bool isStopped) {
   const bool isTold = result.line && result.isLast;
   const int exit = result.end->signal != 0 && isTold ? result.line->exit : result.end->exit;
   end.signal = result.end->signal;
-  if (isTold) end.reason = result.line->reason;
+  if (isTold) end.reason = withoutAdvice(result.line->reason);
   if (exit == kStopped || (isStopped && exit != kDone)) {
     end.kind = Kind::stopped;
   } else if (isTold && exit == kDone) {
@@ -74,7 +83,7 @@ std::string failureWords(const FilmEnd& end, const std::string& name, const plat
     case Kind::died:
       return said(end.signal != 0 ? texts::kDiedOfSignal : texts::kDied, std::to_string(end.signal));
     case Kind::failed:
-      if (!end.reason.empty()) return said(texts::kFailed, end.reason);
+      if (!end.reason.empty()) return end.reason + unchanged;
       break;
     case Kind::done:
     case Kind::hopeless:

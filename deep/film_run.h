@@ -1,4 +1,5 @@
 /// One film worked on by a program of its own, with a worker that waits for it.
+/// Decision: window, The deep repair is a program of its own
 #pragma once
 
 #include <atomic>

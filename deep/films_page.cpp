@@ -43,8 +43,8 @@ void FilmsPage::wire(platform::Actions& actions) {
 }
 
 void FilmsPage::chooseFilms() {
-  services_.choosers.chooseFilms({.title = questions_.said(texts::kFilmsTitle),
-                                  .prompt = questions_.said(texts::kFilmsPrompt),
+  services_.choosers.chooseFilms({.title = questions_.translated(texts::kFilmsTitle),
+                                  .prompt = questions_.translated(texts::kFilmsPrompt),
                                   .folder = services_.settings.value(remembered::kFilmsFolder)},
                                  [this](const std::vector<std::string>& films) {
                                    if (films.empty()) return;
@@ -79,8 +79,8 @@ void FilmsPage::useFolder(const std::string& folder) {
 }
 
 void FilmsPage::chooseFolder() {
-  services_.choosers.chooseFolder({.title = questions_.said(texts::kFolderTitle),
-                                   .prompt = questions_.said(texts::kFolderPrompt),
+  services_.choosers.chooseFolder({.title = questions_.translated(texts::kFolderTitle),
+                                   .prompt = questions_.translated(texts::kFolderPrompt),
                                    .folder = folder_},
                                   [this](const std::optional<std::string>& folder) {
                                     if (!folder || working_) return;
@@ -91,14 +91,14 @@ void FilmsPage::chooseFolder() {
 
 bool FilmsPage::isFolderUsable() {
   if (!services_.pathProbe.answers({folder_})) {
-    questions_.tell(texts::kFolderRefusedTitle, questions_.said(texts::kNotAnswering));
+    questions_.tell(texts::kFolderRefusedTitle, questions_.translated(texts::kNotAnswering));
     return false;
   }
   const auto there = services_.fileManager.attributesFollowingLinks(folder_);
   if (there && there->kind == platform::FileAttributes::Kind::folder && services_.fileManager.isWritable(folder_)) {
     return true;
   }
-  questions_.tell(texts::kFolderRefusedTitle, questions_.said(texts::kNoFolder, {folder_}));
+  questions_.tell(texts::kFolderRefusedTitle, questions_.translated(texts::kNoFolder, {folder_}));
   return false;
 }
 
@@ -132,7 +132,7 @@ void FilmsPage::beginNext() {
   if (made.path.empty()) {
     enableButtons();
     return questions_.tell(texts::kNoScratchTitle,
-                           questions_.said(texts::kNoScratch, {made.tried, made.error.message()}));
+                           questions_.translated(texts::kNoScratch, {made.tried, made.error.message()}));
   }
   working_ = entry;
   entry->told.state = State::working;
@@ -203,7 +203,8 @@ void FilmsPage::stop() {
 void FilmsPage::goHome() {
   if (isUndone()) {
     const auto asked = entries_;
-    if (!questions_.agrees(texts::kUndoneTitle, questions_.said(texts::kUndone), texts::kStay, texts::kLeave)) return;
+    if (!questions_.agrees(texts::kUndoneTitle, questions_.translated(texts::kUndone), texts::kStay, texts::kLeave))
+      return;
     if (entries_ != asked) return;
   }
   clear();

@@ -24,8 +24,8 @@ class Questions {
   [[nodiscard]] int choose(std::string_view title, const std::string& message, std::string_view first,
                            std::string_view dismissal, std::string_view other = {});
 
-  [[nodiscard]] std::string said(std::string_view text) const { return translator_.translated(text); }
-  [[nodiscard]] std::string said(std::string_view text, std::initializer_list<std::string_view> values) const {
+  [[nodiscard]] std::string translated(std::string_view text) const { return translator_.translated(text); }
+  [[nodiscard]] std::string translated(std::string_view text, std::initializer_list<std::string_view> values) const {
     return platform::filled(translator_.translated(text), values);
   }
 

@@ -87,7 +87,7 @@ void ResultPage::save() {
 void ResultPage::goHome() {
   if (!isUnsaved()) return leave();
   const auto film = shown_.film;
-  const int answer = questions_.choose(texts::kUnsavedTitle, questions_.said(texts::kUnsaved), texts::kSaveFirst,
+  const int answer = questions_.choose(texts::kUnsavedTitle, questions_.translated(texts::kUnsaved), texts::kSaveFirst,
                                        texts::kCancel, texts::kDoNotSave);
   if (shown_.film != film) return;
   if (answer == platform::kAlertDefault) return save();
@@ -105,8 +105,8 @@ void ResultPage::askForDonor() {
   if (!shown_.film) return;
   const auto film = shown_.film;
   services_.choosers.chooseFilm(
-      {.title = questions_.said(texts::kDonorChooser),
-       .prompt = questions_.said(texts::kDonorPrompt),
+      {.title = questions_.translated(texts::kDonorChooser),
+       .prompt = questions_.translated(texts::kDonorPrompt),
        .folder = services_.settings.value(remembered::kDonorFolder).value_or(platform::folderOf(film->order.input))},
       [this, film](const std::optional<std::string>& donor) {
         if (!donor || shown_.film != film) return;

@@ -63,13 +63,13 @@ platform::DeepResult resultOf(const salvage::SalvageReport& report, const std::s
   platform::DeepResult result;
   result.film = film;
   result.verdict = verdictOf(report.verdict);
-  result.sentence = salvage::verdictSentence(report);
+  result.sentence = salvage::verdictSentence(report, translator);
   const auto add = [&](std::string_view about, std::string words) {
     result.lines.push_back({translator.translated(about), std::move(words)});
   };
   for (const salvage::SalvagedStream& stream : report.streams) {
-    result.lines.push_back(
-        {kindWords(stream, translator), salvage::codecOf(stream) + ", " + salvage::streamWords(stream)});
+    result.lines.push_back({kindWords(stream, translator),
+                            salvage::codecOf(stream, translator) + ", " + salvage::streamWords(stream, translator)});
   }
   if (report.verdict != salvage::SalvageVerdict::hopeless) add(texts::kHeader, headerWords(report, translator));
   for (const salvage::FoundField& field : report.fields) {
@@ -79,17 +79,18 @@ platform::DeepResult resultOf(const salvage::SalvageReport& report, const std::s
   if (report.streamsWithoutHeader > 0) {
     add(texts::kLeftOut, translator.counted(texts::kStreamsLeftOut, report.streamsWithoutHeader));
   }
-  if (report.returnsLeftOut > 0) add(texts::kTransfer, salvage::transferWords(report));
+  if (report.returnsLeftOut > 0)
+    add(texts::kTransfer, translator.counted(texts::kReturnsLeftOut, report.returnsLeftOut));
   if (report.unreadable > 0) add(texts::kUnreadable, translator.counted(texts::kZerosThere, report.unreadable));
   if (report.lacksDecoder) add(texts::kDecoder, translator.translated(texts::kDecoderMissing));
-  result.picture = salvage::damagePicture(report);
+  result.picture = salvage::damagePicture(report, translator);
   return result;
 }
 
 platform::DeepResult hopelessResult(const std::string& film, const std::string& reason, const Translator& translator) {
   platform::DeepResult result;
   result.film = film;
-  result.sentence = salvage::verdictSentence(salvage::SalvageReport{});
+  result.sentence = salvage::verdictSentence(salvage::SalvageReport{}, translator);
   if (!reason.empty()) result.lines.push_back({translator.translated(texts::kWhy), reason});
   return result;
 }

@@ -29,11 +29,11 @@ void RunPage::start(Work work) {
     if (work.left) work.left();
   };
   if (!services_.pathProbe.answers({work.input})) {
-    return refuse(texts::kNotAnsweringTitle, questions_.said(texts::kNotAnswering));
+    return refuse(texts::kNotAnsweringTitle, questions_.translated(texts::kNotAnswering));
   }
   const ScratchFolder::Made made = scratch_.makeFolder();
   if (made.path.empty()) {
-    return refuse(texts::kNoScratchTitle, questions_.said(texts::kNoScratch, {made.tried, made.error.message()}));
+    return refuse(texts::kNoScratchTitle, questions_.translated(texts::kNoScratch, {made.tried, made.error.message()}));
   }
   const RepairOrder order{.input = work.input,
                           .output = platform::pathIn(made.path, salvagedName(platform::nameOf(work.input))),
@@ -65,7 +65,8 @@ platform::DeepProgress RunPage::progress() const {
 void RunPage::goHome() {
   const auto run = run_;
   if (!run) return;
-  if (!questions_.agrees(texts::kAtWorkTitle, questions_.said(texts::kAtWork), texts::kStay, texts::kStopAndLeave)) {
+  if (!questions_.agrees(texts::kAtWorkTitle, questions_.translated(texts::kAtWork), texts::kStay,
+                         texts::kStopAndLeave)) {
     return;
   }
   if (run_ == run) stop();

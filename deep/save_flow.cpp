@@ -46,12 +46,12 @@ void SaveFlow::close() {
 void SaveFlow::save(std::shared_ptr<const RepairedFilm> film, std::function<void()> saved) {
   if (isClosed_ || copy_) return;
   platform::NewFileRequest request;
-  request.chooser.title = questions_.said(texts::kSaveTitle);
-  request.chooser.prompt = questions_.said(texts::kSavePrompt);
+  request.chooser.title = questions_.translated(texts::kSaveTitle);
+  request.chooser.prompt = questions_.translated(texts::kSavePrompt);
   request.chooser.folder =
       services_.settings.value(remembered::kSaveFolder).value_or(platform::folderOf(film->order.input));
   request.name = salvagedName(platform::nameOf(film->order.input));
-  request.tickBox = questions_.said(texts::kSaveReport);
+  request.tickBox = questions_.translated(texts::kSaveReport);
   request.isTicked = services_.settings.value(remembered::kSavesReport) == kYes;
   request.refusal = [this, film](const std::string& path) { return refusal(*film, path); };
   services_.choosers.chooseNewFile(
@@ -61,13 +61,13 @@ void SaveFlow::save(std::shared_ptr<const RepairedFilm> film, std::function<void
 }
 
 std::string SaveFlow::refusal(const RepairedFilm& film, const std::string& path) {
-  if (!services_.pathProbe.answers({path, film.order.input})) return questions_.said(texts::kNotAnswering);
+  if (!services_.pathProbe.answers({path, film.order.input})) return questions_.translated(texts::kNotAnswering);
   if (platform::areOneFile(services_.fileManager, path, film.order.input)) {
-    return questions_.said(texts::kWouldReplaceDamaged);
+    return questions_.translated(texts::kWouldReplaceDamaged);
   }
   const auto there = services_.fileManager.attributesFollowingLinks(path);
   const bool isFolder = there && there->kind == platform::FileAttributes::Kind::folder;
-  return isFolder ? questions_.said(texts::kWouldReplaceFolder) : std::string();
+  return isFolder ? questions_.translated(texts::kWouldReplaceFolder) : std::string();
 }
 
 void SaveFlow::placeChosen(const std::shared_ptr<const RepairedFilm>& film, const platform::NewFileAnswer& answer,
@@ -76,7 +76,7 @@ void SaveFlow::placeChosen(const std::shared_ptr<const RepairedFilm>& film, cons
   services_.settings.setValue(remembered::kSaveFolder, folder);
   services_.settings.setValue(remembered::kSavesReport, answer.isTicked ? kYes : kNo);
   if (!services_.pathProbe.answers({folder, answer.path})) {
-    questions_.tell(texts::kNotSavedTitle, questions_.said(texts::kNotAnswering));
+    questions_.tell(texts::kNotSavedTitle, questions_.translated(texts::kNotAnswering));
     return;
   }
   const auto copy = std::make_shared<Copy>();
@@ -141,8 +141,9 @@ void SaveFlow::showProgress(const Copy& copy) {
   outlets_.saveprogressbar.setDoubleValue(percentOf(done, all));
   outlets_.savebytestext.setStringValue(
       copy.progress.isFlushing
-          ? questions_.said(texts::kTakingTheLastBytes)
-          : questions_.said(texts::kCopied, {platform::shownSize(done), platform::shownSize(all)}));
+          ? questions_.translated(texts::kTakingTheLastBytes)
+          : questions_.translated(texts::kCopied, {platform::shownSize(done, services_.translator),
+                                                   platform::shownSize(all, services_.translator)}));
 }
 
 void SaveFlow::hideSheet() {
@@ -170,9 +171,9 @@ void SaveFlow::copyEnded(const std::shared_ptr<Copy>& copy) {
 }
 
 void SaveFlow::tellSaved(const Copy& copy) {
-  std::string message = questions_.said(texts::kSavedAs, {copy.order.to});
-  if (!copy.reportPath.empty()) message += " " + questions_.said(texts::kReportSavedAs, {copy.reportPath});
-  if (copy.reportError) message += " " + questions_.said(texts::kReportNotSaved, {copy.reportError.message()});
+  std::string message = questions_.translated(texts::kSavedAs, {copy.order.to});
+  if (!copy.reportPath.empty()) message += " " + questions_.translated(texts::kReportSavedAs, {copy.reportPath});
+  if (copy.reportError) message += " " + questions_.translated(texts::kReportNotSaved, {copy.reportError.message()});
   const int answer = questions_.choose(texts::kSavedTitle, message, texts::kPlay, texts::kClose, texts::kOpenFolder);
   if (answer == platform::kAlertDefault) services_.workspace.openURL(fileUrl(copy.order.to));
   if (answer == platform::kAlertOther) services_.workspace.openURL(fileUrl(platform::folderOf(copy.order.to)));
@@ -180,27 +181,28 @@ void SaveFlow::tellSaved(const Copy& copy) {
 
 std::string SaveFlow::whyNot(const Copy& copy) const {
   const CopyEnd& end = copy.end;
-  const std::string elsewhere = " " + questions_.said(texts::kSaveElsewhere);
-  const std::string again = " " + questions_.said(texts::kRepairAgain);
+  const std::string elsewhere = " " + questions_.translated(texts::kSaveElsewhere);
+  const std::string again = " " + questions_.translated(texts::kRepairAgain);
   switch (end.kind) {
     case CopyEnd::Kind::noRoom:
-      return questions_.said(texts::kNoRoom, {platform::shownSize(end.needed), platform::shownSize(end.free),
-                                              platform::folderOf(copy.order.to)}) +
+      return questions_.translated(texts::kNoRoom, {platform::shownSize(end.needed, services_.translator),
+                                                    platform::shownSize(end.free, services_.translator),
+                                                    platform::folderOf(copy.order.to)}) +
              elsewhere;
     case CopyEnd::Kind::sourceGone:
-      return questions_.said(texts::kSourceGone) + again;
+      return questions_.translated(texts::kSourceGone) + again;
     case CopyEnd::Kind::unreadable:
-      return questions_.said(texts::kSourceUnreadable, {end.cause.message()}) + again;
+      return questions_.translated(texts::kSourceUnreadable, {end.cause.message()}) + again;
     case CopyEnd::Kind::nameTaken:
-      return questions_.said(texts::kNameTaken) + elsewhere;
+      return questions_.translated(texts::kNameTaken) + elsewhere;
     case CopyEnd::Kind::isDamaged:
-      return questions_.said(texts::kWouldReplaceDamaged);
+      return questions_.translated(texts::kWouldReplaceDamaged);
     case CopyEnd::Kind::done:
     case CopyEnd::Kind::stopped:
     case CopyEnd::Kind::writeFailed:
       break;
   }
-  return questions_.said(texts::kWriteFailed, {end.cause.message()}) + elsewhere;
+  return questions_.translated(texts::kWriteFailed, {end.cause.message()}) + elsewhere;
 }
 
 }  // namespace zelvo::deep

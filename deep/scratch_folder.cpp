@@ -40,9 +40,14 @@ ScratchFolder::~ScratchFolder() {
   if (!own_.empty()) static_cast<void>(services_.fileManager.remove(own_));
 }
 
-std::error_code ScratchFolder::makeOwnIn(const std::string& base) {
+std::error_code ScratchFolder::makeOwnIn(const std::string& base, bool makesAbove) {
   if (!services_.pathProbe.answers({base})) return std::make_error_code(std::errc::timed_out);
-  if (const std::error_code error = makeFolders(services_.fileManager, base)) return error;
+  if (!services_.fileManager.exists(base)) {
+    const std::error_code error =
+        makesAbove ? makeFolders(services_.fileManager, base) : services_.fileManager.createFolder(base);
+    if (error) return error;
+    static_cast<void>(services_.newFiles.setPermissions(base, kOwnerOnly));
+  }
   std::error_code error = std::make_error_code(std::errc::file_exists);
   for (int number = 1; number <= kMaxTries; ++number) {
     const std::string folder = platform::pathIn(
@@ -73,9 +78,11 @@ ScratchFolder::Made ScratchFolder::makeFolder() {
     lock_.reset();
   }
   if (own_.empty()) {
-    for (const std::string& base : services_.scratchFolders()) {
+    const std::vector<std::string> bases = services_.scratchFolders();
+    for (const std::string& base : bases) {
       made.tried = base;
-      if (!(made.error = makeOwnIn(base))) break;
+      // The disk of a chosen folder may not be there today, so nothing is made in its place.
+      if (!(made.error = makeOwnIn(base, base == bases.back()))) break;
     }
   }
   if (own_.empty()) {
@@ -97,8 +104,8 @@ void ScratchFolder::remove(const std::string& folder) {
   if (!services_.workers.start(std::make_shared<platform::CancelMark>(), removing)) removing();
 }
 
-void ScratchFolder::removeLeftovers(const DeepServices& services) {
-  for (const std::string& base : services.scratchFolders()) {
+void ScratchFolder::removeLeftovers(const DeepServices& services, const std::vector<std::string>& bases) {
+  for (const std::string& base : bases) {
     if (!services.pathProbe.answers({base})) continue;
     for (const std::string& name : services.fileManager.list(base)) {
       if (!name.starts_with(kBeginning)) continue;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <vector>
 
 #include "deep/deep_services.h"
 
@@ -31,11 +32,11 @@ class ScratchFolder {
   /// Null before the first folder, and where the file system knows no locks.
   [[nodiscard]] std::shared_ptr<const platform::FileLock> lock() const { return lock_; }
 
-  /// Removes what programs that are no more have left. Thread: any.
-  static void removeLeftovers(const DeepServices& services);
+  /// Removes what programs that are no more have left in these folders. Thread: any.
+  static void removeLeftovers(const DeepServices& services, const std::vector<std::string>& bases);
 
  private:
-  [[nodiscard]] std::error_code makeOwnIn(const std::string& base);
+  [[nodiscard]] std::error_code makeOwnIn(const std::string& base, bool makesAbove);
 
   DeepServices services_;
   std::string own_;  ///< empty while there is none

@@ -141,6 +141,7 @@ class Work {
     MediaScan scan = scanMedia(input_, headers.mediaBegin(), codes, isEndingAfterTelling, {}, &run_.workers);
     file_.tell();
     if (isEnding()) return SalvageEnd::stopped;
+    report_.chunksLeftOut = scan.leftOut;
 
     run_.observer.stage(SalvageStage::weighing);
     leaveOutUnrescued(scan, unrescued_);

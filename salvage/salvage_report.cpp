@@ -101,7 +101,7 @@ SalvageVerdict verdictOf(const SalvageReport& report, const FilmPlan& plan) {
     if (stream.of(SlotState::whole).chunks != stream.all().chunks || stream.origin != HeaderOrigin::own)
       isUntouched = false;
   }
-  if (!isWhole || report.streamsWithoutHeader > 0) return SalvageVerdict::partial;
+  if (!isWhole || report.streamsWithoutHeader > 0 || report.chunksLeftOut > 0) return SalvageVerdict::partial;
   return isUntouched ? SalvageVerdict::clean : SalvageVerdict::repaired;
 }
 
@@ -165,6 +165,7 @@ void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader&
   }
   for (; mark != marks.end(); ++mark) times[mark->place] = now;
   report.indexedChunks = plan.indexedChunks;
+  report.chunksLeftOut += plan.leftOut;
   tellSpans(report, plan, times);
   report.verdict = verdictOf(report, plan);
 }

@@ -100,6 +100,7 @@ struct SalvageReport {
   std::uint64_t indexedChunks = 0;       ///< that the plan has from an index
   std::vector<SalvagedSpan> spans;       ///< rising by where they lie in the damaged file
   std::uint64_t spansLeftOut = 0;        ///< for which there was no room
+  std::uint64_t chunksLeftOut = 0;       ///< or indexes: more of them than are kept, so the film lacks what is in them
   /// How far sound and pictures would be apart at worst if what is lost were just left out, and how far they are, each
   /// against the film as it was.
   double syncBefore = 0;

@@ -339,6 +339,10 @@ std::string lossWords(const SalvagedSpan& span, const SalvageReport& report, con
   return filled(translator.translated("%1: %2 (%3)"), {when, hit, cause});
 }
 
+std::string leftOutWords(const SalvageReport& report) {
+  return counted(report.chunksLeftOut, "chunk") + " more than are kept of a film of this size";
+}
+
 std::string transferWords(const SalvageReport& report) {
   return "sent as if it were text, which put " + counted(report.returnsLeftOut, "byte") +
          " in; they are left out, and places are told without them";

@@ -41,6 +41,9 @@ namespace zelvo::salvage {
 /// How sure it is: "high", or "fair" where only what is left around it tells.
 [[nodiscard]] std::string_view confidenceOf(const SalvagedSpan& span, const SalvageReport& report);
 
+/// How many chunks found no room. \pre there are some.
+[[nodiscard]] std::string leftOutWords(const SalvageReport& report);
+
 /// What a transfer as text had done, and that it is undone.
 [[nodiscard]] std::string transferWords(const SalvageReport& report);
 

@@ -181,6 +181,10 @@ FilmPrograms::Started LinuxFilmPrograms::start(const FilmProgramRequest& request
           {}};
 }
 
+std::string LinuxFilmPrograms::programBeside(const std::string& runningProgram) {
+  return runningProgram.substr(0, runningProgram.rfind('/') + 1) + "zelvo-avi";
+}
+
 void LinuxFilmPrograms::wait(std::chrono::milliseconds most) {
   std::vector<pollfd> streams;
   for (const Program* program : running_) {

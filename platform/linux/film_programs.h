@@ -1,4 +1,4 @@
-/// Programs for one film each: this very program once more, with a command line of its own. Both ends.
+/// Programs for one film each: the command line, once more where it is this very program. Both ends.
 /// Decision: collections, Each film has a program of its own
 #pragma once
 
@@ -20,6 +20,8 @@ class LinuxFilmPrograms final : public FilmPrograms {
  public:
   /// `program` is the path of the program to start.
   explicit LinuxFilmPrograms(std::string program) : program_(std::move(program)) {}
+  /// The command line's program, which lies in the same folder as a program.
+  [[nodiscard]] static std::string programBeside(const std::string& runningProgram);
   [[nodiscard]] Started start(const FilmProgramRequest& request) override;
   void wait(std::chrono::milliseconds most) override;
 

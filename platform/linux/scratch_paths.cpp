@@ -136,6 +136,14 @@ std::optional<ScratchPair> LinuxScratchPaths::moveTo(const std::string& folder) 
   return pair;
 }
 
+std::vector<std::string> LinuxScratchPaths::privateFolders() const {
+  std::vector<std::string> folders;
+  for (const std::string& base : {chosenFolder_, cacheFolder_}) {
+    if (!base.empty()) folders.push_back(base + "/" + kPrivateFolder);
+  }
+  return folders;
+}
+
 std::nullopt_t LinuxScratchPaths::refused(const std::string& base) {
   obstacle_ = {base, std::error_code(errno, std::generic_category())};
   return std::nullopt;

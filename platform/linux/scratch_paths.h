@@ -27,6 +27,8 @@ class LinuxScratchPaths final : public ScratchPaths {
   [[nodiscard]] std::optional<ScratchPair> claim() override;
   [[nodiscard]] std::optional<ScratchPair> claimAnother() override;
   [[nodiscard]] std::optional<ScratchPair> moveTo(const std::string& folder) override;
+  /// The folders that private pairs lie in, the chosen one first. They need not be there.
+  [[nodiscard]] std::vector<std::string> privateFolders() const;
   [[nodiscard]] ScratchObstacle obstacle() const override { return obstacle_; }
   [[nodiscard]] bool mayWrite(const std::string& path, const std::optional<std::string>& input) override;
 

@@ -9,8 +9,10 @@
 #include "platform/linux/chooser_files.h"
 #include "platform/linux/clock.h"
 #include "platform/linux/digest.h"
+#include "platform/linux/film_programs.h"
 #include "platform/linux/folder_trees.h"
 #include "platform/linux/launcher.h"
+#include "platform/linux/locked_files.h"
 #include "platform/linux/log.h"
 #include "platform/linux/loop_waker.h"
 #include "platform/linux/print_sink.h"
@@ -55,6 +57,11 @@ struct WindowServices : Services {
                      configFolder() + "/" + std::string(names.settingsFolder) + "/working-folder"),
         applications(paths.mapped(names.applications)) {}
 
+  /// Programs of the command line, which lies beside this one.
+  [[nodiscard]] std::unique_ptr<FilmPrograms> makeFilmPrograms() const {
+    return std::make_unique<LinuxFilmPrograms>(LinuxFilmPrograms::programBeside(LinuxBundle::runningProgram()));
+  }
+
   const std::string home = homeDirectory();
   WindowLog log;
   LinuxFolderTrees folderTrees;
@@ -69,6 +76,7 @@ struct WindowServices : Services {
   const std::string applications;  ///< the folder of the applications on this system
   LinuxLauncher launcher{propertyLists, applications};
   LinuxProgramStarter programStarter;
+  LinuxLockedFiles lockedFiles;
   std::shared_ptr<LinuxChooserFiles> chooserFiles = std::make_shared<LinuxChooserFiles>();
 };
 

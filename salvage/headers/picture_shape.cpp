@@ -7,6 +7,7 @@
 
 #include "salvage/payloads/bit_reader.h"
 #include "salvage/payloads/mpeg4_headers.h"
+#include "salvage/payloads/ms_video.h"
 #include "salvage/payloads/start_codes.h"
 
 namespace zelvo::salvage {
@@ -97,6 +98,58 @@ bool isWmv2(const StreamSample& sample) {
   return predicted * 2 > sample.payloads.size() && sample.payloads.size() >= 8;
 }
 
+/// Of which pictures of Microsoft Video 1 these may be: bits a pixel, and the blocks that a picture has.
+struct MsVideoFit {
+  unsigned bits = 0;
+  std::uint32_t blocks = 0;
+};
+
+/// Visits the payloads that were read to their ends.
+template <class Visit>
+void eachWhole(const StreamSample& sample, const Visit& visit) {
+  for (const auto* list : {&sample.payloads, &sample.whole}) {
+    for (const SampledPayload& payload : *list) {
+      if (payload.size == payload.bytes.size() && payload.size > 0) visit(payload);
+    }
+  }
+}
+
+/// Its instructions end with each payload's last byte, and come to as many blocks in all of them. Bytes of another
+/// codec do so in one payload of some, and come to other numbers.
+std::optional<MsVideoFit> msVideoFit(const StreamSample& sample) {
+  constexpr std::size_t kFewest = 3;
+  constexpr std::uint32_t kFewestBlocks = 64;
+  for (const unsigned bits : {8U, 16U}) {
+    std::vector<std::uint32_t> counts;
+    std::size_t wholes = 0;
+    eachWhole(sample, [&](const SampledPayload& payload) {
+      ++wholes;
+      if (const auto count = msVideoCount(payload.bytes, bits)) counts.push_back(count->blocks);
+    });
+    if (counts.size() < kFewest) continue;
+    std::ranges::sort(counts);
+    const std::uint32_t usual = counts[counts.size() / 2];
+    const auto agree = static_cast<std::size_t>(std::ranges::count(counts, usual));
+    if (usual >= kFewestBlocks && agree >= kFewest && agree * 10 >= wholes * 9) return MsVideoFit{bits, usual};
+  }
+  return std::nullopt;
+}
+
+void describeMsVideo(const StreamSample& sample, std::optional<PictureSize> known, PictureShape& shape) {
+  const auto fit = msVideoFit(sample);
+  if (!fit) return;
+  shape.compression = avi::FourCC{"CRAM"};
+  shape.bits = static_cast<std::uint16_t>(fit->bits);
+  // The fullest picture tells most of the size.
+  std::uint32_t fewest = fit->blocks;
+  eachWhole(sample, [&](const SampledPayload& payload) {
+    const auto count = msVideoCount(payload.bytes, fit->bits);
+    if (!count || count->blocks != fit->blocks || count->skipped >= fewest) return;
+    fewest = count->skipped;
+    shape.size = msVideoSize(payload.bytes, fit->bits, known).value_or(PictureSize{});
+  });
+}
+
 Codec codecOfPictures(const StreamSample& sample) {
   const auto begins = [](unsigned bits, std::uint32_t value) {
     return [=](const SampledPayload& payload) { return firstBits(payload, bits) == value; };
@@ -108,6 +161,7 @@ Codec codecOfPictures(const StreamSample& sample) {
   if (holdsFor(sample, 80, beginsMpeg4)) return Codec::mpeg4;
   if (holdsFor(sample, 90, beginsH264)) return Codec::h264;
   if (sample.commonSize() != 0) return Codec::rawPicture;
+  if (const auto fit = msVideoFit(sample)) return fit->bits == 8 ? Codec::msVideo8 : Codec::msVideo16;
   if (isFfv1(sample)) return Codec::ffv1;
   return isWmv2(sample) ? Codec::wmv2 : Codec::msMpeg4;
 }
@@ -251,6 +305,10 @@ PictureShape pictureShape(const StreamSample& sample, std::optional<PictureSize>
       break;
     case Codec::rawPicture:
       describeRaw(sample, known, shape);
+      break;
+    case Codec::msVideo8:
+    case Codec::msVideo16:
+      describeMsVideo(sample, known, shape);
       break;
     case Codec::ffv1:
       shape.compression = avi::FourCC{"FFV1"};

@@ -146,7 +146,7 @@ SurvivingStream makePictureHeader(const PictureShape& shape, PictureRate rate) {
     avi::storeLittleEndian32(std::span(stream.format).first<4>(), 44);
   }
   // A picture of 8 bits is grey when nothing tells its colours.
-  if (shape.compression.value == 0 && shape.bits == 8) {
+  if (shape.bits == 8 && (shape.codec == Codec::rawPicture || shape.codec == Codec::msVideo8)) {
     for (std::uint32_t grey = 0; grey < 256; ++grey) put(stream.format, grey * 0x010101U, 4);
   }
   return stream;

@@ -166,7 +166,7 @@ class ShapeTrials {
     if (codec.needsExtra) one.shape.extra = decoder_.usualExtra(streamOf(one.shape));
     if ((codec.needsExtra && one.shape.extra.empty()) || !score(one, keys)) return std::nullopt;
     const bool isGood = one.score < kGoodScore && !one.isFlat;
-    if (isGood && endsAtEdge(one, keys)) return one.shape;
+    if (isGood && endAtEdge(one)) return one.shape;
     if (!isGood) scored_.push_back(std::move(one));
     return std::nullopt;
   }
@@ -189,6 +189,20 @@ class ShapeTrials {
   const std::vector<Bytes>& keysOf(Codec codec) {
     auto known = std::ranges::find(keys_, codec, &std::pair<Codec, std::vector<Bytes>>::first);
     if (known != keys_.end()) return known->second;
+    const std::vector<std::uint32_t> numbers = numbersOf(codec);
+    keys_.emplace_back(codec, std::vector<Bytes>());
+    for (std::size_t i = 0; i < kKeys && i < numbers.size(); ++i)
+      keys_.back().second.push_back(read(numbers[numbers.size() * (2 * i + 1) / (2 * kKeys)]));
+    return keys_.back().second;
+  }
+
+  [[nodiscard]] Bytes read(std::uint32_t number) const {
+    const Candidate& chunk = chunks_.candidates[number];
+    return chunks_.input.readBytes(chunk.offset() + 8, chunk.size());
+  }
+
+  /// The chunks that would be keys of such a codec.
+  [[nodiscard]] std::vector<std::uint32_t> numbersOf(Codec codec) const {
     constexpr std::uint32_t kLeast = 64;
     std::vector<std::uint32_t> numbers;
     for (std::uint32_t i = 0; i < chunks_.candidates.size(); ++i) {
@@ -200,12 +214,7 @@ class ShapeTrials {
       avi::storeLittleEndian32(head, chunk.head());
       if (isKeyPicture(codec, head).value_or(true)) numbers.push_back(i);
     }
-    keys_.emplace_back(codec, std::vector<Bytes>());
-    for (std::size_t i = 0; i < kKeys && i < numbers.size(); ++i) {
-      const Candidate& chunk = chunks_.candidates[numbers[numbers.size() * (2 * i + 1) / (2 * kKeys)]];
-      keys_.back().second.push_back(chunks_.input.readBytes(chunk.offset() + 8, chunk.size()));
-    }
-    return keys_.back().second;
+    return numbers;
   }
 
   /// The picture of a payload by itself; none when nothing came of it, or when it is not wanted.
@@ -251,17 +260,15 @@ class ShapeTrials {
     return true;
   }
 
-  /// Whether the end of a payload is an edge of its picture.
-  [[nodiscard]] bool endsAtEdge(const Scored& one, const std::vector<Bytes>& keys) {
-    const TrialStream stream = streamOf(one.shape);
-    if (!decoder_.open(stream)) return false;
+  /// Whether the end of a payload is an edge of its picture, which is whole.
+  [[nodiscard]] bool endsAtEdge(const TrialStream& stream, Bytes payload) {
     std::uint32_t complaints = 0;
-    Bytes payload = keys.front();
     const Planes whole = decode(stream, payload, WantedPlanes::all, complaints);
+    if (complaints > kMaxComplaints || whole.empty() || roughness(whole) > kMaxRoughness) return false;
     const auto tail = static_cast<std::ptrdiff_t>(payload.size() / 64 + 4);
     std::fill(payload.end() - tail, payload.end(), std::byte{0});
     const Planes changed = decode(stream, payload, WantedPlanes::all, complaints);
-    if (whole.empty() || whole.size() != changed.size()) return false;
+    if (whole.size() != changed.size()) return false;
     bool hasChange = false;
     for (std::size_t i = 0; i < whole.size(); ++i) {
       if (whole[i].width != changed[i].width || whole[i].height != changed[i].height) return false;
@@ -270,6 +277,20 @@ class ShapeTrials {
       hasChange = hasChange || rows;
     }
     return hasChange;
+  }
+
+  /// Whether that is so of the first key, and of most of many: bytes of another codec may come to one smooth picture.
+  [[nodiscard]] bool endAtEdge(const Scored& one) {
+    constexpr std::size_t kMany = 8;
+    const TrialStream stream = streamOf(one.shape);
+    const Codec codec = one.shape.codec;
+    if (!decoder_.open(stream) || !endsAtEdge(stream, keysOf(codec).front())) return false;
+    const std::vector<std::uint32_t> numbers = numbersOf(codec);
+    const std::size_t asked = std::min(kMany, numbers.size());
+    std::size_t held = 0;
+    for (std::size_t i = 0; i < asked; ++i)
+      held += endsAtEdge(stream, read(numbers[numbers.size() * i / asked])) ? 1U : 0U;
+    return held * 4 >= asked * 3;
   }
 
   [[nodiscard]] std::optional<TrialShape> best(Codec likely, std::span<const PictureSize> sizes) {
@@ -282,7 +303,7 @@ class ShapeTrials {
     }
     std::ranges::stable_sort(scored_, {}, &Scored::score);
     for (const Scored& one : scored_) {
-      if (endsAtEdge(one, keysOf(one.shape.codec))) return one.shape;
+      if (endAtEdge(one)) return one.shape;
     }
     return std::nullopt;
   }

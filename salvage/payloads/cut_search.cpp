@@ -28,6 +28,7 @@ constexpr std::uint32_t kBlocks = 128;
 struct TriedCut {
   std::uint32_t cut = 0;
   LoneTrial trial;
+  bool isTaken = true;  ///< of one without complaint: to its end, and among its neighbours
 };
 
 class CutSearch {
@@ -37,13 +38,16 @@ class CutSearch {
 
   std::optional<std::uint32_t> run() {
     usual_ = trial_.usualComplaints().value_or(0);
+    end_ = trial_.tellingEnd();
     const auto stop = whereItStops();
     if (!stop) return std::nullopt;
     tryBackwards(*stop);
     const std::vector<TriedCut> clean = distinctCuts();
-    if (clean.size() == 1) return clean.front().cut;
-    const bool canCompare = clean.size() <= std::min(kMaxComparedCuts, trial_.comparisonsLeft());
-    return canCompare ? best(clean) : std::nullopt;
+    const std::size_t most = std::min(trial_.maxClean(), trial_.comparisonsLeft());
+    const auto found = clean.size() == 1      ? std::optional(clean.front().cut)
+                       : clean.size() <= most ? best(clean)
+                                              : std::nullopt;
+    return found && trial_.belongs(cutAt(*found), static_cast<double>(*found) / size_) ? found : std::nullopt;
   }
 
  private:
@@ -95,16 +99,27 @@ class CutSearch {
   }
 
   [[nodiscard]] bool isClean(const LoneTrial& trial) const { return trial.hasPicture && trial.complaints <= usual_; }
+  [[nodiscard]] bool isClean(const TriedCut& one) const { return one.isTaken && isClean(one.trial); }
+
+  /// Whether the picture takes all of the payload: bytes that are not in step make a whole picture sooner or later,
+  /// too.
+  [[nodiscard]] bool readsEnd(ByteView payload, const LoneTrial& whole) {
+    if (!end_ || payload.size() <= *end_) return true;
+    const auto shorter = trial_.alone(payload.first(payload.size() - *end_));
+    return !shorter || !shorter->looksLike(whole);
+  }
 
   /// False when nothing more can be tried.
   bool tryCut(std::uint32_t cut) {
-    if (tried_.size() >= trial_.maxTrials()) return false;
     // The same byte on both sides: the same payload.
     const bool isLikeLast = !tried_.empty() && tried_.back().cut == cut + 1 && bytes_[cut] == bytes_[cut + added_];
     const auto trial = isLikeLast ? std::optional(tried_.back().trial) : trial_.alone(cutAt(cut));
     if (!trial) return false;
     tried_.push_back({cut, *trial});
-    if (isClean(*trial)) lastClean_ = cut;
+    if (isClean(*trial) && !isLikeLast)
+      tried_.back().isTaken = readsEnd(cutAt(cut), *trial) && trial_.isTaken(cutAt(cut));
+    if (isLikeLast) tried_.back().isTaken = tried_[tried_.size() - 2].isTaken;
+    if (isClean(tried_.back())) lastClean_ = cut;
     return true;
   }
 
@@ -113,14 +128,14 @@ class CutSearch {
     const std::uint32_t beyond = kBeyond + size_ / kBlocks;
     for (std::uint32_t cut = std::min(size_, stop + beyond) + 1; cut > 0; --cut) {
       if (lastClean_ && cut - 1 + kAround < *lastClean_) break;
-      if (!tryCut(cut - 1)) break;
+      if (tried_.size() >= trial_.maxTrials() || !tryCut(cut - 1)) break;
     }
   }
 
   /// Those without complaint. Cuts that come to the same pictures are as good as one.
   [[nodiscard]] std::vector<TriedCut> distinctCuts() const {
     std::vector<TriedCut> cuts;
-    std::ranges::copy_if(tried_, std::back_inserter(cuts), [this](const TriedCut& one) { return isClean(one.trial); });
+    std::ranges::copy_if(tried_, std::back_inserter(cuts), [this](const TriedCut& one) { return isClean(one); });
     std::ranges::stable_sort(cuts, {}, [](const TriedCut& one) { return one.trial.mark; });
     const auto areSame = [](const TriedCut& one, const TriedCut& other) { return one.trial.mark == other.trial.mark; };
     cuts.erase(std::unique(cuts.begin(), cuts.end(), areSame), cuts.end());
@@ -145,6 +160,7 @@ class CutSearch {
   const std::uint32_t size_;
   const std::size_t added_;
   std::uint32_t usual_ = 0;
+  std::optional<std::uint32_t> end_;  ///< bytes at a payload's end that tell whether they were taken
   platform::Bytes payload_;
   std::vector<TriedCut> tried_;
   std::optional<std::uint32_t> lastClean_;

@@ -10,10 +10,6 @@
 
 namespace zelvo::salvage {
 
-/// Cuts without complaint that are compared as pictures. Of a decoder that is silent over more of them, its silence
-/// tells nothing.
-inline constexpr std::size_t kMaxComparedCuts = 160;
-
 /// `bytes`: a payload of `size` and, somewhere in it, the bytes that were put in, as many as it is too long. The answer
 /// is how many bytes of the payload stand in front of them. Nothing when no cut makes a payload without complaint, or
 /// when too many do.

@@ -1,14 +1,14 @@
 #include "salvage/payloads/payload_trial.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
-#include <cstdlib>
 #include <cstring>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 #include "salvage/payloads/codec.h"
+#include "salvage/payloads/picture_distance.h"
 
 namespace zelvo::salvage {
 
@@ -18,8 +18,6 @@ using platform::PicturePlane;
 using platform::TrialPicture;
 using platform::WantedPlanes;
 using Planes = std::vector<PicturePlane>;
-
-constexpr std::uint64_t kNoMisfit = std::numeric_limits<std::uint64_t>::max();
 
 std::uint64_t markOf(std::uint64_t mark, const Planes& planes) {
   constexpr std::uint64_t kPrime = 0x9e3779b97f4a7c15;
@@ -36,37 +34,6 @@ std::uint64_t markOf(std::uint64_t mark, const Planes& planes) {
     }
   }
   return mark;
-}
-
-int difference(std::byte one, std::byte other) { return static_cast<int>(one) - static_cast<int>(other); }
-
-/// How far a picture is from another: what their samples are apart, and half of what that changes by at the borders of
-/// blocks, where wrong blocks show. `kNoMisfit` for pictures that cannot be compared.
-std::uint64_t distance(const Planes& one, const Planes& other) {
-  constexpr std::size_t kBlock = 8;
-  if (one.empty() || one.size() != other.size()) return kNoMisfit;
-  std::uint64_t apart = 0;
-  std::uint64_t edges = 0;
-  std::vector<int> above;
-  std::vector<int> row;
-  for (std::size_t plane = 0; plane < one.size(); ++plane) {
-    const std::size_t width = one[plane].width;
-    if (width != other[plane].width || one[plane].height != other[plane].height) return kNoMisfit;
-    row.resize(width);
-    for (std::size_t y = 0; y < one[plane].height; ++y) {
-      std::swap(above, row);
-      row.resize(width);
-      for (std::size_t x = 0; x < width; ++x) {
-        row[x] = difference(one[plane].samples[y * width + x], other[plane].samples[y * width + x]);
-        apart += static_cast<std::uint64_t>(std::abs(row[x]));
-      }
-      for (std::size_t x = kBlock; x < width; x += kBlock)
-        edges += static_cast<std::uint64_t>(std::abs(row[x] - row[x - 1]));
-      if (y == 0 || y % kBlock != 0) continue;
-      for (std::size_t x = 0; x < width; ++x) edges += static_cast<std::uint64_t>(std::abs(row[x] - above[x]));
-    }
-  }
-  return apart + edges / 2;
 }
 
 /// Blocks that the decoder left as they were.
@@ -87,12 +54,6 @@ std::uint32_t missingBlocks(const Planes& planes) {
     }
   }
   return missing;
-}
-
-const TrialPicture* pictureOf(const std::vector<TrialPicture>& pictures, std::size_t payload) {
-  const auto found = std::ranges::find_if(
-      pictures, [&](const TrialPicture& one) { return one.payload == payload && !one.planes.empty(); });
-  return found == pictures.end() ? nullptr : &*found;
 }
 
 }  // namespace
@@ -123,30 +84,40 @@ DecodedTrial::Answer DecodedTrial::decode(std::span<const std::byte> payload, Wa
   return answer;
 }
 
-/// Shows the decoder the pictures before, since headers may stand there alone, and keeps the last of them.
+/// Shows the decoder the pictures before, since headers may stand there alone, and keeps the last of them and what is
+/// usual among them.
 void DecodedTrial::learn() {
   hasLearnt_ = true;
-  const auto keep = [&](Answer answer) {
+  strips_.clear();
+  const auto keep = [&](const Answer& answer, bool isGood) {
     if (!answer) return false;
-    for (TrialPicture& picture : answer->pictures) {
-      if (!picture.planes.empty()) before_ = std::move(picture.planes);
+    if (isGood) complaints_ = std::max(complaints_, answer->complaints);
+    for (const TrialPicture& picture : answer->pictures) {
+      if (picture.planes.empty()) continue;
+      const auto strips = stripDistances(picture.planes, before_);
+      if (!strips.empty()) strips_.push_back(std::ranges::max(strips));
+      before_ = picture.planes;
     }
     return true;
   };
-  for (const platform::Bytes& payload : neighbours_.before) {
-    if (!keep(decoder_.decode(payload, WantedPlanes::all))) break;
+  for (std::size_t i = 0; i < neighbours_.before.size(); ++i) {
+    const bool isGood = std::ranges::binary_search(neighbours_.good, i);
+    if (!keep(decoder_.decode(neighbours_.before[i], WantedPlanes::all), isGood)) break;
   }
-  static_cast<void>(keep(decoder_.finish(WantedPlanes::all)));
+  static_cast<void>(keep(decoder_.finish(WantedPlanes::all), false));
 }
 
 std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload) {
   if (!hasLearnt_) learn();
-  const bool isAfterKey = neighbours_.needsKey && !neighbours_.isKey && !neighbours_.before.empty();
   // A payload may hold two pictures, of which the second one is decoded with the next payload.
-  const bool hasNext = !neighbours_.isKey && !isAfterKey && !neighbours_.after.empty();
-  if (!isOpen_ || !budget_.take(stream_, isAfterKey || hasNext ? 2 : 1)) return std::nullopt;
+  const bool hasNext = !neighbours_.isKey && !isAfterKey() && !neighbours_.after.empty();
+  const std::size_t beside = isAfterKey() ? neighbours_.before.front().size()
+                             : hasNext    ? neighbours_.after.front().size()
+                                          : 0;
+  const std::size_t count = isAfterKey() || hasNext ? 2 : 1;
+  if (!isOpen_ || !budget_.take(stream_, count, payload.size() + beside)) return std::nullopt;
   LoneTrial trial;
-  const std::uint32_t number = isAfterKey ? 1 : 0;
+  const std::uint32_t number = isAfterKey() ? 1 : 0;
   const auto add = [&](const Answer& answer) {
     if (!answer) return false;
     trial.complaints += answer->complaints + (answer->isAccepted ? 0U : 1U);
@@ -154,13 +125,13 @@ std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload)
       if (picture.payload < number) continue;
       if (picture.payload == number) {
         trial.hasPicture = true;
-        if (isAfterKey) trial.complaints += missingBlocks(picture.planes);
+        if (isAfterKey()) trial.complaints += missingBlocks(picture.planes);
       }
       trial.mark = markOf(trial.mark, picture.planes);
     }
     return true;
   };
-  if (isAfterKey && !decode(neighbours_.before.front(), WantedPlanes::none)) return std::nullopt;
+  if (isAfterKey() && !decode(neighbours_.before.front(), WantedPlanes::none)) return std::nullopt;
   constexpr std::uint32_t kCrash = 1000;
   if (!add(decode(payload, WantedPlanes::all)))
     return isOpen_ ? std::optional(LoneTrial{kCrash, false, 0}) : std::nullopt;
@@ -169,10 +140,13 @@ std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload)
   return trial;
 }
 
-std::optional<std::uint64_t> DecodedTrial::misfit(std::span<const std::byte> payload) {
+/// The picture that comes of a payload among its neighbours, and the first one after it that is not predicted from it.
+std::optional<DecodedTrial::Shown> DecodedTrial::show(std::span<const std::byte> payload, bool isLast) {
   if (!hasLearnt_) learn();
   const std::size_t before = neighbours_.isKey ? 0 : neighbours_.before.size();
-  if (!isOpen_ || !budget_.take(stream_, before + 1 + neighbours_.after.size())) return std::nullopt;
+  const bool hasNext = !neighbours_.nextKey.empty();
+  const std::size_t bytes = bytesBefore() + payload.size() + neighbours_.nextKey.size();
+  if (!isOpen_ || (!isLast && !budget_.take(stream_, before + (hasNext ? 2 : 1), bytes))) return std::nullopt;
   for (std::size_t i = 0; i < before; ++i) {
     if (!decode(neighbours_.before[i], WantedPlanes::none)) return std::nullopt;
   }
@@ -182,37 +156,110 @@ std::optional<std::uint64_t> DecodedTrial::misfit(std::span<const std::byte> pay
     std::ranges::move(answer->pictures, std::back_inserter(pictures));
     return true;
   };
-  bool isDecoded = add(decode(payload, WantedPlanes::all));
-  for (std::size_t i = 0; isDecoded && i < neighbours_.after.size(); ++i)
-    isDecoded = add(decode(neighbours_.after[i], WantedPlanes::all));
-  if (!isDecoded || !add(decode({}, WantedPlanes::all))) return std::nullopt;
-  const TrialPicture* const picture = pictureOf(pictures, before);
-  if (picture == nullptr) return std::nullopt;
-  std::uint64_t nearest = distance(picture->planes, before_);
-  if (const TrialPicture* const after = pictureOf(pictures, before + 1))
-    nearest = std::min(nearest, distance(picture->planes, after->planes));
-  return nearest;
+  const bool isDecoded = add(decode(payload, WantedPlanes::all)) &&
+                         (!hasNext || add(decode(neighbours_.nextKey, WantedPlanes::all))) &&
+                         add(decode({}, WantedPlanes::all));
+  if (!isDecoded) return std::nullopt;
+  Shown shown;
+  for (TrialPicture& picture : pictures) {
+    Planes& planes = picture.payload == before ? shown.picture : shown.nextKey;
+    if (picture.payload >= before && planes.empty()) planes = std::move(picture.planes);
+  }
+  return shown.picture.empty() ? std::nullopt : std::optional(std::move(shown));
+}
+
+std::optional<std::uint64_t> DecodedTrial::misfit(std::span<const std::byte> payload) {
+  const auto shown = show(payload, false);
+  if (!shown) return std::nullopt;
+  return std::min(pictureDistance(shown->picture, before_), pictureDistance(shown->picture, shown->nextKey));
+}
+
+bool DecodedTrial::isTaken(std::span<const std::byte> payload) {
+  if (!neighbours_.needsKey) return true;
+  if (!hasLearnt_) learn();
+  const std::size_t before = neighbours_.isKey ? 0 : neighbours_.before.size();
+  if (!isOpen_ || !budget_.take(stream_, before + 1, bytesBefore() + payload.size())) return false;
+  for (std::size_t i = 0; i < before; ++i) {
+    if (!decode(neighbours_.before[i], WantedPlanes::none)) return false;
+  }
+  const Answer answer = decode(payload, WantedPlanes::none);
+  return decode({}, WantedPlanes::none) && answer && answer->isAccepted && answer->complaints <= complaints_;
+}
+
+bool DecodedTrial::belongs(std::span<const std::byte> payload, double rightShare) {
+  constexpr std::uint32_t kSlack = 150;
+  const auto shown = show(payload, true);
+  if (!shown) return false;
+  if (strips_.empty()) return true;
+  // Now and then a film flashes, or cuts to another scene.
+  std::vector<std::uint32_t> known = strips_;
+  const auto most = known.begin() + static_cast<std::ptrdiff_t>(known.size() * 9 / 10);
+  std::ranges::nth_element(known, most);
+  const auto isNear = [&](const Planes& other) {
+    const std::vector<std::uint32_t> strips = stripDistances(shown->picture, other);
+    if (strips.empty()) return false;
+    const auto right = strips.begin() + static_cast<std::ptrdiff_t>(static_cast<double>(strips.size()) * rightShare);
+    const std::uint32_t above = right == strips.begin() ? 0 : *std::max_element(strips.begin(), right);
+    // The picture before in the order of display may be some further away than a neighbour.
+    const std::uint32_t limit = std::max(*most * 11 / 5, above * 3 / 2) + kSlack;
+    return std::all_of(right, strips.end(), [&](std::uint32_t strip) { return strip <= limit; });
+  };
+  return isNear(before_) || isNear(shown->nextKey);
 }
 
 std::size_t DecodedTrial::comparisonsLeft() const {
   const std::size_t before = neighbours_.isKey ? 0 : neighbours_.before.size();
-  return budget_.payloadsOf(stream_) / (before + 1 + neighbours_.after.size());
+  return budget_.timesOf(stream_, before + 2, bytesBefore() + neighbours_.nextKey.size());
+}
+
+/// Those of the payloads that it is predicted from.
+std::size_t DecodedTrial::bytesBefore() const {
+  std::size_t bytes = 0;
+  if (neighbours_.isKey) return bytes;
+  for (const platform::Bytes& payload : neighbours_.before) bytes += payload.size();
+  return bytes;
+}
+
+/// The last ones before, evenly taken where there are many.
+std::vector<const platform::Bytes*> DecodedTrial::goodPayloads() const {
+  constexpr std::size_t kAsked = 6;
+  std::vector<const platform::Bytes*> good;
+  for (std::size_t i = neighbours_.good.size(); i > 0 && good.size() < kAsked; --i) {
+    const std::size_t number = neighbours_.good[i - 1];
+    if ((number == 0) == neighbours_.isKey) good.push_back(&neighbours_.before[number]);
+  }
+  if (good.empty() && !neighbours_.isKey && !neighbours_.after.empty()) good.push_back(&neighbours_.after.front());
+  return good;
 }
 
 std::optional<std::uint32_t> DecodedTrial::usualComplaints() {
-  constexpr std::size_t kAsked = 3;
   std::optional<std::uint32_t> most;
-  const auto ask = [&](const platform::Bytes& payload) {
-    if (const auto trial = alone(payload); trial && trial->hasPicture)
+  for (const platform::Bytes* const payload : goodPayloads()) {
+    if (const auto trial = alone(*payload); trial && trial->hasPicture)
       most = std::max(most.value_or(0), trial->complaints);
-  };
-  const auto& before = neighbours_.before;
-  if (neighbours_.isKey) {
-    if (!before.empty()) ask(before.front());
-    return most;
   }
-  for (std::size_t i = before.size(); i > 1 && before.size() - i < kAsked; --i) ask(before[i - 1]);
-  if (!most && !neighbours_.after.empty()) ask(neighbours_.after.front());
+  // Without those that it is predicted from, a picture may cause a few more than others.
+  constexpr std::uint32_t kMore = 2;
+  if (most && neighbours_.needsKey) *most += kMore;
+  return most;
+}
+
+std::optional<std::uint32_t> DecodedTrial::tellingEnd() {
+  constexpr std::array<std::uint32_t, 6> kEnds{1, 2, 3, 4, 8, 16};
+  std::optional<std::uint32_t> most;
+  for (const platform::Bytes* const payload : goodPayloads()) {
+    const auto whole = alone(*payload);
+    if (!whole || !whole->hasPicture) continue;
+    const auto tells = [&](std::uint32_t end) {
+      if (end * 2 > payload->size()) return false;
+      const auto shorter = alone(std::span(*payload).first(payload->size() - end));
+      return shorter && !shorter->looksLike(*whole);
+    };
+    const auto least = std::ranges::find_if(kEnds, tells);
+    if (least == kEnds.end()) return std::nullopt;
+    most = std::max(most.value_or(0), *least);
+  }
+  if (most) ++*most;  // for one that reads on a little less than those
   return most;
 }
 

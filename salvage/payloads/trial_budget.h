@@ -1,5 +1,5 @@
-/// How much of decoding a film's repair may still ask for. It is counted in pixels, never in time, so that the same
-/// film always comes out the same.
+/// How much of decoding a film's repair may still ask for. It is counted in pixels and bytes, never in time, so that
+/// the same film always comes out the same.
 #pragma once
 
 #include <algorithm>
@@ -19,16 +19,18 @@ class TrialBudget {
 
   explicit TrialBudget(std::uint64_t pixels = kOfFilm) : left_(pixels) {}
 
-  /// Takes what so many payloads of a stream cost. False when there is not so much left.
-  [[nodiscard]] bool take(const platform::TrialStream& stream, std::size_t payloads = 1) {
-    const std::uint64_t cost = costOf(stream) * payloads;
+  /// Takes what so many payloads of a stream cost that have so many bytes together, where these count. False when there
+  /// is not so much left.
+  [[nodiscard]] bool take(const platform::TrialStream& stream, std::size_t payloads = 1, std::size_t bytes = 0) {
+    const std::uint64_t cost = costOf(stream, payloads, bytes);
     if (cost > left_) return false;
     left_ -= cost;
     return true;
   }
-  /// How many payloads of a stream it is enough for.
-  [[nodiscard]] std::size_t payloadsOf(const platform::TrialStream& stream) const {
-    return static_cast<std::size_t>(left_ / costOf(stream));
+  /// How many times it is enough for that.
+  [[nodiscard]] std::size_t timesOf(const platform::TrialStream& stream, std::size_t payloads,
+                                    std::size_t bytes) const {
+    return static_cast<std::size_t>(left_ / costOf(stream, payloads, bytes));
   }
   /// Splits off what a part of the work may cost.
   [[nodiscard]] TrialBudget share(std::uint64_t parts) {
@@ -40,8 +42,11 @@ class TrialBudget {
   void giveBack(const TrialBudget& part) { left_ += part.left_; }
 
  private:
-  [[nodiscard]] static std::uint64_t costOf(const platform::TrialStream& stream) {
-    return std::max(std::uint64_t{stream.width} * stream.height, kLeast);
+  /// Where payloads are large, their bytes take longer than their pixels.
+  [[nodiscard]] static std::uint64_t costOf(const platform::TrialStream& stream, std::size_t payloads,
+                                            std::size_t bytes) {
+    constexpr std::uint64_t kOfByte = 8;
+    return std::max(std::uint64_t{stream.width} * stream.height, kLeast) * payloads + kOfByte * bytes;
   }
 
   std::uint64_t left_;

@@ -386,9 +386,11 @@ ChainFilm ChainFilms::part(ByteSpan within, std::size_t most) {
   const auto first = std::ranges::lower_bound(chain_, within.begin, {}, offsetOf);
   const auto last = std::ranges::lower_bound(first, chain_.end(), within.end, {}, offsetOf);
   filling.reserve(std::min(most, static_cast<std::size_t>(last - first)));
-  for (auto at = first; at != last && filling.slots() < most; ++at)
+  auto at = first;
+  for (; at != last && filling.slots() < most; ++at)
     filling.take(candidates[*at], !isForeign_.empty() && isForeign_[*at] != 0);
   ChainFilm film = filling.end();
+  film.leftOut = static_cast<std::size_t>(last - at) + film.slots.size() - std::min(film.slots.size(), most);
   film.slots.resize(std::min(film.slots.size(), most));
   return film;
 }

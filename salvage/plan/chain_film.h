@@ -33,6 +33,7 @@ struct ChainFilm {
 
   std::vector<Slot> slots;
   std::vector<ChainGap> gaps;  ///< rising
+  std::uint64_t leftOut = 0;   ///< chunks beyond the number that was wanted
 };
 
 /// Follows the best chain through parts of the file and fills its holes: headers whose code is dead are found backwards

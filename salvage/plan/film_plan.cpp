@@ -196,6 +196,7 @@ void Planner::join(LaidFilm laid) {
       if (begin >= end) return;
       const std::size_t planned = plan_.slots.size() + parts_.size();
       ChainFilm part = films.part({begin, end}, kMaxSlots - std::min(kMaxSlots, planned));
+      plan_.leftOut += part.leftOut;
       dropRepeated(evidence_.input, part);
       addPart(std::move(part), room, end - begin);
     };

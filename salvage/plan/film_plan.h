@@ -95,6 +95,7 @@ struct FilmPlan {
   std::vector<Piece> pieces;        ///< of slots of several pieces
   std::vector<PlanSpan> spans;      ///< rising by `begin`
   std::uint64_t indexedChunks = 0;  ///< entries of a believed index that the plan was made from
+  std::uint64_t leftOut = 0;        ///< chunks of the chain for which there was no room
   std::size_t cutsFound = 0;        ///< places inside pictures where foreign bytes begin, that decoding has found
   std::size_t cutsOpen = 0;         ///< that it has not found, or could not look for
   /// Seconds that sound and pictures are apart at worst, after gaps that only clocks tell of, more than before them.

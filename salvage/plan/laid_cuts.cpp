@@ -15,6 +15,8 @@ namespace {
 constexpr std::size_t kMaxBefore = 300;
 constexpr std::size_t kMaxBytesBefore = std::size_t{24} << 20U;
 constexpr std::size_t kAfter = 2;
+/// A key so many slots later shows another scene.
+constexpr std::size_t kMaxToKey = 600;
 /// A cut may take so much of what is left of the film's budget.
 constexpr std::uint64_t kShare = 3;
 
@@ -60,9 +62,18 @@ class Cuts {
       before.push_back(i - 1);
       if (slot.hasKeyFlag) break;
     }
-    for (std::size_t i = before.size(); i > 0; --i) neighbours.before.push_back(read(slots[before[i - 1]]));
+    for (std::size_t i = before.size(); i > 0; --i) {
+      const Slot& slot = slots[before[i - 1]];
+      if (slot.state <= SlotState::rejoined) neighbours.good.push_back(neighbours.before.size());
+      neighbours.before.push_back(read(slot));
+    }
     for (std::size_t i = number + 1; i < slots.size() && neighbours.after.size() < kAfter; ++i) {
       if (isOf(slots[i], stream)) neighbours.after.push_back(read(slots[i]));
+    }
+    for (std::size_t i = number + 1; i < std::min(slots.size(), number + kMaxToKey); ++i) {
+      if (!isOf(slots[i], stream) || !slots[i].hasKeyFlag) continue;
+      neighbours.nextKey = read(slots[i]);
+      break;
     }
     return neighbours;
   }

@@ -1,6 +1,7 @@
 #include "tests/deep/deep_bench.h"
 
 #include <csignal>
+#include <utility>
 
 #include "platform/json_writer.h"
 #include "platform/paths.h"
@@ -54,7 +55,9 @@ salvage::SalvageReport hopelessReport() {
   return report;
 }
 
-DeepTest::DeepTest() {
+DeepBench::DeepBench(platform::MainQueue& queue, platform::Workers& workers,
+                     std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms)
+    : sheets(queue, &events) {
   deepRepair = std::make_unique<deep::DeepRepair>(
       deep::DeepServices{.files = files,
                          .fileManager = fileManager,
@@ -73,12 +76,15 @@ DeepTest::DeepTest() {
                          .settings = settings,
                          .pathProbe = pathProbe,
                          .translator = platform::englishTranslator(),
-                         .makePrograms = [this] { return programs.make(); },
+                         .makePrograms = std::move(makePrograms),
                          .scratchFolders = [this] { return std::vector<std::string>{temp / "cache"}; },
                          .process = 4711,
                          .patience = std::chrono::milliseconds(0)},
       screen.outlets);
   deepRepair->wire(actions);
+}
+
+DeepTest::DeepTest() : DeepBench(queue, workers, [this] { return programs.make(); }) {
   programs.onWait = [this] {
     for (const auto& program : programs.started) {
       if (program->end) continue;
@@ -146,7 +152,7 @@ std::string DeepTest::valueOf(const Program& program, const std::string& option)
   return value;
 }
 
-std::vector<std::string> DeepTest::takeAlerts() {
+std::vector<std::string> DeepBench::takeAlerts() {
   std::vector<std::string> titles;
   for (; alertsSeen_ < alerts.shown().size(); ++alertsSeen_) {
     titles.push_back(alerts.shown()[alertsSeen_].title.value_or(""));
@@ -154,7 +160,7 @@ std::vector<std::string> DeepTest::takeAlerts() {
   return titles;
 }
 
-std::vector<std::string> DeepTest::scratchNames() {
+std::vector<std::string> DeepBench::scratchNames() {
   std::vector<std::string> names;
   for (const std::string& own : fileManager.list(temp / "cache")) {
     for (const std::string& name : fileManager.list(temp / ("cache/" + own))) {

@@ -37,13 +37,56 @@ namespace zelvo::tests {
 /// Of that film when nothing of it can be brought back.
 [[nodiscard]] salvage::SalvageReport hopelessReport();
 
-class DeepTest : public testing::Test {
+/// Everything that the flow stands on but its threads.
+class DeepBench {
+ protected:
+  DeepBench(platform::MainQueue& queue, platform::Workers& workers,
+            std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms);
+
+  bool press(platform::headless::HeadlessButton& button) { return actions.press(button); }
+  /// Titles of the alerts that were shown since the last look.
+  std::vector<std::string> takeAlerts();
+  /// Names in the folder of films that are not saved yet, below the window's own.
+  [[nodiscard]] std::vector<std::string> scratchNames();
+
+  TempFolder temp;
+  platform::headless::Events events;
+  platform::linux_::LinuxFiles files;
+  platform::linux_::LinuxFileManager fileManager;
+  platform::linux_::LinuxNewFiles newFiles;
+  platform::linux_::LinuxLockedFiles lockedFiles;
+  platform::headless::HeadlessClock clock{&events};
+  platform::headless::HeadlessLog log{&events};
+  platform::headless::HeadlessSheets sheets;
+  platform::headless::HeadlessAlertPanels alerts{&events};
+  platform::headless::HeadlessFilmChoosers choosers;
+  platform::headless::HeadlessMovieLoader movies{&events};
+  platform::headless::HeadlessWorkspace workspace{&events};
+  platform::headless::HeadlessClipboard clipboard;
+  platform::headless::HeadlessSettings settings;
+  platform::headless::HeadlessPathProbe pathProbe;
+  platform::headless::HeadlessActions actions;
+  platform::headless::DeepScreen screen;
+  std::unique_ptr<deep::DeepRepair> deepRepair;
+
+ private:
+  std::size_t alertsSeen_ = 0;
+};
+
+struct HeadlessThreads {
+  platform::headless::HeadlessMainQueue queue;
+  platform::headless::HeadlessWorkers workers;
+  platform::headless::HeadlessFilmPrograms programs;
+};
+
+/// Programs are played by the test, and workers run when it says.
+class DeepTest : public testing::Test, protected HeadlessThreads, protected DeepBench {
  protected:
   DeepTest();
+  ~DeepTest() override { deepRepair.reset(); }
 
   using Program = platform::headless::PlayedProgram;
 
-  bool press(platform::headless::HeadlessButton& button) { return actions.press(button); }
   /// Lets every worker that waits run to its end, with what it asks of the main thread. Programs do as `play` says; one
   /// that was stopped ends as they do then.
   void runWorkers();
@@ -62,40 +105,10 @@ class DeepTest : public testing::Test {
   /// What follows an option of its command line, of the last such option; empty without one.
   [[nodiscard]] static std::string valueOf(const Program& program, const std::string& option);
 
-  /// Titles of the alerts that were shown since the last look.
-  std::vector<std::string> takeAlerts();
-  /// Names in the folder of films that are not saved yet, below the window's own.
-  [[nodiscard]] std::vector<std::string> scratchNames();
-
-  TempFolder temp;
-  platform::headless::Events events;
-  platform::headless::HeadlessMainQueue queue;
-  platform::headless::HeadlessWorkers workers;
-  platform::linux_::LinuxFiles files;
-  platform::linux_::LinuxFileManager fileManager;
-  platform::linux_::LinuxNewFiles newFiles;
-  platform::linux_::LinuxLockedFiles lockedFiles;
-  platform::headless::HeadlessClock clock{&events};
-  platform::headless::HeadlessLog log{&events};
-  platform::headless::HeadlessSheets sheets{queue, &events};
-  platform::headless::HeadlessAlertPanels alerts{&events};
-  platform::headless::HeadlessFilmChoosers choosers;
-  platform::headless::HeadlessMovieLoader movies{&events};
-  platform::headless::HeadlessWorkspace workspace{&events};
-  platform::headless::HeadlessClipboard clipboard;
-  platform::headless::HeadlessSettings settings;
-  platform::headless::HeadlessPathProbe pathProbe;
-  platform::headless::HeadlessFilmPrograms programs;
-  platform::headless::HeadlessActions actions;
-  platform::headless::DeepScreen screen;
-  std::unique_ptr<deep::DeepRepair> deepRepair;
   /// What running programs do when they are waited for.
   std::function<void(Program&)> play = [this](Program& program) { repair(program); };
   salvage::SalvageReport report = hurtReport();
   std::string repairedBytes = "the repaired film";
-
- private:
-  std::size_t alertsSeen_ = 0;
 };
 
 }  // namespace zelvo::tests

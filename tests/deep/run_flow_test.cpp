@@ -184,6 +184,13 @@ TEST_F(FailedRun, ByItsOwnSentence) {
   EXPECT_EQ(said, "writing failed: No space left. Nothing was changed in your file.");
 }
 
+TEST_F(FailedRun, ByItsOwnSentenceWithoutOptionsThatTheWindowHasNot) {
+  const std::string said = failWith([](Program& program) {
+    end(program, 3, "it would be 9 GB large, and no more than 1 GB can be right; use --allow-growth to have it.");
+  });
+  EXPECT_EQ(said, "it would be 9 GB large, and no more than 1 GB can be right. Nothing was changed in your file.");
+}
+
 TEST_F(FailedRun, ByALineOfItsComplaints) {
   const std::string said = failWith([](Program& program) {
     program.complaints = "zelvo-avi: warning: this.\nzelvo-avi: donor.avi: no such file.\n";

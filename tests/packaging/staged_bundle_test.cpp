@@ -1,6 +1,7 @@
 // What `cmake --install` lays out, looked at as the installed program sees it.
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -10,6 +11,7 @@
 #include "app/texts.h"
 #include "platform/linux/bundle.h"
 #include "platform/linux/files.h"
+#include "platform/linux/film_programs.h"
 #include "platform/linux/path_probe.h"
 #include "platform/linux/property_lists.h"
 #include "platform/path_mapper.h"
@@ -94,6 +96,20 @@ TEST_F(StagedBundle, ProgramThatLooksAtPathsLiesBesideIt) {
   EXPECT_TRUE(fs::is_regular_file(probe));
   EXPECT_NE(fs::status(probe).permissions() & fs::perms::others_exec, fs::perms::none);
   EXPECT_TRUE(platform::linux_::LinuxPathProbe(probe.string()).answers({"/"}));
+}
+
+TEST_F(StagedBundle, TheCommandLineThatDoesTheDeepRepairLiesBesideTheWindow) {
+  using platform::linux_::LinuxFilmPrograms;
+  const fs::path program = LinuxFilmPrograms::programBeside(fs::canonical(link()).string());
+  EXPECT_TRUE(fs::is_regular_file(program.parent_path() / "zelvo-avi-decoder"));
+  LinuxFilmPrograms programs(program.string());
+  const auto started = programs.start({.arguments = {"salvage", "--dry-run", "--", "/no/such/film.avi"}});
+  ASSERT_NE(started.program, nullptr) << started.error.message();
+  constexpr int kLooks = 600;
+  for (int look = 0; look < kLooks && !started.program->end(); ++look) programs.wait(std::chrono::milliseconds(100));
+  ASSERT_TRUE(started.program->end());
+  EXPECT_EQ(started.program->end()->exit, 3);
+  EXPECT_NE(started.program->complaints().find("/no/such/film.avi"), std::string::npos);
 }
 
 TEST_F(StagedBundle, AddressThatIsNotSetHasNoKey) {

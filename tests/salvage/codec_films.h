@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <random>
 #include <string_view>
+#include <vector>
 
 #include "salvage/scan/surviving_headers.h"
 #include "tests/support/avi_builder.h"
@@ -14,6 +16,31 @@ namespace zelvo::tests {
 [[nodiscard]] inline platform::Bytes numbered(std::initializer_list<unsigned> numbers) {
   platform::Bytes bytes;
   for (const unsigned number : numbers) bytes.push_back(static_cast<std::byte>(number));
+  return bytes;
+}
+
+/// A picture of Microsoft Video 1 with 8 bits a pixel, in blocks of one colour and of two: columns go on from row to
+/// row, but for one in five.
+[[nodiscard]] inline platform::Bytes msVideoPicture(std::uint32_t blocksAcross, std::uint32_t blocksDown,
+                                                    unsigned seed = 5) {
+  std::mt19937 random(seed);
+  std::vector<unsigned> colours(blocksAcross);
+  for (unsigned& colour : colours) colour = static_cast<unsigned>(random() % 120 + 1);
+  platform::Bytes bytes;
+  for (std::uint32_t row = 0; row < blocksDown; ++row) {
+    for (unsigned& colour : colours) {
+      if (random() % 5 == 0) colour = static_cast<unsigned>(random() % 120 + 1);
+      if (random() % 3 == 0) {
+        const auto two = numbered({0x33, 0x33, colour, colour + 1});
+        bytes.insert(bytes.end(), two.begin(), two.end());
+      } else {
+        const auto one = numbered({colour, 0x80});
+        bytes.insert(bytes.end(), one.begin(), one.end());
+      }
+    }
+  }
+  const auto end = numbered({0, 0});
+  bytes.insert(bytes.end(), end.begin(), end.end());
   return bytes;
 }
 

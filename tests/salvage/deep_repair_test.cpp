@@ -151,6 +151,20 @@ TEST(DeepRepair, AFilmSentAsTextIsWholeAgainAndTold) {
   EXPECT_EQ(run.files.content("/out.avi"), whole.files.content("/out.avi"));
 }
 
+TEST(DeepRepair, ChunksThatFindNoRoomAreTold) {
+  AviBuilder many;
+  many.withIndex = false;
+  many.interleaved(80'000, 4, 4);
+  AviBuilder fewer;
+  fewer.withIndex = false;
+  fewer.interleaved(60'000, 4, 4);
+  const SalvageReport report = Bench(many.build()).perform();
+  const std::size_t kept = salvage::ScanLimits().candidatesOf(many.build().size());
+  EXPECT_NEAR(static_cast<double>(report.chunksLeftOut), 160'000.0 - static_cast<double>(kept), 16);
+  EXPECT_EQ(report.verdict, SalvageVerdict::partial);
+  EXPECT_EQ(Bench(fewer.build()).perform().chunksLeftOut, 0U);
+}
+
 TEST(DeepRepair, ReadsThatFailAreToldAndZerosStandThere) {
   AviBuilder builder;
   builder.interleaved(10, 20'000, 1000);

@@ -35,7 +35,7 @@ QLabel& lineIn(PanelFrame& panel) {
 
 }  // namespace
 
-QtDeepPages::QtDeepPages(MainWindow& window, QWidget* movie, MovieView& movieView)
+QtDeepPages::QtDeepPages(MainWindow& window, MoviePane* movie, MovieView& movieView)
     : window_(window),
       run_(new DeepRunPage({window.panels().queue(), window.panels().pictures()})),
       result_(new DeepResultPage({window.panels().queue(), window.panels().pictures()}, movie)),

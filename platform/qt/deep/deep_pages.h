@@ -18,7 +18,7 @@ class QtDeepPages final : public DeepPages {
  public:
   /// To be made before the window's hosted views are dressed; `window` outlives it. `movie` shows what `movieView` is
   /// given; the window takes it over.
-  QtDeepPages(MainWindow& window, QWidget* movie, MovieView& movieView);
+  QtDeepPages(MainWindow& window, MoviePane* movie, MovieView& movieView);
 
   // ---- platform::DeepPages ----
   void show(DeepPage page) override;

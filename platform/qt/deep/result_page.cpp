@@ -16,7 +16,7 @@ namespace {
 constexpr int kVerdictSize = 40;
 constexpr int kSentencePixels = 18;
 constexpr int kFilmWidth = 300;
-constexpr int kMovieHeight = 210;
+constexpr int kMovieHeight = 172;
 constexpr int kStackedMovieHeight = 280;
 constexpr int kStackedWidth = 540;
 /// Narrower, the film stands below the damage.
@@ -48,7 +48,7 @@ QVBoxLayout* columnIn(QWidget& widget) {
 
 }  // namespace
 
-DeepResultPage::DeepResultPage(const PageParts& parts, QWidget* movie)
+DeepResultPage::DeepResultPage(const PageParts& parts, MoviePane* movie)
     : WindowPage(parts, texts::deepRepair()),
       savebutton(parts.button(texts::saveFilm(), QtButton::Look::push)),
       copyreportbutton(parts.button(texts::copyReport(), QtButton::Look::push)),
@@ -211,7 +211,7 @@ void DeepResultPage::arrange() {
   const bool areBeside = width() >= kWidthForTwo && !damage_->isHidden();
   sides_->setDirection(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
   sides_->setAlignment(filmSide_, areBeside ? Qt::Alignment() : Qt::AlignLeft);
-  movie_->setFixedHeight(areBeside ? kMovieHeight : kStackedMovieHeight);
+  movie_->movie().setFixedHeight(areBeside ? kMovieHeight : kStackedMovieHeight);
   filmSide_->setFixedWidth(areBeside ? kFilmWidth : kStackedWidth);
 }
 

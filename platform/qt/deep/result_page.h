@@ -13,6 +13,7 @@
 #include "platform/qt/deep/loss_list.h"
 #include "platform/qt/drawing/elements.h"
 #include "platform/qt/drawing/picture_widget.h"
+#include "platform/qt/preview/movie_pane.h"
 #include "platform/qt/window/window_page.h"
 
 namespace zelvo::platform::qt {
@@ -20,7 +21,7 @@ namespace zelvo::platform::qt {
 class DeepResultPage final : public WindowPage, public DeepResultView {
  public:
   /// `movie` shows the film; the page takes it over.
-  DeepResultPage(const PageParts& parts, QWidget* movie);
+  DeepResultPage(const PageParts& parts, MoviePane* movie);
 
   // ---- platform::DeepResultView ----
   void show(DeepResult result) override;
@@ -53,7 +54,7 @@ class DeepResultPage final : public WindowPage, public DeepResultView {
   void joinLosses();
 
   MainQueue& queue_;
-  QWidget* movie_;
+  MoviePane* movie_;
   PictureWidget* verdict_;
   ElidedLabel* film_;
   QLabel* sentence_;

@@ -1,4 +1,4 @@
-/// What the preview and its bar say.
+/// What the bar below the preview says, in the window's language.
 #pragma once
 
 #include <QString>
@@ -13,12 +13,14 @@ inline QString placeInFilm() { return translated("Place in the film"); }
 inline QString mute() { return translated("Mute"); }
 inline QString unmute() { return translated("Sound on"); }
 inline QString volume() { return translated("Volume"); }
-inline QString timeOf(const QString& time, const QString& length) { return translated("%1 / %2").arg(time, length); }
+inline QString timeOf(const QString& time, const QString& length) {
+  return QStringLiteral("%1 / %2").arg(time, length);
+}
 /// The same to a screen reader.
 inline QString timeOfInWords(const QString& time, const QString& length) {
   return translated("%1 of %2").arg(time, length);
 }
 inline QString percentOf(int percent) { return translated("%1 %").arg(percent); }
-inline QString muted() { return translated("off"); }
+inline QString muted() { return translated("Muted"); }
 
 }  // namespace zelvo::platform::qt::texts

@@ -1,6 +1,4 @@
 // What a screen reader is told, and where the keyboard can go.
-#include <QAccessible>
-#include <QAccessibleInterface>
 #include <array>
 #include <string>
 #include <vector>
@@ -8,6 +6,7 @@
 #include "platform/qt/panels/panel_frame.h"
 #include "tests/platform/qt/bounded_wait.h"
 #include "tests/platform/qt/element_bench.h"
+#include "tests/platform/qt/screen_reader.h"
 
 namespace zelvo::tests {
 namespace {
@@ -15,26 +14,6 @@ namespace {
 using platform::qt::PanelFrame;
 using platform::qt::QtButton;
 using Names = std::vector<std::string>;
-
-QAccessibleInterface& told(QObject& object) { return *QAccessible::queryAccessibleInterface(&object); }
-std::string nameOf(QAccessibleInterface& element) { return element.text(QAccessible::Name).toStdString(); }
-std::string nameOf(QObject& object) { return nameOf(told(object)); }
-
-bool isInteractive(QAccessibleInterface& element) {
-  constexpr std::array kRoles = {QAccessible::Button,   QAccessible::PushButton,   QAccessible::CheckBox,
-                                 QAccessible::Link,     QAccessible::EditableText, QAccessible::ComboBox,
-                                 QAccessible::MenuItem, QAccessible::ProgressBar,  QAccessible::Dialog};
-  return element.state().focusable != 0 || std::find(kRoles.begin(), kRoles.end(), element.role()) != kRoles.end();
-}
-
-/// Every visible element below `root`, itself included.
-void walk(QAccessibleInterface& root, const std::function<void(QAccessibleInterface&)>& visit) {
-  if (root.state().invisible != 0) return;
-  visit(root);
-  for (int child = 0; child < root.childCount(); ++child) {
-    if (QAccessibleInterface* const below = root.child(child)) walk(*below, visit);
-  }
-}
 
 class Accessibility : public testing::Test {
  protected:

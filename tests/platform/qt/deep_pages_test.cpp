@@ -153,7 +153,7 @@ TEST_F(DeepPagesTest, ShortcutsOfThePagesBelowDoNothing) {
 // ---- By keyboard alone ----
 
 TEST_F(DeepPagesTest, TabReachesEveryStopInTheOrderThatIsRead) {
-  constexpr const char* kAbout = "About Zelvo AVI Repair";  // the picture before Home
+  constexpr const char* kAbout = "About Zelvo AVI Repair";
   show(DeepPage::run);
   EXPECT_THAT(tabStops(deep.runPage()), ElementsAre("Home", "Help", "Stop", kAbout));
   outlets.result.show(partialResult());

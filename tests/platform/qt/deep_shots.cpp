@@ -84,7 +84,7 @@ void showResults(WindowBench& bench, const std::string& film, const std::functio
   bench.until([&bench] {
     const QImage shown = bench.deepMovie->movie().grab().toImage();
     const QColor middle = shown.pixelColor(shown.rect().center());
-    return middle != bench.deepMovie->palette().color(QPalette::Window) && middle != QColor(Qt::white);
+    return middle != bench.deepMovie->movie().palette().color(QPalette::Window) && middle != QColor(Qt::white);
   });
   take("deep-result");
   page.losses().setFocus(Qt::TabFocusReason);

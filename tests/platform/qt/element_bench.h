@@ -109,7 +109,7 @@ class ElementBench {
   app::WindowControls controls{centre};
   NoMovieView movieView;
   platform::qt::MainWindow window{queue, pictures, new platform::qt::MoviePane, movieView};
-  platform::qt::QtDeepPages deep{window, new QWidget, movieView};
+  platform::qt::QtDeepPages deep{window, new platform::qt::MoviePane, movieView};
   platform::qt::QtSheets sheets{window.panels(), queue};
 };
 

@@ -125,6 +125,35 @@ TEST_F(MainWindow, TwoDroppedFilesAreRefused) {
   EXPECT_TRUE(files.empty());
 }
 
+TEST_F(MainWindow, SeveralDroppedFilesGoToTheirReceiver) {
+  std::vector<Names> several;
+  window.setFilesReceiver([&several](Names all) { several.push_back(std::move(all)); });
+  EXPECT_TRUE(drops(local({QStringLiteral("/films/a.avi"), QStringLiteral("/films/Käse 100%25 #1?.avi")})));
+  EXPECT_EQ(several, (std::vector<Names>{{"/films/a.avi", "/films/Käse 100%25 #1?.avi"}}));
+  EXPECT_TRUE(files.empty());
+  EXPECT_TRUE(drops(local({QStringLiteral("/films/a.avi")})));
+  EXPECT_EQ(files, (Names{"/films/a.avi"})) << "one is one as before";
+  EXPECT_EQ(several.size(), 1U);
+}
+
+TEST_F(MainWindow, SeveralFilesAreTakenOnTheFirstPageWithoutAPanelOnly) {
+  int received = 0;
+  window.setFilesReceiver([&received](const Names&) { ++received; });
+  const QList<QUrl> two = local({QStringLiteral("/films/a.avi"), QStringLiteral("/films/b.avi")});
+  for (const int page : {1, 2}) {
+    showPage(page);
+    EXPECT_FALSE(drops(two)) << page;
+  }
+  showPage(0);
+  window.panels().begin(window.fixedPanels().filenotselectedwindow);
+  EXPECT_FALSE(drops(two));
+  window.panels().orderOut(window.fixedPanels().filenotselectedwindow);
+  EXPECT_FALSE(drops({two.front(), QUrl(QStringLiteral("https://example.org/b.avi"))}));
+  EXPECT_EQ(received, 0);
+  EXPECT_TRUE(drops(two));
+  EXPECT_EQ(received, 1);
+}
+
 TEST_F(MainWindow, DroppedWebAddressIsRefused) {
   EXPECT_FALSE(drops({QUrl(QStringLiteral("https://example.org/a.avi"))}));
   EXPECT_TRUE(files.empty());

@@ -60,7 +60,7 @@ AsOrdinaryUser::~AsOrdinaryUser() {
 PanelBench::PanelBench()
     : pictures(ZELVO_PICTURES),
       movieView(std::make_unique<NoMovieView>()),
-      window(queue, pictures, new platform::qt::HostedWidget, *movieView),
+      window(queue, pictures, new platform::qt::MoviePane, *movieView),
       application(queue, window, platform::linux_::loopWakers()),
       alerts(window.panels(), application),
       waits(window.panels(), application),

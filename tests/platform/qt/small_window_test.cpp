@@ -15,6 +15,7 @@
 #include "platform/qt/drawing/text.h"
 #include "platform/qt/panels/panel_frame.h"
 #include "platform/qt/window/step_marker.h"
+#include "tests/platform/qt/deep_samples.h"
 #include "tests/platform/qt/window_bench.h"
 
 namespace zelvo::tests {
@@ -82,6 +83,45 @@ TEST_F(SmallWindow, PagesScrollDownAndNotAcross) {
       if (!area->isVisible()) continue;
       EXPECT_LE(area->widget()->width(), area->viewport()->width()) << "page " << page + 1;
     }
+  }
+}
+
+TEST_F(SmallWindow, EveryStopOfTheDeepRepairsPagesComesIntoViewAndNothingScrollsAcross) {
+  const platform::DeepOutlets& deep = bench.deep->outlets();
+  deep.donorbutton.setHidden(false);
+  deep.result.show(partialResult());
+  deep.result.showComparison(sampleComparison());
+  deep.queue.show(sampleQueue());
+  for (const auto page : {platform::DeepPage::run, platform::DeepPage::result, platform::DeepPage::films}) {
+    deep.pages.show(page);
+    bench.settle();
+    int stops = 0;
+    for (QWidget* const stop : window.findChildren<QWidget*>()) {
+      if (!stop->isVisible() || !stop->isEnabled() || (stop->focusPolicy() & Qt::TabFocus) == 0) continue;
+      ++stops;
+      stop->setFocus(Qt::TabFocusReason);
+      bench.settle();
+      const QRect place(stop->mapTo(&window, QPoint()), stop->size());
+      EXPECT_TRUE(window.rect().contains(place)) << static_cast<int>(page) << ": " << placeOf(*stop);
+    }
+    EXPECT_GE(stops, 3);
+    for (QScrollArea* const area : window.findChildren<QScrollArea*>()) {
+      if (!area->isVisible()) continue;
+      EXPECT_LE(area->widget()->width(), area->viewport()->width()) << static_cast<int>(page);
+    }
+  }
+  deep.pages.show(platform::DeepPage::none);
+}
+
+TEST_F(SmallWindow, OffersStandAtTheTopOfTheirPages) {
+  const platform::DeepOutlets& deep = bench.deep->outlets();
+  deep.refusedoffer.show("A deep repair may still bring holiday at the lake, second part.avi back.");
+  deep.partlyoffer.show("The repair has not kept all of the film. A deep repair may bring back more.");
+  for (const auto& [page, button] :
+       {std::pair(0, window.choosePage().refusedofferbutton), {2, window.resultPage().partlyofferbutton}}) {
+    showPage(page);
+    EXPECT_TRUE(isWhole(*button)) << page;
+    EXPECT_GE(button->width(), button->sizeHint().width()) << page;
   }
 }
 

@@ -54,6 +54,31 @@ TEST(PictureShape, MarksTellTheCodec) {
             Codec::mpegVideo);
 }
 
+TEST(PictureShape, MsVideoIsKnownByInstructionsThatComeToOneSize) {
+  std::vector<Bytes> payloads;
+  for (unsigned seed = 0; seed < 12; ++seed) payloads.push_back(msVideoPicture(40, 30, seed));
+  StreamSample sample = sampleOf(payloads);
+  const auto shape = salvage::pictureShape(sample, std::nullopt);
+  EXPECT_EQ(shape.codec, Codec::msVideo8);
+  EXPECT_EQ(shape.compression, avi::FourCC{"CRAM"});
+  EXPECT_EQ(shape.bits, 8);
+  EXPECT_EQ(shape.size, (PictureSize{160, 120}));
+  EXPECT_EQ(salvage::codecWithoutMarks(sample), std::nullopt);
+  // What was read in part says nothing, and two that were read whole are no proof.
+  for (auto* list : {&sample.payloads, &sample.whole}) {
+    for (std::size_t i = 0; i < list->size(); ++i) {
+      if (i > 0 || list == &sample.whole) (*list)[i].size += 100;
+    }
+  }
+  EXPECT_NE(salvage::pictureShape(sample, std::nullopt).codec, Codec::msVideo8);
+}
+
+TEST(PictureShape, MsVideoIsNoneWherePicturesHaveDifferentSizes) {
+  std::vector<Bytes> payloads;
+  for (unsigned seed = 0; seed < 12; ++seed) payloads.push_back(msVideoPicture(40, 20 + seed, seed));
+  EXPECT_NE(codecOf(payloads), Codec::msVideo8);
+}
+
 TEST(PictureShape, Mpeg4IsNoMpeg2) {
   EXPECT_EQ(codecOf(group(numbered({0, 0, 1, 0xb3, 1, 2, 3, 4, 0, 0, 1, 0xb6, 1}), numbered({0, 0, 1, 0xb6, 0x50}))),
             Codec::mpeg4);

@@ -115,6 +115,20 @@ TEST_F(TrialShapeTest, CodecIsThatWhoseDecoderGivesAPicture) {
   EXPECT_EQ(shapeOf(film({176, 144}))->compression, avi::FourCC{"MP42"});
 }
 
+TEST_F(TrialShapeTest, CodecThatMakesPicturesOfAFewPayloadsAloneIsNone) {
+  std::vector<Bytes> payloads = film({176, 144});
+  for (const std::size_t odd : {0U, 4U}) {
+    std::uint32_t state = 1;
+    for (std::byte& byte : payloads[odd]) byte = static_cast<std::byte>((state = state * 1664525 + 1013904223) >> 24U);
+    payloads[odd][0] = std::byte{0};
+  }
+  EXPECT_TRUE(shapeOf(payloads));
+  for (std::size_t odd = 0; odd < payloads.size(); ++odd) {
+    if (odd != 2 && odd != 6) payloads[odd] = payloads[odd == 4 ? 0 : 4];
+  }
+  EXPECT_EQ(shapeOf(payloads), std::nullopt);
+}
+
 TEST_F(TrialShapeTest, PicturesMayBeginAtTheBottom) {
   decoder.isUpsideDown = true;
   EXPECT_EQ(shapeOf(film({320, 240}))->size, (PictureSize{320, 240}));
@@ -122,7 +136,7 @@ TEST_F(TrialShapeTest, PicturesMayBeginAtTheBottom) {
 
 TEST_F(TrialShapeTest, KnownSizeNeedsNoOthers) {
   EXPECT_EQ(shapeOf(film({300, 200}), Codec::msMpeg4, PictureSize{300, 200})->size, (PictureSize{300, 200}));
-  EXPECT_LT(decoder.decodes, 10U);
+  EXPECT_LT(decoder.decodes, 30U);
 }
 
 TEST_F(TrialShapeTest, SizeThatIsKnownWronglyIsFoundAllTheSame) {

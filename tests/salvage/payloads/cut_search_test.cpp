@@ -46,7 +46,7 @@ class CutSearchTest : public testing::Test {
   Bytes key = bytesOfChance(3000, 3);
   Bytes next = bytesOfChance(2000, 4);
   platform::TrialStream stream{.codec = 1, .width = 32, .height = 32, .bits = 24, .extra = {}};
-  PayloadNeighbours neighbours{.before = {key, next}, .after = {next}};
+  PayloadNeighbours neighbours{.before = {key, next}, .good = {0, 1}, .after = {next}, .nextKey = {}};
   KnownPictures decoder{{payload, key, next}};
   TrialBudget budget;
 };
@@ -94,6 +94,50 @@ TEST_F(CutSearchTest, SilenceOverTooManyCutsTellsNothing) {
   const Bytes bytes = withForeignBytes(2000);
   for (std::uint32_t cut = 1900; cut < 2100; ++cut) decoder.silent[cutAt(bytes, cut)] = cut - 1800;
   EXPECT_EQ(search(bytes), std::nullopt);
+}
+
+TEST_F(CutSearchTest, CutOfWhichTheEndIsNotReadIsNone) {
+  const Bytes bytes = withForeignBytes(2000);
+  Bytes tried = cutAt(bytes, 2010);
+  decoder.silent[tried] = 0;
+  EXPECT_EQ(search(bytes), 2010U);
+  tried.resize(tried.size() - 2);
+  decoder.silent[tried] = 0;
+  EXPECT_EQ(search(bytes), 2000U);
+}
+
+TEST_F(CutSearchTest, CutThatIsNotTakenAmongItsNeighboursIsNone) {
+  neighbours.needsKey = true;
+  const Bytes bytes = withForeignBytes(2000);
+  decoder.silent[cutAt(bytes, 2010)] = 0;
+  EXPECT_EQ(search(bytes), 2010U);
+  decoder.strange.insert(cutAt(bytes, 2010));
+  EXPECT_EQ(search(bytes), 2000U);
+}
+
+TEST_F(CutSearchTest, PictureThatIsFarFromItsNeighboursIsNone) {
+  Bytes bytes = withForeignBytes(1);
+  bytes[3000] ^= std::byte{1};
+  decoder.silent[cutAt(bytes, 1)] = 10;
+  EXPECT_EQ(search(bytes), std::nullopt);
+  decoder.silent[cutAt(bytes, 1)] = 2;
+  EXPECT_EQ(search(bytes), 1U);
+}
+
+TEST_F(CutSearchTest, BelowAPictureThatChangesItMayBeFar) {
+  Bytes bytes = withForeignBytes(2000);
+  bytes[3000] ^= std::byte{1};
+  decoder.silent[cutAt(bytes, 2000)] = 700;
+  EXPECT_EQ(search(bytes), 2000U);
+}
+
+TEST_F(CutSearchTest, DamagedNeighboursAreNoExample) {
+  // The one before complains, so that any complaint would be usual.
+  neighbours.before[1][5] ^= std::byte{1};
+  neighbours.good = {0};
+  EXPECT_EQ(search(withForeignBytes(2000)), 2000U);
+  neighbours.good = {0, 1};
+  EXPECT_NE(search(withForeignBytes(2000)), 2000U);
 }
 
 TEST_F(CutSearchTest, CutsThatShowTheSamePictureAreOne) {

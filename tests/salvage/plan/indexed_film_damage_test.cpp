@@ -85,6 +85,18 @@ TEST(IndexedFilmDamage, DoubledSpanIsTakenOnce) {
   EXPECT_EQ(planOfIndex(film), allBut(80));
 }
 
+TEST(IndexedFilmDamage, ChunkInFrontOfADoubledSpanIsWhole) {
+  MadeFilm film;
+  const std::uint64_t begin = film.headers[20] + 300;
+  const std::uint64_t end = film.headers[27] + 300;
+  film.insert(end, film.part(begin, end - begin));
+  // What the index's own place tells comes first now, so that it is the copy whose headers are taken.
+  film.insert(film.headers[0], noise(64));
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_EQ(planned.plan.slots[20].state, SlotState::whole);
+}
+
 TEST(IndexedFilmDamage, DeadCodeIsReadByItsPlace) {
   MadeFilm film;
   film.fill(film.headers[20], 4);

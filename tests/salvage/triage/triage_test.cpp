@@ -198,6 +198,27 @@ TEST(Triage, ALargeFilmOfLargeChunksIsAFilmAllOver) {
   EXPECT_GT(report.kept.share, 0.9);
 }
 
+TEST(Triage, PicturesLargerThanAPlaceAreKeptWithoutHeadersToo) {
+  // None of them lies whole in a place, and without headers only whole ones show what they are; a deep repair sees
+  // that.
+  AviBuilder builder;
+  for (int i = 0; i < 200; ++i) {
+    builder.chunks.push_back({"00dc", 6000 + static_cast<std::uint32_t>(i)});
+    builder.chunks.push_back({"01wb", 320});
+  }
+  Bytes bytes = builder.build();
+  const std::string_view jpeg("\xff\xd8\xff\xc0\x00\x11\x08\x00\xf0\x01\x40\x03\x01\x22\x00\x02\x11\x01\x03\x11\x01",
+                              21);
+  const auto headers = chunkOffsets(builder);
+  for (std::size_t i = 0; i < headers.size(); i += 2) overwrite(bytes, static_cast<std::size_t>(headers[i]) + 8, jpeg);
+  std::fill_n(bytes.begin(), headers.front() + 20'000, std::byte{0});
+  const double kept = keptOf(bytes);
+  EXPECT_GT(kept, 0.8);
+  const TriageReport report = triageOf(bytes, kFewPlaces);
+  EXPECT_FALSE(report.isWhole);
+  EXPECT_THAT(report.kept.share, DoubleNear(kept, 0.1));
+}
+
 TEST(Triage, AStopEndsItBetweenReads) {
   const MadeFilm film(600);
   int asked = 0;
