@@ -83,6 +83,7 @@ TEST_F(FilmsFlow, TheyAreRepairedOneAfterTheOtherIntoOneFolder) {
   EXPECT_EQ(alerts.shown().back().message,
             "1 film repaired, in " + temp / "out" + ". Nothing could be made of 2 films.");
   EXPECT_EQ(settings.value("deep/output-folder"), temp / "out");
+  EXPECT_EQ(settings.value("deep/written-folder"), temp / "out");
 }
 
 TEST_F(FilmsFlow, WhatFailedCanBeTriedAgainAndWhatIsDoneNeedNot) {
@@ -101,6 +102,24 @@ TEST_F(FilmsFlow, WhatFailedCanBeTriedAgainAndWhatIsDoneNeedNot) {
   EXPECT_EQ(programs.started.size(), 3U);
   EXPECT_EQ(states(), (std::vector<State>{State::done, State::done}));
   EXPECT_FALSE(screen.queuestartbutton.isEnabled());
+}
+
+TEST_F(FilmsFlow, AFilmThatWasTakenOutIsNotHeardOfAnyMore) {
+  open({"a.avi", "b.avi"});
+  press(screen.queuestartbutton);
+  play = [&](Program& program) {
+    press(screen.queuestopbutton);
+    screen.queue.remove(0);
+    press(screen.queuestartbutton);
+    repair(program);
+  };
+  ASSERT_TRUE(workers.runNext());
+  EXPECT_EQ(states(), std::vector<State>{State::working});
+  EXPECT_TRUE(screen.queuestopbutton.isEnabled());
+  play = [this](Program& program) { repair(program); };
+  runWorkers();
+  EXPECT_EQ(states(), std::vector<State>{State::done});
+  EXPECT_EQ(scratchNames(), std::vector<std::string>{"2"});
 }
 
 TEST_F(FilmsFlow, AFilmThatIsStartedAgainDoesNotHearTheEndOfItsFirstRun) {
