@@ -263,8 +263,10 @@ def use(options, home, chance):
         warm = time.monotonic() + min(60.0, options.minutes * 60 / 4)
         while time.monotonic() < warm and program.process.poll() is None:
             user.step()
-        if not user.go_home():
+        if program.process.poll() is None and not user.go_home():
             return ["the first page could not be reached:\n" + program.screen.listing()]
+        if program.process.poll() is not None:
+            return [ended(program, user)]
         time.sleep(3)
         first = figures_at_rest(program.process.pid)
         figures = Figures(program.process.pid)
@@ -277,10 +279,8 @@ def use(options, home, chance):
                 shutil.rmtree(saved)
                 os.makedirs(saved)
             time.sleep(chance.choice((0, 0, 0.1, 0.5)))
-        status = program.process.poll()
-        if status is not None:
-            print("Pressed last: " + ", ".join(user.last))
-            return [f"the program ended with {status}; see what it said:\n" + last_words(program.said)]
+        if program.process.poll() is not None:
+            return [ended(program, user)]
         if not user.go_home():
             wrong.append("the first page could not be reached:\n" + program.screen.listing())
         last = figures_at_rest(program.process.pid, first)
@@ -314,9 +314,11 @@ def use(options, home, chance):
     return wrong
 
 
-def last_words(path):
-    with open(path, "rb") as said:
-        return said.read()[-2000:].decode(errors="replace")
+def ended(program, user):
+    with open(program.said, "rb") as said:
+        words = said.read()[-2000:].decode(errors="replace")
+    pressed = ", ".join(user.last)
+    return f"the program ended with {program.process.poll()} after {pressed}; what it said:\n{words}"
 
 
 def kill(options, home, chance):
