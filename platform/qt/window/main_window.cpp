@@ -43,18 +43,6 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
 
 }  // namespace
 
-class MainWindow::UnseenMovieView final : public MovieView {
- public:
-  explicit UnseenMovieView(MainQueue& queue) : queue_(queue) {}
-  void setMovie(std::shared_ptr<Movie> movie) override {
-    queue_.perform([this, movie = std::move(movie)] { movie_ = movie; });
-  }
-
- private:
-  MainQueue& queue_;
-  std::shared_ptr<Movie> movie_;
-};
-
 MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView)
     : queue_(queue),
       pictures_(pictures),
@@ -105,6 +93,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
 }
 
 MainWindow::~MainWindow() {
+  place_.reset();
   // Widgets that go leave the pointer to those that are still there, and these would tell of it.
   for (QtButton* button : buttonsIn(*content_)) button->host().stopTracking();
   panels_->setObserver({});
@@ -284,6 +273,7 @@ void MainWindow::setUpdateRemark(const QString& remark) {
 
 void MainWindow::fitInto(const QSize& free) {
   resize(QSize(kWidth, kHeight).boundedTo(free - kFrameRoom).expandedTo(minimumSize()));
+  if (place_ != nullptr) place_->restore();
 }
 
 void MainWindow::addPage(WindowPage& page) {

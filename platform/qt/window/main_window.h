@@ -21,8 +21,11 @@
 #include "platform/qt/panels/help_panel.h"
 #include "platform/qt/panels/panel_stack.h"
 #include "platform/qt/preview/movie_pane.h"
+#include "platform/qt/window/unseen_movie_view.h"
 #include "platform/qt/window/window_pages.h"
 #include "platform/qt/window/window_panels.h"
+#include "platform/qt/window/window_place.h"
+#include "platform/settings.h"
 
 namespace zelvo::platform::qt {
 
@@ -64,8 +67,11 @@ class MainWindow final : public QWidget, public Window {
   /// What the buttons that look for an update say besides, since they cannot do it.
   void setUpdateRemark(const QString& remark);
   /// Makes the window as large as it would like to be, or as `free`, the screen's part that no desktop panel covers,
-  /// has room for; a title bar's height is left to the window manager. Logical pixels.
+  /// has room for; a title bar's height is left to the window manager. Logical pixels. Where a place is remembered, the
+  /// window goes there.
   void fitInto(const QSize& free);
+  /// Where its place is remembered; they outlive the window.
+  void setSettings(Settings& settings) { place_ = std::make_unique<WindowPlace>(*this, settings); }
 
   /// False while the window cannot answer: the button that stops a save looks off then.
   void setAnswering(bool answering);
@@ -103,9 +109,6 @@ class MainWindow final : public QWidget, public Window {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  /// Shows a movie that no page has a place for: nothing.
-  class UnseenMovieView;
-
   void fillOutlets(MovieView& movieView);
   void addShortcuts();
   /// Keys that press a button while it is seen and no panel is.
@@ -149,6 +152,7 @@ class MainWindow final : public QWidget, public Window {
   std::function<void(std::vector<std::string> files)> filesReceiver_;
   std::vector<std::pair<const QWidget*, const FlatProgressBar*>> titleBars_;
   QUrl helpPage_;
+  std::unique_ptr<WindowPlace> place_;
   bool wasPainted_ = false;
 };
 
