@@ -216,7 +216,16 @@ class User:
     def go_home(self):
         """Back to the first page, whatever is shown."""
         deadline = time.monotonic() + 2 * PATIENCE
-        leave = ("Stop the repair", "Stop saving", "Leave", "Discard", "OK", "See the result", "Yes", "No", "Cancel")
+        leave = (
+            "Stop the repair",
+            "Stop saving",
+            "Stop and leave",
+            "Leave",
+            "Not now",
+            "OK",
+            "See the result",
+            "Cancel",
+        )
         while time.monotonic() < deadline:
             elements, dialog = self.program.shown()
             buttons = {name: node for role, name, node, _, usable in elements if role in BUTTON and usable}
@@ -230,7 +239,7 @@ class User:
                 order = leave if dialog else ("Stop preview", "Home", "Stop")
                 name = next((one for one in order if one in buttons), None)
                 if name is None and dialog and buttons:
-                    name = sorted(buttons)[0]
+                    name = self.chance.choice(sorted(buttons))
                 if name is not None:
                     self.program.press(buttons[name])
             time.sleep(0.2)
@@ -344,7 +353,7 @@ def kill(options, home, chance):
                 field.set_text_contents(saved + ".avi" if is_deep else saved)
                 program.press(buttons["Save"])
             else:
-                order = ("See the result", "OK", "No", SAVE) if stage != "started" else (way, "Repair")
+                order = ("See the result", "Not now", "OK", SAVE) if stage != "started" else (way, "Repair")
                 name = next((one for one in order if one in buttons), None)
                 if name is not None:
                     stage = {"Repair": "repairing", DEEP: "deep repair", SAVE: "at the result"}.get(name, stage)
