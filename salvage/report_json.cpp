@@ -156,6 +156,7 @@ void writeSpans(JsonWriter& json, const SalvageReport& report) {
   }
   json.endArray();
   json.member("spans_left_out", report.spansLeftOut);
+  json.member("chunks_left_out", report.chunksLeftOut);
 }
 
 // ---- Reading -----------------------------------------------------------------------------------------------------
@@ -353,6 +354,7 @@ std::optional<SalvageReport> readReport(std::string_view json) {
   members.count("indexed_chunks", report.indexedChunks);
   members.items("spans", report.spans, kMaxSpans, readSpan);
   members.count("spans_left_out", report.spansLeftOut);
+  members.count("chunks_left_out", report.chunksLeftOut);
   members.seconds("sync_before", report.syncBefore);
   members.seconds("sync_after", report.syncAfter);
   members.count("unreadable", report.unreadable);
