@@ -218,6 +218,17 @@ TEST_F(FilmsFlow, WhereNoProgramCanBeStartedTheQueueStops) {
   EXPECT_EQ(takeAlerts(), std::vector<std::string>{"The deep repair did not come to its end"});
 }
 
+TEST_F(FilmsFlow, WithoutAThreadTheQueueStopsAndSaysSo) {
+  open({"a.avi", "b.avi"});
+  workers.refuseNext();
+  press(screen.queuestartbutton);
+  runWorkers();
+  EXPECT_EQ(states(), (std::vector<State>{State::failed, State::waiting}));
+  EXPECT_EQ(takeAlerts(), std::vector<std::string>{"The deep repair did not come to its end"});
+  EXPECT_TRUE(programs.started.empty());
+  EXPECT_EQ(scratchNames(), std::vector<std::string>());
+}
+
 TEST_F(FilmsFlow, AFolderThatCannotBeUsedIsToldBeforeAnythingBegins) {
   open({"a.avi"});
   press(screen.queuefolderbutton);
