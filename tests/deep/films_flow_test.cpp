@@ -284,6 +284,22 @@ TEST_F(FilmsFlow, ResultsAreOpenedWhileOthersAreWorkedOn) {
   EXPECT_EQ(screen.pages.shown(), DeepPage::films);
 }
 
+TEST_F(FilmsFlow, AFilmThatIsAddedMeanwhileIsRepairedToo) {
+  open({"a.avi"});
+  press(screen.queuestartbutton);
+  play = [&](Program& program) {
+    if (programs.started.size() == 1) {
+      press(screen.queueaddbutton);
+      ASSERT_TRUE(choosers.answerFilms({temp.put("b.avi", "x")}));
+      EXPECT_EQ(states(), (std::vector<State>{State::working, State::waiting}));
+    }
+    repair(program);
+  };
+  runWorkers();
+  EXPECT_EQ(states(), (std::vector<State>{State::done, State::done}));
+  EXPECT_EQ(takeAlerts(), std::vector<std::string>{"All films are done"});
+}
+
 TEST_F(FilmsFlow, FilmsAreTakenOutButNotTheOneThatIsWorkedOn) {
   const auto paths = open({"a.avi", "b.avi", "c.avi"});
   press(screen.queuestartbutton);
