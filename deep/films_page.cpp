@@ -251,7 +251,8 @@ void FilmsPage::tellAllDone() {
   }
   if (repaired == 0) return questions_.tell(texts::kAllDoneTitle, message);
   const std::string folder = folder_;
-  if (questions_.choose(texts::kAllDoneTitle, message, texts::kOpenFolder, texts::kClose) == platform::kAlertDefault) {
+  if (questions_.tellDone(texts::kAllDoneTitle, message, texts::kOpenFolder, texts::kClose) ==
+      platform::kAlertDefault) {
     services_.workspace.openURL(fileUrl(folder));
   }
 }

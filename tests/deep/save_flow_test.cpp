@@ -44,6 +44,7 @@ TEST_F(SaveFlowTest, CopiesTheFilmAndSaysWhereItLies) {
   EXPECT_EQ(screen.saveprogressbar.doubleValue(), 100.0);
   EXPECT_EQ(takeAlerts(), std::vector<std::string>{"The film is saved"});
   EXPECT_EQ(lastMessage(), "It was saved as " + temp / "mine.avi" + ".");
+  EXPECT_EQ(alerts.shown().back().sign, platform::SheetSign::done);
   EXPECT_EQ(temp.names(), (std::vector<std::string>{"broken.avi", "cache", "mine.avi"}));
   // Saved, so nobody is asked.
   ASSERT_TRUE(press(screen.resulthome));
