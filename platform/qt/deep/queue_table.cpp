@@ -155,7 +155,8 @@ void QueueTable::resizeEvent(QResizeEvent* event) {
     state = std::max(state, fontMetrics().horizontalAdvance(nameOf(one)));
   }
   state += kCellPadding;
-  const int progress = viewport()->width() < kWidthForProgress ? kNarrowProgressWidth : kProgressWidth;
+  const int title = header()->fontMetrics().horizontalAdvance(texts::columnProgress()) + kCellPadding;
+  const int progress = std::max(title, viewport()->width() < kWidthForProgress ? kNarrowProgressWidth : kProgressWidth);
   const int rest = viewport()->width() - state - progress - kCrossColumn;
   const int film = std::max(kLeastFilmWidth, rest * 2 / 5);
   header()->resizeSection(QueueModel::film, film);
