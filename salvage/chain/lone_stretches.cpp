@@ -24,9 +24,18 @@ class Dropping {
   [[nodiscard]] bool areAdjacent(std::size_t entry) const {
     return entries_[entry].end() + entries_[entry].size % 2 == entries_[entry + 1].offset;
   }
-  [[nodiscard]] bool isOther(std::size_t candidate, std::size_t entry) const;
-  [[nodiscard]] bool goesOnAfter(std::size_t last);
-  [[nodiscard]] bool goesOnBefore(std::size_t first);
+  /// How the chain goes on at an end of a stretch.
+  enum class Neighbour {
+    expected,  ///< as the index has it, for all that is known
+    other,     ///< with a chunk that the index has not there
+    claimed,   ///< with one that would do, but the index has its own one elsewhere, and this one for another entry
+    unknown,   ///< the same, and no entry names this one
+  };
+
+  [[nodiscard]] Neighbour neighbour(std::size_t candidate, std::size_t entry);
+  [[nodiscard]] Neighbour after(std::size_t last);
+  [[nodiscard]] Neighbour before(std::size_t first);
+  [[nodiscard]] bool isLone(std::size_t first, std::size_t last);
 
   DisplacementCover& cover_;
   std::span<const TemplateEntry> entries_;
@@ -35,26 +44,38 @@ class Dropping {
   std::uint64_t looks_ = 0;
 };
 
-/// Whether a sound chunk is another than an entry's.
-bool Dropping::isOther(std::size_t candidate, std::size_t entry) const {
+/// What a chunk is that stands where an entry's should.
+Dropping::Neighbour Dropping::neighbour(std::size_t candidate, std::size_t entry) {
   const Candidate& chunk = candidates_[candidate];
-  return chunk.kind() == CandidateKind::data && chain_.closes(candidate) &&
-         (chunk.stream() != entries_[entry].stream || chunk.size() != entries_[entry].size);
+  if (chunk.kind() != CandidateKind::data || !chain_.closes(candidate)) return Neighbour::expected;
+  if (chunk.stream() != entries_[entry].stream || chunk.size() != entries_[entry].size) return Neighbour::other;
+  if (cover_.ofEntry[entry] == DisplacementCover::kNone || headerOf(entry) == candidate) return Neighbour::expected;
+  return cover_.isClaimed[candidate] != 0 ? Neighbour::claimed : Neighbour::unknown;
 }
 
-bool Dropping::goesOnAfter(std::size_t last) {
-  if (last + 1 >= entries_.size() || !areAdjacent(last)) return false;
+Dropping::Neighbour Dropping::after(std::size_t last) {
+  if (last + 1 >= entries_.size() || !areAdjacent(last)) return Neighbour::expected;
   const std::uint32_t next = chain_.next(headerOf(last));
-  return next != ChunkChain::kNone && isOther(next, last + 1);
+  return next == ChunkChain::kNone ? Neighbour::expected : neighbour(next, last + 1);
 }
 
-bool Dropping::goesOnBefore(std::size_t first) {
-  if (first == 0 || !areAdjacent(first - 1)) return false;
+Dropping::Neighbour Dropping::before(std::size_t first) {
+  if (first == 0 || !areAdjacent(first - 1)) return Neighbour::expected;
   const std::size_t header = headerOf(first);
   for (std::size_t at = header; at > 0 && header - at < kMaxBack; --at) {
-    if (chain_.next(at - 1) == header) return isOther(at - 1, first - 1);
+    if (chain_.next(at - 1) == header) return neighbour(at - 1, first - 1);
   }
-  return false;
+  return Neighbour::expected;
+}
+
+/// Where chunks have one size, those that a lost part of the index named look like lost ones of another part.
+bool Dropping::isLone(std::size_t first, std::size_t last) {
+  const Neighbour behind = after(last);
+  if (behind == Neighbour::expected) return false;
+  const Neighbour inFront = before(first);
+  if (inFront == Neighbour::expected) return false;
+  return (behind == Neighbour::other && inFront == Neighbour::other) || behind == Neighbour::unknown ||
+         inFront == Neighbour::unknown;
 }
 
 void Dropping::run() {
@@ -62,7 +83,7 @@ void Dropping::run() {
     std::size_t end = first + 1;
     while (end < entries_.size() && cover_.ofEntry[end] == cover_.ofEntry[first]) ++end;
     const bool mayBeLone = cover_.ofEntry[first] != DisplacementCover::kNone && cover_.ofEntry[first] != 0;
-    if (mayBeLone && goesOnAfter(end - 1) && goesOnBefore(first)) {
+    if (mayBeLone && isLone(first, end - 1)) {
       for (std::size_t i = first; i < end; ++i) {
         cover_.isClaimed[headerOf(i)] = 0;
         cover_.ofEntry[i] = DisplacementCover::kNone;

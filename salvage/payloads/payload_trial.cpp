@@ -114,7 +114,8 @@ std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload)
   const std::size_t beside = isAfterKey() ? neighbours_.before.front().size()
                              : hasNext    ? neighbours_.after.front().size()
                                           : 0;
-  const std::size_t count = isAfterKey() || hasNext ? 2 : 1;
+  // Pictures between the key and this one that the decoder misses take it as long as one that is there.
+  const std::size_t count = isAfterKey() ? 3 : hasNext ? 2 : 1;
   if (!isOpen_ || !budget_.take(stream_, count, payload.size() + beside)) return std::nullopt;
   LoneTrial trial;
   const std::uint32_t number = isAfterKey() ? 1 : 0;

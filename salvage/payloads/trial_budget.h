@@ -45,7 +45,7 @@ class TrialBudget {
   /// Where payloads are large, their bytes take longer than their pixels.
   [[nodiscard]] static std::uint64_t costOf(const platform::TrialStream& stream, std::size_t payloads,
                                             std::size_t bytes) {
-    constexpr std::uint64_t kOfByte = 8;
+    constexpr std::uint64_t kOfByte = 2;
     return std::max(std::uint64_t{stream.width} * stream.height, kLeast) * payloads + kOfByte * bytes;
   }
 

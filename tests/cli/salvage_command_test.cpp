@@ -66,6 +66,36 @@ TEST(SalvageCommand, DamagedFilmIsPartlyThereAndExitsWithSuccess) {
   EXPECT_THAT(folder.names(), ElementsAre("in.avi", "out.avi"));
 }
 
+TEST(SalvageCommand, DecoderThatIsMissedIsNamed) {
+  std::string bytes = film();
+  bytes.insert(bytes.find("movi") + 4 + 9 * 616 + 8 + 250, 777, 'x');
+  const TempFolder folder;
+  const TempFolder elsewhere;
+  writeFile(folder / "in.avi", bytes);
+  const std::string program = zelvoAvi({}).front();
+  std::filesystem::copy_file(program, elsewhere / "zelvo-avi");
+
+  const Ended alone = run({elsewhere / "zelvo-avi", "salvage", folder / "in.avi", "-o", folder / "alone.avi"});
+  const Ended beside = run({program, "salvage", folder / "in.avi", "-o", folder / "beside.avi"});
+
+  EXPECT_EQ(alone.exit, 0);
+  EXPECT_THAT(alone.err, HasSubstr("could have been found by decoding, but the program zelvo-avi-decoder"));
+  EXPECT_THAT(folder.names(), ElementsAre("alone.avi", "beside.avi", "in.avi"));
+  EXPECT_THAT(beside.err, Not(HasSubstr("zelvo-avi-decoder")));
+}
+
+TEST(SalvageCommand, ChunksForWhichThereIsNoRoomAreTold) {
+  const TempFolder folder;
+  writeFile(folder / "in.avi", SmallAvi{.frames = 100'000, .frameSize = 4, .soundSize = 4}.bytes());
+
+  const Ended ended = runZelvoAvi({"salvage", "--dry-run", folder / "in.avi"});
+
+  EXPECT_THAT(ended.out, HasSubstr("Left out:  "));
+  EXPECT_THAT(ended.out, HasSubstr(" chunks more than are kept of a film of this size\n"));
+  EXPECT_THAT(runZelvoAvi({"salvage", "--dry-run", folder / "in.avi", "--json"}).out,
+              Not(HasSubstr("\"chunks_left_out\":0,")));
+}
+
 TEST(SalvageCommand, SmallerAndSilentFilmsAreTakenToo) {
   const TempFolder folder;
   writeFile(folder / "in.avi", SmallAvi{.frames = 4, .hasAudioHeader = false}.bytes());

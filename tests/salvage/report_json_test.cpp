@@ -62,6 +62,7 @@ SalvageReport fullReport() {
     report.spans.push_back(span);
   }
   report.spansLeftOut = 3;
+  report.chunksLeftOut = 5;
   report.syncBefore = 1.25;
   report.syncAfter = 0.04;
   report.unreadable = 4096;

@@ -11,6 +11,7 @@
 #include <array>
 
 #include "platform/qt/drawing/appearance.h"
+#include "platform/qt/drawing/scroll_areas.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/window/desktop_notice.h"
 #include "platform/qt/window/dragged_files.h"
@@ -50,6 +51,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
       layers_(new QStackedWidget),
       pages_(new QStackedWidget) {
   QAccessible::installFactory(accessibleWindow);  // once, however often it is asked
+  installScrollAreaAccessibility();
   setWindowTitle(texts::productName());
   setAcceptDrops(true);
   resize(kWidth, kHeight);

@@ -1,4 +1,5 @@
 // What a screen reader is told, and where the keyboard can go.
+#include <QScrollArea>
 #include <array>
 #include <string>
 #include <vector>
@@ -155,6 +156,23 @@ TEST_F(Accessibility, UpdateButtonsSayWhatTheyCannotDo) {
     EXPECT_EQ(button.toolTip().toStdString(), "Look for an update\nThere is no updater.");
     EXPECT_EQ(nameOf(button), "Look for an update");
     EXPECT_TRUE(button.isEnabled()) << "a press does what it always does";
+  }
+}
+
+TEST_F(Accessibility, ScrollAreaHasNoChildBehindItsLast) {
+  showPage(2);
+  const std::vector<QScrollArea*> areas = allBelow<QScrollArea>(window);
+  ASSERT_FALSE(areas.empty());
+  for (QScrollArea* area : areas) {
+    QAccessibleInterface& element = told(*area);
+    const int count = element.childCount();
+    ASSERT_GE(count, 1);
+    for (int past = 0; past < 1000; ++past) EXPECT_EQ(element.child(count + past), nullptr);
+    EXPECT_EQ(element.child(-1), nullptr);
+    bool holdsContent = false;
+    walk(element,
+         [&](QAccessibleInterface& below) { holdsContent = holdsContent || below.object() == area->widget(); });
+    EXPECT_TRUE(holdsContent || !area->isVisible());
   }
 }
 

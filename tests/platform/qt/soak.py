@@ -216,7 +216,16 @@ class User:
     def go_home(self):
         """Back to the first page, whatever is shown."""
         deadline = time.monotonic() + 2 * PATIENCE
-        leave = ("Stop the repair", "Stop saving", "Leave", "Discard", "OK", "See the result", "Yes", "No", "Cancel")
+        leave = (
+            "Stop the repair",
+            "Stop saving",
+            "Stop and leave",
+            "Leave",
+            "Not now",
+            "OK",
+            "See the result",
+            "Cancel",
+        )
         while time.monotonic() < deadline:
             elements, dialog = self.program.shown()
             buttons = {name: node for role, name, node, _, usable in elements if role in BUTTON and usable}
@@ -230,7 +239,7 @@ class User:
                 order = leave if dialog else ("Stop preview", "Home", "Stop")
                 name = next((one for one in order if one in buttons), None)
                 if name is None and dialog and buttons:
-                    name = sorted(buttons)[0]
+                    name = self.chance.choice(sorted(buttons))
                 if name is not None:
                     self.program.press(buttons[name])
             time.sleep(0.2)
@@ -263,8 +272,10 @@ def use(options, home, chance):
         warm = time.monotonic() + min(60.0, options.minutes * 60 / 4)
         while time.monotonic() < warm and program.process.poll() is None:
             user.step()
-        if not user.go_home():
+        if program.process.poll() is None and not user.go_home():
             return ["the first page could not be reached:\n" + program.screen.listing()]
+        if program.process.poll() is not None:
+            return [ended(program, user)]
         time.sleep(3)
         first = figures_at_rest(program.process.pid)
         figures = Figures(program.process.pid)
@@ -277,10 +288,8 @@ def use(options, home, chance):
                 shutil.rmtree(saved)
                 os.makedirs(saved)
             time.sleep(chance.choice((0, 0, 0.1, 0.5)))
-        status = program.process.poll()
-        if status is not None:
-            print("Pressed last: " + ", ".join(user.last))
-            return [f"the program ended with {status}; see what it said:\n" + last_words(program.said)]
+        if program.process.poll() is not None:
+            return [ended(program, user)]
         if not user.go_home():
             wrong.append("the first page could not be reached:\n" + program.screen.listing())
         last = figures_at_rest(program.process.pid, first)
@@ -314,9 +323,11 @@ def use(options, home, chance):
     return wrong
 
 
-def last_words(path):
-    with open(path, "rb") as said:
-        return said.read()[-2000:].decode(errors="replace")
+def ended(program, user):
+    with open(program.said, "rb") as said:
+        words = said.read()[-2000:].decode(errors="replace")
+    pressed = ", ".join(user.last)
+    return f"the program ended with {program.process.poll()} after {pressed}; what it said:\n{words}"
 
 
 def kill(options, home, chance):
@@ -342,7 +353,7 @@ def kill(options, home, chance):
                 field.set_text_contents(saved + ".avi" if is_deep else saved)
                 program.press(buttons["Save"])
             else:
-                order = ("See the result", "OK", "No", SAVE) if stage != "started" else (way, "Repair")
+                order = ("See the result", "Not now", "OK", SAVE) if stage != "started" else (way, "Repair")
                 name = next((one for one in order if one in buttons), None)
                 if name is not None:
                     stage = {"Repair": "repairing", DEEP: "deep repair", SAVE: "at the result"}.get(name, stage)

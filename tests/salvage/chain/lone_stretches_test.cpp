@@ -54,6 +54,36 @@ TEST(LoneStretches, ThoseInTheMidstOfSoundChunksAreTakenBack) {
   EXPECT_EQ(cover.ofEntry[58 - 30], 0U);
 }
 
+TEST(LoneStretches, ChunksThatALostPartOfTheIndexNamedAreNotTakenForLostOnes) {
+  AviBuilder builder;
+  for (int i = 0; i < 60; ++i) builder.chunks.push_back({"00dc", 1000, std::byte{0x91}});
+  platform::Bytes bytes = builder.build();
+  const auto offsets = chunkOffsets(builder);
+  bytes.erase(bytes.begin() + static_cast<std::ptrdiff_t>(offsets[50] + 300),
+              bytes.begin() + static_cast<std::ptrdiff_t>(offsets[55] + 500));
+  Covered film(bytes);
+  ASSERT_EQ(film.entries.size(), 60U);
+  film.entries.erase(film.entries.begin() + 10, film.entries.begin() + 40);
+  DisplacementCover cover = film.cover();
+  // Chunks 51 to 55 are lost; those from 12 on, which no entry names, would do.
+  const auto& candidates = film.planned.scanned.scan.candidates;
+  const auto chance = static_cast<std::uint16_t>(cover.values.size());
+  cover.values.push_back(static_cast<std::int64_t>(offsets[12]) - static_cast<std::int64_t>(offsets[51]));
+  for (std::size_t entry = 51; entry < 56; ++entry) {
+    ASSERT_EQ(cover.ofEntry[entry - 30], DisplacementCover::kNone);
+    cover.ofEntry[entry - 30] = chance;
+    std::uint64_t looks = 0;
+    cover.isClaimed[candidates.firstAtOrAfter(offsets[entry - 39], 0, looks)] = 1;
+  }
+  film.dropFrom(cover);
+  for (std::size_t entry = 51; entry < 56; ++entry)
+    EXPECT_EQ(cover.ofEntry[entry - 30], DisplacementCover::kNone) << entry;
+  for (const std::size_t entry : {49U, 50U, 56U, 59U}) EXPECT_NE(cover.ofEntry[entry - 30], DisplacementCover::kNone);
+  const auto there =
+      std::ranges::count_if(cover.ofEntry, [](auto number) { return number != DisplacementCover::kNone; });
+  EXPECT_EQ(std::ranges::count(cover.isClaimed, 1), there);
+}
+
 TEST(LoneStretches, WhatReallyMovedStays) {
   const AviBuilder builder = pictures();
   platform::Bytes bytes = builder.build();
