@@ -205,7 +205,7 @@
     </message>
     <message numerus="yes">
         <source>%n chunk(s) more than are kept of a film of this size</source>
-        <translation><numerusform>%n Block mehr, als von einem Film dieser Größe behalten werden</numerusform><numerusform>%n Blöcke mehr, als von einem Film dieser Größe behalten werden</numerusform></translation>
+        <translation><numerusform>%n Block mehr, als von einem Film dieser Größe behalten wird</numerusform><numerusform>%n Blöcke mehr, als von einem Film dieser Größe behalten werden</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n cut short</source>
@@ -217,7 +217,7 @@
     </message>
     <message numerus="yes">
         <source>%n damaged place(s). Point at one to see what happened there.</source>
-        <translation><numerusform>%n beschädigte Stelle. Zeigen Sie darauf, um zu sehen, was dort geschehen ist.</numerusform><numerusform>%n beschädigte Stellen. Zeigen Sie auf eine, um zu sehen, was dort geschehen ist.</numerusform></translation>
+        <translation><numerusform>%n beschädigte Stelle. Zeigen Sie darauf, um mehr zu erfahren.</numerusform><numerusform>%n beschädigte Stellen. Zeigen Sie auf eine, um mehr zu erfahren.</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n film(s) chosen</source>
@@ -281,7 +281,7 @@
     </message>
     <message>
         <source>1 damaged place. Point at it to see what happened there.</source>
-        <translation>1 beschädigte Stelle. Zeigen Sie darauf, um zu sehen, was dort geschehen ist.</translation>
+        <translation>1 beschädigte Stelle. Zeigen Sie darauf, um mehr zu erfahren.</translation>
     </message>
     <message>
         <source>1 MiB is 1,048,576 bytes</source>
@@ -1673,7 +1673,7 @@
     </message>
     <message>
         <source>What it wrote is not there, or cannot be read.</source>
-        <translation>Was es geschrieben hat, ist nicht da oder lässt sich nicht lesen.</translation>
+        <translation>Was es geschrieben hat, ist nicht da oder nicht lesbar.</translation>
     </message>
     <message>
         <source>What the normal repair would keep could not be found out.</source>
