@@ -6,7 +6,6 @@
 #include <QUrl>
 #include <cstdio>
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +16,7 @@
 #include "app/window_controls.h"
 #include "app/wire.h"
 #include "deep/deep_repair.h"
+#include "platform/linux/user.h"
 #include "platform/linux/window_services.h"
 #include "platform/qt/chooser/file_panels.h"
 #include "platform/qt/chooser/film_choosers.h"
@@ -36,6 +36,7 @@
 #include "platform/qt/window/application.h"
 #include "platform/qt/window/clipboard.h"
 #include "platform/qt/window/main_window.h"
+#include "platform/qt/window/settings.h"
 #include "platform/qt/window/workspace.h"
 #include "update/updates.h"
 
@@ -49,6 +50,9 @@ namespace linux_ = zelvo::platform::linux_;
 
 /// Of the desktop's icon theme, where the program is installed.
 const QString kIconName = QStringLiteral("zelvo-avi-repair");
+
+/// Below the folder of the user's settings.
+constexpr const char* kSettingsFolder = "zelvo-avi-repair";
 
 constexpr const char* kHelp =
     "Usage: zelvo-avi-repair [--appearance light|dark] [FILE]\n"
@@ -115,26 +119,14 @@ bool asksForWordsOnly(int argc, char** argv) {
   return false;
 }
 
-class SessionSettings final : public platform::Settings {
- public:
-  [[nodiscard]] std::optional<std::string> value(std::string_view key) const override {
-    const auto found = values_.find(key);
-    return found == values_.end() ? std::nullopt : std::optional(found->second);
-  }
-  void setValue(std::string_view key, std::string_view value) override { values_[std::string(key)] = value; }
-
- private:
-  std::map<std::string, std::string, std::less<>> values_;
-};
-
 /// Everything that the controller stands on, in the order in which it is made.
 class Program {
  public:
   Program(const linux_::WebLibrary& webLibrary, const Options& options)
       : options_(options),
-        system_(webLibrary, {.log = "ZelvoAVIRepair",
-                             .applications = app::texts::kApplications,
-                             .settingsFolder = "zelvo-avi-repair"}) {
+        system_(
+            webLibrary,
+            {.log = "ZelvoAVIRepair", .applications = app::texts::kApplications, .settingsFolder = kSettingsFolder}) {
     window_.panels().setControls(&windowControls_);
     windowControls_.dress(window_.hostedViews());
     app::wire(controller_, window_.jobOutlets(), actions_, application_);
@@ -146,6 +138,8 @@ class Program {
     window_.setFilesReceiver([this](const std::vector<std::string>& files) { deepRepair_.takeFilms(files); });
     window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(system_.paths.mapped(app::texts::kHelpPage1))));
     workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
+    window_.setSettings(settings_);
+    window_.setVersion(QStringLiteral(ZELVO_VERSION));
     reportUpdates();
     if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));
     if (options_.file) application_.setStartHandler([this] { window_.offerFile(*options_.file); });
@@ -178,6 +172,7 @@ class Program {
   linux_::WindowServices system_;
 
   qt::QtTranslator translator_;
+  qt::QtSettings settings_{linux_::configFolder() + "/" + kSettingsFolder + "/window.ini"};
   platform::NotificationCentre notifications_;
   qt::Pictures pictures_{system_.bundle.bundlePath() + "/Contents/Resources"};
   app::WindowControls windowControls_{notifications_};
@@ -223,7 +218,6 @@ class Program {
                                                                             .log = system_.log});
   qt::QtFilmChoosers filmChoosers_{window_.panels(), alertPanels_, system_.chooserFiles, &system_.pathProbe};
   qt::QtClipboard clipboard_;
-  SessionSettings settings_;
   deep::DeepRepair deepRepair_{
       deep::DeepServices{.files = system_.files,
                          .fileManager = system_.fileManager,

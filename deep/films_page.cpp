@@ -21,6 +21,9 @@ constexpr int kMaxNumbers = 9999;
 
 bool waits(const platform::QueuedFilm& film) { return film.state == State::waiting || film.state == State::stopped; }
 
+/// What failed may fare better when it is tried again: a disk has room by then, or is back.
+bool canBegin(const platform::QueuedFilm& film) { return waits(film) || film.state == State::failed; }
+
 }  // namespace
 
 FilmsPage::FilmsPage(const DeepServices& services, const platform::DeepOutlets& outlets, FilmRuns& runs,
@@ -70,7 +73,7 @@ void FilmsPage::add(const std::vector<std::string>& paths) {
 }
 
 bool FilmsPage::isUndone() const {
-  return working_ || std::ranges::any_of(entries_, [](const auto& entry) { return waits(entry->told); });
+  return work_ || std::ranges::any_of(entries_, [](const auto& entry) { return waits(entry->told); });
 }
 
 void FilmsPage::useFolder(const std::string& folder) {
@@ -83,7 +86,7 @@ void FilmsPage::chooseFolder() {
                                    .prompt = questions_.translated(texts::kFolderPrompt),
                                    .folder = folder_},
                                   [this](const std::optional<std::string>& folder) {
-                                    if (!folder || working_) return;
+                                    if (!folder || work_) return;
                                     services_.settings.setValue(remembered::kOutputFolder, *folder);
                                     useFolder(*folder);
                                   });
@@ -103,9 +106,9 @@ bool FilmsPage::isFolderUsable() {
 }
 
 void FilmsPage::start() {
-  if (working_ || runs_.isClosed() || !isFolderUsable()) return;
+  if (work_ || runs_.isClosed() || !isFolderUsable()) return;
   for (const auto& entry : entries_) {
-    if (entry->told.state == State::stopped) entry->told = {.path = entry->told.path};
+    if (canBegin(entry->told)) entry->told = {.path = entry->told.path};
   }
   show();
   beginNext();
@@ -134,25 +137,28 @@ void FilmsPage::beginNext() {
     return questions_.tell(texts::kNoScratchTitle,
                            questions_.translated(texts::kNoScratch, {made.tried, made.error.message()}));
   }
-  working_ = entry;
+  const auto work = std::make_shared<Work>();
+  work->entry = entry;
+  work_ = work;
   entry->told.state = State::working;
   entry->told.words.clear();
   update(entry);
   enableButtons();
   const RepairOrder order{
       .input = entry->told.path, .output = freeOutput(entry->told.path), .folder = made.path, .donor = {}};
-  run_ = startRepair(
-      services_, runs_, scratch_, order, [this, entry](const auto& film) { ended(entry, film); },
-      [this, entry](const salvage::FilmStep& step) { moved(entry, step); });
-  if (run_) return;
+  work->run = startRepair(
+      services_, runs_, scratch_, order, [this, work](const auto& film) { ended(work, film); },
+      [this, work](const salvage::FilmStep& step) { moved(work, step); });
+  if (work->run) return;
   const auto nothing = std::make_shared<RepairedFilm>();
   nothing->order = order;
   nothing->end = {.kind = FilmEnd::Kind::notStarted, .error = platform::noThread()};
-  ended(entry, nothing);
+  ended(work, nothing);
 }
 
-void FilmsPage::moved(const std::shared_ptr<Entry>& entry, const salvage::FilmStep& step) {
-  if (working_ != entry) return;
+void FilmsPage::moved(const std::shared_ptr<Work>& work, const salvage::FilmStep& step) {
+  if (work_ != work) return;
+  const std::shared_ptr<Entry> entry = work->entry;
   entry->told.words = step.stage.empty() ? std::string() : services_.translator.translated(step.stage);
   entry->told.share =
       step.all == 0 ? std::nullopt
@@ -160,13 +166,15 @@ void FilmsPage::moved(const std::shared_ptr<Entry>& entry, const salvage::FilmSt
   update(entry);
 }
 
-void FilmsPage::ended(const std::shared_ptr<Entry>& entry, const std::shared_ptr<const RepairedFilm>& film) {
-  const bool isAwaited = working_ == entry;
+void FilmsPage::ended(const std::shared_ptr<Work>& work, const std::shared_ptr<const RepairedFilm>& film) {
+  const std::shared_ptr<Entry> entry = work->entry;
+  work->run.reset();
+  const bool isAwaited = work_ == work;
   // One that was done when the stop came lies where it was to be saved.
   const bool isDoneAllTheSame = entry->told.state == State::stopped && !film->path.empty();
   if (!film->end.isJudged() || !(isAwaited || isDoneAllTheSame)) scratch_.remove(film->order.folder);
   if (!isAwaited && !isDoneAllTheSame) return;
-  if (isAwaited) forgetWork();
+  if (isAwaited) work_.reset();
   entry->told.share.reset();
   if (film->end.isJudged()) {
     entry->film = film;
@@ -185,16 +193,11 @@ void FilmsPage::ended(const std::shared_ptr<Entry>& entry, const std::shared_ptr
   beginNext();
 }
 
-void FilmsPage::forgetWork() {
-  working_.reset();
-  run_.reset();
-}
-
 void FilmsPage::stop() {
-  if (!working_) return;
-  const std::shared_ptr<Entry> entry = working_;
-  if (run_) run_->stop();
-  forgetWork();
+  if (!work_) return;
+  const std::shared_ptr<Entry> entry = work_->entry;
+  if (work_->run) work_->run->stop();
+  work_.reset();
   entry->told = {.path = entry->told.path, .state = State::stopped};
   update(entry);
   enableButtons();
@@ -227,7 +230,7 @@ void FilmsPage::openFilm(std::size_t index) {
 }
 
 void FilmsPage::removeFilm(std::size_t index) {
-  if (index >= entries_.size() || entries_[index] == working_) return;
+  if (index >= entries_.size() || (work_ && entries_[index] == work_->entry)) return;
   if (entries_[index]->film) scratch_.remove(entries_[index]->film->order.folder);
   entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
   show();
@@ -265,10 +268,10 @@ void FilmsPage::update(const std::shared_ptr<Entry>& entry) {
 }
 
 void FilmsPage::enableButtons() {
-  const bool isWaiting = std::ranges::any_of(entries_, [](const auto& entry) { return waits(entry->told); });
-  outlets_.queuestartbutton.setEnabled(!working_ && isWaiting);
-  outlets_.queuestopbutton.setEnabled(working_ != nullptr);
-  outlets_.queuefolderbutton.setEnabled(!working_);
+  const bool isAny = std::ranges::any_of(entries_, [](const auto& entry) { return canBegin(entry->told); });
+  outlets_.queuestartbutton.setEnabled(!work_ && isAny);
+  outlets_.queuestopbutton.setEnabled(work_ != nullptr);
+  outlets_.queuefolderbutton.setEnabled(!work_);
 }
 
 }  // namespace zelvo::deep

@@ -29,18 +29,23 @@ class FilmsPage {
   void add(const std::vector<std::string>& paths);
   /// Something is at work, or waits for it.
   [[nodiscard]] bool isUndone() const;
-  [[nodiscard]] bool isAtWork() const { return working_ != nullptr; }
+  [[nodiscard]] bool isAtWork() const { return work_ != nullptr; }
 
  private:
   struct Entry {
     platform::QueuedFilm told;
     std::shared_ptr<const RepairedFilm> film;  ///< once it is done
   };
+  /// One run of one film. A film that was stopped and started again may have two that have not ended.
+  struct Work {
+    std::shared_ptr<Entry> entry;
+    std::shared_ptr<FilmRun> run;
+  };
 
   void start();
   void beginNext();
-  void ended(const std::shared_ptr<Entry>& entry, const std::shared_ptr<const RepairedFilm>& film);
-  void moved(const std::shared_ptr<Entry>& entry, const salvage::FilmStep& step);
+  void ended(const std::shared_ptr<Work>& work, const std::shared_ptr<const RepairedFilm>& film);
+  void moved(const std::shared_ptr<Work>& work, const salvage::FilmStep& step);
   void stop();
   void goHome();
   void openFilm(std::size_t index);
@@ -55,7 +60,6 @@ class FilmsPage {
   void update(const std::shared_ptr<Entry>& entry);
   void enableButtons();
   void clear();
-  void forgetWork();
 
   const DeepServices services_;
   const platform::DeepOutlets outlets_;
@@ -64,9 +68,8 @@ class FilmsPage {
   const std::function<void(std::shared_ptr<const RepairedFilm> film)> open_;
   Questions questions_;
   std::vector<std::shared_ptr<Entry>> entries_;
-  std::shared_ptr<Entry> working_;
-  std::shared_ptr<FilmRun> run_;
-  std::string folder_;  ///< for the repaired films
+  std::shared_ptr<Work> work_;  ///< that the queue waits for
+  std::string folder_;          ///< for the repaired films
 };
 
 }  // namespace zelvo::deep

@@ -79,6 +79,7 @@ platform::DeepResult resultOf(const salvage::SalvageReport& report, const std::s
   if (report.streamsWithoutHeader > 0) {
     add(texts::kLeftOut, translator.counted(texts::kStreamsLeftOut, report.streamsWithoutHeader));
   }
+  if (report.chunksLeftOut > 0) add(texts::kLeftOut, translator.counted(texts::kChunksLeftOut, report.chunksLeftOut));
   if (report.returnsLeftOut > 0)
     add(texts::kTransfer, translator.counted(texts::kReturnsLeftOut, report.returnsLeftOut));
   if (report.unreadable > 0) add(texts::kUnreadable, translator.counted(texts::kZerosThere, report.unreadable));

@@ -45,7 +45,8 @@ inline constexpr std::string_view kDied = platform::translatable("The program th
 inline constexpr std::string_view kDiedOfSignal =
     platform::translatable("The program that worked on it was ended before it was done (signal %1).");
 inline constexpr std::string_view kFailedWithoutReason = platform::translatable("%1 could not be read or written.");
-inline constexpr std::string_view kResultGone = platform::translatable("What it wrote is no longer there.");
+inline constexpr std::string_view kResultGone =
+    platform::translatable("What it wrote is not there, or cannot be read.");
 inline constexpr std::string_view kNoScratchTitle = platform::translatable("There is no place for the repaired film");
 inline constexpr std::string_view kNoScratch = platform::translatable(
     "A repaired film lies in a working folder until you save it, and none can be used. The last one tried was %1. The "
@@ -104,6 +105,8 @@ inline constexpr std::string_view kDonorUseless =
 inline constexpr std::string_view kLeftOut = platform::translatable("Left out");
 inline constexpr std::string_view kStreamsLeftOut =
     platform::translatable("%n stream(s) whose header is lost: nothing tells what they hold");
+inline constexpr std::string_view kChunksLeftOut =
+    platform::translatable("%n chunk(s) more than are kept of a film of this size");
 inline constexpr std::string_view kTransfer = platform::translatable("Transfer");
 inline constexpr std::string_view kReturnsLeftOut =
     platform::translatable("sent as if it were text, which put %n byte(s) in; they are left out");

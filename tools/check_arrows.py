@@ -51,6 +51,7 @@ TEST_ARROWS = {
         "platform/headless",
         "platform/qt",
         "app",
+        "deep",
         "engine",
         "controls",
         "update",

@@ -3,81 +3,79 @@
 
 #include <QString>
 
+#include "platform/qt/language.h"
+
 namespace zelvo::platform::qt::texts {
 
-inline QString deepRepair() { return QStringLiteral("Deep repair"); }
+inline QString deepRepair() { return translated("Deep repair"); }
 
 // ---- What leads to it ----
 inline QString deepRepairTip() {
-  return QStringLiteral("Looks at every byte of the film, for those that Repair cannot mend");
+  return translated("Looks at every byte of the film, for those that Repair cannot mend");
 }
-inline QString addFilms() { return QStringLiteral("Add films\u2026"); }
-inline QString addFilmsTip() { return QStringLiteral("Deep repair of several films, one after the other"); }
-inline QString tryDeepRepair() { return QStringLiteral("Try a deep repair"); }
+inline QString addFilms() { return translated("Add films\u2026"); }
+inline QString addFilmsTip() { return translated("Deep repair of several films, one after the other"); }
+inline QString tryDeepRepair() { return translated("Try a deep repair"); }
 
 // ---- A run ----
-inline QString runHeadline() { return QStringLiteral("Deep repair of your film"); }
+inline QString runHeadline() { return translated("Deep repair of your film"); }
 inline QString runExplanation() {
-  return QStringLiteral("Every byte is looked at, so this takes longer than a repair. Your file is only read.");
+  return translated("Every byte is looked at, so this takes longer than a repair. Your file is only read.");
 }
-inline QString starting() { return QStringLiteral("Starting\u2026"); }
-inline QString doneOf(const QString& done, const QString& all) { return QStringLiteral("%1 of %2").arg(done, all); }
-inline QString timeLeft(const QString& time) { return QStringLiteral("about %1 left").arg(time); }
+inline QString starting() { return translated("Starting\u2026"); }
+inline QString doneOf(const QString& done, const QString& all) { return translated("%1 of %2").arg(done, all); }
+inline QString timeLeft(const QString& time) { return translated("about %1 left").arg(time); }
 
 // ---- A result ----
-inline QString losses() { return QStringLiteral("What happened where"); }
-inline QString lossesLeftOut(std::uint64_t count) {
-  return QStringLiteral("%L1 more are told in the report.").arg(count);
-}
-inline QString filmPreview() { return QStringLiteral("The repaired film"); }
-inline QString details() { return QStringLiteral("Details"); }
-inline QString saveFilm() { return QStringLiteral("Save\u2026"); }
-inline QString copyReport() { return QStringLiteral("Copy report"); }
-inline QString compare() { return QStringLiteral("Compare"); }
-inline QString compareTip() { return QStringLiteral("With what the normal repair keeps of the same film"); }
-inline QString useDonor() { return QStringLiteral("Use a film of the same camera\u2026"); }
-inline QString comparison() { return QStringLiteral("Normal and deep repair"); }
-inline QString normalRepair() { return QStringLiteral("Normal repair"); }
+inline QString losses() { return translated("What happened where"); }
+inline QString lossesLeftOut(std::uint64_t count) { return counted("%n more are told in the report.", count); }
+inline QString filmPreview() { return translated("The repaired film"); }
+inline QString details() { return translated("Details"); }
+inline QString saveFilm() { return translated("Save\u2026"); }
+inline QString copyReport() { return translated("Copy report"); }
+inline QString compare() { return translated("Compare"); }
+inline QString compareTip() { return translated("With what the normal repair keeps of the same film"); }
+inline QString useDonor() { return translated("Use a film of the same camera\u2026"); }
+inline QString comparison() { return translated("Normal and deep repair"); }
+inline QString normalRepair() { return translated("Normal repair"); }
 
 // ---- Several films ----
-inline QString severalFilms() { return QStringLiteral("Several films"); }
-inline QString filmsHeadline() { return QStringLiteral("Deep repair of several films"); }
-inline QString filmsExplanation() {
-  return QStringLiteral("One is repaired after the other. Your files are only read.");
-}
-inline QString filmsTable() { return QStringLiteral("Films to be repaired"); }
-inline QString noFilms() { return QStringLiteral("No films yet. Add some to repair them one after the other."); }
-inline QString columnFilm() { return QStringLiteral("Film"); }
-inline QString columnState() { return QStringLiteral("State"); }
-inline QString columnResult() { return QStringLiteral("Result"); }
-inline QString columnProgress() { return QStringLiteral("Progress"); }
-inline QString waiting() { return QStringLiteral("Waiting"); }
-inline QString working() { return QStringLiteral("Working"); }
-inline QString done() { return QStringLiteral("Done"); }
-inline QString failed() { return QStringLiteral("Failed"); }
-inline QString stopped() { return QStringLiteral("Stopped"); }
-inline QString verdictClean() { return QStringLiteral("Nothing was wrong"); }
-inline QString verdictRepaired() { return QStringLiteral("Nothing is lost"); }
-inline QString verdictPartial() { return QStringLiteral("Something is lost"); }
-inline QString verdictHopeless() { return QStringLiteral("Nothing could be brought back"); }
-inline QString showResult() { return QStringLiteral("Click to see the result"); }
-inline QString takeOut() { return QStringLiteral("Take it out of the list"); }
-inline QString savedInto() { return QStringLiteral("Saved into"); }
-inline QString noFolderYet() { return QStringLiteral("No folder chosen yet"); }
-inline QString changeFolder() { return QStringLiteral("Change\u2026"); }
-inline QString start() { return QStringLiteral("Start"); }
-inline QString percent(int percent) { return QStringLiteral("%1 %").arg(percent); }
+inline QString severalFilms() { return translated("Several films"); }
+inline QString filmsHeadline() { return translated("Deep repair of several films"); }
+inline QString filmsExplanation() { return translated("One is repaired after the other. Your files are only read."); }
+inline QString filmsTable() { return translated("Films to be repaired"); }
+inline QString noFilms() { return translated("No films yet. Add some to repair them one after the other."); }
+inline QString columnFilm() { return translated("Film"); }
+inline QString columnState() { return translated("State"); }
+inline QString columnResult() { return translated("Result"); }
+inline QString columnProgress() { return translated("Progress"); }
+inline QString waiting() { return translated("Waiting"); }
+inline QString working() { return translated("Working"); }
+inline QString done() { return translated("Done"); }
+inline QString failed() { return translated("Failed"); }
+inline QString stopped() { return translated("Stopped"); }
+inline QString verdictClean() { return translated("Nothing was wrong"); }
+inline QString verdictRepaired() { return translated("Nothing is lost"); }
+inline QString verdictPartial() { return translated("Something is lost"); }
+inline QString verdictHopeless() { return translated("Nothing could be brought back"); }
+inline QString showResult() { return translated("Click to see the result"); }
+inline QString takeOut() { return translated("Take it out of the list"); }
+inline QString savedInto() { return translated("Saved into"); }
+inline QString noFolderYet() { return translated("No folder chosen yet"); }
+inline QString changeFolder() { return translated("Change\u2026"); }
+inline QString start() { return translated("Start"); }
+inline QString percent(int percent) { return translated("%1 %").arg(percent); }
 
 // ---- The sheet of a save ----
-inline QString savingFilmTitle() { return QStringLiteral("Saving your film"); }
-inline QString savingFilmMessage() { return QStringLiteral("The repaired film is copied to where you want it."); }
+inline QString savingFilmTitle() { return translated("Saving your film"); }
+inline QString savingFilmMessage() { return translated("The repaired film is copied to where you want it."); }
 
 // ---- Choosers ----
-inline QString selectSeveral() { return QStringLiteral("Hold Ctrl or Shift to select several."); }
+inline QString selectSeveral() { return translated("Hold Ctrl or Shift to select several."); }
 inline QString replaceFile(const QString& name) {
-  return QStringLiteral("There is a file \u201c%1\u201d already. Replacing it deletes what it holds.").arg(name);
+  return translated("There is a file \u201c%1\u201d already. Replacing it deletes what it holds.").arg(name);
 }
-inline QString nameForFile() { return QStringLiteral("That is a folder. Now type a name for the file."); }
-inline QString filmsChosen(int count) { return QStringLiteral("%L1 films chosen").arg(count); }
+inline QString nameForFile() { return translated("That is a folder. Now type a name for the file."); }
+inline QString filmsChosen(std::size_t count) { return counted("%n film(s) chosen", count); }
 
 }  // namespace zelvo::platform::qt::texts

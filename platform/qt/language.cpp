@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QLibraryInfo>
+#include <QMutexLocker>
 #include <algorithm>
 #include <limits>
 
@@ -14,6 +15,9 @@ namespace {
 
 /// All texts share one, since each is named by its own words.
 constexpr const char* kContext = "zelvo";
+
+/// In this one, a translation is asked for what it was made of.
+constexpr const char* kBack = "zelvo, back";
 
 QString lookedUp(const std::string& english) { return QCoreApplication::translate(kContext, english.c_str()); }
 
@@ -30,6 +34,8 @@ QString counted(const char* english, std::uint64_t number) {
   if (!text.contains(kNumberPlace)) return QString::fromStdString(englishTranslator().counted(english, number));
   return text.replace(kNumberPlace, numbers().toString(static_cast<qulonglong>(number)));
 }
+
+QString inEnglish(const QString& text) { return QCoreApplication::translate(kBack, text.toUtf8().constData()); }
 
 QLocale numbers() { return QLocale(translated("en_US")); }
 
@@ -69,8 +75,11 @@ std::optional<QString> knownLanguage(const QStringList& languages) {
 }
 
 QString LanguageTexts::translate(const char* context, const char* english, const char* remark, int number) const {
+  const QMutexLocker lock(&asking_);
+  if (std::string_view(context) == kBack) return english_.value(QString::fromUtf8(english));
   QString text = QTranslator::translate(context, english, remark, number);
   if (number >= 0) text.replace(QStringLiteral("%n"), kNumberPlace);
+  if (!text.isEmpty()) english_.insert(text, QString::fromUtf8(english));
   return text;
 }
 

@@ -3,7 +3,9 @@
 /// Thread: any, but for what installs a language.
 #pragma once
 
+#include <QHash>
 #include <QLocale>
+#include <QMutex>
 #include <QString>
 #include <QStringList>
 #include <QTranslator>
@@ -22,6 +24,8 @@ inline constexpr QChar kNumberPlace(0xfffc);
 [[nodiscard]] QString translated(std::string_view english);
 /// The same for a text with "%n", as Translator::counted.
 [[nodiscard]] QString counted(const char* english, std::uint64_t number);
+/// What was translated to `text` before; `text` itself when nothing was.
+[[nodiscard]] QString inEnglish(const QString& text);
 /// How the window's language writes numbers.
 [[nodiscard]] QLocale numbers();
 
@@ -37,11 +41,15 @@ class QtTranslator final : public Translator {
 /// The first of the languages ("de-AT", "fr") that the window knows; nothing when that is English, or none.
 [[nodiscard]] std::optional<QString> knownLanguage(const QStringList& languages);
 
-/// The texts of one language.
+/// The texts of one language. It remembers those that it was asked for.
 class LanguageTexts final : public QTranslator {
  public:
   [[nodiscard]] QString translate(const char* context, const char* english, const char* remark,
                                   int number) const override;
+
+ private:
+  mutable QMutex asking_;
+  mutable QHash<QString, QString> english_;  ///< by the translation
 };
 
 /// A language of the window for as long as it lives. Made after the application object, before any text is shown;

@@ -152,6 +152,24 @@ inline QString addressIs(const QString& address) {
   return translated("This page is not on this computer. Its address is:\n\n%1").arg(address);
 }
 
+// ---- About ----
+inline QString about() { return translated("About %1").arg(productName()); }
+inline QString aboutVersion(const QString& version) { return translated("Version %1").arg(version); }
+inline QString aboutWhat() {
+  return translated("Repairs damaged AVI films on this computer. Your films are only read.");
+}
+inline QString aboutLicences() { return translated("Licences"); }
+inline QString aboutLicence() {
+  return translated(
+      "This is free software: you may use it, pass it on and change it under the terms of the GNU General Public "
+      "License, version 3 or any later version. It comes without any warranty.");
+}
+inline QString aboutLicenceIsIn(const QString& file) {
+  return translated("The text of that licence is in %1.").arg(file);
+}
+inline QString aboutLibraries() { return translated("It stands on these libraries, each under a licence of its own:"); }
+inline QString close() { return translated("Close"); }
+
 // ---- Choosers ----
 inline QString chooseFileHeading() { return translated("Choose a film"); }
 inline QString chooseFolderHeading() { return translated("Choose a folder"); }

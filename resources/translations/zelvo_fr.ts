@@ -5,7 +5,7 @@
     <name>zelvo</name>
     <message>
         <source>%1 %</source>
-        <translation>%1 %</translation>
+        <translation>%1 %</translation>
     </message>
     <message>
         <source>%1 % of film data</source>
@@ -20,12 +20,20 @@
         <translation>%1 %2</translation>
     </message>
     <message>
+        <source>%1 %2; it might also be %3</source>
+        <translation>%1 %2 ; ce pourrait aussi être %3</translation>
+    </message>
+    <message>
         <source>%1 (%2 s)</source>
         <translation>%1 (%2 s)</translation>
     </message>
     <message>
         <source>%1 are free, about %2 are needed</source>
         <translation>%1 sont libres, %2 environ sont nécessaires</translation>
+    </message>
+    <message>
+        <source>%1 are the film's own, %2 another film's, %3 made again</source>
+        <translation>%1 sont ceux du film, %2 ceux d’un autre film, %3 refaits</translation>
     </message>
     <message>
         <source>%1 bytes</source>
@@ -36,12 +44,20 @@
         <translation>%1 ne peut pas contenir un film réparé jusqu’à ce que vous l’enregistriez ; rien n’a donc été modifié. Le système indique : %2.</translation>
     </message>
     <message>
+        <source>%1 could not be read or written.</source>
+        <translation>%1 n’a pas pu être lu ou écrit.</translation>
+    </message>
+    <message>
         <source>%1 GB</source>
         <translation>%1 Go</translation>
     </message>
     <message>
         <source>%1 h %2 min</source>
         <translation>%1 h %2 min</translation>
+    </message>
+    <message>
+        <source>%1 is not a folder that can be written to.</source>
+        <translation>%1 n’est pas un dossier où l’on peut écrire.</translation>
     </message>
     <message>
         <source>%1 is not a folder.</source>
@@ -168,6 +184,10 @@
         <translation><numerusform>%n octet</numerusform><numerusform>%n octets</numerusform></translation>
     </message>
     <message numerus="yes">
+        <source>%n byte(s) could not be read; zeros stand in their place</source>
+        <translation><numerusform>%n octet n’a pas pu être lu ; un zéro le remplace</numerusform><numerusform>%n octets n’ont pas pu être lus ; des zéros les remplacent</numerusform></translation>
+    </message>
+    <message numerus="yes">
         <source>%n byte(s) of the damaged file could not be read, the first at byte %1. What lies there is missing from the repaired film.</source>
         <translation><numerusform>%n octet du fichier endommagé n’a pas pu être lu, à la position %1. Ce qui s’y trouve manque dans le film réparé.</numerusform><numerusform>%n octets du fichier endommagé n’ont pas pu être lus, le premier à la position %1. Ce qui s’y trouve manque dans le film réparé.</numerusform></translation>
     </message>
@@ -196,6 +216,14 @@
         <translation><numerusform>%n endroit endommagé. Pointez-le pour voir ce qui s’y est passé.</numerusform><numerusform>%n endroits endommagés. Pointez-en un pour voir ce qui s’y est passé.</numerusform></translation>
     </message>
     <message numerus="yes">
+        <source>%n film(s) chosen</source>
+        <translation><numerusform>%n film choisi</numerusform><numerusform>%n films choisis</numerusform></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n film(s) repaired, in %1.</source>
+        <translation><numerusform>%n film réparé, dans %1.</numerusform><numerusform>%n films réparés, dans %1.</numerusform></translation>
+    </message>
+    <message numerus="yes">
         <source>%n lost</source>
         <translation><numerusform>%n perdu</numerusform><numerusform>%n perdus</numerusform></translation>
     </message>
@@ -204,8 +232,16 @@
         <translation><numerusform>%n remis en ordre</numerusform><numerusform>%n remis en ordre</numerusform></translation>
     </message>
     <message numerus="yes">
+        <source>%n more are told in the report.</source>
+        <translation><numerusform>%n autre figure dans le rapport.</numerusform><numerusform>%n autres figurent dans le rapport.</numerusform></translation>
+    </message>
+    <message numerus="yes">
         <source>%n more here</source>
         <translation><numerusform>%n autre ici</numerusform><numerusform>%n autres ici</numerusform></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n picture(s)</source>
+        <translation><numerusform>%n image</numerusform><numerusform>%n images</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n picture(s) hurt</source>
@@ -214,6 +250,10 @@
     <message numerus="yes">
         <source>%n picture(s) lost</source>
         <translation><numerusform>%n image perdue</numerusform><numerusform>%n images perdues</numerusform></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n piece(s)</source>
+        <translation><numerusform>%n morceau</numerusform><numerusform>%n morceaux</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n sound chunk(s) hurt</source>
@@ -226,6 +266,10 @@
     <message numerus="yes">
         <source>%n stream(s) of it cannot be recognised and are left out</source>
         <translation><numerusform>%n piste n’est pas reconnaissable et est omise</numerusform><numerusform>%n pistes ne sont pas reconnaissables et sont omises</numerusform></translation>
+    </message>
+    <message numerus="yes">
+        <source>%n stream(s) whose header is lost: nothing tells what they hold</source>
+        <translation><numerusform>%n piste dont l’en-tête est perdu : rien n’indique ce qu’elle contient</numerusform><numerusform>%n pistes dont l’en-tête est perdu : rien n’indique ce qu’elles contiennent</numerusform></translation>
     </message>
     <message>
         <source>1 byte</source>
@@ -244,6 +288,14 @@
         <translation>1 piste n’est pas reconnaissable et est omise</translation>
     </message>
     <message>
+        <source>A deep repair may bring back more of this film.</source>
+        <translation>Une réparation approfondie pourrait récupérer davantage de ce film.</translation>
+    </message>
+    <message>
+        <source>A deep repair may still bring %1 back.</source>
+        <translation>Une réparation approfondie pourrait encore récupérer %1.</translation>
+    </message>
+    <message>
         <source>a few seconds left</source>
         <translation>encore quelques secondes</translation>
     </message>
@@ -256,6 +308,10 @@
         <translation>Un film est en cours de réparation. Vous pourrez en déposer un autre sur la première page.</translation>
     </message>
     <message>
+        <source>A folder of that name is there already. Please choose another name.</source>
+        <translation>Un dossier de ce nom existe déjà. Veuillez choisir un autre nom.</translation>
+    </message>
+    <message>
         <source>A name cannot hold a slash (/).</source>
         <translation>Un nom ne peut pas contenir de barre oblique (/).</translation>
     </message>
@@ -264,12 +320,24 @@
         <translation>une partie est perdue ou abîmée, le reste est là, synchrone</translation>
     </message>
     <message>
+        <source>A repaired film lies in a working folder until you save it, and none can be used. The last one tried was %1. The system says: %2.</source>
+        <translation>Un film réparé se trouve dans un dossier de travail jusqu’à ce que vous l’enregistriez, et aucun n’est utilisable. Le dernier essayé est %1. Le système indique : %2.</translation>
+    </message>
+    <message>
         <source>A repaired film lies in a working folder until you save it, and none can be used. The last one tried was %1. The system says: %2. To repair this film, %3. Nothing was started, and nothing was changed in your file.</source>
         <translation>Un film réparé se trouve dans un dossier de travail jusqu’à ce que vous l’enregistriez, et aucun n’est utilisable. Le dernier essayé est %1. Le système indique : %2. Pour réparer ce film, %3. Rien n’a été commencé, et rien n’a été modifié dans votre fichier.</translation>
     </message>
     <message>
+        <source>About %1</source>
+        <translation>À propos de %1</translation>
+    </message>
+    <message>
         <source>about %1 are needed</source>
         <translation>%1 environ sont nécessaires</translation>
+    </message>
+    <message>
+        <source>about %1 left</source>
+        <translation>encore %1 environ</translation>
     </message>
     <message>
         <source>about %1 minutes left</source>
@@ -280,8 +348,24 @@
         <translation>encore %1 secondes environ</translation>
     </message>
     <message>
+        <source>Add</source>
+        <translation>Ajouter</translation>
+    </message>
+    <message>
+        <source>Add films…</source>
+        <translation>Ajouter des films…</translation>
+    </message>
+    <message>
         <source>all film data</source>
         <translation>toutes les données du film</translation>
+    </message>
+    <message>
+        <source>All films are done</source>
+        <translation>Tous les films sont terminés</translation>
+    </message>
+    <message numerus="yes">
+        <source>and %n place(s) more</source>
+        <translation><numerusform>et %n autre endroit</numerusform><numerusform>et %n autres endroits</numerusform></translation>
     </message>
     <message>
         <source>Another player may show it. OK opens a web page where you can get one.</source>
@@ -296,6 +380,14 @@
         <translation>Audio</translation>
     </message>
     <message>
+        <source>bits</source>
+        <translation>bits</translation>
+    </message>
+    <message>
+        <source>Both repairs keep the same.</source>
+        <translation>Les deux réparations conservent la même chose.</translation>
+    </message>
+    <message>
         <source>Cancel</source>
         <translation>Annuler</translation>
     </message>
@@ -306,6 +398,10 @@
     <message>
         <source>Change…</source>
         <translation>Modifier…</translation>
+    </message>
+    <message>
+        <source>channels</source>
+        <translation>canaux</translation>
     </message>
     <message>
         <source>Choose</source>
@@ -324,6 +420,10 @@
         <translation>Choisir un film</translation>
     </message>
     <message>
+        <source>Choose a film…</source>
+        <translation>Choisir un film…</translation>
+    </message>
+    <message>
         <source>Choose a folder</source>
         <translation>Choisir un dossier</translation>
     </message>
@@ -332,12 +432,44 @@
         <translation>Choisissez un fichier AVI. Il est seulement lu : rien n’est modifié dans votre fichier.</translation>
     </message>
     <message>
+        <source>Choose another film from the same camera</source>
+        <translation>Choisir un autre film du même appareil</translation>
+    </message>
+    <message>
         <source>Choose another…</source>
         <translation>En choisir un autre…</translation>
     </message>
     <message>
+        <source>Choose films</source>
+        <translation>Choisir des films</translation>
+    </message>
+    <message>
+        <source>Choose the folder for the repaired films</source>
+        <translation>Choisir le dossier des films réparés</translation>
+    </message>
+    <message>
+        <source>Chosen</source>
+        <translation>Choisi</translation>
+    </message>
+    <message>
+        <source>Click to see the result</source>
+        <translation>Cliquez pour voir le résultat</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
         <source>Close the help</source>
         <translation>Fermer l’aide</translation>
+    </message>
+    <message>
+        <source>codec</source>
+        <translation>codec</translation>
+    </message>
+    <message>
+        <source>Compare</source>
+        <translation>Comparer</translation>
     </message>
     <message>
         <source>Computer</source>
@@ -346,6 +478,10 @@
     <message>
         <source>Content of %1</source>
         <translation>Contenu de %1</translation>
+    </message>
+    <message>
+        <source>Copy report</source>
+        <translation>Copier le rapport</translation>
     </message>
     <message>
         <source>Create</source>
@@ -360,16 +496,56 @@
         <translation>Image des dégâts</translation>
     </message>
     <message>
+        <source>Damage:</source>
+        <translation>Dégâts :</translation>
+    </message>
+    <message>
+        <source>Data</source>
+        <translation>Données</translation>
+    </message>
+    <message>
         <source>data</source>
         <translation>données</translation>
+    </message>
+    <message>
+        <source>Decoding</source>
+        <translation>Décodage</translation>
+    </message>
+    <message>
+        <source>Deep repair</source>
+        <translation>Réparation approfondie</translation>
+    </message>
+    <message>
+        <source>Deep repair of several films</source>
+        <translation>Réparation approfondie de plusieurs films</translation>
+    </message>
+    <message>
+        <source>Deep repair of several films, one after the other</source>
+        <translation>Réparation approfondie de plusieurs films, l’un après l’autre</translation>
+    </message>
+    <message>
+        <source>Deep repair of your film</source>
+        <translation>Réparation approfondie de votre film</translation>
     </message>
     <message>
         <source>Desktop</source>
         <translation>Bureau</translation>
     </message>
     <message>
+        <source>Details</source>
+        <translation>Détails</translation>
+    </message>
+    <message>
+        <source>Do not save</source>
+        <translation>Ne pas enregistrer</translation>
+    </message>
+    <message>
         <source>Documents</source>
         <translation>Documents</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Terminé</translation>
     </message>
     <message>
         <source>doubled</source>
@@ -388,8 +564,24 @@
         <translation>fr_FR</translation>
     </message>
     <message>
+        <source>Every byte is looked at, so this takes longer than a repair. Your file is only read.</source>
+        <translation>Chaque octet est examiné ; cela prend donc plus de temps qu’une réparation. Votre fichier est seulement lu.</translation>
+    </message>
+    <message>
+        <source>Failed</source>
+        <translation>Échec</translation>
+    </message>
+    <message>
         <source>File name:</source>
         <translation>Nom du fichier :</translation>
+    </message>
+    <message>
+        <source>Film</source>
+        <translation>Film</translation>
+    </message>
+    <message>
+        <source>Films to be repaired</source>
+        <translation>Films à réparer</translation>
     </message>
     <message>
         <source>Finishing the repaired file</source>
@@ -412,12 +604,24 @@
         <translation>format %1</translation>
     </message>
     <message>
+        <source>frame rate</source>
+        <translation>cadence</translation>
+    </message>
+    <message>
+        <source>Header</source>
+        <translation>En-tête</translation>
+    </message>
+    <message>
         <source>header</source>
         <translation>en-tête</translation>
     </message>
     <message>
         <source>Help</source>
         <translation>Aide</translation>
+    </message>
+    <message>
+        <source>Hold Ctrl or Shift to select several.</source>
+        <translation>Maintenez Ctrl ou Maj pour en sélectionner plusieurs.</translation>
     </message>
     <message>
         <source>Home</source>
@@ -456,8 +660,24 @@
         <translation>Il est trop petit : seuls les films de plus de 0,5 Mo (524 288 octets) peuvent être réparés.</translation>
     </message>
     <message>
+        <source>It stands on these libraries, each under a licence of its own:</source>
+        <translation>Il repose sur ces bibliothèques, chacune sous sa propre licence :</translation>
+    </message>
+    <message>
+        <source>It was saved as %1.</source>
+        <translation>Il a été enregistré sous %1.</translation>
+    </message>
+    <message>
+        <source>It was stopped.</source>
+        <translation>Elle a été arrêtée.</translation>
+    </message>
+    <message>
         <source>Its beginning could not be read from the disk, and a film cannot be repaired without it.</source>
         <translation>Son début n’a pas pu être lu sur le disque, et un film ne peut pas être réparé sans lui.</translation>
+    </message>
+    <message>
+        <source>its header cannot be that of this film, and was not used</source>
+        <translation>son en-tête ne peut pas être celui de ce film, et n’a pas été utilisé</translation>
     </message>
     <message>
         <source>Its pictures are not compressed. Only films with compressed pictures can be repaired.</source>
@@ -481,7 +701,15 @@
     </message>
     <message>
         <source>Last saved</source>
-        <translation>Dernier enregistrement</translation>
+        <translation>Enregistré</translation>
+    </message>
+    <message>
+        <source>Leave</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Left out</source>
+        <translation>Omis</translation>
     </message>
     <message>
         <source>left out</source>
@@ -492,12 +720,20 @@
         <translation>moins de %1 s</translation>
     </message>
     <message>
+        <source>Licences</source>
+        <translation>Licences</translation>
+    </message>
+    <message>
         <source>Look at it here, then save it to a folder of your choice.</source>
         <translation>Regardez-le ici, puis enregistrez-le dans le dossier de votre choix.</translation>
     </message>
     <message>
         <source>Look for an update</source>
         <translation>Rechercher une mise à jour</translation>
+    </message>
+    <message>
+        <source>Looks at every byte of the film, for those that Repair cannot mend</source>
+        <translation>Examine chaque octet du film, pour ceux que « Réparer » ne peut pas remettre en ordre</translation>
     </message>
     <message>
         <source>lost</source>
@@ -552,6 +788,14 @@
         <translation>aucune donnée du film</translation>
     </message>
     <message>
+        <source>No films yet. Add some to repair them one after the other.</source>
+        <translation>Aucun film pour l’instant. Ajoutez-en pour les réparer l’un après l’autre.</translation>
+    </message>
+    <message>
+        <source>No folder chosen yet</source>
+        <translation>Aucun dossier choisi</translation>
+    </message>
+    <message>
         <source>No picture could be kept</source>
         <translation>Aucune image n’a pu être conservée</translation>
     </message>
@@ -572,6 +816,22 @@
         <translation>aucune</translation>
     </message>
     <message>
+        <source>Normal and deep repair</source>
+        <translation>Réparation normale et approfondie</translation>
+    </message>
+    <message>
+        <source>Normal repair</source>
+        <translation>Réparation normale</translation>
+    </message>
+    <message>
+        <source>Not all films are done</source>
+        <translation>Tous les films ne sont pas terminés</translation>
+    </message>
+    <message>
+        <source>Not now</source>
+        <translation>Pas maintenant</translation>
+    </message>
+    <message>
         <source>not of this film, left out</source>
         <translation>étranger au film, omis</translation>
     </message>
@@ -584,8 +844,24 @@
         <translation>Incomplet</translation>
     </message>
     <message>
+        <source>nothing</source>
+        <translation>rien</translation>
+    </message>
+    <message>
+        <source>Nothing could be brought back</source>
+        <translation>Rien n’a pu être récupéré</translation>
+    </message>
+    <message numerus="yes">
+        <source>Nothing could be made of %n film(s).</source>
+        <translation><numerusform>Rien n’a pu être tiré de %n film.</numerusform><numerusform>Rien n’a pu être tiré de %n films.</numerusform></translation>
+    </message>
+    <message>
         <source>Nothing is damaged.</source>
         <translation>Rien n’est endommagé.</translation>
+    </message>
+    <message>
+        <source>Nothing is lost</source>
+        <translation>Rien n’est perdu</translation>
     </message>
     <message>
         <source>Nothing is wrong with this film.</source>
@@ -594,6 +870,18 @@
     <message>
         <source>Nothing of this film can be brought back.</source>
         <translation>Rien de ce film ne peut être récupéré.</translation>
+    </message>
+    <message>
+        <source>Nothing was changed in your file.</source>
+        <translation>Rien n’a été modifié dans votre fichier.</translation>
+    </message>
+    <message>
+        <source>Nothing was left behind, and the repaired film is still here: you can save it to another place.</source>
+        <translation>Rien n’a été laissé derrière, et le film réparé est toujours ici : vous pouvez l’enregistrer ailleurs.</translation>
+    </message>
+    <message>
+        <source>Nothing was wrong</source>
+        <translation>Il n’y avait aucun défaut</translation>
     </message>
     <message numerus="yes">
         <source>Of %n picture(s), only zeros are left.</source>
@@ -612,6 +900,10 @@
         <translation>Un seul film à la fois, s’il vous plaît.</translation>
     </message>
     <message>
+        <source>One is repaired after the other. Your files are only read.</source>
+        <translation>Ils sont réparés l’un après l’autre. Vos fichiers sont seulement lus.</translation>
+    </message>
+    <message>
         <source>Only a file of this computer can be dropped here.</source>
         <translation>Seul un fichier de cet ordinateur peut être déposé ici.</translation>
     </message>
@@ -628,8 +920,24 @@
         <translation>Ouvrir</translation>
     </message>
     <message>
+        <source>Open folder</source>
+        <translation>Ouvrir le dossier</translation>
+    </message>
+    <message>
+        <source>opening</source>
+        <translation>ouverture</translation>
+    </message>
+    <message>
+        <source>Other film</source>
+        <translation>Autre film</translation>
+    </message>
+    <message>
         <source>overwritten</source>
         <translation>écrasé</translation>
+    </message>
+    <message>
+        <source>partly lost, and made again</source>
+        <translation>en partie perdu, et refait</translation>
     </message>
     <message>
         <source>Pause</source>
@@ -649,7 +957,7 @@
     </message>
     <message>
         <source>Play</source>
-        <translation>Lire</translation>
+        <translation>Lecture</translation>
     </message>
     <message>
         <source>Please answer the message first.</source>
@@ -662,6 +970,10 @@
     <message>
         <source>Please choose the film itself. It leads to %1.</source>
         <translation>Veuillez choisir le film lui-même. Le lien mène à %1.</translation>
+    </message>
+    <message>
+        <source>Please go back with Home and repair the film again.</source>
+        <translation>Revenez avec « Accueil » et réparez le film à nouveau.</translation>
     </message>
     <message>
         <source>Please leave the disk connected until this is done.</source>
@@ -696,8 +1008,16 @@
         <translation>Aperçu, pas encore de film</translation>
     </message>
     <message>
+        <source>Progress</source>
+        <translation>Progression</translation>
+    </message>
+    <message>
         <source>put together again</source>
         <translation>réassemblé</translation>
+    </message>
+    <message>
+        <source>reading headers</source>
+        <translation>lecture des en-têtes</translation>
     </message>
     <message>
         <source>Reading the damaged film: %1 of %2</source>
@@ -724,6 +1044,10 @@
         <translation>Réparation de votre film</translation>
     </message>
     <message>
+        <source>Repairs damaged AVI films on this computer. Your films are only read.</source>
+        <translation>Répare les films AVI endommagés sur cet ordinateur. Vos films sont seulement lus.</translation>
+    </message>
+    <message>
         <source>Replace</source>
         <translation>Remplacer</translation>
     </message>
@@ -736,8 +1060,24 @@
         <translation>Résultat</translation>
     </message>
     <message>
+        <source>sample rate</source>
+        <translation>fréquence d’échantillonnage</translation>
+    </message>
+    <message>
         <source>Save</source>
         <translation>Enregistrer</translation>
+    </message>
+    <message>
+        <source>Save the repaired film</source>
+        <translation>Enregistrer le film réparé</translation>
+    </message>
+    <message>
+        <source>Save the report beside it</source>
+        <translation>Enregistrer le rapport à côté</translation>
+    </message>
+    <message>
+        <source>Saved into</source>
+        <translation>Enregistrés dans</translation>
     </message>
     <message>
         <source>Saves to  %1</source>
@@ -756,12 +1096,28 @@
         <translation>Enregistrement de votre film</translation>
     </message>
     <message>
+        <source>searching</source>
+        <translation>recherche</translation>
+    </message>
+    <message>
         <source>See the result</source>
         <translation>Voir le résultat</translation>
+    </message>
+    <message numerus="yes">
+        <source>sent as if it were text, which put %n byte(s) in; they are left out</source>
+        <translation><numerusform>transféré comme du texte, ce qui a ajouté %n octet ; il est omis</numerusform><numerusform>transféré comme du texte, ce qui a ajouté %n octets ; ils sont omis</numerusform></translation>
+    </message>
+    <message>
+        <source>Several films</source>
+        <translation>Plusieurs films</translation>
     </message>
     <message>
         <source>Size</source>
         <translation>Taille</translation>
+    </message>
+    <message>
+        <source>size</source>
+        <translation>taille</translation>
     </message>
     <message>
         <source>Some of it is lost. Look at what was kept here, then save it to a folder of your choice.</source>
@@ -770,6 +1126,14 @@
     <message>
         <source>Some of it is lost. On the next page you can see what was kept, look at it and save it. Nothing was changed in your damaged file.</source>
         <translation>Une partie est perdue. À la page suivante, vous verrez ce qui a été conservé, et pourrez le regarder et l’enregistrer. Rien n’a été modifié dans votre fichier endommagé.</translation>
+    </message>
+    <message>
+        <source>Something is lost</source>
+        <translation>Une partie est perdue</translation>
+    </message>
+    <message>
+        <source>Something of that name has come to be there.</source>
+        <translation>Quelque chose de ce nom est apparu entre-temps.</translation>
     </message>
     <message>
         <source>Sound</source>
@@ -781,7 +1145,23 @@
     </message>
     <message>
         <source>Sound on</source>
-        <translation>Activer le son</translation>
+        <translation>Rétablir le son</translation>
+    </message>
+    <message>
+        <source>Start</source>
+        <translation>Démarrer</translation>
+    </message>
+    <message>
+        <source>Starting…</source>
+        <translation>Démarrage…</translation>
+    </message>
+    <message>
+        <source>State</source>
+        <translation>État</translation>
+    </message>
+    <message>
+        <source>Stay here</source>
+        <translation>Rester ici</translation>
     </message>
     <message>
         <source>Step %1 of 3: %2</source>
@@ -790,6 +1170,10 @@
     <message>
         <source>Stop</source>
         <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>Stop and leave</source>
+        <translation>Arrêter et quitter</translation>
     </message>
     <message>
         <source>Stop preview</source>
@@ -812,6 +1196,18 @@
         <translation>Arrêter la réparation ?</translation>
     </message>
     <message>
+        <source>Stopped</source>
+        <translation>Arrêté</translation>
+    </message>
+    <message>
+        <source>Take it out of the list</source>
+        <translation>Le retirer de la liste</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Texte</translation>
+    </message>
+    <message>
         <source>text</source>
         <translation>texte</translation>
     </message>
@@ -822,6 +1218,10 @@
     <message>
         <source>That is a folder. Now choose a file in it.</source>
         <translation>C’est un dossier. Choisissez maintenant un fichier dedans.</translation>
+    </message>
+    <message>
+        <source>That is a folder. Now type a name for the file.</source>
+        <translation>C’est un dossier. Saisissez maintenant un nom pour le fichier.</translation>
     </message>
     <message>
         <source>That is not an ordinary file. Please choose another.</source>
@@ -838,6 +1238,10 @@
     <message>
         <source>That would overwrite the damaged file itself. Please choose another name or folder.</source>
         <translation>Cela écraserait le fichier endommagé lui-même. Veuillez choisir un autre nom ou un autre dossier.</translation>
+    </message>
+    <message>
+        <source>That would overwrite the damaged film itself. Please choose another name or folder.</source>
+        <translation>Cela écraserait le film endommagé lui-même. Veuillez choisir un autre nom ou un autre dossier.</translation>
     </message>
     <message>
         <source>The beginning of the file does not look like an AVI file, so there is nothing to repair. Nothing was changed in your file.</source>
@@ -864,6 +1268,22 @@
         <translation>Le fichier endommagé ne contient pas d’images. Si vous l’enregistrez, vous n’aurez que le son.</translation>
     </message>
     <message>
+        <source>The deep repair could not be started. The system says: %1.</source>
+        <translation>La réparation approfondie n’a pas pu être lancée. Le système indique : %1.</translation>
+    </message>
+    <message>
+        <source>The deep repair did not come to its end</source>
+        <translation>La réparation approfondie n’est pas allée à son terme</translation>
+    </message>
+    <message>
+        <source>The deep repair is still at work</source>
+        <translation>La réparation approfondie est encore en cours</translation>
+    </message>
+    <message>
+        <source>The deep repair keeps more than the normal one.</source>
+        <translation>La réparation approfondie conserve plus que la normale.</translation>
+    </message>
+    <message>
         <source>The descriptions at the beginning of the damaged file are there, but the pictures are not. The next page tells what was kept. Nothing was changed in your damaged file.</source>
         <translation>Les descriptions au début du fichier endommagé sont là, mais pas les images. La page suivante indique ce qui a été conservé. Rien n’a été modifié dans votre fichier endommagé.</translation>
     </message>
@@ -888,20 +1308,52 @@
         <translation>Le film ne peut pas être enregistré là</translation>
     </message>
     <message>
+        <source>The film does not answer</source>
+        <translation>Le film ne répond pas</translation>
+    </message>
+    <message>
         <source>The film is not there any more.</source>
         <translation>Le film n’est plus là.</translation>
+    </message>
+    <message>
+        <source>The film is saved</source>
+        <translation>Le film est enregistré</translation>
+    </message>
+    <message>
+        <source>The film was not saved</source>
+        <translation>Le film n’a pas été enregistré</translation>
     </message>
     <message>
         <source>The film was not saved whole</source>
         <translation>Le film n’a pas été enregistré en entier</translation>
     </message>
     <message>
+        <source>the film's own</source>
+        <translation>celui du film</translation>
+    </message>
+    <message>
         <source>The folder could not be made: %1.</source>
         <translation>Le dossier n’a pas pu être créé : %1.</translation>
     </message>
     <message>
+        <source>The header of this film is lost</source>
+        <translation>L’en-tête de ce film est perdu</translation>
+    </message>
+    <message>
+        <source>The header says how pictures and sound are to be shown. Another film from the same camera, one that plays, has the same one and can lend it. It is not changed. Have you got such a film?</source>
+        <translation>L’en-tête indique comment rendre les images et le son. Un autre film du même appareil, qui se lit bien, a le même et peut le prêter. Il n’est pas modifié. Avez-vous un tel film ?</translation>
+    </message>
+    <message>
         <source>The last part is still being written. This takes only a moment.</source>
         <translation>La dernière partie est encore en cours d’écriture. Cela ne prend qu’un instant.</translation>
+    </message>
+    <message>
+        <source>The normal repair does not take this film.</source>
+        <translation>La réparation normale n’accepte pas ce film.</translation>
+    </message>
+    <message>
+        <source>The normal repair keeps more; it also takes what only looks like a part of the film.</source>
+        <translation>La réparation normale conserve plus ; elle prend aussi ce qui ressemble seulement à une partie du film.</translation>
     </message>
     <message>
         <source>The picture of this film cannot be shown here, only its sound be heard. You can save it and try another player.</source>
@@ -916,8 +1368,24 @@
         <translation>L’aperçu ne peut pas ouvrir ce film. Vous pouvez l’enregistrer, mais un autre lecteur ne l’ouvrira peut-être pas non plus.</translation>
     </message>
     <message>
+        <source>The program that worked on it ended without a word.</source>
+        <translation>Le programme qui y travaillait s’est terminé sans un mot.</translation>
+    </message>
+    <message>
+        <source>The program that worked on it was ended before it was done (signal %1).</source>
+        <translation>Le programme qui y travaillait a été interrompu avant la fin (signal %1).</translation>
+    </message>
+    <message>
         <source>the program was asked to end.</source>
         <translation>le programme a reçu l’ordre de se terminer.</translation>
+    </message>
+    <message>
+        <source>The program zelvo-avi, which does the deep repair and lies beside this one, is missing. Installing Zelvo AVI Repair again brings it back.</source>
+        <translation>Le programme zelvo-avi, qui effectue la réparation approfondie et se trouve à côté de celui-ci, est absent. Réinstaller Zelvo AVI Repair le rétablit.</translation>
+    </message>
+    <message>
+        <source>the program zelvo-avi-decoder, which could have found more, is missing or did not last</source>
+        <translation>le programme zelvo-avi-decoder, qui aurait pu en trouver plus, est absent ou n’a pas tenu</translation>
     </message>
     <message>
         <source>The repair was stopped before the beginning of the film had been read.</source>
@@ -936,6 +1404,34 @@
         <translation>Le fichier réparé a été enregistré sous %1.</translation>
     </message>
     <message>
+        <source>The repaired film</source>
+        <translation>Le film réparé</translation>
+    </message>
+    <message>
+        <source>The repaired film could not be read: %1.</source>
+        <translation>Le film réparé n’a pas pu être lu : %1.</translation>
+    </message>
+    <message>
+        <source>The repaired film is copied to where you want it.</source>
+        <translation>Le film réparé est copié là où vous le souhaitez.</translation>
+    </message>
+    <message>
+        <source>The repaired film is no longer there, or not whole any more.</source>
+        <translation>Le film réparé n’est plus là, ou plus entier.</translation>
+    </message>
+    <message>
+        <source>The repaired film is not saved</source>
+        <translation>Le film réparé n’est pas enregistré</translation>
+    </message>
+    <message>
+        <source>The report could not be saved beside it: %1.</source>
+        <translation>Le rapport n’a pas pu être enregistré à côté : %1.</translation>
+    </message>
+    <message>
+        <source>The report lies beside it: %1.</source>
+        <translation>Le rapport se trouve à côté : %1.</translation>
+    </message>
+    <message>
         <source>the size is mended</source>
         <translation>la taille est corrigée</translation>
     </message>
@@ -950,6 +1446,10 @@
     <message>
         <source>The system says: %1.</source>
         <translation>Le système indique : %1.</translation>
+    </message>
+    <message>
+        <source>The text of that licence is in %1.</source>
+        <translation>Le texte de cette licence se trouve dans %1.</translation>
     </message>
     <message>
         <source>the time of what is lost is filled</source>
@@ -968,12 +1468,20 @@
         <translation>Il n’y a pas de dossiers ici.</translation>
     </message>
     <message>
+        <source>There is a file “%1” already. Replacing it deletes what it holds.</source>
+        <translation>Il existe déjà un fichier « %1 ». Le remplacer supprime son contenu.</translation>
+    </message>
+    <message>
         <source>There is no file %1.</source>
         <translation>Il n’y a pas de fichier %1.</translation>
     </message>
     <message>
         <source>There is no folder %1.</source>
         <translation>Il n’y a pas de dossier %1.</translation>
+    </message>
+    <message>
+        <source>There is no place for the repaired film</source>
+        <translation>Il n’y a pas de place pour le film réparé</translation>
     </message>
     <message>
         <source>There is no such film. It may have been moved, renamed or removed.</source>
@@ -986,6 +1494,10 @@
     <message>
         <source>There is not enough memory. Closing other programs helps.</source>
         <translation>Il n’y a pas assez de mémoire. Fermer d’autres programmes aide.</translation>
+    </message>
+    <message>
+        <source>There is not enough room: the film takes %1, and %2 are free in %3.</source>
+        <translation>Il n’y a pas assez de place : le film demande %1, et %2 sont libres dans %3.</translation>
     </message>
     <message>
         <source>There is nothing to choose in this folder.</source>
@@ -1036,6 +1548,10 @@
         <translation>Ce dossier est inutilisable</translation>
     </message>
     <message>
+        <source>This is free software: you may use it, pass it on and change it under the terms of the GNU General Public License, version 3 or any later version. It comes without any warranty.</source>
+        <translation>Ceci est un logiciel libre : vous pouvez l’utiliser, le transmettre et le modifier selon les termes de la GNU General Public License, version 3 ou toute version ultérieure. Il est fourni sans aucune garantie.</translation>
+    </message>
+    <message>
         <source>This is not an AVI film</source>
         <translation>Ce n’est pas un film AVI</translation>
     </message>
@@ -1064,12 +1580,24 @@
         <translation>Vers le dossier parent (Retour arrière)</translation>
     </message>
     <message>
+        <source>Transfer</source>
+        <translation>Transfert</translation>
+    </message>
+    <message>
+        <source>Try a deep repair</source>
+        <translation>Essayer une réparation approfondie</translation>
+    </message>
+    <message>
         <source>uncompressed</source>
         <translation>non compressé</translation>
     </message>
     <message>
         <source>under 1 % of it</source>
         <translation>moins de 1 %</translation>
+    </message>
+    <message>
+        <source>Unreadable</source>
+        <translation>Illisible</translation>
     </message>
     <message>
         <source>unreadable</source>
@@ -1080,8 +1608,20 @@
         <translation>Remonter</translation>
     </message>
     <message>
+        <source>Use a film of the same camera…</source>
+        <translation>Utiliser un film du même appareil…</translation>
+    </message>
+    <message>
+        <source>Use this film</source>
+        <translation>Utiliser ce film</translation>
+    </message>
+    <message>
         <source>Use this folder</source>
         <translation>Utiliser ce dossier</translation>
+    </message>
+    <message>
+        <source>Version %1</source>
+        <translation>Version %1</translation>
     </message>
     <message>
         <source>Video</source>
@@ -1100,8 +1640,24 @@
         <translation>Volume</translation>
     </message>
     <message>
+        <source>Waiting</source>
+        <translation>En attente</translation>
+    </message>
+    <message>
+        <source>waiting for the disk</source>
+        <translation>attente du disque</translation>
+    </message>
+    <message>
         <source>Waiting until the repair before this one has ended. Its last step cannot be cut short.</source>
         <translation>En attente de la fin de la réparation précédente. Sa dernière étape ne peut pas être écourtée.</translation>
+    </message>
+    <message>
+        <source>weighing what was found</source>
+        <translation>examen de ce qui a été trouvé</translation>
+    </message>
+    <message>
+        <source>What happened where</source>
+        <translation>Ce qui s’est passé, et où</translation>
     </message>
     <message>
         <source>What is in the folder by now stays there. You can save the film again at any time.</source>
@@ -1112,16 +1668,56 @@
         <translation>ce qui reste est conservé, le temps de ce qui est perdu est comblé</translation>
     </message>
     <message>
+        <source>What it wrote is no longer there.</source>
+        <translation>Ce qu’il a écrit n’est plus là.</translation>
+    </message>
+    <message>
+        <source>What the normal repair would keep could not be found out.</source>
+        <translation>Ce que conserverait la réparation normale n’a pas pu être déterminé.</translation>
+    </message>
+    <message>
         <source>What was repaired so far is given up. Nothing was changed in your file.</source>
         <translation>Ce qui a été réparé jusqu’ici est abandonné. Rien n’a été modifié dans votre fichier.</translation>
+    </message>
+    <message>
+        <source>When you leave without saving it, it is gone. Your damaged film stays.</source>
+        <translation>Si vous quittez sans l’enregistrer, il disparaît. Votre film endommagé reste.</translation>
+    </message>
+    <message>
+        <source>When you leave, it is stopped, and nothing comes of it.</source>
+        <translation>Si vous quittez, elle est arrêtée et il n’en reste rien.</translation>
+    </message>
+    <message>
+        <source>When you leave, those that are not done yet are left out. Films that are done stay where they were saved.</source>
+        <translation>Si vous quittez, ceux qui ne sont pas terminés sont abandonnés. Les films terminés restent là où ils ont été enregistrés.</translation>
     </message>
     <message>
         <source>Where should it be saved?</source>
         <translation>Où l’enregistrer ?</translation>
     </message>
     <message>
+        <source>Why</source>
+        <translation>Pourquoi</translation>
+    </message>
+    <message>
+        <source>With what the normal repair keeps of the same film</source>
+        <translation>Avec ce que la réparation normale conserve du même film</translation>
+    </message>
+    <message>
+        <source>Working</source>
+        <translation>En cours</translation>
+    </message>
+    <message>
         <source>Working folder: %1 (%2)</source>
         <translation>Dossier de travail : %1 (%2)</translation>
+    </message>
+    <message>
+        <source>writing</source>
+        <translation>écriture</translation>
+    </message>
+    <message>
+        <source>Writing failed: %1.</source>
+        <translation>L’écriture a échoué : %1.</translation>
     </message>
     <message>
         <source>Writing the repaired film: %1 of %2</source>

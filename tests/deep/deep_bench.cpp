@@ -58,29 +58,29 @@ salvage::SalvageReport hopelessReport() {
 DeepBench::DeepBench(platform::MainQueue& queue, platform::Workers& workers,
                      std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms)
     : sheets(queue, &events) {
-  deepRepair = std::make_unique<deep::DeepRepair>(
-      deep::DeepServices{.files = files,
-                         .fileManager = fileManager,
-                         .newFiles = newFiles,
-                         .lockedFiles = lockedFiles,
-                         .workers = workers,
-                         .mainQueue = queue,
-                         .clock = clock,
-                         .log = log,
-                         .sheets = sheets,
-                         .alertPanels = alerts,
-                         .choosers = choosers,
-                         .movies = movies,
-                         .workspace = workspace,
-                         .clipboard = clipboard,
-                         .settings = settings,
-                         .pathProbe = pathProbe,
-                         .translator = platform::englishTranslator(),
-                         .makePrograms = std::move(makePrograms),
-                         .scratchFolders = [this] { return std::vector<std::string>{temp / "cache"}; },
-                         .process = 4711,
-                         .patience = std::chrono::milliseconds(0)},
-      screen.outlets);
+  deepRepair =
+      std::make_unique<deep::DeepRepair>(deep::DeepServices{.files = files,
+                                                            .fileManager = fileManager,
+                                                            .newFiles = newFiles,
+                                                            .lockedFiles = lockedFiles,
+                                                            .workers = workers,
+                                                            .mainQueue = queue,
+                                                            .clock = clock,
+                                                            .log = log,
+                                                            .sheets = sheets,
+                                                            .alertPanels = alerts,
+                                                            .choosers = choosers,
+                                                            .movies = movies,
+                                                            .workspace = workspace,
+                                                            .clipboard = clipboard,
+                                                            .settings = settings,
+                                                            .pathProbe = pathProbe,
+                                                            .translator = platform::englishTranslator(),
+                                                            .makePrograms = std::move(makePrograms),
+                                                            .scratchFolders = [this] { return scratchFolders; },
+                                                            .process = 4711,
+                                                            .patience = std::chrono::milliseconds(0)},
+                                         screen.outlets);
   deepRepair->wire(actions);
 }
 

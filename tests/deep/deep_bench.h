@@ -67,6 +67,7 @@ class DeepBench {
   platform::headless::HeadlessPathProbe pathProbe;
   platform::headless::HeadlessActions actions;
   platform::headless::DeepScreen screen;
+  std::vector<std::string> scratchFolders{temp / "cache"};
   std::unique_ptr<deep::DeepRepair> deepRepair;
 
  private:

@@ -83,7 +83,44 @@ TEST_F(FilmsFlow, TheyAreRepairedOneAfterTheOtherIntoOneFolder) {
   EXPECT_EQ(alerts.shown().back().message,
             "1 film repaired, in " + temp / "out" + ". Nothing could be made of 2 films.");
   EXPECT_EQ(settings.value("deep/output-folder"), temp / "out");
+}
+
+TEST_F(FilmsFlow, WhatFailedCanBeTriedAgainAndWhatIsDoneNeedNot) {
+  open({"a.avi", "b.avi"});
+  press(screen.queuestartbutton);
+  play = [&](Program& program) {
+    if (programs.started.size() == 2) return end(program, 3, "there is not enough space.");
+    repair(program);
+  };
+  runWorkers();
+  EXPECT_EQ(states(), (std::vector<State>{State::done, State::failed}));
+  // Nothing is at work, and nothing waits.
+  EXPECT_TRUE(deepRepair->mayClose());
+  ASSERT_TRUE(press(screen.queuestartbutton));
+  runWorkers();
+  EXPECT_EQ(programs.started.size(), 3U);
+  EXPECT_EQ(states(), (std::vector<State>{State::done, State::done}));
   EXPECT_FALSE(screen.queuestartbutton.isEnabled());
+}
+
+TEST_F(FilmsFlow, AFilmThatIsStartedAgainDoesNotHearTheEndOfItsFirstRun) {
+  open({"a.avi"});
+  press(screen.queuestartbutton);
+  bool isRestarted = false;
+  play = [&](Program& program) {
+    if (std::exchange(isRestarted, true)) return repair(program);
+    press(screen.queuestopbutton);
+    ASSERT_TRUE(press(screen.queuestartbutton));
+    EXPECT_EQ(states(), std::vector<State>{State::working});
+  };
+  // The first run ends while the second waits for its worker.
+  ASSERT_TRUE(workers.runNext());
+  EXPECT_EQ(programs.started.size(), 1U);
+  EXPECT_EQ(states(), std::vector<State>{State::working});
+  EXPECT_TRUE(screen.queuestopbutton.isEnabled());
+  runWorkers();
+  EXPECT_EQ(programs.started.size(), 2U);
+  EXPECT_EQ(states(), std::vector<State>{State::done});
 }
 
 TEST_F(FilmsFlow, TheFolderCanBeOpenedWhenAllIsDone) {

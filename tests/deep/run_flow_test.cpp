@@ -93,6 +93,33 @@ TEST_F(RunFlow, AStopTakesThePageAwayAtOnceAndTheProgramIsAskedToEnd) {
   EXPECT_EQ(scratchNames(), std::vector<std::string>());
 }
 
+TEST_F(RunFlow, AfterAStopNoFilmGetsItsName) {
+  choose();
+  press(screen.deeprepairbutton);
+  int waits = 0;
+  play = [&](Program& program) {
+    const auto ask = [&] {
+      salvage::BatchLine line;
+      line.command = "salvage";
+      line.input = "/films/some.avi";
+      line.outcome = "repaired";
+      program.messages.push_back(salvage::filmMessage({salvage::FilmMessage::Kind::naming, {}, line}));
+    };
+    if (++waits == 1) return ask();
+    if (waits == 2) {
+      EXPECT_EQ(program.answers, std::vector<std::string>{"go"});
+      press(screen.runstopbutton);
+      return ask();
+    }
+    EXPECT_EQ(program.answers, (std::vector<std::string>{"go", "no"}));
+    end(program, 130);
+  };
+  // A program that was stopped has its time to end.
+  programs.onWait = [&] { play(*programs.started.front()); };
+  runWorkers();
+  EXPECT_EQ(programs.started.front()->answers.size(), 2U);
+}
+
 TEST_F(RunFlow, AProgramThatDoesNotEndIsKilled) {
   choose();
   press(screen.deeprepairbutton);
@@ -217,7 +244,7 @@ TEST_F(FailedRun, ByAReportThatIsNoReport) {
     writeFile(valueOf(program, "-o"), repairedBytes);
     end(program, 0);
   });
-  EXPECT_EQ(said, "What it wrote is no longer there. Nothing was changed in your file.");
+  EXPECT_EQ(said, "What it wrote is not there, or cannot be read. Nothing was changed in your file.");
 }
 
 TEST_F(FailedRun, ByAFilmThatIsNotThere) {
@@ -225,7 +252,7 @@ TEST_F(FailedRun, ByAFilmThatIsNotThere) {
     repair(program);
     EXPECT_FALSE(fileManager.remove(valueOf(program, "-o")));
   });
-  EXPECT_EQ(said, "What it wrote is no longer there. Nothing was changed in your file.");
+  EXPECT_EQ(said, "What it wrote is not there, or cannot be read. Nothing was changed in your file.");
 }
 
 TEST_F(FailedRun, ByAProgramThatIsMissing) {

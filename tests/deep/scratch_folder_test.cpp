@@ -54,6 +54,24 @@ TEST_F(ScratchFolderTest, WhatAnEarlierProgramOfTheSameNumberLeftIsNotUsed) {
   EXPECT_EQ(folders(), (std::vector<std::string>{"deep-4711-1", "deep-4711-2"}));
 }
 
+TEST_F(ScratchFolderTest, TheChosenDiskComesFirstAndNothingIsMadeInItsPlaceWhileItIsGone) {
+  scratchFolders = {temp / "disk/private", temp / "cache/private"};
+  choose();
+  press(screen.deeprepairbutton);
+  runWorkers();
+  EXPECT_FALSE(fileManager.exists(temp / "disk"));
+  EXPECT_TRUE(valueOf(*programs.started.back(), "-o").starts_with(temp / "cache/private/deep-4711-1/"));
+  EXPECT_EQ(fileManager.attributes(temp / "cache/private")->permissions, 0700U);
+  alerts.script({platform::kAlertOther});
+  press(screen.resulthome);
+  runWorkers();
+  ASSERT_FALSE(fileManager.createFolder(temp / "disk"));
+  ASSERT_FALSE(fileManager.remove(temp / "cache"));
+  press(screen.deeprepairbutton);
+  runWorkers();
+  EXPECT_TRUE(valueOf(*programs.started.back(), "-o").starts_with(temp / "disk/private/deep-4711-1/"));
+}
+
 TEST_F(ScratchFolderTest, AFolderThatSomebodyTidiedAwayIsMadeAgain) {
   reachResult();
   ASSERT_FALSE(fileManager.remove(temp / "cache"));

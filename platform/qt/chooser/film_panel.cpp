@@ -47,7 +47,7 @@ void FilmPanel::showSelection() {
   FileChooser& chooser = shown_.chooser();
   chooser.say({});
   const std::vector<const FolderEntry*> all = chooser.browser().allSelected();
-  chooser.nameField().setPlaceholderText(all.size() > 1 ? texts::filmsChosen(static_cast<int>(all.size())) : QString());
+  chooser.nameField().setPlaceholderText(all.size() > 1 ? texts::filmsChosen(all.size()) : QString());
   if (all.empty()) return;
   const bool isOneOfTheKind = all.size() == 1 && all.front()->isFolder == (kind_ == Kind::folder);
   chooser.nameField().setText(isOneOfTheKind ? FolderModel::nameOf(*all.front()) : QString());

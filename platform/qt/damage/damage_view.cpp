@@ -27,7 +27,8 @@ constexpr int kNameHeight = 20;
 constexpr int kBarHeight = 24;
 constexpr int kTickHeight = 18;
 constexpr int kRow = kNameHeight + kBarHeight + kTickHeight + 6;
-constexpr int kWordsHeight = 24;
+constexpr int kWordsHeight = 42;  // two lines
+constexpr int kWordsGap = 4;
 constexpr int kKey = 14;
 constexpr int kKeyGap = 6;
 constexpr int kKeyBetween = 18;
@@ -157,9 +158,11 @@ void DamageView::paintEvent(QPaintEvent*) {
   const int top = kMargin + static_cast<int>(picture_.bars.size()) * kRow;
   painter.setPen(palette().color(QPalette::WindowText));
   painter.setFont(textFont(kSmallPixels, QFont::DemiBold));
-  const QRect line(kMargin, top, width() - 2 * kMargin, kWordsHeight);
-  painter.drawText(line, Qt::AlignVCenter | Qt::AlignLeft,
-                   painter.fontMetrics().elidedText(words(), Qt::ElideRight, line.width()));
+  const QRect lines(kMargin, top + kWordsGap, width() - 2 * kMargin, kWordsHeight - kWordsGap);
+  // What a break between words leaves empty of the first line is no room for more.
+  const int room = lines.width() * 9 / 5;
+  painter.drawText(lines, Qt::AlignTop | Qt::AlignLeft | Qt::TextWordWrap,
+                   painter.fontMetrics().elidedText(words(), Qt::ElideRight, room));
   painter.setFont(font());
   paintLegend(painter);
   if (hasFocus()) {

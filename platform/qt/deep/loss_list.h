@@ -28,6 +28,10 @@ class LossList final : public QListView {
 
   [[nodiscard]] QSize sizeHint() const override;
   [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+  /// Whoever scrolls to the part with the keyboard scrolls to all of it, and not to its current row only.
+  [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override {
+    return QWidget::inputMethodQuery(query);
+  }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

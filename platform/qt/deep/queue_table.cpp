@@ -23,6 +23,7 @@ constexpr int kSignSize = 18;
 constexpr int kCrossColumn = 36;
 constexpr int kCross = 10;
 constexpr int kCellPadding = 24;
+constexpr int kHeadingPadding = 12;
 constexpr int kBar = 6;
 constexpr int kProgressWidth = 110;
 constexpr int kNarrowProgressWidth = 64;
@@ -155,7 +156,9 @@ void QueueTable::resizeEvent(QResizeEvent* event) {
     state = std::max(state, fontMetrics().horizontalAdvance(nameOf(one)));
   }
   state += kCellPadding;
-  const int progress = viewport()->width() < kWidthForProgress ? kNarrowProgressWidth : kProgressWidth;
+  const int heading = header()->fontMetrics().horizontalAdvance(texts::columnProgress()) + kHeadingPadding;
+  const bool isNarrow = viewport()->width() < kWidthForProgress;
+  const int progress = std::max(heading, isNarrow ? kNarrowProgressWidth : kProgressWidth);
   const int rest = viewport()->width() - state - progress - kCrossColumn;
   const int film = std::max(kLeastFilmWidth, rest * 2 / 5);
   header()->resizeSection(QueueModel::film, film);

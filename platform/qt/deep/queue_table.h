@@ -26,6 +26,10 @@ class QueueTable final : public QTreeView, public QueueView {
   [[nodiscard]] const QueueModel& films() const { return *model_; }
   [[nodiscard]] QSize minimumSizeHint() const override;
   [[nodiscard]] QSize sizeHint() const override { return minimumSizeHint(); }
+  /// Whoever scrolls to the part with the keyboard scrolls to all of it, and not to its current row only.
+  [[nodiscard]] QVariant inputMethodQuery(Qt::InputMethodQuery query) const override {
+    return QWidget::inputMethodQuery(query);
+  }
 
  protected:
   void paintEvent(QPaintEvent* event) override;

@@ -211,7 +211,8 @@ void DeepResultPage::arrange() {
   const bool areBeside = width() >= kWidthForTwo && !damage_->isHidden();
   sides_->setDirection(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
   sides_->setAlignment(filmSide_, areBeside ? Qt::Alignment() : Qt::AlignLeft);
-  movie_->movie().setFixedHeight(areBeside ? kMovieHeight : kStackedMovieHeight);
+  const int picture = areBeside ? kMovieHeight : kStackedMovieHeight;
+  movie_->setFixedHeight(picture + movie_->bar().sizeHint().height());
   filmSide_->setFixedWidth(areBeside ? kFilmWidth : kStackedWidth);
 }
 

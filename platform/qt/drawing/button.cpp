@@ -132,6 +132,7 @@ void QtButton::pressed() {
 
 QSize QtButton::sizeHint() const {
   if (look_ == Look::picture) {
+    if (pictureSize_.isValid()) return pictureSize_;
     const Size drawn = pictures_.size(image_);
     return {static_cast<int>(drawn.width), static_cast<int>(drawn.height)};
   }

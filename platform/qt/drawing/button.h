@@ -47,6 +47,8 @@ class QtButton final : public QPushButton, public BaseButton {
   /// button of the toolkit's: a screen reader would toggle one without pressing it.
   void setTwoState(const QString& otherTitle);
   void showTitle() { showsTitle_ = true; }
+  /// Shows its picture at this size (logical pixels) rather than at the picture's own.
+  void setPictureSize(const QSize& size) { pictureSize_ = size; }
   /// The name of the picture that is shown.
   [[nodiscard]] const std::string& imageName() const { return image_; }
   /// What a press does, with the state as it is by then.
@@ -89,6 +91,7 @@ class QtButton final : public QPushButton, public BaseButton {
   bool isOutlined_ = false;
   bool isTwoState_ = false;
   bool showsTitle_ = false;
+  QSize pictureSize_;
   bool showsFocus_ = false;
   /// In the middle, unless an attributed title says otherwise.
   static constexpr ParagraphStyle kCentred{LineBreakMode::byWordWrapping, TextAlignment::centre};

@@ -9,6 +9,7 @@
 #include "platform/qt/drawing/appearance.h"
 #include "platform/qt/drawing/picture_widget.h"
 #include "platform/qt/drawing/text.h"
+#include "platform/qt/language.h"
 
 namespace zelvo::platform::qt {
 
@@ -131,7 +132,7 @@ QString PanelFrame::helpTopic() const {
   if (!helpTopic_.isEmpty() && titleText_ == topicTitle_) return helpTopic_;
   const QString said = titleText_.trimmed().isEmpty() ? withoutBreaks(message_->text()) : titleText_;
   QString topic;
-  for (const QChar one : said.toLower()) {
+  for (const QChar one : inEnglish(said).toLower()) {
     if (one.isLetterOrNumber()) {
       topic += one;
     } else if (!topic.isEmpty() && !topic.endsWith(QLatin1Char('-'))) {

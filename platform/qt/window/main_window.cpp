@@ -11,6 +11,7 @@
 #include <array>
 
 #include "platform/qt/drawing/appearance.h"
+#include "platform/qt/drawing/scroll_areas.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/window/desktop_notice.h"
 #include "platform/qt/window/dragged_files.h"
@@ -42,18 +43,6 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
 
 }  // namespace
 
-class MainWindow::UnseenMovieView final : public MovieView {
- public:
-  explicit UnseenMovieView(MainQueue& queue) : queue_(queue) {}
-  void setMovie(std::shared_ptr<Movie> movie) override {
-    queue_.perform([this, movie = std::move(movie)] { movie_ = movie; });
-  }
-
- private:
-  MainQueue& queue_;
-  std::shared_ptr<Movie> movie_;
-};
-
 MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView)
     : queue_(queue),
       pictures_(pictures),
@@ -62,6 +51,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
       layers_(new QStackedWidget),
       pages_(new QStackedWidget) {
   QAccessible::installFactory(accessibleWindow);  // once, however often it is asked
+  installScrollAreaAccessibility();
   setWindowTitle(texts::productName());
   setAcceptDrops(true);
   resize(kWidth, kHeight);
@@ -76,7 +66,10 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
   choosePage_ = new ChoosePage(parts);
   repairPage_ = new RepairPage(parts);
   resultPage_ = new ResultPage(parts, *movie);
-  for (WindowPage* page : std::array<WindowPage*, 3>{choosePage_, repairPage_, resultPage_}) pages_->addWidget(page);
+  for (WindowPage* page : std::array<WindowPage*, 3>{choosePage_, repairPage_, resultPage_}) {
+    pages_->addWidget(page);
+    page->mark->setAction([this](Button&) { aboutPanel_->show(); });
+  }
   auto* const inContent = new QVBoxLayout(content_);
   inContent->setContentsMargins(0, 0, 0, 0);
   inContent->addWidget(layers_);
@@ -88,6 +81,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
   panels_ = std::make_unique<PanelStack>(*content_, queue, pictures);
   fixedPanels_ = std::make_unique<WindowPanels>(*panels_);
   helpPanel_ = std::make_unique<HelpPanel>(*panels_);
+  aboutPanel_ = std::make_unique<AboutPanel>(*panels_);
   panels_->setObserver([this] { panelsChanged(); });
   panels_->setBeginObserver([this](PanelFrame& panel) { panelBegan(panel); });
   resultPage_->filmreport->setSheet(fixedPanels_->repaircompletedwindow);
@@ -99,6 +93,7 @@ MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, M
 }
 
 MainWindow::~MainWindow() {
+  place_.reset();
   // Widgets that go leave the pointer to those that are still there, and these would tell of it.
   for (QtButton* button : buttonsIn(*content_)) button->host().stopTracking();
   panels_->setObserver({});
@@ -278,9 +273,13 @@ void MainWindow::setUpdateRemark(const QString& remark) {
 
 void MainWindow::fitInto(const QSize& free) {
   resize(QSize(kWidth, kHeight).boundedTo(free - kFrameRoom).expandedTo(minimumSize()));
+  if (place_ != nullptr) place_->restore();
 }
 
-void MainWindow::addPage(WindowPage& page) { layers_->addWidget(&page); }
+void MainWindow::addPage(WindowPage& page) {
+  layers_->addWidget(&page);
+  page.mark->setAction([this](Button&) { aboutPanel_->show(); });
+}
 
 void MainWindow::showPage(WindowPage* page) {
   QWidget* const next = page == nullptr ? static_cast<QWidget*>(pages_) : page;

@@ -17,11 +17,15 @@
 #include "platform/outlets.h"
 #include "platform/qt/drawing/hosted_widget.h"
 #include "platform/qt/drawing/pictures.h"
+#include "platform/qt/panels/about_panel.h"
 #include "platform/qt/panels/help_panel.h"
 #include "platform/qt/panels/panel_stack.h"
 #include "platform/qt/preview/movie_pane.h"
+#include "platform/qt/window/unseen_movie_view.h"
 #include "platform/qt/window/window_pages.h"
 #include "platform/qt/window/window_panels.h"
+#include "platform/qt/window/window_place.h"
+#include "platform/settings.h"
 
 namespace zelvo::platform::qt {
 
@@ -58,11 +62,16 @@ class MainWindow final : public QWidget, public Window {
   void showHelp(const QString& topic);
   /// Shows inside the window what no browser could be started for.
   void showUnopened(const QUrl& address);
+  /// What the About panel says; as "0.1.0".
+  void setVersion(const QString& version) { aboutPanel_->setVersion(version); }
   /// What the buttons that look for an update say besides, since they cannot do it.
   void setUpdateRemark(const QString& remark);
   /// Makes the window as large as it would like to be, or as `free`, the screen's part that no desktop panel covers,
-  /// has room for; a title bar's height is left to the window manager. Logical pixels.
+  /// has room for; a title bar's height is left to the window manager. Logical pixels. Where a place is remembered, the
+  /// window goes there.
   void fitInto(const QSize& free);
+  /// Where its place is remembered; they outlive the window.
+  void setSettings(Settings& settings) { place_ = std::make_unique<WindowPlace>(*this, settings); }
 
   /// False while the window cannot answer: the button that stops a save looks off then.
   void setAnswering(bool answering);
@@ -87,6 +96,7 @@ class MainWindow final : public QWidget, public Window {
   [[nodiscard]] ResultPage& resultPage() { return *resultPage_; }
   [[nodiscard]] WindowPanels& fixedPanels() { return *fixedPanels_; }
   [[nodiscard]] HelpPanel& helpPanel() { return *helpPanel_; }
+  [[nodiscard]] AboutPanel& aboutPanel() { return *aboutPanel_; }
   /// 0, 1 or 2.
   [[nodiscard]] int page() const { return pages_->currentIndex(); }
 
@@ -99,9 +109,6 @@ class MainWindow final : public QWidget, public Window {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  /// Shows a movie that no page has a place for: nothing.
-  class UnseenMovieView;
-
   void fillOutlets(MovieView& movieView);
   void addShortcuts();
   /// Keys that press a button while it is seen and no panel is.
@@ -133,6 +140,7 @@ class MainWindow final : public QWidget, public Window {
   std::unique_ptr<PanelStack> panels_;
   std::unique_ptr<WindowPanels> fixedPanels_;
   std::unique_ptr<HelpPanel> helpPanel_;
+  std::unique_ptr<AboutPanel> aboutPanel_;
   std::unique_ptr<QtTabView> tabview_;
   std::unique_ptr<UnseenMovieView> unseenMovie_;
   std::unique_ptr<QLabel> unseenLabel_;
@@ -144,6 +152,7 @@ class MainWindow final : public QWidget, public Window {
   std::function<void(std::vector<std::string> files)> filesReceiver_;
   std::vector<std::pair<const QWidget*, const FlatProgressBar*>> titleBars_;
   QUrl helpPage_;
+  std::unique_ptr<WindowPlace> place_;
   bool wasPainted_ = false;
 };
 

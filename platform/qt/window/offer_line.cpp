@@ -1,7 +1,7 @@
 #include "platform/qt/window/offer_line.h"
 
 #include <QAccessible>
-#include <QHBoxLayout>
+#include <QBoxLayout>
 #include <QPainter>
 
 #include "platform/qt/drawing/appearance.h"
@@ -17,14 +17,18 @@ constexpr int kOfferMargin = 8;
 
 }  // namespace
 
-OfferLine::OfferLine(MainQueue& queue, QtButton& button) : queue_(queue), sentence_(new QLabel) {
+OfferLine::OfferLine(MainQueue& queue, QtButton& button, Qt::Orientation orientation)
+    : queue_(queue), sentence_(new QLabel) {
   sentence_->setTextFormat(Qt::PlainText);
   sentence_->setWordWrap(true);
-  auto* const row = new QHBoxLayout(this);
-  row->setContentsMargins(kOfferGap + kOfferEdge, kOfferMargin, kOfferMargin, kOfferMargin);
-  row->setSpacing(kOfferGap);
-  row->addWidget(sentence_, 1);
-  row->addWidget(&button);
+  const bool isRow = orientation == Qt::Horizontal;
+  const int indent = isRow ? kOfferGap : kOfferGap - kOfferEdge;
+  auto* const parts = new QBoxLayout(isRow ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom, this);
+  parts->setContentsMargins(indent + kOfferEdge, kOfferMargin, kOfferMargin, kOfferMargin);
+  parts->setSpacing(isRow ? kOfferGap : kOfferEdge);
+  parts->addWidget(sentence_, 1);
+  parts->addWidget(&button, 0, isRow ? Qt::Alignment() : Qt::AlignLeft);
+  if (!isRow) sentence_->setFont(textFont(kSmallPixels));
   setVisible(false);
 }
 

@@ -1,4 +1,4 @@
-/// A sentence of a page with a button at its end, which are seen together or not at all.
+/// A sentence of a page with a button at its end, or below it, which are seen together or not at all.
 /// Thread: main, but for what platform::DeepOffer's users call, which any thread may.
 #pragma once
 
@@ -15,7 +15,7 @@ namespace zelvo::platform::qt {
 class OfferLine final : public QWidget, public DeepOffer {
  public:
   /// `button` becomes a part of the line.
-  OfferLine(MainQueue& queue, QtButton& button);
+  OfferLine(MainQueue& queue, QtButton& button, Qt::Orientation orientation);
 
   // ---- platform::DeepOffer ----
   void show(std::string_view sentence) override;

@@ -6,7 +6,6 @@
 #include <QTimer>
 
 #include "platform/qt/drawing/appearance.h"
-#include "platform/qt/drawing/picture_widget.h"
 #include "platform/qt/texts.h"
 #include "platform/qt/window/step_marker.h"
 
@@ -78,7 +77,8 @@ WindowPage::WindowPage(const PageParts& parts, const QString& name) : WindowPage
 }
 
 WindowPage::WindowPage(const PageParts& parts, QWidget* middle)
-    : home(parts.pictureButton(texts::home(), "home-1")),
+    : mark(parts.pictureButton(texts::about(), "zelvo-avi-repair")),
+      home(parts.pictureButton(texts::home(), "home-1")),
       help(parts.pictureButton(texts::help(), "help-1")),
       update(parts.pictureButton(texts::update(), "update-1")) {
   auto* const all = new QVBoxLayout(this);
@@ -94,7 +94,8 @@ WindowPage::WindowPage(const PageParts& parts, QWidget* middle)
   auto* const leftRow = new QHBoxLayout(left);
   leftRow->setContentsMargins(0, 0, 0, 0);
   leftRow->setSpacing(10);
-  leftRow->addWidget(new PictureWidget(parts.pictures, "zelvo-avi-repair", QSize(kIconSize, kIconSize)));
+  mark->setPictureSize({kIconSize, kIconSize});
+  leftRow->addWidget(mark);
   leftRow->addWidget(name);
   leftRow->addStretch(1);
   auto* const right = new QWidget;

@@ -31,6 +31,7 @@ class WindowPage : public QWidget {
   /// A page that is no step: `name` stands in its strip, and it looks for no update.
   WindowPage(const PageParts& parts, const QString& name);
 
+  QtButton* mark;  ///< the product's picture: what it is
   QtButton* home;
   QtButton* help;
   QtButton* update;

@@ -121,7 +121,7 @@ ChoosePage::ChoosePage(const PageParts& parts)
       deeprepairbutton(parts.button(texts::deepRepair(), QtButton::Look::push)),
       addfilmsbutton(parts.button(texts::addFilms(), QtButton::Look::link)),
       refusedofferbutton(parts.button(texts::tryDeepRepair(), QtButton::Look::push)),
-      refusedoffer(new OfferLine(parts.queue, *refusedofferbutton)) {
+      refusedoffer(new OfferLine(parts.queue, *refusedofferbutton, Qt::Horizontal)) {
   body()->addWidget(headline(texts::chooseHeadline()));
   QLabel* const explained = explanation(texts::chooseExplanation());
   body()->addWidget(explained);
@@ -247,8 +247,8 @@ ResultPage::ResultPage(const PageParts& parts, MoviePane& movie)
       downloadmplayertext2(parts.queue, *piece()),
       downloadmplayertext3(parts.queue, *piece()),
       downloadmplayertext4(parts.queue, *piece()),
-      partlyofferbutton(parts.button(texts::tryDeepRepair(), QtButton::Look::push)),
-      partlyoffer(new OfferLine(parts.queue, *partlyofferbutton)) {
+      partlyofferbutton(parts.button(texts::tryDeepRepair(), QtButton::Look::link)),
+      partlyoffer(new OfferLine(parts.queue, *partlyofferbutton, Qt::Vertical)) {
   auto* const inResult = new QVBoxLayout(result);
   inResult->setContentsMargins(kResultMargin, kResultMargin, kResultMargin, kResultMargin);
   inResult->addWidget(&movie);
@@ -261,6 +261,7 @@ ResultPage::ResultPage(const PageParts& parts, MoviePane& movie)
   savedsizelabel.label().setText(texts::lastSaved());
   filmreport->addFigure(savedsizelabel.label(), *savedRow(durationfield));
   side->addWidget(scrolled(filmreport), 1);
+  side->addWidget(partlyoffer);
   previewbutton->setTwoState(texts::stopPreview());
   movie.setStarter([this] { previewbutton->click(); });
   for (QtButton* button : {previewbutton, savebutton}) {
@@ -276,7 +277,6 @@ ResultPage::ResultPage(const PageParts& parts, MoviePane& movie)
   row->setSpacing(kPageMargin - kPageGap / 2);
   row->addWidget(result, 1);
   row->addWidget(sideArea);
-  body()->addWidget(partlyoffer);
   body()->addLayout(row, 1);
 
   auto* const sentence = new WrappingRow(kWordSpacing);

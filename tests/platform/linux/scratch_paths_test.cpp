@@ -54,6 +54,19 @@ TEST_F(ScratchPaths, WithoutTheSharedFolderAPrivateOneIsMade) {
   EXPECT_EQ(modeOf(slot(1)), 0700U);
 }
 
+TEST_F(ScratchPaths, PrivateFoldersAreTheChosenOneAndTheCachesOne) {
+  const std::string disk = folder + "/disk";
+  fs::create_directory(disk);
+  LinuxScratchPaths paths(shared, cache);
+  EXPECT_EQ(paths.privateFolders(), std::vector<std::string>{cache + "/zelvo-avi-repair"});
+  EXPECT_FALSE(fs::exists(cache));
+
+  ASSERT_TRUE(paths.moveTo(disk));
+
+  EXPECT_EQ(paths.privateFolders(),
+            (std::vector<std::string>{disk + "/zelvo-avi-repair", cache + "/zelvo-avi-repair"}));
+}
+
 TEST_F(ScratchPaths, ASecondInstanceTakesTheFallbackOfTheFirstPair) {
   fs::create_directory(shared);
   LinuxScratchPaths one(shared, cache);

@@ -1,4 +1,5 @@
 // What a screen reader is told, and where the keyboard can go.
+#include <QScrollArea>
 #include <array>
 #include <string>
 #include <vector>
@@ -158,6 +159,23 @@ TEST_F(Accessibility, UpdateButtonsSayWhatTheyCannotDo) {
   }
 }
 
+TEST_F(Accessibility, ScrollAreaHasNoChildBehindItsLast) {
+  showPage(2);
+  const std::vector<QScrollArea*> areas = allBelow<QScrollArea>(window);
+  ASSERT_FALSE(areas.empty());
+  for (QScrollArea* area : areas) {
+    QAccessibleInterface& element = told(*area);
+    const int count = element.childCount();
+    ASSERT_GE(count, 1);
+    for (int past = 0; past < 1000; ++past) EXPECT_EQ(element.child(count + past), nullptr);
+    EXPECT_EQ(element.child(-1), nullptr);
+    bool holdsContent = false;
+    walk(element,
+         [&](QAccessibleInterface& below) { holdsContent = holdsContent || below.object() == area->widget(); });
+    EXPECT_TRUE(holdsContent || !area->isVisible());
+  }
+}
+
 TEST_F(Accessibility, DisabledButtonSaysSo) {
   window.controllerOutlets().savebutton.setEnabled(false);
   EXPECT_EQ(told(*window.resultPage().savebutton).state().disabled, 1U);
@@ -223,14 +241,15 @@ TEST_F(Accessibility, TabReachesEveryStopOfAPageInTheOrderThatIsRead) {
     showPage(page);
     Names reached;
     for (const QWidget* stop : tabStops()) reached.push_back(nameOf(*const_cast<QWidget*>(stop)));
+    constexpr const char* kAbout = "About Zelvo AVI Repair";  // the picture before Home
     // From wherever it began, round to the first of the page.
     const auto home = std::find(reached.begin(), reached.end(), "Home");
     ASSERT_NE(home, reached.end()) << page;
     std::rotate(reached.begin(), home, reached.end());
     const std::array<Names, 3> expected = {
-        Names{"Home", "Help", "Look for an update", "Choose a file…", "Add films…", "Repair"},
-        Names{"Home", "Help", "Look for an update", "Stop"},
-        Names{"Home", "Help", "Look for an update", "Preview", "Save…", "click here"}};
+        Names{"Home", "Help", "Look for an update", "Choose a file…", "Add films…", "Repair", kAbout},
+        Names{"Home", "Help", "Look for an update", "Stop", kAbout},
+        Names{"Home", "Help", "Look for an update", "Preview", "Save…", "click here", kAbout}};
     EXPECT_EQ(reached, expected[static_cast<std::size_t>(page)]);
   }
 }

@@ -153,18 +153,19 @@ TEST_F(DeepPagesTest, ShortcutsOfThePagesBelowDoNothing) {
 // ---- By keyboard alone ----
 
 TEST_F(DeepPagesTest, TabReachesEveryStopInTheOrderThatIsRead) {
+  constexpr const char* kMark = "About Zelvo AVI Repair";
   show(DeepPage::run);
-  EXPECT_THAT(tabStops(deep.runPage()), ElementsAre("Home", "Help", "Stop"));
+  EXPECT_THAT(tabStops(deep.runPage()), ElementsAre("Home", "Help", "Stop", kMark));
   outlets.result.show(partialResult());
   outlets.result.showComparison(sampleComparison());
   outlets.donorbutton.setHidden(false);
   show(DeepPage::result);
   EXPECT_THAT(tabStops(deep.resultPage()),
               ElementsAre("Home", "Help", "Save…", "Normal and deep repair", "Damage picture", "What happened where",
-                          "Copy report", "Compare", "Use a film of the same camera…"));
+                          "Copy report", "Compare", "Use a film of the same camera…", kMark));
   show(DeepPage::films);
   EXPECT_THAT(tabStops(deep.filmsPage()),
-              ElementsAre("Home", "Help", "Films to be repaired", "Change…", "Add films…", "Stop", "Start"));
+              ElementsAre("Home", "Help", "Films to be repaired", "Change…", "Add films…", "Stop", "Start", kMark));
 }
 
 TEST_F(DeepPagesTest, EveryButtonIsPressedByTheKeyboard) {

@@ -75,6 +75,24 @@ TEST_F(Help, FOneWhileAnUnknownMessageIsUpLeadsToAllMessages) {
         });
 }
 
+TEST_F(Help, FOneAndTheHelpButtonOfADeepRepairsPageLeadToWhatTellsOfIt) {
+  for (const auto& [page, line] : {std::pair(platform::DeepPage::run, "The deep repair"),
+                                   {platform::DeepPage::result, "What the deep repair shows"},
+                                   {platform::DeepPage::films, "Several films"}}) {
+    bench.deep->show(page);
+    bench.settle();
+    bench.key(Qt::Key_F1);
+    ASSERT_TRUE(helpIsUp());
+    EXPECT_EQ(topLine(), line);
+    bench.key(Qt::Key_Escape);
+    bench.click(*window.shownPage().help);
+    ASSERT_TRUE(helpIsUp());
+    EXPECT_EQ(topLine(), line);
+    bench.key(Qt::Key_Escape);
+  }
+  bench.deep->show(platform::DeepPage::none);
+}
+
 TEST_F(Help, FOneInTheHelpChangesNothing) {
   show(panels.filenotselectedwindow);
   bench.key(Qt::Key_F1);

@@ -113,7 +113,7 @@ TEST_F(SmallWindow, EveryStopOfTheDeepRepairsPagesComesIntoViewAndNothingScrolls
   deep.pages.show(platform::DeepPage::none);
 }
 
-TEST_F(SmallWindow, OffersStandAtTheTopOfTheirPages) {
+TEST_F(SmallWindow, OffersAreSeenWhenTheirPageComes) {
   const platform::DeepOutlets& deep = bench.deep->outlets();
   deep.refusedoffer.show("A deep repair may still bring holiday at the lake, second part.avi back.");
   deep.partlyoffer.show("The repair has not kept all of the film. A deep repair may bring back more.");

@@ -66,7 +66,8 @@ WindowBench::WindowBench() : scratchPaths(temp.path("none"), temp.path("cache"))
           .films = films,
           .lookAtStorage = [] { return platform::StorageView{}; },
           .printed = printed,
-          .homeDirectory = temp.path()},
+          .homeDirectory = temp.path(),
+          .translator = translator},
       window->controllerOutlets(), window->jobOutlets());
   window->panels().setControls(&windowControls);
   windowControls.dress(window->hostedViews());

@@ -28,6 +28,7 @@
 #include "platform/qt/chooser/file_panels.h"
 #include "platform/qt/chooser/film_choosers.h"
 #include "platform/qt/deep/deep_pages.h"
+#include "platform/qt/language.h"
 #include "platform/qt/panels/alert_panels.h"
 #include "platform/qt/panels/sheets.h"
 #include "platform/qt/panels/wait_panels.h"
@@ -117,6 +118,7 @@ class WindowBench {
   platform::headless::HeadlessPathProbe pathProbe;
   NoUpdates updates{events};
   platform::headless::HeadlessFilmObserver films;
+  platform::qt::QtTranslator translator;
   platform::NotificationCentre notifications;
   platform::qt::Pictures pictures{ZELVO_PICTURES};
   app::WindowControls windowControls{notifications};
