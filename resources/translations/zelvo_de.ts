@@ -32,8 +32,16 @@
         <translation>%1 sind frei, etwa %2 werden benötigt</translation>
     </message>
     <message>
-        <source>%1 are the film's own, %2 another film's, %3 made again</source>
-        <translation>%1 sind die des Films selbst, %2 die eines anderen Films, %3 neu gemacht</translation>
+        <source>the film's own: %1</source>
+        <translation>vom Film selbst: %1</translation>
+    </message>
+    <message>
+        <source>another film's: %1</source>
+        <translation>von einem anderen Film: %1</translation>
+    </message>
+    <message>
+        <source>made again: %1</source>
+        <translation>neu erstellt: %1</translation>
     </message>
     <message>
         <source>%1 bytes</source>
@@ -860,8 +868,8 @@
         <translation><numerusform>Aus %n Film ließ sich nichts machen.</numerusform><numerusform>Aus %n Filmen ließ sich nichts machen.</numerusform></translation>
     </message>
     <message>
-        <source>Nothing is damaged.</source>
-        <translation>Nichts ist beschädigt.</translation>
+        <source>No picture and no sound is lost.</source>
+        <translation>Kein Bild und kein Ton ist verloren.</translation>
     </message>
     <message>
         <source>Nothing is lost</source>

@@ -32,8 +32,16 @@
         <translation>%1 sont libres, %2 environ sont nécessaires</translation>
     </message>
     <message>
-        <source>%1 are the film's own, %2 another film's, %3 made again</source>
-        <translation>%1 sont ceux du film, %2 ceux d’un autre film, %3 refaits</translation>
+        <source>the film's own: %1</source>
+        <translation>du film lui-même : %1</translation>
+    </message>
+    <message>
+        <source>another film's: %1</source>
+        <translation>d’un autre film : %1</translation>
+    </message>
+    <message>
+        <source>made again: %1</source>
+        <translation>recréés : %1</translation>
     </message>
     <message>
         <source>%1 bytes</source>
@@ -860,8 +868,8 @@
         <translation><numerusform>Rien n’a pu être tiré de %n film.</numerusform><numerusform>Rien n’a pu être tiré de %n films.</numerusform></translation>
     </message>
     <message>
-        <source>Nothing is damaged.</source>
-        <translation>Rien n’est endommagé.</translation>
+        <source>No picture and no sound is lost.</source>
+        <translation>Aucune image ni aucun son n’est perdu.</translation>
     </message>
     <message>
         <source>Nothing is lost</source>
