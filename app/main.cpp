@@ -139,6 +139,7 @@ class Program {
     window_.setHelpPage(QUrl::fromEncoded(QByteArray::fromStdString(system_.paths.mapped(app::texts::kHelpPage1))));
     workspace_.setUnopenedReceiver([this](const QUrl& address) { window_.showUnopened(address); });
     window_.setSettings(settings_);
+    for (qt::MoviePane* pane : {movie_, deepMovie_}) pane->setSettings(settings_);
     window_.setVersion(QStringLiteral(ZELVO_VERSION));
     reportUpdates();
     if (!QIcon::hasThemeIcon(kIconName)) QApplication::setWindowIcon(pictures_.icon("zelvo-avi-repair"));

@@ -178,7 +178,7 @@ TEST_F(ResultFlow, WithAnotherFilmItIsRepairedOnceMore) {
   EXPECT_EQ(valueOf(*programs.started.back(), "--donor"), donor);
   EXPECT_EQ(programs.started.back()->arguments.back(), path);
   EXPECT_EQ(screen.pages.shown(), DeepPage::result);
-  EXPECT_EQ(screen.result.result()->lines[2].words, "1 are the film's own, 1 another film's, 0 made again");
+  EXPECT_EQ(screen.result.result()->lines[2].words, "the film's own: 1; another film's: 1");
   EXPECT_EQ(takeAlerts().size(), 1U);
   EXPECT_EQ(scratchNames(), std::vector<std::string>{"2"});
   alerts.script({platform::kAlertOther});
@@ -195,6 +195,18 @@ TEST_F(ResultFlow, ADonorThatDoesNotFitIsTold) {
   const auto& lines = screen.result.result()->lines;
   EXPECT_EQ(lines.back().words, "its header cannot be that of this film, and was not used");
   EXPECT_EQ(takeAlerts().size(), 1U);
+}
+
+TEST_F(ResultFlow, ADonorOnADiskThatDoesNotAnswerIsNotTouched) {
+  report = headlessReport();
+  alerts.script({platform::kAlertDefault});
+  reachResult();
+  pathProbe.dead = {"/dead"};
+  ASSERT_TRUE(choosers.answerFilm("/dead/donor.avi"));
+  EXPECT_EQ(screen.pages.shown(), DeepPage::result);
+  EXPECT_EQ(takeAlerts().back(), "The film does not answer");
+  runWorkers();
+  EXPECT_EQ(programs.started.size(), 1U);
 }
 
 TEST_F(ResultFlow, TheFirstResultStaysWhenTheSecondRunFailsOrIsStopped) {

@@ -6,12 +6,68 @@
 #include <QCoreApplication>
 #include <QTest>
 #include <QWindow>
+#include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "platform/qt/preview/movie_pane.h"
 
 namespace zelvo::tests {
+
+/// Writes down what is asked of it, and is where it is told to be.
+class ToldMovie final : public platform::qt::ShownMovie {
+ public:
+  void play() override {
+    deeds.push_back("play");
+    playing = true;
+    tell();
+  }
+  void stop() override {
+    deeds.push_back("stop");
+    playing = paused = false;
+    tell();
+  }
+  void gotoBeginning() override { gotoTime(0); }
+  void gotoTime(double seconds) override {
+    deeds.push_back("to " + QString::number(seconds, 'f', 3).toStdString());
+    at = seconds;
+    tell();
+  }
+  void beginShow(std::function<void()> told) override { changed_ = std::move(told); }
+  void pauseShow() override { changed_ = nullptr; }
+  void endShow() override { changed_ = nullptr; }
+  QSize shape() const override { return {}; }
+  QImage picture(QSize) override { return {}; }
+  QString remark() const override { return {}; }
+  bool isPlaying() const override { return playing; }
+  void setPaused(bool wanted) override {
+    deeds.push_back(wanted ? "pause" : "go on");
+    paused = wanted;
+    tell();
+  }
+  bool isPaused() const override { return paused; }
+  double position() const override { return at; }
+  std::optional<double> duration() const override { return length; }
+  void setLoudness(const platform::qt::Loudness& wanted) override { loudness = wanted; }
+
+  void tell() const {
+    if (changed_) changed_();
+  }
+
+  std::vector<std::string> deeds;
+  bool playing = false;
+  bool paused = false;
+  double at = 0;
+  std::optional<double> length = 100.0;
+  std::optional<platform::qt::Loudness> loudness;
+
+ private:
+  std::function<void()> changed_;
+};
 
 class RememberedSettings final : public platform::Settings {
  public:

@@ -1,5 +1,5 @@
-"""What the soak measures of a process: how soon it answers, and what it holds. Run by itself it is the process that asks,
-and prints when it asked and how long the answer took, in seconds."""
+"""What the soak measures of a process: how soon it answers, and what it holds. Run by itself it is the process that
+asks, and prints when it asked and how long the answer took, in seconds."""
 import os
 import subprocess
 import sys
