@@ -89,9 +89,10 @@ TEST_F(DeepPagesTest, FocusGoesToTheNextStepOfEachPage) {
 
 TEST_F(DeepPagesTest, PageThatTurnsBelowDoesNotTakeTheKeyboard) {
   show(DeepPage::run);
+  deep.runPage().home->setFocus(Qt::TabFocusReason);
   window.controllerOutlets().tabview.selectNextTabViewItem();
   settle();
-  EXPECT_EQ(window.focusWidget(), deep.runPage().runstopbutton);
+  EXPECT_EQ(window.focusWidget(), deep.runPage().home);
   window.controllerOutlets().tabview.selectFirstTabViewItem();
 }
 
