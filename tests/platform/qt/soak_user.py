@@ -12,7 +12,15 @@ CHOOSE_AGAIN = "Choose another\u2026"
 # What leads out of the program, or to a browser that this machine may have.
 LEFT_ALONE = {"Help", "click here", "Open folder", "Change\u2026", "Look for an update", "Up", "New folder\u2026"}
 # What is pressed rarely, or the rest would never come to its end.
-RARE = {"Stop": 0.3, "Home": 0.3, "Cancel": 0.2, "Keep repairing": 1.0, "Mute": 0.3, "Sound on": 0.5}
+RARE = {
+    "About Zelvo AVI Repair": 0.05,
+    "Copy report": 0.3,
+    "Home": 0.3,
+    "Cancel": 0.2,
+    "Keep repairing": 1.0,
+    "Mute": 0.3,
+    "Sound on": 0.5,
+}
 
 
 class Program:
