@@ -1,9 +1,19 @@
 #include "deep/deep_repair.h"
 
+#include "deep/remembered.h"
 #include "deep/texts.h"
 #include "platform/paths.h"
+#include "salvage/batch_run.h"
 
 namespace zelvo::deep {
+
+namespace {
+
+/// How often what is left behind is looked at.
+constexpr int kLooks = 5;
+constexpr std::chrono::milliseconds kBetweenLooks{2000};
+
+}  // namespace
 
 DeepRepair::DeepRepair(const DeepServices& services, const platform::DeepOutlets& outlets)
     : services_(services),
@@ -32,10 +42,22 @@ void DeepRepair::wire(platform::Actions& actions) {
 }
 
 void DeepRepair::start() {
-  // Without a thread they stay until the next start.
-  static_cast<void>(services_.workers.start(
-      std::make_shared<platform::CancelMark>(),
-      [services = services_, bases = services_.scratchFolders()] { ScratchFolder::removeLeftovers(services, bases); }));
+  std::vector<std::string> written;
+  for (const std::string_view key : {remembered::kSaveFolder, remembered::kWrittenFolder}) {
+    if (const auto folder = services_.settings.value(key)) written.push_back(*folder);
+  }
+  const auto remove = [services = services_, bases = services_.scratchFolders(), written] {
+    // A program whose window was killed may live for some moments more.
+    for (int look = 0; look < kLooks && !ScratchFolder::removeLeftovers(services, bases); ++look) {
+      services.clock.sleepFor(kBetweenLooks);
+    }
+    for (const std::string& folder : written) {
+      if (!services.pathProbe.answers({folder})) continue;
+      salvage::removeDeadFiles(folder, services.fileManager, services.lockedFiles);
+    }
+  };
+  // Without a thread it all stays until the next start.
+  static_cast<void>(services_.workers.start(std::make_shared<platform::CancelMark>(), remove));
 }
 
 bool DeepRepair::takeFilms(const std::vector<std::string>& paths) {

@@ -32,7 +32,8 @@ class DeepRepair final : public platform::FilmObserver {
 
   /// Connects the buttons to what they do.
   void wire(platform::Actions& actions);
-  /// Has what windows that are no more have left behind removed, on a worker.
+  /// Has what windows that are no more have left behind removed, on a worker: films that were not saved, and copies
+  /// that were not whole.
   void start();
 
   /// Several films were dropped on the first page. False when they cannot be taken now.

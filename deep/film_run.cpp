@@ -13,7 +13,8 @@ class FilmRun::Queue final : public salvage::FilmQueue {
 
   [[nodiscard]] std::size_t films() const override { return 1; }
   [[nodiscard]] std::optional<std::vector<std::string>> begin(std::size_t) override { return run_.order_.arguments; }
-  [[nodiscard]] bool mayName(std::size_t, const salvage::BatchLine&) override { return !isStopped(); }
+  /// A queue that is stopped asks nobody.
+  [[nodiscard]] bool mayName(std::size_t, const salvage::BatchLine&) override { return true; }
   void end(std::size_t, const salvage::FilmResult& result) override { end_ = filmEnd(result, isStopped()); }
   void tell(std::size_t, const salvage::FilmResult*) override {}
   void look(const std::vector<salvage::RunningFilm>& running) override {

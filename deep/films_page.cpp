@@ -107,6 +107,7 @@ bool FilmsPage::isFolderUsable() {
 
 void FilmsPage::start() {
   if (work_ || runs_.isClosed() || !isFolderUsable()) return;
+  services_.settings.setValue(remembered::kWrittenFolder, folder_);
   for (const auto& entry : entries_) {
     if (canBegin(entry->told)) entry->told = {.path = entry->told.path};
   }
@@ -171,7 +172,8 @@ void FilmsPage::ended(const std::shared_ptr<Work>& work, const std::shared_ptr<c
   work->run.reset();
   const bool isAwaited = work_ == work;
   // One that was done when the stop came lies where it was to be saved.
-  const bool isDoneAllTheSame = entry->told.state == State::stopped && !film->path.empty();
+  const bool isDoneAllTheSame =
+      entry->told.state == State::stopped && !film->path.empty() && std::ranges::count(entries_, entry) > 0;
   if (!film->end.isJudged() || !(isAwaited || isDoneAllTheSame)) scratch_.remove(film->order.folder);
   if (!isAwaited && !isDoneAllTheSame) return;
   if (isAwaited) work_.reset();
@@ -249,7 +251,8 @@ void FilmsPage::tellAllDone() {
   }
   if (repaired == 0) return questions_.tell(texts::kAllDoneTitle, message);
   const std::string folder = folder_;
-  if (questions_.choose(texts::kAllDoneTitle, message, texts::kOpenFolder, texts::kClose) == platform::kAlertDefault) {
+  if (questions_.tellDone(texts::kAllDoneTitle, message, texts::kOpenFolder, texts::kClose) ==
+      platform::kAlertDefault) {
     services_.workspace.openURL(fileUrl(folder));
   }
 }

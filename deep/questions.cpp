@@ -21,13 +21,25 @@ bool Questions::agrees(std::string_view title, const std::string& message, std::
                                 .otherButton = translated(yes)}) == platform::kAlertOther;
 }
 
+platform::AlertPanel Questions::panel(std::string_view title, const std::string& message, std::string_view first,
+                                      std::string_view dismissal, std::string_view other) const {
+  return {.title = translated(title),
+          .message = message,
+          .defaultButton = translated(first),
+          .alternateButton = translated(dismissal),
+          .otherButton = other.empty() ? std::nullopt : std::optional(translated(other))};
+}
+
 int Questions::choose(std::string_view title, const std::string& message, std::string_view first,
                       std::string_view dismissal, std::string_view other) {
-  return panels_.runAlertPanel({.title = translated(title),
-                                .message = message,
-                                .defaultButton = translated(first),
-                                .alternateButton = translated(dismissal),
-                                .otherButton = other.empty() ? std::nullopt : std::optional(translated(other))});
+  return panels_.runAlertPanel(panel(title, message, first, dismissal, other));
+}
+
+int Questions::tellDone(std::string_view title, const std::string& message, std::string_view first,
+                        std::string_view dismissal, std::string_view other) {
+  platform::AlertPanel told = panel(title, message, first, dismissal, other);
+  told.sign = platform::SheetSign::done;
+  return panels_.runAlertPanel(told);
 }
 
 }  // namespace zelvo::deep

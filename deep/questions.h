@@ -23,6 +23,9 @@ class Questions {
   /// As an alert answers; Esc answers `kAlertAlternate`. Without a text there is no third button.
   [[nodiscard]] int choose(std::string_view title, const std::string& message, std::string_view first,
                            std::string_view dismissal, std::string_view other = {});
+  /// The same under the sign of something that is done.
+  [[nodiscard]] int tellDone(std::string_view title, const std::string& message, std::string_view first,
+                             std::string_view dismissal, std::string_view other = {});
 
   [[nodiscard]] std::string translated(std::string_view text) const { return translator_.translated(text); }
   [[nodiscard]] std::string translated(std::string_view text, std::initializer_list<std::string_view> values) const {
@@ -30,6 +33,9 @@ class Questions {
   }
 
  private:
+  [[nodiscard]] platform::AlertPanel panel(std::string_view title, const std::string& message, std::string_view first,
+                                           std::string_view dismissal, std::string_view other) const;
+
   platform::AlertPanels& panels_;
   const platform::Translator& translator_;
 };

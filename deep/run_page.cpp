@@ -28,7 +28,7 @@ void RunPage::start(Work work) {
     questions_.tell(title, message);
     if (work.left) work.left();
   };
-  if (!services_.pathProbe.answers({work.input})) {
+  if (!services_.pathProbe.answers({work.input, work.donor.value_or(work.input)})) {
     return refuse(texts::kNotAnsweringTitle, questions_.translated(texts::kNotAnswering));
   }
   const ScratchFolder::Made made = scratch_.makeFolder();

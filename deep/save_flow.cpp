@@ -174,7 +174,7 @@ void SaveFlow::tellSaved(const Copy& copy) {
   std::string message = questions_.translated(texts::kSavedAs, {copy.order.to});
   if (!copy.reportPath.empty()) message += " " + questions_.translated(texts::kReportSavedAs, {copy.reportPath});
   if (copy.reportError) message += " " + questions_.translated(texts::kReportNotSaved, {copy.reportError.message()});
-  const int answer = questions_.choose(texts::kSavedTitle, message, texts::kPlay, texts::kClose, texts::kOpenFolder);
+  const int answer = questions_.tellDone(texts::kSavedTitle, message, texts::kPlay, texts::kClose, texts::kOpenFolder);
   if (answer == platform::kAlertDefault) services_.workspace.openURL(fileUrl(copy.order.to));
   if (answer == platform::kAlertOther) services_.workspace.openURL(fileUrl(platform::folderOf(copy.order.to)));
 }

@@ -104,7 +104,8 @@ void ScratchFolder::remove(const std::string& folder) {
   if (!services_.workers.start(std::make_shared<platform::CancelMark>(), removing)) removing();
 }
 
-void ScratchFolder::removeLeftovers(const DeepServices& services, const std::vector<std::string>& bases) {
+bool ScratchFolder::removeLeftovers(const DeepServices& services, const std::vector<std::string>& bases) {
+  bool isClean = true;
   for (const std::string& base : bases) {
     if (!services.pathProbe.answers({base})) continue;
     for (const std::string& name : services.fileManager.list(base)) {
@@ -113,9 +114,14 @@ void ScratchFolder::removeLeftovers(const DeepServices& services, const std::vec
       const auto there = services.fileManager.attributes(folder);
       if (!there || there->kind != platform::FileAttributes::Kind::folder) continue;
       // The lock is kept until the folder is gone, so nobody else takes it for a living one.
-      if (const auto lock = takeOver(services, folder)) static_cast<void>(services.fileManager.remove(folder));
+      if (const auto lock = takeOver(services, folder)) {
+        static_cast<void>(services.fileManager.remove(folder));
+      } else {
+        isClean = false;
+      }
     }
   }
+  return isClean;
 }
 
 }  // namespace zelvo::deep

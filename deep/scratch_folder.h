@@ -32,8 +32,9 @@ class ScratchFolder {
   /// Null before the first folder, and where the file system knows no locks.
   [[nodiscard]] std::shared_ptr<const platform::FileLock> lock() const { return lock_; }
 
-  /// Removes what programs that are no more have left in these folders. Thread: any.
-  static void removeLeftovers(const DeepServices& services, const std::vector<std::string>& bases);
+  /// Removes what programs that are no more have left in these folders. False when something is there that a program
+  /// still holds. Thread: any.
+  static bool removeLeftovers(const DeepServices& services, const std::vector<std::string>& bases);
 
  private:
   [[nodiscard]] std::error_code makeOwnIn(const std::string& base, bool makesAbove);

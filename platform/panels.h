@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/elements.h"
+#include "platform/sheet_head.h"
 #include "platform/translator.h"
 
 namespace zelvo::platform {
@@ -82,6 +83,7 @@ struct AlertPanel {
   std::optional<std::string> defaultButton;
   std::optional<std::string> alternateButton;
   std::optional<std::string> otherButton;
+  std::optional<SheetSign> sign = std::nullopt;  ///< by the number of its buttons without one
 };
 
 /// What an alert answers.

@@ -15,12 +15,14 @@ class HeadlessClock final : public Clock {
   explicit HeadlessClock(Events* events) : events_(events) {}
   void sleepFor(std::chrono::milliseconds duration) override {
     if (events_ != nullptr) events_->add("sleep(" + std::to_string(duration.count()) + " ms)");
+    if (onSleep) onSleep();
   }
   void endSleeps() override {
     if (events_ != nullptr) events_->add("endSleeps()");
     if (onEndSleeps) onEndSleeps();
   }
 
+  std::function<void()> onSleep;
   std::function<void()> onEndSleeps;
 
  private:

@@ -204,6 +204,10 @@
         <translation><numerusform>%n Block verloren</numerusform><numerusform>%n Blöcke verloren</numerusform></translation>
     </message>
     <message numerus="yes">
+        <source>%n chunk(s) more than are kept of a film of this size</source>
+        <translation><numerusform>%n Block mehr, als von einem Film dieser Größe behalten werden</numerusform><numerusform>%n Blöcke mehr, als von einem Film dieser Größe behalten werden</numerusform></translation>
+    </message>
+    <message numerus="yes">
         <source>%n cut short</source>
         <translation><numerusform>%n gekürzt</numerusform><numerusform>%n gekürzt</numerusform></translation>
     </message>
@@ -1668,8 +1672,8 @@
         <translation>was übrig ist, bleibt erhalten; die Zeit des Verlorenen ist aufgefüllt</translation>
     </message>
     <message>
-        <source>What it wrote is no longer there.</source>
-        <translation>Was es geschrieben hat, ist nicht mehr da.</translation>
+        <source>What it wrote is not there, or cannot be read.</source>
+        <translation>Was es geschrieben hat, ist nicht da oder lässt sich nicht lesen.</translation>
     </message>
     <message>
         <source>What the normal repair would keep could not be found out.</source>

@@ -204,6 +204,10 @@
         <translation><numerusform>%n bloc perdu</numerusform><numerusform>%n blocs perdus</numerusform></translation>
     </message>
     <message numerus="yes">
+        <source>%n chunk(s) more than are kept of a film of this size</source>
+        <translation><numerusform>%n bloc de plus que ce qui est conservé d’un film de cette taille</numerusform><numerusform>%n blocs de plus que ce qui est conservé d’un film de cette taille</numerusform></translation>
+    </message>
+    <message numerus="yes">
         <source>%n cut short</source>
         <translation><numerusform>%n écourté</numerusform><numerusform>%n écourtés</numerusform></translation>
     </message>
@@ -1668,8 +1672,8 @@
         <translation>ce qui reste est conservé, le temps de ce qui est perdu est comblé</translation>
     </message>
     <message>
-        <source>What it wrote is no longer there.</source>
-        <translation>Ce qu’il a écrit n’est plus là.</translation>
+        <source>What it wrote is not there, or cannot be read.</source>
+        <translation>Ce qu’il a écrit n’est pas là ou ne peut pas être lu.</translation>
     </message>
     <message>
         <source>What the normal repair would keep could not be found out.</source>

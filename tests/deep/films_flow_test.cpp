@@ -83,6 +83,7 @@ TEST_F(FilmsFlow, TheyAreRepairedOneAfterTheOtherIntoOneFolder) {
   EXPECT_EQ(alerts.shown().back().message,
             "1 film repaired, in " + temp / "out" + ". Nothing could be made of 2 films.");
   EXPECT_EQ(settings.value("deep/output-folder"), temp / "out");
+  EXPECT_EQ(settings.value("deep/written-folder"), temp / "out");
 }
 
 TEST_F(FilmsFlow, WhatFailedCanBeTriedAgainAndWhatIsDoneNeedNot) {
@@ -101,6 +102,24 @@ TEST_F(FilmsFlow, WhatFailedCanBeTriedAgainAndWhatIsDoneNeedNot) {
   EXPECT_EQ(programs.started.size(), 3U);
   EXPECT_EQ(states(), (std::vector<State>{State::done, State::done}));
   EXPECT_FALSE(screen.queuestartbutton.isEnabled());
+}
+
+TEST_F(FilmsFlow, AFilmThatWasTakenOutIsNotHeardOfAnyMore) {
+  open({"a.avi", "b.avi"});
+  press(screen.queuestartbutton);
+  play = [&](Program& program) {
+    press(screen.queuestopbutton);
+    screen.queue.remove(0);
+    press(screen.queuestartbutton);
+    repair(program);
+  };
+  ASSERT_TRUE(workers.runNext());
+  EXPECT_EQ(states(), std::vector<State>{State::working});
+  EXPECT_TRUE(screen.queuestopbutton.isEnabled());
+  play = [this](Program& program) { repair(program); };
+  runWorkers();
+  EXPECT_EQ(states(), std::vector<State>{State::done});
+  EXPECT_EQ(scratchNames(), std::vector<std::string>{"2"});
 }
 
 TEST_F(FilmsFlow, AFilmThatIsStartedAgainDoesNotHearTheEndOfItsFirstRun) {
@@ -199,6 +218,17 @@ TEST_F(FilmsFlow, WhereNoProgramCanBeStartedTheQueueStops) {
   EXPECT_EQ(takeAlerts(), std::vector<std::string>{"The deep repair did not come to its end"});
 }
 
+TEST_F(FilmsFlow, WithoutAThreadTheQueueStopsAndSaysSo) {
+  open({"a.avi", "b.avi"});
+  workers.refuseNext();
+  press(screen.queuestartbutton);
+  runWorkers();
+  EXPECT_EQ(states(), (std::vector<State>{State::failed, State::waiting}));
+  EXPECT_EQ(takeAlerts(), std::vector<std::string>{"The deep repair did not come to its end"});
+  EXPECT_TRUE(programs.started.empty());
+  EXPECT_EQ(scratchNames(), std::vector<std::string>());
+}
+
 TEST_F(FilmsFlow, AFolderThatCannotBeUsedIsToldBeforeAnythingBegins) {
   open({"a.avi"});
   press(screen.queuefolderbutton);
@@ -252,6 +282,22 @@ TEST_F(FilmsFlow, ResultsAreOpenedWhileOthersAreWorkedOn) {
   EXPECT_EQ(screen.result.result()->film, "a.avi");
   press(screen.resulthome);
   EXPECT_EQ(screen.pages.shown(), DeepPage::films);
+}
+
+TEST_F(FilmsFlow, AFilmThatIsAddedMeanwhileIsRepairedToo) {
+  open({"a.avi"});
+  press(screen.queuestartbutton);
+  play = [&](Program& program) {
+    if (programs.started.size() == 1) {
+      press(screen.queueaddbutton);
+      ASSERT_TRUE(choosers.answerFilms({temp.put("b.avi", "x")}));
+      EXPECT_EQ(states(), (std::vector<State>{State::working, State::waiting}));
+    }
+    repair(program);
+  };
+  runWorkers();
+  EXPECT_EQ(states(), (std::vector<State>{State::done, State::done}));
+  EXPECT_EQ(takeAlerts(), std::vector<std::string>{"All films are done"});
 }
 
 TEST_F(FilmsFlow, FilmsAreTakenOutButNotTheOneThatIsWorkedOn) {

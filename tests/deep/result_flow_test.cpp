@@ -197,6 +197,18 @@ TEST_F(ResultFlow, ADonorThatDoesNotFitIsTold) {
   EXPECT_EQ(takeAlerts().size(), 1U);
 }
 
+TEST_F(ResultFlow, ADonorOnADiskThatDoesNotAnswerIsNotTouched) {
+  report = headlessReport();
+  alerts.script({platform::kAlertDefault});
+  reachResult();
+  pathProbe.dead = {"/dead"};
+  ASSERT_TRUE(choosers.answerFilm("/dead/donor.avi"));
+  EXPECT_EQ(screen.pages.shown(), DeepPage::result);
+  EXPECT_EQ(takeAlerts().back(), "The film does not answer");
+  runWorkers();
+  EXPECT_EQ(programs.started.size(), 1U);
+}
+
 TEST_F(ResultFlow, TheFirstResultStaysWhenTheSecondRunFailsOrIsStopped) {
   report = headlessReport();
   alerts.script({platform::kAlertAlternate});

@@ -44,6 +44,7 @@ TEST_F(SaveFlowTest, CopiesTheFilmAndSaysWhereItLies) {
   EXPECT_EQ(screen.saveprogressbar.doubleValue(), 100.0);
   EXPECT_EQ(takeAlerts(), std::vector<std::string>{"The film is saved"});
   EXPECT_EQ(lastMessage(), "It was saved as " + temp / "mine.avi" + ".");
+  EXPECT_EQ(alerts.shown().back().sign, platform::SheetSign::done);
   EXPECT_EQ(temp.names(), (std::vector<std::string>{"broken.avi", "cache", "mine.avi"}));
   // Saved, so nobody is asked.
   ASSERT_TRUE(press(screen.resulthome));
@@ -146,11 +147,14 @@ TEST_F(SaveFlowTest, AFilmThatIsGoneOrShortIsNeverTakenForWhole) {
   saveAs(temp / "mine.avi");
   runWorkers();
   EXPECT_TRUE(lastMessage().starts_with("The repaired film is no longer there, or not whole any more."));
+  writeFile(scratchFilm(), "the repaired film, and more");
+  saveAs(temp / "mine.avi");
+  runWorkers();
   ASSERT_FALSE(fileManager.remove(scratchFilm()));
   saveAs(temp / "mine.avi");
   runWorkers();
   EXPECT_TRUE(lastMessage().starts_with("The repaired film is no longer there, or not whole any more."));
-  EXPECT_EQ(takeAlerts().size(), 2U);
+  EXPECT_EQ(takeAlerts(), (std::vector<std::string>(3, "The film was not saved")));
   EXPECT_EQ(temp.names(), (std::vector<std::string>{"broken.avi", "cache"}));
 }
 

@@ -33,6 +33,30 @@ TEST_F(ScratchFolderTest, WhatWindowsThatAreNoMoreLeftBehindIsRemovedAtTheStart)
   EXPECT_EQ(temp.content("cache/deep-9-1/1/film.avi"), "another window's");
 }
 
+TEST_F(ScratchFolderTest, AProgramThatOutlivesItsWindowForAMomentIsWaitedFor) {
+  writeFile(temp / "cache/deep-7-1/lock", "");
+  auto dying = lockedFiles.lockFile(temp / "cache/deep-7-1/lock");
+  ASSERT_NE(dying, nullptr);
+  clock.onSleep = [&] { dying.reset(); };
+  deepRepair->start();
+  runWorkers();
+  EXPECT_EQ(folders(), std::vector<std::string>());
+}
+
+TEST_F(ScratchFolderTest, CopiesThatAKilledWindowDidNotEndAreRemovedWhereItWroteLast) {
+  const std::string hidden = "/.zelvo-avi-0123456789abcdef01234567.part";
+  for (const char* const folder : {"saved", "written", "elsewhere"}) writeFile(temp / folder + hidden, "half a film");
+  writeFile(temp / "saved/film.avi", "a film");
+  settings.setValue("deep/save-folder", temp / "saved");
+  settings.setValue("deep/written-folder", temp / "written");
+  const auto living = lockedFiles.lockFile(temp / "written" + hidden);
+  deepRepair->start();
+  runWorkers();
+  EXPECT_EQ(fileManager.list(temp / "saved"), std::vector<std::string>{"film.avi"});
+  EXPECT_EQ(fileManager.list(temp / "written").size(), 1U);
+  EXPECT_EQ(fileManager.list(temp / "elsewhere").size(), 1U);
+}
+
 TEST_F(ScratchFolderTest, AWindowDoesNotRemoveItsOwn) {
   reachResult();
   deepRepair->start();

@@ -44,7 +44,7 @@ class QueueTable::Cells final : public QStyledItemDelegate {
   }
   void paint(QPainter* painter, const QStyleOptionViewItem& option, const QModelIndex& index) const override {
     QStyleOptionViewItem plainRow = option;
-    plainRow.state &= ~QStyle::State_HasFocus;  // the whole row is marked
+    plainRow.state &= ~QStyle::State_HasFocus;  // the row is marked by its selection
     if (index.column() == QueueModel::result && model_.canBeOpened(index)) {
       plainRow.font.setUnderline(true);
       plainRow.palette.setColor(QPalette::Text, option.palette.color(QPalette::Link));
@@ -90,7 +90,6 @@ QueueTable::QueueTable(MainQueue& queue, Pictures& pictures) : queue_(queue), mo
   setRootIsDecorated(false);
   setItemsExpandable(false);
   setUniformRowHeights(true);
-  setAllColumnsShowFocus(true);
   setTabKeyNavigation(false);
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setTextElideMode(Qt::ElideMiddle);

@@ -5,6 +5,7 @@
 #include "platform/qt/drawing/text.h"
 #include "platform/qt/language.h"
 #include "platform/qt/panels/panel_frame.h"
+#include "platform/qt/panels/sheet_head.h"
 #include "platform/qt/texts.h"
 
 namespace zelvo::platform::qt {
@@ -38,13 +39,18 @@ PanelFrame::Role roleOf(int answer, int dismissed) {
   return dismissed == answer ? PanelFrame::Role::cancels : PanelFrame::Role::plain;
 }
 
+QString pictureIn(const AlertPanel& alert, std::size_t buttons) {
+  if (alert.sign) return QString::fromLatin1(pictureOf(*alert.sign));
+  return buttons > 1 ? QStringLiteral("sheet-question") : QStringLiteral("sheet-warning");
+}
+
 }  // namespace
 
 int QtAlertPanels::runAlertPanel(const AlertPanel& alert) {
   const int dismissed = dismissalAnswer(alert, QtTranslator());
   if (end_.terminated()) return dismissed;
   const std::vector<Choice> choices = choicesOf(alert);
-  const QString picture = choices.size() > 1 ? QStringLiteral("sheet-question") : QStringLiteral("sheet-warning");
+  const QString picture = pictureIn(alert, choices.size());
   PanelFrame panel(stack_, {picture, textOf(alert.title), textOf(alert.message)});
   QEventLoop loop;
   int answer = dismissed;

@@ -4,8 +4,6 @@
 
 namespace zelvo::platform::qt {
 
-namespace {
-
 const char* pictureOf(SheetSign sign) {
   switch (sign) {
     case SheetSign::done:
@@ -17,8 +15,6 @@ const char* pictureOf(SheetSign sign) {
   }
   return "sheet-warning";
 }
-
-}  // namespace
 
 void QtSheetHead::setTitle(std::string_view title) {
   queue_.perform([this, text = shown(title)] { panel_.setHead(panel_.pictureName(), text); });

@@ -8,6 +8,9 @@
 
 namespace zelvo::platform::qt {
 
+/// Name of the sign's picture.
+[[nodiscard]] const char* pictureOf(SheetSign sign);
+
 class QtSheetHead final : public SheetHead {
  public:
   QtSheetHead(MainQueue& queue, PanelFrame& panel) : queue_(queue), panel_(panel) {}

@@ -4,9 +4,9 @@
 Usage: click_through.py WAY --window PROGRAM --cli PROGRAM
 WAY: "keyboard", "mouse" or "reader" (what a screen reader sees and can press, and nothing else).
 
-Chooses a damaged film, repairs it, looks at the preview, saves it, takes the offer of a deep repair, saves what comes of
-that too, and quits; the saved bytes must be those that the command line saves. What is on the screen is known through the accessibility bus in each of the three. Exits with 77
-where a part of the desktop is missing.
+Chooses a damaged film, repairs it, looks at the preview, saves it, takes the offer of a deep repair, saves what comes
+of that too, and quits; the saved bytes must be those that the command line saves. What is on the screen is known
+through the accessibility bus in each of the three. Exits with 77 where a part of the desktop is missing.
 """
 import argparse
 import hashlib

@@ -83,6 +83,23 @@ TEST_F(AlertPanels, BlankTitleShowsNoTitleLine) {
   EXPECT_THAT(texts, ElementsAre("It can be made again."));
 }
 
+TEST_F(AlertPanels, SignIsTheOneThatIsWantedOrByTheNumberOfButtons) {
+  AlertPanel alert = question();
+  const auto sign = [&] {
+    std::string shown;
+    ask(alert, [&] {
+      shown = bench.top()->pictureName().toStdString();
+      bench.press(Qt::Key_Escape);
+    });
+    return shown;
+  };
+  EXPECT_EQ(sign(), "sheet-question");
+  alert.sign = platform::SheetSign::done;
+  EXPECT_EQ(sign(), "sheet-done");
+  alert = {.title = "Gone", .message = {}, .defaultButton = {}, .alternateButton = {}, .otherButton = {}};
+  EXPECT_EQ(sign(), "sheet-warning");
+}
+
 TEST_F(AlertPanels, EscAnswersCancelWhicheverButtonThatIs) {
   AlertPanel alert = question();
   EXPECT_EQ(ask(alert, [&] { bench.press(Qt::Key_Escape); }), kAlertAlternate);
