@@ -87,9 +87,12 @@ def use(options, home, chance):
         answers = pinger.end()
         program.end(signal.SIGTERM)
     second, third = figures.thirds(options.minutes * 60)
-    late = [
-        how_long for when, how_long in answers if how_long > LONGEST_ANSWER and not user.was_copying(when + how_long)
-    ]
+    late = []
+    for when, how_long in answers:
+        if how_long > LONGEST_ANSWER:
+            excuse = ", while a film was copied" if user.was_copying(when, how_long) else ""
+            print(f"An answer took {how_long:.2f} s{excuse}, after: {user.doing(when)}")
+            late += [] if excuse else [how_long]
     longest = max((how_long for _, how_long in answers), default=0)
     asked = [start, *(when + how_long for when, how_long in answers if when > start), over]
     unasked = max(later - earlier for earlier, later in zip(asked, asked[1:]))
