@@ -30,7 +30,7 @@ with valid headers and a new index. The damaged file is only ever read.
 
 This package holds the window: choose a film, wait, look at the result, save.")
 # Opening the help needs a way to a browser, and Wayland desktops a module of their own.
-set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "qt6-wayland, xdg-utils")
+set(CPACK_DEBIAN_WINDOW_PACKAGE_RECOMMENDS "qt6-translations-l10n, qt6-wayland, xdg-utils")
 set(CPACK_DEBIAN_WINDOW_PACKAGE_SUGGESTS "mpv | vlc, zelvo-avi")
 
 set(CPACK_DEBIAN_WINDOW_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/postrm)

@@ -37,9 +37,15 @@ std::string headerWords(const salvage::SalvageReport& report, const Translator& 
   const std::size_t all = report.streams.size();
   const std::size_t own = countOf(HeaderOrigin::own);
   if (own == all) return translator.translated(report.hasMainHeader ? texts::kOwnHeader : texts::kMainHeaderMade);
-  const std::size_t given = countOf(HeaderOrigin::donor);
-  return platform::filled(translator.translated(texts::kHeadersMade),
-                          {std::to_string(own), std::to_string(given), std::to_string(all - own - given)});
+  std::string words;
+  for (const auto& [text, origin] :
+       {std::pair(texts::kHeadersOwn, HeaderOrigin::own), std::pair(texts::kHeadersGiven, HeaderOrigin::donor),
+        std::pair(texts::kHeadersMade, HeaderOrigin::synthesised)}) {
+    const std::size_t count = countOf(origin);
+    if (count == 0) continue;
+    words += (words.empty() ? "" : "; ") + platform::filled(translator.translated(text), {std::to_string(count)});
+  }
+  return words;
 }
 
 std::string fieldWords(const salvage::FoundField& field, const Translator& translator) {

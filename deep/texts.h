@@ -90,8 +90,10 @@ inline constexpr std::string_view kData = platform::translatable("Data");
 inline constexpr std::string_view kHeader = platform::translatable("Header");
 inline constexpr std::string_view kOwnHeader = platform::translatable("the film's own");
 inline constexpr std::string_view kMainHeaderMade = platform::translatable("partly lost, and made again");
-inline constexpr std::string_view kHeadersMade =
-    platform::translatable("%1 are the film's own, %2 another film's, %3 made again");
+/// Joined by semicolons: of how many streams the header is what.
+inline constexpr std::string_view kHeadersOwn = platform::translatable("the film's own: %1");
+inline constexpr std::string_view kHeadersGiven = platform::translatable("another film's: %1");
+inline constexpr std::string_view kHeadersMade = platform::translatable("made again: %1");
 inline constexpr std::string_view kChosen = platform::translatable("Chosen");
 inline constexpr std::string_view kChosenField = platform::translatable("%1 %2; it might also be %3");
 /// What a header tells, and had to be found.

@@ -53,7 +53,7 @@ inline QString stop() { return translated("Stop"); }
 
 // ---- The damage picture ----
 inline QString damagePicture() { return translated("Damage picture"); }
-inline QString noDamage() { return translated("Nothing is damaged."); }
+inline QString noDamage() { return translated("No picture and no sound is lost."); }
 inline QString pointAtDamage(std::size_t places) {
   return places == 1 ? translated("1 damaged place. Point at it to see what happened there.")
                      : counted("%n damaged place(s). Point at one to see what happened there.", places);

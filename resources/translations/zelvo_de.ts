@@ -32,8 +32,16 @@
         <translation>%1 sind frei, etwa %2 werden benötigt</translation>
     </message>
     <message>
-        <source>%1 are the film's own, %2 another film's, %3 made again</source>
-        <translation>%1 sind die des Films selbst, %2 die eines anderen Films, %3 neu gemacht</translation>
+        <source>the film's own: %1</source>
+        <translation>vom Film selbst: %1</translation>
+    </message>
+    <message>
+        <source>another film's: %1</source>
+        <translation>von einem anderen Film: %1</translation>
+    </message>
+    <message>
+        <source>made again: %1</source>
+        <translation>neu erstellt: %1</translation>
     </message>
     <message>
         <source>%1 bytes</source>
@@ -205,7 +213,7 @@
     </message>
     <message numerus="yes">
         <source>%n chunk(s) more than are kept of a film of this size</source>
-        <translation><numerusform>%n Block mehr, als von einem Film dieser Größe behalten werden</numerusform><numerusform>%n Blöcke mehr, als von einem Film dieser Größe behalten werden</numerusform></translation>
+        <translation><numerusform>%n Block mehr, als von einem Film dieser Größe behalten wird</numerusform><numerusform>%n Blöcke mehr, als von einem Film dieser Größe behalten werden</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n cut short</source>
@@ -217,7 +225,7 @@
     </message>
     <message numerus="yes">
         <source>%n damaged place(s). Point at one to see what happened there.</source>
-        <translation><numerusform>%n beschädigte Stelle. Zeigen Sie darauf, um zu sehen, was dort geschehen ist.</numerusform><numerusform>%n beschädigte Stellen. Zeigen Sie auf eine, um zu sehen, was dort geschehen ist.</numerusform></translation>
+        <translation><numerusform>%n beschädigte Stelle. Zeigen Sie darauf, um mehr zu erfahren.</numerusform><numerusform>%n beschädigte Stellen. Zeigen Sie auf eine, um mehr zu erfahren.</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n film(s) chosen</source>
@@ -281,7 +289,7 @@
     </message>
     <message>
         <source>1 damaged place. Point at it to see what happened there.</source>
-        <translation>1 beschädigte Stelle. Zeigen Sie darauf, um zu sehen, was dort geschehen ist.</translation>
+        <translation>1 beschädigte Stelle. Zeigen Sie darauf, um mehr zu erfahren.</translation>
     </message>
     <message>
         <source>1 MiB is 1,048,576 bytes</source>
@@ -860,8 +868,8 @@
         <translation><numerusform>Aus %n Film ließ sich nichts machen.</numerusform><numerusform>Aus %n Filmen ließ sich nichts machen.</numerusform></translation>
     </message>
     <message>
-        <source>Nothing is damaged.</source>
-        <translation>Nichts ist beschädigt.</translation>
+        <source>No picture and no sound is lost.</source>
+        <translation>Kein Bild und kein Ton ist verloren.</translation>
     </message>
     <message>
         <source>Nothing is lost</source>
@@ -1673,7 +1681,7 @@
     </message>
     <message>
         <source>What it wrote is not there, or cannot be read.</source>
-        <translation>Was es geschrieben hat, ist nicht da oder lässt sich nicht lesen.</translation>
+        <translation>Was es geschrieben hat, ist nicht da oder nicht lesbar.</translation>
     </message>
     <message>
         <source>What the normal repair would keep could not be found out.</source>

@@ -9,7 +9,7 @@
     </message>
     <message>
         <source>%1 % of film data</source>
-        <translation>%1 % des données du film</translation>
+        <translation>%1 % des données</translation>
     </message>
     <message>
         <source>%1 % – %2</source>
@@ -32,8 +32,16 @@
         <translation>%1 sont libres, %2 environ sont nécessaires</translation>
     </message>
     <message>
-        <source>%1 are the film's own, %2 another film's, %3 made again</source>
-        <translation>%1 sont ceux du film, %2 ceux d’un autre film, %3 refaits</translation>
+        <source>the film's own: %1</source>
+        <translation>du film lui-même : %1</translation>
+    </message>
+    <message>
+        <source>another film's: %1</source>
+        <translation>d’un autre film : %1</translation>
+    </message>
+    <message>
+        <source>made again: %1</source>
+        <translation>recréés : %1</translation>
     </message>
     <message>
         <source>%1 bytes</source>
@@ -205,7 +213,7 @@
     </message>
     <message numerus="yes">
         <source>%n chunk(s) more than are kept of a film of this size</source>
-        <translation><numerusform>%n bloc de plus que ce qui est conservé d’un film de cette taille</numerusform><numerusform>%n blocs de plus que ce qui est conservé d’un film de cette taille</numerusform></translation>
+        <translation><numerusform>%n bloc de plus que ce qui est conservé d’un film de cette taille</numerusform><numerusform>%n blocs de plus que ce qui est conservé d’un film de cette taille</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n cut short</source>
@@ -217,7 +225,7 @@
     </message>
     <message numerus="yes">
         <source>%n damaged place(s). Point at one to see what happened there.</source>
-        <translation><numerusform>%n endroit endommagé. Pointez-le pour voir ce qui s’y est passé.</numerusform><numerusform>%n endroits endommagés. Pointez-en un pour voir ce qui s’y est passé.</numerusform></translation>
+        <translation><numerusform>%n endroit endommagé. Pointez-le pour en savoir plus.</numerusform><numerusform>%n endroits endommagés. Pointez-en un pour en savoir plus.</numerusform></translation>
     </message>
     <message numerus="yes">
         <source>%n film(s) chosen</source>
@@ -281,7 +289,7 @@
     </message>
     <message>
         <source>1 damaged place. Point at it to see what happened there.</source>
-        <translation>1 endroit endommagé. Pointez-le pour voir ce qui s’y est passé.</translation>
+        <translation>1 endroit endommagé. Pointez-le pour en savoir plus.</translation>
     </message>
     <message>
         <source>1 MiB is 1,048,576 bytes</source>
@@ -293,11 +301,11 @@
     </message>
     <message>
         <source>A deep repair may bring back more of this film.</source>
-        <translation>Une réparation approfondie pourrait récupérer davantage de ce film.</translation>
+        <translation>Une réparation avancée pourrait récupérer davantage de ce film.</translation>
     </message>
     <message>
         <source>A deep repair may still bring %1 back.</source>
-        <translation>Une réparation approfondie pourrait encore récupérer %1.</translation>
+        <translation>Une réparation avancée pourrait encore récupérer %1.</translation>
     </message>
     <message>
         <source>a few seconds left</source>
@@ -361,7 +369,7 @@
     </message>
     <message>
         <source>all film data</source>
-        <translation>toutes les données du film</translation>
+        <translation>toutes les données</translation>
     </message>
     <message>
         <source>All films are done</source>
@@ -517,19 +525,19 @@
     </message>
     <message>
         <source>Deep repair</source>
-        <translation>Réparation approfondie</translation>
+        <translation>Réparation avancée</translation>
     </message>
     <message>
         <source>Deep repair of several films</source>
-        <translation>Réparation approfondie de plusieurs films</translation>
+        <translation>Réparation avancée de plusieurs films</translation>
     </message>
     <message>
         <source>Deep repair of several films, one after the other</source>
-        <translation>Réparation approfondie de plusieurs films, l’un après l’autre</translation>
+        <translation>Réparation avancée de plusieurs films, l’un après l’autre</translation>
     </message>
     <message>
         <source>Deep repair of your film</source>
-        <translation>Réparation approfondie de votre film</translation>
+        <translation>Réparation avancée de votre film</translation>
     </message>
     <message>
         <source>Desktop</source>
@@ -789,7 +797,7 @@
     </message>
     <message>
         <source>no film data</source>
-        <translation>aucune donnée du film</translation>
+        <translation>aucune donnée</translation>
     </message>
     <message>
         <source>No films yet. Add some to repair them one after the other.</source>
@@ -821,7 +829,7 @@
     </message>
     <message>
         <source>Normal and deep repair</source>
-        <translation>Réparation normale et approfondie</translation>
+        <translation>Réparation normale et avancée</translation>
     </message>
     <message>
         <source>Normal repair</source>
@@ -860,8 +868,8 @@
         <translation><numerusform>Rien n’a pu être tiré de %n film.</numerusform><numerusform>Rien n’a pu être tiré de %n films.</numerusform></translation>
     </message>
     <message>
-        <source>Nothing is damaged.</source>
-        <translation>Rien n’est endommagé.</translation>
+        <source>No picture and no sound is lost.</source>
+        <translation>Aucune image ni aucun son n’est perdu.</translation>
     </message>
     <message>
         <source>Nothing is lost</source>
@@ -1273,19 +1281,19 @@
     </message>
     <message>
         <source>The deep repair could not be started. The system says: %1.</source>
-        <translation>La réparation approfondie n’a pas pu être lancée. Le système indique : %1.</translation>
+        <translation>La réparation avancée n’a pas pu être lancée. Le système indique : %1.</translation>
     </message>
     <message>
         <source>The deep repair did not come to its end</source>
-        <translation>La réparation approfondie n’est pas allée à son terme</translation>
+        <translation>La réparation avancée n’est pas allée à son terme</translation>
     </message>
     <message>
         <source>The deep repair is still at work</source>
-        <translation>La réparation approfondie est encore en cours</translation>
+        <translation>La réparation avancée est encore en cours</translation>
     </message>
     <message>
         <source>The deep repair keeps more than the normal one.</source>
-        <translation>La réparation approfondie conserve plus que la normale.</translation>
+        <translation>La réparation avancée conserve plus que la normale.</translation>
     </message>
     <message>
         <source>The descriptions at the beginning of the damaged file are there, but the pictures are not. The next page tells what was kept. Nothing was changed in your damaged file.</source>
@@ -1385,7 +1393,7 @@
     </message>
     <message>
         <source>The program zelvo-avi, which does the deep repair and lies beside this one, is missing. Installing Zelvo AVI Repair again brings it back.</source>
-        <translation>Le programme zelvo-avi, qui effectue la réparation approfondie et se trouve à côté de celui-ci, est absent. Réinstaller Zelvo AVI Repair le rétablit.</translation>
+        <translation>Le programme zelvo-avi, qui effectue la réparation avancée et se trouve à côté de celui-ci, est absent. Réinstaller Zelvo AVI Repair le rétablit.</translation>
     </message>
     <message>
         <source>the program zelvo-avi-decoder, which could have found more, is missing or did not last</source>
@@ -1589,7 +1597,7 @@
     </message>
     <message>
         <source>Try a deep repair</source>
-        <translation>Essayer une réparation approfondie</translation>
+        <translation>Essayer une réparation avancée</translation>
     </message>
     <message>
         <source>uncompressed</source>
@@ -1673,7 +1681,7 @@
     </message>
     <message>
         <source>What it wrote is not there, or cannot be read.</source>
-        <translation>Ce qu’il a écrit n’est pas là ou ne peut pas être lu.</translation>
+        <translation>Ce qu’il a écrit n’est pas là, ou ne peut pas être lu.</translation>
     </message>
     <message>
         <source>What the normal repair would keep could not be found out.</source>

@@ -64,7 +64,7 @@ class Cover {
   bool choose();
   [[nodiscard]] Gain gainOf(const Group& group) const;
   [[nodiscard]] std::int64_t rankOf(const Group& group, const Gain& gain) const;
-  [[nodiscard]] std::uint64_t unnamed(const Group& group) const;
+  [[nodiscard]] std::uint64_t unnamed(const Group& group, bool alsoInSmallGaps) const;
   [[nodiscard]] bool isAcceptable(const Group& group, const Gain& gain) const;
   [[nodiscard]] std::int64_t first() const { return cover_.values.empty() ? 0 : cover_.values.front(); }
 
@@ -272,28 +272,32 @@ std::int64_t Cover::rankOf(const Group& group, const Gain& gain) const {
 }
 
 /// How many of the headers stand where the original had nothing that the entries know: they may be of chunks that the
-/// index does not name.
-std::uint64_t Cover::unnamed(const Group& group) const {
+/// index does not name. Some films leave less than a chunk between all of their chunks, where none can have been.
+std::uint64_t Cover::unnamed(const Group& group, bool alsoInSmallGaps) const {
   std::uint64_t count = 0;
   for (std::size_t i = group.begin; i < group.end; ++i) {
     if (!isOpen(pairs_[i])) continue;
-    const std::int64_t place = static_cast<std::int64_t>(candidates_[pairs_[i].candidate()].offset()) - first();
+    const Candidate& header = candidates_[pairs_[i].candidate()];
+    const std::int64_t place = static_cast<std::int64_t>(header.offset()) - first();
     const auto after = std::ranges::upper_bound(entries_, static_cast<std::uint64_t>(std::max<std::int64_t>(0, place)),
                                                 {}, &TemplateEntry::offset);
-    if (place < 0 || after == entries_.begin() || std::prev(after)->end() + 1 < static_cast<std::uint64_t>(place))
-      ++count;
+    const bool isBetween =
+        place < 0 || after == entries_.begin() || std::prev(after)->end() + 1 < static_cast<std::uint64_t>(place);
+    const bool hasRoom =
+        after == entries_.end() || static_cast<std::int64_t>(after->offset) >= place + 8 + header.size();
+    if (isBetween && (hasRoom || alsoInSmallGaps)) ++count;
   }
   return count;
 }
 
 bool Cover::isAcceptable(const Group& group, const Gain& gain) const {
   // Common sizes fit anywhere.
-  if (gain.uniqueness < kUnique && !cover_.values.empty() && unnamed(group) * 2 > gain.entries) return false;
+  if (gain.uniqueness < kUnique && !cover_.values.empty() && unnamed(group, false) * 2 > gain.entries) return false;
   const bool isNearlyAll = unexplained_ * 20 <= entries_.size();
   if (gain.entries >= kMany && (gain.neighbours > 0 || isNearlyAll)) return true;
   if (gain.uniqueness >= kUnique || gain.neighbours >= 2) return true;
   return DisplacementCover::areAligned(pairs_[group.begin].displacement(), first()) &&
-         unexplained_ * 4 <= entries_.size() && unnamed(group) == 0;
+         unexplained_ * 4 <= entries_.size() && unnamed(group, true) == 0;
 }
 
 /// Whether what explains so much may be acceptable when all others are chosen. It never comes to more.

@@ -1,8 +1,8 @@
 // 1. Without a cut, the decoder runs into the foreign bytes and stops. Where it does: as long a front of the payload
 //    gives the same picture, and any shorter one another.
-// 2. From there backwards every byte is tried as the cut, until some payload causes no complaint; then all around it,
-//    since a cut a few bytes off may cause none either.
-// 3. Of those the one wins that fits best between the pictures before and after.
+// 2. From there backwards every byte is tried as the cut, until some payload causes no complaint, is read to its end and
+//    is taken among its neighbours; then all around it, since a cut a few bytes off may do as well.
+// 3. Of those the one wins that fits best, if it belongs there at all.
 #include "salvage/payloads/cut_search.h"
 
 #include <algorithm>

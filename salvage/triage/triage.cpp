@@ -137,7 +137,7 @@ void Triage::claimEdges() {
     const std::uint64_t end = claims.front().begin;
     if (edge > largest_.payload / 4) {
       claims.push_back({extent.offset, end, largest_.stream, false});
-      std::ranges::rotate(claims, claims.end() - 1);
+      std::rotate(claims.begin(), claims.end() - 1, claims.end());
     } else {
       claims.front().begin = extent.offset;
     }

@@ -178,7 +178,7 @@ TEST_F(ResultFlow, WithAnotherFilmItIsRepairedOnceMore) {
   EXPECT_EQ(valueOf(*programs.started.back(), "--donor"), donor);
   EXPECT_EQ(programs.started.back()->arguments.back(), path);
   EXPECT_EQ(screen.pages.shown(), DeepPage::result);
-  EXPECT_EQ(screen.result.result()->lines[2].words, "1 are the film's own, 1 another film's, 0 made again");
+  EXPECT_EQ(screen.result.result()->lines[2].words, "the film's own: 1; another film's: 1");
   EXPECT_EQ(takeAlerts().size(), 1U);
   EXPECT_EQ(scratchNames(), std::vector<std::string>{"2"});
   alerts.script({platform::kAlertOther});

@@ -40,7 +40,7 @@ TEST(ResultWords, TheHeaderIsToldByWhereItCameFrom) {
   report.hasMainHeader = false;
   EXPECT_EQ(wordsAbout(english(report), "Header"), "partly lost, and made again|");
   report.streams[0].origin = salvage::HeaderOrigin::donor;
-  EXPECT_EQ(wordsAbout(english(report), "Header"), "1 are the film's own, 1 another film's, 0 made again|");
+  EXPECT_EQ(wordsAbout(english(report), "Header"), "the film's own: 1; another film's: 1|");
   EXPECT_EQ(wordsAbout(english(hopelessReport()), "Header"), "");
 }
 

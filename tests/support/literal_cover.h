@@ -147,18 +147,23 @@ class Cover {
     if (end != 0 && std::min(first, end) <= displacement && displacement <= std::max(first, end)) rank += 100;
     return rank;
   }
-  /// How many of the headers stand where the original had no chunk that the entries know.
-  [[nodiscard]] std::size_t unnamed(const std::vector<Pair>& open) const {
+  /// How many of the headers stand where the original had no chunk that the entries know, and room for one.
+  [[nodiscard]] std::size_t unnamed(const std::vector<Pair>& open, bool alsoInSmallGaps) const {
     const std::int64_t first = made_.values.empty() ? 0 : made_.values.front();
     return static_cast<std::size_t>(std::ranges::count_if(open, [&](const Pair& pair) {
       const std::int64_t place = static_cast<std::int64_t>(candidates_[pair.candidate].offset()) - first;
-      return !std::ranges::any_of(entries_, [&](const salvage::TemplateEntry& entry) {
+      const std::int64_t end = place + 8 + candidates_[pair.candidate].size();
+      const bool hasRoom = std::ranges::none_of(entries_, [&](const salvage::TemplateEntry& entry) {
         const auto begin = static_cast<std::int64_t>(entry.offset);
-        return begin <= place && place <= static_cast<std::int64_t>(entry.end()) + 1 &&
-               std::ranges::none_of(entries_, [&](const salvage::TemplateEntry& later) {
-                 return later.offset > entry.offset && static_cast<std::int64_t>(later.offset) <= place;
-               });
+        return begin > std::max<std::int64_t>(0, place) && begin < end;
       });
+      return (hasRoom || alsoInSmallGaps) && !std::ranges::any_of(entries_, [&](const salvage::TemplateEntry& entry) {
+               const auto begin = static_cast<std::int64_t>(entry.offset);
+               return begin <= place && place <= static_cast<std::int64_t>(entry.end()) + 1 &&
+                      std::ranges::none_of(entries_, [&](const salvage::TemplateEntry& later) {
+                        return later.offset > entry.offset && static_cast<std::int64_t>(later.offset) <= place;
+                      });
+             });
     }));
   }
 
@@ -193,10 +198,11 @@ class Cover {
         if (i > 0 && open[i - 1].entry + 1 == open[i].entry) ++neighbours;
       }
       const bool isNearlyAll = left() * 20 <= entries_.size();
-      const bool mayBeUnnamed = uniqueness < 950 && !made_.values.empty() && unnamed(open) * 2 > open.size();
-      const bool isGood = !mayBeUnnamed && ((open.size() >= 4 && (neighbours > 0 || isNearlyAll)) ||
-                                            uniqueness >= 950 || neighbours >= 2 ||
-                                            (isAligned(*best) && left() * 4 <= entries_.size() && unnamed(open) == 0));
+      const bool mayBeUnnamed = uniqueness < 950 && !made_.values.empty() && unnamed(open, false) * 2 > open.size();
+      const bool isGood =
+          !mayBeUnnamed &&
+          ((open.size() >= 4 && (neighbours > 0 || isNearlyAll)) || uniqueness >= 950 || neighbours >= 2 ||
+           (isAligned(*best) && left() * 4 <= entries_.size() && unnamed(open, true) == 0));
       if (isGood) {
         take(*best, groups[*best]);
         hasTaken = true;

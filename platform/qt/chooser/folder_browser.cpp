@@ -25,6 +25,7 @@ namespace {
 
 constexpr int kBrowserGap = 12;
 constexpr int kPlacesWidth = 150;
+constexpr int kMostPlacesWidth = 220;
 constexpr int kColumnGap = 28;
 constexpr int kIconSize = 20;
 constexpr int kRowHeight = 28;
@@ -96,7 +97,6 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, std::shared_p
   top->addWidget(newFolder_);
   newFolder_->setVisible(false);
 
-  placeList_->setFixedWidth(kPlacesWidth);
   placeList_->setAccessibleName(texts::places());
   placeList_->setIconSize({kIconSize, kIconSize});
   placeList_->setItemDelegate(new RoomyRows(placeList_));
@@ -150,6 +150,8 @@ void FolderBrowser::fillPlaces() {
     auto* const item = new QListWidgetItem(icon(picture), place.name, placeList_);
     item->setToolTip(shownPath(place.folder).toHtmlEscaped());
   }
+  const int wanted = placeList_->sizeHintForColumn(0) + 2 * placeList_->frameWidth();
+  placeList_->setFixedWidth(std::clamp(wanted, kPlacesWidth, kMostPlacesWidth));
 }
 
 void FolderBrowser::setNewFolderAction(const std::function<void()>& action) {

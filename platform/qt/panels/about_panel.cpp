@@ -62,11 +62,11 @@ void AboutPanel::show() {
   licences_->setAccessibleName(texts::aboutLicences());
   licences_->setOpenLinks(false);
   licences_->setFont(textFont(kSmallPixels));
-  licences_->setHtml(licenceText());
   frame.addContent(licences_);
   frame.addButton(texts::close(), PanelFrame::Role::defaultAndCancels).setAction([this](Button&) { close(); });
   frame.setRoom(kAboutRoom, *licences_);
   stack_.begin(frame);
+  licences_->setHtml(licenceText());  // only now is there the width by which its lines are broken
 }
 
 void AboutPanel::close() {

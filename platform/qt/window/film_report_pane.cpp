@@ -109,6 +109,7 @@ void FilmReportPane::addFigure(QLabel& name, QWidget& value) {
 
 QLabel* FilmReportPane::addFigure(const QString& name) {
   QLabel* const value = figureLabel();
+  value->setWordWrap(true);  // in some languages it is longer than a line
   addFigure(name, *value);
   return value;
 }

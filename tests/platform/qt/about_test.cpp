@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QScrollBar>
 #include <QTextBlock>
 
 #include "app/texts.h"
@@ -63,6 +64,7 @@ TEST_F(About, ItTellsTheVersionAndWhatItIs) {
 
 TEST_F(About, ItTellsTheLicenceAndThoseOfTheLibraries) {
   open();
+  EXPECT_EQ(panel.licences()->verticalScrollBar()->value(), 0) << "it begins at its beginning";
   const QString said = panel.licences()->toPlainText();
   EXPECT_TRUE(said.contains(QStringLiteral("GNU General Public License, version 3")));
   for (const char* library : {"Qt", "libmpv", "FFmpeg", "libcurl", "OpenSSL", "libplist", "libudev", "libmount",

@@ -150,7 +150,7 @@ TEST_F(DamageViewTest, AnotherPictureForgetsWhatWasMarked) {
   key(Qt::Key_Right);
   view.show({});
   EXPECT_FALSE(view.selected());
-  EXPECT_EQ(words(), "Nothing is damaged.");
+  EXPECT_EQ(words(), "No picture and no sound is lost.");
   key(Qt::Key_Right);
   EXPECT_FALSE(view.selected());
 }

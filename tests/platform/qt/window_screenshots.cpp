@@ -55,6 +55,7 @@ class Photographer {
     bench_.window->choosePage().browsebutton->click();
     take("open");
     bench_.key(Qt::Key_Escape);
+    takeAbout();
     takePanel("no-film", panels_.filenotselectedwindow);
     takeAlert("cannot-be-chosen", [&] { bench_.window->offerFile(bench_.temp.put("letter.txt", "x")); });
     takeAlert("quit", [&] { bench_.window->close(); });
@@ -92,6 +93,13 @@ class Photographer {
     const QString file =
         QStringLiteral("%1/%2-%3-%4.png").arg(folder_, QLatin1String(name), suffix_, QString::number(scale));
     if (!image.save(file)) std::fprintf(stderr, "cannot write %s\n", qPrintable(file));
+  }
+
+  void takeAbout() {
+    bench_.window->setVersion(QStringLiteral("0.1.0"));
+    bench_.window->choosePage().mark->click();
+    take("about");
+    bench_.key(Qt::Key_Escape);
   }
 
   void takeRepairing() {

@@ -70,6 +70,16 @@ void expectFound(const std::vector<TemplateEntry>& entries, const Moved& moved) 
   for (std::size_t i = 0; i < entries.size(); ++i) EXPECT_EQ(moves[i], moved(i)) << "entry " << i;
 }
 
+TEST(Displacements, ChunksOfOneSizeMoveInFilmsWithSmallGapsToo) {
+  auto entries = entriesOf(60, [](std::size_t) { return 1400U; });
+  for (std::size_t i = 0; i < entries.size(); ++i) entries[i].offset = 1000 + 2048 * i;
+  const auto moved = [](std::size_t i) {
+    if (i < 20) return std::optional<std::int64_t>(0);
+    return i < 23 ? std::nullopt : std::optional<std::int64_t>(-(2 * 2048 + 500));
+  };
+  expectFound(entries, moved);
+}
+
 TEST(Displacements, OfAWholeFilmIsZero) {
   expectFound(variedEntries(50), [](std::size_t) { return std::optional<std::int64_t>(0); });
 }
