@@ -29,6 +29,7 @@ from soak_user import Program, User
 from soak_watch import Figures, Pinger, descriptors, stray_programs, threads
 
 LONGEST_ANSWER = 2.0  # seconds
+LONGEST_UNASKED = 20.0  # seconds: what a measure of all answers may miss
 MORE_MEMORY = 1.10  # of the last third to the second
 DEEP = "Deep repair"
 SAVE = "Save\u2026"
@@ -82,19 +83,25 @@ def use(options, home, chance):
             wrong.append("the first page could not be reached:\n" + program.screen.listing())
         last = figures_at_rest(program.process.pid, first)
     finally:
+        over = time.monotonic()
         answers = pinger.end()
         program.end(signal.SIGTERM)
     second, third = figures.thirds(options.minutes * 60)
-    late = [
-        how_long for when, how_long in answers if how_long > LONGEST_ANSWER and not user.was_copying(when + how_long)
-    ]
+    late = []
+    for when, how_long in answers:
+        if how_long > LONGEST_ANSWER:
+            excuse = ", while a film was copied" if user.was_copying(when, how_long) else ""
+            print(f"An answer took {how_long:.2f} s{excuse}, after: {user.doing(when)}")
+            late += [] if excuse else [how_long]
     longest = max((how_long for _, how_long in answers), default=0)
+    asked = [start, *(when + how_long for when, how_long in answers if when > start), over]
+    unasked = max(later - earlier for earlier, later in zip(asked, asked[1:]))
     print("Pressed: " + ", ".join(f"{name} {count}" for name, count in sorted(user.pressed.items())))
-    print(f"Answers: {len(answers)}, the longest {longest:.2f} s, {len(late)} too late.")
+    print(f"Answers: {len(answers)}, the longest {longest:.2f} s, {len(late)} too late; {unasked:.1f} s unasked.")
     print(f"Memory: {second:.1f} MiB in the second third, {third:.1f} MiB in the last.")
     print(f"Descriptors and threads: {first} at the start, {last} at the end.")
-    if not answers:
-        wrong.append("nothing answered")
+    if not answers or (unasked > LONGEST_UNASKED and not options.untimed):
+        wrong.append(f"for {unasked:.1f} s nobody asked whether it answers")
     if not options.untimed:
         wrong += [f"an answer took {how_long:.2f} s" for how_long in late]
     if not options.untimed and third > second * MORE_MEMORY:

@@ -12,7 +12,15 @@ CHOOSE_AGAIN = "Choose another\u2026"
 # What leads out of the program, or to a browser that this machine may have.
 LEFT_ALONE = {"Help", "click here", "Open folder", "Change\u2026", "Look for an update", "Up", "New folder\u2026"}
 # What is pressed rarely, or the rest would never come to its end.
-RARE = {"Stop": 0.3, "Home": 0.3, "Cancel": 0.2, "Keep repairing": 1.0, "Mute": 0.3, "Sound on": 0.5}
+RARE = {
+    "About Zelvo AVI Repair": 0.05,
+    "Copy report": 0.3,
+    "Home": 0.3,
+    "Cancel": 0.2,
+    "Keep repairing": 1.0,
+    "Mute": 0.3,
+    "Sound on": 0.5,
+}
 
 
 class Program:
@@ -114,6 +122,7 @@ class User:
         self.saved = saved
         self.pressed = {}
         self.last = []
+        self.deeds = []
         self.copies = []  # when the film was being copied, which may hold up the window
         self.saves = 0
         self.choosing = 0
@@ -121,6 +130,7 @@ class User:
     def note(self, name):
         self.pressed[name] = self.pressed.get(name, 0) + 1
         self.last = [*self.last[-19:], name]
+        self.deeds.append((time.monotonic(), name))
 
     def answer_chooser(self, dialog, field, elements):
         """A film, or a new place to save."""
@@ -140,12 +150,17 @@ class User:
         except self.program.screen.error:
             return
         self.note(f"{dialog or 'a chooser'}: {done}")
-        if done == "Save":
+        if done == "Save" and dialog == "Where should it be saved?":
             self.copies.append(time.monotonic())
         self.program.press(buttons[done])
 
-    def was_copying(self, when):
-        return any(0 <= when - begin < 30 for begin in self.copies)
+    def was_copying(self, when, how_long):
+        """Whether a save of the normal repair began while the window was asked, or a moment before."""
+        return any(-1 <= begin - when <= how_long for begin in self.copies)
+
+    def doing(self, when):
+        """What was pressed last by then."""
+        return ", ".join(name for at, name in self.deeds if at <= when + 0.5)[-200:]
 
     def resize(self):
         size = (str(self.chance.randint(640, 1200)), str(self.chance.randint(420, 760)))

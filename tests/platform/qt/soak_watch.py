@@ -3,6 +3,7 @@ asks, and prints when it asked and how long the answer took, in seconds."""
 import os
 import subprocess
 import sys
+import tempfile
 import time
 
 ASK_EVERY = 0.1  # seconds
@@ -13,13 +14,17 @@ class Pinger:
     """Asks the window for its place again and again, from a process of its own, while the soak uses it."""
 
     def __init__(self):
-        self.process = subprocess.Popen([sys.executable, __file__], stdout=subprocess.PIPE, text=True)
+        self.said = tempfile.TemporaryFile("w+")  # a pipe that nobody reads would hold it up
+        self.process = subprocess.Popen([sys.executable, __file__], stdout=self.said)
 
     def end(self):
         """(when, how long) of each answer."""
         self.process.terminate()
-        said = self.process.communicate(timeout=60)[0]
-        return [tuple(map(float, line.split())) for line in said.splitlines() if len(line.split()) == 2]
+        self.process.wait(timeout=60)
+        self.said.seek(0)
+        lines = [line.split() for line in self.said]
+        self.said.close()
+        return [(float(words[0]), float(words[1])) for words in lines if len(words) == 2]
 
 
 class Figures:
