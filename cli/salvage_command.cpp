@@ -30,13 +30,13 @@ std::optional<double> numberIn(const std::string& text, double least, double mos
   return number;
 }
 
-using ReportWriter = std::string (*)(const SalvageOutcome&);
+using ReportWriter = std::string (*)(const SalvageOutcome&, bool namesOutput);
 
 /// The kind of report that a file's name asks for; nothing when it is none of them.
 std::optional<ReportWriter> reportOf(std::string_view path) {
-  if (path.ends_with(".json")) return inJson;
+  if (path.ends_with(".json")) return [](const SalvageOutcome& told, bool) { return inJson(told); };
   if (path.ends_with(".html")) return salvagePage;
-  if (path.ends_with(".txt")) return [](const SalvageOutcome& told) { return reportInWords(told); };
+  if (path.ends_with(".txt")) return [](const SalvageOutcome& told, bool) { return reportInWords(told); };
   return std::nullopt;
 }
 
@@ -162,7 +162,9 @@ class SalvageCommand final : public Command {
   void writeReport(Environment& environment, const CommandInputs& inputs, const std::string& path,
                    const SalvageOutcome& told) {
     if (!told.report) return;
-    if (auto sentence = writeText(environment, inputs, {path, force_, false}, (*reportOf(path))(told))) {
+    // Another program that this one works for gives the film its place later.
+    const bool isInPlace = environment.parent == nullptr;
+    if (auto sentence = writeText(environment, inputs, {path, force_, false}, (*reportOf(path))(told, isInPlace))) {
       environment.console.error(*sentence);
       reportExit_ = Exit::ioFailed;
     }

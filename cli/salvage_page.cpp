@@ -259,7 +259,7 @@ std::string playing(const SalvageOutcome& outcome) {
 
 }  // namespace
 
-std::string salvagePage(const SalvageOutcome& outcome) {
+std::string salvagePage(const SalvageOutcome& outcome, bool namesOutput) {
   const Outcome& base = outcome.outcome;
   const std::string name = htmlText(base.inputPath);
   std::string page =
@@ -275,8 +275,8 @@ std::string salvagePage(const SalvageOutcome& outcome) {
   if (report.chunksLeftOut > 0) page += "<p>Left out: " + htmlText(leftOutWords(report)) + ".</p>\n";
   if (!base.reason.empty()) page += "<p>" + htmlText(base.reason) + "</p>\n";
   if (base.outputPath) {
-    page += "<p class=\"soft\">Written: " + htmlText(*base.outputPath) + ", " + shownSize(base.outputSize.value_or(0)) +
-            ". The damaged file is unchanged.</p>\n";
+    page += "<p class=\"soft\">Written: " + (namesOutput ? htmlText(*base.outputPath) + ", " : "") +
+            shownSize(base.outputSize.value_or(0)) + ". The damaged file is unchanged.</p>\n";
   }
   page += playing(outcome);
   page += "<h2>The damage picture</h2>\n" + picture(report) + streamTable(report) + spanTable(report) +

@@ -8,7 +8,8 @@
 
 namespace zelvo::cli {
 
-/// The whole page, also of an input that nothing could be brought back from.
-[[nodiscard]] std::string salvagePage(const SalvageOutcome& outcome);
+/// The whole page, also of an input that nothing could be brought back from. `namesOutput`: false where the film will
+/// lie somewhere else.
+[[nodiscard]] std::string salvagePage(const SalvageOutcome& outcome, bool namesOutput = true);
 
 }  // namespace zelvo::cli

@@ -23,11 +23,6 @@ bool lacksHeader(const salvage::SalvageReport& report) {
          });
 }
 
-bool isAnyFromDonor(const salvage::SalvageReport& report) {
-  return std::ranges::any_of(report.streams,
-                             [](const auto& stream) { return stream.origin == salvage::HeaderOrigin::donor; });
-}
-
 }  // namespace
 
 std::vector<std::string> repairArguments(const RepairOrder& order) {
@@ -78,7 +73,6 @@ std::shared_ptr<const RepairedFilm> repairedFilm(const DeepServices& services, c
   const std::string name = platform::nameOf(order.input);
   if (film->report) {
     film->lacksHeader = lacksHeader(*film->report);
-    film->report->isDonorUseless = order.donor && !isAnyFromDonor(*film->report);
     film->result = resultOf(*film->report, name, services.translator);
   } else {
     film->result = hopelessResult(name, end.reason, services.translator);

@@ -184,6 +184,12 @@ class ReportMembers {
     const JsonValue* const member = object_.member(name);
     if (member != nullptr && !member->isNull()) count(name, into.emplace());
   }
+  void flag(std::string_view name, bool& into) {
+    const JsonValue* const member = find(name);
+    const auto flag = member == nullptr ? std::nullopt : member->boolean();
+    into = flag.value_or(false);
+    isWhole_ = isWhole_ && flag;
+  }
   void seconds(std::string_view name, double& into) {
     const JsonValue* const member = find(name);
     const auto number = member == nullptr ? std::nullopt : member->number();
@@ -331,6 +337,8 @@ void writeReport(JsonWriter& json, const SalvageReport& report) {
   write(json, "sync_before", report.syncBefore);
   write(json, "sync_after", report.syncAfter);
   json.member("unreadable", report.unreadable);
+  json.member("donor_useless", report.isDonorUseless);
+  json.member("lacks_decoder", report.lacksDecoder);
 }
 
 std::optional<SalvageReport> readReport(std::string_view json) {
@@ -358,6 +366,8 @@ std::optional<SalvageReport> readReport(std::string_view json) {
   members.seconds("sync_before", report.syncBefore);
   members.seconds("sync_after", report.syncAfter);
   members.count("unreadable", report.unreadable);
+  members.flag("donor_useless", report.isDonorUseless);
+  members.flag("lacks_decoder", report.lacksDecoder);
   // What words and pictures are made from must fit together.
   const auto isOfStreams = [&report](const SpanShare& share) { return share.stream < report.streams.size(); };
   const auto fits = [&](const SalvagedSpan& span) {

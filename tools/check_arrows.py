@@ -54,6 +54,7 @@ TEST_ARROWS = {
         "deep",
         "engine",
         "controls",
+        "salvage",
         "update",
         "tests/support",
     },

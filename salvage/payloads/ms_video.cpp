@@ -72,7 +72,7 @@ class Instructions {
     const auto pixel = [&](std::size_t x, std::size_t y) {
       if (count == 0) return static_cast<std::uint16_t>(colour_ == 1 ? word & 0xffU : word & 0x7fffU);
       const std::size_t quarter = count == 2 ? 0 : (y / 2 * 2 + x / 2) * 2;
-      const bool isFirst = (word >> (y * kBlockSide + x) & 1U) != 0;
+      const bool isFirst = (static_cast<unsigned>(word) >> (y * kBlockSide + x) & 1U) != 0;
       return colours[quarter + (isFirst ? 0 : 1)];
     };
     for (std::size_t x = 0; x < kBlockSide; ++x) {

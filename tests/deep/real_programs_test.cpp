@@ -90,7 +90,10 @@ TEST_F(RealPrograms, ADamagedFilmIsRepairedComparedAndSaved) {
   until([&] { return !alerts.shown().empty(); });
   EXPECT_EQ(takeAlerts(), std::vector<std::string>{"The film is saved"});
   EXPECT_TRUE(readFile(temp / "mine.avi") == salvaged(path));
-  EXPECT_NE(temp.content("mine.html").find("<html"), std::string::npos);
+  const std::string page = temp.content("mine.html");
+  EXPECT_NE(page.find("<html"), std::string::npos);
+  EXPECT_NE(page.find(">Written: "), std::string::npos);
+  EXPECT_EQ(page.find(">Written: /"), std::string::npos);  // it lies elsewhere by now
   EXPECT_TRUE(readFile(path) == before);
   ASSERT_TRUE(press(screen.resulthome));
   EXPECT_EQ(screen.pages.shown(), DeepPage::none);

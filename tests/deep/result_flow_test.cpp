@@ -190,6 +190,7 @@ TEST_F(ResultFlow, ADonorThatDoesNotFitIsTold) {
   report = headlessReport();
   alerts.script({platform::kAlertDefault});
   reachResult();
+  report.isDonorUseless = true;
   ASSERT_TRUE(choosers.answerFilm(temp.put("donor.avi", "x")));
   runWorkers();
   const auto& lines = screen.result.result()->lines;

@@ -66,6 +66,7 @@ SalvageReport fullReport() {
   report.syncBefore = 1.25;
   report.syncAfter = 0.04;
   report.unreadable = 4096;
+  report.isDonorUseless = true;
   return report;
 }
 
@@ -92,6 +93,7 @@ TEST(ReportJson, WhatIsWrittenIsReadAgain) {
   const auto read = salvage::readReport(written(report));
   ASSERT_TRUE(read);
   EXPECT_EQ(written(*read), written(report));
+  EXPECT_TRUE(read->isDonorUseless);
   EXPECT_EQ(damagePicture(*read), damagePicture(report));
   EXPECT_EQ(verdictSentence(*read), verdictSentence(report));
   for (std::size_t i = 0; i < report.streams.size(); ++i) {
@@ -111,6 +113,7 @@ TEST(ReportJson, EveryVerdictComesBack) {
     const auto read = salvage::readReport(written(report));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->verdict, verdict);
+    EXPECT_FALSE(read->isDonorUseless || read->lacksDecoder);
     EXPECT_FALSE(read->hasMainHeader);
   }
 }
@@ -149,6 +152,7 @@ TEST(ReportJson, NothingElseIsTakenForAReport) {
       with(right, R"("streams":[{"stream":0,)", R"("streams":[{"stream":3,)"),  // there is none
       with(right, R"("alternatives":["0x0055")", R"("alternatives":[5)"),
       with(right, R"("unreadable":4096)", R"("unreadable":null)"),
+      with(right, R"("donor_useless":true)", R"("donor_useless":1)"),
   };
   for (std::size_t i = 0; i < wrong.size(); ++i) EXPECT_FALSE(salvage::readReport(wrong[i])) << i << ": " << wrong[i];
 }
