@@ -1,17 +1,9 @@
 #include "platform/qt/deep/run_page.h"
 
-#include <QHBoxLayout>
-
 #include "platform/qt/deep_texts.h"
 #include "platform/qt/texts.h"
 
 namespace zelvo::platform::qt {
-
-namespace {
-
-constexpr int kRunWidth = 640;
-
-}  // namespace
 
 DeepRunPage::DeepRunPage(const PageParts& parts)
     : WindowPage(parts, texts::deepRepair()),
@@ -29,17 +21,7 @@ DeepRunPage::DeepRunPage(const PageParts& parts)
   column->addWidget(explanation(texts::runExplanation()));
   column->addSpacing(kPageGap);
   column->addWidget(runstopbutton, 0, Qt::AlignLeft);
-
-  auto* const middle = new QWidget;
-  middle->setLayout(column);
-  middle->setMaximumWidth(kRunWidth);
-  auto* const row = new QHBoxLayout;
-  row->addStretch(1);
-  row->addWidget(middle, 20);
-  row->addStretch(1);
-  body()->addStretch(2);
-  body()->addLayout(row);
-  body()->addStretch(3);
+  showInTheMiddle(column);
   setFirstFocus(runstopbutton);
 }
 

@@ -142,4 +142,19 @@ QLabel* explanation(const QString& text) {
   return label;
 }
 
+void WindowPage::showInTheMiddle(QLayout* column) {
+  constexpr int kColumnWidth = 640;
+  constexpr int kMostOfTheRow = 20;
+  auto* const middle = new QWidget;
+  middle->setLayout(column);
+  middle->setMaximumWidth(kColumnWidth);
+  auto* const row = new QHBoxLayout;
+  row->addStretch(1);
+  row->addWidget(middle, kMostOfTheRow);
+  row->addStretch(1);
+  body_->addStretch(2);
+  body_->addLayout(row);
+  body_->addStretch(3);
+}
+
 }  // namespace zelvo::platform::qt

@@ -46,6 +46,8 @@ class WindowPage : public QWidget {
 
  protected:
   [[nodiscard]] QVBoxLayout* body() const { return body_; }
+  /// One column, no wider than is read well, and a little above the middle.
+  void showInTheMiddle(QLayout* column);
   /// Scrolls to a part of the page that was shown just now.
   void bringIntoView(QWidget& part);
   void setFilled(QtButton& button) { filled_ = &button; }

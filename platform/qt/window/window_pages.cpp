@@ -18,7 +18,6 @@ namespace zelvo::platform::qt {
 namespace {
 
 constexpr int kPathHeight = 48;
-constexpr int kColumnWidth = 640;
 constexpr int kSideWidth = 248;
 constexpr int kResultMargin = 12;
 constexpr int kWordSpacing = 4;
@@ -217,17 +216,7 @@ RepairPage::RepairPage(const PageParts& parts)
   column->addWidget(explanation(texts::repairExplanation()));
   column->addSpacing(kPageGap);
   column->addWidget(stopbutton, 0, Qt::AlignLeft);
-
-  auto* const middle = new QWidget;
-  middle->setLayout(column);
-  middle->setMaximumWidth(kColumnWidth);
-  auto* const row = new QHBoxLayout;
-  row->addStretch(1);
-  row->addWidget(middle, 20);
-  row->addStretch(1);
-  body()->addStretch(2);
-  body()->addLayout(row);
-  body()->addStretch(3);
+  showInTheMiddle(column);
   setFirstFocus(stopbutton);
 }
 
