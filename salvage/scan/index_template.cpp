@@ -69,6 +69,7 @@ class Reading {
   [[nodiscard]] bool goesOn(std::size_t part) const;
   void endTables(std::size_t firstSource);
   void decideBase();
+  [[nodiscard]] std::size_t headersAt(std::int64_t base) const;
   [[nodiscard]] std::optional<std::int64_t> votedBase() const;
   [[nodiscard]] std::uint64_t entriesCutOff(std::size_t first, std::size_t last) const;
   [[nodiscard]] Belonging belongingOfTables(std::uint64_t pictures, std::uint64_t unreadable, std::uint64_t cutOff,
@@ -178,12 +179,32 @@ std::optional<std::int64_t> Reading::votedBase() const {
   return best;
 }
 
+/// Of some entries, how many headers stand just where they name them with such a base.
+std::size_t Reading::headersAt(std::int64_t base) const {
+  constexpr std::size_t kAsked = 1024;
+  const std::size_t step = std::max<std::size_t>(1, made_.entries.size() / kAsked);
+  std::size_t found = 0;
+  std::uint64_t looks = 0;
+  for (std::size_t i = 0; i < made_.entries.size(); i += step) {
+    const TemplateEntry& entry = made_.entries[i];
+    const auto place = static_cast<std::uint64_t>(static_cast<std::int64_t>(entry.offset) + base);
+    const std::size_t at = scan_.candidates.firstAtOrAfter(place, 0, looks);
+    if (at == scan_.candidates.size()) continue;
+    const Candidate& there = scan_.candidates[at];
+    if (there.offset() == place && there.stream() == entry.stream && there.size() == entry.size) ++found;
+  }
+  return found;
+}
+
 void Reading::decideBase() {
   if (!firstOffset_) return;
   const auto voted = votedBase();
   if (headers_.media) {
     const auto movi = static_cast<std::int64_t>(headers_.media->offset) + 8;
     made_.tableBase = *firstOffset_ >= static_cast<std::uint64_t>(movi) ? 0 : movi;
+    // Of an index without its front the first entry is of some chunk in the middle.
+    const std::int64_t other = made_.tableBase == 0 ? movi : 0;
+    if (headersAt(other) > headersAt(made_.tableBase)) made_.tableBase = other;
     const std::int64_t apart = voted ? std::abs(*voted - made_.tableBase) : 0;
     if (apart == 4 || apart == 8) made_.tableBase = *voted;
   } else {

@@ -284,6 +284,19 @@ TEST(IndexTemplate, ALongHoleInAnIndexMakesItNotAnothers) {
   }
 }
 
+TEST(IndexTemplate, IndexWhoseFrontIsGoneKeepsItsBase) {
+  const AviBuilder film = indexedFilm(1000);
+  Bytes bytes = film.build();
+  for (std::size_t at = tableOf(film) - 8; at < tableOf(film) + std::size_t{16} * 300; ++at)
+    bytes[at] = static_cast<std::byte>(0x80U | (at * 37 & 0x7fU));
+  const IndexTemplate plan = planOf(bytes);
+  ASSERT_EQ(plan.tables.size(), 1U);
+  EXPECT_EQ(plan.tables[0].belonging, Belonging::belongs);
+  Offsets offsets = chunkOffsets(film);
+  offsets.erase(offsets.begin(), offsets.begin() + 300);
+  EXPECT_EQ(offsetsOf(plan), offsets);
+}
+
 TEST(IndexTemplate, StandardIndexBelongsWhenTheSuperIndexKnowsItsSize) {
   for (const std::uint32_t named : {32U, 40U, 33U}) {
     ScannedFilm scanned(indexedFilm().build());
