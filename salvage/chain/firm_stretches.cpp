@@ -1,4 +1,5 @@
-// A stretch is a row of explained entries with one displacement, whatever unexplained ones lie between.
+// A stretch is a row of explained entries with one displacement. A few unexplained ones may lie between; where a long
+// row of them does, chunks were lost, and what stands on either side is judged by itself.
 #include <algorithm>
 
 #include "salvage/chain/displacements.h"
@@ -13,6 +14,7 @@ constexpr std::size_t kShortUnique = 3;
 constexpr std::size_t kLong = 12;
 constexpr std::size_t kLongPercent = 80;
 constexpr std::size_t kFirmPercent = 70;
+constexpr std::uint32_t kLongHole = 64;
 
 struct Stretch {
   std::uint32_t first = 0;
@@ -68,8 +70,9 @@ void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries
   std::vector<Stretch> stretches;
   for (std::uint32_t i = 0; i < entries.size(); ++i) {
     if (cover.ofEntry[i] == DisplacementCover::kNone) continue;
-    if (stretches.empty() || cover.ofEntry[stretches.back().last] != cover.ofEntry[i])
-      stretches.push_back({i, i, 0, 0});
+    const bool goesOn = !stretches.empty() && cover.ofEntry[stretches.back().last] == cover.ofEntry[i] &&
+                        i - stretches.back().last <= kLongHole;
+    if (!goesOn) stretches.push_back({i, i, 0, 0});
     stretches.back().last = i;
     ++stretches.back().entries;
   }

@@ -192,6 +192,22 @@ TEST(Displacements, ChanceIsTakenBackWhereLittleIsFirm) {
   for (std::size_t i = 150; i < 200; ++i) EXPECT_NE(cover.ofEntry[i], DisplacementCover::kNone) << i;
 }
 
+TEST(Displacements, WhatStandsBesideALongLossIsJudgedByItself) {
+  // Constant sizes; a third of the film is lost early on, and bytes are missing in the middle.
+  const auto entries =
+      entriesOf(600, [](std::size_t i) { return static_cast<std::uint32_t>(i % 2 == 0 ? 144'000 : 7680); });
+  const CandidateList headers = headersOfEntries(entries, [](std::size_t i) -> std::optional<std::int64_t> {
+    if (i >= 5 && i < 205) return std::nullopt;
+    return i < 300 ? 0 : -5'494'829;
+  });
+  for (const bool isStrict : {false, true}) {
+    DisplacementCover cover = coverEntries(entries, headers, 0, kEnd);
+    dropChance(cover, entries, headers, isStrict);
+    for (const std::size_t i : {205U, 250U, 299U, 300U, 599U})
+      EXPECT_NE(cover.ofEntry[i], DisplacementCover::kNone) << i << isStrict;
+  }
+}
+
 TEST(Displacements, NothingIsTakenBackFromAFirmIndex) {
   const auto entries = variedEntries(100);
   const auto list =
