@@ -59,29 +59,34 @@ DeepBench::DeepBench(platform::MainQueue& queue, platform::Workers& workers,
                      std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms)
     : sheets(queue, &events) {
   deepRepair =
-      std::make_unique<deep::DeepRepair>(deep::DeepServices{.files = files,
-                                                            .fileManager = fileManager,
-                                                            .newFiles = newFiles,
-                                                            .lockedFiles = lockedFiles,
-                                                            .workers = workers,
-                                                            .mainQueue = queue,
-                                                            .clock = clock,
-                                                            .log = log,
-                                                            .sheets = sheets,
-                                                            .alertPanels = alerts,
-                                                            .choosers = choosers,
-                                                            .movies = movies,
-                                                            .workspace = workspace,
-                                                            .clipboard = clipboard,
-                                                            .settings = settings,
-                                                            .pathProbe = pathProbe,
-                                                            .translator = platform::englishTranslator(),
-                                                            .makePrograms = std::move(makePrograms),
-                                                            .scratchFolders = [this] { return scratchFolders; },
-                                                            .process = 4711,
-                                                            .patience = std::chrono::milliseconds(0)},
-                                         screen.outlets);
+      std::make_unique<deep::DeepRepair>(servicesOf(queue, workers, newFiles, std::move(makePrograms)), screen.outlets);
   deepRepair->wire(actions);
+}
+
+deep::DeepServices DeepBench::servicesOf(platform::MainQueue& queue, platform::Workers& workers,
+                                         platform::NewFiles& newFilesToUse,
+                                         std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms) {
+  return {.files = files,
+          .fileManager = fileManager,
+          .newFiles = newFilesToUse,
+          .lockedFiles = lockedFiles,
+          .workers = workers,
+          .mainQueue = queue,
+          .clock = clock,
+          .log = log,
+          .sheets = sheets,
+          .alertPanels = alerts,
+          .choosers = choosers,
+          .movies = movies,
+          .workspace = workspace,
+          .clipboard = clipboard,
+          .settings = settings,
+          .pathProbe = pathProbe,
+          .translator = platform::englishTranslator(),
+          .makePrograms = std::move(makePrograms),
+          .scratchFolders = [this] { return scratchFolders; },
+          .process = 4711,
+          .patience = std::chrono::milliseconds(0)};
 }
 
 DeepTest::DeepTest() : DeepBench(queue, workers, [this] { return programs.make(); }) {

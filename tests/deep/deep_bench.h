@@ -43,6 +43,11 @@ class DeepBench {
   DeepBench(platform::MainQueue& queue, platform::Workers& workers,
             std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms);
 
+  /// The parts of the bench, with new files made by `newFilesToUse`.
+  [[nodiscard]] deep::DeepServices servicesOf(platform::MainQueue& queue, platform::Workers& workers,
+                                              platform::NewFiles& newFilesToUse,
+                                              std::function<std::unique_ptr<platform::FilmPrograms>()> makePrograms);
+
   bool press(platform::headless::HeadlessButton& button) { return actions.press(button); }
   /// Titles of the alerts that were shown since the last look.
   std::vector<std::string> takeAlerts();

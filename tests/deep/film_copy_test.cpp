@@ -69,26 +69,7 @@ class FilmCopy : public DeepTest {
   FilmCopy() : from_(temp.put("film", std::string(kSize, 'f'))), damaged_(temp.put("damaged.avi", "damaged")) {}
 
   [[nodiscard]] CopyEnd copy(bool mayReplace = false) {
-    const deep::DeepServices services{.files = files,
-                                      .fileManager = fileManager,
-                                      .newFiles = failing,
-                                      .lockedFiles = lockedFiles,
-                                      .workers = workers,
-                                      .mainQueue = queue,
-                                      .clock = clock,
-                                      .log = log,
-                                      .sheets = sheets,
-                                      .alertPanels = alerts,
-                                      .choosers = choosers,
-                                      .movies = movies,
-                                      .workspace = workspace,
-                                      .clipboard = clipboard,
-                                      .settings = settings,
-                                      .pathProbe = pathProbe,
-                                      .translator = platform::englishTranslator(),
-                                      .makePrograms = {},
-                                      .scratchFolders = {}};
-    return deep::copyFilm(services,
+    return deep::copyFilm(servicesOf(queue, workers, failing, {}),
                           {.from = from_, .to = to, .mayReplace = mayReplace, .damaged = damaged_, .size = kSize},
                           progress, [this] { ++moves; });
   }

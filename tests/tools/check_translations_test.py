@@ -4,7 +4,7 @@
 Usage: check_translations_test.py PATH_OF_CHECK_TRANSLATIONS
 """
 import contextlib
-import importlib.util
+import importlib
 import io
 import os
 import sys
@@ -171,7 +171,6 @@ class CheckTranslations(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    SPEC = importlib.util.spec_from_file_location("check_translations", sys.argv.pop(1))
-    CHECKER = importlib.util.module_from_spec(SPEC)
-    SPEC.loader.exec_module(CHECKER)
+    sys.path.insert(0, os.path.dirname(sys.argv.pop(1)))
+    CHECKER = importlib.import_module("check_translations")
     unittest.main()
