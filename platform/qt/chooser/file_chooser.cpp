@@ -127,6 +127,11 @@ void FileChooser::addTickBox(const QString& text, bool isTicked) {
 
 void FileChooser::setNote(const QString& note) { note_->setWholeText(note); }
 
+void FileChooser::fallSilent() {
+  browser_->fallSilent();
+  name_->blockSignals(true);
+}
+
 std::string FileChooser::typedPath() const {
   QString typed = name_->text();
   if (typed.isEmpty()) return {};

@@ -31,6 +31,8 @@ class FileChooser final : public QWidget {
   [[nodiscard]] QCheckBox* tickBox() const { return tickBox_; }
   /// A quieter line, while nothing is said.
   void setNote(const QString& note);
+  /// From now on, nobody is told of what happens in it; may be called by who is being told.
+  void fallSilent();
 
   /// The path that the field's text stands for: below the folder that is shown, below the home folder ("~/"), or from
   /// the root. Nothing typed is an empty path.

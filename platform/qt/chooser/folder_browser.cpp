@@ -130,9 +130,7 @@ FolderBrowser::FolderBrowser(MainQueue& queue, Pictures& pictures, std::shared_p
 
   up_->setAction([this](Button&) { enterFolderAbove(); });
   connect(list_, &QTreeView::doubleClicked, this, [this](const QModelIndex& index) { openEntry(index); });
-  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
-    if (selectionChanged_) selectionChanged_();
-  });
+  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] { tell(selectionChanged_); });
   connect(placeList_, &QListWidget::itemClicked, this,
           [this] { enter(places_[static_cast<std::size_t>(placeList_->currentRow())].folder); });
   list_->installEventFilter(this);
@@ -152,6 +150,10 @@ void FolderBrowser::fillPlaces() {
   }
   const int wanted = placeList_->sizeHintForColumn(0) + 2 * placeList_->frameWidth();
   placeList_->setFixedWidth(std::clamp(wanted, kPlacesWidth, kMostPlacesWidth));
+}
+
+void FolderBrowser::tell(const std::function<void()>& observer) const {
+  if (!isSilent_ && observer) observer();
 }
 
 void FolderBrowser::setNewFolderAction(const std::function<void()>& action) {
@@ -176,7 +178,7 @@ void FolderBrowser::enter(const std::string& folder) {
   list_->setEmptyText(texts::readingFolder());
   model_->setEntries({});
   markPlace();
-  if (folderChanged_) folderChanged_();
+  tell(folderChanged_);
   reader_.read(folder_, filter_, [this](FolderListing listing) { showListing(std::move(listing)); });
 }
 
@@ -244,8 +246,8 @@ void FolderBrowser::openEntry(const QModelIndex& index) {
   if (entry == nullptr) return;
   if (entry->isFolder) {
     enter(pathIn(folder_, std::string(entry->name)));
-  } else if (fileOpened_) {
-    fileOpened_();
+  } else {
+    tell(fileOpened_);
   }
 }
 
@@ -266,7 +268,7 @@ bool FolderBrowser::eventFilter(QObject* watched, QEvent* event) {
     const QModelIndex current = list_->currentIndex();
     if (!current.isValid()) return true;
     if (allSelected().size() > 1) {
-      if (fileOpened_) fileOpened_();
+      tell(fileOpened_);
       return true;
     }
     list_->setCurrentIndex(current);

@@ -47,6 +47,8 @@ class FolderBrowser final : public QWidget {
   void setSelectionChanged(std::function<void()> changed) { selectionChanged_ = std::move(changed); }
   /// Another folder is shown.
   void setFolderChanged(std::function<void()> changed) { folderChanged_ = std::move(changed); }
+  /// From now on, none of these is told of anything; it may be called by one of them.
+  void fallSilent() { isSilent_ = true; }
   /// The button is there only with an action.
   void setNewFolderAction(const std::function<void()>& action);
 
@@ -63,11 +65,13 @@ class FolderBrowser final : public QWidget {
   void showListing(FolderListing listing);
   void openEntry(const QModelIndex& index);
   void markPlace();
+  void tell(const std::function<void()>& observer) const;
 
   FileFilter filter_;
   std::string folder_;
   std::string selectNext_;  ///< name of the entry to be selected once the folder is read
   bool isRead_ = false;
+  bool isSilent_ = false;
   std::vector<Place> places_;
   ElidedLabel* path_;
   QtButton* up_;

@@ -25,14 +25,23 @@ FileChooser& ShownFilePanel::begin(const std::shared_ptr<void>& self, const Look
   frame_ = &frame;
   chooser_ = new FileChooser(stack, memory_->files, look.filter, look.nameLabel);
   frame.addContent(chooser_);
-  frame.addButton(texts::cancel(), PanelFrame::Role::cancels).setAction([this](Button&) { finish(kPanelCancelled); });
-  frame.addButton(look.prompt, PanelFrame::Role::byDefault).setAction([accept](Button&) { accept(); });
+  const auto cancels = whileShown([this] { finish(kPanelCancelled); });
+  const auto accepts = whileShown(std::move(accept));
+  frame.addButton(texts::cancel(), PanelFrame::Role::cancels).setAction([cancels](Button&) { cancels(); });
+  frame.addButton(look.prompt, PanelFrame::Role::byDefault).setAction([accepts](Button&) { accepts(); });
   frame.setRoom(kRoom, *chooser_);
   frame.setFirstFocus(chooser_->nameField());
-  chooser_->browser().setFileOpened(std::move(accept));
-  if (look.canCreateDirectories) chooser_->browser().setNewFolderAction([this] { askForNewFolder(); });
+  chooser_->browser().setFileOpened(accepts);
+  if (look.canCreateDirectories) chooser_->browser().setNewFolderAction(whileShown([this] { askForNewFolder(); }));
   if (QWidget& window = *stack.content().window(); !window.isVisible()) window.show();
   return *chooser_;
+}
+
+std::function<void()> ShownFilePanel::whileShown(std::function<void()> action) {
+  return [this, self = self_, of = frame_, action = std::move(action)] {
+    const std::shared_ptr<void> kept = self.lock();
+    if (kept && frame_ == of) action();
+  };
 }
 
 void ShownFilePanel::show() { memory_->stack.begin(*frame_); }
@@ -49,9 +58,10 @@ void ShownFilePanel::askForNewFolder() {
 
 void ShownFilePanel::leave() {
   newFolder_.reset();
-  chooser_ = nullptr;
   PanelFrame* const frame = frame_;
   if (frame == nullptr) return;
+  chooser_->fallSilent();
+  chooser_ = nullptr;
   memory_->stack.orderOut(*frame);
   frame->deleteLater();  // a button of it may be what ended it
   frame_ = nullptr;

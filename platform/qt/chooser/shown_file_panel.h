@@ -62,6 +62,9 @@ class ShownFilePanel {
   [[nodiscard]] FilePanelMemory& memory() const { return *memory_; }
 
  private:
+  /// The action, for as long as what is shown now is shown. A chooser that has ended lives on for a while, and while
+  /// its answer asks something, for long; a screen reader may still press its buttons.
+  std::function<void()> whileShown(std::function<void()> action);
   void askForNewFolder();
   void leave();
 

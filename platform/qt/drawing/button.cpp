@@ -120,14 +120,15 @@ void QtButton::setTwoState(const QString& otherTitle) {
 }
 
 void QtButton::nextCheckState() {
-  if (!isTwoState_) return;
+  if (!isTwoState_ || !isVisible()) return;
   const State next = state_ == State::on ? State::off : State::on;
   state_ = next;
   showState(next);
 }
 
 void QtButton::pressed() {
-  if (action_) action_(*this);
+  // A screen reader may press what it found a moment ago, on a page that has gone.
+  if (action_ && isVisible()) action_(*this);
 }
 
 QSize QtButton::sizeHint() const {

@@ -125,6 +125,20 @@ TEST_F(QtButtonTest, IsNotPressedWhileHidden) {
   EXPECT_EQ(presses.size(), 1U);
 }
 
+TEST_F(QtButtonTest, IsNotPressedByAScreenReaderThatFoundItBeforeItsPageWent) {
+  platform::qt::QtButton& button = shown("Mute");
+  button.setTwoState(QStringLiteral("Sound on"));
+  button.setHidden(true);
+  settle();
+  button.click();
+  EXPECT_TRUE(presses.empty());
+  EXPECT_EQ(button.state(), Button::State::off);
+  button.setHidden(false);
+  settle();
+  button.click();
+  EXPECT_EQ(presses, std::vector<std::string>{"on"});
+}
+
 TEST_F(QtButtonTest, TwoStatesHaveChangedBeforeTheActionRuns) {
   platform::qt::QtButton& button = shown("Preview");
   button.setTwoState(QStringLiteral("Stop preview"));

@@ -348,6 +348,54 @@ TEST_F(FilmChoosersTest, PathThatDoesNotAnswerIsNotLookedAt) {
   EXPECT_FALSE(file);
 }
 
+// A screen reader may hold on to what it found a moment ago.
+TEST_F(FilmChoosersTest, WhatHasEndedAnswersToNothing) {
+  askForNewFile();
+  bench.listed();
+  platform::qt::QtButton& take = bench.button("Take");
+  platform::qt::QtButton& cancel = bench.button("Cancel");
+  QLineEdit& name = bench.nameField();
+  platform::qt::FolderBrowser& browser = bench.chooser().browser();
+  take.click();
+  ASSERT_EQ(answers, 1);
+  take.click();
+  cancel.click();
+  name.setText(QStringLiteral("other.avi"));
+  browser.enter(in("Holiday"));
+  bench.serveUntil([&] { return browser.isRead(); });
+  EXPECT_EQ(answers, 1);
+  ASSERT_TRUE(file);
+  EXPECT_EQ(file->path, in("a-salvaged.avi"));
+}
+
+// The events that delete it come only after what its answer asks.
+TEST_F(FilmChoosersTest, WhatHasEndedAnswersToNothingWhileItsAnswerAsks) {
+  int inside = 0;
+  choosers.chooseFilms(request("Which films?"), [&](const Paths&) {
+    ++answers;
+    bench.later([&] {
+      inside = answers;
+      bench.press(Qt::Key_Return);
+    });
+    bench.alerts.runAlertPanel({.title = "Really?",
+                                .message = {},
+                                .defaultButton = "Yes",
+                                .alternateButton = std::nullopt,
+                                .otherButton = std::nullopt});
+  });
+  bench.listed();
+  bench.select("a.avi");
+  platform::qt::QtButton& take = bench.button("Take");
+  platform::qt::FolderBrowser& browser = bench.chooser().browser();
+  bench.later([&] {
+    take.click();
+    browser.refresh();
+  });
+  take.click();
+  EXPECT_EQ(answers, 1);
+  EXPECT_EQ(inside, 1);
+}
+
 TEST_F(FilmChoosersTest, ChooserThatIsUpWhenTheProgramEndsGivesNoAnswer) {
   {
     QtFilmChoosers ending(bench.window.panels(), bench.alerts, bench.files);
