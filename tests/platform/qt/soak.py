@@ -33,6 +33,17 @@ LONGEST_UNASKED = 20.0  # seconds: what a measure of all answers may miss
 MORE_MEMORY = 1.10  # of the last third to the second
 DEEP = "Deep repair"
 SAVE = "Save\u2026"
+FILMS = "Add films\u2026"
+START = "Start"
+STAGES = {
+    "Repair": "repairing",
+    DEEP: "deep repair",
+    FILMS: "choosing films",
+    START: "in the queue",
+    SAVE: "at the result",
+}
+# What 5 minutes are enough for.
+NEEDED = ("Repair", DEEP, "Stop", "Preview", "Stop preview", SAVE, FILMS, START, "resize")
 
 
 def figures_at_rest(pid, wanted=None):
@@ -73,9 +84,7 @@ def use(options, home, chance):
         while time.monotonic() < end and program.process.poll() is None:
             user.step()
             figures.take(start)
-            if len(os.listdir(saved)) > 20:
-                shutil.rmtree(saved)
-                os.makedirs(saved)
+            make_room(saved, films)
             time.sleep(chance.choice((0, 0, 0.1, 0.5)))
         if program.process.poll() is not None:
             return [ended(program, user)]
@@ -109,10 +118,25 @@ def use(options, home, chance):
     if last[0] > first[0] or last[1] > first[1]:
         wrong.append(f"descriptors and threads were {first} and are {last}")
     wrong += [f"{film} was changed" for film in films if digest(film) != before[film]]
-    for needed in ("Repair", DEEP, "Stop", "Preview", "Stop preview", SAVE, "resize") if options.minutes >= 5 else ():
+    for needed in NEEDED if options.minutes >= 5 else ():
         if needed not in user.pressed:
             wrong.append(f"{needed!r} was never pressed")
     return wrong
+
+
+def repaired_beside(films):
+    """What the queue wrote where the films are."""
+    folder = os.path.dirname(films[0])
+    return [path for path in glob.glob(os.path.join(glob.escape(folder), "*-salvaged*")) if path not in films]
+
+
+def make_room(saved, films):
+    if len(os.listdir(saved)) > 20:
+        shutil.rmtree(saved)
+        os.makedirs(saved)
+    if len(beside := repaired_beside(films)) > 20:
+        for path in beside:
+            os.remove(path)
 
 
 def ended(program, user):
@@ -134,21 +158,24 @@ def kill(options, home, chance):
         wrong += leftovers(home, turn)
         deadline = time.monotonic() + chance.uniform(0.2, 6.0)
         stage = "started"
-        way = chance.choice(("Repair", DEEP))
+        way = chance.choice(("Repair", DEEP, FILMS))
         is_deep = False
         while time.monotonic() < deadline:
             elements, dialog = program.shown()
             buttons = {name: node for role, name, node, _, usable in elements if role in BUTTON and usable}
             field = program.field(elements) if dialog else None
-            if field is not None and "Save" in buttons:
+            if field is not None and "Add" in buttons:
+                field.set_text_contents(film)
+                program.press(buttons["Add"])
+            elif field is not None and "Save" in buttons:
                 stage = "saving"
                 field.set_text_contents(saved + ".avi" if is_deep else saved)
                 program.press(buttons["Save"])
             else:
-                order = ("See the result", "Not now", "OK", SAVE) if stage != "started" else (way, "Repair")
+                order = (START, "See the result", "Not now", "OK", SAVE) if stage != "started" else (way, "Repair")
                 name = next((one for one in order if one in buttons), None)
                 if name is not None:
-                    stage = {"Repair": "repairing", DEEP: "deep repair", SAVE: "at the result"}.get(name, stage)
+                    stage = STAGES.get(name, stage)
                     is_deep = is_deep or name == DEEP
                     program.press(buttons[name])
             time.sleep(0.02)
@@ -170,22 +197,24 @@ def leftovers(home, turn):
     """What the next start left of the process before it."""
     deadline = time.monotonic() + 15
     while True:
+        hidden = glob.glob(os.path.join(home, "Videos", ".*"))
         found = [p for p in glob.glob(os.path.join(home, "cache", "**"), recursive=True) if os.path.isfile(p)]
         found = [p for p in found if os.path.getsize(p) > 0]
         folders = glob.glob(os.path.join(home, "cache", "**", "deep-*"), recursive=True)
         strays = stray_programs(home)
-        if not (found or len(folders) > 1 or strays):
+        if not (found or hidden or len(folders) > 1 or strays):
             return []
         if time.monotonic() > deadline:
-            return [f"after kill {turn}: " + ", ".join(map(str, found + folders + strays))]
+            return [f"after kill {turn}: " + ", ".join(map(str, found + hidden + folders + strays))]
         time.sleep(0.2)
 
 
 def unfinished(options, home, film, saved):
     """Files under final names that are not whole."""
     wrong = []
-    for path in glob.glob(os.path.join(saved, "*.avi")) + glob.glob(saved + ".avi"):
-        deep = path == saved + ".avi"
+    by_queue = repaired_beside([film])
+    for path in glob.glob(os.path.join(saved, "*.avi")) + glob.glob(saved + ".avi") + by_queue:
+        deep = path == saved + ".avi" or path in by_queue
         expected = os.path.join(home, "Expected" + ("Deep" if deep else "") + os.path.basename(film))
         if not os.path.exists(expected):
             command = ["salvage", film, "-o", expected] if deep else ["repair", film, "--into", expected]
@@ -193,6 +222,8 @@ def unfinished(options, home, film, saved):
         whole = expected if deep else os.path.join(expected, "repaired.avi")
         if digest(path) != digest(whole):
             wrong.append(f"{path} is there and not whole")
+    for path in by_queue:
+        os.remove(path)
     return wrong
 
 

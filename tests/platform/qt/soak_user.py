@@ -10,7 +10,11 @@ from click_through import BUTTON, DIALOG, FRAME, PATIENCE
 CHOOSE = "Choose a file\u2026"
 CHOOSE_AGAIN = "Choose another\u2026"
 # What leads out of the program, or to a browser that this machine may have.
-LEFT_ALONE = {"Help", "click here", "Open folder", "Change\u2026", "Look for an update", "Up", "New folder\u2026"}
+LEFT_ALONE = {"Help", "click here", "Open folder", "Look for an update", "Up", "New folder\u2026"}
+# What ends a chooser with an answer.
+TAKES_A_FILM = ("Open", "Add", "Use this film")
+TAKES_A_FOLDER = ("Use this folder",)
+TAKES_A_NEW_NAME = ("Save", "Choose")
 # What is pressed rarely, or the rest would never come to its end.
 RARE = {
     "About Zelvo AVI Repair": 0.05,
@@ -133,16 +137,19 @@ class User:
         self.deeds.append((time.monotonic(), name))
 
     def answer_chooser(self, dialog, field, elements):
-        """A film, or a new place to save."""
+        """A film, a folder, or a new place to save."""
         self.choosing += 1
         buttons = {name: node for role, name, node, _, usable in elements if role in BUTTON and usable}
-        done = next((name for name in ("Open", "Save", "Choose", "Add") if name in buttons), None)
+        answers = TAKES_A_FILM + TAKES_A_FOLDER + TAKES_A_NEW_NAME
+        done = next((name for name in answers if name in buttons), None)
         if done is None or self.choosing > 3 or self.chance.random() < 0.15:
             self.choosing = 0
             click_through.keys("Escape")
             return
         path = self.chance.choice(self.films)
-        if done != "Open":
+        if done in TAKES_A_FOLDER:
+            path = self.saved
+        elif done in TAKES_A_NEW_NAME:
             self.saves += 1
             path = os.path.join(self.saved, f"{self.saves}.avi")
         try:
@@ -187,7 +194,9 @@ class User:
         sliders = [node for role, name, node, _, usable in elements if role == "slider" and usable]
         if sliders and self.chance.random() < 0.3:
             return self.slide(self.chance.choice(sliders))
-        avoided = LEFT_ALONE | ({"Play"} if dialog else set())
+        # The folder of the queue may be another; that of the copies of the given repair stays where it is looked at.
+        is_queue = any(name == "Start" for _, name, _, _, _ in elements)
+        avoided = LEFT_ALONE | ({"Play"} if dialog else set()) | (set() if is_queue else {"Change\u2026"})
         choices = [
             (name, node)
             for role, name, node, _, usable in elements
