@@ -2,7 +2,7 @@
 // a movie that plays is held too, and what is under the handle is shown; only letting go at the end is the end.
 #include "platform/qt/preview/movie_bar.h"
 
-#include <QHBoxLayout>
+#include <QGridLayout>
 #include <QKeyEvent>
 #include <algorithm>
 #include <cmath>
@@ -26,7 +26,8 @@ constexpr int kVolumeStep = 5;  // per cent
 constexpr int kLoudest = 100;
 constexpr int kVolumeWidth = 84;
 constexpr int kGap = 8;
-constexpr int kLeastPlaceBesideVolume = 110;
+constexpr int kPlaceColumn = 1;
+constexpr int kLeastPlaceInOneRow = 110;
 
 constexpr std::string_view kVolumeKey = "preview/volume";
 constexpr std::string_view kMutedKey = "preview/muted";
@@ -53,15 +54,17 @@ MovieBar::MovieBar(MovieWidget& movie, QWidget* parent)
       place_(new MovieSlider),
       time_(new QLabel),
       mute_(new MovieBarButton),
-      volume_(new MovieSlider) {
-  auto* const row = new QHBoxLayout(this);
-  row->setContentsMargins(0, kGap / 2, 0, 0);
-  row->setSpacing(kGap);
-  row->addWidget(play_);
-  row->addWidget(place_, 1);
-  row->addWidget(time_);
-  row->addWidget(mute_);
-  row->addWidget(volume_);
+      volume_(new MovieSlider),
+      grid_(new QGridLayout(this)) {
+  grid_->setContentsMargins(0, kGap / 2, 0, 0);
+  grid_->setSpacing(kGap);
+  grid_->setVerticalSpacing(0);
+  grid_->setColumnStretch(kPlaceColumn, 1);
+  grid_->addWidget(play_, 1, 0);
+  grid_->addWidget(place_, 1, kPlaceColumn);
+  grid_->addWidget(time_, 1, kPlaceColumn + 1);
+  grid_->addWidget(mute_, 1, kPlaceColumn + 2);
+  grid_->addWidget(volume_, 1, kPlaceColumn + 3);
   place_->setAccessibleName(texts::placeInFilm());
   place_->setUnit(kMilliseconds);
   place_->setSingleStep(kStep);
@@ -126,7 +129,7 @@ void MovieBar::showTime(const QString& time, const QString& length) {
   time_->setText(text);
   const QString room = length.isEmpty() ? widest(time) : widest(texts::timeOf(length, length));
   time_->setMinimumWidth(time_->fontMetrics().horizontalAdvance(room));
-  fitVolume();
+  arrange();
 }
 
 void MovieBar::showLoudness() {
@@ -216,15 +219,28 @@ void MovieBar::useLoudness(const Loudness& loudness) {
   showLoudness();
 }
 
-QSize MovieBar::minimumSizeHint() const {
+int MovieBar::widthWithoutSliders() const {
   const int time = std::max(time_->minimumWidth(), time_->minimumSizeHint().width());
-  return {place_->minimumSizeHint().width() + time + 2 * play_->sizeHint().width() + 3 * kGap,
-          play_->sizeHint().height() + kGap / 2};
+  return time + 2 * play_->sizeHint().width() + 2 * kGap;
 }
 
-void MovieBar::fitVolume() {
-  const int rest = minimumSizeHint().width() - place_->minimumSizeHint().width();
-  volume_->setVisible(width() >= rest + kLeastPlaceBesideVolume + kGap + kVolumeWidth);
+QSize MovieBar::minimumSizeHint() const {
+  return {std::max(place_->minimumSizeHint().width(), widthWithoutSliders()), grid_->minimumSize().height()};
+}
+
+void MovieBar::arrange() {
+  const int withVolume = widthWithoutSliders() + kGap + kVolumeWidth;
+  volume_->setVisible(width() >= withVolume);
+  const bool hasTwoRows = width() < withVolume + kGap + kLeastPlaceInOneRow;
+  if (hasTwoRows == hasTwoRows_) return;
+  hasTwoRows_ = hasTwoRows;
+  grid_->removeWidget(place_);
+  if (hasTwoRows) {
+    grid_->addWidget(place_, 0, 0, 1, grid_->columnCount());
+  } else {
+    grid_->addWidget(place_, 1, kPlaceColumn);
+  }
+  updateGeometry();
 }
 
 void MovieBar::showEvent(QShowEvent* event) {
@@ -234,7 +250,7 @@ void MovieBar::showEvent(QShowEvent* event) {
 
 void MovieBar::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
-  fitVolume();
+  arrange();
 }
 
 void MovieBar::keyPressEvent(QKeyEvent* event) {

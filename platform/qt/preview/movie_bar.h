@@ -2,6 +2,7 @@
 /// Thread: main.
 #pragma once
 
+#include <QGridLayout>
 #include <QLabel>
 #include <QPointer>
 #include <QWidget>
@@ -54,8 +55,9 @@ class MovieBar final : public QWidget {
   void setLoudness(const Loudness& loudness);
   void useLoudness(const Loudness& loudness);
   void readLoudness();
-  /// The volume gives way where the bar is short.
-  void fitVolume();
+  /// The place has a row of its own where the bar is short; where it is shorter yet, the volume gives way.
+  void arrange();
+  [[nodiscard]] int widthWithoutSliders() const;
 
   /// Nothing once the widget is gone, and in an empty one.
   [[nodiscard]] std::shared_ptr<ShownMovie> film() const;
@@ -66,6 +68,8 @@ class MovieBar final : public QWidget {
   QLabel* time_;
   MovieBarButton* mute_;
   MovieSlider* volume_;
+  QGridLayout* grid_;
+  bool hasTwoRows_ = false;
   std::function<void()> starter_;
   Settings* settings_ = nullptr;
   Loudness loudness_;

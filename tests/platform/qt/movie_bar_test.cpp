@@ -268,10 +268,27 @@ TEST_F(MovieBarTest, NonsenseInTheSettingsIsNoLoudness) {
   }
 }
 
-TEST_F(MovieBarTest, ShortBarGivesUpTheVolumeFirst) {
+TEST_F(MovieBarTest, ShortBarHasARowForThePlace) {
   movie->length = 7265.0;
   be(3661);
+  const auto middle = [](const QWidget& one) { return one.geometry().center().y(); };
+  EXPECT_NEAR(middle(place), middle(bench.bar.playButton()), 2);
+  const int low = bench.bar.height();
+  bench.pane.resize(300, 300);
+  MoviePaneBench::settle();
+  EXPECT_LT(place.geometry().bottom(), middle(bench.bar.playButton()));
+  EXPECT_EQ(place.width(), bench.bar.width());
   EXPECT_TRUE(volume.isVisible());
+  EXPECT_GT(bench.bar.height(), low);
+  bench.pane.resize(480, 300);
+  MoviePaneBench::settle();
+  EXPECT_NEAR(middle(place), middle(bench.bar.playButton()), 2);
+  EXPECT_EQ(bench.bar.height(), low);
+}
+
+TEST_F(MovieBarTest, ShortestBarGivesUpTheVolume) {
+  movie->length = 7265.0;
+  be(3661);
   bench.pane.resize(bench.pane.minimumSizeHint());
   MoviePaneBench::settle();
   EXPECT_FALSE(volume.isVisible());
