@@ -6,6 +6,7 @@
 #include "deep/result_words.h"
 #include "deep/texts.h"
 #include "platform/paths.h"
+#include "platform/shown_text.h"
 #include "salvage/report_json.h"
 
 namespace zelvo::deep {
@@ -21,6 +22,23 @@ bool lacksHeader(const salvage::SalvageReport& report) {
   return report.streamsWithoutHeader > 0 || std::ranges::any_of(report.streams, [](const auto& stream) {
            return stream.origin == salvage::HeaderOrigin::synthesised;
          });
+}
+
+/// Why a repair failed. Where a look tells it, in the user's language: the program's own sentence is English.
+std::string causeOfFailure(const DeepServices& services, const RepairOrder& order, const std::string& told) {
+  const platform::Translator& translator = services.translator;
+  const std::string folder = platform::folderOf(order.output);
+  if (!services.pathProbe.answers({order.input, folder})) return translator.translated(texts::kNotAnswering);
+  const auto input = services.fileManager.attributesFollowingLinks(order.input);
+  if (!input) {
+    return platform::filled(translator.translated(texts::kFilmGone), {platform::nameOf(order.input)});
+  }
+  const auto free = services.fileManager.freeSpace(folder);
+  if (free && *free < input->size) {
+    return platform::filled(translator.translated(texts::kNoRoom), {platform::shownSize(input->size, translator),
+                                                                    platform::shownSize(*free, translator), folder});
+  }
+  return told.empty() ? told : platform::filled(translator.translated(texts::kReason), {told});
 }
 
 }  // namespace
@@ -56,6 +74,7 @@ std::shared_ptr<const RepairedFilm> repairedFilm(const DeepServices& services, c
   const auto film = std::make_shared<RepairedFilm>();
   film->order = order;
   film->end = end;
+  if (end.kind == FilmEnd::Kind::failed) film->end.reason = causeOfFailure(services, order, end.reason);
   if (!end.isJudged()) return film;
   if (const auto text = wholeText(services.files, platform::pathIn(order.folder, kReport))) {
     film->report = salvage::readReport(*text);

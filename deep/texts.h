@@ -45,6 +45,8 @@ inline constexpr std::string_view kDied = platform::translatable("The program th
 inline constexpr std::string_view kDiedOfSignal =
     platform::translatable("The program that worked on it was ended before it was done (signal %1).");
 inline constexpr std::string_view kFailedWithoutReason = platform::translatable("%1 could not be read or written.");
+inline constexpr std::string_view kReason = platform::translatable("The reason: %1");
+inline constexpr std::string_view kFilmGone = platform::translatable("%1 is not there any more.");
 inline constexpr std::string_view kResultGone =
     platform::translatable("What it wrote is not there, or cannot be read.");
 inline constexpr std::string_view kNoScratchTitle = platform::translatable("There is no place for the repaired film");

@@ -32,18 +32,6 @@
         <translation>%1 sind frei, etwa %2 werden benötigt</translation>
     </message>
     <message>
-        <source>the film's own: %1</source>
-        <translation>vom Film selbst: %1</translation>
-    </message>
-    <message>
-        <source>another film's: %1</source>
-        <translation>von einem anderen Film: %1</translation>
-    </message>
-    <message>
-        <source>made again: %1</source>
-        <translation>neu erstellt: %1</translation>
-    </message>
-    <message>
         <source>%1 bytes</source>
         <translation>%1 Bytes</translation>
     </message>
@@ -70,6 +58,10 @@
     <message>
         <source>%1 is not a folder.</source>
         <translation>%1 ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>%1 is not there any more.</source>
+        <translation>%1 ist nicht mehr da.</translation>
     </message>
     <message>
         <source>%1 kB</source>
@@ -378,6 +370,10 @@
     <message numerus="yes">
         <source>and %n place(s) more</source>
         <translation><numerusform>und %n weitere Stelle</numerusform><numerusform>und %n weitere Stellen</numerusform></translation>
+    </message>
+    <message>
+        <source>another film's: %1</source>
+        <translation>von einem anderen Film: %1</translation>
     </message>
     <message>
         <source>Another player may show it. OK opens a web page where you can get one.</source>
@@ -752,6 +748,10 @@
         <translation>verloren</translation>
     </message>
     <message>
+        <source>made again: %1</source>
+        <translation>neu erstellt: %1</translation>
+    </message>
+    <message>
         <source>mended</source>
         <translation>in Ordnung gebracht</translation>
     </message>
@@ -806,6 +806,10 @@
     <message>
         <source>No folder chosen yet</source>
         <translation>Noch kein Ordner ausgewählt</translation>
+    </message>
+    <message>
+        <source>No picture and no sound is lost.</source>
+        <translation>Kein Bild und kein Ton ist verloren.</translation>
     </message>
     <message>
         <source>No picture could be kept</source>
@@ -866,10 +870,6 @@
     <message numerus="yes">
         <source>Nothing could be made of %n film(s).</source>
         <translation><numerusform>Aus %n Film ließ sich nichts machen.</numerusform><numerusform>Aus %n Filmen ließ sich nichts machen.</numerusform></translation>
-    </message>
-    <message>
-        <source>No picture and no sound is lost.</source>
-        <translation>Kein Bild und kein Ton ist verloren.</translation>
     </message>
     <message>
         <source>Nothing is lost</source>
@@ -1344,6 +1344,10 @@
         <translation>der des Films selbst</translation>
     </message>
     <message>
+        <source>the film's own: %1</source>
+        <translation>vom Film selbst: %1</translation>
+    </message>
+    <message>
         <source>The folder could not be made: %1.</source>
         <translation>Der Ordner konnte nicht angelegt werden: %1.</translation>
     </message>
@@ -1398,6 +1402,10 @@
     <message>
         <source>the program zelvo-avi-decoder, which could have found more, is missing or did not last</source>
         <translation>das Programm zelvo-avi-decoder, das mehr hätte finden können, fehlt oder hielt nicht durch</translation>
+    </message>
+    <message>
+        <source>The reason: %1</source>
+        <translation>Der Grund (auf Englisch): %1</translation>
     </message>
     <message>
         <source>The repair was stopped before the beginning of the film had been read.</source>

@@ -32,18 +32,6 @@
         <translation>%1 sont libres, %2 environ sont nécessaires</translation>
     </message>
     <message>
-        <source>the film's own: %1</source>
-        <translation>du film lui-même : %1</translation>
-    </message>
-    <message>
-        <source>another film's: %1</source>
-        <translation>d’un autre film : %1</translation>
-    </message>
-    <message>
-        <source>made again: %1</source>
-        <translation>recréés : %1</translation>
-    </message>
-    <message>
         <source>%1 bytes</source>
         <translation>%1 octets</translation>
     </message>
@@ -70,6 +58,10 @@
     <message>
         <source>%1 is not a folder.</source>
         <translation>%1 n’est pas un dossier.</translation>
+    </message>
+    <message>
+        <source>%1 is not there any more.</source>
+        <translation>%1 n’est plus là.</translation>
     </message>
     <message>
         <source>%1 kB</source>
@@ -378,6 +370,10 @@
     <message numerus="yes">
         <source>and %n place(s) more</source>
         <translation><numerusform>et %n autre endroit</numerusform><numerusform>et %n autres endroits</numerusform></translation>
+    </message>
+    <message>
+        <source>another film's: %1</source>
+        <translation>d’un autre film : %1</translation>
     </message>
     <message>
         <source>Another player may show it. OK opens a web page where you can get one.</source>
@@ -752,6 +748,10 @@
         <translation>perdu</translation>
     </message>
     <message>
+        <source>made again: %1</source>
+        <translation>recréés : %1</translation>
+    </message>
+    <message>
         <source>mended</source>
         <translation>remis en ordre</translation>
     </message>
@@ -806,6 +806,10 @@
     <message>
         <source>No folder chosen yet</source>
         <translation>Aucun dossier choisi</translation>
+    </message>
+    <message>
+        <source>No picture and no sound is lost.</source>
+        <translation>Aucune image ni aucun son n’est perdu.</translation>
     </message>
     <message>
         <source>No picture could be kept</source>
@@ -866,10 +870,6 @@
     <message numerus="yes">
         <source>Nothing could be made of %n film(s).</source>
         <translation><numerusform>Rien n’a pu être tiré de %n film.</numerusform><numerusform>Rien n’a pu être tiré de %n films.</numerusform></translation>
-    </message>
-    <message>
-        <source>No picture and no sound is lost.</source>
-        <translation>Aucune image ni aucun son n’est perdu.</translation>
     </message>
     <message>
         <source>Nothing is lost</source>
@@ -1344,6 +1344,10 @@
         <translation>celui du film</translation>
     </message>
     <message>
+        <source>the film's own: %1</source>
+        <translation>du film lui-même : %1</translation>
+    </message>
+    <message>
         <source>The folder could not be made: %1.</source>
         <translation>Le dossier n’a pas pu être créé : %1.</translation>
     </message>
@@ -1398,6 +1402,10 @@
     <message>
         <source>the program zelvo-avi-decoder, which could have found more, is missing or did not last</source>
         <translation>le programme zelvo-avi-decoder, qui aurait pu en trouver plus, est absent ou n’a pas tenu</translation>
+    </message>
+    <message>
+        <source>The reason: %1</source>
+        <translation>La raison (en anglais) : %1</translation>
     </message>
     <message>
         <source>The repair was stopped before the beginning of the film had been read.</source>

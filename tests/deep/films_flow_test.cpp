@@ -76,7 +76,7 @@ TEST_F(FilmsFlow, TheyAreRepairedOneAfterTheOtherIntoOneFolder) {
   EXPECT_EQ(states(), (std::vector<State>{State::done, State::failed, State::done}));
   EXPECT_EQ(screen.queue.films()[0].verdict, DeepVerdict::partial);
   EXPECT_EQ(screen.queue.films()[2].verdict, DeepVerdict::hopeless);
-  EXPECT_EQ(screen.queue.films()[1].words, "b.avi cannot be read. Nothing was changed in your file.");
+  EXPECT_EQ(screen.queue.films()[1].words, "The reason: b.avi cannot be read. Nothing was changed in your file.");
   EXPECT_EQ(temp.content("out/a-salvaged.avi"), "the repaired film");
   EXPECT_EQ(fileManager.list(temp / "out"), (std::vector<std::string>{"a-salvaged.avi", "x"}));
   EXPECT_EQ(takeAlerts(), std::vector<std::string>{"All films are done"});

@@ -1,5 +1,8 @@
 // One film from its button to its result, and every way in which nothing comes of it.
+#include <gmock/gmock.h>
+
 #include <csignal>
+#include <filesystem>
 
 #include "tests/deep/deep_bench.h"
 
@@ -208,14 +211,43 @@ class FailedRun : public DeepTest {
 
 TEST_F(FailedRun, ByItsOwnSentence) {
   const std::string said = failWith([](Program& program) { end(program, 3, "writing failed: No space left."); });
-  EXPECT_EQ(said, "writing failed: No space left. Nothing was changed in your file.");
+  EXPECT_EQ(said, "The reason: writing failed: No space left. Nothing was changed in your file.");
+}
+
+// What a look tells is told in the user's language.
+TEST_F(FailedRun, ByAFilmThatIsGone) {
+  const std::string said = failWith([](Program& program) {
+    std::filesystem::remove(program.arguments.back());
+    end(program, 3, "cannot open it: No such file.");
+  });
+  EXPECT_EQ(said, "broken.avi is not there any more. Nothing was changed in your file.");
+}
+
+TEST_F(FailedRun, ByAFullDisk) {
+  const std::string said = failWith([&](Program& program) {
+    const std::uintmax_t free = std::filesystem::space(temp.path()).available;
+    std::filesystem::resize_file(program.arguments.back(), free + (std::uintmax_t{1} << 30U));
+    end(program, 3, "writing failed: No space left.");
+  });
+  EXPECT_THAT(said, testing::StartsWith("There is not enough room: the film takes "));
+  EXPECT_THAT(said, testing::HasSubstr(temp / "cache"));
+}
+
+TEST_F(FailedRun, ByADiskThatDoesNotAnswer) {
+  const std::string said = failWith([this](Program& program) {
+    pathProbe.dead = {program.arguments.back()};
+    end(program, 3, "cannot read it.");
+  });
+  EXPECT_THAT(said, testing::StartsWith("The disk or server does not answer."));
 }
 
 TEST_F(FailedRun, ByItsOwnSentenceWithoutOptionsThatTheWindowHasNot) {
   const std::string said = failWith([](Program& program) {
     end(program, 3, "it would be 9 GB large, and no more than 1 GB can be right; use --allow-growth to have it.");
   });
-  EXPECT_EQ(said, "it would be 9 GB large, and no more than 1 GB can be right. Nothing was changed in your file.");
+  EXPECT_EQ(
+      said,
+      "The reason: it would be 9 GB large, and no more than 1 GB can be right. Nothing was changed in your file.");
 }
 
 TEST_F(FailedRun, ByALineOfItsComplaints) {
@@ -223,7 +255,7 @@ TEST_F(FailedRun, ByALineOfItsComplaints) {
     program.complaints = "zelvo-avi: warning: this.\nzelvo-avi: donor.avi: no such file.\n";
     program.end = platform::ProgramEnd{.exit = 3};
   });
-  EXPECT_EQ(said, "donor.avi: no such file. Nothing was changed in your file.");
+  EXPECT_EQ(said, "The reason: donor.avi: no such file. Nothing was changed in your file.");
 }
 
 TEST_F(FailedRun, ByASignal) {
