@@ -367,7 +367,7 @@ TEST_P(MovieBarLook, SignsAndHandleStandOutInEachSchemeAtEachScale) {
       };
       return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF());
     };
-    const auto [low, high] = std::minmax(light(one), light(other));
+    const auto [low, high] = std::minmax({light(one), light(other)});
     return (high + 0.05) / (low + 0.05);
   };
   const QPointF middle(bench.bar.playButton().rect().center());
