@@ -212,8 +212,9 @@ void DeepResultPage::arrange() {
   sides_->setDirection(areBeside ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom);
   sides_->setAlignment(filmSide_, areBeside ? Qt::Alignment() : Qt::AlignLeft);
   const int picture = areBeside ? kMovieHeight : kStackedMovieHeight;
-  movie_->setFixedHeight(picture + movie_->bar().sizeHint().height());
-  filmSide_->setFixedWidth(areBeside ? kFilmWidth : kStackedWidth);
+  const int width = areBeside ? kFilmWidth : kStackedWidth;
+  movie_->setFixedHeight(picture + movie_->bar().heightForWidth(width));
+  filmSide_->setFixedWidth(width);
 }
 
 }  // namespace zelvo::platform::qt

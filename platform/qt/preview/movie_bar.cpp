@@ -220,8 +220,19 @@ void MovieBar::useLoudness(const Loudness& loudness) {
 }
 
 int MovieBar::widthWithoutSliders() const {
-  const int time = std::max(time_->minimumWidth(), time_->minimumSizeHint().width());
+  // A bar that shows no time yet is arranged as it will be with one.
+  const int shortest = time_->fontMetrics().horizontalAdvance(texts::timeOf(clockTime(0), clockTime(0)));
+  const int time = std::max({time_->minimumWidth(), time_->minimumSizeHint().width(), shortest});
   return time + 2 * play_->sizeHint().width() + 2 * kGap;
+}
+
+bool MovieBar::needsTwoRows(int width) const {
+  return width < widthWithoutSliders() + kGap + kVolumeWidth + kGap + kLeastPlaceInOneRow;
+}
+
+int MovieBar::heightForWidth(int width) const {
+  const int row = kGap / 2 + play_->sizeHint().height();
+  return needsTwoRows(width) ? row + place_->sizeHint().height() : row;
 }
 
 QSize MovieBar::minimumSizeHint() const {
@@ -229,9 +240,8 @@ QSize MovieBar::minimumSizeHint() const {
 }
 
 void MovieBar::arrange() {
-  const int withVolume = widthWithoutSliders() + kGap + kVolumeWidth;
-  volume_->setVisible(width() >= withVolume);
-  const bool hasTwoRows = width() < withVolume + kGap + kLeastPlaceInOneRow;
+  volume_->setVisible(width() >= widthWithoutSliders() + kGap + kVolumeWidth);
+  const bool hasTwoRows = needsTwoRows(width());
   if (hasTwoRows == hasTwoRows_) return;
   hasTwoRows_ = hasTwoRows;
   grid_->removeWidget(place_);
@@ -240,6 +250,9 @@ void MovieBar::arrange() {
   } else {
     grid_->addWidget(place_, 1, kPlaceColumn);
   }
+  grid_->setColumnStretch(kPlaceColumn, hasTwoRows ? 0 : 1);
+  grid_->setColumnStretch(kPlaceColumn + 1, hasTwoRows ? 1 : 0);
+  time_->setAlignment((hasTwoRows ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter);
   updateGeometry();
 }
 

@@ -27,6 +27,8 @@ class MovieBar final : public QWidget {
   void setSettings(Settings& settings);
 
   [[nodiscard]] QSize minimumSizeHint() const override;
+  /// Before it has that width, too.
+  [[nodiscard]] int heightForWidth(int width) const override;
 
   // ---- For tests and pictures of the window ----
   [[nodiscard]] MovieBarButton& playButton() { return *play_; }
@@ -57,6 +59,7 @@ class MovieBar final : public QWidget {
   void readLoudness();
   /// The place has a row of its own where the bar is short; where it is shorter yet, the volume gives way.
   void arrange();
+  [[nodiscard]] bool needsTwoRows(int width) const;
   [[nodiscard]] int widthWithoutSliders() const;
 
   /// Nothing once the widget is gone, and in an empty one.

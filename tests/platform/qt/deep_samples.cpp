@@ -58,6 +58,9 @@ platform::DeepResult cleanResult() {
   platform::DeepResult result = partialResult();
   result.verdict = DeepVerdict::clean;
   result.sentence = "Nothing was wrong with this film.";
+  result.lines[0].words = "Motion JPEG, 640x360, 25 pictures a second: all 15,000 pictures";
+  result.lines[1].words = "MP3, 44.1 kHz, stereo: all 10 min";
+  result.lines[3].words = "the film's own";
   result.picture.losses.clear();
   for (platform::DamageBar& bar : result.picture.bars) bar.marks.clear();
   return result;

@@ -280,10 +280,23 @@ TEST_F(MovieBarTest, ShortBarHasARowForThePlace) {
   EXPECT_EQ(place.width(), bench.bar.width());
   EXPECT_TRUE(volume.isVisible());
   EXPECT_GT(bench.bar.height(), low);
+  EXPECT_EQ(bench.bar.height(), bench.bar.heightForWidth(300));
+  EXPECT_EQ(low, bench.bar.heightForWidth(480));
   bench.pane.resize(480, 300);
   MoviePaneBench::settle();
   EXPECT_NEAR(middle(place), middle(bench.bar.playButton()), 2);
   EXPECT_EQ(bench.bar.height(), low);
+}
+
+TEST_F(MovieBarTest, BarKeepsItsRowsWhenAFilmComes) {
+  bench.pane.movie().setMovie(nullptr);
+  bench.pane.resize(300, 300);
+  MoviePaneBench::settle();
+  const QRect before = place.geometry();
+  bench.pane.movie().setMovie(movie);
+  be(50);
+  MoviePaneBench::settle();
+  EXPECT_EQ(place.geometry(), before);
 }
 
 TEST_F(MovieBarTest, ShortestBarGivesUpTheVolume) {
