@@ -108,7 +108,8 @@ void MovieBar::follow() {
 
 void MovieBar::showPlace() {
   const std::shared_ptr<ShownMovie> film = this->film();
-  const std::optional<double> length = film ? film->duration() : std::nullopt;
+  std::optional<double> length;
+  if (film) length = film->duration();
   const double at = film ? film->position() : 0;
   place_->setEnabled(length.has_value());
   if (!length) {
