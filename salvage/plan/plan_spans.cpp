@@ -120,7 +120,7 @@ LossCause Telling::causeInFile(std::uint64_t begin, std::uint64_t end) const {
 /// Notes the entries between two whose headers stand in the file and that moved differently.
 void Telling::findMoves() {
   const auto& places = from_.places.places;
-  liesBetweenMoves_.assign(from_.entries.size(), false);
+  liesBetweenMoves_ = std::vector<bool>(from_.entries.size());
   std::optional<std::size_t> before;
   for (std::size_t i = 0; i < from_.entries.size(); ++i) {
     if (places[i].support == Support::none) continue;
