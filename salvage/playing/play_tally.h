@@ -122,7 +122,7 @@ class PlayCount {
 
   std::vector<Stream> streams_;
   PlayTally tally_;
-  std::size_t places_ = 0;  ///< of all streams
+  std::size_t places_ = 0;               ///< of all streams
   std::optional<std::size_t> pictures_;  ///< the first stream of them
 };
 
