@@ -27,7 +27,7 @@ bool isPrintable(FourCC code) {
 }
 
 bool isStreamData(FourCC code) {
-  constexpr std::array<std::string_view, 6> kKinds = {"db", "dc", "pc", "wb", "tx", "sb"};
+  constexpr std::array<std::string_view, 7> kKinds = {"db", "dc", "pc", "wb", "tx", "sb", "__"};
   const auto text = characters(code);
   return isDigit(text[0]) && isDigit(text[1]) &&
          std::find(kKinds.begin(), kKinds.end(), std::string_view(text.data() + 2, 2)) != kKinds.end();

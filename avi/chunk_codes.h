@@ -21,7 +21,8 @@ inline constexpr std::uint64_t kChunkHeader = 8;
 
 /// Four printable ASCII characters.
 [[nodiscard]] bool isPrintable(FourCC code);
-/// A stream's data: two digits (the stream's number), then "db", "dc", "pc", "wb", "tx" or "sb".
+/// A stream's data: two digits (the stream's number), then "db", "dc", "pc", "wb", "tx", "sb", or "__" of pictures with
+/// their sound.
 [[nodiscard]] bool isStreamData(FourCC code);
 /// A standard index: "ix" and two digits.
 [[nodiscard]] bool isStandardIndex(FourCC code);

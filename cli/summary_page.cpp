@@ -32,9 +32,10 @@ body { margin: 0 auto; max-width: 88rem; padding: 2rem 1.25rem 4rem; background:
   font: 16px/1.5 system-ui, sans-serif; }
 h1 { font-size: 1.6rem; margin: 0 0 .2rem; } h2 { font-size: 1.1rem; margin: 2rem 0 .6rem; }
 p { margin: .3rem 0; } .soft { color: var(--soft); }
-.tiles { display: grid; grid-template-columns: repeat(auto-fit, minmax(9.5rem, 1fr)); gap: .8rem; margin: 1.2rem 0; }
+.tiles { display: grid; grid-template-columns: repeat(auto-fit, minmax(10.5rem, 1fr)); gap: .8rem; margin: 1.2rem 0; }
 .tile { background: var(--card); border: 1px solid var(--line); border-radius: .6rem; padding: .7rem .9rem; }
-.tile b { display: block; font-size: 1.35rem; font-weight: 650; font-variant-numeric: tabular-nums; }
+.tile b { display: block; font-size: 1.35rem; font-weight: 650; font-variant-numeric: tabular-nums;
+  white-space: nowrap; }
 .tile span { color: var(--soft); font-size: .9rem; }
 .bar { display: flex; height: .9rem; border-radius: .45rem; overflow: hidden; background: var(--shade); }
 .bar i { display: block; min-width: 3px; }
@@ -54,6 +55,7 @@ th[aria-sort=descending] button::after { content: " \2193"; }
 td.n, th.n { text-align: right; white-space: nowrap; }
 td.name { min-width: 13rem; max-width: 30rem; overflow-wrap: anywhere; }
 td.name small { color: var(--soft); display: block; }
+td.name div { max-height: 12rem; overflow: auto; }
 td.pic { width: 24rem; min-width: 14rem; } td.pic svg { display: block; width: 100%; }
 .verdict { display: inline-block; padding: 0 .55rem; border-radius: .8rem; color: #fff; font-size: .85rem;
   font-weight: 600; white-space: nowrap; background: #5b6675; }
@@ -162,10 +164,11 @@ std::string filmRow(const BatchLine& line) {
   const double share = salvage::lostShare(line);
   std::string kind;
   for (const char one : word) kind += one >= 'a' && one <= 'z' ? one : '-';
-  return "<tr><td class=\"name\">" + htmlText(platform::nameOf(line.input)) + "<small>" +
+  return "<tr><td class=\"name\"><div>" + htmlText(platform::nameOf(line.input)) + "<small>" +
          htmlText(platform::folderOf(line.input)) + "</small>" +
-         (line.reason.empty() ? "" : "<small>" + htmlText(line.reason) + "</small>") + "<td><span class=\"verdict v-" +
-         kind + "\">" + htmlText(word) + "</span>" + pictureOf(line) + number(share, shownLostShare(share)) +
+         (line.reason.empty() ? "" : "<small>" + htmlText(line.reason) + "</small>") +
+         "</div><td><span class=\"verdict v-" + kind + "\">" + htmlText(word) + "</span>" + pictureOf(line) +
+         number(share, shownLostShare(share)) +
          number(salvage::figureOf(line, "seconds_lost"), shownLength(salvage::figureOf(line, "seconds_lost"))) +
          number(salvage::figureOf(line, "seconds"), shownLength(salvage::figureOf(line, "seconds"))) +
          number(static_cast<double>(line.inputSize), shownSize(line.inputSize)) +

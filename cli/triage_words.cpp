@@ -100,6 +100,8 @@ std::string nothingSentence(const TriageReport& report) {
   if (report.of(TriageKind::noise) > 0.9 * readable)
     return "Nothing is left of a film: its bytes are random or encrypted.";
   if (report.of(TriageKind::text) > 0.5 * readable) return "This is no film: it holds text.";
+  if (report.of(TriageKind::film) > 0.5)
+    return "Nothing should come back: chunks of a film are there, but nothing tells what they hold.";
   return "Nothing of a film was found in " + places + ".";
 }
 

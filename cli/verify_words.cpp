@@ -90,8 +90,9 @@ void addDecoding(std::vector<std::string>& parts, const FilmCheck& check, const 
                     secondsText(secondsOf(stream, PlayErrorKind::extraSound)) + " is too much, first at " +
                     shownTime(extra->begin));
   if (const PlayError* const step = firstOf(stream, PlayErrorKind::outOfStep))
-    parts.push_back(called(check, stream, "sound") + " and pictures are " + secondsText(std::abs(step->seconds)) +
-                    " apart from about " + shownTime(step->begin) + " on");
+    parts.push_back((isVideo ? called(check, stream, "pictures") + " and the first ones are "
+                             : called(check, stream, "sound") + " and pictures are ") +
+                    secondsText(std::abs(step->seconds)) + " apart from about " + shownTime(step->begin) + " on");
   if (salvage::isCreeping(stream))
     parts.push_back(called(check, stream, "sound") + " runs away from the pictures, by " +
                     secondsText(std::abs(stream.creep)) + " at the end");
@@ -176,6 +177,8 @@ std::string seekWords(const PlayedSeek& seek) {
       return to + " gives another picture than playing through does";
     case SeekEnd::noPicture:
       return to + " gives no picture";
+    case SeekEnd::outOfStep:
+      return to + " puts the streams out of step with one another";
     case SeekEnd::right:
       break;
   }
@@ -202,8 +205,8 @@ std::string_view nameOf(PlayErrorKind kind) {
 }
 
 std::string_view nameOf(SeekEnd end) {
-  constexpr std::array<std::string_view, 8> kNames{"right",  "refused",    "late",          "early",
-                                                   "no-key", "other-time", "other-picture", "no-picture"};
+  constexpr std::array<std::string_view, 9> kNames{"right",      "refused",       "late",       "early",      "no-key",
+                                                   "other-time", "other-picture", "no-picture", "out-of-step"};
   return kNames[static_cast<std::size_t>(end)];
 }
 
@@ -250,7 +253,7 @@ std::string faultWords(const PlayError& fault) {
     case PlayErrorKind::outOfStep:
       break;
   }
-  return text + "from about here on sound is " + secondsText(std::abs(fault.seconds)) +
+  return text + "from about here on it is " + secondsText(std::abs(fault.seconds)) +
          (fault.seconds > 0 ? " late" : " early") + " against the pictures";
 }
 

@@ -94,6 +94,7 @@ enum class SeekEnd : std::uint8_t {
   otherTime,     ///< the same packet has another time than when the film is played through
   otherPicture,  ///< the picture there is not the one that comes when the film is played through
   noPicture,     ///< none came
+  outOfStep,     ///< the packets of another stream have other times there than when the film is played through
 };
 
 /// One jump to a time, as with a player's slider.

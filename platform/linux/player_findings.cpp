@@ -149,7 +149,7 @@ bool PlayerFindings::takeResult(const PlayerRecord& record) {
 bool PlayerFindings::takeSeek(const PlayerRecord& record) {
   const auto landed = static_cast<std::int64_t>(record.a);
   if (record.stream >= streams_ || seeks_ == kMaxSeeks || !isTime(record.time) || !isTime(landed) ||
-      !isOffset(record.b) || record.number > static_cast<std::uint64_t>(SeekEnd::noPicture))
+      !isOffset(record.b) || record.number > static_cast<std::uint64_t>(SeekEnd::outOfStep))
     return false;
   ++seeks_;
   take_(PlayedSeek{record.stream, record.time, landed, record.b, static_cast<SeekEnd>(record.number)});

@@ -23,7 +23,7 @@ enum class PlayerRecordKind : std::uint32_t {
 };
 
 inline constexpr std::uint64_t kPlayerMagic = 0x7a70'6c61'7972'3031;
-inline constexpr std::uint64_t kPlayerVersion = 1;
+inline constexpr std::uint64_t kPlayerVersion = 2;
 
 struct PlayerRecord {
   static constexpr std::uint32_t kFlagOne = 1;

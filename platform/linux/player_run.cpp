@@ -4,6 +4,7 @@
 #include "platform/linux/player_run.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <map>
 #include <optional>
 #include <set>
@@ -12,6 +13,7 @@
 #include <vector>
 
 #include "platform/linux/player_film.h"
+#include "platform/linux/player_marks.h"
 #include "platform/linux/player_stream.h"
 
 namespace zelvo::platform::linux_ {
@@ -19,16 +21,16 @@ namespace zelvo::platform::linux_ {
 namespace {
 
 constexpr AVRational kMicroseconds{1, 1'000'000};
-/// So many pictures are kept in mind, spread evenly; some of them are jumped to.
-constexpr std::size_t kMarks = 64;
+/// Of the last packets that say so of themselves.
+constexpr std::size_t kMaxRecovers = 64;
 /// Packets of its stream that are decoded after a jump before the picture is given up.
 constexpr unsigned kMaxDecoded = 400;
+/// Packets that are read after a jump to meet those of other streams.
+constexpr unsigned kMaxFollowed = 500;
+/// What the times of other streams may be off after a jump, in microseconds.
+constexpr std::int64_t kStep = 200'000;
 /// Packets of other streams between two signs of life.
 constexpr std::uint64_t kQuiet = 1000;
-
-std::uint64_t offsetOf(const AVPacket& packet) {
-  return packet.pos < 0 ? PlayedPacket::kNowhere : static_cast<std::uint64_t>(packet.pos);
-}
 
 /// Whether an H.264 packet says that decoding may begin with it, although its picture does not stand alone: the whole
 /// picture is refreshed bit by bit after it (a recovery point, in supplemental information of type 6).
@@ -44,52 +46,6 @@ bool isRecoveryPoint(AVCodecID codec, const AVPacket& packet) {
   }
   return false;
 }
-
-/// A picture of the film, as it is when the film is played through.
-struct Mark {
-  std::uint64_t offset = PlayedPacket::kNowhere;  ///< of its packet
-  std::int64_t time = 0;                          ///< of its packet, in the stream's own units
-  std::int64_t key = AV_NOPTS_VALUE;              ///< time of the last key before it, or its own
-  std::optional<std::uint64_t> print;             ///< none when no picture came
-};
-
-/// Every so many packets of one stream one is marked, so that in the end there are `kMarks` to `kMarks / 2`.
-class Marks {
- public:
-  void packet(const AVPacket& packet, std::uint64_t number) {
-    if (offsetOf(packet) == PlayedPacket::kNowhere || packet.dts == AV_NOPTS_VALUE) return;
-    if ((packet.flags & AV_PKT_FLAG_KEY) != 0) lastKey_ = packet.dts;
-    if (count_++ % stride_ != 0) return;
-    if (marks_.size() == kMarks) {
-      bool isKept = false;
-      std::erase_if(marks_, [&isKept](const auto&) { return !(isKept = !isKept); });
-      stride_ *= 2;
-      if ((count_ - 1) % stride_ != 0) return;
-    }
-    marks_[number] = {offsetOf(packet), packet.dts, lastKey_, std::nullopt};
-  }
-  void picture(const AVFrame& frame, std::uint64_t number) {
-    const auto mark = marks_.find(number);
-    if (mark != marks_.end() && !mark->second.print) mark->second.print = fingerprint(frame);
-  }
-  /// At most `count` of them.
-  [[nodiscard]] std::vector<Mark> some(std::size_t count, bool needsPicture) const {
-    std::vector<Mark> all;
-    for (const auto& [number, mark] : marks_) {
-      if (mark.print || !needsPicture) all.push_back(mark);
-    }
-    std::vector<Mark> chosen;
-    count = std::min(count, all.size());
-    for (std::size_t i = 0; i < count; ++i) chosen.push_back(all[(2 * i + 1) * all.size() / (2 * count)]);
-    return chosen;
-  }
-
- private:
-  std::map<std::uint64_t, Mark> marks_;
-  std::uint64_t count_ = 0;
-  std::uint64_t stride_ = 1;
-  std::int64_t lastKey_ = AV_NOPTS_VALUE;
-};
 
 class Run {
  public:
@@ -172,7 +128,7 @@ class Run {
     if (isKey || decoder.kind() != PlayedKind::video) awaitsKey_[stream] = false;
     const bool isDecoded = decoder.hasDecoder() && !isLeftOut(stream) && !awaitsKey_[stream];
     const AVRational base = context.streams[stream]->time_base;
-    const std::int64_t stamp = packet.dts != AV_NOPTS_VALUE ? packet.dts : packet.pts;
+    const std::int64_t stamp = stampOf(packet);
     if (stamp != AV_NOPTS_VALUE) lastTimes_[stream] = bounded(::av_rescale_q(stamp, base, kMicroseconds));
     // A picture takes one unit of its stream's clock. What sound takes only the next packet tells.
     const std::int64_t units = packet.duration > 0 ? packet.duration : decoder.kind() == PlayedKind::video ? 1 : 0;
@@ -191,10 +147,12 @@ class Run {
     lastStream_ = stream;
     if (isKey && isRecoveryPoint(context.streams[stream]->codecpar->codec_id, packet)) {
       recovers_.insert(number);
-      if (recovers_.size() > kMarks) recovers_.erase(recovers_.begin());
+      if (recovers_.size() > kMaxRecovers) recovers_.erase(recovers_.begin());
     }
     numberOf_[stream] = number;
-    if (sought_ == stream && packet.size > 0 && task_.seeks > 0) marks_.packet(packet, number);
+    if (packet.size > 0 && task_.seeks > 0 && decoder.hasDecoder()) {
+      sought_ == stream ? marks_.packet(packet, number) : otherTimes_.packet(packet);
+    }
     if (!isDecoded || packet.size <= 0) return;
     tell(decoder.decode(packet, number, [&](const AVFrame& frame, std::uint64_t of) { came(stream, frame, of); }),
          stream, number);
@@ -252,6 +210,7 @@ class Run {
     const AVStream& stream = *film.context().streams[*sought_];
     PlayerStream decoder(stream, task_.threads);
     if (!decoder.hasDecoder()) return;
+    otherTimes_.sort();
     for (const Mark& mark : marks_.some(task_.seeks, isVideo)) {
       PlayedSeek seek{.stream = static_cast<std::uint32_t>(*sought_),
                       .target = bounded(::av_rescale_q(mark.time, stream.time_base, kMicroseconds))};
@@ -279,18 +238,23 @@ class Run {
       if (isVideo && offset == mark.offset && !print) print = fingerprint(frame);
       isOver = isOver || offset > mark.offset;
     };
+    std::set<int> others = otherTimes_.streams();
     bool isFirst = true;
     bool isMet = false;
+    bool isInStep = true;
     unsigned decoded = 0;
     for (std::uint64_t read = 0; packet && !print && !isOver && film.read(*packet) >= 0;
          ::av_packet_unref(packet.get()), ++read) {
       if (read % kQuiet == 0) tellAlive();
-      if (static_cast<std::size_t>(packet->stream_index) != *sought_) continue;
+      if (static_cast<std::size_t>(packet->stream_index) != *sought_) {
+        isInStep = isInStep && hasItsTime(film, *packet, others);
+        continue;
+      }
       const std::uint64_t offset = offsetOf(*packet);
       if (isFirst && !isLandedRight(*packet, mark, isVideo, seek)) return;
       if (isFirst && isRecoveryPoint(decoder.codec(), *packet)) hasPictures = true;  // by and by
       isFirst = false;
-      if (!isMet && (offset == mark.offset) != (packet->dts == mark.time) && packet->size > 0) {
+      if (!isMet && (offset == mark.offset) != (stampOf(*packet) == mark.time) && packet->size > 0) {
         seek.end = SeekEnd::otherTime;
         return;
       }
@@ -308,14 +272,32 @@ class Run {
     // A picture that needs one before the key is left out by every player, and the next one comes.
     const bool isRight = !isVideo || (print ? print == mark.print : hasPictures);
     seek.end = isRight ? SeekEnd::right : hasPictures ? SeekEnd::otherPicture : SeekEnd::noPicture;
+    if (!isRight) return;
+    for (unsigned read = 0; packet && isInStep && !others.empty() && read < kMaxFollowed; ++read) {
+      ::av_packet_unref(packet.get());
+      if (film.read(*packet) < 0) break;
+      isInStep = hasItsTime(film, *packet, others);
+    }
+    if (!isInStep) seek.end = SeekEnd::outOfStep;
+  }
+
+  /// Whether a packet of another stream has about the time that it has when the film is played through. A stream that
+  /// was met is taken off the list.
+  bool hasItsTime(PlayerFilm& film, const AVPacket& packet, std::set<int>& others) const {
+    const auto stream = others.find(packet.stream_index);
+    const auto time = stream == others.end() ? std::nullopt : otherTimes_.timeOf(packet);
+    if (!time || stampOf(packet) == AV_NOPTS_VALUE) return true;
+    others.erase(stream);
+    const AVRational base = film.context().streams[packet.stream_index]->time_base;
+    return std::abs(bounded(::av_rescale_q(stampOf(packet) - *time, base, kMicroseconds))) <= kStep;
   }
 
   static bool isLandedRight(const AVPacket& packet, const Mark& mark, bool isVideo, PlayedSeek& seek) {
-    seek.landed = packet.dts;
+    seek.landed = stampOf(packet);
     seek.offset = offsetOf(packet);
-    if (packet.dts > mark.time) {
+    if (seek.landed > mark.time) {
       seek.end = SeekEnd::late;
-    } else if (isVideo && mark.key != AV_NOPTS_VALUE && packet.dts < mark.key) {
+    } else if (isVideo && mark.key != AV_NOPTS_VALUE && seek.landed < mark.key) {
       seek.end = SeekEnd::early;
     } else if (isVideo && (packet.flags & AV_PKT_FLAG_KEY) == 0) {
       seek.end = SeekEnd::noKey;
@@ -336,6 +318,7 @@ class Run {
   std::vector<std::uint64_t> early_;
   std::optional<std::size_t> sought_;
   Marks marks_;
+  OtherTimes otherTimes_;
   std::uint64_t last_ = 0;
   std::size_t lastStream_ = 0;
   bool hasPacket_ = false;

@@ -62,6 +62,12 @@ std::vector<PlanSpan> foreignSpans(const Evidence& evidence, std::span<const std
   return spans;
 }
 
+/// Whether the place of what was lost to it is still there, with something else in it.
+bool liesInFile(LossCause cause) {
+  return cause == LossCause::zeroed || cause == LossCause::overwritten || cause == LossCause::unreadable ||
+         cause == LossCause::unrescued;
+}
+
 class Telling {
  public:
   Telling(const SpanEvidence& from, const FilmPlan& plan) : from_(from), plan_(plan) {}
@@ -239,10 +245,12 @@ void Telling::tell(std::size_t number, const Slot& slot) {
       open_ = span;
     }
     if (hasPlace_) open_->end = std::max(open_->end, fileStop_);
-    if (*cause == LossCause::unrescued && !hasPlace_ && slot.isIndexed) {
+    if (liesInFile(*cause) && !hasPlace_ && slot.isIndexed) {
       const std::int64_t place = std::max<std::int64_t>(0, from_.places.headerOf(entry_, from_.entries));
-      open_->end =
-          std::max(open_->end, static_cast<std::uint64_t>(place) + avi::kChunkHeader + from_.entries[entry_].size);
+      const std::uint32_t size = from_.entries[entry_].size;
+      const std::uint64_t end = static_cast<std::uint64_t>(place) + avi::kChunkHeader + size + size % 2;
+      const std::uint64_t most = *cause == LossCause::unrescued ? end : from_.evidence.scan.end;
+      open_->end = std::max(open_->end, std::min(end, most));
     }
     if (hasOriginal_) open_->originalEnd = std::max(*open_->originalEnd, originalStop_);
     ++open_->slots;

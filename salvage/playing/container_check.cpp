@@ -19,7 +19,8 @@ std::optional<std::uint32_t> streamOf(avi::FourCC code) {
   return digit(0) * 10 + digit(1);
 }
 
-bool isPicture(avi::FourCC code) { return code.bytes()[2] == std::byte{'d'}; }
+/// Also with its sound beside it.
+bool isPicture(avi::FourCC code) { return code.bytes()[2] == std::byte{'d'} || code.bytes()[2] == std::byte{'_'}; }
 
 /// Gathers what an outline tells.
 class Findings final : public avi::OutlineSink {

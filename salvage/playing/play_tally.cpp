@@ -21,19 +21,33 @@ constexpr double kGap = 0.5;
 constexpr double kOneError = 1;
 /// Seconds of sound that come at once too few or too many; decoders hold back less.
 constexpr double kJump = 0.2;
+/// Losses of sound that are hardly more than what is told are one when no farther apart: they go on all the time.
+constexpr double kOneRun = 10;
+constexpr double kSmall = 1.5;
 /// What sound may run away from its clock for each second of it before that counts as a jump.
 constexpr double kCreep = 0.02;
 /// Seconds that sound and pictures may come apart. People notice less, films of uneven interleaving have as much.
 constexpr double kStep = 0.5;
-constexpr std::size_t kMaxMoments = 200'000;
+constexpr std::size_t kMaxPlaces = 2'000'000;
+/// Seconds between the places of a stream that are looked at.
+constexpr double kSampled = 0.2;
 constexpr std::size_t kFewMoments = 8;
+
+/// How far a stream was behind the first pictures at a place.
+struct Moment {
+  double skew = 0;
+  double time = 0;
+  std::uint64_t offset = 0;
+};
 
 double inSeconds(std::int64_t time) { return static_cast<double>(time) / 1e6; }
 
 bool isMerged(PlayErrorKind kind) { return kind == PlayErrorKind::refused || kind == PlayErrorKind::hurt; }
 
-template <class Moments>
-double median(const Moments& moments, std::size_t begin, std::size_t end) {
+/// Seconds of sound that are told when they come at once too few or too many.
+double leastJump(double longestPacket) { return kJump + longestPacket * 0.1; }
+
+double median(const std::vector<Moment>& moments, std::size_t begin, std::size_t end) {
   std::vector<double> skews;
   for (std::size_t i = begin; i < end; ++i) skews.push_back(moments[i].skew);
   std::ranges::nth_element(skews, skews.begin() + static_cast<std::ptrdiff_t>(skews.size() / 2));
@@ -88,22 +102,23 @@ void PlayCount::takePacket(const PlayedPacket& packet) {
       if (stream.lastSize > 0) stream.secondsAByte = taken / stream.lastSize;
     }
     stream.lastSize = packet.size;
-    compare(stream, packet);
   }
   if (!stream.first) stream.first = time;
   stream.last = time;
   stream.end = time + (duration > 0 ? duration : stream.secondsAByte * packet.size);
   stream.lastOffset = packet.offset;
-  before_ = packet.stream;
+  notePlace(stream, packet);
 }
 
-/// The place where pictures give way to sound is where both stand for the same time, give or take how the film is
-/// interleaved, which is the same all through it.
-void PlayCount::compare(Stream& stream, const PlayedPacket& packet) {
-  if (!pictures_ || before_ != pictures_ || stream.moments.size() == kMaxMoments) return;
-  const double time = inSeconds(packet.time);
-  if (!stream.moments.empty() && time < stream.moments.back().time + 1) return;
-  stream.moments.push_back({time - streams_[*pictures_].end, time, packet.offset});
+void PlayCount::notePlace(Stream& stream, const PlayedPacket& packet) {
+  const PlayedKind kind = stream.tally.told.kind;
+  if (!pictures_ || (kind != PlayedKind::video && kind != PlayedKind::sound)) return;
+  if (packet.offset == PlayedPacket::kNowhere || places_ == kMaxPlaces) return;
+  const bool isMeasure = packet.stream == pictures_;
+  const double time = isMeasure ? stream.end : stream.last;
+  if (!isMeasure && !stream.places.empty() && time < stream.places.back().time + kSampled) return;
+  stream.places.push_back({packet.offset, time});
+  ++places_;
 }
 
 void PlayCount::takePicture(const platform::PlayedPicture& picture) {
@@ -185,6 +200,19 @@ void PlayCount::addFault(Stream& stream, const PlayError& error) {
   }
 }
 
+/// Sound that is lost or too much. What follows on a fault of that kind is a part of it.
+void PlayCount::addLoss(Stream& stream, const PlayError& error) {
+  std::vector<PlayError>& faults = stream.tally.faults;
+  const auto before = std::ranges::find(faults.rbegin(), faults.rend(), error.kind, &PlayError::kind);
+  if (before == faults.rend()) return addFault(stream, error);
+  const double small = kSmall * leastJump(stream.longest);
+  const bool isRun = error.seconds <= small && before->seconds <= small * static_cast<double>(before->packets);
+  if (error.begin - before->end > (isRun ? kOneRun : kOneError)) return addFault(stream, error);
+  before->end = std::max(before->end, error.end);
+  before->packets += error.packets;
+  before->seconds += error.seconds;
+}
+
 void PlayCount::addStill(Stream& stream, double begin, double end) {
   std::vector<StillPicture>& stills = stream.tally.stills;
   stream.tally.still += end - begin;
@@ -221,13 +249,13 @@ void PlayCount::watchClock(Stream& stream, double time, double duration) {
   if (!stream.tally.told.hasDecoder) return;
   const double behind = time - *stream.first - stream.tally.seconds;
   const double change = behind - stream.base;
-  if (std::abs(change) > kJump + stream.longest * 0.1) {
-    addFault(stream, {.kind = change > 0 ? PlayErrorKind::lostSound : PlayErrorKind::extraSound,
-                      .begin = stream.last,
-                      .end = time,
-                      .offset = stream.lastOffset,
-                      .packets = 1,
-                      .seconds = std::abs(change)});
+  if (std::abs(change) > leastJump(stream.longest)) {
+    addLoss(stream, {.kind = change > 0 ? PlayErrorKind::lostSound : PlayErrorKind::extraSound,
+                     .begin = stream.last,
+                     .end = time,
+                     .offset = stream.lastOffset,
+                     .packets = 1,
+                     .seconds = std::abs(change)});
     stream.jumps += change;
     stream.base = behind;
     return;
@@ -235,18 +263,30 @@ void PlayCount::watchClock(Stream& stream, double time, double duration) {
   stream.base += std::clamp(change, -kCreep * duration, kCreep * duration);
 }
 
+/// The place in the file where the first pictures give way to another stream is where both stand for the same time,
+/// give or take how the film is interleaved, which is the same all through it.
 void PlayCount::watchStep(Stream& stream) {
-  const std::vector<Moment>& moments = stream.moments;
+  if (!pictures_ || &stream == &streams_[*pictures_]) return;
+  const std::vector<Place>& pictures = streams_[*pictures_].places;
+  std::vector<Moment> moments;
+  std::size_t before = 0;
+  std::ranges::sort(stream.places, {}, &Place::offset);
+  for (const Place& place : stream.places) {
+    const auto next = std::ranges::lower_bound(pictures, place.offset, {}, &Place::offset);
+    const auto passed = static_cast<std::size_t>(next - pictures.begin());
+    if (passed == std::exchange(before, passed)) continue;
+    moments.push_back({place.time - pictures[passed - 1].time, place.time, place.offset});
+  }
   if (moments.size() < kFewMoments) return;
   const std::size_t some = std::max<std::size_t>(3, moments.size() / 10);
-  const double before = median(moments, 0, some);
-  const double after = median(moments, moments.size() - some, moments.size());
-  stream.tally.step = after - before;
+  const double first = median(moments, 0, some);
+  const double last = median(moments, moments.size() - some, moments.size());
+  stream.tally.step = last - first;
   if (std::abs(stream.tally.step) <= kStep + 1.5 * stream.longest) return;
   // Where the way from the one to the other is half done for good.
-  const double half = before + stream.tally.step / 2;
+  const double half = first + stream.tally.step / 2;
   std::size_t at = moments.size();
-  while (at > 0 && (moments[at - 1].skew > half) == (after > half)) --at;
+  while (at > 0 && (moments[at - 1].skew > half) == (last > half)) --at;
   const Moment& moment = moments[std::min(at, moments.size() - 1)];
   addFault(stream, {.kind = PlayErrorKind::outOfStep,
                     .begin = moment.time,
@@ -257,6 +297,7 @@ void PlayCount::watchStep(Stream& stream) {
 }
 
 PlayTally PlayCount::finish() {
+  if (pictures_) std::ranges::sort(streams_[*pictures_].places, {}, &Place::offset);
   for (Stream& stream : streams_) {
     for (const Pending& pending : stream.pending) judge(stream, pending);
     closeSilence(stream);
@@ -264,13 +305,13 @@ PlayTally PlayCount::finish() {
     if (stream.tally.told.kind == PlayedKind::sound && stream.first) {
       watchClock(stream, stream.end, 0);
       stream.tally.creep = stream.end - *stream.first - stream.tally.seconds - stream.jumps;
-      watchStep(stream);
     } else {
       stream.tally.seconds = length;
     }
+    watchStep(stream);
     tally_.seconds = std::max(tally_.seconds, stream.end);
-    tally_.streams.push_back(std::move(stream.tally));
   }
+  for (Stream& stream : streams_) tally_.streams.push_back(std::move(stream.tally));
   streams_.clear();
   return std::move(tally_);
 }

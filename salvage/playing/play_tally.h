@@ -21,7 +21,7 @@ enum class PlayErrorKind : std::uint8_t {
   noPictures,  ///< packets of which no picture came, for a while
   lostSound,   ///< less sound came than time passed
   extraSound,  ///< more sound came than time passed
-  outOfStep,   ///< from here on sound and pictures are apart by other than before
+  outOfStep,   ///< from here on the stream and the film's first pictures are apart by other than before
 };
 
 /// A fault of one stream, or several of a kind that follow on one another.
@@ -31,7 +31,7 @@ struct PlayError {
   double end = 0;
   std::uint64_t offset = platform::PlayedPacket::kNowhere;  ///< of the first packet
   std::uint64_t packets = 0;                                ///< how many are touched
-  double seconds = 0;  ///< of sound that is lost or too much; of `outOfStep` how far, sound late above zero
+  double seconds = 0;  ///< of sound that is lost or too much; of `outOfStep` how far, late above zero
   int signal = 0;      ///< that ended a crashed decoder, when one did
 };
 
@@ -58,7 +58,7 @@ struct PlayedStreamTally {
   std::vector<StillPicture> stills;
   double still = 0;  ///< all of them
   double creep = 0;  ///< how far sound runs away from its own clock, little by little; late above zero
-  double step = 0;   ///< of sound: how far it is from the pictures at the end, more than at the beginning
+  double step = 0;   ///< how far it is from the film's first pictures at the end, more than at the beginning
   std::vector<std::uint64_t> falseKeys;  ///< offsets of pictures that the index calls keys and the decoder does not
 };
 
@@ -84,11 +84,10 @@ class PlayCount {
     bool hasPicture = false;
     bool isCounted = false;  ///< as an error
   };
-  /// How far sound was behind the pictures in a second of the film.
-  struct Moment {
-    double skew = 0;
-    double time = 0;
+  /// Where a packet lies: of the first pictures with the time of its end, of other streams with that of its beginning.
+  struct Place {
     std::uint64_t offset = 0;
+    double time = 0;
   };
   struct Stream {
     PlayedStreamTally tally;
@@ -103,7 +102,7 @@ class PlayCount {
     double longest = 0;       ///< packet of sound
     double secondsAByte = 0;  ///< of sound, by its last packets but one
     std::uint32_t lastSize = 0;
-    std::vector<Moment> moments;
+    std::vector<Place> places;
   };
 
   void takeStream(const platform::PlayedStream& stream);
@@ -111,19 +110,20 @@ class PlayCount {
   void takePicture(const platform::PlayedPicture& picture);
   void takeSound(const platform::PlayedSound& sound);
   void takeFault(const platform::PlayFault& fault);
-  void compare(Stream& stream, const platform::PlayedPacket& packet);
+  void notePlace(Stream& stream, const platform::PlayedPacket& packet);
   void countError(Stream& stream, std::uint64_t packet, PlayErrorKind kind, int signal = 0);
   static void addFault(Stream& stream, const PlayError& error);
+  static void addLoss(Stream& stream, const PlayError& error);
   static void addStill(Stream& stream, double begin, double end);
   static void judge(Stream& stream, const Pending& oldest);
   static void closeSilence(Stream& stream);
   static void watchClock(Stream& stream, double time, double duration);
-  static void watchStep(Stream& stream);
+  void watchStep(Stream& stream);
 
   std::vector<Stream> streams_;
   PlayTally tally_;
+  std::size_t places_ = 0;               ///< of all streams
   std::optional<std::size_t> pictures_;  ///< the first stream of them
-  std::optional<std::size_t> before_;    ///< the stream of the last packet
 };
 
 }  // namespace zelvo::salvage

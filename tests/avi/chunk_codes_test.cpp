@@ -24,7 +24,7 @@ TEST(ChunkCodes, PrintableIsFromSpaceToTilde) {
 }
 
 TEST(ChunkCodes, StreamDataHasTwoDigitsAndAKind) {
-  for (const char* data : {"00db", "99dc", "09pc", "90wb", "11tx", "22sb"})
+  for (const char* data : {"00db", "99dc", "09pc", "90wb", "11tx", "22sb", "00__"})
     EXPECT_TRUE(isStreamData(code(data))) << data;
   for (const char* other : {"/0db", "0/db", ":0db", "0:db", "00dd", "00bd", "00ix", "ix00", "JUNK"}) {
     EXPECT_FALSE(isStreamData(code(other))) << other;

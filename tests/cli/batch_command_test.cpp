@@ -258,6 +258,39 @@ TEST_F(BatchCommand, CrashOfOneProgramIsToldAndTheOthersGoOn) {
   EXPECT_THAT(journal(), testing::Contains("failed a.avi"));
 }
 
+TEST_F(BatchCommand, LackOfMemoryCostsOneFilm) {
+  const auto limitedTo = [](std::uint64_t bytes, std::vector<std::string> command) {
+    command.insert(command.begin(), {"prlimit", "--as=" + std::to_string(bytes)});
+    return run(command);
+  };
+  if (limitedTo(1000000000, zelvoAvi({"--version"})).exit != 0) GTEST_SKIP() << "this build needs far more room";
+  // Very many chunks take more than a few, so that there is a limit that lies between.
+  std::string dense;
+  for (int i = 0; i < 300'000; ++i) dense += chunk("00dc", "abcdefgh");
+  writeFile(films_ + "/dense.avi", film() + dense);
+  bool isFound = false;
+  for (std::uint64_t size = 80'000'000; size > 8'000'000 && !isFound; size -= size / 16) {
+    SCOPED_TRACE(size);
+    fs::remove(journal_);
+    const Ended ended = limitedTo(size, zelvoAvi({"salvage", "-r", films_, "--output-dir", out_, "--force", "--jobs",
+                                                  "2", "--threads", "1", "--journal", journal_}));
+    if (ended.err.find("error while loading") != std::string::npos || ended.exit == 127) break;
+    ASSERT_EQ(ended.signal, 0);
+    ASSERT_THAT(ended.exit, testing::AnyOf(0, 3)) << ended.err;
+    ASSERT_THAT(ended.out, HasSubstr("4 inputs: "));
+    const auto lines = journal();
+    ASSERT_EQ(std::ranges::count_if(lines, [](const std::string& line) { return !line.starts_with("naming "); }), 4);
+    isFound = std::ranges::count(lines, "failed dense.avi") == 1 && std::ranges::count(lines, "done a.avi") == 1;
+    if (isFound) {
+      EXPECT_THAT(ended.err, HasSubstr("there is not enough memory for " + films_ + "/dense.avi"));
+    }
+    ASSERT_EQ(std::ranges::count_if(fs::directory_iterator(out_),
+                                    [](const auto& entry) { return entry.path().filename().string().front() == '.'; }),
+              0);
+  }
+  EXPECT_TRUE(isFound);
+}
+
 TEST_F(BatchCommand, OnATerminalAllFilmsTogetherHaveALine) {
   Program program(zelvoAvi({"salvage", "-r", films_, "--output-dir", out_, "--jobs", "2"}), ErrorStream::terminal);
   const Ended ended = program.wait();

@@ -81,6 +81,15 @@ TEST_F(TriageCommand, WhereNothingIsLeftTheReasonIsTold) {
   EXPECT_THAT(sentence(text), HasSubstr("in.avi: This is no film: it holds text.\n"));
 }
 
+TEST_F(TriageCommand, ChunksOfWhichNothingTellsWhatTheyHoldAreTold) {
+  std::string media;
+  for (int i = 0; i < 60; ++i) media += chunk("00__", evenNoise(5000));
+  const Ended ended = triage(std::string(2048, '\0') + media);
+  EXPECT_EQ(ended.exit, 1);
+  EXPECT_THAT(ended.out,
+              HasSubstr("Nothing should come back: chunks of a film are there, but nothing tells what they hold.\n"));
+}
+
 TEST_F(TriageCommand, OfALargeZeroFileEveryPlaceIsZero) {
   writeFile(folder_ / "in.avi", "");
   std::filesystem::resize_file(folder_ / "in.avi", std::uintmax_t{5} << 30U);

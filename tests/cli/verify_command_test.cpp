@@ -183,6 +183,48 @@ INSTANTIATE_TEST_SUITE_P(
       return name;
     });
 
+/// A film of one stream in which whole frames of DV lie, each with its sound.
+std::string withSoundInside(const std::string& frames) {
+  constexpr std::size_t kFrame = 144'000;
+  const std::size_t count = frames.size() / kFrame;
+  std::string media;
+  std::string index;
+  for (std::size_t i = 0; i < count; ++i) {
+    index += "00__" + le32(0x10) + le32(media.size() + 4) + le32(kFrame);
+    media += chunk("00__", frames.substr(i * kFrame, kFrame));
+  }
+  const std::string zeros(16, '\0');
+  const std::string main = le32(40000) + le32(0) + le32(0) + le32(0x10) + le32(count) + le32(0) + le32(1) + le32(0) +
+                           le32(720) + le32(576) + zeros;
+  const std::string stream =
+      "iavsdvsd" + le32(0) + le32(0) + le32(0) + le32(1) + le32(25) + le32(0) + le32(count) + le32(kFrame) + zeros;
+  const std::string headers =
+      chunk("avih", main) + list("LIST", "strl", chunk("strh", stream) + chunk("strf", zeros + zeros));
+  return list("RIFF", "AVI ", list("LIST", "hdrl", headers) + list("LIST", "movi", media) + chunk("idx1", index));
+}
+
+TEST(VerifyCommand, DvWithItsSoundInsidePlaysBeforeAndAfterASalvage) {
+  if (!ffmpegIsInstalled()) GTEST_SKIP() << "FFmpeg is not installed";
+  const TempFolder folder;
+  ASSERT_TRUE(
+      runFfmpeg("-f lavfi -i testsrc2=s=720x576:r=25:d=1 -f lavfi -i sine=r=48000:d=1 -threads 1 "
+                "-target pal-dv -ac 2 -f dv " +
+                folder.path("film.dv")));
+  const std::string film = withSoundInside(readFile(folder.path("film.dv")));
+  writeFile(folder / "film.avi", film);
+  const Ended whole = runZelvoAvi({"verify", folder / "film.avi"});
+  EXPECT_EQ(whole.exit, 0);
+  EXPECT_THAT(whole.out, HasSubstr("plays throughout: 25 pictures and 0:01.00 of sound, in step"));
+  EXPECT_THAT(whole.out, HasSubstr("Jumps:     20 of 20 land right"));
+  EXPECT_THAT(whole.out, HasSubstr("Index:     25 of 25 chunks"));
+
+  writeFile(folder / "cut.avi", film.substr(0, film.size() * 2 / 3));
+  EXPECT_EQ(runZelvoAvi({"salvage", folder / "cut.avi", "-o", folder / "out.avi"}).exit, 0);
+  const Ended again = runZelvoAvi({"verify", folder / "out.avi"});
+  EXPECT_EQ(again.exit, 0) << again.out;
+  EXPECT_THAT(again.out, HasSubstr("16 pictures and 0:00.64 of sound, in step"));
+}
+
 TEST(VerifyCommand, DamageInsideAFilmIsFoundWhereItIs) {
   if (!ffmpegIsInstalled()) GTEST_SKIP() << "FFmpeg is not installed";
   const TempFolder folder;

@@ -58,6 +58,8 @@ TEST(VerifyWords, EachFaultHasItsOwnWords) {
               HasSubstr("sound of 1.20 s is too much"));
   EXPECT_THAT(said({.kind = PlayErrorKind::outOfStep, .begin = 60, .packets = 1, .seconds = -2}, 1),
               HasSubstr("sound and pictures are 2.00 s apart from about 1:00.00 on"));
+  EXPECT_THAT(said({.kind = PlayErrorKind::outOfStep, .begin = 60, .packets = 1, .seconds = -2}, 0),
+              HasSubstr("pictures and the first ones are 2.00 s apart from about 1:00.00 on"));
   EXPECT_THAT(said({.kind = PlayErrorKind::noDecoder, .packets = 1}, 0),
               HasSubstr("nothing here decodes the pictures (mpeg4)"));
 }
@@ -91,6 +93,15 @@ TEST(VerifyWords, FaultHasTimePlaceAndKind) {
             "1:02.50 to 1:03.00, at byte 1,234: 12 packets refused by the decoder");
   EXPECT_EQ(faultWords({.kind = PlayErrorKind::crashed, .begin = 5, .packets = 1, .signal = 11}),
             "0:05.00: the decoder crashed (signal 11)");
+  EXPECT_EQ(faultWords({.kind = PlayErrorKind::outOfStep, .begin = 60, .offset = 1234, .packets = 1, .seconds = -2}),
+            "1:00.00, at byte 1,234: from about here on it is 2.00 s early against the pictures");
+}
+
+TEST(VerifyWords, WrongJumpsAreTold) {
+  FilmCheck check = whole();
+  check.play.seeks = {{.target = 5'000'000, .end = platform::SeekEnd::outOfStep}};
+  EXPECT_THAT(checkLines(check, false),
+              testing::ElementsAre("a jump to 0:05.00 puts the streams out of step with one another"));
 }
 
 TEST(VerifyWords, ManyFaultsAreToldWhenTheyAreWanted) {

@@ -18,6 +18,8 @@ struct PlayedFilm {
   std::function<std::string(std::size_t)> picture = [](std::size_t number) { return colour(number); };
   /// Whether the index calls a picture a key.
   std::function<bool(std::size_t)> isKey = [](std::size_t) { return true; };
+  /// Whether the index has an entry for a piece of sound.
+  std::function<bool(std::size_t)> isSoundIndexed = [](std::size_t) { return true; };
   std::size_t promised = 0;  ///< pictures that the header names; as many as there are when it is 0
 
   /// A picture of one colour.
@@ -32,13 +34,13 @@ struct PlayedFilm {
     const std::size_t count = promised == 0 ? pictures : promised;
     std::string media;
     std::string index;
-    const auto add = [&](const std::string& id, const std::string& payload, bool key) {
-      index += id + le32(key ? 0x10 : 0) + le32(media.size() + 4) + le32(payload.size());
+    const auto add = [&](const std::string& id, const std::string& payload, bool key, bool isIndexed = true) {
+      if (isIndexed) index += id + le32(key ? 0x10 : 0) + le32(media.size() + 4) + le32(payload.size());
       media += chunk(id, payload);
     };
     for (std::size_t i = 0; i < pictures; ++i) {
       add("00dc", picture(i), isKey(i));
-      if (hasSound) add("01wb", std::string(640, '\0'), true);
+      if (hasSound) add("01wb", std::string(640, '\0'), true, isSoundIndexed(i));
     }
     const std::string zeros(16, '\0');
     std::string streams =

@@ -1,13 +1,32 @@
 #include "platform/linux/locked_files.h"
 
 #include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
+#include <functional>
+#include <utility>
 
 #include "platform/linux/new_files.h"
 #include "tests/support/temp_folder.h"
+
+namespace {
+
+/// What somebody else does between the opening of a file and its locking.
+std::function<void()> beforeLocking;
+
+}  // namespace
+
+/// Takes the place of the system's own in this program.
+extern "C" int flock(int file, int operation) noexcept {
+  if (const auto step = std::exchange(beforeLocking, nullptr)) step();
+  return static_cast<int>(::syscall(SYS_flock, file, operation));
+}
 
 namespace zelvo::platform::linux_ {
 namespace {
@@ -66,6 +85,46 @@ TEST(LockedFiles, LinksAndMissingFilesAreNotLocked) {
   const auto lock = LinuxLockedFiles().lockFile(folder / "file");
   EXPECT_TRUE(lock);
   EXPECT_FALSE(LinuxLockedFiles().lockFile(folder / "file"));
+}
+
+TEST(LockedFiles, FileThatLostItsNameBeforeItWasLockedIsNotLocked) {
+  const tests::TempFolder folder;
+  folder.put("hidden", "x");
+  beforeLocking = [&] { std::filesystem::rename(folder / "hidden", folder / "final"); };
+  EXPECT_FALSE(LinuxLockedFiles().lockFile(folder / "hidden")) << "its writer has given it its name, and has ended";
+  folder.put("hidden", "y");
+  beforeLocking = [&] { std::filesystem::rename(folder / "final", folder / "hidden"); };
+  EXPECT_FALSE(LinuxLockedFiles().lockFile(folder / "hidden")) << "another file lies there";
+  EXPECT_FALSE(beforeLocking);
+  EXPECT_TRUE(LinuxLockedFiles().lockFile(folder / "hidden"));
+}
+
+TEST(LockedFiles, TextThatWasReplacedBeforeItWasLockedIsOpenedAgain) {
+  const tests::TempFolder folder;
+  folder.put("journal", "old\n");
+  folder.put("new", "new\n");
+  beforeLocking = [&] { std::filesystem::rename(folder / "new", folder / "journal"); };
+  const auto opened = LinuxLockedFiles().openText(folder / "journal", milliseconds(0), kGoOn);
+  ASSERT_TRUE(opened.text);
+  EXPECT_FALSE(opened.text->append("one\n"));
+  EXPECT_EQ(folder.content("journal"), "new\none\n");
+}
+
+TEST(LockedFiles, TextThatCannotBeWrittenWholeIsNotLeftTorn) {
+  const tests::TempFolder folder;
+  folder.put("journal", "old\n");
+  const auto opened = LinuxLockedFiles().openText(folder / "journal", milliseconds(0), kGoOn);
+  struct rlimit before {};
+  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+  struct rlimit small = before;
+  small.rlim_cur = 10;
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+  const std::error_code error = opened.text->append("a line for which there is no room\n");
+  ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &before), 0);
+  std::signal(SIGXFSZ, handler);
+  EXPECT_EQ(error, std::errc::file_too_large);
+  EXPECT_EQ(folder.content("journal"), "old\n");
 }
 
 TEST(LockedFiles, NewFileStaysLockedUnderItsNewName) {

@@ -53,6 +53,17 @@ TEST(PlanSpans, OverwrittenHeaderIsToldWhereItStands) {
   EXPECT_EQ(spans[0].originalEnd, film.headers[21]);
 }
 
+TEST(PlanSpans, StretchThatBeginsInsideAChunkReachesToItsEnd) {
+  MadeFilm film;
+  film.fill(film.headers[20] + 100, film.headers[26] - film.headers[20] - 100);
+  const auto spans = spansOf(film);
+  ASSERT_EQ(spans.size(), 1U);
+  EXPECT_EQ(spans[0].cause, LossCause::zeroed);
+  EXPECT_EQ(spans[0].slots, 6U);
+  EXPECT_EQ(spans[0].begin, film.headers[20]);
+  EXPECT_EQ(spans[0].end, film.headers[26]);
+}
+
 TEST(PlanSpans, RefilledChunksCoverTheGap) {
   MadeFilm film(40, 1, false);
   film.fill(film.headers[20], film.headers[24] - film.headers[20], std::byte{0xee});

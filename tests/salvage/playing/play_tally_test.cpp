@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace zelvo::tests {
@@ -208,8 +210,39 @@ TEST_F(PlayTallyTest, SoundThatIsMissingIsTold) {
     lost += fault.seconds;
   }
   EXPECT_NEAR(lost, 0.4, 0.2);
-  EXPECT_GE(tally.streams[1].faults.size(), 1U);
+  EXPECT_EQ(tally.streams[1].faults.size(), 1U);
   EXPECT_NEAR(tally.streams[1].creep, 0, 0.2) << "what came at once does not count as drift again";
+}
+
+TEST_F(PlayTallyTest, LossesThatGoOnAllTheTimeAreOne) {
+  for (int i = 0; i < 1500; ++i) {
+    picture();
+    sound(304);
+  }
+  const PlayTally tally = count.finish();
+  ASSERT_EQ(tally.streams[1].faults.size(), 1U);
+  const salvage::PlayError& fault = tally.streams[1].faults[0];
+  EXPECT_EQ(fault.kind, PlayErrorKind::lostSound);
+  EXPECT_LT(fault.begin, 15);
+  EXPECT_GT(fault.end, 50);
+  EXPECT_NEAR(fault.seconds + tally.streams[1].creep, 60 * 0.05, 0.05);
+  EXPECT_EQ(tally.streams[1].errors, 1U);
+}
+
+TEST_F(PlayTallyTest, LossesFarApartAreTwo) {
+  for (int loss = 0; loss < 2; ++loss) {
+    play(400);
+    for (int i = 0; i < 50; ++i) {
+      picture();
+      sound(0);
+    }
+  }
+  play(400);
+  const PlayTally tally = count.finish();
+  ASSERT_EQ(tally.streams[1].faults.size(), 2U);
+  EXPECT_NEAR(tally.streams[1].faults[0].begin, 16, 0.5);
+  EXPECT_NEAR(tally.streams[1].faults[0].seconds, 2, 0.25);
+  EXPECT_NEAR(tally.streams[1].faults[1].begin, 34, 0.5);
 }
 
 TEST_F(PlayTallyTest, SoundThatIsTooMuchIsTold) {
@@ -268,6 +301,54 @@ TEST_F(PlayTallyTest, SoundThatEndsEarlyIsNoFault) {
   for (int i = 0; i < 500; ++i) picture();
   const PlayTally tally = count.finish();
   EXPECT_EQ(tally.streams[0].errors + tally.streams[1].errors, 0U);
+}
+
+/// A film of pictures and two more streams of the kind, which lie in the file side by side. The second lacks two of its
+/// forty seconds, and so is early from then on. A player may read it as it lies, or each stream by its clock.
+PlayTally tallyOfThree(PlayedKind kind, bool isReadByTime) {
+  std::vector<PlayedPacket> packets;
+  std::array<std::int64_t, 3> times{};
+  for (std::uint64_t i = 0; i < 1000; ++i) {
+    for (std::uint32_t stream = 0; stream < 3; ++stream) {
+      if (stream == 2 && i >= 500 && i < 550) continue;
+      packets.push_back({.stream = stream,
+                         .time = times[stream],
+                         .duration = 40'000,
+                         .offset = 1000 * packets.size(),
+                         .size = 640,
+                         .isDecoded = true});
+      times[stream] += 40'000;
+    }
+  }
+  if (isReadByTime) std::ranges::stable_sort(packets, {}, &PlayedPacket::time);
+  PlayCount count;
+  for (std::uint32_t stream = 0; stream < 3; ++stream)
+    count.take(platform::PlayedStream{
+        .stream = stream, .kind = stream == 0 ? PlayedKind::video : kind, .hasDecoder = true, .rate = 8000});
+  for (std::uint64_t number = 0; PlayedPacket & packet : packets) {
+    packet.number = number++;
+    count.take(packet);
+    if (packet.stream > 0 && kind == PlayedKind::sound) {
+      count.take(platform::PlayedSound{.stream = packet.stream, .packet = packet.number, .samples = 320, .rate = 8000});
+    } else {
+      count.take(platform::PlayedPicture{.stream = packet.stream, .packet = packet.number, .isKey = true});
+    }
+  }
+  return count.finish();
+}
+
+TEST(PlayTallySteps, EachStreamIsHeldAgainstTheFirstPictures) {
+  for (const PlayedKind kind : {PlayedKind::sound, PlayedKind::video}) {
+    for (const bool isReadByTime : {false, true}) {
+      const PlayTally tally = tallyOfThree(kind, isReadByTime);
+      EXPECT_EQ(tally.streams[0].errors + tally.streams[1].errors, 0U);
+      ASSERT_EQ(tally.streams[2].faults.size(), 1U) << isReadByTime;
+      EXPECT_EQ(tally.streams[2].faults[0].kind, PlayErrorKind::outOfStep);
+      EXPECT_NEAR(tally.streams[2].faults[0].seconds, -2, 0.05);
+      EXPECT_NEAR(tally.streams[2].faults[0].begin, 20, 0.3);
+      EXPECT_EQ(tally.streams[2].faults[0].offset / 100'000, 16U);
+    }
+  }
 }
 
 TEST_F(PlayTallyTest, KeysThatDependOnOthersAreFalse) {
