@@ -1,4 +1,5 @@
 /// JSON read from text of any origin: nothing is guessed, and neither depth nor size can overrun anything.
+/// Decision: collections, JSON is read by a reader of our own
 #pragma once
 
 #include <cstdint>

@@ -15,6 +15,8 @@ constexpr std::size_t kLong = 12;
 constexpr std::size_t kLongPercent = 80;
 constexpr std::size_t kFirmPercent = 70;
 constexpr std::uint32_t kLongHole = 64;
+/// So much that clusters in another order explain of an index is no chance.
+constexpr std::size_t kReorderedPercent = 90;
 
 struct Stretch {
   std::uint32_t first = 0;
@@ -81,6 +83,17 @@ void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries
     for (const Stretch& stretch : stretches) firm += stretch.isFirm(entries.size()) ? stretch.entries : 0;
     return firm * 100 >= entries.size() * kFirmPercent;
   };
+  // Whole clusters that changed places leave short stretches, but a whole number of clusters between any two.
+  const auto areReordered = [&] {
+    std::size_t explained = 0;
+    for (const Stretch& stretch : stretches) explained += stretch.entries;
+    const auto valueOf = [&](const Stretch& stretch) { return cover.values[cover.ofEntry[stretch.first]]; };
+    return explained * 100 >= entries.size() * kReorderedPercent &&
+           std::ranges::all_of(stretches, [&](const Stretch& stretch) {
+             return DisplacementCover::areAligned(valueOf(stretch), valueOf(stretches.front()));
+           });
+  };
+  if (!isStrict && areReordered()) return;
   // Mostly it is plain before all sizes are counted.
   if (!isStrict && areMostFirm()) return;
   countUnique(stretches, cover, entries);

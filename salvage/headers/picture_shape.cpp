@@ -5,6 +5,7 @@
 #include <span>
 #include <string_view>
 
+#include "salvage/headers/marked_pictures.h"
 #include "salvage/payloads/bit_reader.h"
 #include "salvage/payloads/mpeg4_headers.h"
 #include "salvage/payloads/ms_video.h"
@@ -265,6 +266,7 @@ void take(const std::optional<PictureHeader>& header, PictureShape& shape) {
 }  // namespace
 
 std::optional<Codec> codecWithoutMarks(const StreamSample& sample) {
+  if (markedPictures(sample)) return std::nullopt;
   const Codec codec = codecOfPictures(sample);
   if (codec == Codec::ffv1 || codec == Codec::wmv2) return codec;
   if (codec != Codec::msMpeg4) return std::nullopt;
@@ -275,6 +277,12 @@ std::optional<Codec> codecWithoutMarks(const StreamSample& sample) {
 
 PictureShape pictureShape(const StreamSample& sample, std::optional<PictureSize> known) {
   PictureShape shape;
+  if (const auto marked = markedPictures(sample)) {
+    shape.codec = marked->codec;
+    shape.compression = marked->compression;
+    shape.size = marked->size;
+    return shape;
+  }
   shape.codec = codecOfPictures(sample);
   switch (shape.codec) {
     case Codec::jpeg:

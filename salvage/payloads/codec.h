@@ -25,7 +25,9 @@ enum class Codec : std::uint8_t {
   cinepak,      ///< Cinepak
   flv1,         ///< Sorenson's H.263 of Flash
   h263,         ///< H.263
+  svq1,         ///< Sorenson Video 1
   vp8,          ///< VP8
+  vp9,          ///< VP9
   vp3OrVp6,     ///< VP3, VP6
   msVideo8,     ///< Microsoft Video 1 with a palette
   msVideo16,    ///< the same with 16 bits a pixel

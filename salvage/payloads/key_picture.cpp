@@ -96,6 +96,20 @@ std::optional<bool> isFlv1Key(Head head) {
   return bits.read(2) == 0;
 }
 
+std::optional<bool> isSvq1Key(Head head) {
+  if (head.size() < 4) return std::nullopt;
+  BitReader bits(head);
+  bits.skip(22 + 8);  // start code, temporal reference
+  return bits.read(2) == 0;
+}
+
+std::optional<bool> isVp9Key(Head head) {
+  BitReader bits(head);
+  const bool isProfile3 = bits.read(4) == 0xb;
+  if (isProfile3) bits.skip(1);
+  return bits.read(2) == 0;
+}
+
 /// A key has no blocks that stay as they were. `isOfWords`: colours of two bytes.
 std::optional<bool> isMsVideoKey(Head head, bool isOfWords) {
   std::size_t at = 0;
@@ -158,6 +172,10 @@ std::optional<bool> isKeyPicture(Codec codec, std::span<const std::byte> head) {
       return isMsVideoKey(head, false);
     case Codec::msVideo16:
       return isMsVideoKey(head, true);
+    case Codec::svq1:
+      return isSvq1Key(head);
+    case Codec::vp9:
+      return isVp9Key(head);
     case Codec::vp8:
       return isZero(head, 0, 0x01);
     default:

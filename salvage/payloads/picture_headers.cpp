@@ -15,10 +15,6 @@ using Payload = std::span<const std::byte>;
 
 constexpr std::uint32_t kLargestSide = 16384;
 
-bool isPlausible(PictureSize size) {
-  return size.width > 0 && size.height > 0 && size.width <= kLargestSide && size.height <= kLargestSide;
-}
-
 std::uint32_t big16(Payload bytes, std::size_t at) { return BitReader(bytes.subspan(at)).read(16); }
 
 /// A sequence parameter set: bits with numbers of no fixed length, without the bytes that keep start codes out of it.
@@ -155,7 +151,46 @@ std::optional<PictureHeader> parameterSet(Payload unit) {
   return header;
 }
 
+/// HEVC's. `unit` begins after the unit's own two bytes.
+std::optional<PictureHeader> hevcParameterSet(Payload unit) {
+  constexpr std::size_t kMaxSet = 1024;
+  SetReader set(unit.first(std::min(unit.size(), kMaxSet)));
+  set.skip(4);
+  const std::uint32_t layers = set.bits(3);
+  set.skip(1 + 88 + 8);  // profile_tier_level of all layers
+  if (layers > 0) {
+    std::size_t bits = 0;
+    for (std::uint32_t i = 0; i < 8; ++i) {
+      const std::uint32_t flags = set.bits(2);
+      if (i < layers) bits += (flags & 2U) * 44U + (flags & 1U) * 8U;
+    }
+    set.skip(bits);
+  }
+  static_cast<void>(set.number());  // sps_seq_parameter_set_id
+  const std::uint32_t chroma = set.number();
+  if (chroma == 3) set.skip(1);
+  PictureHeader header;
+  header.size.width = set.number();
+  header.size.height = set.number();
+  if (chroma > 3 || !isPlausible(header.size)) return std::nullopt;
+  if (set.flag()) {  // conformance_window
+    const std::uint32_t stepX = chroma == 1 || chroma == 2 ? 2 : 1;
+    const std::uint32_t stepY = chroma == 1 ? 2 : 1;
+    const std::uint64_t cutX = stepX * (std::uint64_t{set.number()} + set.number());
+    const std::uint64_t cutY = stepY * (std::uint64_t{set.number()} + set.number());
+    if (cutX >= header.size.width || cutY >= header.size.height) return std::nullopt;
+    header.size.width -= static_cast<std::uint32_t>(cutX);
+    header.size.height -= static_cast<std::uint32_t>(cutY);
+  }
+  if (set.isPastEnd()) return std::nullopt;
+  return header;
+}
+
 }  // namespace
+
+bool isPlausible(PictureSize size) {
+  return size.width > 0 && size.height > 0 && size.width <= kLargestSide && size.height <= kLargestSide;
+}
 
 std::optional<PictureHeader> jpegHeader(Payload payload) {
   if (payload.size() < 4 || big16(payload, 0) != 0xffd8) return std::nullopt;
@@ -214,6 +249,15 @@ std::optional<PictureHeader> cinepakHeader(Payload payload) {
   const PictureSize size{big16(payload, 4), big16(payload, 6)};
   if (!isPlausible(size)) return std::nullopt;
   return PictureHeader{size, std::nullopt};
+}
+
+std::optional<PictureHeader> hevcHeader(Payload payload) {
+  constexpr unsigned kParameterSet = 33;
+  for (Units units(payload); const auto unit = units.next();) {
+    const bool isSet = (static_cast<unsigned>(unit->front()) >> 1U & 0x3fU) == kParameterSet;
+    if (isSet && unit->size() > 2) return hevcParameterSet(unit->subspan(2));
+  }
+  return std::nullopt;
 }
 
 std::optional<PictureHeader> dvHeader(std::uint32_t size) {

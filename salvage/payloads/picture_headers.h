@@ -24,6 +24,9 @@ struct PictureRate {
   friend bool operator==(const PictureRate&, const PictureRate&) = default;
 };
 
+/// Whether a picture may be so large.
+[[nodiscard]] bool isPlausible(PictureSize size);
+
 struct PictureHeader {
   PictureSize size;
   std::optional<PictureRate> rate;
@@ -37,6 +40,8 @@ struct PictureHeader {
 [[nodiscard]] std::optional<PictureHeader> h264Header(std::span<const std::byte> payload);
 /// Cinepak: its frame header.
 [[nodiscard]] std::optional<PictureHeader> cinepakHeader(std::span<const std::byte> payload);
+/// HEVC: its sequence parameter set, with start codes or lengths.
+[[nodiscard]] std::optional<PictureHeader> hevcHeader(std::span<const std::byte> payload);
 /// Digital video, by the length of its pictures.
 [[nodiscard]] std::optional<PictureHeader> dvHeader(std::uint32_t size);
 

@@ -6,6 +6,7 @@
 
 #include "avi/chunk_codes.h"
 #include "salvage/chain/displacements.h"
+#include "salvage/chain/likely_stretches.h"
 #include "salvage/chain/lone_stretches.h"
 
 namespace zelvo::salvage {
@@ -31,6 +32,7 @@ class Choosing {
     [[nodiscard]] bool areMany() const { return unexplained >= std::max<std::size_t>(8, all / 20); }
   };
 
+  [[nodiscard]] std::uint64_t slackBehind(const TemplateEntry& last) const;
   [[nodiscard]] DisplacementCover coverOf(std::span<const TemplateEntry> entries) const;
   [[nodiscard]] DisplacementCover firm(DisplacementCover cover, std::span<const TemplateEntry> entries,
                                        bool isForeign) const;
@@ -38,6 +40,7 @@ class Choosing {
   [[nodiscard]] bool isOfFilmBehind(const DisplacementCover& cover) const;
   [[nodiscard]] bool mayBeOwn(std::span<const TemplateEntry> entries, const DisplacementCover& strict,
                               const DisplacementCover& plain) const;
+  void ownFront(std::span<const TemplateEntry> foreign, const DisplacementCover& cover);
   void dropWild();
 
   const Evidence& evidence_;
@@ -45,13 +48,29 @@ class Choosing {
   ChosenEntries made_;
 };
 
+/// Bytes between the end of the last entry and that of the first media list, as that list claims, in the original: some
+/// films fill clusters up after each chunk. 0 when that cannot be.
+std::uint64_t Choosing::slackBehind(const TemplateEntry& last) const {
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 20U;
+  const auto& media = evidence_.headers.media;
+  if (!media || last.isForeign) return 0;
+  const std::uint64_t end = last.end() + last.size % 2;
+  const std::uint64_t declared = media->offset + avi::kChunkHeader + media->size;
+  return declared > end && declared - end <= kMost ? declared - end : 0;
+}
+
 /// All that headers explain of entries, chance and all.
 DisplacementCover Choosing::coverOf(std::span<const TemplateEntry> entries) const {
   const auto& tables = evidence_.scan.tables;
-  const std::uint64_t indexBegin =
-      tables.empty() ? 0 : tables.back().header.value_or(tables.back().begin - avi::kChunkHeader) + avi::kChunkHeader;
-  return coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end,
-                      DisplacementLimits::ofFile(evidence_.scan.end));
+  std::uint64_t indexBegin = 0;
+  if (!tables.empty() && !entries.empty()) {
+    indexBegin = tables.back().header.value_or(tables.back().begin - avi::kChunkHeader) + avi::kChunkHeader;
+    indexBegin -= std::min(indexBegin, slackBehind(entries.back()));
+  }
+  DisplacementCover cover = coverEntries(entries, evidence_.scan.candidates, indexBegin, evidence_.scan.end,
+                                         DisplacementLimits::ofFile(evidence_.scan.end));
+  moveToLikelier(cover, entries, evidence_.scan.candidates, evidence_.scan.end);
+  return cover;
 }
 
 /// The part of a cover that is no chance.
@@ -114,6 +133,36 @@ bool Choosing::mayBeOwn(std::span<const TemplateEntry> entries, const Displaceme
   return explained * 2 >= left || !othersBeside(plain.isClaimed).areMany();
 }
 
+/// Films of one layout have their chunks at the same places, so that the index of one explains the other's, too. What
+/// follows the headers without a break is of the film that they head, and the foreign entries that explained it are of
+/// chunks behind it, as far as they moved like others there.
+void Choosing::ownFront(std::span<const TemplateEntry> foreign, const DisplacementCover& cover) {
+  constexpr std::size_t kMostValues = 8;
+  if (!evidence_.headers.media) return;
+  const CandidateList& candidates = evidence_.scan.candidates;
+  std::uint64_t frontEnd = 0;
+  for (const std::uint32_t number : chain_) {
+    made_.isForeign[number] = 0;
+    frontEnd = candidates[number].offset();
+    if (!evidence_.chain.closes(number)) break;
+  }
+  std::uint64_t looks = 0;
+  for (std::size_t value = 0; value < std::min(kMostValues, cover.values.size()); ++value) {
+    if (cover.values[value] == 0) continue;
+    std::size_t at = 0;
+    for (const TemplateEntry& entry : foreign) {
+      const std::int64_t place = static_cast<std::int64_t>(entry.offset) + cover.values[value];
+      if (place <= static_cast<std::int64_t>(frontEnd)) continue;
+      at = candidates.firstAtOrAfter(static_cast<std::uint64_t>(place), at, looks);
+      if (at == candidates.size()) break;
+      const Candidate& header = candidates[at];
+      if (header.offset() == static_cast<std::uint64_t>(place) && header.kind() == CandidateKind::data &&
+          header.stream() == entry.stream && header.size() == entry.size)
+        made_.isForeign[at] = 1;
+    }
+  }
+}
+
 /// An index that contradicts the headers is another film's when there are chunks besides those that it explains.
 ChosenEntries Choosing::run() {
   // Own ones first, so that the others are cut off.
@@ -139,9 +188,10 @@ ChosenEntries Choosing::run() {
   }
   if (owned < made_.entries.size()) {
     const auto foreign = std::span(made_.entries).subspan(owned);
-    std::vector<std::uint8_t> explained = firm(coverOf(foreign), foreign, true).isClaimed;
-    if (othersBeside(explained).areMany()) {
-      made_.isForeign = std::move(explained);
+    DisplacementCover explained = firm(coverOf(foreign), foreign, true);
+    if (othersBeside(explained.isClaimed).areMany()) {
+      made_.isForeign = std::move(explained.isClaimed);
+      ownFront(foreign, explained);
       made_.entries.resize(owned);
     } else {
       if (owned > 0) std::ranges::sort(made_.entries, {}, &TemplateEntry::offset);

@@ -69,6 +69,7 @@ class Planner {
   template <class Visit>
   void eachRoom(const Visit& visit) const;
   [[nodiscard]] bool tellsAll() const;
+  [[nodiscard]] std::uint64_t smallestRoom() const;
   void join(LaidFilm laid);
   [[nodiscard]] std::optional<std::uint64_t> countedPictures() const;
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
@@ -114,6 +115,15 @@ bool Planner::tellsAll() const {
          });
 }
 
+/// Some films fill up between all of their chunks: what is smaller than any chunk held none.
+std::uint64_t Planner::smallestRoom() const {
+  std::uint64_t smallest = kEndless;
+  for (const StreamFacts& facts : evidence_.facts) {
+    if (facts.chunks > facts.emptyChunks) smallest = std::min<std::uint64_t>(smallest, facts.smallest);
+  }
+  return smallest == kEndless ? kSmallestRoom : std::max(kSmallestRoom, smallest / 2);
+}
+
 template <class Visit>
 void Planner::eachRoom(const Visit& visit) const {
   const auto mediaBegin = evidence_.headers.mediaBegin();
@@ -122,8 +132,9 @@ void Planner::eachRoom(const Visit& visit) const {
     visit({0, static_cast<std::int64_t>(mediaBegin), dataEnd, kEndless});
     return;
   }
+  const std::uint64_t smallest = smallestRoom();
   const auto add = [&](const Room& room) {
-    if (room.size >= kSmallestRoom && room.end > room.begin) visit(room);
+    if (room.size >= smallest && room.end > room.begin) visit(room);
   };
   const std::uint64_t first = entries_.front().offset;
   add({0, static_cast<std::int64_t>(mediaBegin), places_.headerOf(0, entries_), first - std::min(first, mediaBegin)});
@@ -134,7 +145,7 @@ void Planner::eachRoom(const Visit& visit) const {
   for (std::size_t i = 0; i + 1 < entries_.size(); ++i) {
     const std::uint64_t end = paddedEnd(entries_[i]);
     const std::uint64_t room = entries_[i + 1].offset - std::min(end, entries_[i + 1].offset);
-    if (room >= kSmallestRoom) add({i + 1, endOf(i), places_.headerOf(i + 1, entries_), room});
+    if (room >= smallest) add({i + 1, endOf(i), places_.headerOf(i + 1, entries_), room});
   }
   if (!tellsAll()) add({entries_.size(), std::max<std::int64_t>(0, endOf(entries_.size() - 1)), dataEnd, kEndless});
 }
@@ -144,6 +155,7 @@ void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes)
   constexpr std::uint64_t kSlack = 64;
   std::uint64_t found = 0;
   for (const Slot& slot : part.slots) found += slot.size + avi::kChunkHeader;
+  for (const ChainGap& gap : part.gaps) found += gap.isTorn && gap.longer == 0 ? gap.missing : 0;
   if (room.size != kEndless && found > room.size + kSlack) return;
   std::uint64_t left = room.size == kEndless ? kEndless : room.size - std::min(room.size, found);
   const std::size_t place = room.before + parts_.size();

@@ -113,7 +113,9 @@ void Laying::takePart(std::size_t entry, std::uint64_t payload, std::uint64_t en
   if (there < wanted && stop == evidence_.scan.end) state = SlotState::cut;
   const bool isFixed = entries_[entry].stream < evidence_.facts.size() &&
                        evidence_.facts[entries_[entry].stream].fixedSize == entries_[entry].size;
-  const bool keepsLength = streams_.countsBytes(slot.stream) || isFixed;
+  // Cinepak's pictures bear their own length, and players take it amiss when the first one has another.
+  const bool bearsLength = codecOf(headerOf(slot)) == Codec::cinepak;
+  const bool keepsLength = streams_.countsBytes(slot.stream) || isFixed || bearsLength;
   if (there == 0 && wanted > 0) {
     lose(entry);
     return;

@@ -12,7 +12,7 @@ namespace zelvo::salvage {
 
 namespace {
 
-constexpr std::uint64_t kListHeader = 12;
+constexpr std::uint64_t kListOfFilm = 12;
 constexpr std::uint64_t kTableEntry = 16;
 constexpr std::uint64_t kStandardEntry = 8;
 
@@ -64,8 +64,8 @@ void place(FilmLayout& layout) {
   for (FormLayout& form : layout.forms) {
     const bool isFirst = &form == &layout.forms.front();
     form.begin = at;
-    form.media = at + (isFirst ? layout.headerSize : kListHeader);
-    form.mediaEnd += form.media + kListHeader;
+    form.media = at + (isFirst ? layout.headerSize : kListOfFilm);
+    form.mediaEnd += form.media + kListOfFilm;
     at = form.mediaEnd;
     for (const ChunkSum& sum : form.chunks) {
       if (sum.chunks > 0) at += standardIndexSize(sum.chunks);

@@ -115,6 +115,21 @@ TEST_F(BatchJournalTest, AnotherFileOfThatNameIsNotAdopted) {
   EXPECT_EQ(step(line), ResumeStep::work);
 }
 
+TEST_F(BatchJournalTest, OutputIsAdoptedOnlyWhenAllOfItIsAsItWas) {
+  const BatchLine line = lineWithOutput(LineState::naming);
+  const auto withOutput = [&](const auto& change) {
+    BatchLine changed = line;
+    change(*changed.output);
+    EXPECT_FALSE(opened()->append(changed));
+    return step(line);
+  };
+  EXPECT_EQ(withOutput([](BatchOutput& output) { ++output.device; }), ResumeStep::work);
+  EXPECT_EQ(withOutput([](BatchOutput& output) { ++output.inode; }), ResumeStep::work);
+  EXPECT_EQ(withOutput([](BatchOutput& output) { ++output.size; }), ResumeStep::work);
+  EXPECT_EQ(withOutput([](BatchOutput& output) { ++output.modified; }), ResumeStep::work);
+  EXPECT_EQ(withOutput([](BatchOutput&) {}), ResumeStep::adopt);
+}
+
 TEST_F(BatchJournalTest, TornLastLineIsCutOffAndForgotten) {
   const std::string whole = journalLine(lineWithOutput(LineState::done));
   for (std::size_t length = 1; length < whole.size(); length += 7) {

@@ -20,6 +20,9 @@ struct Script {
   platform::ProgramEnd end{.exit = 0};
   int waits = 0;  ///< after it has said all
   bool obeysStop = true;
+  bool obeysKill = true;
+  std::size_t prints = 0;  ///< bytes beside its name, into both streams
+  int refusals = 0;        ///< so often it cannot be started
 };
 
 class ScriptedPrograms final : public platform::FilmPrograms {
@@ -27,7 +30,8 @@ class ScriptedPrograms final : public platform::FilmPrograms {
   class Program final : public platform::FilmProgram {
    public:
     Program(ScriptedPrograms& all, std::string film, Script script)
-        : all_(all), film_(std::move(film)), script_(std::move(script)) {
+        : all_(all), film_(std::move(film)), script_(std::move(script)), printed_(film_) {
+      printed_.resize(printed_.size() + script_.prints, '\0');
       ++all_.running;
       all_.most = std::max(all_.most, all_.running);
       all_.programs.push_back(this);
@@ -44,7 +48,9 @@ class ScriptedPrograms final : public platform::FilmPrograms {
       all_.answers.push_back(film_ + " stop");
       if (script_.obeysStop) end_ = platform::ProgramEnd{.exit = 130};
     }
-    void kill() override { end_ = platform::ProgramEnd{.exit = -1, .signal = 9}; }
+    void kill() override {
+      if (script_.obeysKill) end_ = platform::ProgramEnd{.exit = -1, .signal = 9};
+    }
     std::optional<platform::ProgramEnd> end() const override { return end_; }
     void step() {
       if (!script_.says.empty()) {
@@ -60,15 +66,15 @@ class ScriptedPrograms final : public platform::FilmPrograms {
     const std::string film_;
     Script script_;
     std::vector<std::string> said_;
-    std::string printed_ = film_;
+    std::string printed_;
     std::optional<platform::ProgramEnd> end_;
   };
 
   Started start(const platform::FilmProgramRequest& request) override {
     const std::string& film = request.arguments.back();
     started.push_back(film);
-    if (refusals > 0) {
-      --refusals;
+    if (scripts[film].refusals > 0) {
+      --scripts[film].refusals;
       return {nullptr, std::make_error_code(std::errc::resource_unavailable_try_again)};
     }
     return {std::make_unique<Program>(*this, film, scripts[film]), {}};
@@ -84,7 +90,6 @@ class ScriptedPrograms final : public platform::FilmPrograms {
   std::vector<std::string> started;
   std::vector<std::string> answers;
   std::function<void()> onWait;
-  int refusals = 0;
   int waits = 0;
   int running = 0;
   int most = 0;
@@ -95,6 +100,7 @@ class NotingQueue final : public FilmQueue {
   explicit NotingQueue(std::size_t films) : films_(films) {}
   std::size_t films() const override { return films_; }
   std::optional<std::vector<std::string>> begin(std::size_t film) override {
+    begun.push_back(std::to_string(film));
     if (film == leftOut) return std::nullopt;
     return std::vector<std::string>{std::to_string(film)};
   }
@@ -103,7 +109,7 @@ class NotingQueue final : public FilmQueue {
     ended.push_back(std::to_string(film) + (result.end ? "" : " not started") + (result.isLast ? " last" : ""));
   }
   void tell(std::size_t film, const FilmResult* result) override {
-    const bool isMixedUp = result != nullptr && result->end && result->printed != std::to_string(film);
+    const bool isMixedUp = result != nullptr && result->end && !result->printed.starts_with(std::to_string(film));
     told.push_back(std::to_string(film) + (result == nullptr ? " left out" : "") + (isMixedUp ? " mixed up" : ""));
   }
   void look(const std::vector<RunningFilm>& running) override {
@@ -116,6 +122,7 @@ class NotingQueue final : public FilmQueue {
   std::size_t leftOut = 99;
   std::size_t unnamed = 99;
   bool stopped = false;
+  std::vector<std::string> begun;
   std::vector<std::string> ended;
   std::vector<std::string> told;
   std::vector<std::string> progress;
@@ -189,21 +196,55 @@ TEST(BatchQueue, StepsArePassedOn) {
 TEST(BatchQueue, ProgramThatCannotBeStartedIsTriedAgainWhenAnotherHasEnded) {
   ScriptedPrograms programs;
   NotingQueue queue(2);
-  programs.onWait = [&] {
-    if (programs.waits == 1) programs.refusals = 1;
-  };
+  programs.scripts["1"].refusals = 1;
   programs.scripts["0"].waits = 3;
   runQueue(programs, queue, jobs(1));
   EXPECT_THAT(queue.ended, ElementsAre("0", "1 not started"));  // nothing else ran by then
 
   ScriptedPrograms busy;
-  NotingQueue two(2);
+  NotingQueue three(3);
   busy.scripts["0"].waits = 3;
-  busy.onWait = [&] {
-    if (busy.waits == 1) busy.refusals = 0;
+  busy.scripts["1"].refusals = 1;
+  runQueue(busy, three, jobs(2));
+  EXPECT_THAT(three.begun, ElementsAre("0", "1", "2"));
+  EXPECT_THAT(busy.started, testing::IsSupersetOf({"0", "1", "1", "2"}));
+  EXPECT_THAT(three.ended, testing::UnorderedElementsAre("0", "1", "2"));
+  EXPECT_THAT(three.told, ElementsAre("0", "1", "2"));
+}
+
+TEST(BatchQueue, NothingIsBegunWhileVeryMuchWaitsToBeTold) {
+  ScriptedPrograms programs;
+  NotingQueue queue(6);
+  programs.scripts["0"].waits = 20;
+  for (const char* film : {"1", "2", "3", "4", "5"}) programs.scripts[film].prints = std::size_t{17} << 20U;
+  std::size_t startedBefore = 0;
+  programs.onWait = [&] {
+    if (programs.scripts["0"].waits > 0 && queue.told.empty()) startedBefore = programs.started.size();
   };
-  runQueue(busy, two, jobs(2));
-  EXPECT_THAT(two.told, ElementsAre("0", "1"));
+  runQueue(programs, queue, jobs(2));
+  EXPECT_EQ(startedBefore, 3U);
+  EXPECT_EQ(queue.told.size(), 6U);
+}
+
+TEST(BatchQueue, NoOutputGetsItsNameAfterAStop) {
+  ScriptedPrograms programs;
+  programs.scripts["0"] = {.says = {filmMessage({FilmMessage::Kind::naming, {}, tests::fullLine()})},
+                           .end = {},
+                           .waits = 5,
+                           .obeysStop = false};
+  NotingQueue queue(1);
+  programs.onWait = [&] { queue.stopped = true; };
+  runQueue(programs, queue, {.jobs = 1, .request = {}, .patience = std::chrono::hours(1)});
+  EXPECT_THAT(programs.answers, ElementsAre("0 no", "0 stop"));
+}
+
+TEST(BatchQueue, ProgramThatCannotEvenBeKilledIsLeftBehind) {
+  ScriptedPrograms programs;
+  programs.scripts["0"] = {.says = {}, .end = {}, .waits = 2'000'000'000, .obeysStop = false, .obeysKill = false};
+  NotingQueue queue(1);
+  programs.onWait = [&] { queue.stopped = true; };
+  runQueue(programs, queue, jobs(1));
+  EXPECT_THAT(queue.ended, IsEmpty());
 }
 
 TEST(BatchQueue, AStopEndsWhatRunsAndBeginsNothing) {

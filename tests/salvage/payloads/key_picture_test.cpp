@@ -48,6 +48,19 @@ TEST(KeyPicture, HevcKeysAreTypes16To23) {
   EXPECT_EQ(isKeyPicture(Codec::hevc, numbered({0, 0, 1, 1 << 1, 1})), false);
 }
 
+TEST(KeyPicture, SorensonsFirstHasItsTypeBehindTheNumber) {
+  EXPECT_EQ(isKeyPicture(Codec::svq1, numbered({0, 0, 0x80, 0x7c, 0x16})), true);
+  EXPECT_EQ(isKeyPicture(Codec::svq1, numbered({0, 0, 0x80, 0x7d, 0x16})), false);
+  EXPECT_EQ(isKeyPicture(Codec::svq1, numbered({0, 0, 0x80})), kNothing);
+}
+
+TEST(KeyPicture, Vp9KeysAreNoPicturesShownBefore) {
+  EXPECT_EQ(isKeyPicture(Codec::vp9, numbered({0x82, 0x49})), true);
+  EXPECT_EQ(isKeyPicture(Codec::vp9, numbered({0x86, 0x49})), false);
+  EXPECT_EQ(isKeyPicture(Codec::vp9, numbered({0x88, 0x49})), false);
+  EXPECT_EQ(isKeyPicture(Codec::vp9, numbered({0xb1, 0x49})), true);
+}
+
 TEST(KeyPicture, MpegVideoHasItsTypeBehindTheNumber) {
   EXPECT_EQ(isKeyPicture(Codec::mpegVideo, numbered({0, 0, 1, 0xb3, 9, 9, 9, 9, 0, 0, 1, 0, 0x00, 0x08})), true);
   EXPECT_EQ(isKeyPicture(Codec::mpegVideo, numbered({0, 0, 1, 0, 0x00, 0x10})), false);

@@ -1,4 +1,6 @@
 // What comes of a film with an index under each kind of damage.
+#include <map>
+
 #include <gtest/gtest.h>
 
 #include "tests/salvage/made_film.h"
@@ -28,6 +30,21 @@ TEST(IndexedFilmDamage, BytesMissingInsideAPictureTearThatPictureAlone) {
   MadeFilm film;
   film.remove(film.headers[20] + 100, 301);
   EXPECT_EQ(planOfIndex(film), allBut(80, {{20, "torn0"}}));
+}
+
+TEST(IndexedFilmDamage, TornPicturesThatBearTheirLengthKeepIt) {
+  for (const std::string_view codec : {"cvid", "XVID"}) {
+    AviBuilder builder;
+    builder.videoHandler = builder.videoCompression = codec;
+    for (std::uint32_t i = 0; i < 40; ++i) builder.chunks.push_back({"00dc", 2000 + 6 * i, std::byte{0x91}});
+    platform::Bytes bytes = builder.build();
+    const auto first = bytes.begin() + static_cast<std::ptrdiff_t>(payloadOffsets(builder)[0] + 300);
+    bytes.erase(first, first + 900);
+    const PlannedFilm planned(bytes);
+    ASSERT_FALSE(planned.plan.slots.empty());
+    EXPECT_EQ(planned.plan.slots[0].state, SlotState::torn);
+    EXPECT_EQ(planned.plan.slots[0].size, codec == "cvid" ? 2000U : 1100U);
+  }
 }
 
 TEST(IndexedFilmDamage, BytesMissingOverSeveralChunksKeepTheirTime) {
@@ -156,6 +173,57 @@ TEST(IndexedFilmDamage, ClustersOutOfOrderAreReadInTheirOrder) {
                 film.bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kCluster));
   }
   EXPECT_EQ(planOfIndex(film), allBut(160));
+}
+
+TEST(IndexedFilmDamage, ClustersOutOfOrderAreNoChanceThoughTheyHoldFewSizesOfTheirOwn) {
+  constexpr std::uint64_t kSize = 32'768;
+  AviBuilder builder;
+  for (std::uint32_t i = 0; i < 75; ++i) {
+    builder.chunks.push_back({"00dc", 9700 + 2 * i, std::byte{0x91}});
+    for (int sound = 0; sound < 2; ++sound) builder.chunks.push_back({"01wb", 512, std::byte{0x31}});
+  }
+  platform::Bytes bytes = builder.build();
+  const platform::Bytes before = bytes;
+  const std::vector<std::uint64_t> places{1, 7, 9, 11, 13, 15, 16, 19};
+  std::map<std::uint64_t, std::uint64_t> placeOf;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const std::uint64_t from = places[(i + 1) % places.size()];
+    placeOf[from] = places[i];
+    std::copy_n(before.begin() + static_cast<std::ptrdiff_t>(from * kSize), kSize,
+                bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kSize));
+  }
+  std::vector<std::uint64_t> expected = payloadOffsets(builder);
+  for (std::uint64_t& offset : expected) {
+    const auto moved = placeOf.find(offset / kSize);
+    if (moved != placeOf.end()) offset += (moved->second - moved->first) * kSize;
+  }
+  EXPECT_EQ(PlannedFilm(bytes).sources(), expected);
+}
+
+TEST(IndexedFilmDamage, SecondHalfOfAnotherFilmOfTheSameLayoutIsLeftOut) {
+  const auto filmOf = [](int pictures) {
+    AviBuilder builder;
+    for (int i = 0; i < pictures; ++i) {
+      builder.chunks.push_back({"00dc", 1000, std::byte{0x91}});
+      builder.chunks.push_back({"01wb", 400, std::byte{0x31}});
+    }
+    return builder;
+  };
+  const AviBuilder film = filmOf(100);
+  const AviBuilder other = filmOf(60);
+  const auto headers = chunkOffsets(film);
+  platform::Bytes bytes = film.build();
+  const platform::Bytes foreign = other.build();
+  bytes.resize(headers[100] + 100);
+  bytes.insert(bytes.end(), foreign.begin() + static_cast<std::ptrdiff_t>(chunkOffsets(other)[60] - 200),
+               foreign.end());
+  const auto sources = PlannedFilm(bytes).sources();
+  const auto own = payloadOffsets(film);
+  ASSERT_GE(sources.size(), 100U);
+  EXPECT_TRUE(std::equal(own.begin(), own.begin() + 100, sources.begin()));
+  // What is behind the seam is the other film's.
+  const auto isForeign = [&](std::uint64_t source) { return source > own[100]; };
+  EXPECT_EQ(std::ranges::count_if(sources, isForeign), 0) << testing::PrintToString(sources) << own[100];
 }
 
 TEST(IndexedFilmDamage, SecondHalfOfAnotherFilmIsLeftOut) {

@@ -91,12 +91,12 @@ class TriedKeys : public testing::Test {
 };
 
 TEST_F(TriedKeys, IntraPicturesAreKeys) {
-  film("SVQ1", "IPPPIPPI");
+  film("SNOW", "IPPPIPPI");
   EXPECT_EQ(flags(), "K---K--K");
 }
 
 TEST_F(TriedKeys, LostPicturesAreNotDecoded) {
-  film("SVQ1", "IPPIP");
+  film("SNOW", "IPPIP");
   plan.slots[2].state = salvage::SlotState::lost;
   EXPECT_EQ(flags(), "K.-K-");
 }
@@ -108,34 +108,34 @@ TEST_F(TriedKeys, CodecThatTellsByItsBitsIsNotDecoded) {
 }
 
 TEST_F(TriedKeys, FlagsOfAnIndexStay) {
-  film("SVQ1", "IPPP");
+  film("SNOW", "IPPP");
   plan.slots[4].isIndexed = true;
   EXPECT_EQ(flags(), "..-.");
   EXPECT_EQ(decoder.opened, 0U);
 }
 
 TEST_F(TriedKeys, DecoderThatNamesNoTypesTellsNothing) {
-  film("SVQ1", "IPPP");
+  film("SNOW", "IPPP");
   decoder.namesTypes = false;
   EXPECT_EQ(flags(), "....");
 }
 
 TEST_F(TriedKeys, UnknownCodecTellsNothing) {
-  film("SVQ1", "IPPP");
+  film("SNOW", "IPPP");
   decoder.isKnown = false;
   EXPECT_EQ(flags(), "....");
   EXPECT_EQ(decoder.decodes, 0U);
 }
 
 TEST_F(TriedKeys, DecoderThatDiesTellsNothing) {
-  film("SVQ1", "IPPP");
+  film("SNOW", "IPPP");
   decoder.isDeadly = true;
   EXPECT_EQ(flags(), "....");
   EXPECT_EQ(decoder.decodes, 1U);
 }
 
 TEST_F(TriedKeys, BudgetEndsTheDecoding) {
-  film("SVQ1", "IPPPIPPI");
+  film("SNOW", "IPPPIPPI");
   EXPECT_EQ(flags(TrialBudget(TrialBudget::kLeast * 5)), "K---K---");
   EXPECT_EQ(decoder.decodes, 5U);
 }

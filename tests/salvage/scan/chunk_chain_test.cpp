@@ -14,13 +14,13 @@ using salvage::CandidateList;
 using salvage::ChainFact;
 using salvage::ChunkChain;
 
-constexpr std::uint64_t kFar = std::uint64_t{1} << 39U;
+constexpr std::uint64_t kFarPlace = std::uint64_t{1} << 39U;
 
 void add(CandidateList& list, std::uint64_t offset, std::uint32_t size, CandidateKind kind = CandidateKind::data) {
   list.add({offset, kind, 0, 0, size, 0});
 }
 
-ChunkChain linkedChainOf(const CandidateList& list, std::uint64_t dataEnd = kFar,
+ChunkChain linkedChainOf(const CandidateList& list, std::uint64_t dataEnd = kFarPlace,
                          std::vector<std::uint64_t> ends = {}) {
   return salvage::linkChunks(list, ends, dataEnd);
 }
@@ -107,7 +107,7 @@ TEST(ChunkChain, OtherEndsCountInAnyOrder) {
   CandidateList list;
   add(list, 100, 20);
   add(list, 300, 20);
-  const ChunkChain chain = linkedChainOf(list, kFar, {328, 5, 128});
+  const ChunkChain chain = linkedChainOf(list, kFarPlace, {328, 5, 128});
   EXPECT_TRUE(chain.closes(0));
   EXPECT_TRUE(chain.closes(1));
   EXPECT_FALSE(chain.is(0, ChainFact::closesOnCandidate));
