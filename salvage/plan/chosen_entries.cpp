@@ -141,10 +141,10 @@ void Choosing::ownFront(std::span<const TemplateEntry> foreign, const Displaceme
   if (!evidence_.headers.media) return;
   const CandidateList& candidates = evidence_.scan.candidates;
   std::uint64_t frontEnd = 0;
-  for (const std::uint32_t number : chain_) {
-    made_.isForeign[number] = 0;
-    frontEnd = candidates[number].offset();
-    if (!evidence_.chain.closes(number)) break;
+  for (std::size_t i = 0; i < chain_.size(); ++i) {
+    made_.isForeign[chain_[i]] = 0;
+    frontEnd = candidates[chain_[i]].offset();
+    if (i + 1 == chain_.size() || evidence_.chain.next(chain_[i]) != chain_[i + 1]) break;
   }
   std::uint64_t looks = 0;
   for (std::size_t value = 0; value < std::min(kMostValues, cover.values.size()); ++value) {

@@ -15,6 +15,8 @@
 #include "salvage/payloads/gap_share.h"
 #include "salvage/plan/clock_turns.h"
 #include "salvage/plan/refill.h"
+#include "salvage/plan/sound_track.h"
+#include "salvage/plan/whole_chunks.h"
 
 namespace zelvo::salvage {
 
@@ -22,20 +24,7 @@ namespace {
 
 constexpr std::size_t kMaxLooks = 4096;
 
-double median(std::vector<double> values) {
-  std::ranges::sort(values);
-  return values[values.size() / 2];
-}
-
-/// A sound track. Times are in seconds.
-struct Track {
-  std::uint8_t stream = 0;
-  double clock = 0;
-  std::size_t chunks = 0;
-  std::vector<double> lags;  ///< in front of the first gap
-  double chunkTime = 0;      ///< of a usual chunk
-  std::uint32_t chunkSize = 0;
-};
+using Track = SoundTrack;
 
 class Timeline {
  public:
@@ -78,6 +67,7 @@ class Timeline {
   }
   [[nodiscard]] std::optional<Missing> missing(const FilmGap& gap, std::size_t end, bool isLast,
                                                std::optional<std::size_t> share);
+  bool takeWholeChunks(std::uint64_t bytes, Missing& missing) const;
   [[nodiscard]] bool isNothingMissing(const FilmGap& gap, std::size_t end) const;
   void lengthenLast(std::uint32_t size);
   [[nodiscard]] double picturesByBytes(std::uint64_t bytes, const std::vector<double>& shift) const;
@@ -235,6 +225,17 @@ void Timeline::lengthenLast(std::uint32_t size) {
   }
 }
 
+/// Where chunks of one size fill a gap to the byte, they did so in the film.
+bool Timeline::takeWholeChunks(std::uint64_t bytes, Missing& missing) const {
+  if (!pictures_ || tracks_.size() != 1 || !isFixed(tracks_.front())) return false;
+  const std::uint8_t number = streams_.numberOf(*pictures_);
+  const auto picture = number < evidence_.facts.size() ? evidence_.facts[number].fixedSize : std::nullopt;
+  const auto whole = wholeChunks(bytes, picture, tracks_.front().chunkSize, missing.pictures);
+  if (!whole) return false;
+  missing = {whole->pictures, {static_cast<double>(whole->sounds) * tracks_.front().chunkTime}};
+  return true;
+}
+
 /// Nothing when no sound after the gap tells, and a later gap may know more.
 std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size_t end, bool isLast,
                                                    std::optional<std::size_t> share) {
@@ -275,6 +276,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
       time = static_cast<double>(gap.bytes) / (tracks_[t].chunkSize + avi::kChunkHeader) * tracks_[t].chunkTime;
     missing.sound.push_back(std::max(0.0, time));
   }
+  isExact = (!gap.isTorn && takeWholeChunks(gap.bytes, missing)) || isExact;
   estimates_.push_back({missing.pictures, gap.bytes, isExact});
   return missing;
 }

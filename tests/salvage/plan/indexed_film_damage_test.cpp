@@ -179,8 +179,8 @@ TEST(IndexedFilmDamage, ClustersOutOfOrderAreNoChanceThoughTheyHoldFewSizesOfThe
   constexpr std::uint64_t kSize = 32'768;
   AviBuilder builder;
   for (std::uint32_t i = 0; i < 75; ++i) {
-    builder.chunks.push_back({"00dc", 9700 + 2 * i, std::byte{0x91}});
-    for (int sound = 0; sound < 2; ++sound) builder.chunks.push_back({"01wb", 512, std::byte{0x31}});
+    builder.chunks.push_back({"00dc", 9700 + 4 * (i % 38), std::byte{0x91}});
+    builder.chunks.push_back({"01wb", 1024, std::byte{0x31}});
   }
   platform::Bytes bytes = builder.build();
   const platform::Bytes before = bytes;

@@ -47,7 +47,6 @@ struct Gapped {
   /// "p" and "s", large where they are refilled.
   std::string filled(const std::vector<FilmGap>& gaps, const salvage::WholeFilm& whole = {}) {
     ScannedFilm scanned(bytes);
-    const std::vector<salvage::StreamFacts> facts;
     const salvage::IndexTemplate index;
     const salvage::Evidence evidence{*scanned.input, scanned.headers, header, scanned.codes,
                                      scanned.scan,   scanned.chain,   facts,  index};
@@ -63,6 +62,7 @@ struct Gapped {
 
   platform::Bytes bytes;
   salvage::FilmHeader header;
+  std::vector<salvage::StreamFacts> facts;
   salvage::FilmPlan plan;
 };
 
@@ -187,6 +187,30 @@ TEST(Timeline, GapBehindTheLastSoundIsFilledThoughTheFilmIsCut) {
   const std::size_t end = film.plan.slots.size();
   const std::string text = film.filled({{end - 3, 2 * (1008 + 1288), 0, 0, false}, {end, 0, 0, 0, true}});
   EXPECT_EQ(std::count(text.begin(), text.end(), 'P'), 2);
+}
+
+TEST(Timeline, ChunksOfOneSizeThatFillAGapToTheByteAreWhatWasThere) {
+  // Eight pictures, then their sound: the clocks are no better than that.
+  const auto filmOfEights = [] {
+    Gapped film(0);
+    for (int i = 0; i < 12; ++i) {
+      for (int picture = 0; picture < 8; ++picture) film.add(0, 1000 + static_cast<std::uint32_t>(picture));
+      for (int sound = 0; sound < 8; ++sound) film.add(1, 1280);
+    }
+    film.facts.resize(2);
+    film.facts[1].fixedSize = 1280;
+    return film;
+  };
+  const std::string eight = "ppppppppssssssss";
+  std::string expected;
+  for (int i = 0; i < 12; ++i) expected += eight;
+  for (const std::size_t lost : {1U, 2U, 3U}) {
+    Gapped film = filmOfEights();
+    film.lose(4 * 16 + 8 + 8 - lost, lost);
+    std::string whole = expected;
+    std::fill_n(whole.begin() + 4 * 16 + 8 + 8 - static_cast<std::ptrdiff_t>(lost), lost, 'S');
+    EXPECT_EQ(film.filled({{4 * 16 + 8 + 8 - lost, lost * 1288, 0}}), whole) << lost;
+  }
 }
 
 }  // namespace
