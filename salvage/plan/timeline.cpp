@@ -8,6 +8,7 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -15,27 +16,14 @@
 #include "salvage/payloads/gap_share.h"
 #include "salvage/plan/clock_turns.h"
 #include "salvage/plan/refill.h"
+#include "salvage/plan/sound_track.h"
 
 namespace zelvo::salvage {
 
 namespace {
 
 constexpr std::size_t kMaxLooks = 4096;
-
-double median(std::vector<double> values) {
-  std::ranges::sort(values);
-  return values[values.size() / 2];
-}
-
-/// A sound track. Times are in seconds.
-struct Track {
-  std::uint8_t stream = 0;
-  double clock = 0;
-  std::size_t chunks = 0;
-  std::vector<double> lags;  ///< in front of the first gap
-  double chunkTime = 0;      ///< of a usual chunk
-  std::uint32_t chunkSize = 0;
-};
+constexpr std::uint8_t kNoTrack = 0xff;
 
 class Timeline {
  public:
@@ -67,12 +55,15 @@ class Timeline {
     return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9;
   }
   [[nodiscard]] bool isPicture(const Slot& slot) const { return pictures_ == slot.stream && !slot.isPalette; }
+  [[nodiscard]] SoundTrack* trackOf(const Slot& slot) {
+    const std::uint8_t number = trackOf_[slot.stream];
+    return number == kNoTrack ? nullptr : &tracks_[number];
+  }
   void advance(const Slot& slot);
   [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
-  [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
-  [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
+  [[nodiscard]] bool isCoarse(const SoundTrack& track) const { return track.chunkTime > 4 * pictureTime_; }
   /// Whether nearly all of its chunks have one size.
-  [[nodiscard]] bool isFixed(const Track& track) const {
+  [[nodiscard]] bool isFixed(const SoundTrack& track) const {
     const std::uint8_t number = streams_.numberOf(track.stream);
     return number < evidence_.facts.size() && evidence_.facts[number].fixedSize == track.chunkSize;
   }
@@ -93,8 +84,9 @@ class Timeline {
   const bool lengthens_;
   FilmPlan& plan_;
   std::vector<Slot> made_;
-  std::vector<Track> tracks_;
-  std::optional<std::uint8_t> pictures_;  ///< the stream of pictures
+  std::vector<SoundTrack> tracks_;
+  std::array<std::uint8_t, kMaxStreams> trackOf_{};  ///< of each stream; `kNoTrack` without one
+  std::optional<std::uint8_t> pictures_;             ///< the stream of pictures
   double pictureTime_ = 0;
   double pictureBytes_ = 0;  ///< a usual chunk with its header
   double pictureClock_ = 0;
@@ -109,6 +101,7 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
                    const WholeFilm& whole, bool lengthens, FilmPlan& plan)
     : evidence_(evidence), streams_(streams), gaps_(gaps), whole_(whole), lengthens_(lengthens), plan_(plan) {
   std::vector<std::vector<std::uint32_t>> sizes(streams.count());
+  trackOf_.fill(kNoTrack);
   constexpr std::size_t kSamples = 65'536;
   for (const Slot& slot : plan.slots) {
     if (slot.size > 0 && slot.hasSource() && !slot.isPalette && sizes[slot.stream].size() < kSamples)
@@ -121,7 +114,10 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
     const std::uint32_t usual = sizes[i][sizes[i].size() / 2];
     const double time = static_cast<double>(streams.duration(index, usual)) / 1e9;
     if (time <= 0) continue;
-    if (streams.isSound(index)) tracks_.push_back({index, 0, 0, {}, time, usual});
+    if (streams.isSound(index)) {
+      trackOf_[index] = static_cast<std::uint8_t>(tracks_.size());
+      tracks_.emplace_back(index, time, usual);
+    }
     if (!streams.isPicture(index) || pictures_) continue;
     pictures_ = index;
     pictureTime_ = time;
@@ -136,48 +132,46 @@ void Timeline::advance(const Slot& slot) {
   constexpr std::size_t kMost = 4096;
   made_.push_back(slot);
   if (isPicture(slot)) pictureClock_ += pictureTime_;
-  for (Track& track : tracks_) {
-    if (track.stream != slot.stream) continue;
-    // Many films begin with more sound than usual, so the first chunk is no example.
-    const bool learns =
-        track.chunks > 0 && track.lags.size() < kMost && (!hasPassedGap_ || track.lags.size() < kEnough);
-    if (learns) track.lags.push_back(track.clock - pictureClock_);
-    ++track.chunks;
-    track.clock += seconds(slot);
-  }
-}
-
-std::optional<double> Timeline::usualLag(const Track& track) const {
-  if (track.lags.empty()) return std::nullopt;
-  constexpr std::size_t kRecent = 12;
-  const std::size_t first = track.lags.size() > kRecent ? track.lags.size() - kRecent : 0;
-  return median({track.lags.begin() + static_cast<std::ptrdiff_t>(first), track.lags.end()});
+  SoundTrack* const track = trackOf(slot);
+  if (track == nullptr) return;
+  // Many films begin with more sound than usual, so the first chunk is no example.
+  const bool learns = track->chunks > 0 && track->lags() < kMost && (!hasPassedGap_ || track->lags() < kEnough);
+  if (learns) track->learn(track->clock - pictureClock_);
+  ++track->chunks;
+  track->clock += seconds(slot);
 }
 
 /// The lag of each track after a gap, as if nothing were missing in it; nothing where no chunk of it comes before
 /// `end`.
 std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::size_t end) const {
   constexpr std::size_t kTight = 3;
-  std::vector<std::vector<double>> found(tracks_.size());
-  std::vector<double> clocks;
-  for (const Track& track : tracks_) clocks.push_back(track.clock);
+  struct Behind {
+    double clock = 0;
+    std::array<double, kTight> lags{};
+    std::size_t found = 0;
+  };
+  std::vector<Behind> tracks;
+  tracks.reserve(tracks_.size());
+  for (const SoundTrack& track : tracks_) tracks.push_back({.clock = track.clock});
   double pictureClock = pictureClock_;
   std::size_t open = tracks_.size();
   for (std::size_t i = slot; i < std::min(end, slot + kMaxLooks) && open > 0; ++i) {
     const Slot& next = plan_.slots[i];
     if (isPicture(next)) pictureClock += pictureTime_;
-    for (std::size_t t = 0; t < tracks_.size(); ++t) {
-      if (tracks_[t].stream != next.stream) continue;
-      const std::size_t wanted = isCoarse(tracks_[t]) ? 1 : kTight;
-      if (found[t].size() < wanted) {
-        found[t].push_back(clocks[t] - pictureClock);
-        if (found[t].size() == wanted) --open;
-      }
-      clocks[t] += seconds(next);
+    const std::uint8_t number = trackOf_[next.stream];
+    if (number == kNoTrack) continue;
+    Behind& track = tracks[number];
+    const std::size_t wanted = isCoarse(tracks_[number]) ? 1 : kTight;
+    if (track.found < wanted) {
+      track.lags[track.found++] = track.clock - pictureClock;
+      if (track.found == wanted) --open;
     }
+    track.clock += seconds(next);
   }
   std::vector<std::optional<double>> lags;
-  for (const auto& values : found) lags.push_back(values.empty() ? std::nullopt : std::optional(median(values)));
+  lags.reserve(tracks.size());
+  for (Behind& track : tracks)
+    lags.push_back(track.found == 0 ? std::nullopt : std::optional(medianOf(std::span(track.lags).first(track.found))));
   return lags;
 }
 
@@ -215,7 +209,7 @@ bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
   if (gap.isTorn && whole_.missing.value_or(0) >= gap.missing && whole_.missing) return false;
   const auto behind = lagsBehind(gap.before, end);
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const auto usual = usualLag(tracks_[t]);
+    const auto usual = tracks_[t].usualLag();
     if (!usual || !behind[t] || isCoarse(tracks_[t])) continue;
     if (std::abs(*usual - *behind[t]) > 0.75 * std::max(pictureTime_, tracks_[t].chunkTime)) return false;
   }
@@ -225,14 +219,11 @@ bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
 
 void Timeline::lengthenLast(std::uint32_t size) {
   Slot& slot = made_.back();
-  for (Track& track : tracks_) {
-    if (track.stream == slot.stream) track.clock -= seconds(slot);
-  }
+  SoundTrack* const track = trackOf(slot);
+  if (track != nullptr) track->clock -= seconds(slot);
   slot.size = size;
   slot.state = SlotState::sizeMended;
-  for (Track& track : tracks_) {
-    if (track.stream == slot.stream) track.clock += seconds(slot);
-  }
+  if (track != nullptr) track->clock += seconds(slot);
 }
 
 /// Nothing when no sound after the gap tells, and a later gap may know more.
@@ -243,7 +234,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
   const auto behind = lagsBehind(gap.before, end);
   std::vector<std::size_t> known;
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const auto usual = usualLag(tracks_[t]);
+    const auto usual = tracks_[t].usualLag();
     if (!usual || !behind[t]) continue;
     shift[t] = *usual - *behind[t];
     known.push_back(t);
@@ -285,7 +276,7 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   std::vector<Refill> parts;
   if (pictures_ && missing.pictures > 0) parts.push_back({*pictures_, missing.pictures, 0});
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const Track& track = tracks_[t];
+    const SoundTrack& track = tracks_[t];
     // Where a chunk lasts for many pictures, its place among them is a matter of chance, and less than most of one
     // none.
     const double half = isCoarse(track) ? 0.25 : 0.5;
@@ -307,9 +298,7 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   made_.insert(made_.begin() + static_cast<std::ptrdiff_t>(place), slots.begin(), slots.end());
   for (const Slot& slot : slots) {
     if (pictures_ == slot.stream) pictureClock_ += pictureTime_;
-    for (Track& track : tracks_) {
-      if (track.stream == slot.stream) track.clock += seconds(slot);
-    }
+    if (SoundTrack* const track = trackOf(slot)) track->clock += seconds(slot);
   }
 }
 
@@ -317,7 +306,7 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
 void Timeline::noteDrift(std::size_t slot, std::size_t end) {
   const auto behind = lagsBehind(slot, end);
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const auto usual = usualLag(tracks_[t]);
+    const auto usual = tracks_[t].usualLag();
     if (usual && behind[t]) drift_ = std::max(drift_, std::abs(*behind[t] - *usual));
   }
 }

@@ -147,13 +147,13 @@ TEST(IndexedFilmDamage, ZeroedStretchIsLostOrDamagedInItsPlace) {
 
 TEST(IndexedFilmDamage, ClustersOutOfOrderAreReadInTheirOrder) {
   MadeFilm film(80);
-  constexpr std::uint64_t kCluster = 4096;
+  constexpr std::uint64_t kUnit = 4096;
   const std::vector<std::uint64_t> places{3, 9, 14, 22, 30};
   const platform::Bytes before = film.bytes;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const std::uint64_t from = places[(i + 2) % places.size()];
-    std::copy_n(before.begin() + static_cast<std::ptrdiff_t>(from * kCluster), kCluster,
-                film.bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kCluster));
+    std::copy_n(before.begin() + static_cast<std::ptrdiff_t>(from * kUnit), kUnit,
+                film.bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kUnit));
   }
   EXPECT_EQ(planOfIndex(film), allBut(160));
 }

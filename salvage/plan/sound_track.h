@@ -1,0 +1,44 @@
+/// A sound track's clock while a film is walked, and how far it usually runs from that of the pictures. Times are in
+/// seconds.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+
+namespace zelvo::salvage {
+
+/// The upper one of two in the middle. Changes their order. \pre not empty.
+[[nodiscard]] double medianOf(std::span<double> values);
+
+/// Thread: one.
+class SoundTrack {
+ public:
+  /// `usualTime` and `usualSize`: of a chunk.
+  SoundTrack(std::uint8_t index, double usualTime, std::uint32_t usualSize)
+      : stream(index), chunkTime(usualTime), chunkSize(usualSize) {}
+
+  /// Notes by how much the clock was ahead of the pictures' where a chunk begins.
+  void learn(double lag);
+  /// How many were noted.
+  [[nodiscard]] std::size_t lags() const { return lags_; }
+  /// What the last few come to; nothing before there is one.
+  [[nodiscard]] std::optional<double> usualLag() const { return usual_; }
+
+  std::uint8_t stream;  ///< index in the film's header
+  double clock = 0;
+  std::size_t chunks = 0;
+  double chunkTime;         ///< of a usual chunk
+  std::uint32_t chunkSize;  ///< the same, in bytes
+
+ private:
+  static constexpr std::size_t kRecent = 12;
+
+  std::array<double, kRecent> recent_{};  ///< each in the place of the one so many before it
+  std::size_t lags_ = 0;
+  std::optional<double> usual_;
+};
+
+}  // namespace zelvo::salvage

@@ -1,0 +1,42 @@
+// A sound track's usual lag behind the pictures.
+#include "salvage/plan/sound_track.h"
+
+#include <optional>
+#include <span>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace zelvo::tests {
+namespace {
+
+using salvage::SoundTrack;
+
+TEST(SoundTrack, MedianIsTheUpperOfTwoInTheMiddle) {
+  std::vector<double> values{4, 1, 3, 2};
+  EXPECT_EQ(salvage::medianOf(values), 3);
+  EXPECT_EQ(salvage::medianOf(std::span(values).first(1)), 1);
+}
+
+TEST(SoundTrack, NothingIsUsualBeforeAnythingWasNoted) {
+  SoundTrack track(1, 0.04, 400);
+  EXPECT_EQ(track.usualLag(), std::nullopt);
+  EXPECT_EQ(track.lags(), 0U);
+  track.learn(0.5);
+  EXPECT_EQ(track.usualLag(), 0.5);
+}
+
+TEST(SoundTrack, OnlyTheLastTwelveCount) {
+  SoundTrack track(1, 0.04, 400);
+  for (int i = 0; i < 30; ++i) track.learn(9);
+  for (int i = 0; i < 6; ++i) track.learn(1 + 0.1 * i);
+  EXPECT_EQ(track.usualLag(), 9);  // the upper one in the middle of six and six
+  track.learn(2);
+  EXPECT_EQ(track.usualLag(), 2);
+  for (int i = 0; i < 12; ++i) track.learn(i);
+  EXPECT_EQ(track.usualLag(), 6);
+  EXPECT_EQ(track.lags(), 49U);
+}
+
+}  // namespace
+}  // namespace zelvo::tests
