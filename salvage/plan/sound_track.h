@@ -20,6 +20,15 @@ class SoundTrack {
   SoundTrack(std::uint8_t index, double usualTime, std::uint32_t usualSize)
       : stream(index), chunkTime(usualTime), chunkSize(usualSize) {}
 
+  /// Sets a chunk against the pictures' clock: it plays for `time`, by the film's header. Where `part` differs from the
+  /// last one's, something was lost between.
+  void compare(std::size_t part, double pictures, double time);
+  /// Ends comparing. Where the sound's clock and that of the pictures cannot both be true, because chunks play for less
+  /// than half of the pictures beside them or more than twice as long, it goes by the pictures from now on.
+  void setPace();
+  /// How many times as long as the header says a chunk plays; mostly 1.
+  [[nodiscard]] double pace() const { return pace_; }
+
   /// Notes by how much the clock was ahead of the pictures' where a chunk begins.
   void learn(double lag);
   /// How many were noted.
@@ -39,6 +48,15 @@ class SoundTrack {
   std::array<double, kRecent> recent_{};  ///< each in the place of the one so many before it
   std::size_t lags_ = 0;
   std::optional<double> usual_;
+  double pace_ = 1;
+  /// The last chunk that was compared, and what all come to.
+  std::size_t part_ = 0;
+  double pictures_ = 0;
+  double time_ = 0;
+  std::size_t compared_ = 0;
+  double shown_ = 0;
+  double heard_ = 0;
+  bool hasCompared_ = false;
 };
 
 }  // namespace zelvo::salvage

@@ -52,8 +52,11 @@ class Timeline {
   };
 
   [[nodiscard]] double seconds(const Slot& slot) const {
-    return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9;
+    const std::uint8_t track = trackOf_[slot.stream];
+    const double pace = track == kNoTrack ? 1 : tracks_[track].pace();
+    return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9 * pace;
   }
+  void learnPaces();
   [[nodiscard]] bool isPicture(const Slot& slot) const { return pictures_ == slot.stream && !slot.isPalette; }
   [[nodiscard]] SoundTrack* trackOf(const Slot& slot) {
     const std::uint8_t number = trackOf_[slot.stream];
@@ -125,6 +128,21 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
     for (const std::uint32_t size : sizes[i]) sum += size;
     pictureBytes_ = avi::kChunkHeader + sum / static_cast<double>(sizes[i].size());
   }
+  if (pictures_) learnPaces();
+}
+
+/// Sound is set against the pictures between it and the next sound of its track where no gap is.
+void Timeline::learnPaces() {
+  double pictures = 0;
+  auto gap = gaps_.begin();
+  std::size_t part = 0;
+  for (std::size_t i = 0; i < plan_.slots.size(); ++i) {
+    for (; gap != gaps_.end() && gap->before <= i; ++gap) ++part;
+    const Slot& slot = plan_.slots[i];
+    if (isPicture(slot)) pictures += pictureTime_;
+    if (SoundTrack* const track = trackOf(slot)) track->compare(part, pictures, seconds(slot));
+  }
+  for (SoundTrack& track : tracks_) track.setPace();
 }
 
 void Timeline::advance(const Slot& slot) {
@@ -150,9 +168,8 @@ std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::s
     std::array<double, kTight> lags{};
     std::size_t found = 0;
   };
-  std::vector<Behind> tracks;
-  tracks.reserve(tracks_.size());
-  for (const SoundTrack& track : tracks_) tracks.push_back({.clock = track.clock});
+  std::vector<Behind> tracks(tracks_.size());
+  for (std::size_t t = 0; t < tracks.size(); ++t) tracks[t].clock = tracks_[t].clock;
   double pictureClock = pictureClock_;
   std::size_t open = tracks_.size();
   for (std::size_t i = slot; i < std::min(end, slot + kMaxLooks) && open > 0; ++i) {
@@ -169,7 +186,6 @@ std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::s
     track.clock += seconds(next);
   }
   std::vector<std::optional<double>> lags;
-  lags.reserve(tracks.size());
   for (Behind& track : tracks)
     lags.push_back(track.found == 0 ? std::nullopt : std::optional(medianOf(std::span(track.lags).first(track.found))));
   return lags;
@@ -340,8 +356,9 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
     const bool isLast = g + 1 == gaps_.size() || gaps_[g + 1].before >= plan_.slots.size();
     const auto found = missing(open, end, isLast, share);
     isOpen = !found;
-    if (found) fill(openPlace, *found);
-    if (found) noteDrift(gap.before, end);
+    if (isOpen) continue;
+    fill(openPlace, *found);
+    noteDrift(gap.before, end);
   }
   for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
 }
@@ -352,8 +369,8 @@ std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
 }
 
 std::uint64_t Timeline::pictures() const {
-  const auto count = [&](const Slot& slot) { return isPicture(slot) && slot.state != SlotState::refilled; };
-  return static_cast<std::uint64_t>(std::ranges::count_if(made_, count));
+  return static_cast<std::uint64_t>(std::ranges::count_if(
+      made_, [&](const Slot& slot) { return isPicture(slot) && slot.state != SlotState::refilled; }));
 }
 
 }  // namespace
@@ -371,8 +388,8 @@ void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<co
     timeline->run({});
   }
   std::vector<GapEstimate> shares = timeline->estimates();
-  const std::uint64_t there = timeline->pictures();
-  if (whole.pictures && there <= *whole.pictures &&
+  if (const std::uint64_t there = timeline->pictures();
+      whole.pictures && there <= *whole.pictures &&
       shareOut(shares, *whole.pictures - there, timeline->picturesIn(whole.missing.value_or(0)))) {
     timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, lengthens, plan);
     timeline->run(shares);

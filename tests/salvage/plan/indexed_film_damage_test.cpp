@@ -216,5 +216,15 @@ TEST(IndexedFilmDamage, OwnIndexOfAShortFilmStaysItsOwnWhereMuchIsMissingInFront
   EXPECT_EQ(planOfIndex(film), allBut(40, torn));
 }
 
+TEST(IndexedFilmDamage, WhereMoreMovedThanAnIndexCanFollowTheChainTakesItsPlace) {
+  MadeFilm film(2400);
+  for (std::size_t pair = 2400; pair >= 2; pair -= 2) film.remove(film.headers[2 * pair - 1] + 100, 7);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(planned.plan.indexedChunks, 0U);
+  const auto whole = std::ranges::count(planned.plan.slots, salvage::SlotState::whole, &salvage::Slot::state);
+  EXPECT_GE(whole, 3500);
+  EXPECT_NEAR(static_cast<double>(planned.plan.slots.size()), 4800, 20);
+}
+
 }  // namespace
 }  // namespace zelvo::tests

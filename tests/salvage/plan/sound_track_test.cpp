@@ -38,5 +38,34 @@ TEST(SoundTrack, OnlyTheLastTwelveCount) {
   EXPECT_EQ(track.lags(), 49U);
 }
 
+/// A track whose chunks play for `time` while a picture of a second is shown, `count` times; something was lost in
+/// front of every chunk of those in `cuts`.
+SoundTrack compared(double time, int count, int cuts = 1000) {
+  SoundTrack track(1, time, 400);
+  for (int i = 0; i < count; ++i) track.compare(static_cast<std::size_t>(i / cuts), i, time);
+  track.setPace();
+  return track;
+}
+
+TEST(SoundTrack, ClockThatCannotBeTrueGoesByThePictures) {
+  const SoundTrack slow = compared(0.125, 100);
+  EXPECT_EQ(slow.pace(), 8);
+  EXPECT_EQ(slow.chunkTime, 1);
+  EXPECT_EQ(compared(4, 100).pace(), 0.25);
+}
+
+TEST(SoundTrack, ClockThatIsNotFarOffIsKept) {
+  EXPECT_EQ(compared(0.5, 100).pace(), 1);
+  EXPECT_EQ(compared(2, 100).pace(), 1);
+  EXPECT_EQ(compared(0.5, 100).chunkTime, 0.5);
+}
+
+TEST(SoundTrack, FewChunksAndThoseBesideGapsTellNothing) {
+  EXPECT_EQ(compared(0.125, 64).pace(), 1);
+  EXPECT_EQ(compared(0.125, 65).pace(), 8);
+  EXPECT_EQ(compared(0.125, 1000, 1).pace(), 1);
+  EXPECT_EQ(compared(0.125, 1000, 2).pace(), 8);
+}
+
 }  // namespace
 }  // namespace zelvo::tests
