@@ -1,6 +1,9 @@
 #include "salvage/plan/sound_track.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
 
 namespace zelvo::salvage {
 
@@ -10,11 +13,9 @@ double medianOf(std::span<double> values) {
 }
 
 void SoundTrack::compare(std::size_t part, double pictures, double time) {
-  if (hasCompared_ && part == part_) {
-    shown_ += pictures - pictures_;
-    heard_ += time_;
-    ++compared_;
-  }
+  constexpr std::size_t kMost = 4096;
+  if (hasCompared_ && part == part_ && time_ > 0 && paces_.size() < kMost)
+    paces_.push_back((pictures - pictures_) / time_);
   part_ = part;
   pictures_ = pictures;
   time_ = time;
@@ -24,9 +25,13 @@ void SoundTrack::compare(std::size_t part, double pictures, double time) {
 void SoundTrack::setPace() {
   constexpr std::size_t kFewest = 64;
   constexpr double kMost = 2;
-  if (compared_ < kFewest || shown_ <= 0 || heard_ <= 0) return;
-  const double pace = shown_ / heard_;
-  if (pace >= 1 / kMost && pace <= kMost) return;
+  constexpr double kSlack = 0.25;
+  std::vector<double> paces = std::move(paces_);
+  if (paces.size() < kFewest) return;
+  const double pace = medianOf(paces);
+  if (pace <= 0 || (pace >= 1 / kMost && pace <= kMost)) return;
+  const auto isAlike = [&](double one) { return std::abs(one - pace) <= kSlack * pace; };
+  if (static_cast<std::size_t>(std::ranges::count_if(paces, isAlike)) * 5 < paces.size() * 4) return;
   pace_ = pace;
   chunkTime *= pace;
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <optional>
 #include <span>
+#include <vector>
 
 namespace zelvo::salvage {
 
@@ -23,8 +24,9 @@ class SoundTrack {
   /// Sets a chunk against the pictures' clock: it plays for `time`, by the film's header. Where `part` differs from the
   /// last one's, something was lost between.
   void compare(std::size_t part, double pictures, double time);
-  /// Ends comparing. Where the sound's clock and that of the pictures cannot both be true, because chunks play for less
-  /// than half of the pictures beside them or more than twice as long, it goes by the pictures from now on.
+  /// Ends comparing. Where the sound's clock and that of the pictures cannot both be true, because nearly all chunks
+  /// play for the same share of the pictures beside them, less than half or more than twice, it goes by the pictures
+  /// from now on.
   void setPace();
   /// How many times as long as the header says a chunk plays; mostly 1.
   [[nodiscard]] double pace() const { return pace_; }
@@ -49,13 +51,11 @@ class SoundTrack {
   std::size_t lags_ = 0;
   std::optional<double> usual_;
   double pace_ = 1;
-  /// The last chunk that was compared, and what all come to.
+  /// The last chunk that was compared, and what those before it told.
   std::size_t part_ = 0;
   double pictures_ = 0;
   double time_ = 0;
-  std::size_t compared_ = 0;
-  double shown_ = 0;
-  double heard_ = 0;
+  std::vector<double> paces_;
   bool hasCompared_ = false;
 };
 

@@ -67,5 +67,13 @@ TEST(SoundTrack, FewChunksAndThoseBesideGapsTellNothing) {
   EXPECT_EQ(compared(0.125, 1000, 2).pace(), 8);
 }
 
+TEST(SoundTrack, ChunksThatPlayNowForThisShareAndNowForThatTellNothing) {
+  SoundTrack track(1, 0.125, 400);
+  double pictures = 0;
+  for (int i = 0; i < 400; ++i) track.compare(0, pictures += 1 + i % 4, 0.125);
+  track.setPace();
+  EXPECT_EQ(track.pace(), 1);
+}
+
 }  // namespace
 }  // namespace zelvo::tests
