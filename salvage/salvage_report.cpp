@@ -132,9 +132,22 @@ void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader&
     paces.emplace_back(stream.header);
   }
   const std::size_t clock = clockStream(header);
+  std::vector<std::size_t> sounds;
+  for (std::size_t i = 0; i < header.streams.size(); ++i) {
+    if (header.streams[i].header.type == avi::kAuds) sounds.push_back(i);
+  }
+  // How far sound and pictures are apart at most, as far as a chunk of a stream changes it or meets it.
+  const auto apart = [&](const std::vector<double>& lost, std::size_t stream) {
+    double most = 0;
+    if (stream != clock)
+      return header.streams[stream].header.type == avi::kAuds ? std::abs(lost[stream] - lost[clock]) : most;
+    for (const std::size_t sound : sounds) most = std::max(most, std::abs(lost[sound] - lost[clock]));
+    return most;
+  };
   std::vector<double> gone(header.streams.size());    // seconds lost so far
   std::vector<double> behind(header.streams.size());  // seconds by which what is written lags so far
   report.syncAfter = plan.drift;
+  bool hasChanged = true;  // `behind`, since the clock's last chunk
   double now = 0;
   auto mark = marks.begin();
   for (std::size_t i = 0; i < plan.slots.size(); ++i) {
@@ -148,20 +161,15 @@ void describePlan(SalvageReport& report, const FilmPlan& plan, const FilmHeader&
     tally.seconds += seconds;
     if (slot.stream == clock) now += seconds;
     if (!isGone(slot.state)) {
-      for (std::size_t other = 0; other < behind.size(); ++other) {
-        const bool isConcerned = other == slot.stream || slot.stream == clock;
-        if (isConcerned && header.streams[other].header.type == avi::kAuds)
-          report.syncAfter = std::max(report.syncAfter, std::abs(behind[other] - behind[clock]));
-      }
+      if (slot.stream == clock && !hasChanged) continue;
+      report.syncAfter = std::max(report.syncAfter, apart(behind, slot.stream));
+      hasChanged = hasChanged && slot.stream != clock;
       continue;
     }
     gone[slot.stream] += seconds;
     if (closesGaps) behind[slot.stream] += seconds;
-    for (std::size_t other = 0; other < gone.size(); ++other) {
-      const bool isConcerned = other == slot.stream || slot.stream == clock;
-      if (isConcerned && header.streams[other].header.type == avi::kAuds)
-        report.syncBefore = std::max(report.syncBefore, std::abs(gone[other] - gone[clock]));
-    }
+    hasChanged = hasChanged || closesGaps;
+    report.syncBefore = std::max(report.syncBefore, apart(gone, slot.stream));
   }
   for (; mark != marks.end(); ++mark) times[mark->place] = now;
   report.indexedChunks = plan.indexedChunks;

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "salvage/chain/entry_pairs.h"
+#include "salvage/scan/number_sort.h"
 
 namespace zelvo::salvage {
 
@@ -176,7 +177,7 @@ void Cover::findOpen() {
   for (std::size_t i = 0; i < candidates_.size(); ++i) {
     if (isOpenHeader(i)) openHeaders_.emplace_back(candidates_[i].stream(), candidates_[i].size(), i);
   }
-  std::ranges::sort(openHeaders_);
+  sortByNumber(std::span(openHeaders_), &Keyed::value);
   // Entries of sizes that no header has are joined with nothing. Most of them are known by a bit.
   constexpr unsigned kBits = 22;
   const auto bitOf = [](std::uint64_t key) {
@@ -189,7 +190,7 @@ void Cover::findOpen() {
     const Keyed entry(entries_[i].stream, entries_[i].size, i);
     if (cover_.ofEntry[i] == DisplacementCover::kNone && isHeaders[bitOf(entry.key())]) openEntries_.push_back(entry);
   }
-  std::ranges::sort(openEntries_);
+  sortByNumber(std::span(openEntries_), &Keyed::value);
 }
 
 /// Calls `join` with the entries and the headers of each stream and size, among those that are left.
@@ -318,7 +319,7 @@ void Cover::rankAgain(std::priority_queue<Group>& queue) const {
 
 /// Takes displacements of the joined pairs until none explains enough. True when one was taken.
 bool Cover::choose() {
-  std::sort(pairs_.begin(), pairs_.end());
+  sortByNumber(std::span(pairs_), &Pair::key);
   // How often each entry and each header is paired says how much one pair is worth.
   std::vector<std::uint16_t> ofEntry(entries_.size());
   std::vector<std::uint16_t> ofCandidate(candidates_.size());

@@ -1,7 +1,6 @@
 /// Entries of an index and headers, packed for sorting and joining millions of them.
 #pragma once
 
-#include <compare>
 #include <cstdint>
 
 #include "salvage/scan/candidate.h"
@@ -19,7 +18,8 @@ class Pair {
     return static_cast<std::uint32_t>(key_ & ((std::uint64_t{1} << kEntryBits) - 1));
   }
   [[nodiscard]] std::uint32_t candidate() const { return candidate_; }
-  friend bool operator<(const Pair& one, const Pair& other) { return one.key_ < other.key_; }
+  /// Displacement and entry in one: what pairs are sorted by.
+  [[nodiscard]] std::uint64_t key() const { return key_; }
 
  private:
   static constexpr unsigned kEntryBits = 23;
@@ -38,10 +38,11 @@ class Keyed {
       : value_((std::uint64_t{stream} << 32U | size) << kNumberBits | number) {}
 
   [[nodiscard]] std::uint64_t key() const { return value_ >> kNumberBits; }
+  /// What all is packed into.
+  [[nodiscard]] std::uint64_t value() const { return value_; }
   [[nodiscard]] std::uint32_t number() const {
     return static_cast<std::uint32_t>(value_ & ((std::uint64_t{1} << kNumberBits) - 1));
   }
-  friend auto operator<=>(const Keyed&, const Keyed&) = default;
 
  private:
   std::uint64_t value_;

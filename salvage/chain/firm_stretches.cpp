@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "salvage/chain/displacements.h"
+#include "salvage/scan/number_sort.h"
 
 namespace zelvo::salvage {
 
@@ -38,7 +39,7 @@ std::uint64_t keyOf(std::uint8_t stream, std::uint32_t size) { return std::uint6
 
 /// Streams and sizes that occur once among entries, rising.
 std::vector<std::uint64_t> onceOf(std::vector<std::uint64_t> keys) {
-  std::ranges::sort(keys);
+  sortNumbers(keys);
   std::size_t kept = 0;
   for (std::size_t i = 0; i < keys.size();) {
     std::size_t end = i;

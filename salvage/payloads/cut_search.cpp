@@ -1,3 +1,4 @@
+// What the budget is not enough for is not begun. Then:
 // 1. Without a cut, the decoder runs into the foreign bytes and stops. Where it does: as long a front of the payload
 //    gives the same picture, and any shorter one another.
 // 2. From there backwards every byte is tried as the cut, until some payload causes no complaint, is read to its end,
@@ -37,6 +38,7 @@ class CutSearch {
       : trial_(trial), bytes_(bytes), size_(size), added_(bytes.size() - size) {}
 
   std::optional<std::uint32_t> run() {
+    if (isHopeless()) return std::nullopt;
     usual_ = trial_.usualComplaints().value_or(0);
     end_ = trial_.tellingEnd();
     const auto stop = whereItStops();
@@ -51,6 +53,15 @@ class CutSearch {
   }
 
  private:
+  /// Bytes behind the place where the decoder stops in which the cut may still be.
+  [[nodiscard]] std::uint32_t beyond() const { return kBeyond + size_ / kBlocks; }
+  /// Whether trials would end before half of those are tried: they would be in vain, and others are better off with
+  /// them.
+  [[nodiscard]] bool isHopeless() const {
+    constexpr std::size_t kToFindTheStop = 64;
+    return std::min(trial_.trialsLeft(size_), trial_.maxTrials() + kToFindTheStop) < kToFindTheStop + beyond() / 2;
+  }
+
   [[nodiscard]] ByteView cutAt(std::uint32_t cut) {
     payload_.assign(bytes_.begin(), bytes_.begin() + cut);
     payload_.insert(payload_.end(), bytes_.begin() + static_cast<std::ptrdiff_t>(cut + added_), bytes_.end());
@@ -125,8 +136,7 @@ class CutSearch {
 
   /// From `stop` down. A block that was begun is not seen, so that the foreign bytes may begin a little after it.
   void tryBackwards(std::uint32_t stop) {
-    const std::uint32_t beyond = kBeyond + size_ / kBlocks;
-    for (std::uint32_t cut = std::min(size_, stop + beyond) + 1; cut > 0; --cut) {
+    for (std::uint32_t cut = std::min(size_, stop + beyond()) + 1; cut > 0; --cut) {
       if (lastClean_ && cut - 1 + kAround < *lastClean_) break;
       if (tried_.size() >= trial_.maxTrials() || !tryCut(cut - 1)) break;
     }

@@ -107,16 +107,18 @@ void DecodedTrial::learn() {
   static_cast<void>(keep(decoder_.finish(WantedPlanes::all), false));
 }
 
+/// A payload may hold two pictures, of which the second one is decoded with the next payload. Pictures between the key
+/// and this one that the decoder misses take it as long as one that is there.
+std::size_t DecodedTrial::payloadsOfTrial() const { return isAfterKey() ? 3 : hasNext() ? 2 : 1; }
+
+std::size_t DecodedTrial::bytesBeside() const {
+  if (isAfterKey()) return neighbours_.before.front().size();
+  return hasNext() ? neighbours_.after.front().size() : 0;
+}
+
 std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload) {
   if (!hasLearnt_) learn();
-  // A payload may hold two pictures, of which the second one is decoded with the next payload.
-  const bool hasNext = !neighbours_.isKey && !isAfterKey() && !neighbours_.after.empty();
-  const std::size_t beside = isAfterKey() ? neighbours_.before.front().size()
-                             : hasNext    ? neighbours_.after.front().size()
-                                          : 0;
-  // Pictures between the key and this one that the decoder misses take it as long as one that is there.
-  const std::size_t count = isAfterKey() ? 3 : hasNext ? 2 : 1;
-  if (!isOpen_ || !budget_.take(stream_, count, payload.size() + beside)) return std::nullopt;
+  if (!isOpen_ || !budget_.take(stream_, payloadsOfTrial(), payload.size() + bytesBeside())) return std::nullopt;
   LoneTrial trial;
   const std::uint32_t number = isAfterKey() ? 1 : 0;
   const auto add = [&](const Answer& answer) {
@@ -136,7 +138,7 @@ std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload)
   constexpr std::uint32_t kCrash = 1000;
   if (!add(decode(payload, WantedPlanes::all)))
     return isOpen_ ? std::optional(LoneTrial{kCrash, false, 0}) : std::nullopt;
-  if (hasNext) static_cast<void>(add(decode(neighbours_.after.front(), WantedPlanes::all)));
+  if (hasNext()) static_cast<void>(add(decode(neighbours_.after.front(), WantedPlanes::all)));
   static_cast<void>(add(decode({}, WantedPlanes::all)));
   return trial;
 }
@@ -211,6 +213,10 @@ bool DecodedTrial::belongs(std::span<const std::byte> payload, double rightShare
 std::size_t DecodedTrial::comparisonsLeft() const {
   const std::size_t before = neighbours_.isKey ? 0 : neighbours_.before.size();
   return budget_.timesOf(stream_, before + 2, bytesBefore() + neighbours_.nextKey.size());
+}
+
+std::size_t DecodedTrial::trialsLeft(std::size_t size) const {
+  return budget_.timesOf(stream_, payloadsOfTrial(), size + bytesBeside());
 }
 
 /// Those of the payloads that it is predicted from.

@@ -59,6 +59,8 @@ class PayloadTrial {
   [[nodiscard]] virtual bool belongs(std::span<const std::byte> payload, double rightShare) = 0;
   /// How many answers of `misfit` the budget has left.
   [[nodiscard]] virtual std::size_t comparisonsLeft() const = 0;
+  /// How many answers of `alone` the budget has left, of payloads of so many bytes.
+  [[nodiscard]] virtual std::size_t trialsLeft(std::size_t size) const = 0;
   /// So many forms may be tried alone for one search.
   [[nodiscard]] virtual std::size_t maxTrials() const = 0;
   /// Of a decoder that is silent over more cuts than this, its silence tells nothing.
@@ -80,6 +82,7 @@ class DecodedTrial final : public PayloadTrial {
   [[nodiscard]] std::optional<LoneTrial> alone(std::span<const std::byte> payload) override;
   [[nodiscard]] std::optional<std::uint64_t> misfit(std::span<const std::byte> payload) override;
   [[nodiscard]] std::size_t comparisonsLeft() const override;
+  [[nodiscard]] std::size_t trialsLeft(std::size_t size) const override;
   [[nodiscard]] std::size_t maxTrials() const override { return neighbours_.needsKey ? 640 : 1536; }
   [[nodiscard]] bool isTaken(std::span<const std::byte> payload) override;
   [[nodiscard]] bool belongs(std::span<const std::byte> payload, double rightShare) override;
@@ -98,6 +101,10 @@ class DecodedTrial final : public PayloadTrial {
   [[nodiscard]] bool isAfterKey() const {
     return neighbours_.needsKey && !neighbours_.isKey && !neighbours_.before.empty();
   }
+  /// Whether the payload after it is decoded with it.
+  [[nodiscard]] bool hasNext() const { return !neighbours_.isKey && !isAfterKey() && !neighbours_.after.empty(); }
+  [[nodiscard]] std::size_t payloadsOfTrial() const;
+  [[nodiscard]] std::size_t bytesBeside() const;
   [[nodiscard]] Answer decode(std::span<const std::byte> payload, platform::WantedPlanes wanted);
   void learn();
   [[nodiscard]] std::optional<Shown> show(std::span<const std::byte> payload, bool isLast);

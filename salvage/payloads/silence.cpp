@@ -27,20 +27,6 @@ void copyFront(std::span<std::byte> to, std::span<const std::byte> from) {
   std::ranges::copy(from.first(std::min(from.size(), to.size())), to.begin());
 }
 
-/// The header of an MPEG frame like `head` that is `size` long: another bit rate or padding. False without one.
-bool fitMpegHead(std::span<std::byte> head, std::size_t size) {
-  const auto third = static_cast<unsigned>(head[2]);
-  for (unsigned rate = 1; rate < 15; ++rate) {
-    for (unsigned padding = 0; padding < 2; ++padding) {
-      head[2] = static_cast<std::byte>(rate << 4U | (third & 0x0dU) | padding << 1U);
-      const auto frame = mpegAudioFrame(head);
-      if (frame && frame->size == size) return true;
-    }
-  }
-  head[2] = static_cast<std::byte>(third);
-  return false;
-}
-
 }  // namespace
 
 Silence::Silence(const SurvivingStream& stream) : codec_(codecOf(stream)), format_(soundFormat(stream)) {}
@@ -101,7 +87,7 @@ void Silence::fill(std::span<std::byte> payload) const {
 void Silence::fillFrames(std::span<std::byte> payload) const {
   platform::Bytes head = frame_;
   std::size_t step = frameSize_;
-  if (codec_ != Codec::ac3 && payload.size() % step != 0 && fitMpegHead(head, payload.size())) step = payload.size();
+  if (codec_ != Codec::ac3 && payload.size() % step != 0 && fitMpegFrame(head, payload.size())) step = payload.size();
   for (; payload.size() >= step; payload = payload.subspan(step)) copyFront(payload, head);
 }
 

@@ -49,6 +49,27 @@ std::optional<SoundFrame> mpegAudioFrame(std::span<const std::byte> head) {
   return frame;
 }
 
+bool fitMpegFrame(std::span<std::byte> head, std::size_t size) {
+  // No frame is longer.
+  constexpr std::size_t kLongest = 3000;
+  if (head.size() < 4 || size > kLongest) return false;
+  const std::byte own = head[2];
+  const auto third = [&](unsigned rate, unsigned padding) {
+    return static_cast<std::byte>(rate << 4U | (static_cast<unsigned>(own) & 0x0dU) | padding << 1U);
+  };
+  for (unsigned rate = 1; rate < 15; ++rate) {
+    head[2] = third(rate, 0);
+    const auto frame = mpegAudioFrame(head);
+    if (!frame) break;  // whatever its bit rate
+    const std::uint32_t slot = frame->layer == 1 ? 4 : 1;
+    if (frame->size != size && frame->size + slot != size) continue;
+    head[2] = third(rate, frame->size == size ? 0 : 1);
+    return true;
+  }
+  head[2] = own;
+  return false;
+}
+
 std::optional<SoundFrame> ac3Frame(std::span<const std::byte> head) {
   constexpr std::array<std::uint16_t, 19> kBitRates{32,  40,  48,  56,  64,  80,  96,  112, 128, 160,
                                                     192, 224, 256, 320, 384, 448, 512, 576, 640};

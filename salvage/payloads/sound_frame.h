@@ -21,7 +21,11 @@ struct SoundFrame {
 /// The header of MPEG audio that `head` begins with; nothing when it is none, or of a free bit rate.
 [[nodiscard]] std::optional<SoundFrame> mpegAudioFrame(std::span<const std::byte> head);
 
-/// The same of AC-3.
+/// Gives the header of MPEG audio that `head` begins with another bit rate or padding, so that its frame is `size`
+/// long. False, and nothing changed, where there is no such.
+[[nodiscard]] bool fitMpegFrame(std::span<std::byte> head, std::size_t size);
+
+/// The same as `mpegAudioFrame` of AC-3.
 [[nodiscard]] std::optional<SoundFrame> ac3Frame(std::span<const std::byte> head);
 
 /// The same of the codec's own kind; nothing of codecs without such headers.

@@ -19,6 +19,14 @@ class TrialBudget {
 
   explicit TrialBudget(std::uint64_t pixels = kOfFilm) : left_(pixels) {}
 
+  /// For single pictures of a film of so many bytes. One picture is a hundredth of a short film and next to nothing of
+  /// a long one, so the longer the film, the less it may cost, down to what takes about as long as reading it all.
+  [[nodiscard]] static TrialBudget ofPictures(std::uint64_t filmSize) {
+    constexpr std::uint64_t kShortFilm = std::uint64_t{8} << 20U;
+    const std::uint64_t size = std::max(kShortFilm, filmSize);
+    return TrialBudget(std::min(kOfFilm, std::max(kOfFilm * kShortFilm / size, size + size / 2)));
+  }
+
   /// Takes what so many payloads of a stream cost that have so many bytes together, where these count. False when there
   /// is not so much left.
   [[nodiscard]] bool take(const platform::TrialStream& stream, std::size_t payloads = 1, std::size_t bytes = 0) {
@@ -32,9 +40,9 @@ class TrialBudget {
                                     std::size_t bytes) const {
     return static_cast<std::size_t>(left_ / costOf(stream, payloads, bytes));
   }
-  /// Splits off what a part of the work may cost.
-  [[nodiscard]] TrialBudget share(std::uint64_t parts) {
-    const TrialBudget part(left_ / parts);
+  /// Splits off what a part of the work may cost; not less than `least` where there is so much.
+  [[nodiscard]] TrialBudget share(std::uint64_t parts, std::uint64_t least = 0) {
+    const TrialBudget part(std::min(left_, std::max(least, left_ / parts)));
     left_ -= part.left_;
     return part;
   }

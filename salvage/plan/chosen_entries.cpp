@@ -42,6 +42,7 @@ class Choosing {
                               const DisplacementCover& plain) const;
   void ownFront(std::span<const TemplateEntry> foreign, const DisplacementCover& cover);
   void dropWild();
+  [[nodiscard]] bool isWorthLess() const;
 
   const Evidence& evidence_;
   const std::span<const std::uint32_t> chain_;
@@ -206,8 +207,27 @@ ChosenEntries Choosing::run() {
   }
   made_.places = placeEntries(evidence_.input, made_.entries, evidence_.scan.candidates, evidence_.facts, own);
   if (made_.places.places.empty()) made_.entries.clear();
+  if (isWorthLess()) made_.entries.clear();
+  if (made_.entries.empty()) made_.places = {};
   dropWild();
   return std::move(made_);
+}
+
+/// Whether hardly any of an index stands where it says while the chain has far more chunks: so much moved that the
+/// chain alone brings back more than the few displacements that are told apart.
+bool Choosing::isWorthLess() const {
+  constexpr std::size_t kFewest = 64;
+  constexpr std::size_t kSupported = 4;
+  constexpr std::size_t kMore = 3;
+  const auto isSupported = [](const EntryPlace& place) { return place.support != Support::none; };
+  const auto supported = static_cast<std::size_t>(std::ranges::count_if(made_.places.places, isSupported));
+  if (made_.entries.size() < kFewest || supported * kSupported > made_.entries.size()) return false;
+  const auto isSure = [&](std::uint32_t number) {
+    return evidence_.scan.candidates[number].kind() == CandidateKind::data && evidence_.chain.closes(number) &&
+           (made_.isForeign.empty() || made_.isForeign[number] == 0);
+  };
+  const auto sure = static_cast<std::size_t>(std::ranges::count_if(chain_, isSure));
+  return sure > supported * kMore && sure * kSupported > made_.entries.size();
 }
 
 /// Takes out entries that no header speaks for and that cannot be true: garbage in an index looks so.

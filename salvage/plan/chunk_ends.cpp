@@ -76,7 +76,9 @@ std::optional<DeadHeader> ChunkEnds::closingOn(std::uint64_t from, std::uint64_t
       if (place + avi::kChunkHeader > held) continue;
       const std::uint32_t size =
           avi::loadLittleEndian32(std::span<const std::byte>(window).subspan(place + 4).first<4>());
-      if (size < kSmallestPayload || at + avi::kChunkHeader + size + size % 2 != end) continue;
+      // With its pad byte it must be as long as that; most are not even nearly.
+      const auto wantedSize = static_cast<std::uint32_t>(end - at - avi::kChunkHeader);
+      if (wantedSize - size > 1 || size < kSmallestPayload || size + size % 2 != wantedSize) continue;
       const std::uint8_t stream = streamOf(at, size);
       if (stream != FilmStreams::kNone) return DeadHeader{at, size, stream};
     }

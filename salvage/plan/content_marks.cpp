@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 #include <vector>
 
 #include "avi/byte_order.h"
@@ -62,59 +63,90 @@ std::uint32_t noiseIn(ByteView sector, const SampleLayout& layout) {
 
 class Marking {
  public:
-  Marking(const Evidence& evidence, FilmPlan& plan) : evidence_(evidence), plan_(plan) {}
+  Marking(const Evidence& evidence, FilmPlan& plan) : evidence_(evidence), plan_(plan) {
+    for (const FilmStream& stream : evidence.header.streams)
+      rules_.push_back({codecOf(stream.header), sampleLayout(stream.header)});
+  }
 
-  void mark(std::uint8_t stream);
+  void run();
 
  private:
+  /// How payloads of a stream are judged, if at all.
+  struct Rule {
+    Codec codec = Codec::unknown;
+    std::optional<SampleLayout> layout;
+
+    [[nodiscard]] bool judges() const { return layout || hasOwnMarks(codec); }
+  };
   struct Judged {
     std::uint32_t slot = 0;
     std::uint32_t oddity = 0;
   };
 
-  void markAbove(std::uint32_t least);
+  [[nodiscard]] bool isJudged(const Slot& slot) const;
+  [[nodiscard]] std::optional<std::uint32_t> oddityOf(const Slot& slot);
+  void mark(const Rule& rule, std::span<Judged> judged);
+  void markAbove(std::span<const Judged> judged, std::uint32_t least);
 
   const Evidence& evidence_;
   FilmPlan& plan_;
+  std::vector<Rule> rules_;  ///< by stream
   platform::Bytes buffer_;
-  std::vector<Judged> judged_;
 };
 
-void Marking::mark(std::uint8_t stream) {
-  const SurvivingStream& header = evidence_.header.streams[stream].header;
-  const Codec codec = codecOf(header);
-  const auto layout = sampleLayout(header);
-  if (!layout && !hasOwnMarks(codec)) return;
-  judged_.clear();
-  std::size_t odd = 0;
-  for (std::size_t i = 0; i < plan_.slots.size(); ++i) {
-    const Slot& slot = plan_.slots[i];
-    if (slot.stream != stream || !isPresent(slot) || slot.isPalette) continue;
-    if (!slot.hasSource() || slot.pieces != Slot::kOnePiece || slot.size > kMaxJudgedPayload) continue;
-    buffer_.resize(std::max<std::size_t>(buffer_.size(), slot.size));
-    const auto into = std::span(buffer_).first(slot.size);
-    if (evidence_.input.read(slot.source, into) < into.size()) continue;
-    const std::uint32_t oddity =
-        layout ? noiseOf(into, slot.source, *layout) : (isMarkedToItsEnd(codec, into) ? 0 : kOdd);
-    if (oddity == kOdd) ++odd;
-    judged_.push_back({static_cast<std::uint32_t>(i), oddity});
-  }
-  if (judged_.size() < kFewestJudged) return;
-  if (layout) {
+bool Marking::isJudged(const Slot& slot) const {
+  return rules_[slot.stream].judges() && isPresent(slot) && !slot.isPalette && slot.hasSource() &&
+         slot.pieces == Slot::kOnePiece && slot.size <= kMaxJudgedPayload;
+}
+
+/// Nothing when it cannot be read.
+std::optional<std::uint32_t> Marking::oddityOf(const Slot& slot) {
+  buffer_.resize(std::max<std::size_t>(buffer_.size(), slot.size));
+  const auto into = std::span(buffer_).first(slot.size);
+  if (evidence_.input.read(slot.source, into) < into.size()) return std::nullopt;
+  const Rule& rule = rules_[slot.stream];
+  if (rule.layout) return noiseOf(into, slot.source, *rule.layout);
+  return isMarkedToItsEnd(rule.codec, into) ? 0 : kOdd;
+}
+
+/// `judged`: all of a stream, in the order of the film.
+void Marking::mark(const Rule& rule, std::span<Judged> judged) {
+  if (judged.size() < kFewestJudged) return;
+  if (rule.layout) {
     constexpr std::uint32_t kNoise = 800;
     constexpr std::uint32_t kUsual = 550;  // of a stream in which noise stands out
-    std::ranges::nth_element(judged_, judged_.begin() + static_cast<std::ptrdiff_t>(judged_.size() * 3 / 4), {},
-                             &Judged::oddity);
-    if (judged_[judged_.size() * 3 / 4].oddity <= kUsual) markAbove(kNoise);
-  } else if (odd * 10 <= judged_.size() * 3) {
-    markAbove(kOdd);
+    const auto upper = judged.begin() + static_cast<std::ptrdiff_t>(judged.size() * 3 / 4);
+    std::ranges::nth_element(judged, upper, {}, &Judged::oddity);
+    if (upper->oddity <= kUsual) markAbove(judged, kNoise);
+    return;
+  }
+  const auto odd = static_cast<std::size_t>(std::ranges::count(judged, kOdd, &Judged::oddity));
+  if (odd * 10 <= judged.size() * 3) markAbove(judged, kOdd);
+}
+
+void Marking::markAbove(std::span<const Judged> judged, std::uint32_t least) {
+  for (const Judged& one : judged) {
+    if (one.oddity >= least) plan_.slots[one.slot].state = SlotState::damaged;
   }
 }
 
-void Marking::markAbove(std::uint32_t least) {
-  for (const Judged& one : judged_) {
-    if (one.oddity >= least) plan_.slots[one.slot].state = SlotState::damaged;
+/// The payloads of all streams are read in one go, in the order of the film, whatever their number.
+void Marking::run() {
+  std::vector<std::size_t> begins(rules_.size(), 0);
+  for (const Slot& slot : plan_.slots) {
+    if (isJudged(slot)) ++begins[slot.stream];
   }
+  std::size_t all = 0;
+  for (std::size_t& begin : begins) all += std::exchange(begin, all);
+  std::vector<Judged> judged(all);
+  std::vector<std::size_t> ends = begins;
+  for (std::size_t i = 0; i < plan_.slots.size(); ++i) {
+    const Slot& slot = plan_.slots[i];
+    if (!isJudged(slot)) continue;
+    if (const auto oddity = oddityOf(slot)) judged[ends[slot.stream]++] = {static_cast<std::uint32_t>(i), *oddity};
+  }
+  for (std::size_t stream = 0; stream < rules_.size(); ++stream)
+    mark(rules_[stream], std::span(judged).subspan(begins[stream], ends[stream] - begins[stream]));
 }
 
 }  // namespace
@@ -151,8 +183,7 @@ std::uint32_t noiseOf(std::span<const std::byte> payload, std::uint64_t offset, 
 
 void markContent(const Evidence& evidence, FilmPlan& plan) {
   if (!isHurt(plan)) return;
-  Marking marking(evidence, plan);
-  for (std::size_t i = 0; i < evidence.header.streams.size(); ++i) marking.mark(static_cast<std::uint8_t>(i));
+  Marking(evidence, plan).run();
 }
 
 }  // namespace zelvo::salvage

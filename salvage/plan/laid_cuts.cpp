@@ -1,6 +1,7 @@
 #include "salvage/plan/laid_cuts.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "salvage/payloads/codec.h"
@@ -17,12 +18,14 @@ constexpr std::size_t kMaxBytesBefore = std::size_t{24} << 20U;
 constexpr std::size_t kAfter = 2;
 /// A key so many slots later shows another scene.
 constexpr std::size_t kMaxToKey = 600;
-/// A cut may take so much of what is left of the film's budget.
+/// A cut may take such a part of what is left of the film's budget, and this in any case: less finds hardly any.
 constexpr std::uint64_t kShare = 3;
+constexpr std::uint64_t kEnough = std::uint64_t{1} << 27U;
 
 class Cuts {
  public:
-  Cuts(const Evidence& evidence, LaidFilm& film) : evidence_(evidence), film_(film) {}
+  Cuts(const Evidence& evidence, LaidFilm& film)
+      : evidence_(evidence), film_(film), left_(TrialBudget::ofPictures(evidence.scan.end)) {}
 
   std::size_t close() {
     std::vector<OpenCut> left;
@@ -42,7 +45,8 @@ class Cuts {
     return slot.stream == stream && slot.hasSource() && slot.size <= platform::TrialDecoder::kMaxPayload;
   }
 
-  [[nodiscard]] PayloadNeighbours neighboursOf(std::size_t number) const {
+  /// Nothing when the budget is not enough to show them to a decoder.
+  [[nodiscard]] std::optional<PayloadNeighbours> neighboursOf(std::size_t number, const platform::TrialStream& told) {
     const auto& slots = film_.slots;
     const std::uint8_t stream = slots[number].stream;
     PayloadNeighbours neighbours;
@@ -57,11 +61,13 @@ class Cuts {
       bytes += slot.size;
       if (before.size() == kMaxBefore || bytes > kMaxBytesBefore) {
         before.clear();  // without the first of them, the others are of no use
+        bytes = 0;
         break;
       }
       before.push_back(i - 1);
       if (slot.hasKeyFlag) break;
     }
+    if (!left_.take(told, before.size(), bytes)) return std::nullopt;
     for (std::size_t i = before.size(); i > 0; --i) {
       const Slot& slot = slots[before[i - 1]];
       if (slot.state <= SlotState::rejoined) neighbours.good.push_back(neighbours.before.size());
@@ -84,9 +90,10 @@ class Cuts {
     const platform::Bytes bytes =
         evidence_.input.readBytes(cut.payload, static_cast<std::size_t>(slot.size + cut.added));
     if (bytes.size() != slot.size + cut.added || !evidence_.decoder->open(stream)) return false;
-    const PayloadNeighbours neighbours = neighboursOf(cut.slot);
-    TrialBudget budget = left_.share(kShare);
-    DecodedTrial trial(*evidence_.decoder, stream, neighbours, budget);
+    const std::optional<PayloadNeighbours> neighbours = neighboursOf(cut.slot, stream);
+    if (!neighbours) return false;
+    TrialBudget budget = left_.share(kShare, kEnough);
+    DecodedTrial trial(*evidence_.decoder, stream, *neighbours, budget);
     const auto place = searchCut(trial, bytes, slot.size);
     left_.giveBack(budget);
     if (!place) return false;

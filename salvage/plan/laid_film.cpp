@@ -11,6 +11,7 @@
 #include "salvage/payloads/codec.h"
 #include "salvage/payloads/payload_cut.h"
 #include "salvage/plan/cluster_order.h"
+#include "salvage/scan/number_sort.h"
 
 namespace zelvo::salvage {
 
@@ -288,7 +289,7 @@ LaidFilm Laying::run() {
     film_.isGathered = true;
     return std::move(film_);
   }
-  std::ranges::sort(headers_);
+  if (!std::ranges::is_sorted(headers_)) sortNumbers(headers_);
   std::size_t before = kNone;
   for (std::size_t i = 0; i < entries_.size(); ++i) {
     if (!isSupported(i)) continue;

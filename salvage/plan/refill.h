@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "salvage/plan/film_plan.h"
@@ -19,5 +20,10 @@ struct Refill {
 /// Slots for all of them, at most `most`, evenly in turn.
 /// Thread: any.
 [[nodiscard]] std::vector<Slot> refillInTurn(const std::vector<Refill>& missing, std::size_t most);
+
+/// Sizes of chunks that are in the film, by stream and from the smallest on: of up to 65,536 of each, and of none that
+/// is empty.
+/// Thread: any.
+[[nodiscard]] std::vector<std::vector<std::uint32_t>> sampledSizes(const std::vector<Slot>& slots, std::size_t streams);
 
 }  // namespace zelvo::salvage

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "avi/chunk_codes.h"
+#include "salvage/scan/number_sort.h"
 
 namespace zelvo::salvage {
 
@@ -30,7 +31,7 @@ class Repeats {
       if (film.slots[i].size >= kSmallestHashed)
         bySize_.push_back(keyOf(film.slots[i]) << kNumberBits | static_cast<std::uint64_t>(i));
     }
-    std::ranges::sort(bySize_);
+    sortNumbers(bySize_);
     for (const Slot& slot : film.slots) maxComparedBytes_ += kMaxCompared * slot.size;
     isDropped_.assign(film.slots.size(), false);
   }
@@ -48,7 +49,7 @@ class Repeats {
   [[nodiscard]] bool isTelling(std::size_t slot);
   [[nodiscard]] bool isDistinct(std::size_t slot, std::size_t length);
   [[nodiscard]] static std::uint64_t keyOf(const Slot& slot) { return std::uint64_t{slot.stream} << 32U | slot.size; }
-  [[nodiscard]] std::span<const std::uint64_t> ofSize(std::size_t slot) const;
+  [[nodiscard]] std::span<const std::uint64_t> fewOfSize(std::size_t slot) const;
   [[nodiscard]] std::size_t lengthAt(std::size_t slot, std::size_t end, std::size_t original, std::size_t originalEnd);
   [[nodiscard]] std::optional<Run> runAt(std::size_t slot, std::size_t end);
   [[nodiscard]] bool drop(ChainGap& gap, std::size_t end, const Run& run);
@@ -86,11 +87,16 @@ bool Repeats::isTelling(std::size_t slot) {
   return std::ranges::any_of(bytes, [&](std::byte byte) { return byte != bytes.front(); });
 }
 
-/// The slots of the stream and size of one, that one among them, as they stand in `bySize_`.
-std::span<const std::uint64_t> Repeats::ofSize(std::size_t slot) const {
+/// The slots of the stream and size of one, that one among them, as they stand in `bySize_`; none where they are more
+/// than `kMaxAlike`.
+std::span<const std::uint64_t> Repeats::fewOfSize(std::size_t slot) const {
   const auto sizeOf = [](std::uint64_t value) { return value >> kNumberBits; };
-  const auto first = std::ranges::lower_bound(bySize_, keyOf(film_.slots[slot]), {}, sizeOf);
-  const auto last = std::ranges::upper_bound(bySize_, keyOf(film_.slots[slot]), {}, sizeOf);
+  const std::uint64_t key = keyOf(film_.slots[slot]);
+  const auto first = std::ranges::lower_bound(bySize_, key, {}, sizeOf);
+  auto last = first;
+  while (last != bySize_.end() && sizeOf(*last) == key) {
+    if (static_cast<std::size_t>(++last - first) > kMaxAlike) return {};
+  }
   return {first, last};
 }
 
@@ -110,9 +116,7 @@ std::optional<Repeats::Run> Repeats::runAt(std::size_t slot, std::size_t end) {
   Run best;
   for (std::size_t anchor = slot; anchor < std::min(end, slot + kAnchors); ++anchor) {
     if (film_.slots[anchor].size < kSmallestHashed) continue;
-    const auto alike = ofSize(anchor);
-    if (alike.size() > kMaxAlike) continue;
-    for (const std::uint64_t value : alike) {
+    for (const std::uint64_t value : fewOfSize(anchor)) {
       const auto other = static_cast<std::size_t>(value & ((std::uint64_t{1} << kNumberBits) - 1));
       if (other < anchor - slot) continue;
       const std::size_t original = other - (anchor - slot);

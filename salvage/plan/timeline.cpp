@@ -8,6 +8,7 @@
 #include <cmath>
 #include <memory>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -23,8 +24,7 @@ namespace zelvo::salvage {
 namespace {
 
 constexpr std::size_t kMaxLooks = 4096;
-
-using Track = SoundTrack;
+constexpr std::uint8_t kNoTrack = 0xff;
 
 class Timeline {
  public:
@@ -53,15 +53,21 @@ class Timeline {
   };
 
   [[nodiscard]] double seconds(const Slot& slot) const {
-    return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9;
+    const std::uint8_t track = trackOf_[slot.stream];
+    const double pace = track == kNoTrack ? 1 : tracks_[track].pace();
+    return static_cast<double>(streams_.duration(slot.stream, slot.size)) / 1e9 * pace;
   }
+  void learnPaces();
   [[nodiscard]] bool isPicture(const Slot& slot) const { return pictures_ == slot.stream && !slot.isPalette; }
+  [[nodiscard]] SoundTrack* trackOf(const Slot& slot) {
+    const std::uint8_t number = trackOf_[slot.stream];
+    return number == kNoTrack ? nullptr : &tracks_[number];
+  }
   void advance(const Slot& slot);
   [[nodiscard]] std::vector<std::optional<double>> lagsBehind(std::size_t slot, std::size_t end) const;
-  [[nodiscard]] std::optional<double> usualLag(const Track& track) const;
-  [[nodiscard]] bool isCoarse(const Track& track) const { return track.chunkTime > 4 * pictureTime_; }
+  [[nodiscard]] bool isCoarse(const SoundTrack& track) const { return track.chunkTime > 4 * pictureTime_; }
   /// Whether nearly all of its chunks have one size.
-  [[nodiscard]] bool isFixed(const Track& track) const {
+  [[nodiscard]] bool isFixed(const SoundTrack& track) const {
     const std::uint8_t number = streams_.numberOf(track.stream);
     return number < evidence_.facts.size() && evidence_.facts[number].fixedSize == track.chunkSize;
   }
@@ -83,8 +89,9 @@ class Timeline {
   const bool lengthens_;
   FilmPlan& plan_;
   std::vector<Slot> made_;
-  std::vector<Track> tracks_;
-  std::optional<std::uint8_t> pictures_;  ///< the stream of pictures
+  std::vector<SoundTrack> tracks_;
+  std::array<std::uint8_t, kMaxStreams> trackOf_{};  ///< of each stream; `kNoTrack` without one
+  std::optional<std::uint8_t> pictures_;             ///< the stream of pictures
   double pictureTime_ = 0;
   double pictureBytes_ = 0;  ///< a usual chunk with its header
   double pictureClock_ = 0;
@@ -98,20 +105,18 @@ class Timeline {
 Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::span<const FilmGap> gaps,
                    const WholeFilm& whole, bool lengthens, FilmPlan& plan)
     : evidence_(evidence), streams_(streams), gaps_(gaps), whole_(whole), lengthens_(lengthens), plan_(plan) {
-  std::vector<std::vector<std::uint32_t>> sizes(streams.count());
-  constexpr std::size_t kSamples = 65'536;
-  for (const Slot& slot : plan.slots) {
-    if (slot.size > 0 && slot.hasSource() && !slot.isPalette && sizes[slot.stream].size() < kSamples)
-      sizes[slot.stream].push_back(slot.size);
-  }
+  const std::vector<std::vector<std::uint32_t>> sizes = sampledSizes(plan.slots, streams.count());
+  trackOf_.fill(kNoTrack);
   for (std::size_t i = 0; i < streams.count(); ++i) {
     const auto index = static_cast<std::uint8_t>(i);
     if (sizes[i].empty()) continue;
-    std::ranges::sort(sizes[i]);
     const std::uint32_t usual = sizes[i][sizes[i].size() / 2];
     const double time = static_cast<double>(streams.duration(index, usual)) / 1e9;
     if (time <= 0) continue;
-    if (streams.isSound(index)) tracks_.push_back({index, 0, 0, {}, time, usual});
+    if (streams.isSound(index)) {
+      trackOf_[index] = static_cast<std::uint8_t>(tracks_.size());
+      tracks_.emplace_back(index, time, usual);
+    }
     if (!streams.isPicture(index) || pictures_) continue;
     pictures_ = index;
     pictureTime_ = time;
@@ -119,6 +124,21 @@ Timeline::Timeline(const Evidence& evidence, const FilmStreams& streams, std::sp
     for (const std::uint32_t size : sizes[i]) sum += size;
     pictureBytes_ = avi::kChunkHeader + sum / static_cast<double>(sizes[i].size());
   }
+  if (pictures_) learnPaces();
+}
+
+/// Sound is set against the pictures between it and the next sound of its track where no gap is.
+void Timeline::learnPaces() {
+  double pictures = 0;
+  auto gap = gaps_.begin();
+  std::size_t part = 0;
+  for (std::size_t i = 0; i < plan_.slots.size(); ++i) {
+    for (; gap != gaps_.end() && gap->before <= i; ++gap) ++part;
+    const Slot& slot = plan_.slots[i];
+    if (isPicture(slot)) pictures += pictureTime_;
+    if (SoundTrack* const track = trackOf(slot)) track->compare(part, pictures, seconds(slot));
+  }
+  for (SoundTrack& track : tracks_) track.setPace();
 }
 
 void Timeline::advance(const Slot& slot) {
@@ -126,48 +146,44 @@ void Timeline::advance(const Slot& slot) {
   constexpr std::size_t kMost = 4096;
   made_.push_back(slot);
   if (isPicture(slot)) pictureClock_ += pictureTime_;
-  for (Track& track : tracks_) {
-    if (track.stream != slot.stream) continue;
-    // Many films begin with more sound than usual, so the first chunk is no example.
-    const bool learns =
-        track.chunks > 0 && track.lags.size() < kMost && (!hasPassedGap_ || track.lags.size() < kEnough);
-    if (learns) track.lags.push_back(track.clock - pictureClock_);
-    ++track.chunks;
-    track.clock += seconds(slot);
-  }
-}
-
-std::optional<double> Timeline::usualLag(const Track& track) const {
-  if (track.lags.empty()) return std::nullopt;
-  constexpr std::size_t kRecent = 12;
-  const std::size_t first = track.lags.size() > kRecent ? track.lags.size() - kRecent : 0;
-  return median({track.lags.begin() + static_cast<std::ptrdiff_t>(first), track.lags.end()});
+  SoundTrack* const track = trackOf(slot);
+  if (track == nullptr) return;
+  // Many films begin with more sound than usual, so the first chunk is no example.
+  const bool learns = track->chunks > 0 && track->lags() < kMost && (!hasPassedGap_ || track->lags() < kEnough);
+  if (learns) track->learn(track->clock - pictureClock_);
+  ++track->chunks;
+  track->clock += seconds(slot);
 }
 
 /// The lag of each track after a gap, as if nothing were missing in it; nothing where no chunk of it comes before
 /// `end`.
 std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::size_t end) const {
   constexpr std::size_t kTight = 3;
-  std::vector<std::vector<double>> found(tracks_.size());
-  std::vector<double> clocks;
-  for (const Track& track : tracks_) clocks.push_back(track.clock);
+  struct Behind {
+    double clock = 0;
+    std::array<double, kTight> lags{};
+    std::size_t found = 0;
+  };
+  std::vector<Behind> tracks(tracks_.size());
+  for (std::size_t t = 0; t < tracks.size(); ++t) tracks[t].clock = tracks_[t].clock;
   double pictureClock = pictureClock_;
   std::size_t open = tracks_.size();
   for (std::size_t i = slot; i < std::min(end, slot + kMaxLooks) && open > 0; ++i) {
     const Slot& next = plan_.slots[i];
     if (isPicture(next)) pictureClock += pictureTime_;
-    for (std::size_t t = 0; t < tracks_.size(); ++t) {
-      if (tracks_[t].stream != next.stream) continue;
-      const std::size_t wanted = isCoarse(tracks_[t]) ? 1 : kTight;
-      if (found[t].size() < wanted) {
-        found[t].push_back(clocks[t] - pictureClock);
-        if (found[t].size() == wanted) --open;
-      }
-      clocks[t] += seconds(next);
+    const std::uint8_t number = trackOf_[next.stream];
+    if (number == kNoTrack) continue;
+    Behind& track = tracks[number];
+    const std::size_t wanted = isCoarse(tracks_[number]) ? 1 : kTight;
+    if (track.found < wanted) {
+      track.lags[track.found++] = track.clock - pictureClock;
+      if (track.found == wanted) --open;
     }
+    track.clock += seconds(next);
   }
   std::vector<std::optional<double>> lags;
-  for (const auto& values : found) lags.push_back(values.empty() ? std::nullopt : std::optional(median(values)));
+  for (Behind& track : tracks)
+    lags.push_back(track.found == 0 ? std::nullopt : std::optional(medianOf(std::span(track.lags).first(track.found))));
   return lags;
 }
 
@@ -205,7 +221,7 @@ bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
   if (gap.isTorn && whole_.missing.value_or(0) >= gap.missing && whole_.missing) return false;
   const auto behind = lagsBehind(gap.before, end);
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const auto usual = usualLag(tracks_[t]);
+    const auto usual = tracks_[t].usualLag();
     if (!usual || !behind[t] || isCoarse(tracks_[t])) continue;
     if (std::abs(*usual - *behind[t]) > 0.75 * std::max(pictureTime_, tracks_[t].chunkTime)) return false;
   }
@@ -215,14 +231,11 @@ bool Timeline::isNothingMissing(const FilmGap& gap, std::size_t end) const {
 
 void Timeline::lengthenLast(std::uint32_t size) {
   Slot& slot = made_.back();
-  for (Track& track : tracks_) {
-    if (track.stream == slot.stream) track.clock -= seconds(slot);
-  }
+  SoundTrack* const track = trackOf(slot);
+  if (track != nullptr) track->clock -= seconds(slot);
   slot.size = size;
   slot.state = SlotState::sizeMended;
-  for (Track& track : tracks_) {
-    if (track.stream == slot.stream) track.clock += seconds(slot);
-  }
+  if (track != nullptr) track->clock += seconds(slot);
 }
 
 /// Where chunks of one size fill a gap to the byte, they did so in the film.
@@ -244,7 +257,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
   const auto behind = lagsBehind(gap.before, end);
   std::vector<std::size_t> known;
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const auto usual = usualLag(tracks_[t]);
+    const auto usual = tracks_[t].usualLag();
     if (!usual || !behind[t]) continue;
     shift[t] = *usual - *behind[t];
     known.push_back(t);
@@ -263,8 +276,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
     const double slack = 0.75;
     double least = 0;
     for (const std::size_t t : known) least = std::max(least, -shift[t] / pictureTime_ - slack);
-    const bool hasBytes = gap.bytes > 0;
-    const double estimate = hasBytes ? picturesByBytes(gap.bytes, shift) : least;
+    const double estimate = gap.bytes > 0 ? picturesByBytes(gap.bytes, shift) : least;
     const auto turned = turnedBy(gap.before, end);
     missing.pictures =
         share ? std::max(*share, pickPictures(least, least, std::nullopt)) : pickPictures(estimate, least, turned);
@@ -287,21 +299,14 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   std::vector<Refill> parts;
   if (pictures_ && missing.pictures > 0) parts.push_back({*pictures_, missing.pictures, 0});
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const Track& track = tracks_[t];
-    // Where a chunk lasts for many pictures, its place among them is a matter of chance, and less than most of one
-    // none.
+    const SoundTrack& track = tracks_[t];
+    // Where a chunk lasts for many pictures, its place among them is chance, and less than most of one is none.
     const double half = isCoarse(track) ? 0.25 : 0.5;
     const auto count = static_cast<std::size_t>(std::min(1e6, std::floor(missing.sound[t] / track.chunkTime + half)));
     if (count == 0) continue;
-    std::uint32_t size = track.chunkSize;
-    // Most lost chunks had the usual size; a difference that is not heard is none.
-    constexpr double kUnheard = 0.02;
-    const double apart = std::abs(missing.sound[t] - static_cast<double>(count) * track.chunkTime);
     const bool isAdapted = streams_.countsBytes(track.stream) && !(isCoarse(track) && isFixed(track));
-    if (isAdapted && apart > std::min(kUnheard, 0.3 * track.chunkTime)) {
-      size = static_cast<std::uint32_t>(missing.sound[t] / static_cast<double>(count) / track.chunkTime * size);
-      size -= size % streams_.blockOf(track.stream);
-    }
+    const std::uint32_t size =
+        isAdapted ? track.sizeFor(missing.sound[t], count, streams_.blockOf(track.stream)) : track.chunkSize;
     parts.push_back({track.stream, count, size});
   }
   const std::vector<Slot> slots = refillInTurn(parts, most - std::min(most, refilled_));
@@ -309,9 +314,7 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
   made_.insert(made_.begin() + static_cast<std::ptrdiff_t>(place), slots.begin(), slots.end());
   for (const Slot& slot : slots) {
     if (pictures_ == slot.stream) pictureClock_ += pictureTime_;
-    for (Track& track : tracks_) {
-      if (track.stream == slot.stream) track.clock += seconds(slot);
-    }
+    if (SoundTrack* const track = trackOf(slot)) track->clock += seconds(slot);
   }
 }
 
@@ -319,7 +322,7 @@ void Timeline::fill(std::size_t place, const Missing& missing) {
 void Timeline::noteDrift(std::size_t slot, std::size_t end) {
   const auto behind = lagsBehind(slot, end);
   for (std::size_t t = 0; t < tracks_.size(); ++t) {
-    const auto usual = usualLag(tracks_[t]);
+    const auto usual = tracks_[t].usualLag();
     if (usual && behind[t]) drift_ = std::max(drift_, std::abs(*behind[t] - *usual));
   }
 }
@@ -353,8 +356,9 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
     const bool isLast = g + 1 == gaps_.size() || gaps_[g + 1].before >= plan_.slots.size();
     const auto found = missing(open, end, isLast, share);
     isOpen = !found;
-    if (found) fill(openPlace, *found);
-    if (found) noteDrift(gap.before, end);
+    if (isOpen) continue;
+    fill(openPlace, *found);
+    noteDrift(gap.before, end);
   }
   for (; slot < plan_.slots.size(); ++slot) advance(plan_.slots[slot]);
 }
@@ -365,8 +369,8 @@ std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
 }
 
 std::uint64_t Timeline::pictures() const {
-  const auto count = [&](const Slot& slot) { return isPicture(slot) && slot.state != SlotState::refilled; };
-  return static_cast<std::uint64_t>(std::ranges::count_if(made_, count));
+  return static_cast<std::uint64_t>(std::ranges::count_if(
+      made_, [&](const Slot& slot) { return isPicture(slot) && slot.state != SlotState::refilled; }));
 }
 
 }  // namespace
@@ -384,8 +388,8 @@ void fillGaps(const Evidence& evidence, const FilmStreams& streams, std::span<co
     timeline->run({});
   }
   std::vector<GapEstimate> shares = timeline->estimates();
-  const std::uint64_t there = timeline->pictures();
-  if (whole.pictures && there <= *whole.pictures &&
+  if (const std::uint64_t there = timeline->pictures();
+      whole.pictures && there <= *whole.pictures &&
       shareOut(shares, *whole.pictures - there, timeline->picturesIn(whole.missing.value_or(0)))) {
     timeline = std::make_unique<Timeline>(evidence, streams, gaps, whole, lengthens, plan);
     timeline->run(shares);

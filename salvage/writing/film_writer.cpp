@@ -21,7 +21,7 @@ namespace zelvo::salvage {
 namespace {
 
 constexpr std::size_t kWindow = std::size_t{1} << 20U;
-constexpr std::size_t kSmallestRead = std::size_t{1} << 14U;
+constexpr std::size_t kSmallestRead = std::size_t{1} << 12U;
 /// What cannot be read is stepped over in pages.
 constexpr std::uint64_t kFilePage = 4096;
 /// Silence is made in parts of at most this size.
@@ -87,6 +87,12 @@ class Writer {
     bool hasBegun = false;  ///< a picture of it was written
   };
 
+  /// An entry of a standard index.
+  struct IndexedChunk {
+    std::uint32_t place = 0;  ///< of the payload, from the index's base on
+    std::uint32_t size = 0;   ///< bit 31: not a key
+  };
+
   [[nodiscard]] std::uint32_t sizeOf(std::size_t slot) const {
     return payloadSize(writing_.plan.slots[slot], writing_.header);
   }
@@ -108,9 +114,7 @@ class Writer {
       if (slot % 64 == 0 && !mayGoOn()) return false;
       if (isWritten(writing_.plan.slots[slot])) writeChunk(slot);
     }
-    for (std::size_t stream = 0; stream < streams_.size(); ++stream) {
-      if (form.chunks[stream].chunks > 0) writeStandardIndex(form, stream);
-    }
+    writeStandardIndexes(form);
     if (isFirst) writeTable(form);
     return mayGoOn();
   }
@@ -196,25 +200,45 @@ class Writer {
     }
   }
 
-  void writeStandardIndex(const FormLayout& form, std::size_t stream) {
-    const std::uint64_t count = form.chunks[stream].chunks;
+  /// All streams' in one walk over the chunks: there may be a hundred.
+  void writeStandardIndexes(const FormLayout& form) {
+    constexpr std::uint32_t kNoKey = 0x80000000U;
     const std::uint64_t base = form.media + 8;
+    std::vector<std::size_t> ends;  // of each stream's entries, while they are put in
+    std::size_t all = 0;
+    for (const ChunkSum& sum : form.chunks) {
+      ends.push_back(all);
+      all += static_cast<std::size_t>(sum.chunks);
+    }
+    std::vector<IndexedChunk> entries(all);
+    eachChunk(form, [&](std::size_t slot, std::uint64_t offset, std::uint32_t size) {
+      const Slot& indexed = writing_.plan.slots[slot];
+      if (indexed.isPalette) return;
+      entries[ends[indexed.stream]++] = {static_cast<std::uint32_t>(offset + 8 - base),
+                                         size | (isKey_[slot] ? 0 : kNoKey)};
+    });
+    std::size_t begin = 0;
+    for (std::size_t stream = 0; stream < ends.size(); begin = ends[stream++]) {
+      if (ends[stream] > begin)
+        writeStandardIndex(stream, base, std::span(entries).subspan(begin, ends[stream] - begin));
+    }
+  }
+
+  void writeStandardIndex(std::size_t stream, std::uint64_t base, std::span<const IndexedChunk> entries) {
     const avi::FourCC chunkId = chunkCode(writing_.header, stream);
     avi::FourCC code;
     code.value = (avi::kIx00.value & 0xffffU) | (chunkId.value & 0xffffU) << 16U;
     out_.code(code);
-    out_.number32(static_cast<std::uint32_t>(standardIndexSize(count) - 8));
+    out_.number32(static_cast<std::uint32_t>(standardIndexSize(entries.size()) - 8));
     out_.append(std::array{std::byte{2}, std::byte{0}, std::byte{0}, std::byte{1}});  // AVI_INDEX_OF_CHUNKS
-    out_.number32(static_cast<std::uint32_t>(count));
+    out_.number32(static_cast<std::uint32_t>(entries.size()));
     out_.code(chunkId);
     out_.number64(base);
     out_.number32(0);  // dwReserved
-    eachChunk(form, [&](std::size_t slot, std::uint64_t offset, std::uint32_t size) {
-      if (writing_.plan.slots[slot].stream != stream || writing_.plan.slots[slot].isPalette) return;
-      constexpr std::uint32_t kNoKey = 0x80000000U;
-      out_.number32(static_cast<std::uint32_t>(offset + 8 - base));
-      out_.number32(size | (isKey_[slot] ? 0 : kNoKey));
-    });
+    for (const IndexedChunk& entry : entries) {
+      out_.number32(entry.place);
+      out_.number32(entry.size);
+    }
   }
 
   void writeTable(const FormLayout& form) {

@@ -90,6 +90,14 @@ TEST_F(CutSearchTest, NothingIsFoundBeyondTheBudget) {
   EXPECT_LT(decoder.decodes, 60U);
 }
 
+TEST_F(CutSearchTest, NothingIsDecodedWhereTheBudgetIsNotEnoughToReachTheCut) {
+  payload = bytesOfChance(400'000, 1);
+  decoder = KnownPictures({payload, key, next});
+  budget = TrialBudget(TrialBudget::kLeast * 400);
+  EXPECT_EQ(search(withForeignBytes(2000)), std::nullopt);
+  EXPECT_EQ(decoder.decodes, 0U);
+}
+
 TEST_F(CutSearchTest, SilenceOverTooManyCutsTellsNothing) {
   const Bytes bytes = withForeignBytes(2000);
   for (std::uint32_t cut = 1900; cut < 2100; ++cut) decoder.silent[cutAt(bytes, cut)] = cut - 1800;

@@ -31,6 +31,27 @@ TEST(SoundFrame, SlowerVersionsOfMp3HaveHalfTheSamples) {
   EXPECT_EQ(soundFrame(Codec::mp3, numbered({0xff, 0xe3, 0x80, 0x00}))->rate, 11025U);
 }
 
+TEST(SoundFrame, HeaderIsMadeForAnyLengthThatAFrameMayHave) {
+  for (const auto& made : {numbered({0xff, 0xfb, 0x90, 0x00}), numbered({0xff, 0xfd, 0xa4, 0x00}),
+                           numbered({0xff, 0xff, 0x92, 0x00}), numbered({0xff, 0xe3, 0x80, 0x00})}) {
+    for (std::size_t size = 0; size < 3200; ++size) {
+      // Every bit rate and padding in turn.
+      platform::Bytes expected = made;
+      bool isFound = false;
+      for (unsigned third = 0x10; !isFound && third < 0xf0; third += third % 0x10 == 0 ? 2 : 14) {
+        expected[2] = static_cast<std::byte>(third | (static_cast<unsigned>(made[2]) & 0x0dU));
+        const auto frame = salvage::mpegAudioFrame(expected);
+        isFound = frame && frame->size == size;
+      }
+      platform::Bytes head = made;
+      EXPECT_EQ(salvage::fitMpegFrame(head, size), isFound) << size;
+      EXPECT_EQ(head, isFound ? expected : made) << size;
+    }
+  }
+  platform::Bytes none = numbered({0x00, 0xfb, 0x90, 0x00});
+  EXPECT_FALSE(salvage::fitMpegFrame(none, 417));
+}
+
 TEST(SoundFrame, LayersAreOfTheirOwnCodec) {
   const auto layer2 = numbered({0xff, 0xfd, 0xa4, 0x00});
   EXPECT_EQ(soundFrame(Codec::mp2, layer2)->size, 576U);

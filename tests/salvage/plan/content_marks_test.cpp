@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <random>
+#include <span>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -62,6 +64,51 @@ TEST(ContentMarks, RandomSectorInSoundIsFoundInADamagedFilm) {
   EXPECT_TRUE(damagedIn(film.bytes).empty());
   film.fill(film.headers[30], 4);
   EXPECT_EQ(damagedIn(film.bytes), std::vector<std::size_t>{21});
+}
+
+/// Counts how often reading goes back to an earlier place.
+class TurnsBack final : public platform::ReadableFile {
+ public:
+  explicit TurnsBack(const Bytes& bytes) : bytes_(bytes) {}
+  [[nodiscard]] platform::IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
+    if (offset < last_) ++turns;
+    last_ = offset;
+    const std::size_t count =
+        std::min<std::size_t>(into.size(), bytes_.size() - std::min<std::size_t>(bytes_.size(), offset));
+    std::copy_n(bytes_.begin() + static_cast<std::ptrdiff_t>(offset), count, into.begin());
+    return {count, {}};
+  }
+  [[nodiscard]] std::uint64_t size() override { return bytes_.size(); }
+
+  std::size_t turns = 0;
+
+ private:
+  const Bytes& bytes_;
+  std::uint64_t last_ = 0;
+};
+
+TEST(ContentMarks, FilmIsReadOnceHoweverManyItsStreams) {
+  constexpr std::uint8_t kTracks = 4;
+  MadeFilm film;
+  for (const std::size_t chunk : {21U, 23U}) spoil(film, chunk);
+  film.fill(film.headers[30], 4);
+  PlannedFilm planned(film.bytes);
+  salvage::FilmPlan plan = planned.plan;
+  std::uint8_t track = 0;
+  for (salvage::Slot& slot : plan.slots) {
+    if (slot.state == SlotState::damaged) slot.state = SlotState::whole;
+    if (slot.stream == 1) slot.stream = static_cast<std::uint8_t>(1 + track++ % kTracks);
+  }
+  for (std::uint8_t i = 1; i < kTracks; ++i) planned.header.streams.push_back(planned.header.streams[1]);
+  TurnsBack file(film.bytes);
+  avi::InputFile input(file);
+  salvage::markContent({input, planned.scanned.headers, planned.header, planned.scanned.codes, planned.scanned.scan,
+                        planned.scanned.chain, planned.facts, planned.index, nullptr},
+                       plan);
+  EXPECT_EQ(file.turns, 0U);
+  EXPECT_EQ(plan.slots[21].state, SlotState::damaged);
+  EXPECT_EQ(plan.slots[23].state, SlotState::damaged);
+  EXPECT_EQ(std::ranges::count(plan.slots, SlotState::damaged, &salvage::Slot::state), 2);
 }
 
 TEST(ContentMarks, SoundThatIsAllNoiseIsItsOwn) {

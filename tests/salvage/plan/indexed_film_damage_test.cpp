@@ -164,13 +164,13 @@ TEST(IndexedFilmDamage, ZeroedStretchIsLostOrDamagedInItsPlace) {
 
 TEST(IndexedFilmDamage, ClustersOutOfOrderAreReadInTheirOrder) {
   MadeFilm film(80);
-  constexpr std::uint64_t kCluster = 4096;
+  constexpr std::uint64_t kUnit = 4096;
   const std::vector<std::uint64_t> places{3, 9, 14, 22, 30};
   const platform::Bytes before = film.bytes;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const std::uint64_t from = places[(i + 2) % places.size()];
-    std::copy_n(before.begin() + static_cast<std::ptrdiff_t>(from * kCluster), kCluster,
-                film.bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kCluster));
+    std::copy_n(before.begin() + static_cast<std::ptrdiff_t>(from * kUnit), kUnit,
+                film.bytes.begin() + static_cast<std::ptrdiff_t>(places[i] * kUnit));
   }
   EXPECT_EQ(planOfIndex(film), allBut(160));
 }
@@ -282,6 +282,16 @@ TEST(IndexedFilmDamage, OwnIndexOfAShortFilmStaysItsOwnWhereMuchIsMissingInFront
     torn[chunk] = "torn0";
   }
   EXPECT_EQ(planOfIndex(film), allBut(40, torn));
+}
+
+TEST(IndexedFilmDamage, WhereMoreMovedThanAnIndexCanFollowTheChainTakesItsPlace) {
+  MadeFilm film(2400);
+  for (std::size_t pair = 2400; pair >= 2; pair -= 2) film.remove(film.headers[2 * pair - 1] + 100, 7);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(planned.plan.indexedChunks, 0U);
+  const auto whole = std::ranges::count(planned.plan.slots, salvage::SlotState::whole, &salvage::Slot::state);
+  EXPECT_GE(whole, 3500);
+  EXPECT_NEAR(static_cast<double>(planned.plan.slots.size()), 4800, 20);
 }
 
 }  // namespace

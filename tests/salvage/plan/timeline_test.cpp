@@ -213,5 +213,15 @@ TEST(Timeline, ChunksOfOneSizeThatFillAGapToTheByteAreWhatWasThere) {
   }
 }
 
+TEST(Timeline, SoundWhoseClockCannotBeTrueFillsNoMoreThanIsMissing) {
+  MadeFilm film(400, 1, false);
+  overwriteNumber(film.bytes, film.positionOf("auds") + 24, 320'000);  // dwRate, ten times too fast
+  for (std::size_t pair = 400; pair >= 20; pair -= 10) film.remove(film.headers[2 * pair - 1] + 100, 7);
+  const PlannedFilm planned(film.bytes);
+  const auto& slots = planned.plan.slots;
+  EXPECT_LE(std::ranges::count(slots, salvage::SlotState::refilled, &salvage::Slot::state), 20);
+  EXPECT_NEAR(static_cast<double>(slots.size()), 800, 20);
+}
+
 }  // namespace
 }  // namespace zelvo::tests

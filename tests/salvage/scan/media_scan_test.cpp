@@ -151,14 +151,14 @@ TEST(MediaScan, ScanEndsWhenItIsAskedTo) {
 }
 
 TEST(MediaScan, OffsetsBeyondFourGibibytesAreWhole) {
-  constexpr std::uint64_t kFar = (std::uint64_t{5} << 30U) + 77;
+  constexpr std::uint64_t kFiveGib = (std::uint64_t{5} << 30U) + 77;
   ScannedFilm scanned(Bytes{});
-  scanned.file().size = kFar + 20;
+  scanned.file().size = kFiveGib + 20;
   Bytes chunk;
   appendChunk(chunk, "00dc", 12);
-  scanned.file().islands[kFar] = chunk;
-  scanned.scanFrom(kFar - 100000);
-  ASSERT_EQ(scanned.chunks(), Offsets{kFar});
+  scanned.file().islands[kFiveGib] = chunk;
+  scanned.scanFrom(kFiveGib - 100000);
+  ASSERT_EQ(scanned.chunks(), Offsets{kFiveGib});
   EXPECT_TRUE(scanned.chain.closes(0));
 }
 
