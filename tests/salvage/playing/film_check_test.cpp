@@ -157,6 +157,28 @@ TEST_F(FilmCheckTest, WholeFilmPlays) {
   EXPECT_EQ(found.play.streams.at(0).pictures, 50U);
 }
 
+TEST(FilmCheckVerdict, EachFaultByItselfDecidesIt) {
+  const auto with = [](const auto& change) {
+    FilmCheck check;
+    check.play.streams.resize(1);
+    check.play.streams[0].told = {.stream = 0, .kind = PlayedKind::sound, .hasDecoder = true};
+    change(check);
+    return check.verdict();
+  };
+  EXPECT_EQ(with([](FilmCheck&) {}), FilmVerdict::plays);
+  EXPECT_EQ(with([](FilmCheck& check) { check.play.streams[0].errors = 1; }), FilmVerdict::faults);
+  EXPECT_EQ(with([](FilmCheck& check) { check.play.streams[0].creep = -0.6; }), FilmVerdict::faults);
+  EXPECT_EQ(with([](FilmCheck& check) { check.play.streams.clear(); }), FilmVerdict::faults);
+  EXPECT_EQ(with([](FilmCheck& check) { check.play.seeks = {{.end = platform::SeekEnd::outOfStep}}; }),
+            FilmVerdict::faults);
+  EXPECT_EQ(with([](FilmCheck& check) { check.falseKeys = {{.payload = 7}}; }), FilmVerdict::faults);
+  EXPECT_EQ(with([](FilmCheck& check) { check.container.problemCount = 1; }), FilmVerdict::faults);
+  EXPECT_EQ(with([](FilmCheck& check) { check.container.chunks = 10; }), FilmVerdict::faults) << "without an index";
+  EXPECT_EQ(with([](FilmCheck& check) { check.play.unreadable = 1; }), FilmVerdict::unreadable);
+  EXPECT_EQ(with([](FilmCheck& check) { check.container.readFailures.count = 1; }), FilmVerdict::unreadable);
+  EXPECT_EQ(with([](FilmCheck& check) { check.end = platform::PlayEnd::noFilm; }), FilmVerdict::unreadable);
+}
+
 TEST_F(FilmCheckTest, WrongJumpIsAFault) {
   PlayedFilm film;
   film.hasSound = false;
