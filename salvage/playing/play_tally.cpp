@@ -28,7 +28,7 @@ constexpr double kSmall = 1.5;
 constexpr double kCreep = 0.02;
 /// Seconds that sound and pictures may come apart. People notice less, films of uneven interleaving have as much.
 constexpr double kStep = 0.5;
-constexpr std::size_t kMaxPlaces = 2'000'000;
+constexpr std::size_t kMaxPacketPlaces = 2'000'000;
 /// Seconds between the places of a stream that are looked at.
 constexpr double kSampled = 0.2;
 constexpr std::size_t kFewMoments = 8;
@@ -113,7 +113,7 @@ void PlayCount::takePacket(const PlayedPacket& packet) {
 void PlayCount::notePlace(Stream& stream, const PlayedPacket& packet) {
   const PlayedKind kind = stream.tally.told.kind;
   if (!pictures_ || (kind != PlayedKind::video && kind != PlayedKind::sound)) return;
-  if (packet.offset == PlayedPacket::kNowhere || places_ == kMaxPlaces) return;
+  if (packet.offset == PlayedPacket::kNowhere || places_ == kMaxPacketPlaces) return;
   const bool isMeasure = packet.stream == pictures_;
   const double time = isMeasure ? stream.end : stream.last;
   if (!isMeasure && !stream.places.empty() && time < stream.places.back().time + kSampled) return;
