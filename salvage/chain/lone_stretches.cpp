@@ -1,11 +1,18 @@
 #include "salvage/chain/lone_stretches.h"
 
+#include <algorithm>
+#include <iterator>
+
+#include "avi/chunk_codes.h"
+
 namespace zelvo::salvage {
 
 namespace {
 
 /// A chunk that closes on another is looked for so many candidates in front of it.
 constexpr std::size_t kMaxBack = 64;
+/// So many entries may have found chunks of their sizes by chance where the index knows of none.
+constexpr std::size_t kFew = 4;
 
 class Dropping {
  public:
@@ -35,6 +42,7 @@ class Dropping {
   [[nodiscard]] Neighbour neighbour(std::size_t candidate, std::size_t entry);
   [[nodiscard]] Neighbour after(std::size_t last);
   [[nodiscard]] Neighbour before(std::size_t first);
+  [[nodiscard]] bool standsInHole(std::size_t entry);
   [[nodiscard]] bool isLone(std::size_t first, std::size_t last);
 
   DisplacementCover& cover_;
@@ -68,12 +76,27 @@ Dropping::Neighbour Dropping::before(std::size_t first) {
   return Neighbour::expected;
 }
 
+/// Whether a header stands where, but for what moved, the index knows of no chunk, though there was room for some.
+bool Dropping::standsInHole(std::size_t entry) {
+  const Candidate& header = candidates_[headerOf(entry)];
+  const std::int64_t place = static_cast<std::int64_t>(header.offset()) - cover_.values.front();
+  if (place < 0) return false;
+  const auto next = std::ranges::upper_bound(entries_, static_cast<std::uint64_t>(place), {}, &TemplateEntry::offset);
+  if (next == entries_.begin() || next == entries_.end()) return false;
+  return std::prev(next)->end() <= static_cast<std::uint64_t>(place) &&
+         next->offset >= static_cast<std::uint64_t>(place) + avi::kChunkHeader + header.size();
+}
+
 /// Where chunks have one size, those that a lost part of the index named look like lost ones of another part.
 bool Dropping::isLone(std::size_t first, std::size_t last) {
   const Neighbour behind = after(last);
-  if (behind == Neighbour::expected) return false;
   const Neighbour inFront = before(first);
-  if (inFront == Neighbour::expected) return false;
+  // Beside a part of the index that is lost, only one end tells. A few entries are then no match for the chunks there.
+  const bool isBesideHole = first > 0 && last + 1 < entries_.size() && areAdjacent(first - 1) != areAdjacent(last);
+  if (isBesideHole && last - first < kFew && (behind == Neighbour::other || inFront == Neighbour::other)) {
+    return standsInHole(first);
+  }
+  if (behind == Neighbour::expected || inFront == Neighbour::expected) return false;
   return (behind == Neighbour::other && inFront == Neighbour::other) || behind == Neighbour::unknown ||
          inFront == Neighbour::unknown;
 }

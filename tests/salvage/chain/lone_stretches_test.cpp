@@ -54,6 +54,33 @@ TEST(LoneStretches, ThoseInTheMidstOfSoundChunksAreTakenBack) {
   EXPECT_EQ(cover.ofEntry[58 - 30], 0U);
 }
 
+TEST(LoneStretches, AFewBesideALostPartOfTheIndexAreTakenBackWhenTheyStandWhereItWas) {
+  for (const bool isInFront : {false, true}) {
+    // Two pictures at the end of what the index still names have the sizes of two that it names no more.
+    const std::uint32_t lost = isInFront ? 8 : 40;
+    AviBuilder builder;
+    for (std::uint32_t i = 0; i < 60; ++i) {
+      const std::uint32_t like = i == lost || i == lost + 1 ? i - lost + 20 : i;
+      builder.chunks.push_back({"00dc", 700 + 34 * like, std::byte{0x91}});
+    }
+    platform::Bytes bytes = builder.build();
+    const auto offsets = chunkOffsets(builder);
+    std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(offsets[isInFront ? 6 : 40]),
+              bytes.begin() + static_cast<std::ptrdiff_t>(offsets[isInFront ? 10 : 44]), std::byte{0});
+    Covered film(bytes);
+    ASSERT_EQ(film.entries.size(), 60U);
+    film.entries.erase(film.entries.begin() + 10, film.entries.begin() + 40);
+    DisplacementCover cover = film.cover();
+    const std::size_t entry = isInFront ? lost : lost - 30;
+    ASSERT_NE(cover.ofEntry[entry], DisplacementCover::kNone) << isInFront;
+    film.dropFrom(cover);
+    EXPECT_EQ(cover.ofEntry[entry], DisplacementCover::kNone) << isInFront;
+    EXPECT_EQ(cover.ofEntry[entry + 1], DisplacementCover::kNone) << isInFront;
+    EXPECT_EQ(cover.ofEntry[0], 0U) << isInFront;
+    EXPECT_EQ(cover.ofEntry[29], 0U) << isInFront;
+  }
+}
+
 TEST(LoneStretches, ChunksThatALostPartOfTheIndexNamedAreNotTakenForLostOnes) {
   AviBuilder builder;
   for (int i = 0; i < 60; ++i) builder.chunks.push_back({"00dc", 1000, std::byte{0x91}});
