@@ -81,6 +81,23 @@ TEST(LoneStretches, AFewBesideALostPartOfTheIndexAreTakenBackWhenTheyStandWhereI
   }
 }
 
+TEST(LoneStretches, ManyBesideALostPartOfTheIndexAreNoChance) {
+  AviBuilder builder;
+  for (std::uint32_t i = 0; i < 60; ++i) {
+    const std::uint32_t like = i >= 40 && i < 46 ? i - 20 : i;
+    builder.chunks.push_back({"00dc", 700 + 34 * like, std::byte{0x91}});
+  }
+  platform::Bytes bytes = builder.build();
+  const auto offsets = chunkOffsets(builder);
+  std::fill(bytes.begin() + static_cast<std::ptrdiff_t>(offsets[40]),
+            bytes.begin() + static_cast<std::ptrdiff_t>(offsets[48]), std::byte{0});
+  Covered film(bytes);
+  film.entries.erase(film.entries.begin() + 10, film.entries.begin() + 40);
+  DisplacementCover cover = film.cover();
+  film.dropFrom(cover);
+  for (std::size_t entry = 10; entry < 16; ++entry) EXPECT_NE(cover.ofEntry[entry], DisplacementCover::kNone) << entry;
+}
+
 TEST(LoneStretches, ChunksThatALostPartOfTheIndexNamedAreNotTakenForLostOnes) {
   AviBuilder builder;
   for (int i = 0; i < 60; ++i) builder.chunks.push_back({"00dc", 1000, std::byte{0x91}});
