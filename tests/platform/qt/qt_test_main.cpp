@@ -8,11 +8,11 @@
 #include "platform/qt/panels/panel_frame.h"
 
 // Libraries that are not built for the thread sanitizer, which cannot see how they wait: Qt paints large pictures with
-// threads of a pool of its own; the decoders count references to their buffers; the sound server's client makes and
-// ends threads while the player looks for a way to be heard. Only what these libraries themselves touch is left out:
-// what the program's own threads do is looked at.
+// threads of a pool of its own; the decoders count references to their buffers and wait with locks of their own; the
+// sound server's client makes and ends threads while the player looks for a way to be heard. Only what these libraries
+// themselves touch is left out: what the program's own threads do is looked at.
 extern "C" const char* __tsan_default_suppressions() {  // NOLINT
-  return "called_from_lib:libQt6Core.so.6\ncalled_from_lib:libQt6Gui.so.6\nrace:libavutil.so\n"
+  return "called_from_lib:libQt6Core.so.6\ncalled_from_lib:libQt6Gui.so.6\nrace:libavutil.so\nrace:libavcodec.so\n"
          "race:libpulsecommon\n";
 }
 
