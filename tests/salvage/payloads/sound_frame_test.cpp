@@ -38,7 +38,7 @@ TEST(SoundFrame, HeaderIsMadeForAnyLengthThatAFrameMayHave) {
       // Every bit rate and padding in turn.
       platform::Bytes expected = made;
       bool isFound = false;
-      for (unsigned third = 0x10; !isFound && third < 0xf0; third += third % 0x10 == 0 ? 2 : 14) {
+      for (unsigned third = 0x10; !isFound && third < 0xf0; third += third % 0x10 == 0 ? 2U : 14U) {
         expected[2] = static_cast<std::byte>(third | (static_cast<unsigned>(made[2]) & 0x0dU));
         const auto frame = salvage::mpegAudioFrame(expected);
         isFound = frame && frame->size == size;
