@@ -74,9 +74,17 @@ class ScatteredPieces {
   std::array<iovec, IOV_MAX> parts_;
 };
 
+/// Whether the file's system keeps it in memory, where no read has to wait for a disk or a server.
+bool liesInMemory(const Descriptor& descriptor) {
+  struct statfs status {};
+  return ::fstatfs(descriptor.number(), &status) == 0 &&
+         (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
+}
+
 class LinuxReadableFile final : public ReadableFile {
  public:
-  explicit LinuxReadableFile(Descriptor descriptor) : descriptor_(std::move(descriptor)) {}
+  explicit LinuxReadableFile(Descriptor descriptor)
+      : descriptor_(std::move(descriptor)), atOnce_(liesInMemory(descriptor_) ? 0 : RWF_NOWAIT) {}
 
   IoResult readAt(std::uint64_t offset, std::span<std::byte> into) override {
     return transferAll(offset, into.size(), [&](std::size_t at, std::size_t count, off_t position) {
@@ -87,7 +95,7 @@ class LinuxReadableFile final : public ReadableFile {
   std::size_t readAtOnce(std::uint64_t offset, std::span<std::byte> into) override {
     if (offset > kLargestOffset) return 0;
     const iovec piece{into.data(), std::min(into.size(), kLargestTransfer)};
-    const ssize_t done = ::preadv2(descriptor_.number(), &piece, 1, static_cast<off_t>(offset), RWF_NOWAIT);
+    const ssize_t done = ::preadv2(descriptor_.number(), &piece, 1, static_cast<off_t>(offset), atOnce_);
     return done > 0 ? static_cast<std::size_t>(done) : 0;
   }
 
@@ -107,6 +115,7 @@ class LinuxReadableFile final : public ReadableFile {
 
  private:
   Descriptor descriptor_;
+  const int atOnce_;  ///< how a read that must not wait is asked for: file systems in memory refuse RWF_NOWAIT
 };
 
 class LinuxWritableFile final : public WritableFile {

@@ -1,7 +1,9 @@
 #include "platform/linux/files.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <filesystem>
@@ -10,6 +12,7 @@
 #include <vector>
 
 #include "platform/bytes.h"
+#include "platform/linux/descriptor.h"
 #include "tests/platform/linux/ordinary_user.h"
 #include "tests/support/temp_folder.h"
 
@@ -114,6 +117,17 @@ TEST_F(LinuxFiles, SizeIsThatOfTheFileNow) {
   EXPECT_EQ(opened.file->size(), 4U);
   folder.put("a", "0123456789");
   EXPECT_EQ(opened.file->size(), 10U);
+}
+
+TEST_F(LinuxFiles, WhatLiesInMemoryIsReadAtOnce) {
+  const platform::linux_::Descriptor memory(::memfd_create("film", MFD_CLOEXEC));
+  ASSERT_TRUE(memory.isOpen());
+  ASSERT_EQ(::write(memory.number(), "film", 4), 4);
+  const auto opened = files.openForReading("/proc/self/fd/" + std::to_string(memory.number()));
+  ASSERT_NE(opened.file, nullptr);
+  platform::Bytes bytes(8);
+  ASSERT_EQ(opened.file->readAtOnce(1, bytes), 3U);
+  EXPECT_EQ(textOf(std::span(bytes).first(3)), "ilm");
 }
 
 TEST_F(LinuxFiles, MissingFileIsNotOpened) {
