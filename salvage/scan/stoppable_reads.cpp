@@ -32,7 +32,9 @@ struct StoppableReads::Apart {
 
   const std::shared_ptr<platform::ReadableFile> file;
   std::mutex mutex;
-  std::condition_variable changed;
+  std::condition_variable asked;     ///< for the thread apart
+  std::condition_variable answered;  ///< for who asked it
+  std::condition_variable freed;     ///< for who asks next
   std::optional<platform::PageBytes> buffer;  ///< once the thread was started
   bool isStarted = false;
   bool isRefused = false;  ///< there is no thread
@@ -50,13 +52,13 @@ StoppableReads::StoppableReads(std::shared_ptr<platform::ReadableFile> file, con
 StoppableReads::~StoppableReads() {
   const std::lock_guard lock(apart_->mutex);
   apart_->isEnding = true;
-  apart_->changed.notify_all();
+  apart_->asked.notify_one();
 }
 
 void StoppableReads::serve(const std::shared_ptr<Apart>& apart) {
   std::unique_lock lock(apart->mutex);
   while (true) {
-    apart->changed.wait(lock, [&] { return apart->isEnding || apart->state == Apart::State::wanted; });
+    apart->asked.wait(lock, [&] { return apart->isEnding || apart->state == Apart::State::wanted; });
     if (apart->isEnding) return;
     const std::span<std::byte> into(apart->buffer->data(), apart->size);
     lock.unlock();
@@ -64,15 +66,15 @@ void StoppableReads::serve(const std::shared_ptr<Apart>& apart) {
     lock.lock();
     apart->result = result;
     apart->state = Apart::State::done;
-    apart->changed.notify_all();
+    apart->answered.notify_one();
   }
 }
 
 /// At most a buffer.
 platform::IoResult StoppableReads::readApart(std::uint64_t offset, std::span<std::byte> into) {
   std::unique_lock lock(apart_->mutex);
-  const auto wait = [&](Apart::State state) {
-    while (apart_->state != state && !cancel_.abandoned()) apart_->changed.wait_for(lock, kLook);
+  const auto wait = [&](std::condition_variable& changed, Apart::State state) {
+    while (apart_->state != state && !cancel_.abandoned()) changed.wait_for(lock, kLook);
     return apart_->state == state && !cancel_.abandoned();
   };
   if (!apart_->isStarted && !apart_->isRefused) {
@@ -84,16 +86,16 @@ platform::IoResult StoppableReads::readApart(std::uint64_t offset, std::span<std
     lock.unlock();
     return file_->readAt(offset, into);
   }
-  if (!wait(Apart::State::idle)) return {0, std::make_error_code(kStopped)};
+  if (!wait(apart_->freed, Apart::State::idle)) return {0, std::make_error_code(kStopped)};
   apart_->offset = offset;
   apart_->size = into.size();
   apart_->state = Apart::State::wanted;
-  apart_->changed.notify_all();
-  if (!wait(Apart::State::done)) return {0, std::make_error_code(kStopped)};
+  apart_->asked.notify_one();
+  if (!wait(apart_->answered, Apart::State::done)) return {0, std::make_error_code(kStopped)};
   std::copy_n(apart_->buffer->data(), apart_->result.count, into.begin());
   const platform::IoResult result = apart_->result;
   apart_->state = Apart::State::idle;
-  apart_->changed.notify_all();
+  apart_->freed.notify_one();
   return result;
 }
 
