@@ -1,7 +1,5 @@
 #include "salvage/scan/index_places.h"
 
-#include <algorithm>
-#include <array>
 
 #include "avi/byte_order.h"
 #include "avi/chunk_codes.h"
@@ -29,14 +27,22 @@ bool beginsTable(ByteView bytes, const StreamCodes& codes) {
   constexpr std::size_t kEnough = 3;
   // Chunks of eight bytes stand 16 bytes apart, too; no entry has this as its only flag.
   constexpr std::uint32_t kChunkOfEight = 8;
-  std::array<TableEntry, kEnough> entries;
+  if (bytes.size() < kEnough * kTableEntry) return false;
+  // Most codes of chunks are told apart by numbers alone.
+  bool areFlagsOfChunks = true;
+  std::uint64_t offsetBefore = 0;
   for (std::size_t i = 0; i < kEnough; ++i) {
-    const auto entry =
-        bytes.size() < i * kTableEntry ? std::nullopt : tableEntry(bytes.subspan(i * kTableEntry), codes);
-    if (!entry || (i > 0 && entry->offset <= entries[i - 1].offset)) return false;
-    entries[i] = *entry;
+    const std::uint32_t flags = avi::littleEndian32At(bytes, i * kTableEntry + 4);
+    const std::uint64_t offset = avi::littleEndian32At(bytes, i * kTableEntry + 8);
+    if (flags > kMaxTableFlags || (i > 0 && offset <= offsetBefore)) return false;
+    areFlagsOfChunks = areFlagsOfChunks && flags == kChunkOfEight;
+    offsetBefore = offset;
   }
-  return !std::ranges::all_of(entries, [](const TableEntry& entry) { return entry.flags == kChunkOfEight; });
+  if (areFlagsOfChunks) return false;
+  for (std::size_t i = 0; i < kEnough; ++i) {
+    if (!tableEntry(bytes.subspan(i * kTableEntry), codes)) return false;
+  }
+  return true;
 }
 
 std::optional<StandardIndex> standardIndex(ByteView bytes, std::uint64_t offset) {
