@@ -299,7 +299,7 @@ void Scan::add(const Candidate& candidate) {
 }  // namespace
 
 std::size_t ScanLimits::candidatesOf(std::uint64_t bytes) const {
-  constexpr std::uint64_t kAnyway = 131'072;
+  constexpr std::uint64_t kAnyway = 65'536;
   return static_cast<std::size_t>(std::min<std::uint64_t>(candidates, kAnyway + bytes / 128));
 }
 

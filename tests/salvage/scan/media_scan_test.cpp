@@ -261,8 +261,8 @@ TEST(MediaScan, HostileCodesWithoutRoomBetweenThemMakeRoomForTheFilm) {
 
 TEST(MediaScan, HostileCandidatesOfAShortFileAreFewer) {
   constexpr salvage::ScanLimits kLimits;
-  EXPECT_EQ(kLimits.candidatesOf(0), 131'072U);
-  EXPECT_EQ(kLimits.candidatesOf(128'000'000), 1'131'072U);
+  EXPECT_EQ(kLimits.candidatesOf(0), 65'536U);
+  EXPECT_EQ(kLimits.candidatesOf(128'000'000), 1'065'536U);
   EXPECT_EQ(kLimits.candidatesOf(std::uint64_t{1} << 40U), kLimits.candidates);
 }
 
