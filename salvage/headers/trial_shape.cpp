@@ -66,11 +66,17 @@ constexpr std::array kTriedSizes = {
 
 std::int64_t apart(std::byte one, std::byte other) { return std::abs(static_cast<int>(one) - static_cast<int>(other)); }
 
-/// How much neighbours differ against samples that are far apart: far below 1 in pictures, about 1 in noise.
-double roughness(const PicturePlane& plane) {
+struct Texture {
+  /// How much neighbours differ against samples that are far apart: far below 1 in pictures, about 1 in noise.
+  double roughness = 1;
+  /// By how much samples differ that are far apart.
+  double contrast = 0;
+};
+
+Texture textureOf(const PicturePlane& plane) {
   const std::size_t width = plane.width;
   const std::size_t height = plane.height;
-  if (width < 2 || height < 2) return 1;
+  if (width < 2 || height < 2) return {};
   std::int64_t across = 0;
   std::int64_t down = 0;
   std::int64_t far = 0;
@@ -85,13 +91,25 @@ double roughness(const PicturePlane& plane) {
     }
   }
   const auto count = static_cast<double>((width - 1) * (height - 1));
-  return static_cast<double>(across + down) / (2 * static_cast<double>(far) + count);
+  return {static_cast<double>(across + down) / (2 * static_cast<double>(far) + count),
+          static_cast<double>(far) / count};
 }
 
-double roughness(const Planes& planes) {
-  double sum = 0;
-  for (const PicturePlane& plane : planes) sum += roughness(plane);
-  return sum / static_cast<double>(planes.size());
+/// Of all planes; the contrast is that of the first.
+Texture textureOf(const Planes& planes) {
+  Texture whole = textureOf(planes.front());
+  for (std::size_t i = 1; i < planes.size(); ++i) whole.roughness += textureOf(planes[i]).roughness;
+  whole.roughness /= static_cast<double>(planes.size());
+  return whole;
+}
+
+/// Pictures with much noise have a quarter; those that a wrong width shears a half.
+bool isRough(const Texture& texture) { return texture.roughness > 0.35; }
+
+/// Whether it shows nothing but noise, as a flash or a dark moment does: at any width it would be as rough.
+bool isPlain(const Texture& texture) {
+  constexpr double kOfNoise = 16;
+  return isRough(texture) && texture.contrast < kOfNoise;
 }
 
 /// Whether most rows are like the ones above them: what a decoder makes of a picture for which it has no bytes.
@@ -144,11 +162,10 @@ class ShapeTrials {
   }
 
  private:
-  static constexpr std::size_t kKeys = 2;
+  static constexpr std::size_t kKeys = 2;        ///< that tell
+  static constexpr std::size_t kKeysAtHand = 6;  ///< more of them, should some be plain
   static constexpr std::uint32_t kMaxComplaints = 1;
   static constexpr double kOfComplaint = 0.2;
-  /// Pictures with much noise have a quarter; those that a wrong width shears a half.
-  static constexpr double kMaxRoughness = 0.35;
   static constexpr double kGoodScore = 0.15;
 
   struct Scored {
@@ -159,7 +176,7 @@ class ShapeTrials {
 
   /// Scores a codec at a size. \return it when it is beyond doubt
   std::optional<TrialShape> tryCodec(const TrialCodec& codec, PictureSize size) {
-    const std::vector<Bytes>& keys = keysOf(codec.codec);
+    std::vector<Bytes>& keys = keysOf(codec.codec);
     if (keys.empty() || !isPlausible(codec, size, keys.front().size())) return std::nullopt;
     Scored one;
     one.shape = {codec.codec, avi::FourCC::at(std::as_bytes(std::span(codec.code))), size, codec.bits, {}};
@@ -184,15 +201,19 @@ class ShapeTrials {
     return {shape.compression.value, shape.size.width, shape.size.height, shape.bits, shape.extra};
   }
 
-  /// Whole payloads that would be keys of such a codec, from different parts of the film. Of a codec all of whose
-  /// pictures are keys any will do.
-  const std::vector<Bytes>& keysOf(Codec codec) {
+  /// Whole payloads that would be keys of such a codec, from different parts of the film; those that told something
+  /// come first. Of a codec all of whose pictures are keys any will do.
+  std::vector<Bytes>& keysOf(Codec codec) {
     auto known = std::ranges::find(keys_, codec, &std::pair<Codec, std::vector<Bytes>>::first);
     if (known != keys_.end()) return known->second;
     const std::vector<std::uint32_t> numbers = numbersOf(codec);
     keys_.emplace_back(codec, std::vector<Bytes>());
-    for (std::size_t i = 0; i < kKeys && i < numbers.size(); ++i)
-      keys_.back().second.push_back(read(numbers[numbers.size() * (2 * i + 1) / (2 * kKeys)]));
+    std::vector<Bytes>& keys = keys_.back().second;
+    const auto readAll = [&](std::size_t count) {
+      for (std::size_t i = 0; i < count; ++i) keys.push_back(read(numbers[numbers.size() * (2 * i + 1) / (2 * count)]));
+    };
+    readAll(std::min(kKeys, numbers.size()));
+    if (numbers.size() > kKeys) readAll(std::min(kKeysAtHand, numbers.size() - kKeys));
     return keys_.back().second;
   }
 
@@ -237,8 +258,8 @@ class ShapeTrials {
     return planes;
   }
 
-  /// False when it can be none: the decoder complains, or what comes is rough.
-  bool score(Scored& one, const std::vector<Bytes>& keys) {
+  /// False when it can be none: the decoder complains, or what comes is rough, or shows nothing.
+  bool score(Scored& one, std::vector<Bytes>& keys) {
     const TrialStream stream = streamOf(one.shape);
     if (!decoder_.open(stream)) return false;
     std::uint32_t complaints = 0;
@@ -246,25 +267,33 @@ class ShapeTrials {
     if (one.shape.codec == Codec::msMpeg4)
       static_cast<void>(decode(stream, keys.front(), WantedPlanes::none, complaints));
     if (complaints > kMaxComplaints) return false;
-    for (const Bytes& key : keys) {
+    std::size_t telling = 0;
+    for (std::size_t i = 0; i < keys.size() && telling < kKeys; ++i) {
       complaints = 0;
-      const Planes planes = decode(stream, key, WantedPlanes::all, complaints);
+      const Planes planes = decode(stream, keys[i], WantedPlanes::all, complaints);
       if (complaints > kMaxComplaints || planes.empty() || planes.front().width != stream.width ||
           planes.front().height != stream.height || isMostlyFlat(planes.front()))
         return false;
+      const Texture texture = textureOf(planes);
+      if (isPlain(texture)) continue;
+      if (isRough(texture)) return false;
       one.isFlat = one.isFlat || std::ranges::any_of(planes, isMostlyFlat);
-      const double rough = roughness(planes);
-      if (rough > kMaxRoughness) return false;
-      one.score += (kOfComplaint * complaints + rough) / static_cast<double>(keys.size());
+      one.score += kOfComplaint * complaints + texture.roughness;
+      std::rotate(keys.begin() + static_cast<std::ptrdiff_t>(telling), keys.begin() + static_cast<std::ptrdiff_t>(i),
+                  keys.begin() + static_cast<std::ptrdiff_t>(i) + 1);
+      ++telling;
     }
-    return true;
+    one.score /= static_cast<double>(std::max<std::size_t>(telling, 1));
+    return telling > 0;
   }
 
   /// Whether the end of a payload is an edge of its picture, which is whole.
   [[nodiscard]] bool endsAtEdge(const TrialStream& stream, Bytes payload) {
     std::uint32_t complaints = 0;
     const Planes whole = decode(stream, payload, WantedPlanes::all, complaints);
-    if (complaints > kMaxComplaints || whole.empty() || roughness(whole) > kMaxRoughness) return false;
+    if (complaints > kMaxComplaints || whole.empty()) return false;
+    const Texture texture = textureOf(whole);
+    if (isRough(texture) && !isPlain(texture)) return false;
     const auto tail = static_cast<std::ptrdiff_t>(payload.size() / 64 + 4);
     std::fill(payload.end() - tail, payload.end(), std::byte{0});
     const Planes changed = decode(stream, payload, WantedPlanes::all, complaints);

@@ -100,6 +100,30 @@ class TrialShapeTest : public testing::Test {
   TrialBudget budget;
 };
 
+/// A white picture with noise of some steps.
+Bytes flash(PictureSize size) {
+  Bytes payload(kMark);
+  std::uint32_t state = 1;
+  for (std::uint32_t i = 0; i < size.width * size.height; ++i) {
+    state = state * 1664525U + 1013904223U;
+    payload.push_back(static_cast<std::byte>(225U + (state >> 24U) % 20U));
+  }
+  return payload;
+}
+
+TEST_F(TrialShapeTest, PicturesThatShowNothingButNoiseAreNotAsked) {
+  constexpr PictureSize kSize{320, 240};
+  std::vector<Bytes> payloads = film(kSize);
+  for (const std::size_t dark : {0U, 2U, 3U, 6U}) payloads[dark] = flash(kSize);
+  const auto shape = shapeOf(payloads);
+  ASSERT_TRUE(shape);
+  EXPECT_EQ(shape->size, kSize);
+}
+
+TEST_F(TrialShapeTest, WhatShowsNothingButNoiseAnywhereHasNoSize) {
+  EXPECT_FALSE(shapeOf(std::vector<Bytes>(8, flash({320, 240}))));
+}
+
 TEST_F(TrialShapeTest, SizeIsThatWithTheSmoothestPicture) {
   for (const PictureSize size : {PictureSize{176, 144}, PictureSize{320, 240}, PictureSize{480, 272}}) {
     const auto shape = shapeOf(film(size));
