@@ -5,6 +5,7 @@
 #include "salvage/plan/film_plan.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <optional>
 #include <span>
@@ -75,6 +76,7 @@ class Planner {
   [[nodiscard]] std::optional<std::uint64_t> picturesOfAll() const;
   [[nodiscard]] std::optional<std::uint64_t> missingBytes() const;
   [[nodiscard]] std::vector<MissingBytes> missingWhereTorn() const;
+  [[nodiscard]] std::uint64_t tailOf(const ByteSpan& gap) const;
   void addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes);
   void insertParts();
 
@@ -150,6 +152,16 @@ void Planner::eachRoom(const Visit& visit) const {
   if (!tellsAll()) add({entries_.size(), std::max<std::int64_t>(0, endOf(entries_.size() - 1)), dataEnd, kEndless});
 }
 
+/// The bytes at the end of a gap that follow what was overwritten in it; 0 where nothing tells of that.
+std::uint64_t Planner::tailOf(const ByteSpan& gap) const {
+  std::uint64_t begin = gap.begin;
+  for (const auto* spans : {&evidence_.scan.zeroed, &evidence_.scan.unreadable, &evidence_.scan.unrescued}) {
+    const auto behind = std::ranges::lower_bound(*spans, gap.end, {}, &ByteSpan::begin);
+    if (behind != spans->begin()) begin = std::max(begin, std::prev(behind)->end);
+  }
+  return begin == gap.begin ? 0 : gap.end - std::min(gap.end, begin);
+}
+
 /// Adds a part of the chain, unless it is more than the original had room for: then it is a copy, or another film's.
 void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes) {
   constexpr std::uint64_t kSlack = 64;
@@ -163,7 +175,8 @@ void Planner::addPart(ChainFilm part, const Room& room, std::uint64_t fileBytes)
     if (gaps_.size() >= ChainFilm::kMaxGaps || gap.before > part.slots.size()) break;
     const std::uint64_t bytes = std::min(gap.end - gap.begin, left);
     if (left != kEndless) left -= bytes;
-    gaps_.push_back({place + gap.before, bytes, gap.longer, gap.missing, gap.isTorn});
+    const std::uint64_t tail = gap.isTorn ? 0 : std::min(bytes, tailOf({gap.begin, gap.end}));
+    gaps_.push_back({place + gap.before, bytes, gap.longer, gap.missing, gap.isTorn, tail});
     if (gap.missing > 0 && gap.before > 0)
       tears_.push_back({{gap.begin, gap.missing}, part.slots[gap.before - 1].source});
   }

@@ -155,8 +155,7 @@ void Timeline::advance(const Slot& slot) {
   track->clock += seconds(slot);
 }
 
-/// The lag of each track after a gap, as if nothing were missing in it; nothing where no chunk of it comes before
-/// `end`.
+/// The lag of each track after a gap, as if nothing were missing; nothing where no chunk of it comes before `end`.
 std::vector<std::optional<double>> Timeline::lagsBehind(std::size_t slot, std::size_t end) const {
   constexpr std::size_t kTight = 3;
   struct Behind {
@@ -264,8 +263,7 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
   }
   if (known.empty() && !tracks_.empty() && !isLast) return std::nullopt;
   // The track whose chunks are shortest tells most exactly.
-  const auto tightest = std::ranges::min_element(
-      known, [&](std::size_t one, std::size_t other) { return tracks_[one].chunkTime < tracks_[other].chunkTime; });
+  const auto tightest = std::ranges::min_element(known, {}, [&](std::size_t t) { return tracks_[t].chunkTime; });
   if (tightest != known.end()) {
     for (std::size_t t = 0; t < tracks_.size(); ++t) {
       if (std::ranges::find(known, t) == known.end()) shift[t] = shift[*tightest];
@@ -273,10 +271,9 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
   }
   bool isExact = false;
   if (pictures_) {
-    const double slack = 0.75;
     double least = 0;
-    for (const std::size_t t : known) least = std::max(least, -shift[t] / pictureTime_ - slack);
-    const double estimate = gap.bytes > 0 ? picturesByBytes(gap.bytes, shift) : least;
+    for (const std::size_t t : known) least = std::max(least, -shift[t] / pictureTime_ - 0.75);
+    const double estimate = gap.bytes > 0 ? picturesByBytes(gap.bytes - gap.tail, shift) : least;
     const auto turned = turnedBy(gap.before, end);
     missing.pictures =
         share ? std::max(*share, pickPictures(least, least, std::nullopt)) : pickPictures(estimate, least, turned);
@@ -350,7 +347,10 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
       openPlace = made_.size();
       openBytes = gap.bytes;
     }
-    open = {gap.before, (isOpen ? open.bytes : 0) + gap.bytes, 0, 0, gap.isTorn || (isOpen && open.isTorn)};
+    if (!isOpen) open = {};
+    // The chunk whose rest a tail is counts as one of usual size.
+    const std::uint64_t tail = gap.tail - std::min(gap.tail, static_cast<std::uint64_t>(pictureBytes_));
+    open = {gap.before, open.bytes + gap.bytes, 0, 0, gap.isTorn || open.isTorn, open.tail + tail};
     const std::size_t filled = estimates_.size();
     const auto share = filled < shares.size() ? std::optional(shares[filled].pictures) : std::nullopt;
     const bool isLast = g + 1 == gaps_.size() || gaps_[g + 1].before >= plan_.slots.size();

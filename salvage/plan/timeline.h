@@ -26,6 +26,7 @@ struct FilmGap {
   std::uint32_t longer = 0;   ///< the size of the slot before it, should nothing be missing; 0 when that cannot be
   std::uint64_t missing = 0;  ///< bytes that are known to be missing from the file
   bool isTorn = false;        ///< bytes are missing from the file
+  std::uint64_t tail = 0;     ///< of `bytes`, the last ones that were not overwritten: no chunk begins in them
 };
 
 /// Fills the gaps with slots that are `SlotState::refilled`: empty chunks for pictures, silence for sound, in turn. A

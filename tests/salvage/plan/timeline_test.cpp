@@ -92,6 +92,18 @@ TEST(Timeline, BytesTellHowManyPairsAreLost) {
   EXPECT_EQ(film.filled({{20, 3 * (1008 + 1288), 0, 0, false}}), pairsOf(10) + "PSPSPS" + pairsOf(17));
 }
 
+TEST(Timeline, WhatWasNotOverwrittenAtTheEndOfAGapIsOneChunk) {
+  Gapped film(30);
+  film.lose(20, 2);
+  // A pair is lost; the sound's end and all of a picture that was ten times as large are still there.
+  FilmGap gap{20, 1288 + 10'008, 0, 0, false, 10'000};
+  EXPECT_EQ(film.filled({gap}), pairsOf(10) + "PS" + pairsOf(19));
+  Gapped unknown(30);
+  unknown.lose(20, 2);
+  gap.tail = 0;
+  EXPECT_EQ(unknown.filled({gap}), pairsOf(10) + pairsOf(5).replace(0, 10, "PSPSPSPSPS") + pairsOf(19));
+}
+
 TEST(Timeline, LagTellsThatSoundAloneIsLost) {
   Gapped film(30);
   film.lose(21, 1);
