@@ -77,8 +77,7 @@ class ScatteredPieces {
 /// Whether the file's system keeps it in memory, where no read has to wait for a disk or a server.
 bool liesInMemory(const Descriptor& descriptor) {
   struct statfs status {};
-  return ::fstatfs(descriptor.number(), &status) == 0 &&
-         (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
+  return ::fstatfs(descriptor.number(), &status) == 0 && (status.f_type == TMPFS_MAGIC || status.f_type == RAMFS_MAGIC);
 }
 
 class LinuxReadableFile final : public ReadableFile {

@@ -1,6 +1,5 @@
 #include "salvage/scan/index_places.h"
 
-
 #include "avi/byte_order.h"
 #include "avi/chunk_codes.h"
 

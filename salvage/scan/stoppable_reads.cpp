@@ -32,9 +32,9 @@ struct StoppableReads::Apart {
 
   const std::shared_ptr<platform::ReadableFile> file;
   std::mutex mutex;
-  std::condition_variable asked;     ///< for the thread apart
-  std::condition_variable answered;  ///< for who asked it
-  std::condition_variable freed;     ///< for who asks next
+  std::condition_variable asked;              ///< for the thread apart
+  std::condition_variable answered;           ///< for who asked it
+  std::condition_variable freed;              ///< for who asks next
   std::optional<platform::PageBytes> buffer;  ///< once the thread was started
   bool isStarted = false;
   bool isRefused = false;  ///< there is no thread
