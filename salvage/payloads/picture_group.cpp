@@ -33,15 +33,9 @@ std::uint32_t groupTurn(std::uint32_t picturesPerSecond) { return kSecondsADay *
 std::optional<std::uint32_t> numberByGroup(std::span<const std::byte> head, std::uint32_t picturesPerSecond) {
   constexpr unsigned kGroup = 0xb8;
   constexpr unsigned kPicture = 0x00;
-  constexpr unsigned kReferenceBits = 10;
-  std::optional<std::uint32_t> first;
   for (StartCodes codes(head); const auto code = codes.next();) {
-    if (code->type == kGroup) first = timeCode(code->rest, picturesPerSecond);
-    if (code->type != kPicture) continue;
-    BitReader bits(code->rest);
-    const std::uint32_t reference = bits.read(kReferenceBits);
-    if (!first || bits.isPastEnd()) return std::nullopt;
-    return (*first + reference) % groupTurn(picturesPerSecond);
+    if (code->type == kPicture) break;
+    if (code->type == kGroup) return timeCode(code->rest, picturesPerSecond);
   }
   return std::nullopt;
 }

@@ -7,8 +7,9 @@
 
 namespace zelvo::salvage {
 
-/// The number of the picture in display order by the time_code of the group_of_pictures_header in front of it and its
-/// temporal_reference, below `groupTurn`; nothing when no group begins in `head`, or its time code is none.
+/// The number of the first picture of a group, in the order in which pictures are stored, by the time_code of its
+/// group_of_pictures_header: that of the one that is shown first, which is as many behind the stored one as pictures of
+/// the group are shown before it. Below `groupTurn`; nothing when no group begins in `head`, or its time code is none.
 /// `picturesPerSecond`: as time codes count, a whole number above zero.
 /// Thread: any.
 [[nodiscard]] std::optional<std::uint32_t> numberByGroup(std::span<const std::byte> head,
