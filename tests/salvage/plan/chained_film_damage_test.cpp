@@ -137,6 +137,25 @@ TEST(ChainedFilmDamage, DoubledSpanIsTakenOnce) {
   EXPECT_EQ(planOfChain(film), allBut(80));
 }
 
+TEST(ChainedFilmDamage, DoubledSpanWithoutAWholeChunkIsTakenOnce) {
+  for (const std::uint64_t back : {100U, 700U}) {
+    MadeFilm film = chained();
+    const std::uint64_t end = film.headers[20] + 600;
+    film.insert(end, film.part(film.headers[20] - back, 600 + back));
+    EXPECT_EQ(planOfChain(film), allBut(80)) << back;
+  }
+}
+
+TEST(ChainedFilmDamage, ChunkThatIsLikeATornOneIsNoCopy) {
+  MadeFilm film = chained();
+  const std::uint64_t end = film.headers[20] + 600;
+  platform::Bytes copy = film.part(film.headers[20] - 100, 700);
+  copy[50] ^= std::byte{1};
+  film.insert(end, copy);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_GT(planned.plan.slots.size(), 80U);
+}
+
 TEST(ChainedFilmDamage, BytesOfAnotherPlaceAreAGap) {
   for (const std::size_t from : {4U, 50U}) {
     MadeFilm film = chained();
