@@ -13,6 +13,8 @@ constexpr std::size_t kMaxLooks = 4096;
 constexpr std::size_t kHead = 512;
 /// A group is seldom longer.
 constexpr std::size_t kPicturesOfTwoGroups = 36;
+/// Their clocks agree, where they are believed at all.
+constexpr std::size_t kGroups = 3;
 
 }  // namespace
 
@@ -62,8 +64,9 @@ std::optional<double> ClockTurns::phase(std::span<const Slot> slots, bool isBack
   std::int64_t number = 0;
   const double turn = clock_.turn();
   const std::size_t pictures = clock_.isOfGroups() ? kPicturesOfTwoGroups : kMaxLooks;
+  const std::size_t clocks = clock_.isOfGroups() ? kGroups : kClocks;
   std::size_t looks = 0;
-  for (std::size_t i = 0; i < std::min(slots.size(), kMaxLooks) && phases.size() < kClocks && looks < pictures; ++i) {
+  for (std::size_t i = 0; i < std::min(slots.size(), kMaxLooks) && phases.size() < clocks && looks < pictures; ++i) {
     const Slot& slot = isBackwards ? slots[slots.size() - 1 - i] : slots[i];
     if (slot.stream != stream_ || slot.isPalette) continue;
     if (isBackwards) --number;
