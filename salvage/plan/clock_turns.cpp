@@ -13,8 +13,7 @@ constexpr std::size_t kMaxLooks = 4096;
 constexpr std::size_t kHead = 512;
 /// A group is seldom longer.
 constexpr std::size_t kPicturesOfTwoGroups = 36;
-/// Their clocks agree, where they are believed at all.
-constexpr std::size_t kGroups = 3;
+constexpr std::size_t kGroups = 5;
 
 }  // namespace
 
@@ -88,6 +87,8 @@ std::optional<double> ClockTurns::phase(std::span<const Slot> slots, bool isBack
     most = alike;
     best = value;
   }
+  // The clocks of groups agree, or some of them are hurt.
+  if (clock_.isOfGroups() && phases.size() > 1 && most < 2) return std::nullopt;
   return best;
 }
 
