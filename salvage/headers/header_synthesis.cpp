@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "salvage/headers/film_clock.h"
+#include "salvage/headers/proved_shape.h"
 #include "salvage/headers/stream_header.h"
 #include "salvage/headers/trial_shape.h"
 
@@ -103,10 +104,11 @@ class Synthesis {
   /// By the marks of its codec; where there are none, by trial.
   [[nodiscard]] PictureShape shapeOf(const StreamSample& sample, std::optional<PictureSize> known) {
     PictureShape shape = pictureShape(sample, known);
-    const auto likely = codecWithoutMarks(sample);
-    if (!likely || lost_.input == nullptr || lost_.decoder == nullptr) return shape;
+    if (lost_.input == nullptr || lost_.decoder == nullptr) return shape;
     const TrialChunks chunks{*lost_.input, lost_.candidates, lost_.chain, sample.seen.number};
-    const auto tried = tryShapes(*lost_.decoder, chunks, *likely, known, budget_);
+    auto tried = provedShape(*lost_.decoder, chunks, sample, known, budget_);
+    const auto likely = tried ? std::nullopt : codecWithoutMarks(sample);
+    if (likely) tried = tryShapes(*lost_.decoder, chunks, *likely, known, budget_);
     if (!tried) return shape;
     shape.codec = tried->codec;
     shape.compression = tried->compression;
