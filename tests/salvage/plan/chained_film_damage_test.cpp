@@ -111,6 +111,17 @@ TEST(ChainedFilmDamage, MissingBytesKeepTheFilmInStep) {
   EXPECT_NEAR(pictures, sound, 0.03);
 }
 
+TEST(ChainedFilmDamage, LongFirstSoundThatLacksSomeBytesIsNoUsualOne) {
+  MadeFilm film = chained();
+  constexpr std::uint32_t kLead = 4000;
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[1]) + 4, MadeFilm::kSound + kLead);
+  film.insert(film.headers[1] + 8 + MadeFilm::kSound, noise(kLead));
+  film.remove(film.headers[1] + 100, 8);
+  const PlannedFilm planned(film.bytes);
+  ASSERT_EQ(planned.plan.slots.size(), 80U);
+  EXPECT_EQ(planned.plan.slots[1].size, MadeFilm::kSound + kLead - 8);
+}
+
 TEST(ChainedFilmDamage, FalseHeaderInsideAPayloadIsLeftOut) {
   MadeFilm film = chained();
   overwrite(film.bytes, static_cast<std::size_t>(film.headers[20]) + 100, std::string_view("01wb\x40\0\0\0", 8));
