@@ -15,7 +15,7 @@ constexpr std::array kPictureRates{
     PictureRate{10, 1}, PictureRate{50, 1},       PictureRate{60, 1},       PictureRate{60000, 1001},
     PictureRate{25, 2}, PictureRate{16, 1},       PictureRate{18, 1},       PictureRate{8, 1},
     PictureRate{5, 1},  PictureRate{15, 2},       PictureRate{15000, 1001}, PictureRate{6, 1},
-    PictureRate{14, 1}, PictureRate{1, 1},
+    PictureRate{14, 1}, PictureRate{1, 1},        PictureRate{70, 1},
 };
 constexpr std::array<std::uint32_t, 9> kSampleRates{44100, 48000, 22050, 32000, 11025, 8000, 16000, 24000, 96000};
 constexpr std::array<std::uint32_t, 9> kSlowSampleRates{22050, 11025, 8000, 16000, 44100, 32000, 48000, 24000, 12000};

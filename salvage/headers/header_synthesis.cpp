@@ -7,9 +7,11 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <functional>
 #include <utility>
 
 #include "salvage/headers/film_clock.h"
+#include "salvage/headers/proved_shape.h"
 #include "salvage/headers/stream_header.h"
 #include "salvage/headers/trial_shape.h"
 
@@ -77,6 +79,7 @@ class Synthesis {
     findRates();
     for (const LostPictures& pictures : pictures_) add(pictures);
     for (const LostSound& sound : sounds_) add(sound);
+    for (const StreamSample& text : texts_) addText(text);
     return std::move(fields_);
   }
 
@@ -92,6 +95,8 @@ class Synthesis {
         if (shape.codec != Codec::unknown) pictures_.push_back({sample, std::move(shape)});
       } else if (type == avi::kAuds) {
         sounds_.push_back({sample, soundShape(sample), std::nullopt});
+      } else if (type == avi::FourCC{"txts"}) {
+        texts_.push_back(sample);
       }
     }
   }
@@ -99,10 +104,11 @@ class Synthesis {
   /// By the marks of its codec; where there are none, by trial.
   [[nodiscard]] PictureShape shapeOf(const StreamSample& sample, std::optional<PictureSize> known) {
     PictureShape shape = pictureShape(sample, known);
-    const auto likely = codecWithoutMarks(sample);
-    if (!likely || lost_.input == nullptr || lost_.decoder == nullptr) return shape;
+    if (lost_.input == nullptr || lost_.decoder == nullptr) return shape;
     const TrialChunks chunks{*lost_.input, lost_.candidates, lost_.chain, sample.seen.number};
-    const auto tried = tryShapes(*lost_.decoder, chunks, *likely, known, budget_);
+    auto tried = provedShape(*lost_.decoder, chunks, sample, known, budget_);
+    const auto likely = tried ? std::nullopt : codecWithoutMarks(sample);
+    if (likely) tried = tryShapes(*lost_.decoder, chunks, *likely, known, budget_);
     if (!tried) return shape;
     shape.codec = tried->codec;
     shape.compression = tried->compression;
@@ -123,6 +129,7 @@ class Synthesis {
     return first;
   }
 
+  /// What comes with a picture of a stream that has none.
   [[nodiscard]] std::optional<SoundShare> shareOf(std::uint8_t sound) const {
     const auto pictures = firstPictures();
     if (!pictures) return std::nullopt;
@@ -240,10 +247,20 @@ class Synthesis {
     tell(number, "sample rate", std::to_string(sound.shape.rate), std::move(rates));
   }
 
+  /// Each text follows the one before it after as many pictures as they come with.
+  void addText(const StreamSample& text) {
+    const std::uint8_t number = text.seen.number;
+    const auto share = shareOf(number);
+    const PictureRate rate = share ? usualPictureRate(share->chunks * rate_->perSecond()) : PictureRate{1, 1};
+    addStream(header_, {number, text.seen.code, makeTextHeader(rate), HeaderOrigin::synthesised});
+    tell(number, "rate", shown(rate.perSecond()));
+  }
+
   FilmHeader& header_;
   const LostHeaders& lost_;
   std::vector<LostPictures> pictures_;
   std::vector<LostSound> sounds_;
+  std::vector<std::reference_wrapper<const StreamSample>> texts_;
   std::optional<PictureRate> rate_;
   std::vector<RatePair> pairs_;  ///< set when the rates were chosen among these
   std::vector<FoundField> fields_;

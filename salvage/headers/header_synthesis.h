@@ -23,7 +23,7 @@ struct KnownRates {
 /// One field that had to be found.
 struct FoundField {
   std::uint8_t stream = 0;  ///< its number in the damaged film
-  std::string name;         ///< "codec", "size", "frame rate", "sample rate", "channels", "bits"
+  std::string name;         ///< "codec", "size", "frame rate", "sample rate", "channels", "bits", "rate"
   std::string value;
   std::vector<std::string> alternatives;  ///< that fit nearly or just as well
 };
@@ -38,8 +38,8 @@ struct LostHeaders {
   platform::TrialDecoder* decoder = nullptr;  ///< what they are tried with; null without one
 };
 
-/// Adds to `header` each of the streams that can be recognised, and tells what was found. A stream of text, and
-/// pictures of an unknown codec or size, cannot.
+/// Adds to `header` each of the streams that can be recognised, and tells what was found. Pictures of an unknown codec
+/// or size cannot.
 /// Thread: any; seconds at the most where pictures must be tried.
 std::vector<FoundField> synthesiseHeaders(FilmHeader& header, const LostHeaders& lost);
 

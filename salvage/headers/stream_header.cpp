@@ -183,4 +183,10 @@ SurvivingStream makeSoundHeader(const SoundShape& shape, std::uint32_t largestCh
   return stream;
 }
 
+SurvivingStream makeTextHeader(PictureRate rate) {
+  SurvivingStream stream = begin(avi::FourCC{"txts"}, {}, 0);
+  setClock(stream, rate.scale, rate.rate);
+  return stream;
+}
+
 }  // namespace zelvo::salvage

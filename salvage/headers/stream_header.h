@@ -11,6 +11,9 @@ namespace zelvo::salvage {
 /// \pre `shape.rate` is above 0.
 [[nodiscard]] SurvivingStream makeSoundHeader(const SoundShape& shape, std::uint32_t largestChunk);
 
+/// Of a stream of text with so many chunks a second.
+[[nodiscard]] SurvivingStream makeTextHeader(PictureRate rate);
+
 /// Sets dwScale and dwRate, in the fields and in the bytes of "strh".
 void setClock(SurvivingStream& stream, std::uint32_t scale, std::uint32_t rate);
 

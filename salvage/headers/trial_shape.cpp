@@ -5,11 +5,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
 #include "avi/byte_order.h"
+#include "salvage/headers/picture_texture.h"
 #include "salvage/payloads/key_picture.h"
 
 namespace zelvo::salvage {
@@ -20,7 +20,6 @@ using platform::Bytes;
 using platform::PicturePlane;
 using platform::TrialStream;
 using platform::WantedPlanes;
-using Planes = std::vector<PicturePlane>;
 
 struct TrialCodec {
   std::string_view code;
@@ -63,64 +62,6 @@ constexpr std::array kTriedSizes = {
     PictureSize{1280, 960}, PictureSize{1280, 1024}, PictureSize{1440, 1080}, PictureSize{1920, 1080},
     PictureSize{1920, 800},
 };
-
-std::int64_t apart(std::byte one, std::byte other) { return std::abs(static_cast<int>(one) - static_cast<int>(other)); }
-
-struct Texture {
-  /// How much neighbours differ against samples that are far apart: far below 1 in pictures, about 1 in noise.
-  double roughness = 1;
-  /// By how much samples differ that are far apart.
-  double contrast = 0;
-};
-
-Texture textureOf(const PicturePlane& plane) {
-  const std::size_t width = plane.width;
-  const std::size_t height = plane.height;
-  if (width < 2 || height < 2) return {};
-  std::int64_t across = 0;
-  std::int64_t down = 0;
-  std::int64_t far = 0;
-  const auto& samples = plane.samples;
-  for (std::size_t y = 0; y + 1 < height; ++y) {
-    const std::size_t farRow = (y + height / 2) % height * width;
-    for (std::size_t x = 0; x + 1 < width; ++x) {
-      const std::size_t at = y * width + x;
-      across += apart(samples[at], samples[at + 1]);
-      down += apart(samples[at], samples[at + width]);
-      far += apart(samples[at], samples[farRow + (x + width / 2) % width]);
-    }
-  }
-  const auto count = static_cast<double>((width - 1) * (height - 1));
-  return {static_cast<double>(across + down) / (2 * static_cast<double>(far) + count),
-          static_cast<double>(far) / count};
-}
-
-/// Of all planes; the contrast is that of the first.
-Texture textureOf(const Planes& planes) {
-  Texture whole = textureOf(planes.front());
-  for (std::size_t i = 1; i < planes.size(); ++i) whole.roughness += textureOf(planes[i]).roughness;
-  whole.roughness /= static_cast<double>(planes.size());
-  return whole;
-}
-
-/// Pictures with much noise have a quarter; those that a wrong width shears a half.
-bool isRough(const Texture& texture) { return texture.roughness > 0.35; }
-
-/// Whether it shows nothing but noise, as a flash or a dark moment does: at any width it would be as rough.
-bool isPlain(const Texture& texture) {
-  constexpr double kOfNoise = 16;
-  return isRough(texture) && texture.contrast < kOfNoise;
-}
-
-/// Whether most rows are like the ones above them: what a decoder makes of a picture for which it has no bytes.
-bool isMostlyFlat(const PicturePlane& plane) {
-  std::size_t alike = 0;
-  for (std::size_t y = 1; y < plane.height; ++y) {
-    const auto row = plane.samples.begin() + static_cast<std::ptrdiff_t>(y * plane.width);
-    alike += std::equal(row, row + static_cast<std::ptrdiff_t>(plane.width), row - plane.width) ? 1U : 0U;
-  }
-  return alike * 2 > plane.height;
-}
 
 /// The first row in which two planes of one size differ, and the last one.
 std::optional<std::pair<std::size_t, std::size_t>> changedRows(const PicturePlane& before, const PicturePlane& after) {
@@ -345,6 +286,8 @@ class ShapeTrials {
 };
 
 }  // namespace
+
+std::span<const PictureSize> usualSizes() { return kTriedSizes; }
 
 std::optional<TrialShape> tryShapes(platform::TrialDecoder& decoder, const TrialChunks& chunks, Codec likely,
                                     std::optional<PictureSize> known, TrialBudget& budget) {

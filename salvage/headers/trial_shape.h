@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "avi/fourcc.h"
@@ -34,6 +35,9 @@ struct TrialChunks {
   const ChunkChain& chain;  ///< that of `candidates`
   std::uint8_t stream = 0;  ///< its number
 };
+
+/// The commonest first.
+[[nodiscard]] std::span<const PictureSize> usualSizes();
 
 /// `known`: the size of pictures where a main header says it; then no other is tried unless that one fails. Nothing
 /// when the stream's pictures are of none of the codecs, of no usual size, or need what a header alone held.

@@ -83,7 +83,7 @@ constexpr std::array kPictureCodes = {
     PictureCode{"NV12", Codec::rawPicture},  PictureCode{"Y800", Codec::rawPicture},
     PictureCode{"RGB ", Codec::rawPicture},  PictureCode{"DIB ", Codec::rawPicture},
     PictureCode{"RAW ", Codec::rawPicture},  PictureCode{"V210", Codec::rawPicture},
-    PictureCode{"Y41P", Codec::rawPicture},
+    PictureCode{"Y41P", Codec::rawPicture},  PictureCode{"ZMBV", Codec::zmbv},
 };
 
 std::optional<Codec> pictureCodec(avi::FourCC code) {

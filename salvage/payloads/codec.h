@@ -32,6 +32,7 @@ enum class Codec : std::uint8_t {
   msVideo8,     ///< Microsoft Video 1 with a palette
   msVideo16,    ///< the same with 16 bits a pixel
   msRunLength,  ///< Microsoft RLE
+  zmbv,         ///< zipped blocks that moved
   // Sound.
   pcm,       ///< whole samples
   aLaw,      ///< G.711

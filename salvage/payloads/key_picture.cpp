@@ -178,6 +178,8 @@ std::optional<bool> isKeyPicture(Codec codec, std::span<const std::byte> head) {
       return isVp9Key(head);
     case Codec::vp8:
       return isZero(head, 0, 0x01);
+    case Codec::zmbv:
+      return !*isZero(head, 0, 0x01);
     default:
       return std::nullopt;
   }

@@ -69,6 +69,7 @@ TEST(FilmClock, RatesSnapToUsualOnes) {
   EXPECT_EQ(salvage::usualPictureRate(25.05), (PictureRate{25, 1}));
   EXPECT_EQ(salvage::usualPictureRate(29.97), (PictureRate{30000, 1001}));
   EXPECT_EQ(salvage::usualPictureRate(29.999), (PictureRate{30, 1}));
+  EXPECT_EQ(salvage::usualPictureRate(69.981), (PictureRate{70, 1}));
   EXPECT_EQ(salvage::usualPictureRate(22), (PictureRate{22000, 1000}));
   EXPECT_EQ(salvage::usualSampleRate(43900), 44100U);
   EXPECT_EQ(salvage::usualSampleRate(40000), 40000U);

@@ -168,6 +168,25 @@ TEST(HeaderSynthesis, ASurvivingHeaderIsTheClockOfTheLostOne) {
   EXPECT_EQ(header.streams[0].header.scale, 2U);
 }
 
+TEST(HeaderSynthesis, TextComesAsOftenAsItDoesAmongPictures) {
+  Bare film;
+  for (unsigned i = 0; i < 200; ++i) {
+    film.add("00dc", jpeg(300 + i));
+    film.add("01wb", noisePayload(882, i));
+    if (i % 50 == 0) film.add("02tx", Bytes(40 + i, std::byte{0x41}));
+  }
+  const Found found(film);
+  ASSERT_EQ(found.header.streams.size(), 3U);
+  const auto& text = found.header.streams[2];
+  EXPECT_EQ(text.number, 2);
+  EXPECT_EQ(text.origin, HeaderOrigin::synthesised);
+  EXPECT_EQ(text.header.type, avi::FourCC{"txts"});
+  EXPECT_EQ(text.header.rate, 500U);
+  EXPECT_EQ(text.header.scale, 1000U);
+  EXPECT_EQ(text.header.header.size(), 56U);
+  EXPECT_EQ(found.valueOf(2, "rate"), "0.5");
+}
+
 TEST(HeaderSynthesis, PicturesOfAnUnknownSizeAreLeftOut) {
   Bare film;
   for (unsigned i = 0; i < 20; ++i) film.add("00dc", Bytes(101 + i, std::byte{0x77}));

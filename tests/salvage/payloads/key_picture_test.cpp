@@ -87,6 +87,8 @@ TEST(KeyPicture, OthersHaveABitForIt) {
   EXPECT_EQ(isKeyPicture(Codec::ffv1, numbered({0x7f, 0x7f})), false);
   EXPECT_EQ(isKeyPicture(Codec::vp8, numbered({0x10})), true);
   EXPECT_EQ(isKeyPicture(Codec::vp8, numbered({0x11})), false);
+  EXPECT_EQ(isKeyPicture(Codec::zmbv, numbered({1, 0, 1})), true);
+  EXPECT_EQ(isKeyPicture(Codec::zmbv, numbered({2, 0, 1})), false);
   EXPECT_EQ(isKeyPicture(Codec::vp3OrVp6, numbered({0x7f})), true);
   EXPECT_EQ(isKeyPicture(Codec::vp3OrVp6, numbered({0x80})), false);
   EXPECT_EQ(isKeyPicture(Codec::h263, numbered({0, 0, 0x80, 0, 0x00})), true);
