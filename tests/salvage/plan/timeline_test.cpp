@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/salvage/codec_films.h"
+#include "tests/salvage/made_film.h"
 #include "tests/salvage/planned_film.h"
 
 namespace zelvo::tests {
