@@ -58,6 +58,7 @@ class Cuts {
     neighbours.isKey = slots[number].hasKeyFlag;
     const Codec codec = codecOf(evidence_.header.streams[stream].header);
     neighbours.needsKey = codec == Codec::h264 || codec == Codec::hevc;
+    neighbours.needsTwoKeys = codec == Codec::mpegVideo;
     std::vector<std::size_t> before;
     std::size_t bytes = 0;
     for (std::size_t i = number; i > 0; --i) {

@@ -123,6 +123,21 @@ TEST_F(CutSearchTest, CutThatIsNotTakenAmongItsNeighboursIsNone) {
   EXPECT_EQ(search(bytes), 2000U);
 }
 
+TEST_F(CutSearchTest, TheKeyStandsForBothPicturesThatOneIsPredictedFrom) {
+  decoder.picturesBefore = 2;
+  EXPECT_EQ(search(withForeignBytes(2000)), std::nullopt);
+  neighbours.needsTwoKeys = true;
+  EXPECT_EQ(search(withForeignBytes(2000)), 2000U);
+}
+
+TEST_F(CutSearchTest, EachKeyBeforeATrialCounts) {
+  neighbours.needsTwoKeys = true;
+  budget = TrialBudget(TrialBudget::kLeast * 30);
+  EXPECT_EQ(DecodedTrial(decoder, stream, neighbours, budget).trialsLeft(100), 9U);
+  neighbours.isKey = true;
+  EXPECT_EQ(DecodedTrial(decoder, stream, neighbours, budget).trialsLeft(100), 29U);
+}
+
 TEST_F(CutSearchTest, PictureThatIsFarFromItsNeighboursIsNone) {
   Bytes bytes = withForeignBytes(1);
   bytes[3000] ^= std::byte{1};
