@@ -18,6 +18,8 @@ namespace {
 
 constexpr unsigned kMarkOfJpeg = 0xff;
 constexpr std::uint32_t kMaxTried = 1U << 15U;
+/// Units that are kept of the front, and of the walks behind cuts: of more than these nothing is told.
+constexpr std::size_t kMaxKept = std::size_t{1} << 20U;
 constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
 
 class CutWalks {
@@ -31,7 +33,7 @@ class CutWalks {
     // A payload may hold two fields, each a picture of its own.
     while (begin < size_ && walkFront(begin)) begin = nextPicture();
     if (isBroken_) found.cuts = likelyCuts();
-    if (walked_ > maxWalked_) found.cuts.clear();
+    if (isOver()) found.cuts.clear();
     found.walked = walked_;
     return found;
   }
@@ -45,7 +47,7 @@ class CutWalks {
   /// True when the picture that begins there is whole; sets `isBroken_` when its scan is not.
   bool walkFront(std::size_t begin) {
     const auto scan = jpegScan(bytes_.subspan(begin, size_ - begin));
-    if (!scan) return false;
+    if (!scan || scan->units >= kMaxKept) return false;
     scan_ = *scan;
     begin_ = begin + scan_.begin;
     places_.clear();
@@ -65,9 +67,11 @@ class CutWalks {
     return places_.back().next + static_cast<std::size_t>(std::ranges::search(rest, kStart).begin() - rest.begin());
   }
 
+  [[nodiscard]] bool isOver() const { return walked_ > maxWalked_ || follow_.size() > kMaxKept; }
+
   [[nodiscard]] bool read(const CutBytes& bytes, JpegPlace& place) {
     const std::size_t from = place.next;
-    const bool isSound = walked_ <= maxWalked_ && readUnit(scan_, bytes, place);
+    const bool isSound = !isOver() && readUnit(scan_, bytes, place);
     walked_ += place.next - from + 1;
     return isSound;
   }
@@ -121,7 +125,7 @@ class CutWalks {
       // The last bits of the last byte are no unit.
       JpegPlace further = place;
       if (!read(bytes, further)) {
-        if (place.isBeforeEnd(bytes) && walked_ <= maxWalked_) after = 0;
+        if (place.isBeforeEnd(bytes) && !isOver()) after = 0;
         break;
       }
       place = further;
@@ -154,7 +158,7 @@ class CutWalks {
   [[nodiscard]] std::vector<std::uint32_t> likelyCuts() {
     std::vector<Rated> rated;
     const std::uint32_t last = lowest();
-    for (std::uint32_t cut = stop_ + 1; cut > last && walked_ <= maxWalked_; --cut) {
+    for (std::uint32_t cut = stop_ + 1; cut > last && !isOver(); --cut) {
       const std::uint32_t one = cut - 1;
       if (one > size_) continue;
       // The same byte on both sides: the same payload.
