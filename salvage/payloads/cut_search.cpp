@@ -130,15 +130,15 @@ class CutSearch {
     return !shorter || !shorter->looksLike(whole);
   }
 
-  /// False when nothing more can be tried.
-  bool tryCut(std::uint32_t cut) {
+  /// False when nothing more can be tried. What speaks for a likely cut speaks for its end, too.
+  bool tryCut(std::uint32_t cut, bool asksForEnd = true) {
     // The same byte on both sides: the same payload.
     const bool isLikeLast = !tried_.empty() && tried_.back().cut == cut + 1 && bytes_[cut] == bytes_[cut + added_];
     const auto trial = isLikeLast ? std::optional(tried_.back().trial) : trial_.alone(cutAt(cut));
     if (!trial) return false;
     tried_.push_back({cut, *trial});
     if (isClean(*trial) && !isLikeLast)
-      tried_.back().isTaken = readsEnd(cutAt(cut), *trial) && trial_.isTaken(cutAt(cut));
+      tried_.back().isTaken = (!asksForEnd || readsEnd(cutAt(cut), *trial)) && trial_.isTaken(cutAt(cut));
     if (isLikeLast) tried_.back().isTaken = tried_[tried_.size() - 2].isTaken;
     if (isClean(tried_.back())) lastClean_ = cut;
     return true;
@@ -148,7 +148,7 @@ class CutSearch {
     std::size_t clean = 0;
     for (const std::uint32_t cut : likely) {
       // Those without complaint are compared afterwards.
-      if (trial_.comparisonsLeft() < clean + 2 || !tryCut(cut)) break;
+      if (trial_.comparisonsLeft() < clean + 3 || !tryCut(cut, false)) break;
       if (isClean(tried_.back())) ++clean;
     }
   }

@@ -175,6 +175,15 @@ TEST_F(CutSearchTest, OfLikelyCutsWithoutComplaintTheOneThatFitsWins) {
   EXPECT_LT(decoder.decodes, 100U);
 }
 
+TEST_F(CutSearchTest, LikelyCutIsNotAskedForItsEnd) {
+  const Bytes bytes = withForeignBytes(2000);
+  Bytes tried = cutAt(bytes, 2010);
+  decoder.silent[tried] = 0;
+  tried.resize(tried.size() - 2);
+  decoder.silent[tried] = 0;
+  EXPECT_EQ(search(bytes, {2010}), 2010U);
+}
+
 TEST_F(CutSearchTest, WhereNoLikelyCutIsRightOthersAreTried) {
   EXPECT_EQ(search(withForeignBytes(2000), {1800, 2300}), 2000U);
 }
