@@ -270,7 +270,9 @@ std::string codecOf(const SalvagedStream& stream, const Translator& translator) 
   const std::string_view name = avi::videoCodecName(code);
   if (!name.empty()) return std::string(name);
   const std::string text = platform::printableText(avi::codecText(code));
-  return text.empty() ? translator.translated("uncompressed") : text;
+  if (!text.empty()) return text;
+  if (stream.type == avi::FourCC{"txts"}) return translator.translated("plain");
+  return translator.translated("uncompressed");
 }
 
 std::string verdictSentence(const SalvageReport& report, const Translator& translator) {

@@ -968,6 +968,10 @@
         <translation>Orte</translation>
     </message>
     <message>
+        <source>plain</source>
+        <translation>einfach</translation>
+    </message>
+    <message>
         <source>Play</source>
         <translation>Abspielen</translation>
     </message>

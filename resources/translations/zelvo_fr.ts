@@ -968,6 +968,10 @@
         <translation>Emplacements</translation>
     </message>
     <message>
+        <source>plain</source>
+        <translation>brut</translation>
+    </message>
+    <message>
         <source>Play</source>
         <translation>Lecture</translation>
     </message>

@@ -97,8 +97,9 @@ bool Dropping::isLone(std::size_t first, std::size_t last) {
     return standsInHole(first);
   }
   if (behind == Neighbour::expected || inFront == Neighbour::expected) return false;
-  return (behind == Neighbour::other && inFront == Neighbour::other) || behind == Neighbour::unknown ||
-         inFront == Neighbour::unknown;
+  if (behind == Neighbour::other && inFront == Neighbour::other) return true;
+  // Doubled chunks are named by no entry, either, but then the index knows of chunks there.
+  return (behind == Neighbour::unknown || inFront == Neighbour::unknown) && (standsInHole(first) || standsInHole(last));
 }
 
 void Dropping::run() {

@@ -23,6 +23,8 @@ class PictureClock {
   /// What the clock of the picture shows, in ticks; nothing when these bytes do not tell.
   [[nodiscard]] std::optional<std::uint32_t> ticks(std::span<const std::byte> head) const;
 
+  /// Whether only the first pictures of groups show the time, by a time code that some encoders never move on.
+  [[nodiscard]] bool isOfGroups() const { return codec_ == Codec::mpegVideo; }
   /// Ticks until the clock begins again at zero.
   [[nodiscard]] std::uint32_t turn() const { return turn_; }
   [[nodiscard]] double ticksPerPicture() const { return ticksPerPicture_; }

@@ -1,6 +1,5 @@
 // Each chunk of the chain is held until the next one is known: only then can its end be judged. Where it does not end
-// there, headers with dead codes are looked for from the next chunk backwards, and what is left between is weighed: a
-// wrong size, lost chunks, or missing bytes.
+// there, headers with dead codes are looked for from the next chunk backwards. What is left is a wrong size or missing.
 #include "salvage/plan/chain_film.h"
 
 #include <algorithm>
@@ -17,6 +16,8 @@ namespace {
 
 /// Fewer bytes between chunks hold nothing.
 constexpr std::uint64_t kSmallestGap = 8;
+/// So many bytes are next to nothing.
+constexpr std::uint64_t kNearly = 32;
 
 /// A chunk, or another header of the chain, whose end is not judged yet.
 struct Link {
@@ -109,7 +110,7 @@ Link Filling::linkOf(const DeadHeader& header) const {
 
 const StreamFacts* Filling::factsOf(std::uint8_t stream) const {
   if (stream == FilmStreams::kNone) return nullptr;
-  const std::uint8_t number = streams_.numberOf(stream);
+  const std::size_t number = streams_.numberOf(stream);
   return number < evidence_.facts.size() ? &evidence_.facts[number] : nullptr;
 }
 
@@ -263,8 +264,9 @@ void Filling::settle(std::uint64_t next) {
     }
     return;
   }
-  const bool isImplausible =
-      facts != nullptr && facts->largest != 0 && held_->size > std::uint64_t{facts->largest} * 3 / 2;
+  // A size that nearly ends on the next header is no chance: some bytes are missing.
+  const bool isImplausible = held_->next - next > kNearly && facts != nullptr && facts->largest != 0 &&
+                             held_->size > std::uint64_t{facts->largest} * 3 / 2;
   if (isImplausible && facts->fixedSize && !isFixed(room) && *facts->fixedSize < room) {
     keep(*facts->fixedSize, SlotState::sizeMended);
     noteGap(held_->payload() + *facts->fixedSize + *facts->fixedSize % 2, next);

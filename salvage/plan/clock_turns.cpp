@@ -11,6 +11,9 @@ namespace {
 constexpr std::size_t kClocks = 24;
 constexpr std::size_t kMaxLooks = 4096;
 constexpr std::size_t kHead = 512;
+/// A group is seldom longer.
+constexpr std::size_t kPicturesOfTwoGroups = 36;
+constexpr std::size_t kGroups = 5;
 
 }  // namespace
 
@@ -20,11 +23,36 @@ ClockTurns::ClockTurns(avi::InputFile& input, const SurvivingStream& header, std
   constexpr int kTries = 64;
   int tries = 0;
   for (const Slot& slot : slots) {
-    if (clock_.isKnown() || tries >= kTries) return;
+    if (clock_.isKnown() || tries >= kTries) break;
     if (slot.stream != stream_ || !slot.hasSource()) continue;
     clock_.learn(input_.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead)));
     ++tries;
   }
+  if (clock_.isKnown() && clock_.isOfGroups()) isTrue_ = movesOn(slots);
+}
+
+std::optional<std::uint32_t> ClockTurns::ticksOf(const Slot& slot) const {
+  if (!slot.hasSource()) return std::nullopt;
+  return clock_.ticks(input_.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead)));
+}
+
+/// Whether the clock mostly moves on from group to group as the pictures do. Gaps are few.
+bool ClockTurns::movesOn(std::span<const Slot> slots) const {
+  std::size_t agreeing = 0;
+  std::size_t pairs = 0;
+  std::int64_t number = 0;
+  std::optional<std::int64_t> behind;  ///< what the clock showed last, less the picture's number
+  for (const Slot& slot : slots.first(std::min(slots.size(), kMaxLooks))) {
+    if (slot.stream != stream_) continue;
+    if (const auto ticks = ticksOf(slot)) {
+      const std::int64_t now = std::int64_t{*ticks} - number;
+      if (behind) ++pairs;
+      if (behind == now) ++agreeing;
+      behind = now;
+    }
+    ++number;
+  }
+  return agreeing * 2 > pairs;
 }
 
 /// What the pictures' clocks show, less what they would show if the picture's number told it: the most frequent value
@@ -34,16 +62,17 @@ std::optional<double> ClockTurns::phase(std::span<const Slot> slots, bool isBack
   std::vector<double> phases;
   std::int64_t number = 0;
   const double turn = clock_.turn();
-  for (std::size_t i = 0; i < std::min(slots.size(), kMaxLooks) && phases.size() < kClocks; ++i) {
+  const std::size_t pictures = clock_.isOfGroups() ? kPicturesOfTwoGroups : kMaxLooks;
+  const std::size_t clocks = clock_.isOfGroups() ? kGroups : kClocks;
+  std::size_t looks = 0;
+  for (std::size_t i = 0; i < std::min(slots.size(), kMaxLooks) && phases.size() < clocks && looks < pictures; ++i) {
     const Slot& slot = isBackwards ? slots[slots.size() - 1 - i] : slots[i];
     if (slot.stream != stream_ || slot.isPalette) continue;
     if (isBackwards) --number;
-    if (slot.hasSource()) {
-      const auto head = input_.readBytes(slot.source, std::min<std::size_t>(slot.size, kHead));
-      if (const auto ticks = clock_.ticks(head)) {
-        const double value = std::fmod(*ticks - static_cast<double>(number) * clock_.ticksPerPicture(), turn);
-        phases.push_back(value < 0 ? value + turn : value);
-      }
+    ++looks;
+    if (const auto ticks = ticksOf(slot)) {
+      const double value = std::fmod(*ticks - static_cast<double>(number) * clock_.ticksPerPicture(), turn);
+      phases.push_back(value < 0 ? value + turn : value);
     }
     if (!isBackwards) ++number;
   }
@@ -58,6 +87,8 @@ std::optional<double> ClockTurns::phase(std::span<const Slot> slots, bool isBack
     most = alike;
     best = value;
   }
+  // The clocks of groups agree, or some of them are hurt.
+  if (clock_.isOfGroups() && phases.size() > 1 && most < 2) return std::nullopt;
   return best;
 }
 

@@ -19,7 +19,7 @@ class ClockTurns {
   /// `slots`.
   ClockTurns(avi::InputFile& input, const SurvivingStream& header, std::uint8_t stream, std::span<const Slot> slots);
 
-  [[nodiscard]] bool isKnown() const { return clock_.isKnown(); }
+  [[nodiscard]] bool isKnown() const { return clock_.isKnown() && isTrue_; }
   /// Pictures of a whole turn.
   [[nodiscard]] double turn() const { return clock_.turn() / clock_.ticksPerPicture(); }
   /// How far the clock has moved on from `front` to `behind`, in pictures and less than a turn, if no picture were
@@ -27,11 +27,14 @@ class ClockTurns {
   [[nodiscard]] std::optional<double> between(std::span<const Slot> front, std::span<const Slot> behind) const;
 
  private:
+  [[nodiscard]] bool movesOn(std::span<const Slot> slots) const;
+  [[nodiscard]] std::optional<std::uint32_t> ticksOf(const Slot& slot) const;
   [[nodiscard]] std::optional<double> phase(std::span<const Slot> slots, bool isBackwards) const;
 
   avi::InputFile& input_;
   std::uint8_t stream_;
   PictureClock clock_;
+  bool isTrue_ = true;
 };
 
 }  // namespace zelvo::salvage

@@ -53,6 +53,7 @@ class Repeats {
   [[nodiscard]] std::size_t lengthAt(std::size_t slot, std::size_t end, std::size_t original, std::size_t originalEnd);
   [[nodiscard]] std::optional<Run> runAt(std::size_t slot, std::size_t end);
   [[nodiscard]] bool drop(ChainGap& gap, std::size_t end, const Run& run);
+  [[nodiscard]] std::optional<std::size_t> wholeOfTorn(const ChainGap& gap, std::size_t end);
   void close(const std::vector<bool>& isGapDropped);
 
   avi::InputFile& input_;
@@ -175,6 +176,35 @@ bool Repeats::drop(ChainGap& gap, std::size_t end, const Run& run) {
   return false;
 }
 
+/// The first slot of its stream after a gap if it is the one that the gap tore, and all between both headers is that
+/// slot's front and a copy of what stands in front of it. That needs no slots of rare sizes in between, or none at all.
+std::optional<std::size_t> Repeats::wholeOfTorn(const ChainGap& gap, std::size_t end) {
+  constexpr std::size_t kNear = 32;
+  const Slot& torn = film_.slots[gap.before - 1];
+  std::size_t whole = gap.before;
+  const std::size_t last = std::min(end, gap.before + kNear);
+  while (whole < last && film_.slots[whole].stream != torn.stream) ++whole;
+  if (whole == last) return std::nullopt;
+  const Slot& next = film_.slots[whole];
+  const bool isTorn = torn.state == SlotState::torn;
+  const std::uint64_t claimed = isTorn ? torn.size + gap.missing : torn.size + torn.size % 2;
+  if (claimed != next.size + next.size % 2 || next.source < torn.source) return std::nullopt;
+  const std::uint64_t size = next.source - avi::kChunkHeader - torn.source;
+  if (size < kSmallestHashed || size > kLargest || torn.source < avi::kChunkHeader + size) return std::nullopt;
+  if (++comparisons_ > kMaxComparisons || comparedBytes_ > maxComparedBytes_) return std::nullopt;
+  comparedBytes_ += 3 * size;
+  const auto bytesAt = [&](std::uint64_t from, std::uint64_t most) {
+    return input_.readBytes(from, static_cast<std::size_t>(std::min(size, most)));
+  };
+  const platform::Bytes bytes = bytesAt(torn.source, size);
+  const platform::Bytes same = bytesAt(next.source, next.size);
+  const platform::Bytes inFront = bytesAt(torn.source - avi::kChunkHeader - size, size);
+  if (bytes.size() != size || inFront.size() != size) return std::nullopt;
+  const auto front = std::ranges::mismatch(bytes, same).in1 - bytes.begin();
+  const auto rest = std::mismatch(bytes.rbegin(), bytes.rend(), inFront.rbegin()).first - bytes.rbegin();
+  return static_cast<std::uint64_t>(front + rest) >= size ? std::optional(whole) : std::nullopt;
+}
+
 /// Takes out what was dropped.
 void Repeats::close(const std::vector<bool>& isGapDropped) {
   std::vector<std::size_t> before(film_.slots.size() + 1, 0);
@@ -200,8 +230,12 @@ void Repeats::run() {
     ChainGap& gap = film_.gaps[g];
     const std::size_t end = g + 1 < film_.gaps.size() ? film_.gaps[g + 1].before : film_.slots.size();
     if (gap.before == 0 || gap.before >= end) continue;
-    const auto run = runAt(gap.before, end);
-    if (run) isGapDropped[g] = drop(gap, end, *run);
+    if (const auto run = runAt(gap.before, end)) {
+      isGapDropped[g] = drop(gap, end, *run);
+    } else if (const auto whole = wholeOfTorn(gap, end)) {
+      for (std::size_t i = gap.before - 1; i < *whole; ++i) isDropped_[i] = true;
+      isGapDropped[g] = true;
+    }
   }
   close(isGapDropped);
 }

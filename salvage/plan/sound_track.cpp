@@ -47,8 +47,8 @@ std::uint32_t SoundTrack::sizeFor(double time, std::size_t count, std::uint32_t 
   constexpr double kUnheard = 0.02;
   const double apart = std::abs(time - static_cast<double>(count) * chunkTime);
   if (apart <= std::min(kUnheard, 0.3 * chunkTime)) return chunkSize;
-  const auto size = static_cast<std::uint32_t>(time / static_cast<double>(count) / chunkTime * chunkSize);
-  return size - size % block;
+  const double blocks = time / static_cast<double>(count) / chunkTime * chunkSize / block;
+  return std::max(1U, static_cast<std::uint32_t>(std::lround(blocks))) * block;
 }
 
 }  // namespace zelvo::salvage

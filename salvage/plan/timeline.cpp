@@ -25,6 +25,7 @@ namespace {
 
 constexpr std::size_t kMaxLooks = 4096;
 constexpr std::uint8_t kNoTrack = 0xff;
+constexpr double kMostTurned = 150;  ///< more than the bytes tell; beyond it, the clock was set anew
 
 class Timeline {
  public:
@@ -274,7 +275,8 @@ std::optional<Timeline::Missing> Timeline::missing(const FilmGap& gap, std::size
     double least = 0;
     for (const std::size_t t : known) least = std::max(least, -shift[t] / pictureTime_ - 0.75);
     const double estimate = gap.bytes > 0 ? picturesByBytes(gap.bytes - gap.tail, shift) : least;
-    const auto turned = turnedBy(gap.before, end);
+    auto turned = turnedBy(gap.before, end);
+    if (turned && *turned > kMostTurned + 4 * estimate) turned.reset();
     missing.pictures =
         share ? std::max(*share, pickPictures(least, least, std::nullopt)) : pickPictures(estimate, least, turned);
     isExact = turned.has_value();
@@ -364,8 +366,8 @@ void Timeline::run(const std::vector<GapEstimate>& shares) {
 }
 
 std::uint64_t Timeline::picturesIn(std::uint64_t bytes) const {
-  const double pictures = std::ceil(picturesByBytes(bytes, std::vector<double>(tracks_.size(), 0)) * 2);
-  return static_cast<std::uint64_t>(std::clamp(pictures, 0.0, 1e6));
+  const double pictures = picturesByBytes(bytes, std::vector<double>(tracks_.size(), 0));
+  return static_cast<std::uint64_t>(std::clamp(std::ceil(2 * pictures), 0.0, 1e6));
 }
 
 std::uint64_t Timeline::pictures() const {

@@ -101,6 +101,9 @@ void readStreamHeader(Front payload, SurvivingStream& stream) {
   stream.header = copyOf(payload);
 }
 
+/// Whether streams of a type need no format: text and MIDI often have none, or an empty one.
+bool needsNoFormat(FourCC type) { return type == FourCC{"txts"} || type == FourCC{"mids"}; }
+
 /// Whether a format's own fields say how long it is: biSize of a picture, cbSize of sound.
 bool tellsItsSize(FourCC type, Front format) {
   if (type == avi::kVids) return number(format, 0) == format.size();
@@ -128,6 +131,7 @@ std::optional<SurvivingStream> streamAt(Front front, std::size_t at, std::size_t
   const auto header = payloadAt(front, at);
   if (!header || header->size() < 48 || !isStreamType(FourCC::at(*header))) return std::nullopt;
   SurvivingStream stream;
+  const FourCC type = FourCC::at(*header);
   std::optional<Front> format;
   Front data;
   Front name;
@@ -139,8 +143,8 @@ std::optional<SurvivingStream> streamAt(Front front, std::size_t at, std::size_t
     const auto payload = payloadAt(front, next);
     if (!code || !payload) break;
     if (*code == avi::kStrf && !format) {
-      if (payload->size() < 14) return std::nullopt;
-      if (!tellsItsSize(FourCC::at(*header), *payload) && !mayFollow(front, endOf(next, *payload))) return std::nullopt;
+      if (payload->size() < 14 && !needsNoFormat(type)) return std::nullopt;
+      if (!tellsItsSize(type, *payload) && !mayFollow(front, endOf(next, *payload))) return std::nullopt;
       format = payload;
     } else if (*code == kStrd) {
       data = *payload;
@@ -155,10 +159,10 @@ std::optional<SurvivingStream> streamAt(Front front, std::size_t at, std::size_t
     }
     next = endOf(next, *payload);
   }
-  if (!format) return std::nullopt;
+  if (!format && !needsNoFormat(type)) return std::nullopt;
   readStreamHeader(*header, stream);
   stream.offset = at;
-  stream.format = copyOf(*format);
+  stream.format = copyOf(format.value_or(Front()));
   stream.data = copyOf(data);
   stream.name = copyOf(name);
   stream.properties = copyOf(properties);

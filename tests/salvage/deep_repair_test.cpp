@@ -157,7 +157,7 @@ TEST(DeepRepair, ChunksThatFindNoRoomAreTold) {
   many.interleaved(80'000, 4, 4);
   AviBuilder fewer;
   fewer.withIndex = false;
-  fewer.interleaved(60'000, 4, 4);
+  fewer.interleaved(30'000, 4, 4);
   const SalvageReport report = Bench(many.build()).perform();
   const std::size_t kept = salvage::ScanLimits().candidatesOf(many.build().size());
   EXPECT_NEAR(static_cast<double>(report.chunksLeftOut), 160'000.0 - static_cast<double>(kept), 16);

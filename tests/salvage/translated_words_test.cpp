@@ -96,6 +96,14 @@ TEST_F(TranslatedWords, ALossIsToldWithItsTimeAndWhatGoesOn) {
             "[[2:13,00 to 2:15,00]: [50 pictures lost], [the sound goes on] ([zeroed])]");
 }
 
+TEST_F(TranslatedWords, TextWithoutACodecIsPlain) {
+  salvage::SalvagedStream text;
+  text.type = avi::FourCC{"txts"};
+  EXPECT_EQ(salvage::codecOf(text, words_), "[plain]");
+  text.handler = avi::FourCC{"DXSB"};
+  EXPECT_EQ(salvage::codecOf(text, words_), "DXSB");
+}
+
 TEST_F(TranslatedWords, BarsOfTheDamagePictureAreTranslated) {
   const platform::DamagePicture picture = salvage::damagePicture(damagedFilm(), words_);
   ASSERT_EQ(picture.bars.size(), 3U);

@@ -128,6 +128,26 @@ TEST(LoneStretches, ChunksThatALostPartOfTheIndexNamedAreNotTakenForLostOnes) {
   EXPECT_EQ(std::ranges::count(cover.isClaimed, 1), there);
 }
 
+TEST(LoneStretches, WhatLiesBetweenDoubledSpansStays) {
+  const AviBuilder builder = pictures();
+  const platform::Bytes whole = builder.build();
+  const auto offsets = chunkOffsets(builder);
+  platform::Bytes bytes;
+  const auto append = [&](std::size_t from, std::size_t to) {
+    bytes.insert(bytes.end(), whole.begin() + static_cast<std::ptrdiff_t>(from),
+                 whole.begin() + static_cast<std::ptrdiff_t>(to));
+  };
+  append(0, offsets[22] + 100);
+  append(offsets[20] + 50, offsets[36] + 100);
+  append(offsets[32] + 50, whole.size());
+  Covered film(bytes);
+  DisplacementCover cover = film.cover();
+  const std::vector<std::uint16_t> before = cover.ofEntry;
+  EXPECT_LE(std::ranges::count(before, DisplacementCover::kNone), 2);
+  film.dropFrom(cover);
+  EXPECT_EQ(cover.ofEntry, before);
+}
+
 TEST(LoneStretches, WhatReallyMovedStays) {
   const AviBuilder builder = pictures();
   platform::Bytes bytes = builder.build();

@@ -111,6 +111,17 @@ TEST(ChainedFilmDamage, MissingBytesKeepTheFilmInStep) {
   EXPECT_NEAR(pictures, sound, 0.03);
 }
 
+TEST(ChainedFilmDamage, LongFirstSoundThatLacksSomeBytesIsNoUsualOne) {
+  MadeFilm film = chained();
+  constexpr std::uint32_t kLead = 4000;
+  overwriteNumber(film.bytes, static_cast<std::size_t>(film.headers[1]) + 4, MadeFilm::kSound + kLead);
+  film.insert(film.headers[1] + 8 + MadeFilm::kSound, noise(kLead));
+  film.remove(film.headers[1] + 100, 8);
+  const PlannedFilm planned(film.bytes);
+  ASSERT_EQ(planned.plan.slots.size(), 80U);
+  EXPECT_EQ(planned.plan.slots[1].size, MadeFilm::kSound + kLead - 8);
+}
+
 TEST(ChainedFilmDamage, FalseHeaderInsideAPayloadIsLeftOut) {
   MadeFilm film = chained();
   overwrite(film.bytes, static_cast<std::size_t>(film.headers[20]) + 100, std::string_view("01wb\x40\0\0\0", 8));
@@ -124,6 +135,25 @@ TEST(ChainedFilmDamage, DoubledSpanIsTakenOnce) {
   const std::uint64_t end = film.headers[28] + 300;
   film.insert(end, film.part(begin, end - begin));
   EXPECT_EQ(planOfChain(film), allBut(80));
+}
+
+TEST(ChainedFilmDamage, DoubledSpanWithoutAWholeChunkIsTakenOnce) {
+  for (const std::uint64_t back : {100U, 700U}) {
+    MadeFilm film = chained();
+    const std::uint64_t end = film.headers[20] + 600;
+    film.insert(end, film.part(film.headers[20] - back, 600 + back));
+    EXPECT_EQ(planOfChain(film), allBut(80)) << back;
+  }
+}
+
+TEST(ChainedFilmDamage, ChunkThatIsLikeATornOneIsNoCopy) {
+  MadeFilm film = chained();
+  const std::uint64_t end = film.headers[20] + 600;
+  platform::Bytes copy = film.part(film.headers[20] - 100, 700);
+  copy[50] ^= std::byte{1};
+  film.insert(end, copy);
+  const PlannedFilm planned(film.bytes);
+  EXPECT_GT(planned.plan.slots.size(), 80U);
 }
 
 TEST(ChainedFilmDamage, BytesOfAnotherPlaceAreAGap) {

@@ -75,5 +75,20 @@ TEST(SoundTrack, ChunksThatPlayNowForThisShareAndNowForThatTellNothing) {
   EXPECT_EQ(track.pace(), 1);
 }
 
+TEST(SoundTrack, FilledChunksAreWholeBlocksOfWhatIsLost) {
+  const SoundTrack track(1, 0.1, 4000);
+  EXPECT_EQ(track.sizeFor(0.3, 3, 4), 4000U);
+  EXPECT_EQ(track.sizeFor(0.31, 3, 4), 4000U);
+  EXPECT_EQ(track.sizeFor(0.345, 3, 4), 4600U);
+  EXPECT_EQ(track.sizeFor(0.345, 3, 1000), 5000U);
+  EXPECT_EQ(track.sizeFor(0.255, 3, 1000), 3000U);
+}
+
+TEST(SoundTrack, ChunksOfOneBlockStayThat) {
+  const SoundTrack track(1, 0.1, 743);
+  EXPECT_EQ(track.sizeFor(0.26, 3, 743), 743U);
+  EXPECT_EQ(track.sizeFor(0.34, 3, 743), 743U);
+}
+
 }  // namespace
 }  // namespace zelvo::tests

@@ -7,6 +7,7 @@
 
 #include "tests/salvage/codec_films.h"
 #include "tests/salvage/made_film.h"
+#include "tests/salvage/picture_groups.h"
 #include "tests/salvage/planned_film.h"
 
 namespace zelvo::tests {
@@ -96,8 +97,8 @@ TEST(Timeline, BytesTellHowManyPairsAreLost) {
 TEST(Timeline, WhatWasNotOverwrittenAtTheEndOfAGapIsOneChunk) {
   Gapped film(30);
   film.lose(20, 2);
-  // A pair is lost; the sound's end and all of a picture that was ten times as large are still there.
-  FilmGap gap{20, 1288 + 10'008, 0, 0, false, 10'000};
+  // A pair is lost: nearly all of its sound, and the header of a picture that was ten times as large.
+  FilmGap gap{20, 1000 + 10'008, 0, 0, false, 10'000};
   EXPECT_EQ(film.filled({gap}), pairsOf(10) + "PS" + pairsOf(19));
   Gapped unknown(30);
   unknown.lose(20, 2);
@@ -175,6 +176,43 @@ TEST(Timeline, TheHeadersCountTellsHowMuchIsMissing) {
   Gapped film(30);
   film.lose(20, 8);
   EXPECT_EQ(film.filled({{20, 0, 0, 0, true}}, {30, 9000}), pairsOf(10) + "PSPSPSPS" + pairsOf(16));
+}
+
+/// A film of MPEG-2 whose groups have four pictures, of which eight pairs are lost behind the tenth.
+struct Grouped : Gapped {
+  static constexpr std::size_t kPlace = 20;
+
+  explicit Grouped(std::uint32_t step = 1, std::uint32_t setAnewTo = 0) : Gapped(40) {
+    header.streams[0].header = pictureStream("MPG2");
+    for (std::size_t i = 0; i < plan.slots.size(); ++i) {
+      plan.slots[i].source = (1000 + i * 2000) & salvage::Slot::kSourceMask;
+      const auto number = static_cast<std::uint32_t>(i / 2);
+      if (i % 8 != 0) continue;
+      const std::uint32_t shown = number * step + (i > kPlace ? setAnewTo : 0);
+      std::ranges::copy(groupPicture({0, shown / 1500, shown / 25 % 60, shown % 25}, 0),
+                        bytes.begin() + 1000 + static_cast<std::ptrdiff_t>(i) * 2000);
+    }
+    lose(kPlace, 16);
+  }
+  /// How many pictures are filled in where bytes tell of `pairs`.
+  std::ptrdiff_t refilled(std::uint64_t pairs) {
+    return std::ranges::count(filled({{kPlace, pairs * (1008 + 1288), 0, 0, false}}), 'P');
+  }
+};
+
+TEST(Timeline, TimeCodesOfGroupsTellHowManyAreLost) {
+  EXPECT_EQ(Grouped().refilled(3), 8);
+  EXPECT_EQ(Grouped().refilled(20), 8);
+}
+
+TEST(Timeline, TimeCodesThatDoNotCountPicturesTellNothing) {
+  EXPECT_EQ(Grouped(0).refilled(3), 3);
+  EXPECT_EQ(Grouped(2).refilled(3), 3);
+}
+
+TEST(Timeline, TimeCodesThatWereSetAnewTellNothing) {
+  EXPECT_EQ(Grouped(1, 1500).refilled(3), 3);
+  EXPECT_EQ(Grouped(1, 100).refilled(3), 108);
 }
 
 TEST(Timeline, HostileGapIsFilledUpToABound) {

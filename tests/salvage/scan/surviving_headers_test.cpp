@@ -155,6 +155,21 @@ TEST(SurvivingHeaders, ShortestPiecesThatCountAreThose) {
     EXPECT_EQ(headersOf(streamOf(type, 48, 14)).streams.size(), 1U) << type;
 }
 
+TEST(SurvivingHeaders, TextAndMidiNeedNoFormat) {
+  for (const std::string_view type : {"txts", "mids"}) {
+    EXPECT_EQ(headersOf(streamOf(type, 48, 0)).streams.size(), 1U) << type;
+    Bytes bare = streamOf(type, 48, 0);
+    bare.resize(bare.size() - 8);
+    const Bytes behind = streamOf("auds", 56, 18);
+    bare.insert(bare.end(), behind.begin(), behind.end());
+    const SurvivingHeaders headers = headersOf(bare);
+    ASSERT_EQ(headers.streams.size(), 2U) << type;
+    EXPECT_TRUE(headers.streams[0].format.empty());
+    EXPECT_EQ(headers.streams[1].format.size(), 18U);
+  }
+  EXPECT_EQ(headersOf(streamOf("vids", 48, 0)).streams.size(), 0U);
+}
+
 TEST(SurvivingHeaders, OpenDmlHeadersAndSuperIndexAreRead) {
   Bytes bytes = film().build();
   Bytes index;
