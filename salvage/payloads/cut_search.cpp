@@ -1,4 +1,4 @@
-// What the budget is not enough for is not begun. Then:
+// Cuts that something else speaks for are tried first. What the budget is not enough for is not begun. Then:
 // 1. Without a cut, the decoder runs into the foreign bytes and stops. Where it does: as long a front of the payload
 //    gives the same picture, and any shorter one another.
 // 2. From there backwards every byte is tried as the cut, until some payload causes no complaint, is read to its end,
@@ -37,13 +37,25 @@ class CutSearch {
   CutSearch(PayloadTrial& trial, ByteView bytes, std::uint32_t size)
       : trial_(trial), bytes_(bytes), size_(size), added_(bytes.size() - size) {}
 
-  std::optional<std::uint32_t> run() {
-    if (isHopeless()) return std::nullopt;
+  std::optional<std::uint32_t> run(std::span<const std::uint32_t> likely) {
+    const bool isBackwardsHopeless = isHopeless();
+    if (isBackwardsHopeless && likely.empty()) return std::nullopt;
     usual_ = trial_.usualComplaints().value_or(0);
     end_ = trial_.tellingEnd();
+    tryLikely(likely);
+    if (const auto found = fitting()) return found;
+    tried_.clear();
+    lastClean_.reset();
+    if (isBackwardsHopeless || isHopeless()) return std::nullopt;
     const auto stop = whereItStops();
     if (!stop) return std::nullopt;
     tryBackwards(*stop);
+    return fitting();
+  }
+
+ private:
+  /// Of those that were tried without complaint the one that fits best, if it belongs there.
+  [[nodiscard]] std::optional<std::uint32_t> fitting() {
     const std::vector<TriedCut> clean = distinctCuts();
     const std::size_t most = std::min(trial_.maxClean(), trial_.comparisonsLeft());
     const auto found = clean.size() == 1      ? std::optional(clean.front().cut)
@@ -51,8 +63,6 @@ class CutSearch {
                                               : std::nullopt;
     return found && trial_.belongs(cutAt(*found), static_cast<double>(*found) / size_) ? found : std::nullopt;
   }
-
- private:
   /// Bytes behind the place where the decoder stops in which the cut may still be.
   [[nodiscard]] std::uint32_t beyond() const { return kBeyond + size_ / kBlocks; }
   /// Whether trials would end before half of those are tried: they would be in vain, and others are better off with
@@ -120,18 +130,27 @@ class CutSearch {
     return !shorter || !shorter->looksLike(whole);
   }
 
-  /// False when nothing more can be tried.
-  bool tryCut(std::uint32_t cut) {
+  /// False when nothing more can be tried. What speaks for a likely cut speaks for its end, too.
+  bool tryCut(std::uint32_t cut, bool asksForEnd = true) {
     // The same byte on both sides: the same payload.
     const bool isLikeLast = !tried_.empty() && tried_.back().cut == cut + 1 && bytes_[cut] == bytes_[cut + added_];
     const auto trial = isLikeLast ? std::optional(tried_.back().trial) : trial_.alone(cutAt(cut));
     if (!trial) return false;
     tried_.push_back({cut, *trial});
     if (isClean(*trial) && !isLikeLast)
-      tried_.back().isTaken = readsEnd(cutAt(cut), *trial) && trial_.isTaken(cutAt(cut));
+      tried_.back().isTaken = (!asksForEnd || readsEnd(cutAt(cut), *trial)) && trial_.isTaken(cutAt(cut));
     if (isLikeLast) tried_.back().isTaken = tried_[tried_.size() - 2].isTaken;
     if (isClean(tried_.back())) lastClean_ = cut;
     return true;
+  }
+
+  void tryLikely(std::span<const std::uint32_t> likely) {
+    std::size_t clean = 0;
+    for (const std::uint32_t cut : likely) {
+      // Those without complaint are compared afterwards.
+      if (trial_.comparisonsLeft() < clean + 3 || !tryCut(cut, false)) break;
+      if (isClean(tried_.back())) ++clean;
+    }
   }
 
   /// From `stop` down. A block that was begun is not seen, so that the foreign bytes may begin a little after it.
@@ -178,8 +197,9 @@ class CutSearch {
 
 }  // namespace
 
-std::optional<std::uint32_t> searchCut(PayloadTrial& trial, ByteView bytes, std::uint32_t size) {
-  return CutSearch(trial, bytes, size).run();
+std::optional<std::uint32_t> searchCut(PayloadTrial& trial, ByteView bytes, std::uint32_t size,
+                                       std::span<const std::uint32_t> likely) {
+  return CutSearch(trial, bytes, size).run(likely);
 }
 
 }  // namespace zelvo::salvage

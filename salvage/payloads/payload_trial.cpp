@@ -112,7 +112,7 @@ void DecodedTrial::learn() {
 std::size_t DecodedTrial::payloadsOfTrial() const { return isAfterKey() ? 3 : hasNext() ? 2 : 1; }
 
 std::size_t DecodedTrial::bytesBeside() const {
-  if (isAfterKey()) return neighbours_.before.front().size();
+  if (isAfterKey()) return keysOfTrial() * neighbours_.before.front().size();
   return hasNext() ? neighbours_.after.front().size() : 0;
 }
 
@@ -120,7 +120,7 @@ std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload)
   if (!hasLearnt_) learn();
   if (!isOpen_ || !budget_.take(stream_, payloadsOfTrial(), payload.size() + bytesBeside())) return std::nullopt;
   LoneTrial trial;
-  const std::uint32_t number = isAfterKey() ? 1 : 0;
+  const std::uint32_t number = keysOfTrial();
   const auto add = [&](const Answer& answer) {
     if (!answer) return false;
     trial.complaints += answer->complaints + (answer->isAccepted ? 0U : 1U);
@@ -134,7 +134,9 @@ std::optional<LoneTrial> DecodedTrial::alone(std::span<const std::byte> payload)
     }
     return true;
   };
-  if (isAfterKey() && !decode(neighbours_.before.front(), WantedPlanes::none)) return std::nullopt;
+  for (std::uint32_t i = 0; i < number; ++i) {
+    if (!decode(neighbours_.before.front(), WantedPlanes::none)) return std::nullopt;
+  }
   constexpr std::uint32_t kCrash = 1000;
   if (!add(decode(payload, WantedPlanes::all)))
     return isOpen_ ? std::optional(LoneTrial{kCrash, false, 0}) : std::nullopt;

@@ -25,6 +25,7 @@ struct PayloadNeighbours {
   platform::Bytes nextKey;              ///< the first after it that is no part of what it changes; empty without one
   bool isKey = false;                   ///< the payload in doubt needs none of those before
   bool needsKey = false;                ///< nothing can be told of a payload without some picture before it
+  bool needsTwoKeys = false;            ///< the same, and of some payloads nothing without two
 };
 
 /// What came of a payload by itself.
@@ -99,8 +100,10 @@ class DecodedTrial final : public PayloadTrial {
   };
 
   [[nodiscard]] bool isAfterKey() const {
-    return neighbours_.needsKey && !neighbours_.isKey && !neighbours_.before.empty();
+    return (neighbours_.needsKey || neighbours_.needsTwoKeys) && !neighbours_.isKey && !neighbours_.before.empty();
   }
+  /// How many times the key is decoded before the payload: it stands for the second one, too.
+  [[nodiscard]] std::uint32_t keysOfTrial() const { return !isAfterKey() ? 0 : neighbours_.needsTwoKeys ? 2 : 1; }
   /// Whether the payload after it is decoded with it.
   [[nodiscard]] bool hasNext() const { return !neighbours_.isKey && !isAfterKey() && !neighbours_.after.empty(); }
   [[nodiscard]] std::size_t payloadsOfTrial() const;

@@ -35,6 +35,10 @@ class TrialBudget {
     left_ -= cost;
     return true;
   }
+  /// Takes what it costs to read so many bytes bit by bit, or all that is left.
+  void takeWalk(std::uint64_t bytes) { left_ -= std::min(left_, bytes * kOfWalkedByte); }
+  /// How many bytes it is enough to read so.
+  [[nodiscard]] std::uint64_t bytesToWalk() const { return left_ / kOfWalkedByte; }
   /// How many times it is enough for that.
   [[nodiscard]] std::size_t timesOf(const platform::TrialStream& stream, std::size_t payloads,
                                     std::size_t bytes) const {
@@ -50,6 +54,8 @@ class TrialBudget {
   void giveBack(const TrialBudget& part) { left_ += part.left_; }
 
  private:
+  static constexpr std::uint64_t kOfWalkedByte = 16;
+
   /// Where payloads are large, their bytes take longer than their pixels.
   [[nodiscard]] static std::uint64_t costOf(const platform::TrialStream& stream, std::size_t payloads,
                                             std::size_t bytes) {

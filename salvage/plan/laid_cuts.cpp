@@ -6,6 +6,8 @@
 
 #include "salvage/payloads/codec.h"
 #include "salvage/payloads/cut_search.h"
+#include "salvage/payloads/dv_cuts.h"
+#include "salvage/payloads/jpeg_cuts.h"
 #include "salvage/plan/slot_payload.h"
 
 namespace zelvo::salvage {
@@ -21,6 +23,9 @@ constexpr std::size_t kMaxToKey = 600;
 /// A cut may take such a part of what is left of the film's budget, and this in any case: less finds hardly any.
 constexpr std::uint64_t kShare = 3;
 constexpr std::uint64_t kEnough = std::uint64_t{1} << 27U;
+/// Of the cuts that a payload's own codes leave so many are decoded, which are found by reading it so many times.
+constexpr std::size_t kMaxLikely = 16;
+constexpr std::uint64_t kMaxWalks = 32;
 
 class Cuts {
  public:
@@ -53,6 +58,7 @@ class Cuts {
     neighbours.isKey = slots[number].hasKeyFlag;
     const Codec codec = codecOf(evidence_.header.streams[stream].header);
     neighbours.needsKey = codec == Codec::h264 || codec == Codec::hevc;
+    neighbours.needsTwoKeys = codec == Codec::mpegVideo;
     std::vector<std::size_t> before;
     std::size_t bytes = 0;
     for (std::size_t i = number; i > 0; --i) {
@@ -84,6 +90,19 @@ class Cuts {
     return neighbours;
   }
 
+  /// Where the codec's own codes say that it may be; the likeliest first.
+  [[nodiscard]] std::vector<std::uint32_t> likelyCuts(const OpenCut& cut, std::span<const std::byte> bytes,
+                                                      TrialBudget& budget) const {
+    const Slot& slot = film_.slots[cut.slot];
+    const Codec codec = codecOf(evidence_.header.streams[slot.stream].header);
+    if (codec == Codec::dv) return dvCuts(bytes, slot.size);
+    if (codec != Codec::jpeg) return {};
+    JpegCuts found = jpegCuts(bytes, slot.size, std::min(budget.bytesToWalk() / 2, kMaxWalks * bytes.size()));
+    budget.takeWalk(found.walked);
+    if (found.cuts.size() > kMaxLikely) found.cuts.resize(kMaxLikely);
+    return std::move(found.cuts);
+  }
+
   bool close(const OpenCut& cut) {
     Slot& slot = film_.slots[cut.slot];
     const platform::TrialStream stream = trialStreamOf(evidence_.header.streams[slot.stream].header);
@@ -94,7 +113,7 @@ class Cuts {
     if (!neighbours) return false;
     TrialBudget budget = left_.share(kShare, kEnough);
     DecodedTrial trial(*evidence_.decoder, stream, *neighbours, budget);
-    const auto place = searchCut(trial, bytes, slot.size);
+    const auto place = searchCut(trial, bytes, slot.size, likelyCuts(cut, bytes, budget));
     left_.giveBack(budget);
     if (!place) return false;
     slot.pieces = static_cast<std::uint32_t>(film_.pieces.size());

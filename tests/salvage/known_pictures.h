@@ -47,6 +47,7 @@ class KnownPictures final : public platform::TrialDecoder {
     const bool isWhole = most == like->size() && payload.size() == most;
     if (isWhole || silent.contains(bytes)) answer.complaints = 0;
     if (number > 1 && strange.contains(bytes)) answer.complaints = 1;
+    if (number < picturesBefore) return answer;
     platform::TrialPicture picture{number, platform::PictureType::predicted, false, {}};
     if (wanted != platform::WantedPlanes::none) {
       platform::PicturePlane plane{32, 32, platform::Bytes(1024, std::byte{0x80})};
@@ -70,6 +71,7 @@ class KnownPictures final : public platform::TrialDecoder {
   /// Payloads that are decoded without complaint though they are not good: so many samples of their pictures are wrong.
   std::map<platform::Bytes, std::ptrdiff_t> silent;
   std::set<platform::Bytes> strange;  ///< payloads that cause a complaint after two others or more
+  std::uint32_t picturesBefore = 0;   ///< nothing is shown of a payload that has fewer before it
   std::set<platform::Bytes> deadly;   ///< payloads that no decoder survives
   std::vector<platform::TrialStream> opened;
   std::size_t decodes = 0;

@@ -30,9 +30,9 @@ class CutSearchTest : public testing::Test {
     bytes.insert(bytes.end(), payload.begin() + cut, payload.end());
     return bytes;
   }
-  [[nodiscard]] std::optional<std::uint32_t> search(const Bytes& bytes) {
+  [[nodiscard]] std::optional<std::uint32_t> search(const Bytes& bytes, const std::vector<std::uint32_t>& likely = {}) {
     DecodedTrial trial(decoder, stream, neighbours, budget);
-    return searchCut(trial, bytes, static_cast<std::uint32_t>(payload.size()));
+    return searchCut(trial, bytes, static_cast<std::uint32_t>(payload.size()), likely);
   }
   /// The payload that a search has at this cut.
   [[nodiscard]] Bytes cutAt(const Bytes& bytes, std::uint32_t cut) const {
@@ -123,6 +123,21 @@ TEST_F(CutSearchTest, CutThatIsNotTakenAmongItsNeighboursIsNone) {
   EXPECT_EQ(search(bytes), 2000U);
 }
 
+TEST_F(CutSearchTest, TheKeyStandsForBothPicturesThatOneIsPredictedFrom) {
+  decoder.picturesBefore = 2;
+  EXPECT_EQ(search(withForeignBytes(2000)), std::nullopt);
+  neighbours.needsTwoKeys = true;
+  EXPECT_EQ(search(withForeignBytes(2000)), 2000U);
+}
+
+TEST_F(CutSearchTest, EachKeyBeforeATrialCounts) {
+  neighbours.needsTwoKeys = true;
+  budget = TrialBudget(TrialBudget::kLeast * 30);
+  EXPECT_EQ(DecodedTrial(decoder, stream, neighbours, budget).trialsLeft(100), 9U);
+  neighbours.isKey = true;
+  EXPECT_EQ(DecodedTrial(decoder, stream, neighbours, budget).trialsLeft(100), 29U);
+}
+
 TEST_F(CutSearchTest, PictureThatIsFarFromItsNeighboursIsNone) {
   Bytes bytes = withForeignBytes(1);
   bytes[3000] ^= std::byte{1};
@@ -146,6 +161,49 @@ TEST_F(CutSearchTest, DamagedNeighboursAreNoExample) {
   EXPECT_EQ(search(withForeignBytes(2000)), 2000U);
   neighbours.good = {0, 1};
   EXPECT_NE(search(withForeignBytes(2000)), 2000U);
+}
+
+TEST_F(CutSearchTest, LikelyCutsAreTriedFirst) {
+  EXPECT_EQ(search(withForeignBytes(2000), {1800, 2000, 2100}), 2000U);
+  EXPECT_LT(decoder.decodes, 60U);
+}
+
+TEST_F(CutSearchTest, OfLikelyCutsWithoutComplaintTheOneThatFitsWins) {
+  const Bytes bytes = withForeignBytes(2000);
+  for (const std::uint32_t cut : {1700U, 2040U}) decoder.silent[cutAt(bytes, cut)] = 9;
+  EXPECT_EQ(search(bytes, {1700, 2000, 2040}), 2000U);
+  EXPECT_LT(decoder.decodes, 100U);
+}
+
+TEST_F(CutSearchTest, LikelyCutIsNotAskedForItsEnd) {
+  const Bytes bytes = withForeignBytes(2000);
+  Bytes tried = cutAt(bytes, 2010);
+  decoder.silent[tried] = 0;
+  tried.resize(tried.size() - 2);
+  decoder.silent[tried] = 0;
+  EXPECT_EQ(search(bytes, {2010}), 2010U);
+}
+
+TEST_F(CutSearchTest, WhereNoLikelyCutIsRightOthersAreTried) {
+  EXPECT_EQ(search(withForeignBytes(2000), {1800, 2300}), 2000U);
+}
+
+TEST_F(CutSearchTest, LikelyCutsAreTriedWhereTheBudgetIsNotEnoughToReachThem) {
+  budget = TrialBudget(TrialBudget::kLeast * 60);
+  EXPECT_EQ(search(withForeignBytes(2000)), std::nullopt);
+  budget = TrialBudget(TrialBudget::kLeast * 60);
+  EXPECT_EQ(search(withForeignBytes(2000), {1800, 2000, 2100}), 2000U);
+}
+
+TEST_F(CutSearchTest, MoreLikelyCutsThanTheBudgetCanCompareAreLeftOut) {
+  std::vector<std::uint32_t> likely;
+  const Bytes bytes = withForeignBytes(2000);
+  for (std::uint32_t cut = 2000; cut > 1000; cut -= 5) {
+    likely.push_back(cut);
+    if (cut != 2000) decoder.silent[cutAt(bytes, cut)] = 5 + cut % 400;
+  }
+  budget = TrialBudget(TrialBudget::kLeast * 90);
+  EXPECT_EQ(search(bytes, likely), 2000U);
 }
 
 TEST_F(CutSearchTest, CutsThatShowTheSamePictureAreOne) {

@@ -35,6 +35,15 @@ TEST(TrialBudget, ShareIsNotLessThanItMustBeAndNotMoreThanThereIs) {
   EXPECT_EQ(timesOf(budget), 50U);
 }
 
+TEST(TrialBudget, WalksAreTakenFromItToo) {
+  TrialBudget budget(TrialBudget::kLeast * 60);
+  EXPECT_EQ(budget.bytesToWalk(), TrialBudget::kLeast * 60 / 16);
+  budget.takeWalk(budget.bytesToWalk() / 3);
+  EXPECT_EQ(timesOf(budget), 40U);
+  budget.takeWalk(TrialBudget::kLeast * 60);
+  EXPECT_EQ(timesOf(budget), 0U);
+}
+
 TEST(TrialBudget, LongFilmGetsLessForItsPicturesUntilItsOwnSizeIsMore) {
   constexpr std::uint64_t kMb = std::uint64_t{1} << 20U;
   const auto ofPictures = [](std::uint64_t size) { return timesOf(TrialBudget::ofPictures(size)); };

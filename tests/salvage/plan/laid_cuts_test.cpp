@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tests/salvage/known_pictures.h"
 #include "tests/salvage/made_film.h"
+#include "tests/salvage/made_jpeg.h"
 #include "tests/salvage/salvage_bench.h"
 
 namespace zelvo::tests {
@@ -84,6 +87,26 @@ TEST_F(LaidCuts, NothingIsDecodedWhereNothingWasPutIn) {
   film.remove(film.headers[30] + 100, 301);
   const PlannedFilm planned(film.bytes, &decoder);
   EXPECT_TRUE(decoder.opened.empty());
+}
+
+TEST_F(LaidCuts, OfJpegFewCutsAreDecoded) {
+  AviBuilder builder;
+  builder.videoHandler = builder.videoCompression = "MJPG";
+  std::vector<platform::Bytes> pictures;
+  for (unsigned seed = 0; seed < 12; ++seed) {
+    pictures.push_back(MadeJpeg{.seed = seed}.bytes());
+    builder.chunks.push_back({"00dc", static_cast<std::uint32_t>(pictures.back().size())});
+  }
+  platform::Bytes bytes = builder.build();
+  const auto headers = chunkOffsets(builder);
+  for (std::size_t i = 0; i < pictures.size(); ++i)
+    std::ranges::copy(pictures[i], bytes.begin() + static_cast<std::ptrdiff_t>(headers[i] + 8));
+  const platform::Bytes foreign = noise(3333);
+  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(headers[5] + 8 + 4000), foreign.begin(), foreign.end());
+  decoder = KnownPictures(pictures);
+  const PlannedFilm planned(bytes, &decoder);
+  EXPECT_EQ(planned.plan.cutsFound, 1U);
+  EXPECT_LT(decoder.decodes, 80U);
 }
 
 TEST_F(LaidCuts, StreamIsToldAsItsHeaderHasIt) {
