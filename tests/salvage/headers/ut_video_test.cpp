@@ -67,29 +67,34 @@ TEST(UtVideo, WhatIsNotWholeOrNotPackedSoIsNone) {
   EXPECT_TRUE(salvage::utVideoPicture(utPicture({64, 64, 64, 64}, 1, 9)));
 }
 
+/// Three planes of as many slices each, which all hold the same words; all codes have one length.
+Bytes evenPicture(unsigned length, std::size_t slices, std::uint32_t word, std::size_t words) {
+  Bytes picture;
+  for (int plane = 0; plane < 3; ++plane) {
+    Bytes lengths(256, std::byte{0xff});
+    std::fill_n(lengths.begin(), std::size_t{1} << length, static_cast<std::byte>(length));
+    picture.insert(picture.end(), lengths.begin(), lengths.end());
+    for (std::size_t i = 1; i <= slices; ++i) appendNumber(picture, static_cast<std::uint32_t>(i * words * 4));
+    for (std::size_t i = 0; i < slices * words; ++i) appendNumber(picture, word);
+  }
+  appendNumber(picture, 0);
+  return picture;
+}
+
 TEST(UtVideo, SliceIsFilledUpWithZerosAlone) {
-  Bytes picture = utPicture({4096, 1024, 1024}, 1, 9);
-  // The last plane's last word: what fills it up is no code any more.
-  std::fill_n(picture.end() - 8, 4, std::byte{0});
-  picture[picture.size() - 7] = std::byte{1};
-  const auto filled = salvage::utVideoPicture(picture);
-  picture[picture.size() - 8] = std::byte{4};  // two zeros at the end
+  const auto filled = salvage::utVideoPicture(evenPicture(3, 1, 0xfffffffc, 1));
   ASSERT_TRUE(filled);
-  const auto changed = salvage::utVideoPicture(picture);
-  ASSERT_TRUE(changed);
-  EXPECT_NE(changed->samples[2], filled->samples[2]);
+  EXPECT_EQ(filled->samples.front(), (CountRange{10, 10}));
+  EXPECT_EQ(salvage::utVideoPicture(evenPicture(3, 1, 0xffffffe0, 1))->samples.front(), (CountRange{9, 10}));
+  EXPECT_FALSE(salvage::utVideoPicture(evenPicture(3, 1, 0xffffffff, 1)));
+  EXPECT_FALSE(salvage::utVideoPicture(evenPicture(3, 1, 0xfffffffd, 1)));
 }
 
 TEST(UtVideo, MoreSamplesThanAnyPictureHasAreNone) {
-  std::mt19937 random(1);
-  Bytes plane(256, std::byte{0xff});
-  plane[0] = plane[1] = std::byte{1};
-  appendNumber(plane, 1U << 20U);
-  plane.resize(plane.size() + (1U << 20U), std::byte{0x55});
-  Bytes picture;
-  for (int i = 0; i < 3; ++i) picture.insert(picture.end(), plane.begin(), plane.end());
-  appendNumber(picture, 0);
-  EXPECT_FALSE(salvage::utVideoPicture(picture));
+  constexpr std::size_t kWords = 1U << 15U;  // 2^20 samples of one bit
+  EXPECT_TRUE(salvage::utVideoPicture(evenPicture(1, 2, 0x55555555, kWords)));
+  EXPECT_FALSE(salvage::utVideoPicture(evenPicture(1, 4, 0x55555555, kWords)));
+  EXPECT_FALSE(salvage::utVideoPicture(evenPicture(1, 1, 0x55555555, kWords * 4)));
 }
 
 TEST(UtVideo, NoiseIsNone) {
