@@ -251,6 +251,7 @@ void describeRaw(const StreamSample& sample, std::optional<PictureSize> known, P
   shape.bits = shapes.front().bits;
   if (shapes.front().layout == PixelLayout::yuy2) shape.compression = avi::FourCC{"YUY2"};
   if (shapes.front().layout == PixelLayout::uyvy) shape.compression = avi::FourCC{"UYVY"};
+  if (shapes.front().layout == PixelLayout::planar) shape.compression = avi::FourCC{"I420"};
   // "db" is how the system's own functions write pictures, and those stand on their heads; others do not.
   constexpr std::uint32_t kLastLetter = 0x63000000;  // "c"
   shape.isTopDown = (sample.seen.code.value & 0xff000000U) == kLastLetter;

@@ -13,7 +13,7 @@ constexpr std::size_t kFront = 4096;
 constexpr std::size_t kRun = 96;
 constexpr std::size_t kRunFront = 256;
 constexpr std::size_t kWhole = 3;
-constexpr std::size_t kWholeFront = std::size_t{1} << 18U;
+constexpr std::size_t kWholeFront = std::size_t{1} << 20U;
 
 SampledPayload payloadOf(avi::InputFile& input, const Candidate& chunk, std::size_t front) {
   return {chunk.size(), input.readBytes(chunk.offset() + 8, std::min<std::size_t>(chunk.size(), front))};

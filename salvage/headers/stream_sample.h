@@ -22,7 +22,7 @@ struct StreamSample {
   std::vector<std::uint32_t> sizes;      ///< of chunks that are not empty, evenly taken from the film; rising
   std::vector<SampledPayload> payloads;  ///< evenly taken: fronts of 4 KiB
   std::vector<SampledPayload> run;       ///< one after the other in the film, empty ones too: fronts of 256 bytes
-  std::vector<SampledPayload> whole;     ///< three from the middle of the film: up to 256 KiB of each
+  std::vector<SampledPayload> whole;     ///< three from the middle of the film: up to 1 MiB of each
 
   /// The size that 90 % of the chunks have; 0 without one.
   [[nodiscard]] std::uint32_t commonSize() const;

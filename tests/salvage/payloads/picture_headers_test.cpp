@@ -170,6 +170,30 @@ TEST(RawPicture, PackedYuvIsToldByItsPhases) {
             (salvage::RawShape{{160, 120}, 16, salvage::PixelLayout::yuy2}));
 }
 
+TEST(RawPicture, PlanesOfHalfTheSizeAreTold) {
+  for (const PictureSize size : {PictureSize{176, 144}, PictureSize{320, 240}, PictureSize{640, 360}}) {
+    Bytes picture = gradient(size.width, size.height, 1, size.width);
+    for (int plane = 0; plane < 2; ++plane) {
+      const Bytes chroma = gradient(size.width / 2, size.height / 2, 1, size.width / 2);
+      picture.insert(picture.end(), chroma.begin(), chroma.end());
+    }
+    const auto bytes = static_cast<std::uint32_t>(picture.size());
+    EXPECT_EQ(salvage::rawShapes(bytes, {picture}, std::nullopt).front(),
+              (salvage::RawShape{size, 12, salvage::PixelLayout::planar}));
+  }
+}
+
+TEST(RawPicture, PicturesOfEightBitsAreNoPlanes) {
+  for (const PictureSize size : {PictureSize{160, 120}, PictureSize{320, 240}}) {
+    const std::uint32_t bytes = size.width * size.height;
+    const salvage::RawShape wrong{{size.width, size.height / 3 * 2}, 12, salvage::PixelLayout::planar};
+    for (const Bytes& picture : {gradient(size.width, size.height, 1, size.width), Bytes(bytes, std::byte{16})}) {
+      const auto shapes = salvage::rawShapes(bytes, {picture}, std::nullopt);
+      EXPECT_EQ(std::ranges::find(shapes, wrong), shapes.end()) << size.width;
+    }
+  }
+}
+
 TEST(RawPicture, AKnownSizeDecides) {
   const Bytes picture = gradient(160, 120, 3, 480);
   const auto shapes = salvage::rawShapes(160 * 120 * 3, {picture}, PictureSize{120, 160});
