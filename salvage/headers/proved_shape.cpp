@@ -106,10 +106,6 @@ class Proof {
 
   [[nodiscard]] bool open(const TrialShape& shape) { return decoder_.open(streamOf(shape)); }
 
-  static platform::TrialStream streamOf(const TrialShape& shape) {
-    return {shape.compression.value, shape.size.width, shape.size.height, shape.bits, shape.extra};
-  }
-
   /// None when the decoder has anything against it.
   [[nodiscard]] Pictures decode(const TrialShape& shape, const platform::Bytes& payload, WantedPlanes wanted) {
     Pictures pictures;

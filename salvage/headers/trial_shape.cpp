@@ -138,10 +138,6 @@ class ShapeTrials {
     return codec.codec != Codec::intra || bytes * 64 >= bits;
   }
 
-  static TrialStream streamOf(const TrialShape& shape) {
-    return {shape.compression.value, shape.size.width, shape.size.height, shape.bits, shape.extra};
-  }
-
   /// Whole payloads that would be keys of such a codec, from different parts of the film; those that told something
   /// come first. Of a codec all of whose pictures are keys any will do.
   std::vector<Bytes>& keysOf(Codec codec) {
@@ -224,8 +220,9 @@ class ShapeTrials {
                   keys.begin() + static_cast<std::ptrdiff_t>(i) + 1);
       ++telling;
     }
-    one.score /= static_cast<double>(std::max<std::size_t>(telling, 1));
-    return telling > 0;
+    if (telling == 0) return false;
+    one.score /= static_cast<double>(telling);
+    return true;
   }
 
   /// Whether the end of a payload is an edge of its picture, which is whole.
@@ -286,6 +283,10 @@ class ShapeTrials {
 };
 
 }  // namespace
+
+TrialStream streamOf(const TrialShape& shape) {
+  return {shape.compression.value, shape.size.width, shape.size.height, shape.bits, shape.extra};
+}
 
 std::span<const PictureSize> usualSizes() { return kTriedSizes; }
 

@@ -28,6 +28,9 @@ struct TrialShape {
   friend bool operator==(const TrialShape&, const TrialShape&) = default;
 };
 
+/// What a decoder is told of a stream of such a shape.
+[[nodiscard]] platform::TrialStream streamOf(const TrialShape& shape);
+
 /// Chunks of one stream, whose ends are proved.
 struct TrialChunks {
   avi::InputFile& input;

@@ -1,5 +1,5 @@
 // Each chunk of the chain is held until the next one is known: only then can its end be judged. Where it does not end
-// there, headers with dead codes are looked for from the next chunk backwards. What is left is a wrong size or missing.
+// there, headers with dead codes are looked for from the next chunk backwards. The rest is a wrong size or a loss.
 #include "salvage/plan/chain_film.h"
 
 #include <algorithm>
@@ -110,7 +110,7 @@ Link Filling::linkOf(const DeadHeader& header) const {
 
 const StreamFacts* Filling::factsOf(std::uint8_t stream) const {
   if (stream == FilmStreams::kNone) return nullptr;
-  const std::size_t number = streams_.numberOf(stream);
+  const std::uint8_t number = streams_.numberOf(stream);
   return number < evidence_.facts.size() ? &evidence_.facts[number] : nullptr;
 }
 

@@ -34,7 +34,7 @@ class ClockTurns {
   avi::InputFile& input_;
   std::uint8_t stream_;
   PictureClock clock_;
-  bool isTrue_ = true;
+  bool isTrue_ = true;  ///< it moves on as the pictures do, for all that is known
 };
 
 }  // namespace zelvo::salvage

@@ -193,12 +193,10 @@ std::optional<std::size_t> Repeats::wholeOfTorn(const ChainGap& gap, std::size_t
   if (size < kSmallestHashed || size > kLargest || torn.source < avi::kChunkHeader + size) return std::nullopt;
   if (++comparisons_ > kMaxComparisons || comparedBytes_ > maxComparedBytes_) return std::nullopt;
   comparedBytes_ += 3 * size;
-  const auto bytesAt = [&](std::uint64_t from, std::uint64_t most) {
-    return input_.readBytes(from, static_cast<std::size_t>(std::min(size, most)));
-  };
-  const platform::Bytes bytes = bytesAt(torn.source, size);
-  const platform::Bytes same = bytesAt(next.source, next.size);
-  const platform::Bytes inFront = bytesAt(torn.source - avi::kChunkHeader - size, size);
+  const auto length = static_cast<std::size_t>(size);
+  const platform::Bytes bytes = input_.readBytes(torn.source, length);
+  const platform::Bytes same = input_.readBytes(next.source, std::min<std::size_t>(length, next.size));
+  const platform::Bytes inFront = input_.readBytes(torn.source - avi::kChunkHeader - size, length);
   if (bytes.size() != size || inFront.size() != size) return std::nullopt;
   const auto front = std::ranges::mismatch(bytes, same).in1 - bytes.begin();
   const auto rest = std::mismatch(bytes.rbegin(), bytes.rend(), inFront.rbegin()).first - bytes.rbegin();

@@ -38,7 +38,8 @@ class SoundTrack {
   /// What the last few come to; nothing before there is one.
   [[nodiscard]] std::optional<double> usualLag() const { return usual_; }
 
-  /// The size of each of `count` chunks that last for `time` together, in whole blocks of bytes. \pre `count` and
+  /// The size of each of `count` chunks that last for `time` together, in whole blocks of bytes and at least one.
+  /// \pre `count` and
   /// `block` are not 0.
   [[nodiscard]] std::uint32_t sizeFor(double time, std::size_t count, std::uint32_t block) const;
 
