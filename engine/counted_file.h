@@ -24,6 +24,9 @@ class CountedFile final : public platform::WritableFile {
   std::error_code reserve(std::uint64_t size) override { return file_->reserve(size); }
   std::error_code truncate(std::uint64_t size) override { return file_->truncate(size); }
   std::error_code writeOut(std::uint64_t offset, std::uint64_t size) override { return file_->writeOut(offset, size); }
+  std::error_code beginWriteOut(std::uint64_t offset, std::uint64_t size) override {
+    return file_->beginWriteOut(offset, size);
+  }
   std::error_code flush() override { return file_->flush(); }
   std::error_code close() override { return file_->close(); }
 

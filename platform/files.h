@@ -48,7 +48,8 @@ class ReadableFile {
 };
 
 /// A file open for writing; closed by its destructor if `close` was not called.
-/// Thread: `writeAt` and `writeOut` any, several at once; the others one at a time, with no write under way.
+/// Thread: `writeAt`, `writeOut` and `beginWriteOut` any, several at once; the others one at a time, with no write under
+/// way.
 class WritableFile {
  public:
   virtual ~WritableFile() = default;
@@ -67,6 +68,9 @@ class WritableFile {
   /// Sends `size` bytes from `offset` on, which were written before, to the medium and waits for it, so that a later
   /// `flush` has little to wait for. It does not take that flush's place. A file that knows no better does nothing.
   [[nodiscard]] virtual std::error_code writeOut(std::uint64_t /*offset*/, std::uint64_t /*size*/) { return {}; }
+
+  /// Begins to send what was written to the medium, as `writeOut`, and waits for none of it.
+  [[nodiscard]] virtual std::error_code beginWriteOut(std::uint64_t /*offset*/, std::uint64_t /*size*/) { return {}; }
 
   /// Waits until everything written lies on the medium.
   [[nodiscard]] virtual std::error_code flush() = 0;

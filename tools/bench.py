@@ -249,15 +249,16 @@ def memory(b):
         os.remove(ours)
 
 
-def film_without_index(b):
-    """A Motion JPEG film with PCM that goes on beyond the size wanted, and is cut off there, index and all."""
-    path = os.path.join(b.work, f"film-{b.size}.avi")
+def film_without_index(b, name, seconds, coded):
+    """A film of one scene again and again that goes on beyond the size wanted, and is cut off there, index and all."""
+    path = os.path.join(b.work, f"{name}-{b.size}.avi")
     if not os.path.exists(path):
         scene, whole = b.output("scene.avi"), b.output("whole.avi")
         quiet = ["ffmpeg", "-hide_banner", "-loglevel", "error", "-y"]
-        pictures = ["-f", "lavfi", "-i", "testsrc2=size=1280x720:rate=25"]
         noise = ["-f", "lavfi", "-i", "anoisesrc=r=44100"]
-        subprocess.run(quiet + pictures + noise + ["-t", "20", "-c:v", "mjpeg", "-q:v", "2", scene], check=True)
+        subprocess.run(
+            quiet + noise + ["-f", "lavfi", "-i"] + coded[:1] + ["-t", seconds] + coded[1:] + [scene], check=True
+        )
         rounds = b.size // os.path.getsize(scene) + 1
         subprocess.run(quiet + ["-stream_loop", str(rounds), "-i", scene, "-c", "copy", whole], check=True)
         os.truncate(whole, b.size)
@@ -266,12 +267,21 @@ def film_without_index(b):
     return path
 
 
+def jpeg_film(b):
+    return film_without_index(b, "film", "20", ["testsrc2=size=1280x720:rate=25", "-c:v", "mjpeg", "-q:v", "2"])
+
+
+def mpeg4_film(b):
+    coded = ["testsrc2=size=640x480:rate=25", "-c:v", "mpeg4", "-b:v", "2500k", "-c:a", "libmp3lame", "-b:a", "128k"]
+    return film_without_index(b, "mpeg4", "40", coded)
+
+
 def film_with_bad_sectors(b):
     """The same film, 1.5 % of its sectors of 4096 bytes full of noise."""
     path = os.path.join(b.work, f"sectors-{b.size}.avi")
     if not os.path.exists(path):
         made = b.output("made.avi")
-        shutil.copyfile(film_without_index(b), made)
+        shutil.copyfile(jpeg_film(b), made)
         chance = random.Random(1)
         with open(made, "r+b") as file:
             for sector in chance.sample(range(4, b.size // 4096 - 1), int(b.size / 4096 * 0.015)):
@@ -284,7 +294,8 @@ def film_with_bad_sectors(b):
 def salvage(b):
     ours, copy = b.output("ours.avi"), b.output("copy.avi")
     for name, make, limits in (
-        ("index cut off", film_without_index, ((2.0, 1.2), (0.50, 0.30))),
+        ("MPEG-4, index cut off", mpeg4_film, ((2.0, 1.2), (0.50, 0.30))),
+        ("Motion JPEG, index cut off", jpeg_film, ((2.0, 1.2), (0.50, 0.30))),
         ("1.5 % bad sectors", film_with_bad_sectors, ((4.0, 2.0), None)),
     ):
         path = make(b)

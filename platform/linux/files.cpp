@@ -149,15 +149,11 @@ class LinuxWritableFile final : public WritableFile {
   }
 
   std::error_code writeOut(std::uint64_t offset, std::uint64_t size) override {
-    if (size == 0) return {};
-    if (offset > kLargestOffset || size > kLargestOffset - offset)
-      return std::make_error_code(std::errc::file_too_large);
-    constexpr unsigned kAll = SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
-    while (::sync_file_range(descriptor_.number(), static_cast<off_t>(offset), static_cast<off_t>(size), kAll) != 0) {
-      if (errno == ESPIPE || errno == EINVAL || errno == ENOSYS) return {};  // a pipe or device has nothing to wait for
-      if (errno != EINTR) return lastError();
-    }
-    return {};
+    return syncRange(offset, size, SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER);
+  }
+
+  std::error_code beginWriteOut(std::uint64_t offset, std::uint64_t size) override {
+    return syncRange(offset, size, SYNC_FILE_RANGE_WRITE);
   }
 
   std::error_code flush() override {
@@ -171,6 +167,17 @@ class LinuxWritableFile final : public WritableFile {
   std::error_code close() override { return descriptor_.close(); }
 
  private:
+  [[nodiscard]] std::error_code syncRange(std::uint64_t offset, std::uint64_t size, unsigned steps) const {
+    if (size == 0) return {};
+    if (offset > kLargestOffset || size > kLargestOffset - offset)
+      return std::make_error_code(std::errc::file_too_large);
+    while (::sync_file_range(descriptor_.number(), static_cast<off_t>(offset), static_cast<off_t>(size), steps) != 0) {
+      if (errno == ESPIPE || errno == EINVAL || errno == ENOSYS) return {};  // a pipe or device has nothing to wait for
+      if (errno != EINTR) return lastError();
+    }
+    return {};
+  }
+
   /// FAT knows no room without content: it would fill all of it with zeros, and everything would be written twice.
   [[nodiscard]] bool reservingWritesZeros() const {
     struct statfs status {};

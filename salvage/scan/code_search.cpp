@@ -99,29 +99,78 @@ __attribute__((target("avx2"))) __m256i load32(const std::byte* bytes) {
   return _mm256_loadu_si256(static_cast<const __m256i*>(static_cast<const void*>(bytes)));
 }
 
-__attribute__((target("avx2"))) __m256i areDigits(__m256i bytes) {
-  const __m256i above = _mm256_sub_epi8(bytes, _mm256_set1_epi8('0'));
-  return _mm256_cmpeq_epi8(_mm256_min_epu8(above, _mm256_set1_epi8(9)), above);
+/// A byte's kinds by its lower and its upper half: it is of those that both halves have.
+struct HalfKinds {
+  std::array<std::uint8_t, 16> lower{};
+  std::array<std::uint8_t, 16> upper{};
+
+  constexpr void add(char character, std::uint8_t kinds) {
+    const auto byte = static_cast<std::uint8_t>(character);
+    lower[byte % 16] |= kinds;
+    upper[byte / 16] |= kinds;
+  }
+};
+
+// No kind has two characters at one place that differ in both halves: the halves of the one and the other would make
+// two more.
+constexpr std::uint8_t kDigit = 1;
+constexpr std::uint8_t kList = 2;
+constexpr std::uint8_t kForm = 4;
+constexpr std::uint8_t kJunk = 8;
+constexpr std::uint8_t kTable = 16;
+constexpr std::uint8_t kStandard = 32;
+
+constexpr HalfKinds firstKinds() {
+  HalfKinds kinds;
+  for (char digit = '0'; digit <= '9'; ++digit) kinds.add(digit, kDigit);
+  kinds.add('L', kList);
+  kinds.add('R', kForm);
+  kinds.add('J', kJunk);
+  kinds.add('i', kTable | kStandard);
+  return kinds;
 }
 
-__attribute__((target("avx2"))) __m256i are(__m256i bytes, char character) {
-  return _mm256_cmpeq_epi8(bytes, _mm256_set1_epi8(character));
+constexpr HalfKinds secondKinds() {
+  HalfKinds kinds;
+  for (char digit = '0'; digit <= '9'; ++digit) kinds.add(digit, kDigit);
+  kinds.add('I', kList | kForm);
+  kinds.add('U', kJunk);
+  kinds.add('d', kTable);
+  kinds.add('x', kStandard);
+  return kinds;
+}
+
+/// The table in both lanes.
+__attribute__((target("avx2"))) __m256i lanes(const std::array<std::uint8_t, 16>& table) {
+  return _mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<const __m128i*>(static_cast<const void*>(&table))));
+}
+
+struct VectorKinds {
+  __m256i lower;
+  __m256i upper;
+};
+
+/// Bytes beyond ASCII are of no kind: a shuffle gives zero for them.
+__attribute__((target("avx2"))) __m256i kindsOf(__m256i bytes, const VectorKinds& kinds) {
+  const __m256i upper = _mm256_and_si256(_mm256_srli_epi16(bytes, 4), _mm256_set1_epi8(15));
+  return _mm256_and_si256(_mm256_shuffle_epi8(kinds.lower, bytes), _mm256_shuffle_epi8(kinds.upper, upper));
 }
 
 __attribute__((target("avx2"))) void findWithAvx2(const std::byte* bytes, std::size_t positions,
                                                   std::vector<std::uint32_t>& found) {
+  static constexpr HalfKinds kFirstHalves = firstKinds();
+  static constexpr HalfKinds kSecondHalves = secondKinds();
+  const VectorKinds first{lanes(kFirstHalves.lower), lanes(kFirstHalves.upper)};
+  const VectorKinds second{lanes(kSecondHalves.lower), lanes(kSecondHalves.upper)};
+  const __m256i digit = _mm256_set1_epi8(kDigit);
+  const __m256i zero = _mm256_setzero_si256();
   for (std::size_t i = 0; i < positions; i += 32) {
-    const __m256i first = load32(bytes + i);
-    const __m256i second = load32(bytes + i + 1);
-    const __m256i digits = _mm256_and_si256(areDigits(first), areDigits(second));
-    const __m256i listOrForm = _mm256_and_si256(_mm256_or_si256(are(first, 'L'), are(first, 'R')), are(second, 'I'));
-    const __m256i junk = _mm256_and_si256(are(first, 'J'), are(second, 'U'));
-    const __m256i index = _mm256_and_si256(are(first, 'i'), _mm256_or_si256(are(second, 'd'), are(second, 'x')));
-    const __m256i letters = _mm256_or_si256(listOrForm, _mm256_or_si256(junk, index));
-    const __m256i either = _mm256_or_si256(digits, letters);
-    if (_mm256_testz_si256(either, either) != 0) continue;
-    const __m256i all = _mm256_or_si256(_mm256_andnot_si256(areDigits(load32(bytes + i + 2)), digits), letters);
-    for (auto fits = static_cast<std::uint32_t>(_mm256_movemask_epi8(all)); fits != 0; fits &= fits - 1) {
+    const __m256i fitting = _mm256_and_si256(kindsOf(load32(bytes + i), first), kindsOf(load32(bytes + i + 1), second));
+    if (_mm256_testz_si256(fitting, fitting) != 0) continue;
+    // A third digit: two of a row.
+    const __m256i row = _mm256_and_si256(kindsOf(load32(bytes + i + 2), second), digit);
+    const __m256i none = _mm256_cmpeq_epi8(_mm256_andnot_si256(row, fitting), zero);
+    for (auto fits = ~static_cast<std::uint32_t>(_mm256_movemask_epi8(none)); fits != 0; fits &= fits - 1) {
       const std::size_t position = i + static_cast<std::size_t>(std::countr_zero(fits));
       if (position >= positions) return;
       found.push_back(static_cast<std::uint32_t>(position));

@@ -99,7 +99,7 @@ void FilmOutput::send() {
     if (isEnded_ || hasFailed_) return;
     const std::uint64_t end = written_;
     lock.unlock();
-    const std::error_code error = file_.writeOut(sent * kBuffer, (end - sent) * kBuffer);
+    const std::error_code error = file_.beginWriteOut(sent * kBuffer, (end - sent) * kBuffer);
     if (error) noteFailure(sent * kBuffer, error);
     sent = end;
     lock.lock();

@@ -71,6 +71,12 @@ class Writer {
   }
 
   WrittenFilm write() {
+    // A file system that knows the size ahead has less to do. One that has no room for it would only fail later; one
+    // that cannot do it writes all the same.
+    if (const std::error_code error = writing_.out.reserve(writing_.layout.size()); platform::isNoRoom(error)) {
+      written_.failure = avi::WriteFailure{0, error};
+      return written_;
+    }
     out_.append(headerBytes(writing_.header, writing_.layout));
     for (const FormLayout& form : writing_.layout.forms) {
       if (!writeForm(form)) break;

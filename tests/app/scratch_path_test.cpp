@@ -114,6 +114,16 @@ TEST(CountedFiles, CountsWhatIsWrittenToTheFileOpenedLast) {
   EXPECT_EQ(files.content("/b").size(), 11U);
 }
 
+TEST(CountedFiles, WhatIsSentToTheMediumGoesThrough) {
+  MemoryFiles files;
+  MemoryFile& file = files.put("/a", platform::Bytes(90));
+  file.sendError = std::make_error_code(std::errc::io_error);
+  app::CountedFiles counted(files);
+  const auto opened = counted.openForWriting("/a");
+  EXPECT_EQ(opened.file->beginWriteOut(0, 70), std::errc::io_error);
+  EXPECT_EQ(file.sentUpTo, 70U);
+}
+
 TEST(CountedFiles, AFileThatCannotBeOpenedAnswersItsCause) {
   MemoryFiles files;
   app::CountedFiles counted(files);

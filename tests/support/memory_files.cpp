@@ -105,6 +105,11 @@ class MemoryWritableFile final : public platform::WritableFile {
     file_->size = size;
     return {};
   }
+  std::error_code beginWriteOut(std::uint64_t offset, std::uint64_t size) override {
+    const std::lock_guard lock(file_->mutex);
+    if (offset == file_->sentUpTo && offset + size <= file_->bytes.size()) file_->sentUpTo += size;
+    return file_->sendError;
+  }
   std::error_code flush() override { return {}; }
   std::error_code close() override { return std::exchange(file_->closeError, {}); }
 

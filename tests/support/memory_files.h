@@ -35,9 +35,11 @@ struct MemoryFile {
   std::error_code writeError;
   std::error_code reserveError = std::make_error_code(std::errc::operation_not_supported);
   std::error_code closeError;
+  std::error_code sendError;  ///< of every sending to the medium
 
   std::uint64_t reads = 0;        ///< how often it was read
   std::uint64_t largestRead = 0;  ///< the most that one read asked for
+  std::uint64_t sentUpTo = 0;     ///< so much was sent to the medium, part by part, none of it before it was written
   /// Told of every read before it is done: offset and size.
   std::function<void(std::uint64_t, std::size_t)> onRead;
   /// Told of every write before it is done: offset and size. Called on the thread that writes.

@@ -284,6 +284,16 @@ TEST_F(LinuxFiles, WritingOutOfAClosedFileAnswersWhy) {
   EXPECT_EQ(opened.file->writeOut(std::uint64_t{1} << 63U, 10), std::errc::file_too_large);
 }
 
+TEST_F(LinuxFiles, BeginsToWriteOutAsItWritesOut) {
+  const auto opened = files.openForWriting(folder.put("a", ""));
+  ASSERT_TRUE(opened.file);
+  EXPECT_FALSE(write(*opened.file, 0, "0123456789").error);
+  EXPECT_FALSE(opened.file->beginWriteOut(0, 10));
+  EXPECT_EQ(folder.content("a"), "0123456789");
+  ASSERT_FALSE(opened.file->close());
+  EXPECT_EQ(opened.file->beginWriteOut(0, 10), std::errc::bad_file_descriptor);
+}
+
 TEST_F(LinuxFiles, WhatHasNoMediumIsWrittenOutAtOnce) {
   const auto opened = files.openForWriting("/dev/null");
   ASSERT_TRUE(opened.file);

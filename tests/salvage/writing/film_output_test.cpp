@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <thread>
+
 #include "platform/headless/workers.h"
 #include "tests/support/byte_text.h"
 #include "tests/support/memory_files.h"
@@ -67,6 +70,43 @@ TEST(FilmOutput, TheFirstFailureIsToldAndEndsTheWriting) {
     EXPECT_EQ(failure->offset, 600'000U);
     EXPECT_EQ(failure->cause, std::errc::io_error);
   }
+}
+
+TEST(FilmOutput, WhatIsWrittenIsSentToTheMediumMeanwhile) {
+  platform::headless::HeadlessWorkers workers;
+  workers.setProcessors(2);
+  MemoryFiles files;
+  MemoryFile& file = files.put("/out", {});
+  const auto out = files.openForWriting("/out");
+  salvage::FilmOutput output(*out.file, workers);
+  constexpr std::uint64_t kLarge = 30'000'000;
+  output.zeros(kLarge);
+  for (int tries = 0; tries < 20'000; ++tries) {
+    {
+      const std::lock_guard lock(file.mutex);
+      if (file.sentUpTo > 0) break;
+    }
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  EXPECT_FALSE(output.finish().has_value());
+  EXPECT_GT(file.sentUpTo, 0U);
+  EXPECT_EQ(file.sentUpTo % (1U << 19U), 0U) << "buffers that are not full are left to the flush";
+}
+
+TEST(FilmOutput, AFailedSendingIsAFailure) {
+  platform::headless::HeadlessWorkers workers;
+  workers.setProcessors(2);
+  MemoryFiles files;
+  files.put("/out", {}).sendError = std::make_error_code(std::errc::io_error);
+  const auto out = files.openForWriting("/out");
+  salvage::FilmOutput output(*out.file, workers);
+  output.zeros(30'000'000);
+  for (int tries = 0; tries < 20'000 && !output.failed(); ++tries)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  const auto failure = output.finish();
+  ASSERT_TRUE(failure.has_value());
+  EXPECT_EQ(failure->offset, 0U);
+  EXPECT_EQ(failure->cause, std::errc::io_error);
 }
 
 TEST(FilmOutput, NothingAppendedWritesNothing) {

@@ -217,6 +217,34 @@ TEST(FilmWriter, AFailedWriteIsTold) {
   EXPECT_EQ(written.failure->cause, std::errc::no_space_on_device);
 }
 
+TEST(FilmWriter, RoomForAllOfItIsAskedForBeforeTheFirstWrite) {
+  const auto film = pictureAndSound();
+  film->add(0, Bytes(200'000));
+  film->files.put("/in.avi", film->input);
+  MemoryFile& file = film->files.put("/out.avi", {});
+  std::vector<std::uint64_t> sizes;
+  file.onWrite = [&](std::uint64_t, std::size_t) { sizes.push_back(file.size); };
+  const auto out = film->files.openForWriting("/out.avi");
+  avi::InputFile in(film->files.openForReading("/in.avi").file);
+  const auto layout = salvage::layOut(film->plan, film->header);
+  const auto write = [&] {
+    return salvage::writeFilm({in, *out.file, film->workers, film->plan, film->header, *layout, [] { return false; }});
+  };
+  file.reserveError = {};
+  EXPECT_FALSE(write().failure.has_value());
+  ASSERT_FALSE(sizes.empty());
+  EXPECT_EQ(sizes[0], layout->size());
+  EXPECT_EQ(file.size, layout->size());
+
+  sizes.clear();
+  file.reserveError = std::make_error_code(std::errc::no_space_on_device);
+  const auto refused = write();
+  ASSERT_TRUE(refused.failure.has_value());
+  EXPECT_EQ(refused.failure->offset, 0U);
+  EXPECT_EQ(refused.failure->cause, std::errc::no_space_on_device);
+  EXPECT_THAT(sizes, IsEmpty());
+}
+
 TEST(FilmWriter, AStopEndsIt) {
   const auto film = pictureAndSound();
   film->add(0, Bytes(200'000));
