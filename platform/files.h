@@ -48,8 +48,8 @@ class ReadableFile {
 };
 
 /// A file open for writing; closed by its destructor if `close` was not called.
-/// Thread: `writeAt`, `writeOut` and `beginWriteOut` any, several at once; the others one at a time, with no write under
-/// way.
+/// Thread: `writeAt`, `writeOut` and `beginWriteOut` any, several at once; the others one at a time, with no write
+/// under way.
 class WritableFile {
  public:
   virtual ~WritableFile() = default;
