@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
+#include <unordered_set>
 #include <vector>
 
 #include "platform/bytes.h"
@@ -161,13 +162,13 @@ class CutSearch {
     }
   }
 
-  /// Those without complaint. Cuts that come to the same pictures are as good as one.
+  /// Those without complaint, in the order in which they were tried. Cuts that come to the same pictures are as good as
+  /// one.
   [[nodiscard]] std::vector<TriedCut> distinctCuts() const {
     std::vector<TriedCut> cuts;
-    std::ranges::copy_if(tried_, std::back_inserter(cuts), [this](const TriedCut& one) { return isClean(one); });
-    std::ranges::stable_sort(cuts, {}, [](const TriedCut& one) { return one.trial.mark; });
-    const auto areSame = [](const TriedCut& one, const TriedCut& other) { return one.trial.mark == other.trial.mark; };
-    cuts.erase(std::unique(cuts.begin(), cuts.end(), areSame), cuts.end());
+    std::unordered_set<std::uint64_t> marks;
+    std::ranges::copy_if(tried_, std::back_inserter(cuts),
+                         [&](const TriedCut& one) { return isClean(one) && marks.insert(one.trial.mark).second; });
     return cuts;
   }
 

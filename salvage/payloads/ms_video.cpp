@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-
-#include "avi/byte_order.h"
+#include <cstdlib>
+#include <limits>
 
 namespace zelvo::salvage {
 
@@ -22,108 +22,148 @@ struct BlockEdges {
   bool isKnown = false;
 };
 
-class Instructions {
- public:
-  Instructions(MsPayload payload, unsigned bits) : payload_(payload), colour_(bits / 8) {}
+std::uint16_t numberAt(MsPayload bytes, std::size_t at, std::size_t count) {
+  std::uint16_t value = 0;
+  for (std::size_t i = 0; i < count; ++i)
+    value = static_cast<std::uint16_t>(value | static_cast<unsigned>(bytes[at + i]) << 8U * i);
+  return value;
+}
 
-  /// Calls `visit` with each block, and `skip` with the number of those that are skipped together. False where the
-  /// payload ends within an instruction, or goes on after the last one.
-  template <class Visit, class Skip>
-  bool walk(const Visit& visit, const Skip& skip) {
-    while (at_ + 2 <= payload_.size()) {
-      const std::uint16_t word = take(2);
-      const unsigned high = word >> 8U;
-      if (word == 0) return at_ == payload_.size();
-      if ((high & 0xfcU) == 0x84) {
-        skip((high - 0x84U) << 8U | (word & 0xffU));
-      } else if (!take(word, visit)) {
-        return false;
-      }
+/// How many colours follow an instruction of a block; 0 of one that is a colour itself. `colour`: bytes of one.
+std::size_t coloursOf(std::uint16_t word, MsPayload behind, std::size_t colour) {
+  constexpr std::size_t kMany = 8;
+  if (colour == 1) return word < 0x8000 ? 2 : word >= 0x9000 ? kMany : 0;
+  if (word >= 0x8000) return 0;
+  const bool areMany = behind.size() >= 2 && (behind[1] & std::byte{0x80}) != std::byte{0};
+  return areMany ? kMany : 2;
+}
+
+/// The block's edges as its instruction paints them.
+BlockEdges paint(MsPayload instruction, std::size_t colour) {
+  const std::uint16_t word = numberAt(instruction, 0, 2);
+  const std::size_t count = (instruction.size() - 2) / colour;
+  std::array<std::uint16_t, 8> colours{};
+  for (std::size_t i = 0; i < count; ++i) colours[i] = numberAt(instruction, 2 + i * colour, colour);
+  const auto pixel = [&](std::size_t x, std::size_t y) {
+    if (count == 0) return static_cast<std::uint16_t>(colour == 1 ? word & 0xffU : word & 0x7fffU);
+    const std::size_t quarter = count == 2 ? 0 : (y / 2 * 2 + x / 2) * 2;
+    const bool isFirst = (static_cast<unsigned>(word) >> (y * kBlockSide + x) & 1U) != 0;
+    return colours[quarter + (isFirst ? 0 : 1)];
+  };
+  BlockEdges block;
+  block.isKnown = true;
+  for (std::size_t x = 0; x < kBlockSide; ++x) {
+    block.bottom[x] = pixel(x, 0);
+    block.top[x] = pixel(x, kBlockSide - 1);
+  }
+  return block;
+}
+
+bool isSkip(std::uint16_t word) { return (word & 0xfc00U) == 0x8400; }
+
+/// Calls `visit` with each instruction that is for blocks, and its bytes. False where the payload ends within an
+/// instruction, or goes on after the last one.
+template <class Visit>
+bool walk(MsPayload payload, unsigned bits, const Visit& visit) {
+  while (payload.size() >= 2) {
+    const auto one = msVideoInstruction(payload, bits);
+    if (!one) return false;
+    if (one->isEnd) return payload.size() == 2;
+    visit(*one, payload.first(one->size));
+    payload = payload.subspan(one->size);
+  }
+  return payload.empty();
+}
+
+/// All blocks of a payload. \pre its blocks were counted.
+std::vector<BlockEdges> edgesOf(MsPayload payload, unsigned bits, std::uint32_t count) {
+  std::vector<BlockEdges> blocks;
+  blocks.reserve(count);
+  static_cast<void>(walk(payload, bits, [&](const MsVideoInstruction& one, MsPayload bytes) {
+    if (isSkip(numberAt(bytes, 0, 2))) {
+      blocks.resize(blocks.size() + one.blocks);
+    } else {
+      blocks.push_back(paint(bytes, bits / 8));
     }
-    return at_ == payload_.size();
+  }));
+  return blocks;
+}
+
+/// Calls `visit` with each pixel and the one below it, across the borders of blocks, in rows of so many blocks.
+template <class Visit>
+void eachPair(const std::vector<BlockEdges>& blocks, std::uint32_t width, const Visit& visit) {
+  for (std::size_t i = width; i < blocks.size(); ++i) {
+    if (!blocks[i].isKnown || !blocks[i - width].isKnown) continue;
+    for (std::size_t x = 0; x < kBlockSide; ++x) visit(blocks[i].bottom[x], blocks[i - width].top[x]);
   }
+}
 
- private:
-  [[nodiscard]] std::uint16_t take(std::size_t bytes) {
-    std::uint16_t value = 0;
-    for (std::size_t i = 0; i < bytes; ++i)
-      value = static_cast<std::uint16_t>(value | static_cast<unsigned>(payload_[at_ + i]) << 8U * i);
-    at_ += bytes;
-    return value;
-  }
-
-  /// How many colours follow an instruction of a block; 0 of one that is a colour itself.
-  [[nodiscard]] std::size_t coloursOf(std::uint16_t word) const {
-    constexpr std::size_t kMany = 8;
-    if (colour_ == 1) return word < 0x8000 ? 2 : word >= 0x9000 ? kMany : 0;
-    if (word >= 0x8000) return 0;
-    const bool areMany = at_ + 2 <= payload_.size() && (payload_[at_ + 1] & std::byte{0x80}) != std::byte{0};
-    return areMany ? kMany : 2;
-  }
-
-  template <class Visit>
-  bool take(std::uint16_t word, const Visit& visit) {
-    const std::size_t count = coloursOf(word);
-    if (at_ + count * colour_ > payload_.size()) return false;
-    std::array<std::uint16_t, 8> colours{};
-    for (std::size_t i = 0; i < count; ++i) colours[i] = take(colour_);
-    BlockEdges block;
-    block.isKnown = true;
-    const auto pixel = [&](std::size_t x, std::size_t y) {
-      if (count == 0) return static_cast<std::uint16_t>(colour_ == 1 ? word & 0xffU : word & 0x7fffU);
-      const std::size_t quarter = count == 2 ? 0 : (y / 2 * 2 + x / 2) * 2;
-      const bool isFirst = (static_cast<unsigned>(word) >> (y * kBlockSide + x) & 1U) != 0;
-      return colours[quarter + (isFirst ? 0 : 1)];
-    };
-    for (std::size_t x = 0; x < kBlockSide; ++x) {
-      block.bottom[x] = pixel(x, 0);
-      block.top[x] = pixel(x, kBlockSide - 1);
-    }
-    visit(block);
-    return true;
-  }
-
-  MsPayload payload_;
-  std::size_t colour_;  ///< bytes of one
-  std::size_t at_ = 0;
-};
-
-/// Which share of the pixels are like the ones below them, across the borders of blocks, in rows of so many blocks.
+/// Which share of the pixels are like the ones below them.
 double likeBelow(const std::vector<BlockEdges>& blocks, std::uint32_t width) {
   std::size_t compared = 0;
   std::size_t alike = 0;
-  for (std::size_t i = width; i < blocks.size(); ++i) {
-    if (!blocks[i].isKnown || !blocks[i - width].isKnown) continue;
-    for (std::size_t x = 0; x < kBlockSide; ++x) {
-      ++compared;
-      alike += blocks[i].bottom[x] == blocks[i - width].top[x] ? 1U : 0U;
-    }
-  }
+  eachPair(blocks, width, [&](std::uint16_t one, std::uint16_t other) {
+    ++compared;
+    alike += one == other ? 1U : 0U;
+  });
   return compared == 0 ? 0 : static_cast<double>(alike) / static_cast<double>(compared);
+}
+
+/// Of 16 bits, five for each colour; the numbers of a palette tell nothing but whether they are the same.
+std::uint64_t apart(std::uint16_t one, std::uint16_t other, unsigned bits) {
+  if (bits == 8) return one == other ? 0 : 1;
+  constexpr unsigned kColourBits = 5;
+  constexpr int kColour = 31;
+  std::uint64_t sum = 0;
+  for (unsigned shift = 0; shift < 3 * kColourBits; shift += kColourBits)
+    sum += static_cast<std::uint64_t>(std::abs((one >> shift & kColour) - (other >> shift & kColour)));
+  return sum;
 }
 
 }  // namespace
 
+std::optional<MsVideoInstruction> msVideoInstruction(std::span<const std::byte> bytes, unsigned bits) {
+  if (bytes.size() < 2) return std::nullopt;
+  const std::uint16_t word = numberAt(bytes, 0, 2);
+  if (word == 0) return MsVideoInstruction{0, 2, true};
+  if (isSkip(word)) return MsVideoInstruction{word & 0x3ffU, 2, false};
+  const std::size_t colour = bits / 8;
+  const std::size_t size = 2 + coloursOf(word, bytes.subspan(2), colour) * colour;
+  if (size > bytes.size()) return std::nullopt;
+  return MsVideoInstruction{1, static_cast<std::uint8_t>(size), false};
+}
+
 std::optional<MsVideoCount> msVideoCount(std::span<const std::byte> payload, unsigned bits) {
   std::uint64_t blocks = 0;
   std::uint64_t skipped = 0;
-  const bool isWhole = Instructions(payload, bits)
-                           .walk([&](const BlockEdges&) { ++blocks; }, [&](std::uint32_t count) { skipped += count; });
-  blocks += skipped;
+  const bool isWhole = walk(payload, bits, [&](const MsVideoInstruction& one, MsPayload bytes) {
+    blocks += one.blocks;
+    if (isSkip(numberAt(bytes, 0, 2))) skipped += one.blocks;
+  });
   if (!isWhole || blocks == 0 || blocks > kMostBlocks) return std::nullopt;
   return MsVideoCount{static_cast<std::uint32_t>(blocks), static_cast<std::uint32_t>(skipped)};
+}
+
+std::uint64_t msVideoBlocks(PictureSize picture) {
+  return std::uint64_t{picture.width / kBlockSide} * (picture.height / kBlockSide);
+}
+
+std::uint64_t msVideoRoughness(std::span<const std::byte> payload, unsigned bits, PictureSize picture) {
+  const auto count = msVideoCount(payload, bits);
+  if (!count) return std::numeric_limits<std::uint64_t>::max();
+  const std::vector<BlockEdges> blocks = edgesOf(payload, bits, count->blocks);
+  std::uint64_t sum = 0;
+  eachPair(blocks, picture.width / kBlockSide,
+           [&](std::uint16_t one, std::uint16_t other) { sum += apart(one, other, bits); });
+  return sum;
 }
 
 std::optional<PictureSize> msVideoSize(std::span<const std::byte> payload, unsigned bits,
                                        std::optional<PictureSize> known) {
   const auto count = msVideoCount(payload, bits);
   if (!count) return std::nullopt;
-  if (known && std::uint64_t{known->width / kBlockSide} * (known->height / kBlockSide) == count->blocks) return known;
-  std::vector<BlockEdges> blocks;
-  blocks.reserve(count->blocks);
-  static_cast<void>(Instructions(payload, bits)
-                        .walk([&](const BlockEdges& block) { blocks.push_back(block); },
-                              [&](std::uint32_t skipped) { blocks.resize(blocks.size() + skipped); }));
+  if (known && msVideoBlocks(*known) == count->blocks) return known;
+  const std::vector<BlockEdges> blocks = edgesOf(payload, bits, count->blocks);
   std::optional<PictureSize> best;
   double most = 0;
   double second = 0;

@@ -8,6 +8,7 @@
 #include "salvage/payloads/cut_search.h"
 #include "salvage/payloads/dv_cuts.h"
 #include "salvage/payloads/jpeg_cuts.h"
+#include "salvage/payloads/ms_video_cuts.h"
 #include "salvage/plan/slot_payload.h"
 
 namespace zelvo::salvage {
@@ -96,11 +97,17 @@ class Cuts {
     const Slot& slot = film_.slots[cut.slot];
     const Codec codec = codecOf(evidence_.header.streams[slot.stream].header);
     if (codec == Codec::dv) return dvCuts(bytes, slot.size);
-    if (codec != Codec::jpeg) return {};
-    JpegCuts found = jpegCuts(bytes, slot.size, std::min(budget.bytesToWalk() / 2, kMaxWalks * bytes.size()));
-    budget.takeWalk(found.walked);
-    if (found.cuts.size() > kMaxLikely) found.cuts.resize(kMaxLikely);
-    return std::move(found.cuts);
+    const std::uint64_t mostWalked = std::min(budget.bytesToWalk() / 2, kMaxWalks * bytes.size());
+    const auto likeliest = [&](auto found) {
+      budget.takeWalk(found.walked);
+      if (found.cuts.size() > kMaxLikely) found.cuts.resize(kMaxLikely);
+      return std::move(found.cuts);
+    };
+    if (codec == Codec::jpeg) return likeliest(jpegCuts(bytes, slot.size, mostWalked));
+    if (codec != Codec::msVideo8 && codec != Codec::msVideo16) return {};
+    const PictureFormat format = pictureFormat(evidence_.header.streams[slot.stream].header);
+    const unsigned bits = codec == Codec::msVideo8 ? 8 : 16;
+    return likeliest(msVideoCuts(bytes, slot.size, bits, {format.width, format.height}, mostWalked));
   }
 
   bool close(const OpenCut& cut) {
