@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "tests/salvage/codec_films.h"
 #include "tests/salvage/known_pictures.h"
 #include "tests/salvage/made_film.h"
 #include "tests/salvage/made_jpeg.h"
@@ -89,23 +90,36 @@ TEST_F(LaidCuts, NothingIsDecodedWhereNothingWasPutIn) {
   EXPECT_TRUE(decoder.opened.empty());
 }
 
-TEST_F(LaidCuts, OfJpegFewCutsAreDecoded) {
-  AviBuilder builder;
-  builder.videoHandler = builder.videoCompression = "MJPG";
-  std::vector<platform::Bytes> pictures;
-  for (unsigned seed = 0; seed < 12; ++seed) {
-    pictures.push_back(MadeJpeg{.seed = seed}.bytes());
-    builder.chunks.push_back({"00dc", static_cast<std::uint32_t>(pictures.back().size())});
-  }
+/// How many pictures have their foreign bytes cut out, when the sixth of them has some.
+std::size_t cutsFoundIn(const std::vector<platform::Bytes>& pictures, AviBuilder builder, KnownPictures& decoder) {
+  for (const platform::Bytes& picture : pictures)
+    builder.chunks.push_back({"00dc", static_cast<std::uint32_t>(picture.size())});
   platform::Bytes bytes = builder.build();
   const auto headers = chunkOffsets(builder);
   for (std::size_t i = 0; i < pictures.size(); ++i)
     std::ranges::copy(pictures[i], bytes.begin() + static_cast<std::ptrdiff_t>(headers[i] + 8));
   const platform::Bytes foreign = noise(3333);
-  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(headers[5] + 8 + 4000), foreign.begin(), foreign.end());
+  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(headers[5] + 8 + pictures[5].size() / 2), foreign.begin(),
+               foreign.end());
   decoder = KnownPictures(pictures);
-  const PlannedFilm planned(bytes, &decoder);
-  EXPECT_EQ(planned.plan.cutsFound, 1U);
+  return PlannedFilm(bytes, &decoder).plan.cutsFound;
+}
+
+TEST_F(LaidCuts, OfJpegFewCutsAreDecoded) {
+  AviBuilder builder;
+  builder.videoHandler = builder.videoCompression = "MJPG";
+  std::vector<platform::Bytes> pictures;
+  for (unsigned seed = 0; seed < 12; ++seed) pictures.push_back(MadeJpeg{.seed = seed}.bytes());
+  EXPECT_EQ(cutsFoundIn(pictures, builder, decoder), 1U);
+  EXPECT_LT(decoder.decodes, 80U);
+}
+
+TEST_F(LaidCuts, OfMicrosoftVideoFewCutsAreDecoded) {
+  AviBuilder builder;
+  builder.videoHandler = builder.videoCompression = "CRAM";
+  std::vector<platform::Bytes> pictures;
+  for (unsigned seed = 0; seed < 12; ++seed) pictures.push_back(msVideoPicture(80, 60, seed));
+  EXPECT_EQ(cutsFoundIn(pictures, builder, decoder), 1U);
   EXPECT_LT(decoder.decodes, 80U);
 }
 
