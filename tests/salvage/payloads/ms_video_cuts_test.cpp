@@ -122,15 +122,15 @@ TEST(MsVideoCuts, NoMoreIsReadThanMayBe) {
 
 TEST(MsVideoCuts, BytesOfAnyKindDoNoHarm) {
   std::mt19937 random(3);
-  for (int round = 0; round < 300; ++round) {
-    Bytes bytes(random() % 200 + 2);
+  for (int round = 0; round < 5000; ++round) {
+    Bytes bytes(random() % 40 + 2);
     for (std::byte& byte : bytes) byte = static_cast<std::byte>(round % 2 == 0 ? random() % 256 : random() % 3 * 0x42);
     const auto size = static_cast<std::uint32_t>(random() % (bytes.size() - 1) + 1);
     for (const unsigned bits : {8U, 16U}) {
-      for (const std::uint32_t cut : msVideoCuts(bytes, size, bits, {32, 8}, kMuch).cuts) {
+      for (const std::uint32_t cut : msVideoCuts(bytes, size, bits, {8, 8}, kMuch).cuts) {
         const auto count = salvage::msVideoCount(withoutThem(bytes, size, cut), bits);
         ASSERT_TRUE(count);
-        EXPECT_EQ(count->blocks, 16U);
+        EXPECT_EQ(count->blocks, 4U);
       }
     }
   }
