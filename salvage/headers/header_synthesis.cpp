@@ -169,14 +169,14 @@ class Synthesis {
       const auto share = shareOf(stream.number);
       if (!share) continue;
       const double units = stream.header.sampleSize == 0 ? share->chunks : share->bytes / stream.header.sampleSize;
-      return usualPictureRate(stream.header.rate / (units * stream.header.scale));
+      return usualPictureRate(stream.header.rate / (units * stream.header.scale), share->error);
     }
     for (const LostSound& sound : sounds_) {
       if (!sound.share) continue;
       double seconds = sound.share->chunks * sound.shape.chunkSeconds();
       if (seconds == 0 && sound.shape.bytesPerSecond != 0) seconds = sound.share->bytes / sound.shape.bytesPerSecond;
       if (seconds == 0 && sound.shape.rate != 0) seconds = samplesAPicture(sound) / sound.shape.rate;
-      if (seconds > 0) return usualPictureRate(1 / seconds);
+      if (seconds > 0) return usualPictureRate(1 / seconds, sound.share->error);
     }
     return std::nullopt;
   }
@@ -191,9 +191,14 @@ class Synthesis {
   [[nodiscard]] std::optional<PictureRate> rateByPairs() {
     for (LostSound& sound : sounds_) {
       if (!sound.share) continue;
-      const bool prefersSlow = isSmall() && (sound.shape.channels == 1 || sound.shape.bits < 16);
-      pairs_ = usualPairs(samplesAPicture(sound), prefersSlow);
-      if (!pairs_.empty()) return pairs_.front().pictures;
+      const PairsWanted wanted{
+          .prefersSlow = isSmall() && (sound.shape.channels == 1 || sound.shape.bits < 16),
+          .isOfTapes = sound.shape.codec == Codec::pcm && isOfTapes(sound.sample.sizes, sound.shape.block),
+          .error = sound.share->error};
+      pairs_ = usualPairs(samplesAPicture(sound), wanted);
+      if (pairs_.empty()) continue;
+      sound.shape.rate = pairs_.front().samples;
+      return pairs_.front().pictures;
     }
     return std::nullopt;
   }

@@ -134,6 +134,20 @@ TEST(HeaderSynthesis, LargePicturesGoWithFasterSound) {
   EXPECT_EQ(soundFormat(found.header.streams[1].header).samplesPerSec, 44100U);
 }
 
+TEST(HeaderSynthesis, UnevenlyInterleavedSoundHasUsualRates) {
+  Bare film;
+  unsigned seed = 0;
+  for (const int pictures : {3, 5, 8, 3, 6, 4, 5, 7}) {
+    for (int i = 0; i < pictures; ++i) film.add("00dc", jpeg(300 + seed));
+    film.add("01wb", noisePayload(7680, ++seed));
+  }
+  const Found found(film);
+  ASSERT_EQ(found.header.streams.size(), 2U);
+  EXPECT_EQ(found.header.streams[0].header.rate, 15U);
+  EXPECT_EQ(found.header.streams[0].header.scale, 1U);
+  EXPECT_EQ(salvage::soundFormat(found.header.streams[1].header).samplesPerSec, 22050U);
+}
+
 TEST(HeaderSynthesis, FramesOfSoundAreAClock) {
   Bare film;
   Bytes frame = numbered({0xff, 0xfb, 0x90, 0x40});
