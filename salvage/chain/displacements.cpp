@@ -67,6 +67,7 @@ class Cover {
   [[nodiscard]] std::int64_t rankOf(const Group& group, const Gain& gain) const;
   [[nodiscard]] std::uint64_t unnamed(const Group& group, bool alsoInSmallGaps) const;
   [[nodiscard]] bool isAcceptable(const Group& group, const Gain& gain) const;
+  [[nodiscard]] bool liesBetweenEnds(const Group& group, const Gain& gain) const;
   [[nodiscard]] std::int64_t first() const { return cover_.values.empty() ? 0 : cover_.values.front(); }
 
   std::span<const TemplateEntry> entries_;
@@ -250,6 +251,7 @@ Cover::Gain Cover::gainOf(const Group& group) const {
     if (!isOpen(pairs_[i])) continue;
     ++gain.entries;
     gain.uniqueness += 1000U / multiplicity_[i];
+    gain.largest = std::max(gain.largest, entries_[pairs_[i].entry()].size);
     if (last != std::numeric_limits<std::uint32_t>::max() && last + 1 == pairs_[i].entry()) ++gain.neighbours;
     last = pairs_[i].entry();
   }
@@ -291,7 +293,17 @@ std::uint64_t Cover::unnamed(const Group& group, bool alsoInSmallGaps) const {
   return count;
 }
 
+/// Whether the film moved so little from its beginning to its index that between these two no header of another chunk
+/// can stand where this one is looked for.
+bool Cover::liesBetweenEnds(const Group& group, const Gain& gain) const {
+  if (!cover_.endShift || cover_.values.empty()) return false;
+  const auto [least, most] = std::minmax({std::int64_t{0}, *cover_.endShift});
+  const std::int64_t value = pairs_[group.begin].displacement();
+  return value >= least && value <= most && most - least < std::int64_t{gain.largest};
+}
+
 bool Cover::isAcceptable(const Group& group, const Gain& gain) const {
+  if (liesBetweenEnds(group, gain)) return true;
   // Common sizes fit anywhere.
   if (gain.uniqueness < kUnique && !cover_.values.empty() && unnamed(group, false) * 2 > gain.entries) return false;
   const bool isNearlyAll = unexplained_ * 20 <= entries_.size();
@@ -304,7 +316,7 @@ bool Cover::isAcceptable(const Group& group, const Gain& gain) const {
 /// Whether what explains so much may be acceptable when all others are chosen. It never comes to more.
 bool Cover::mayBeAcceptable(const Group& group, const Gain& gain) const {
   return gain.entries >= kMany || gain.uniqueness >= kUnique || gain.neighbours >= 2 || cover_.values.empty() ||
-         DisplacementCover::areAligned(pairs_[group.begin].displacement(), first());
+         liesBetweenEnds(group, gain) || DisplacementCover::areAligned(pairs_[group.begin].displacement(), first());
 }
 
 void Cover::rankAgain(std::priority_queue<Group>& queue) const {

@@ -63,6 +63,7 @@ struct PairGain {
   std::size_t entries = 0;
   std::size_t neighbours = 0;    ///< of these, those whose successor is there, too
   std::uint64_t uniqueness = 0;  ///< thousandths: the sum of one over how often each size occurs
+  std::uint32_t largest = 0;     ///< bytes of a payload
 };
 
 }  // namespace zelvo::salvage

@@ -1,6 +1,8 @@
 // A stretch is a row of explained entries with one displacement. A few unexplained ones may lie between; where a long
 // row of them does, chunks were lost, and what stands on either side is judged by itself.
 #include <algorithm>
+#include <optional>
+#include <utility>
 
 #include "salvage/chain/displacements.h"
 #include "salvage/scan/number_sort.h"
@@ -51,6 +53,40 @@ std::vector<std::uint64_t> onceOf(std::vector<std::uint64_t> keys) {
   return keys;
 }
 
+std::uint32_t smallestOf(const Stretch& stretch, std::span<const TemplateEntry> entries) {
+  const auto all = entries.subspan(stretch.first, stretch.last - stretch.first + 1);
+  return std::ranges::min_element(all, {}, &TemplateEntry::size)->size;
+}
+
+/// Where bytes were only put in or only left out, little by little, chunks between two places that are sure moved no
+/// less than the one and no more than the other. When that leaves less room than a chunk takes, no header of another
+/// chunk stands there, however common its size.
+class Bounds {
+ public:
+  /// `isSure`: of each stretch. The film's beginning has not moved, and its end as far as the index.
+  Bounds(const DisplacementCover& cover, const std::vector<Stretch>& stretches, const std::vector<bool>& isSure)
+      : behind_(stretches.size()) {
+    std::optional<std::int64_t> next = cover.endShift;
+    for (std::size_t i = stretches.size(); i > 0; --i) {
+      behind_[i - 1] = next;
+      if (isSure[i - 1]) next = cover.values[cover.ofEntry[stretches[i - 1].first]];
+    }
+  }
+
+  /// Stretches are asked for in their order. `smallest`: of the payloads of the stretch.
+  [[nodiscard]] bool hold(std::size_t number, std::int64_t value, std::uint32_t smallest) const {
+    if (!behind_[number]) return false;
+    const auto [least, most] = std::minmax({front_, *behind_[number]});
+    return value >= least && value <= most && most - least < std::int64_t{smallest};
+  }
+  /// The stretch that was asked for last is sure.
+  void isFront(std::int64_t value) { front_ = value; }
+
+ private:
+  std::vector<std::optional<std::int64_t>> behind_;  ///< of the first sure one behind each
+  std::int64_t front_ = 0;
+};
+
 /// Notes how many entries of each stretch have a size of their own.
 void countUnique(std::vector<Stretch>& stretches, const DisplacementCover& cover,
                  std::span<const TemplateEntry> entries) {
@@ -99,13 +135,23 @@ void dropChance(DisplacementCover& cover, std::span<const TemplateEntry> entries
   if (!isStrict && areMostFirm()) return;
   countUnique(stretches, cover, entries);
   if (!isStrict && areMostFirm()) return;
-  std::uint64_t looks = 0;
+  std::vector<bool> isSure;
   for (const Stretch& stretch : stretches) {
     // In a film's own index a size that no other entry has speaks for itself.
-    if (stretch.isFirm(entries.size()) || (!isStrict && stretch.unique * 2 >= stretch.entries)) continue;
+    isSure.push_back(stretch.isFirm(entries.size()) || (!isStrict && stretch.unique * 2 >= stretch.entries));
+  }
+  Bounds bounds(cover, stretches, isSure);
+  std::uint64_t looks = 0;
+  for (std::size_t number = 0; number < stretches.size(); ++number) {
+    const Stretch& stretch = stretches[number];
+    const std::int64_t value = cover.values[cover.ofEntry[stretch.first]];
+    if (isSure[number] || (!isStrict && bounds.hold(number, value, smallestOf(stretch, entries)))) {
+      bounds.isFront(value);
+      continue;
+    }
     for (std::size_t i = stretch.first; i <= stretch.last; ++i) {
       if (cover.ofEntry[i] == DisplacementCover::kNone) continue;
-      const std::int64_t header = static_cast<std::int64_t>(entries[i].offset) + cover.values[cover.ofEntry[i]];
+      const std::int64_t header = static_cast<std::int64_t>(entries[i].offset) + value;
       const std::size_t at = candidates.firstAtOrAfter(static_cast<std::uint64_t>(header), 0, looks);
       cover.isClaimed[at] = 0;
       cover.ofEntry[i] = DisplacementCover::kNone;

@@ -167,6 +167,16 @@ class Cover {
     }));
   }
 
+  /// Whether what moved from the film's beginning to its index is less than one of the chunks.
+  [[nodiscard]] bool liesBetweenEnds(std::int64_t displacement, const std::vector<Pair>& open) const {
+    if (!made_.endShift || made_.values.empty()) return false;
+    const std::int64_t least = std::min<std::int64_t>(0, *made_.endShift);
+    const std::int64_t most = std::max<std::int64_t>(0, *made_.endShift);
+    return least <= displacement && displacement <= most && std::ranges::any_of(open, [&](const Pair& pair) {
+             return static_cast<std::int64_t>(entries_[pair.entry].size) > most - least;
+           });
+  }
+
   bool choose(const std::vector<Pair>& all) {
     Groups groups;
     std::map<std::size_t, std::uint64_t> ofEntry;
@@ -200,9 +210,10 @@ class Cover {
       const bool isNearlyAll = left() * 20 <= entries_.size();
       const bool mayBeUnnamed = uniqueness < 950 && !made_.values.empty() && unnamed(open, false) * 2 > open.size();
       const bool isGood =
-          !mayBeUnnamed &&
-          ((open.size() >= 4 && (neighbours > 0 || isNearlyAll)) || uniqueness >= 950 || neighbours >= 2 ||
-           (isAligned(*best) && left() * 4 <= entries_.size() && unnamed(open, true) == 0));
+          liesBetweenEnds(*best, open) ||
+          (!mayBeUnnamed &&
+           ((open.size() >= 4 && (neighbours > 0 || isNearlyAll)) || uniqueness >= 950 || neighbours >= 2 ||
+            (isAligned(*best) && left() * 4 <= entries_.size() && unnamed(open, true) == 0)));
       if (isGood) {
         take(*best, groups[*best]);
         hasTaken = true;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <random>
 
 namespace zelvo::tests {
@@ -206,6 +207,40 @@ TEST(Displacements, WhatStandsBesideALongLossIsJudgedByItself) {
     for (const std::size_t i : {205U, 250U, 299U, 300U, 599U})
       EXPECT_NE(cover.ofEntry[i], DisplacementCover::kNone) << i << isStrict;
   }
+}
+
+/// Constant sizes, and six bytes missing every few chunks, whose headers are gone: what `cover` and `dropChance` leave.
+DisplacementCover coverOfShortStretches(std::span<const std::size_t> torn, std::uint64_t indexBegin, bool isStrict) {
+  const auto entries = entriesOf(99, [](std::size_t) { return 14'400U; });
+  const CandidateList headers = headersOfEntries(entries, [&](std::size_t i) -> std::optional<std::int64_t> {
+    if (std::ranges::binary_search(torn, i)) return std::nullopt;
+    return -6 * (std::ranges::lower_bound(torn, i) - torn.begin());
+  });
+  DisplacementCover cover = coverEntries(entries, headers, indexBegin, kEnd);
+  dropChance(cover, entries, headers, isStrict);
+  return cover;
+}
+
+TEST(Displacements, ShortStretchesBetweenMissingBytesStayWhereNoOtherChunkCanBe) {
+  // One to fifteen chunks lie between them.
+  constexpr std::array<std::size_t, 9> kTorn{29, 33, 36, 50, 53, 59, 62, 76, 81};
+  const auto entries = entriesOf(99, [](std::size_t) { return 14'400U; });
+  const std::uint64_t index = entries.back().end() + 8 - 6 * kTorn.size();
+  const auto moves = movesOf(coverOfShortStretches(kTorn, index, false));
+  for (std::size_t i = 0; i < moves.size(); ++i) {
+    const auto missing = std::ranges::lower_bound(kTorn, i) - kTorn.begin();
+    const bool isTorn = std::ranges::binary_search(kTorn, i);
+    EXPECT_EQ(moves[i], isTorn ? std::nullopt : std::optional<std::int64_t>(-6 * missing)) << i;
+  }
+}
+
+TEST(Displacements, ShortStretchesAreChanceInAForeignIndexOrWhereMuchMoved) {
+  constexpr std::array<std::size_t, 9> kTorn{29, 33, 36, 50, 53, 59, 62, 76, 81};
+  const auto entries = entriesOf(99, [](std::size_t) { return 14'400U; });
+  const std::uint64_t index = entries.back().end() + 8 - 6 * kTorn.size();
+  EXPECT_EQ(coverOfShortStretches(kTorn, index, true).ofEntry[34], DisplacementCover::kNone);
+  // A chunk more in front of the index, and nothing says any more that these have not moved by as much.
+  EXPECT_EQ(coverOfShortStretches(kTorn, index + 14'408, false).ofEntry[34], DisplacementCover::kNone);
 }
 
 TEST(Displacements, NothingIsTakenBackFromAFirmIndex) {
