@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <random>
 
 namespace zelvo::tests {
@@ -209,38 +208,54 @@ TEST(Displacements, WhatStandsBesideALongLossIsJudgedByItself) {
   }
 }
 
-/// Constant sizes, and six bytes missing every few chunks, whose headers are gone: what `cover` and `dropChance` leave.
-DisplacementCover coverOfShortStretches(std::span<const std::size_t> torn, std::uint64_t indexBegin, bool isStrict) {
-  const auto entries = entriesOf(99, [](std::size_t) { return 14'400U; });
-  const CandidateList headers = headersOfEntries(entries, [&](std::size_t i) -> std::optional<std::int64_t> {
-    if (std::ranges::binary_search(torn, i)) return std::nullopt;
-    return -6 * (std::ranges::lower_bound(torn, i) - torn.begin());
-  });
-  DisplacementCover cover = coverEntries(entries, headers, indexBegin, kEnd);
-  dropChance(cover, entries, headers, isStrict);
-  return cover;
+/// A film of constant sizes of which some bytes are missing in each of many chunks, whose headers are gone as well.
+struct TornOften {
+  /// How far chunk `i` has moved.
+  [[nodiscard]] std::int64_t movedAt(std::size_t i) const {
+    const auto before = std::ranges::lower_bound(torn, i) - torn.begin();
+    return before == 0 ? 0 : -first - 6 * (before - 1);
+  }
+  [[nodiscard]] bool isTorn(std::size_t i) const { return std::ranges::binary_search(torn, i); }
+  /// What is left of the cover. `extra`: by how much the index moved more than the last chunk.
+  [[nodiscard]] DisplacementCover cover(std::int64_t extra = 0, bool isStrict = false) const {
+    const CandidateList headers = headersOfEntries(entries, [&](std::size_t i) -> std::optional<std::int64_t> {
+      if (isTorn(i)) return std::nullopt;
+      return movedAt(i);
+    });
+    const std::int64_t index = static_cast<std::int64_t>(entries.back().end()) + 8 + movedAt(entries.size()) + extra;
+    DisplacementCover found = coverEntries(entries, headers, static_cast<std::uint64_t>(index), kEnd);
+    dropChance(found, entries, headers, isStrict);
+    return found;
+  }
+
+  std::vector<std::size_t> torn{29, 33, 36, 45, 50, 53, 59, 62, 70, 76, 81};
+  std::int64_t first = 6;  ///< bytes missing in the first of them; 6 in the others
+  std::vector<TemplateEntry> entries = entriesOf(99, [](std::size_t) { return 14'400U; });
+};
+
+TEST(Displacements, ShortStretchesBetweenMissingBytesStayWhereNoOtherChunkCanStand) {
+  const TornOften film;
+  const auto moves = movesOf(film.cover());
+  for (std::size_t i = 0; i < moves.size(); ++i)
+    EXPECT_EQ(moves[i], film.isTorn(i) ? std::nullopt : std::optional(film.movedAt(i))) << i;
 }
 
-TEST(Displacements, ShortStretchesBetweenMissingBytesStayWhereNoOtherChunkCanBe) {
-  // One to fifteen chunks lie between them.
-  constexpr std::array<std::size_t, 9> kTorn{29, 33, 36, 50, 53, 59, 62, 76, 81};
-  const auto entries = entriesOf(99, [](std::size_t) { return 14'400U; });
-  const std::uint64_t index = entries.back().end() + 8 - 6 * kTorn.size();
-  const auto moves = movesOf(coverOfShortStretches(kTorn, index, false));
-  for (std::size_t i = 0; i < moves.size(); ++i) {
-    const auto missing = std::ranges::lower_bound(kTorn, i) - kTorn.begin();
-    const bool isTorn = std::ranges::binary_search(kTorn, i);
-    EXPECT_EQ(moves[i], isTorn ? std::nullopt : std::optional<std::int64_t>(-6 * missing)) << i;
-  }
+TEST(Displacements, ShortStretchesBehindALongOneThatMovedFarStay) {
+  TornOften film;
+  film.first = 20'000;
+  film.torn.insert(film.torn.begin(), 5);
+  const auto cover = film.cover();
+  for (const std::size_t i : {10U, 31U, 40U, 90U}) EXPECT_NE(cover.ofEntry[i], DisplacementCover::kNone) << i;
 }
 
 TEST(Displacements, ShortStretchesAreChanceInAForeignIndexOrWhereMuchMoved) {
-  constexpr std::array<std::size_t, 9> kTorn{29, 33, 36, 50, 53, 59, 62, 76, 81};
-  const auto entries = entriesOf(99, [](std::size_t) { return 14'400U; });
-  const std::uint64_t index = entries.back().end() + 8 - 6 * kTorn.size();
-  EXPECT_EQ(coverOfShortStretches(kTorn, index, true).ofEntry[34], DisplacementCover::kNone);
-  // A chunk more in front of the index, and nothing says any more that these have not moved by as much.
-  EXPECT_EQ(coverOfShortStretches(kTorn, index + 14'408, false).ofEntry[34], DisplacementCover::kNone);
+  TornOften film;
+  film.torn.push_back(90);
+  EXPECT_NE(film.cover().ofEntry[80], DisplacementCover::kNone);
+  EXPECT_EQ(film.cover(0, true).ofEntry[40], DisplacementCover::kNone);
+  // A chunk more or less in front of the index, and nothing says any more that these have not moved by as much.
+  for (const std::int64_t extra : {14'408, -14'408})
+    EXPECT_EQ(film.cover(extra).ofEntry[80], DisplacementCover::kNone) << extra;
 }
 
 TEST(Displacements, NothingIsTakenBackFromAFirmIndex) {
