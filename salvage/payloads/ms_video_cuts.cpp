@@ -16,6 +16,8 @@ namespace zelvo::salvage {
 
 namespace {
 
+/// Where more would do, nothing tells which it is.
+constexpr std::size_t kMostCuts = std::size_t{1} << 16U;
 /// Pictures are painted of so many cuts that surprise least.
 constexpr std::uint64_t kMostPainted = 24;
 constexpr std::uint64_t kOfUnlikePixel = 16;
@@ -32,7 +34,9 @@ class CutWalk {
     for (std::uint32_t cut = 0; cut < size_ && goOnTo(cut); ++cut) {
       // The same byte on both sides: the same payload.
       if (cut > 0 && bytes_[cut - 1] == bytes_[cut - 1 + added_]) continue;
-      if (isWholeWith(cut)) found.push_back(cut);
+      if (!isWholeWith(cut)) continue;
+      if (found.size() == kMostCuts) return {};
+      found.push_back(cut);
     }
     const auto front = msVideoCount(bytes_.first(size_), bits_);
     if (front && front->blocks == blocks_) found.push_back(size_);
@@ -99,56 +103,55 @@ std::uint64_t log16(std::uint64_t number) {
   return 16 * std::uint64_t{power} + (number * 16 >> power) - 16;
 }
 
-/// How much the bytes between cuts are a surprise beside those around them, which are the payload's own. Foreign ones
-/// are as likely to have one value as any other.
-class Surprise {
- public:
-  /// \pre `first` and `last` are the first and the last of all cuts that are weighed.
-  Surprise(std::span<const std::byte> bytes, std::uint32_t size, std::uint32_t first, std::uint32_t last)
-      : bytes_(bytes), added_(bytes.size() - size), first_(first) {
-    constexpr std::uint32_t kAround = 512;
-    const std::size_t front = first - std::min(first, kAround);
-    const std::size_t back = std::min<std::size_t>(kAround, size - last);
-    for (const std::byte byte : bytes.subspan(front, first - front)) add(byte);
-    for (const std::byte byte : bytes.subspan(last + added_, back)) add(byte);
-    // Of each cut: what lies in front of it comes from in front of the foreign bytes, the rest from behind them.
-    std::uint64_t sum = 0;
-    for (std::size_t i = first; i < last; ++i) sum += costOf(bytes[i + added_]);
-    of_.push_back(sum);
-    for (std::size_t i = first; i < last; ++i) {
-      sum += costOf(bytes[i]);
-      sum -= costOf(bytes[i + added_]);
-      of_.push_back(sum);
-    }
-  }
-
-  /// In sixteenths of a bit.
-  [[nodiscard]] std::uint64_t of(std::uint32_t cut) const { return of_[cut - first_]; }
-
- private:
-  void add(std::byte byte) {
-    counts_[static_cast<std::size_t>(byte)] += 2;
-    all_ += 2;
-  }
-  /// As if each value had been there half a time more.
-  [[nodiscard]] std::uint64_t costOf(std::byte byte) const {
-    return log16(all_ + counts_.size()) - log16(counts_[static_cast<std::size_t>(byte)] + 1);
-  }
-
-  const std::span<const std::byte> bytes_;
-  const std::size_t added_;
-  const std::uint32_t first_;
-  std::array<std::uint64_t, 256> counts_{};
-  std::uint64_t all_ = 0;
-  std::vector<std::uint64_t> of_;
-};
-
 struct RankedCut {
   std::uint64_t cost = 0;  ///< in sixteenths of a bit
   std::uint32_t cut = 0;
 
   auto operator<=>(const RankedCut&) const = default;
 };
+
+/// How much bytes are a surprise beside those around the cuts, which are the payload's own. Foreign ones are as likely
+/// to have one value as any other.
+class Surprise {
+ public:
+  void add(std::span<const std::byte> bytes) {
+    for (const std::byte byte : bytes) counts_[static_cast<std::size_t>(byte)] += 2;
+    all_ += 2 * bytes.size();
+  }
+  /// As if each value had been there half a time more.
+  [[nodiscard]] std::uint64_t of(std::byte byte) const {
+    return log16(all_ + counts_.size()) - log16(counts_[static_cast<std::size_t>(byte)] + 1);
+  }
+
+ private:
+  std::array<std::uint64_t, 256> counts_{};
+  std::uint64_t all_ = 0;
+};
+
+/// The cuts, and what the bytes from the first to the last of them surprise: those in front of a cut come from in front
+/// of the foreign bytes, the others from behind them.
+std::vector<RankedCut> surprises(std::span<const std::byte> bytes, std::uint32_t size,
+                                 std::span<const std::uint32_t> cuts) {
+  constexpr std::uint32_t kAround = 512;
+  const std::size_t added = bytes.size() - size;
+  const std::uint32_t first = cuts.front();
+  const std::uint32_t last = cuts.back();
+  Surprise surprise;
+  surprise.add(bytes.first(first).last(std::min(first, kAround)));
+  surprise.add(bytes.last(size - last).first(std::min(size - last, kAround)));
+  std::uint64_t cost = 0;
+  for (std::size_t i = first; i < last; ++i) cost += surprise.of(bytes[i + added]);
+  std::vector<RankedCut> ranked;
+  std::size_t at = first;
+  for (const std::uint32_t cut : cuts) {
+    for (; at < cut; ++at) {
+      cost += surprise.of(bytes[at]);
+      cost -= surprise.of(bytes[at + added]);
+    }
+    ranked.push_back({cost, cut});
+  }
+  return ranked;
+}
 
 }  // namespace
 
@@ -160,9 +163,7 @@ MsVideoCuts msVideoCuts(std::span<const std::byte> bytes, std::uint32_t size, un
   if (blocks == 0 || blocks >= kNever || found.walked > maxWalked) return found;
   const std::vector<std::uint32_t> cuts = CutWalk(bytes, size, bits, static_cast<std::uint32_t>(blocks)).cuts();
   if (cuts.empty()) return found;
-  const Surprise surprise(bytes, size, cuts.front(), cuts.back());
-  std::vector<RankedCut> ranked;
-  for (const std::uint32_t cut : cuts) ranked.push_back({surprise.of(cut), cut});
+  std::vector<RankedCut> ranked = surprises(bytes, size, cuts);
   std::ranges::sort(ranked);
   const std::uint64_t painted = std::min<std::uint64_t>(kMostPainted, (maxWalked - found.walked) / size);
   ranked.resize(std::min<std::uint64_t>(ranked.size(), painted));

@@ -120,6 +120,17 @@ TEST(MsVideoCuts, NoMoreIsReadThanMayBe) {
   EXPECT_TRUE(msVideoCuts(bytes, size, 16, kSize, 3 * bytes.size() - 1).cuts.empty());
 }
 
+TEST(MsVideoCuts, WhereAnyCutWouldDoNothingTells) {
+  const auto cutsOf = [](std::uint32_t side) {
+    // Blocks of one colour, and as many of others between them.
+    Bytes bytes;
+    for (std::uint32_t i = 0; i < 2 * side * side / 16; ++i) put(bytes, 0x8000U | i * 7 % 253);
+    return msVideoCuts(bytes, static_cast<std::uint32_t>(bytes.size() / 2), 8, {side, side}, kMuch).cuts.size();
+  };
+  EXPECT_GT(cutsOf(256), 0U);
+  EXPECT_EQ(cutsOf(1024), 0U);
+}
+
 TEST(MsVideoCuts, BytesOfAnyKindDoNoHarm) {
   std::mt19937 random(3);
   for (int round = 0; round < 5000; ++round) {
