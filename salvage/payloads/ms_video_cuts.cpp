@@ -21,6 +21,8 @@ constexpr std::size_t kMostCuts = std::size_t{1} << 16U;
 /// Pictures are painted of so many cuts that surprise least.
 constexpr std::uint64_t kMostPainted = 24;
 constexpr std::uint64_t kOfUnlikePixel = 16;
+/// What costs so much more than the cheapest is not looked at: ten bits.
+constexpr std::uint64_t kDoubt = 160;
 constexpr std::uint32_t kNever = std::numeric_limits<std::uint32_t>::max();
 
 class CutWalk {
@@ -175,7 +177,9 @@ MsVideoCuts msVideoCuts(std::span<const std::byte> bytes, std::uint32_t size, un
     one.cost += kOfUnlikePixel * msVideoRoughness(payload, bits, picture);
   }
   std::ranges::sort(ranked);
-  for (const RankedCut& one : ranked) found.cuts.push_back(one.cut);
+  for (const RankedCut& one : ranked) {
+    if (one.cost <= ranked.front().cost + kDoubt) found.cuts.push_back(one.cut);
+  }
   return found;
 }
 
