@@ -3,6 +3,7 @@
 #include "salvage/payloads/payload_cut.h"
 
 #include <algorithm>
+#include <bitset>
 #include <cstdlib>
 #include <limits>
 
@@ -82,6 +83,24 @@ std::optional<std::uint32_t> insertionIn(const SurvivingStream& stream, ByteView
   return cheapest(size, [&](std::size_t cut) {
     return loudness(bytes, cut, cut, sample) - loudness(bytes, cut + added, cut, sample);
   });
+}
+
+std::optional<std::uint32_t> repetitionIn(ByteView bytes, std::uint32_t size) {
+  constexpr std::size_t kShortest = 16;
+  constexpr std::size_t kFewestKinds = 8;
+  const std::size_t added = bytes.size() - size;
+  if (added < kShortest) return std::nullopt;
+  std::size_t begin = 0;  // of bytes that are the same so much further on
+  for (std::size_t i = 0; i <= size; ++i) {
+    if (i < size && bytes[i] == bytes[i + added]) continue;
+    if (i - begin >= added) {
+      std::bitset<256> kinds;
+      for (const std::byte byte : bytes.subspan(begin, added)) kinds.set(static_cast<std::size_t>(byte));
+      if (kinds.count() >= kFewestKinds) return static_cast<std::uint32_t>(i);
+    }
+    begin = i + 1;
+  }
+  return std::nullopt;
 }
 
 std::optional<std::uint32_t> tearIn(const SurvivingStream& stream, ByteView bytes, std::uint32_t size) {

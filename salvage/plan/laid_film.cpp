@@ -140,15 +140,19 @@ void Laying::takeAround(std::size_t entry, std::uint64_t payload, std::uint64_t 
   take(entry, payload, SlotState::torn);
   Slot& slot = film_.slots[entry];
   if (size + added > kMaxJudgedPayload || slot.size != size) return;
-  if (streams_.isPicture(slot.stream) && codecOf(headerOf(slot)) != Codec::rawPicture) {
-    if (film_.openCuts.size() < kMaxOpenCuts)
-      film_.openCuts.push_back({static_cast<std::uint32_t>(entry), payload, added});
-    return;
-  }
   const platform::Bytes bytes = readForCut(payload, size + added);
-  if (bytes.size() != size + added) return;
-  const auto cut = insertionIn(headerOf(slot), bytes, size);
-  if (cut) setPieces(slot, {{payload, *cut}, {payload + *cut + added, size - *cut}});
+  const bool isRead = bytes.size() == size + added;
+  const Codec codec = codecOf(headerOf(slot));
+  const bool isCompressed = codec != Codec::rawPicture && codec != Codec::pcm;
+  const auto cut = !isRead        ? std::nullopt
+                   : isCompressed ? repetitionIn(bytes, size)
+                                  : insertionIn(headerOf(slot), bytes, size);
+  if (cut) {
+    setPieces(slot, {{payload, *cut}, {payload + *cut + added, size - *cut}});
+    if (isCompressed && slot.pieces != Slot::kOnePiece) slot.state = SlotState::rejoined;
+  } else if (isCompressed && streams_.isPicture(slot.stream) && film_.openCuts.size() < kMaxOpenCuts) {
+    film_.openCuts.push_back({static_cast<std::uint32_t>(entry), payload, added});
+  }
 }
 
 /// Nothing when too much was read already.

@@ -1,4 +1,4 @@
-// Where payloads without compression were cut apart.
+// Where payloads were cut apart, as far as their bytes tell.
 #include "salvage/payloads/payload_cut.h"
 
 #include <gtest/gtest.h>
@@ -99,6 +99,49 @@ TEST(PayloadCut, CompressedPayloadsDoNotTell) {
   EXPECT_FALSE(insertionIn(pictureStream("MJPG"), garbage(2000), 1000));
   EXPECT_FALSE(tearIn(pictureStream("XVID"), garbage(1000), 2000));
   EXPECT_FALSE(insertionIn(soundStream(0x55, 2, 44100, 1, 0, 0), garbage(2000), 1000));
+}
+
+/// What is left when the bytes from `begin` to `end` were doubled and the second time is cut out as it is found.
+std::optional<Bytes> withoutRepetition(const Bytes& payload, std::size_t begin, std::size_t end) {
+  const auto at = [](const Bytes& bytes, std::size_t place) {
+    return bytes.begin() + static_cast<std::ptrdiff_t>(place);
+  };
+  Bytes bytes(payload.begin(), at(payload, end));
+  bytes.insert(bytes.end(), at(payload, begin), payload.end());
+  const auto cut = salvage::repetitionIn(bytes, static_cast<std::uint32_t>(payload.size()));
+  if (!cut) return std::nullopt;
+  bytes.erase(at(bytes, *cut), at(bytes, *cut + end - begin));
+  return bytes;
+}
+
+TEST(PayloadCut, DoubledBytesAreFoundWhereverTheyAre) {
+  const Bytes payload = garbage(3000);
+  for (const std::size_t count : {16U, 17U, 500U, 1400U}) {
+    for (const std::size_t begin : {std::size_t{0}, std::size_t{1}, std::size_t{800}, payload.size() - count})
+      EXPECT_EQ(withoutRepetition(payload, begin, begin + count), payload) << begin << " " << count;
+  }
+  EXPECT_EQ(withoutRepetition(payload, 0, payload.size()), payload);
+}
+
+TEST(PayloadCut, FewBytesOrManyOfAKindTellNothing) {
+  EXPECT_FALSE(withoutRepetition(garbage(3000), 100, 115));
+  Bytes flat(3000, std::byte{7});
+  EXPECT_FALSE(withoutRepetition(flat, 100, 400));
+  // What is doubled behind a row of one value is found.
+  const Bytes mixed = garbage(400);
+  std::ranges::copy(mixed, flat.begin() + 2000);
+  EXPECT_EQ(withoutRepetition(flat, 2050, 2250), flat);
+}
+
+TEST(PayloadCut, ForeignBytesAreNoRepetition) {
+  Bytes bytes = garbage(5000);
+  EXPECT_FALSE(salvage::repetitionIn(bytes, 3000));
+  // One byte less than all of them.
+  std::copy_n(bytes.begin(), 1999, bytes.begin() + 2000);
+  bytes[3999] = ~bytes[1999];
+  EXPECT_FALSE(salvage::repetitionIn(bytes, 3000));
+  bytes[3999] = bytes[1999];
+  EXPECT_EQ(salvage::repetitionIn(bytes, 3000), 2000U);
 }
 
 }  // namespace

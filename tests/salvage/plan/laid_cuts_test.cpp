@@ -57,6 +57,17 @@ TEST_F(LaidCuts, WithoutADecoderThePictureStaysTorn) {
   EXPECT_EQ(planned.plan.cutsOpen, 1U);
 }
 
+TEST_F(LaidCuts, DoubledBytesNeedNoDecoder) {
+  const auto begin = film.bytes.begin() + static_cast<std::ptrdiff_t>(film.headers[20] + 8 + 100);
+  film.insert(film.headers[20] + 8 + 300, platform::Bytes(begin, begin + 200));
+  const PlannedFilm planned(film.bytes);
+  EXPECT_EQ(fates(planned, film), allBut(80));
+  EXPECT_EQ(planned.plan.slots[20].state, SlotState::rejoined);
+  EXPECT_EQ(planned.plan.cutsOpen, 0U);
+  ASSERT_EQ(planned.plan.spans.size(), 1U);
+  EXPECT_EQ(planned.plan.spans[0].cause, LossCause::inserted);
+}
+
 TEST_F(LaidCuts, RunWithoutADecoderSaysThatItLacksOne) {
   film.insert(film.headers[20] + 8 + 300, noise(777));
   SalvageBench bench(film.bytes);
