@@ -45,7 +45,6 @@ QAccessibleInterface* accessibleWindow(const QString&, QObject* object) {
 
 MainWindow::MainWindow(MainQueue& queue, Pictures& pictures, MoviePane* movie, MovieView& movieView)
     : queue_(queue),
-      pictures_(pictures),
       content_(new QWidget(this)),
       movie_(movie),
       layers_(new QStackedWidget),

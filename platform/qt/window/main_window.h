@@ -128,7 +128,6 @@ class MainWindow final : public QWidget, public Window {
   void resynchronise();
 
   MainQueue& queue_;
-  Pictures& pictures_;
   QWidget* content_;
   HostedWidget* ground_;
   MoviePane* movie_;
