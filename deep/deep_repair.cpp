@@ -75,16 +75,16 @@ void DeepRepair::repairOffered() {
 }
 
 void DeepRepair::repair(const std::string& input) {
-  const auto back = platform::DeepPage::none;
+  static constexpr auto kBack = platform::DeepPage::none;
   runPage_.start({.input = input,
                   .donor = {},
                   .ended =
-                      [this, back](const auto& film) {
-                        if (film->end.isJudged()) return repaired(film, back);
-                        outlets_.pages.show(back);
+                      [this](const auto& film) {
+                        if (film->end.isJudged()) return repaired(film, kBack);
+                        outlets_.pages.show(kBack);
                         failed(*film);
                       },
-                  .left = [this, back] { outlets_.pages.show(back); }});
+                  .left = [this] { outlets_.pages.show(kBack); }});
 }
 
 void DeepRepair::repairWithDonor(const std::string& donor) {

@@ -64,7 +64,8 @@ class CutWalks {
   [[nodiscard]] std::size_t nextPicture() const {
     constexpr std::array kStart{std::byte{0xff}, std::byte{0xd8}};
     const auto rest = bytes_.first(size_).subspan(places_.back().next);
-    return places_.back().next + static_cast<std::size_t>(std::ranges::search(rest, kStart).begin() - rest.begin());
+    const auto start = std::search(rest.begin(), rest.end(), kStart.begin(), kStart.end());
+    return places_.back().next + static_cast<std::size_t>(start - rest.begin());
   }
 
   [[nodiscard]] bool isOver() const { return walked_ > maxWalked_ || follow_.size() > kMaxKept; }
