@@ -390,14 +390,19 @@ bool Cover::choose() {
 DisplacementCover Cover::run() {
   walk(0);
   if (cover_.endShift && unexplained_ > 0) walk(*cover_.endShift);
-  constexpr int kRounds = 3;
+  // Where sizes are common, a round has pairs for a part of the film alone.
+  constexpr int kRounds = 8;
+  constexpr int kSureRounds = 3;
+  constexpr std::size_t kWorthAnother = 16;
   for (int round = 0; round < kRounds && unexplained_ > 0; ++round) {
+    const std::size_t before = unexplained_;
     joinRare();
     bool hasTaken = choose();
     if (unexplained_ == 0) break;
     joinNear();
     hasTaken = choose() || hasTaken;
-    if (!hasTaken) break;
+    const bool isWorthIt = round + 1 < kSureRounds || (before - unexplained_) * kWorthAnother >= before;
+    if (!hasTaken || !isWorthIt) break;
   }
   return std::move(cover_);
 }

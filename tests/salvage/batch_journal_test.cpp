@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "platform/linux/file_manager.h"
 #include "platform/linux/locked_files.h"
 #include "tests/salvage/batch_lines.h"

@@ -48,7 +48,8 @@ struct PaletteFilm {
   [[nodiscard]] std::size_t positionOf(std::string_view code) const {
     Bytes letters;
     appendText(letters, code);
-    return static_cast<std::size_t>(std::ranges::search(bytes, letters).begin() - bytes.begin());
+    return static_cast<std::size_t>(std::search(bytes.begin(), bytes.end(), letters.begin(), letters.end()) -
+                                    bytes.begin());
   }
   /// The number of the chunk that changes the palette so often.
   [[nodiscard]] std::size_t palette(std::size_t number) const {

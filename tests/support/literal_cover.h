@@ -33,11 +33,12 @@ class Cover {
   [[nodiscard]] salvage::DisplacementCover run() {
     walk(0);
     if (made_.endShift && left() > 0) walk(*made_.endShift);
-    for (int round = 0; round < 3 && left() > 0; ++round) {
+    for (int round = 0; round < 8 && left() > 0; ++round) {
+      const std::size_t before = left();
       bool hasTaken = choose(pairs(true));
       if (left() == 0) break;
       hasTaken = choose(pairs(false)) || hasTaken;
-      if (!hasTaken) break;
+      if (!hasTaken || (round >= 2 && (before - left()) * 16 < before)) break;
     }
     return made_;
   }

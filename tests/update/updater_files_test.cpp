@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "platform/linux/file_manager.h"
 #include "platform/linux/folder_trees.h"
 #include "tests/support/temp_folder.h"

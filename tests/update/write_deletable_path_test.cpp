@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <filesystem>
+
 #include "tests/platform/linux/processes.h"
 #include "tests/support/temp_folder.h"
 

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "tests/platform/linux/processes.h"
 #include "tests/support/temp_folder.h"

@@ -1,6 +1,7 @@
 #include "tests/platform/linux/web_server.h"
 
 #include <fcntl.h>
+#include <gtest/gtest.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>

@@ -360,7 +360,8 @@ TEST_F(MovieBarTest, TimesOfOneLengthTakeOneWidth) {
 class MovieBarLook : public MovieBarTest, public testing::WithParamInterface<std::tuple<bool, double>> {};
 
 TEST_P(MovieBarLook, SignsAndHandleStandOutInEachSchemeAtEachScale) {
-  const auto [isDark, ratio] = GetParam();
+  const bool isDark = std::get<0>(GetParam());
+  const double ratio = std::get<1>(GetParam());
   bench.pane.setPalette(
       platform::qt::paletteOf(isDark ? platform::qt::Appearance::dark : platform::qt::Appearance::light));
   be(50);

@@ -1,3 +1,4 @@
+#include <QCoreApplication>
 #include <limits>
 
 #include "platform/qt/preview/movie_loader.h"

@@ -2,6 +2,8 @@
 // preview's button has it.
 #include <gtest/gtest.h>
 
+#include <QTest>
+
 #include "platform/qt/drawing/appearance.h"
 #include "tests/platform/qt/window_bench.h"
 

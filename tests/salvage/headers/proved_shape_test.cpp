@@ -4,6 +4,7 @@
 
 #include <cmath>
 
+#include "tests/salvage/codec_films.h"
 #include "tests/salvage/headers/ut_pictures.h"
 #include "tests/salvage/scanned_film.h"
 #include "tests/support/byte_text.h"

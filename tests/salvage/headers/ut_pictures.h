@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "platform/bytes.h"
+#include "tests/support/avi_builder.h"
 #include "tests/support/byte_text.h"
 
 namespace zelvo::tests {

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "tests/salvage/headers/ut_pictures.h"
+#include "tests/support/avi_builder.h"
 
 namespace zelvo::tests {
 namespace {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/bytes.h"
+#include "tests/salvage/codec_films.h"
 #include "tests/support/byte_text.h"
 
 namespace zelvo::tests {
