@@ -22,6 +22,11 @@ constexpr std::uint32_t kMaxTried = 1U << 15U;
 constexpr std::size_t kMaxKept = std::size_t{1} << 20U;
 constexpr std::uint64_t kNever = std::numeric_limits<std::uint64_t>::max();
 
+/// Where `marks` stand first in `bytes`; their end when nowhere.
+std::size_t placeOf(std::span<const std::byte> marks, std::span<const std::byte> bytes) {
+  return static_cast<std::size_t>(std::search(bytes.begin(), bytes.end(), marks.begin(), marks.end()) - bytes.begin());
+}
+
 class CutWalks {
  public:
   CutWalks(std::span<const std::byte> bytes, std::uint32_t size, std::uint64_t maxWalked)
@@ -64,8 +69,7 @@ class CutWalks {
   [[nodiscard]] std::size_t nextPicture() const {
     constexpr std::array kStart{std::byte{0xff}, std::byte{0xd8}};
     const auto rest = bytes_.first(size_).subspan(places_.back().next);
-    const auto start = std::search(rest.begin(), rest.end(), kStart.begin(), kStart.end());
-    return places_.back().next + static_cast<std::size_t>(start - rest.begin());
+    return places_.back().next + placeOf(kStart, rest);
   }
 
   [[nodiscard]] bool isOver() const { return walked_ > maxWalked_ || follow_.size() > kMaxKept; }
@@ -84,7 +88,7 @@ class CutWalks {
     constexpr std::array kEndAndStart{std::byte{0xff}, std::byte{0xd9}, std::byte{0xff}, std::byte{0xd8}};
     const auto low = std::max(static_cast<std::uint32_t>(begin_), stop_ - std::min(stop_, kMaxTried));
     const auto rest = bytes_.subspan(low, std::min<std::size_t>(bytes_.size(), stop_ + added_) - low);
-    const auto end = low + static_cast<std::size_t>(std::ranges::search(rest, kEndAndStart).begin() - rest.begin());
+    const auto end = low + placeOf(kEndAndStart, rest);
     for (std::size_t i = std::min(end, bytes_.size() - 2); i > low + added_; --i) {
       const auto type = static_cast<unsigned>(bytes_[i]);
       const bool isRestart = scan_.restartUnits != 0 && type >= 0xd0 && type <= 0xd7;

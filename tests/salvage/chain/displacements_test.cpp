@@ -209,12 +209,12 @@ TEST(Displacements, WhatStandsBesideALongLossIsJudgedByItself) {
 }
 
 TEST(Displacements, FewPairsAtATimeExplainALongFilmOfConstantSizesRoundByRound) {
-  const auto entries = entriesOf(2000, [](std::size_t i) { return i % 2 == 0 ? 1200U : 400U; });
-  const auto moved = [](std::size_t i) { return -7 * static_cast<std::int64_t>(i / 400); };
+  const auto entries = entriesOf(30'000, [](std::size_t i) { return i % 2 == 0 ? 1200U : 400U; });
+  const auto moved = [](std::size_t i) { return -7 * static_cast<std::int64_t>(i / 6000); };
   const CandidateList headers =
       headersOfEntries(entries, [&](std::size_t i) { return std::optional<std::int64_t>(moved(i)); });
   salvage::DisplacementLimits limits;
-  limits.pairs = 2000;  // of 125 entries
+  limits.pairs = 50'000;  // of 3125 entries
   const auto moves = movesOf(coverEntries(entries, headers, 0, kEnd, limits));
   for (std::size_t i = 0; i < moves.size(); ++i) ASSERT_EQ(moves[i], moved(i)) << i;
 }
