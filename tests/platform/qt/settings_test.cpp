@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QScreen>
 #include <filesystem>
 #include <fstream>
 #include <memory>
