@@ -6,6 +6,7 @@
 #include <random>
 
 #include "platform/bytes.h"
+#include "tests/salvage/payloads/foreign_bytes.h"
 
 namespace zelvo::tests {
 namespace {
@@ -36,17 +37,8 @@ Bytes dvPicture(unsigned sequences) {
   return bytes;
 }
 
-Bytes withForeignBlock(const Bytes& picture, std::size_t cut, std::size_t count) {
-  std::mt19937 random(5);
-  Bytes foreign(count);
-  for (std::byte& byte : foreign) byte = static_cast<std::byte>(random() % 256);
-  Bytes bytes = picture;
-  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(cut), foreign.begin(), foreign.end());
-  return bytes;
-}
-
 void expectAround(const Bytes& picture, std::size_t cut) {
-  const auto cuts = dvCuts(withForeignBlock(picture, cut, 3333), static_cast<std::uint32_t>(picture.size()));
+  const auto cuts = dvCuts(withForeign(picture, cut, 3333), static_cast<std::uint32_t>(picture.size()));
   EXPECT_EQ(std::ranges::count(cuts, cut), 1) << cut;
   EXPECT_LE(cuts.size(), 2 * kBlock);
 }
@@ -69,7 +61,7 @@ TEST(DvCutsTest, TwoChannelsCountTheirSequencesAnew) {
 
 TEST(DvCutsTest, LastBlockGoesOnToItsEnd) {
   const Bytes picture = dvPicture(12);
-  const auto cuts = dvCuts(withForeignBlock(picture, 1000, 801), static_cast<std::uint32_t>(picture.size()));
+  const auto cuts = dvCuts(withForeign(picture, 1000, 801), static_cast<std::uint32_t>(picture.size()));
   ASSERT_FALSE(cuts.empty());
   EXPECT_EQ(cuts.front(), 1042U);  // the name of the next block may be torn
   EXPECT_EQ(cuts.back(), 960U);
@@ -77,7 +69,7 @@ TEST(DvCutsTest, LastBlockGoesOnToItsEnd) {
 
 TEST(DvCutsTest, BlocksThatAreOutOfPlaceElsewhereTooLeaveNone) {
   const Bytes picture = dvPicture(12);
-  Bytes bytes = withForeignBlock(picture, 60'000, 3333);
+  Bytes bytes = withForeign(picture, 60'000, 3333);
   bytes[100 * kBlock] ^= std::byte{0x40};
   EXPECT_TRUE(dvCuts(bytes, static_cast<std::uint32_t>(picture.size())).empty());
 }

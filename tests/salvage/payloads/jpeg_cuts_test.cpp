@@ -7,6 +7,7 @@
 
 #include "salvage/payloads/jpeg_scan.h"
 #include "tests/salvage/made_jpeg.h"
+#include "tests/salvage/payloads/foreign_bytes.h"
 
 namespace zelvo::tests {
 namespace {
@@ -16,15 +17,6 @@ using salvage::JpegCuts;
 using salvage::jpegCuts;
 
 constexpr std::uint64_t kPlenty = 10'000'000;
-
-Bytes withForeign(const Bytes& picture, std::size_t cut, std::size_t count, unsigned seed) {
-  std::mt19937 random(seed);
-  Bytes foreign(count);
-  for (std::byte& byte : foreign) byte = static_cast<std::byte>(random() % 256);
-  Bytes bytes = picture;
-  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(cut), foreign.begin(), foreign.end());
-  return bytes;
-}
 
 /// The place of the cut that gives the picture back among those found; their number when there is none.
 std::size_t rankOf(const Bytes& picture, const Bytes& bytes, const JpegCuts& found) {

@@ -8,6 +8,7 @@
 
 #include "salvage/payloads/ms_video.h"
 #include "tests/salvage/codec_films.h"
+#include "tests/salvage/payloads/foreign_bytes.h"
 
 namespace zelvo::tests {
 namespace {
@@ -49,15 +50,6 @@ Bytes smoothPicture() {
   return bytes;
 }
 
-Bytes withForeignBytes(const Bytes& picture, std::size_t cut, std::size_t count, unsigned seed = 5) {
-  std::mt19937 random(seed);
-  Bytes foreign(count);
-  for (std::byte& byte : foreign) byte = static_cast<std::byte>(random() % 256);
-  Bytes bytes = picture;
-  bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(cut), foreign.begin(), foreign.end());
-  return bytes;
-}
-
 Bytes withoutThem(const Bytes& bytes, std::size_t size, std::size_t cut) {
   Bytes payload(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(cut));
   payload.insert(payload.end(), bytes.end() - static_cast<std::ptrdiff_t>(size - cut), bytes.end());
@@ -76,7 +68,7 @@ Found foundIn(const Bytes& picture, unsigned bits, std::size_t foreign) {
   const auto size = static_cast<std::uint32_t>(picture.size());
   for (std::size_t i = 0; i < 100; ++i) {
     const std::size_t cut = picture.size() * i / 99;
-    const Bytes bytes = withForeignBytes(picture, cut, foreign, static_cast<unsigned>(i));
+    const Bytes bytes = withForeign(picture, cut, foreign, static_cast<unsigned>(i));
     const auto cuts = msVideoCuts(bytes, size, bits, kSize, kMuch).cuts;
     const auto isRight = [&](std::uint32_t one) { return withoutThem(bytes, size, one) == picture; };
     found.all += std::ranges::any_of(cuts, isRight) ? 1 : 0;
@@ -104,7 +96,7 @@ TEST(MsVideoCuts, MostAreFoundAndComeFirst) {
 
 TEST(MsVideoCuts, PictureOfAnotherSizeHasNone) {
   const Bytes picture = smoothPicture();
-  const Bytes bytes = withForeignBytes(picture, 3000, 4000);
+  const Bytes bytes = withForeign(picture, 3000, 4000);
   const auto size = static_cast<std::uint32_t>(picture.size());
   EXPECT_FALSE(msVideoCuts(bytes, size, 16, kSize, kMuch).cuts.empty());
   EXPECT_TRUE(msVideoCuts(bytes, size, 16, {1600, 1200}, kMuch).cuts.empty());
@@ -114,7 +106,7 @@ TEST(MsVideoCuts, PictureOfAnotherSizeHasNone) {
 
 TEST(MsVideoCuts, NoMoreIsReadThanMayBe) {
   const Bytes picture = smoothPicture();
-  const Bytes bytes = withForeignBytes(picture, 3000, 4000);
+  const Bytes bytes = withForeign(picture, 3000, 4000);
   const auto size = static_cast<std::uint32_t>(picture.size());
   const auto all = msVideoCuts(bytes, size, 16, kSize, kMuch);
   EXPECT_GE(all.walked, 3 * bytes.size() + picture.size());
